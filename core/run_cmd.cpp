@@ -1,0 +1,79 @@
+#include "core/run_cmd.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+#include <vector>
+
+#include "core/ProcessTree.h"
+
+namespace {
+
+// Which shells are running, so that stopCommands() finds them. A child leaves the list before it is waited for to
+// the end (see awaitExit), so that a signal never reaches a process identifier that was given to someone else.
+struct RunningCommands {
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::vector<pid_t> shells;
+  bool stopped = false;
+};
+
+RunningCommands& running() {
+  static RunningCommands commands;
+  return commands;
+}
+
+pid_t spawnShell(const char* cmd) {
+  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(cmd), nullptr};
+  RunningCommands& commands = running();
+  // The lock is held over the spawn: a command is either in the list or will see that commands are stopped.
+  const std::lock_guard lock(commands.mutex);
+  if (commands.stopped) return -1;
+  pid_t child = -1;
+  if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments, environ) != 0) return -1;
+  commands.shells.push_back(child);
+  return child;
+}
+
+void awaitExit(pid_t child) {
+  // The child is first waited for without being reaped, so that its identifier stays its own while it is listed.
+  siginfo_t ended{};
+  while (waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT) == -1 && errno == EINTR) {
+  }
+  RunningCommands& commands = running();
+  {
+    const std::lock_guard lock(commands.mutex);
+    std::erase(commands.shells, child);
+  }
+  int status = 0;
+  pid_t result = -1;
+  while ((result = waitpid(child, &status, 0)) == -1 && errno == EINTR) {
+  }
+  if (result == -1) perror("waitpid");
+  commands.changed.notify_all();
+}
+
+}  // namespace
+
+void run_cmd(const char* cmd) {
+  const pid_t child = spawnShell(cmd);
+  if (child != -1) awaitExit(child);
+}
+
+void stopCommands(int graceMilliseconds) {
+  RunningCommands& commands = running();
+  std::unique_lock lock(commands.mutex);
+  commands.stopped = true;
+  const auto noneLeft = [&commands] { return commands.shells.empty(); };
+  for (const pid_t shell : commands.shells) signalProcessTree(shell, SIGTERM);
+  if (commands.changed.wait_for(lock, std::chrono::milliseconds(graceMilliseconds), noneLeft)) return;
+  for (const pid_t shell : commands.shells) signalProcessTree(shell, SIGKILL);
+  commands.changed.wait(lock, noneLeft);
+}
