@@ -1,0 +1,141 @@
+#include "core/PropertyListBounds.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view binaryMagic = "bplist00";
+constexpr std::size_t mostXMLContainers = 4'000;
+
+// --- XML: levels are counted by tags; what the tags are called is the library's business.
+
+// The end of the markup that begins at `at` ("<…"), one past its last character; npos when it is cut off.
+std::size_t markupEnd(std::string_view text, std::size_t at) {
+  const auto endOf = [text, at](std::string_view terminator) {
+    const std::size_t found = text.find(terminator, at);
+    return found == std::string_view::npos ? found : found + terminator.size();
+  };
+  const std::string_view rest = text.substr(at);
+  if (rest.starts_with("<!--")) return endOf("-->");
+  if (rest.starts_with("<![CDATA[")) return endOf("]]>");
+  if (rest.starts_with("<?")) return endOf("?>");
+  return endOf(">");
+}
+
+// How often `tag` is opened anywhere, comments included.
+std::size_t openings(std::string_view text, std::string_view tag) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(tag); at != std::string_view::npos; at = text.find(tag, at + tag.size())) ++count;
+  return count;
+}
+
+bool isXMLWithinBounds(std::string_view text) {
+  // However the text is crafted so that the library reads its comments otherwise than the scan below does, it cannot
+  // nest deeper than it has containers.
+  if (openings(text, "<array") + openings(text, "<dict") > mostXMLContainers) return false;
+  int depth = 0;
+  std::size_t values = 0;
+  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at)) {
+    const std::size_t end = markupEnd(text, at);
+    if (end == std::string_view::npos) return true;  // cut off: the library finds no list in it
+    const char kind = text[at + 1];
+    if (kind == '/') {
+      --depth;
+    } else if (kind != '!' && kind != '?') {
+      // plist and the value's own tag stand around what is counted as levels.
+      if (++values > 2 * mostPropertyListValues) return false;
+      if (text[end - 2] != '/' && ++depth > deepestPropertyList + 2) return false;
+    }
+    at = end;
+  }
+  return true;
+}
+
+// --- Binary: an offset table at the end, objects that refer to each other by number.
+
+class BinaryList {
+ public:
+  static std::optional<BinaryList> open(std::string_view bytes) {
+    constexpr std::size_t trailerSize = 32;
+    if (bytes.size() < binaryMagic.size() + trailerSize) return std::nullopt;
+    BinaryList list(bytes);
+    const std::size_t trailer = bytes.size() - trailerSize;
+    list.offsetSize_ = static_cast<unsigned char>(bytes[trailer + 6]);
+    list.referenceSize_ = static_cast<unsigned char>(bytes[trailer + 7]);
+    list.objects_ = list.number(trailer + 8, 8);
+    list.top_ = list.number(trailer + 16, 8);
+    list.table_ = list.number(trailer + 24, 8);
+    const auto validSize = [](unsigned size) { return size >= 1 && size <= 8; };
+    if (!validSize(list.offsetSize_) || !validSize(list.referenceSize_)) return std::nullopt;
+    if (list.objects_ > mostPropertyListValues || list.top_ >= list.objects_ || list.table_ > trailer) return std::nullopt;
+    if (list.objects_ * list.offsetSize_ > trailer - list.table_) return std::nullopt;
+    return list;
+  }
+
+  // Whether everything below the top object, shared objects counted each time, stays within the bounds.
+  bool isWithinBounds() { return visit(top_, 0); }
+
+ private:
+  explicit BinaryList(std::string_view bytes) : bytes_(bytes) {}
+
+  std::uint64_t number(std::size_t at, unsigned size) const {
+    std::uint64_t value = 0;
+    for (unsigned index = 0; index < size; ++index) value = value << 8 | static_cast<unsigned char>(bytes_[at + index]);
+    return value;
+  }
+
+  bool visit(std::uint64_t object, int depth) {
+    if (object >= objects_ || depth > deepestPropertyList || ++visited_ > mostPropertyListValues) return false;
+    const std::uint64_t at = number(table_ + object * offsetSize_, offsetSize_);
+    if (at >= bytes_.size()) return false;
+    const unsigned marker = static_cast<unsigned char>(bytes_[at]);
+    const unsigned kind = marker >> 4;
+    constexpr unsigned array = 0xA;
+    constexpr unsigned set = 0xC;
+    constexpr unsigned dictionary = 0xD;
+    if (kind != array && kind != set && kind != dictionary) return true;
+    std::uint64_t first = at + 1;
+    const auto count = countAt(marker & 0xF, first);
+    if (!count) return false;
+    const std::uint64_t references = kind == dictionary ? 2 * *count : *count;
+    if (references > (bytes_.size() - first) / referenceSize_) return false;
+    for (std::uint64_t index = 0; index < references; ++index) {
+      if (!visit(number(first + index * referenceSize_, referenceSize_), depth + 1)) return false;
+    }
+    return true;
+  }
+
+  // The number of members; `first` is moved to the first reference. Absent when the bytes end before.
+  std::optional<std::uint64_t> countAt(unsigned low, std::uint64_t& first) const {
+    constexpr unsigned countFollows = 0xF;
+    if (low != countFollows) return low;
+    if (first >= bytes_.size()) return std::nullopt;
+    const unsigned size = 1U << (static_cast<unsigned char>(bytes_[first]) & 0x3);
+    if (bytes_.size() - first - 1 < size) return std::nullopt;
+    const std::uint64_t count = number(first + 1, size);
+    first += 1 + size;
+    if (count > mostPropertyListValues) return std::nullopt;
+    return count;
+  }
+
+  std::string_view bytes_;
+  unsigned offsetSize_ = 0;
+  unsigned referenceSize_ = 0;
+  std::uint64_t objects_ = 0;
+  std::uint64_t top_ = 0;
+  std::uint64_t table_ = 0;
+  std::size_t visited_ = 0;
+};
+
+}  // namespace
+
+bool isBinaryPropertyList(std::string_view bytes) { return bytes.starts_with(binaryMagic); }
+
+bool isWithinPropertyListBounds(std::string_view bytes) {
+  if (bytes.size() > largestPropertyList) return false;
+  if (!isBinaryPropertyList(bytes)) return isXMLWithinBounds(bytes);
+  auto list = BinaryList::open(bytes);
+  return list && list->isWithinBounds();
+}

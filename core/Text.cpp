@@ -1,0 +1,102 @@
+#include "core/Text.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+constexpr std::string_view placeholder = "%@";
+constexpr std::string_view absentText = "(null)";
+
+bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+
+// The length of the valid multi-byte character at the start of `rest`, or 0.
+std::size_t characterLength(std::string_view rest) {
+  const auto byte = [rest](std::size_t index) { return static_cast<unsigned char>(rest[index]); };
+  const unsigned char first = byte(0);
+  if (first >= 0xC2 && first <= 0xDF) return rest.size() >= 2 && isContinuation(byte(1)) ? 2 : 0;
+  if (first >= 0xE0 && first <= 0xEF) {
+    if (rest.size() < 3 || !isContinuation(byte(1)) || !isContinuation(byte(2))) return 0;
+    if (first == 0xE0 && byte(1) < 0xA0) return 0;  // overlong
+    if (first == 0xED && byte(1) > 0x9F) return 0;  // surrogate
+    return 3;
+  }
+  if (first >= 0xF0 && first <= 0xF4) {
+    if (rest.size() < 4 || !isContinuation(byte(1)) || !isContinuation(byte(2)) || !isContinuation(byte(3))) return 0;
+    if (first == 0xF0 && byte(1) < 0x90) return 0;  // overlong
+    if (first == 0xF4 && byte(1) > 0x8F) return 0;  // past U+10FFFF
+    return 4;
+  }
+  return 0;
+}
+
+std::string_view withoutTrailingSlashes(std::string_view path) {
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  return path;
+}
+
+}  // namespace
+
+bool isValidUTF8(std::string_view text) {
+  constexpr std::uint64_t highBits = 0x8080808080808080U;
+  std::size_t at = 0;
+  while (at < text.size()) {
+    // Logs are nearly all ASCII: eight bytes at a time while that holds.
+    std::uint64_t block = 0;
+    while (text.size() - at >= sizeof block) {
+      std::memcpy(&block, text.data() + at, sizeof block);
+      if ((block & highBits) != 0) break;
+      at += sizeof block;
+    }
+    if (at == text.size()) return true;
+    if (static_cast<unsigned char>(text[at]) < 0x80) {
+      ++at;
+      continue;
+    }
+    const std::size_t length = characterLength(text.substr(at));
+    if (length == 0) return false;
+    at += length;
+  }
+  return true;
+}
+
+std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement) {
+  std::string result;
+  result.reserve(text.size());
+  std::size_t from = 0;
+  for (std::size_t found = text.find(pattern); found != std::string_view::npos; found = text.find(pattern, from)) {
+    result.append(text, from, found - from).append(replacement);
+    from = found + pattern.size();
+  }
+  return result.append(text, from);
+}
+
+std::string fill(std::string_view format, std::initializer_list<MaybeText> values) {
+  std::string result;
+  const MaybeText* next = values.begin();
+  std::size_t from = 0;
+  for (std::size_t found = format.find(placeholder); found != std::string_view::npos;
+       found = format.find(placeholder, from)) {
+    result.append(format, from, found - from);
+    const bool present = next != values.end() && next->has_value();
+    result.append(present ? std::string_view(**next) : absentText);
+    if (next != values.end()) ++next;
+    from = found + placeholder.size();
+  }
+  return result.append(format, from);
+}
+
+std::string withoutBlanks(std::string_view typed) { return replaceAll(typed, " ", ""); }
+
+std::string lastPathComponent(std::string_view path) {
+  path = withoutTrailingSlashes(path);
+  if (path == "/") return "/";
+  const std::size_t slash = path.rfind('/');
+  return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
+}
+
+std::string pathExtension(std::string_view path) {
+  const std::string name = lastPathComponent(path);
+  const std::size_t dot = name.rfind('.');
+  return dot == std::string::npos || dot == 0 ? std::string() : name.substr(dot + 1);
+}

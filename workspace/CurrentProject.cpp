@@ -1,0 +1,22 @@
+#include "workspace/CurrentProject.h"
+
+#include "core/PropertyList.h"
+#include "workspace/Paths.h"
+
+namespace {
+constexpr const char* chooseKey = "Choose";
+constexpr const char* filesKey = "Files";
+constexpr const char* theosPathKey = "TheosPath";
+}  // namespace
+
+MaybeText currentProject() { return propertyListValue(paths::choosePlist, chooseKey); }
+
+void setCurrentProject(const std::string& name) { setPropertyListValue(paths::choosePlist, chooseKey, name); }
+
+MaybeText listedProject() { return propertyListValue(paths::filesPlist, filesKey); }
+
+void setListedProject(const std::string& name) { setPropertyListValue(paths::filesPlist, filesKey, name); }
+
+MaybeText theosPath() { return propertyListValue(paths::choosePlist, theosPathKey); }
+
+void setTheosPath(const std::string& path) { setPropertyListValue(paths::choosePlist, theosPathKey, path); }

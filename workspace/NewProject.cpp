@@ -1,0 +1,46 @@
+#include "workspace/NewProject.h"
+
+#include <cstdlib>
+#include <functional>
+#include <string_view>
+
+#include "core/FileManager.h"
+#include "core/run_cmd.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Paths.h"
+
+namespace {
+
+void rewrite(const std::string& path, const std::function<std::string(const std::string&)>& change) {
+  const MaybeText text = stringWithContentsOfFile(path);
+  // Deferred: what unzip has just written beside it is not on the disk yet either.
+  if (text) writeToFileAtomically(path, change(*text), Durability::Deferred);
+}
+
+}  // namespace
+
+std::string randomToken() {
+  constexpr std::string_view alphabet = "abcdefghijklmnopqrstuvwxyz";
+  constexpr int length = 8;
+  std::string token;
+  for (int index = 0; index < length; ++index) token += alphabet[arc4random() % alphabet.size()];
+  return token;
+}
+
+void createProject(const std::string& typedName) {
+  const std::string name = withoutBlanks(typedName);
+  run_cmd(fill("unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/%@", {name}).c_str());
+  setCurrentProject(name);
+  setListedProject(name);
+
+  const std::string control = fill("/var/Tweakyard/Projects/%@/control", {name});
+  rewrite(control, [&name](const std::string& text) { return replaceAll(text, "CC", name); });
+  const std::string package = fill("com.lanternfish12.%@", {randomToken()});
+  rewrite(control, [&package](const std::string& text) { return replaceAll(text, "com.cc", package); });
+
+  rewrite(fill("/var/Tweakyard/Projects/%@/Makefile", {name}), [&name](const std::string& text) {
+    const std::string named = replaceAll(text, "CC", fill("%@", {name}));
+    return replaceAll(named, "export", fill("export THEOS=%@", {theosPath()}));
+  });
+  run_cmd(fill("mv /var/Tweakyard/Projects/%@/CC.plist /var/Tweakyard/Projects/%@/%@.plist", {name, name, name}).c_str());
+}

@@ -1,0 +1,24 @@
+// Where everything lies. All paths are fixed: they exist in the device, whatever the host looks like.
+#pragma once
+
+namespace paths {
+
+// The data root and what lies in it. A project's folder name is its name everywhere.
+inline constexpr const char* dataRoot = "/var/Tweakyard";
+inline constexpr const char* projects = "/var/Tweakyard/Projects";
+inline constexpr const char* project = "/var/Tweakyard/Projects/%@";
+inline constexpr const char* projectIn = "%@/Projects/%@";         // data root, project
+inline constexpr const char* projectFileIn = "%@/Projects/%@/%@";  // data root, project, entry
+
+// Built packages, one folder a project.
+inline constexpr const char* packages = "/var/mobile/Documents/Tweakbench";
+inline constexpr const char* projectPackages = "/var/mobile/Documents/Tweakbench/%@";
+
+// The application folder: settings, logs, what is shipped. It is also where the application's own resources lie.
+inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
+inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
+inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";
+inline constexpr const char* checkersLog = "/Applications/Tweakbench.app/Checkers.log";
+inline constexpr const char* makeLog = "/Applications/Tweakbench.app/MakeLog.log";
+
+}  // namespace paths
