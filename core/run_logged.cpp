@@ -8,8 +8,10 @@
 namespace {
 
 void reopen(const std::string& log, FILE* stream) {
-  // A log that cannot be opened leaves the stream as freopen leaves it; the run then reads back as empty.
-  if (std::freopen(log.c_str(), "a+", stream) == nullptr) return;
+  if (std::freopen(log.c_str(), "a+", stream) != nullptr) return;
+  // A log that cannot be opened leaves the stream closed, and the run reads back as empty. The descriptor must not
+  // stay free: the next file that the process opens would get its number, and commands would print into that file.
+  if (std::freopen("/dev/null", "a+", stream) == nullptr) return;
 }
 
 }  // namespace

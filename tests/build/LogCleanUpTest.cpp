@@ -1,0 +1,88 @@
+#include "build/LogCleanUp.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "core/FileManager.h"
+#include "core/Text.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+// What cleaning means: literal replacements, one after the other.
+std::string cleanedPlainly(std::string log, BuildVariant variant) {
+  const char* const package[] = {"[1;31m>", "[1;3;39m", "[1;39m", "[0;31m", "[0;32m", "[0;33m", "[0;34m", "[m",
+                                 "[0;1;31m", "[0m", "[0;1;32m", "[1m", "[1;31m",
+                                 "mv: cannot stat 'packages': No such file or directory"};
+  const char* const install[] = {"[1;31m>", "[1;3;39m", "[1;39m", "[0;31m", "[0;32m", "[0;33m", "[0;34m", "[m",
+                                 "mv: cannot stat 'packages': No such file or directory"};
+  const auto remove = [&log](const char* pattern) { log = replaceAll(log, pattern, ""); };
+  if (variant == BuildVariant::Package) {
+    for (const char* pattern : package) remove(pattern);
+  } else {
+    for (const char* pattern : install) remove(pattern);
+  }
+  return log;
+}
+
+TEST(LogCleanUp, RemovesTheKnownSequencesOfEachBuild) {
+  const struct {
+    const char* what;
+    std::string log;
+    std::string package;
+    std::string install;
+  } rows[] = {
+      {"a stage line", "\x1B[0;32m==> \x1B[1;39mCompiling Tweak.x\x1B[m", "\x1B==> \x1B" "Compiling Tweak.x\x1B",
+       "\x1B==> \x1B" "Compiling Tweak.x\x1B"},
+      {"bold red with its mark", "\x1B[1;31m>\x1B[0m error", "\x1B\x1B error", "\x1B\x1B[0m error"},
+      {"bold red alone", "\x1B[1;31merror", "\x1B" "error", "\x1B[1;31merror"},
+      {"package only", "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m", "\x1B" "foo\x1B\x1B", "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m"},
+      {"one pass each", "[[mm", "[m", "[m"},
+      {"completed by a later pattern", "[[m1m", "", "[1m"},
+      {"completed too late", "[[0mm", "[m", "[[0mm"},
+      {"the move's complaint", "a\nmv: cannot stat 'packages': No such file or directory\nb", "a\n\nb", "a\n\nb"},
+      {"complaint with colour inside", "mv: cannot stat 'pack\x1B[mages'", "mv: cannot stat 'pack\x1B" "ages'",
+       "mv: cannot stat 'pack\x1B" "ages'"},
+      {"complaint completed by a pattern", "mv: cannot [mstat 'packages': No such file or directory", "", ""},
+      {"unknown ones stay", "\x1B[0;36m\x1B[K[[", "\x1B[0;36m\x1B[K[[", "\x1B[0;36m\x1B[K[["},
+      {"nothing", "", "", ""},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(cleanedLog(row.log, BuildVariant::Package), row.package) << row.what;
+    EXPECT_EQ(cleanedLog(row.log, BuildVariant::Install), row.install) << row.what;
+  }
+}
+
+// Logs made of the stuff that patterns are made of, so that removals keep completing each other.
+TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
+  const char* const pieces[] = {"[", "[", "m", "0", "1", ";", "31m", "39m", ">", "[m", "[0m", "[1;31m", "[0;1;3", "3;",
+                                "[1;3;39m", "\x1B[0;32m", "text", "\n", "[0;34m", "2m"};
+  std::mt19937 random(20'240'611);
+  std::size_t changed = 0;
+  for (int round = 0; round < 200'000; ++round) {
+    std::string log;
+    const unsigned length = random() % 24;
+    for (unsigned piece = 0; piece < length; ++piece) log += pieces[random() % std::size(pieces)];
+    for (const BuildVariant variant : {BuildVariant::Package, BuildVariant::Install}) {
+      const std::string expected = cleanedPlainly(log, variant);
+      ASSERT_EQ(cleanedLog(log, variant), expected) << "from: " << log;
+      if (expected != log) ++changed;
+    }
+  }
+  EXPECT_GT(changed, 100'000U);
+}
+
+TEST(LogCleanUp, LeavesAFileThatIsNoTextAlone) {
+  const TemporaryFolder folder;
+  putFile(folder / "log", "\x1B[mgood");
+  putFile(folder / "latin", "\x1B[mcaf\xE9");
+  putFile(folder / "empty", "");
+  for (const char* name : {"log", "latin", "empty", "missing"}) cleanLog(folder / name, BuildVariant::Package);
+  EXPECT_EQ(fileAt(folder / "log"), "\x1Bgood");
+  EXPECT_EQ(fileAt(folder / "latin"), "\x1B[mcaf\xE9");
+  EXPECT_EQ(fileAt(folder / "empty"), "");
+  EXPECT_FALSE(fileExistsAtPath(folder / "missing"));
+}
+
+}  // namespace

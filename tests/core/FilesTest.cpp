@@ -1,0 +1,200 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+#include "core/FileManager.h"
+#include "core/PropertyList.h"
+#include "core/PropertyListBounds.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+namespace filesystem = std::filesystem;
+
+TEST(Reading, TakesRegularFilesOnlyAndNeverWaits) {
+  const TemporaryFolder folder;
+  putFile(folder / "text", "whole\ntext");
+  putFile(folder / "latin", "caf\xE9");
+  mkfifo((folder / "fifo").c_str(), 0600);
+  EXPECT_EQ(stringWithContentsOfFile(folder / "text"), "whole\ntext");
+  EXPECT_EQ(contentsOfFile(folder / "latin"), "caf\xE9");
+  EXPECT_EQ(stringWithContentsOfFile(folder / "latin"), std::nullopt);
+  for (const char* name : {"fifo", ".", "missing"}) EXPECT_EQ(contentsOfFile(folder / name), std::nullopt) << name;
+  EXPECT_EQ(contentsOfFile(folder / "text", 9), std::nullopt);
+  EXPECT_EQ(contentsOfFile(folder / "text", 10), "whole\ntext");
+}
+
+TEST(Reading, ListsAFolderAsTheFileSystemGivesIt) {
+  const TemporaryFolder folder;
+  filesystem::create_directory(folder / "sub");
+  for (const char* name : {".hidden", "b", "a", "\xFFraw"}) putFile(folder / name, "");
+  auto names = contentsOfDirectoryAtPath(folder.path());
+  ASSERT_TRUE(names);
+  std::vector<std::string> listed;
+  for (const auto& entry : filesystem::directory_iterator(folder.path())) listed.push_back(entry.path().filename());
+  EXPECT_EQ(*names, listed);
+  EXPECT_EQ(names->size(), 5U);
+  EXPECT_FALSE(contentsOfDirectoryAtPath(folder / "a"));
+}
+
+TEST(Writing, ReplacesTheFileAndKeepsItsModeAndItsLink) {
+  const TemporaryFolder folder;
+  putFile(folder / "script", "old");
+  filesystem::permissions(folder / "script", filesystem::perms(0750));
+  filesystem::create_symlink("script", folder / "link");
+  EXPECT_TRUE(writeToFileAtomically(folder / "link", "new"));
+  EXPECT_EQ(fileAt(folder / "script"), "new");
+  EXPECT_TRUE(filesystem::is_symlink(folder / "link"));
+  EXPECT_EQ(filesystem::status(folder / "script").permissions(), filesystem::perms(0750));
+  const std::string longName(255, 'n');
+  EXPECT_TRUE(writeToFileAtomically(folder / longName, "fits"));
+  EXPECT_EQ(fileAt(folder / longName), "fits");
+}
+
+TEST(Writing, AFailureKeepsTheOldFileAndLeavesNothingBehind) {
+  const TemporaryFolder folder;
+  filesystem::create_directory(folder / "taken");
+  EXPECT_FALSE(writeToFileAtomically(folder / "taken", "x"));
+  EXPECT_FALSE(writeToFileAtomically(folder / "no/such/folder", "x"));
+  putFile(folder / "kept", "old and whole");
+  // A file may not grow past the limit, so the write fails half way, as on a full disk.
+  rlimit unlimited{};
+  getrlimit(RLIMIT_FSIZE, &unlimited);
+  const rlimit tight{100, unlimited.rlim_max};
+  signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &tight);
+  const bool written = writeToFileAtomically(folder / "kept", std::string(1000, 'n'));
+  setrlimit(RLIMIT_FSIZE, &unlimited);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(fileAt(folder / "kept"), "old and whole");
+  EXPECT_EQ(contentsOfDirectoryAtPath(folder.path())->size(), 2U);
+}
+
+TEST(Removing, TakesFoldersWholeAndLinksNotWhatTheyLeadTo) {
+  const TemporaryFolder folder;
+  putFile(folder / "kept/file", "k");
+  putFile(folder / "log/nested/file", "x");
+  filesystem::create_symlink(folder / "kept", folder / "log/link");
+  removeItemAtPath(folder / "log");
+  removeItemAtPath(folder / "missing");
+  EXPECT_FALSE(fileExistsAtPath(folder / "log"));
+  EXPECT_EQ(fileAt(folder / "kept/file"), "k");
+}
+
+std::string xmlList(const std::string& inside) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0">)" + inside + "</plist>";
+}
+
+// {"XBRecentLocale": "ar_SA"} as the phone writes it.
+const std::string binaryList(
+    "bplist00\xD1\x01\x02^XBRecentLocaleUar_SA\x08\x0B\x1A\x00\x00\x00\x00\x00\x00\x01\x01\x00\x00\x00\x00\x00\x00\x00"
+    "\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x20",
+    67);
+
+TEST(PropertyLists, AnUpdateChangesOneKeyAndKeepsTheRest) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "settings.plist";
+  putFile(path, xmlList("<dict><key>Other</key><array><integer>7</integer></array><key>Choose</key><string>old</string>"
+                        "</dict>"));
+  setPropertyListValue(path, "Choose", "مشروع & <b>");
+  EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>");
+  EXPECT_NE(fileAt(path).find("<integer>7</integer>"), std::string::npos);
+  setPropertyListValue(path, "Choose", "control \x1B character");
+  EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>") << "what XML cannot hold must not spoil the file";
+  removePropertyListValue(path, "Choose");
+  EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt);
+  EXPECT_EQ(propertyListValue(path, "Other"), std::nullopt) << "an array is no text";
+}
+
+TEST(PropertyLists, BinaryOnesAreReadAndWrittenBackAsXML) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "binary.plist";
+  putFile(path, binaryList);
+  ASSERT_EQ(propertyListValue(path, "XBRecentLocale"), "ar_SA");
+  setPropertyListValue(path, "Language", "AR");
+  EXPECT_EQ(fileAt(path).substr(0, 5), "<?xml");
+  EXPECT_EQ(propertyListValue(path, "XBRecentLocale"), "ar_SA");
+}
+
+std::string nested(std::size_t levels) {
+  std::string text;
+  for (std::size_t level = 0; level < levels; ++level) text += "<array>";
+  for (std::size_t level = 0; level < levels; ++level) text += "</array>";
+  return xmlList(text);
+}
+
+// Each level refers ten times to the one below, so 135 bytes would become gigabytes.
+std::string sharedReferences() {
+  std::string bytes = "bplist00";
+  std::string offsets;
+  constexpr int levels = 9;
+  for (int level = 0; level < levels; ++level) {
+    offsets += static_cast<char>(bytes.size());
+    bytes += level + 1 < levels ? '\xAA' : '\x51';
+    bytes += level + 1 < levels ? std::string(10, static_cast<char>(level + 1)) : std::string("x");
+  }
+  const char table = static_cast<char>(bytes.size());
+  bytes += offsets + std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') + static_cast<char>(levels);
+  return bytes + std::string(8, '\0') + std::string(7, '\0') + table;
+}
+
+TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
+  ASSERT_TRUE(isWithinPropertyListBounds(binaryList));
+  ASSERT_TRUE(isWithinPropertyListBounds(nested(60)));
+  std::string hidden = "<plist>";
+  for (int level = 0; level < 30'000; ++level) hidden += "<array><!--</array>-->";
+  std::string selfReferring = binaryList;
+  selfReferring[10] = '\0';
+  const struct {
+    const char* why;
+    std::string bytes;
+  } rows[] = {
+      {"empty", ""},
+      {"cut off", xmlList("<dict><key>Choose</key><string>a</string></dict>").substr(0, 80)},
+      {"no list at all", "Choose = somewhere"},
+      {"an array", xmlList("<array/>")},
+      {"a text", xmlList("<string>x</string>")},
+      {"NUL bytes", std::string(64, '\0')},
+      {"nested 200,000 deep", nested(200'000)},
+      {"nested 30,000 deep", nested(30'000)},
+      {"nested in step with comments", hidden},
+      {"larger than settings are", xmlList("<dict><key>k</key><string>" + std::string(2 << 20, 'x') + "</string></dict>")},
+      {"shared references that multiply", sharedReferences()},
+      {"a dictionary that holds itself", selfReferring},
+      {"binary, cut off", binaryList.substr(0, 40)},
+      {"binary, only the magic", "bplist00"},
+      {"binary, trailer of 0xFF", "bplist00" + std::string(40, '\xFF')},
+  };
+  const TemporaryFolder folder;
+  for (const auto& row : rows) {
+    const std::string path = folder / "list.plist";
+    putFile(path, row.bytes);
+    EXPECT_FALSE(PropertyList::initWithContentsOfFile(path)) << row.why;
+    setPropertyListValue(path, "Choose", "x");
+    EXPECT_EQ(fileAt(path), row.bytes) << row.why;
+  }
+  setPropertyListValue(folder / "missing.plist", "Choose", "x");
+  EXPECT_FALSE(fileExistsAtPath(folder / "missing.plist"));
+}
+
+// Every byte of a good list in turn changed: reading must end, whatever it finds (under the sanitizers).
+TEST(PropertyLists, AnyOneDamagedByteIsSurvived) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "damaged.plist";
+  std::size_t stillRead = 0;
+  for (std::size_t at = 0; at < binaryList.size(); ++at) {
+    for (const int change : {0x00, 0x01, 0x7F, 0xFF}) {
+      std::string bytes = binaryList;
+      bytes[at] = static_cast<char>(bytes[at] ^ change);
+      putFile(path, bytes);
+      if (PropertyList::initWithContentsOfFile(path)) ++stillRead;
+    }
+  }
+  EXPECT_GE(stillRead, binaryList.size()) << "the unchanged list itself must be read";
+}
+
+}  // namespace
