@@ -1,0 +1,52 @@
+#include "ui/Dev.h"
+
+#include "platform/EventBoundary.h"
+#include "platform/UIApplication.h"
+#include "platform/UIColor.h"
+#include "platform/UIFont.h"
+#include "ui/Links.h"
+#include "ui/Localized.h"
+#include "ui/ui_Dev.h"
+
+namespace {
+constexpr double creditSize = 20;
+constexpr double thanksSize = 15;
+const QColor linkColour(64, 95, 223);
+}  // namespace
+
+Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
+
+Dev::~Dev() = default;
+
+void Dev::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->creditLabel->setFont(boldSystemFontOfSize(creditSize));
+  outlets_->thanksLabel->setFont(systemFontOfSize(thanksSize));
+  outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
+  setView(view);
+  const auto wire = [this](UIButton* button, const char* address) {
+    connect(button, &QPushButton::clicked, this, atEventBoundary([address] {
+              UIApplication::sharedApplication()->openURL(QUrl(QString::fromUtf8(address)));
+            }));
+  };
+  wire(outlets_->profileButton, links::authorProfile);
+  wire(outlets_->donateButton, links::donation);
+  wire(outlets_->thankedButton, links::thankedProfile);
+  connect(outlets_->backButton, &QPushButton::clicked, this, atEventBoundary([this] { cancelOperation(); }));
+}
+
+void Dev::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  outlets_->creditLabel->setText(localized(text::developedBy));
+  outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
+  outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = grey(96)});
+  outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = grey(96)});
+  for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
+    button->setLayer({.cornerRadius = 20, .backgroundColor = linkColour});
+  }
+}
+
+void Dev::cancelOperation() { dismissViewControllerAnimated(true); }

@@ -1,0 +1,27 @@
+// The about screen.
+#pragma once
+
+#include <memory>
+
+#include "platform/UIViewController.h"
+
+namespace Ui {
+class Dev;
+}
+
+class Dev : public UIViewController {
+  Q_OBJECT
+
+ public:
+  Dev();
+  ~Dev() override;
+
+  void viewDidLoad() override;
+  void cancelOperation() override;
+
+ protected:
+  void loadView() override;
+
+ private:
+  std::unique_ptr<Ui::Dev> outlets_;
+};

@@ -1,0 +1,19 @@
+// The rounded ground that some controls are drawn on.
+#pragma once
+
+#include <QColor>
+
+class QPainter;
+class QRect;
+
+// Lengths are logical pixels. Without a background nothing is filled, without a border width nothing is drawn.
+struct Layer {
+  qreal cornerRadius = 0;
+  qreal borderWidth = 0;
+  QColor backgroundColor;
+  QColor borderColor = Qt::black;
+};
+
+// Fills `bounds` with the layer; the radius is at most half the smaller side. `ground` stands for the layer's own
+// background where a control shows a state (pressed, hovered).
+void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const QColor& ground);

@@ -1,0 +1,21 @@
+// A label on a layer.
+#pragma once
+
+#include <QLabel>
+
+#include "ui/Layer.h"
+
+class LayerLabel : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit LayerLabel(QWidget* parent = nullptr);
+
+  void setLayer(const Layer& layer);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Layer layer_;
+};

@@ -1,0 +1,124 @@
+#include "ui/MakePackage.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "build/BuildRunner.h"
+#include "core/run_cmd.h"
+#include "platform/EventBoundary.h"
+#include "platform/UIApplication.h"
+#include "platform/UIColor.h"
+#include "platform/UIFont.h"
+#include "platform/dispatch.h"
+#include "ui/DialogLooks.h"
+#include "ui/Links.h"
+#include "ui/Localized.h"
+#include "ui/ui_MakePackage.h"
+
+namespace {
+
+constexpr double titleSize = 17;
+
+void openURL(const std::string& address, std::function<void(bool)> completion = {}) {
+  UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)), {}, std::move(completion));
+}
+
+void showSuccess(const MaybeText& project) {
+  const auto dialog = RQAlertView::alertViewWithTitle(localized(text::done), localized(text::debIsReady, {project}),
+                                                      RQAlertViewStyle::Alert, {localized(text::goToDebFolder)},
+                                                      localized(text::cancel), QString());
+  dressAsMessage(*dialog);
+  dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
+    if (title != localized(text::goToDebFolder)) return;
+    openURL(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
+  });
+  dialog->showAnimated();
+}
+
+}  // namespace
+
+MakePackage::MakePackage() : outlets_(std::make_unique<Ui::MakePackage>()) {}
+
+MakePackage::~MakePackage() = default;
+
+void MakePackage::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->titleLabel->setFont(boldSystemFontOfSize(titleSize));
+  outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->infoButton->setIcon(QIcon(QStringLiteral(":/pictures/about.png")));
+  setView(view);
+  const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {
+    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  };
+  wire(outlets_->MP, &MakePackage::MakePackageAction);
+  wire(outlets_->MPI, &MakePackage::MakePackageInstall);
+  wire(outlets_->ClearLogButton, &MakePackage::ClearLog);
+  wire(outlets_->RespringButton, &MakePackage::Respring);
+  wire(outlets_->infoButton, &MakePackage::InfoButton);
+  wire(outlets_->backButton, &MakePackage::cancelOperation);
+  // When the application ends during a build, the commands have been stopped and the job waited for by now.
+  connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });
+}
+
+void MakePackage::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
+  const auto style = [](UIButton* button, qreal radius) {
+    button->setLayer({.cornerRadius = radius, .borderWidth = 1, .backgroundColor = grey(80)});
+  };
+  style(outlets_->RespringButton, 20);
+  style(outlets_->ClearLogButton, 20);
+  style(outlets_->MP, 26);
+  style(outlets_->MPI, 26);
+}
+
+void MakePackage::UpdateTheos() { updateTheos(); }
+
+void MakePackage::MakePackageAction() { startBuild(BuildVariant::Package); }
+
+void MakePackage::MakePackageInstall() { startBuild(BuildVariant::Install); }
+
+void MakePackage::startBuild(BuildVariant variant) {
+  if (progress_) return;
+  progress_ = RQAlertView::alertViewWithActivityIndicatorAndTitle(localized(text::makingYourTweak), QString(),
+                                                                  RQAlertViewStyle::Alert, localized(text::pleaseWait), {},
+                                                                  QString(), QString());
+  dressAsProgress(*progress_);
+  progress_->showAnimated();
+  keptWhileBuilding_ = shared_from_this();
+  dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_HIGH, 0), [this, variant] {
+    runBuildJob(variant, [this] { UpdateTheos(); });
+    dispatch_async(dispatch_get_main_queue(), [this, variant] { finishBuild(variant); });
+  });
+}
+
+void MakePackage::finishBuild(BuildVariant variant) {
+  const std::shared_ptr<UIViewController> screen = std::move(keptWhileBuilding_);
+  const std::shared_ptr<RQAlertView> progress = std::move(progress_);
+  progress->dismissAnimated();
+  BuildResult result = collectBuildResult(variant);
+  const bool hasLog = result.log.has_value();
+  outlets_->OutPut->setText(std::move(result.log).value_or(std::string()));
+  const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
+  if (asked && result.hasPackages && hasLog) showSuccess(result.project);
+}
+
+void MakePackage::Respring() { run_cmder("killall backboardd"); }
+
+void MakePackage::ClearLog() {
+  removeBuildLog();
+  outlets_->OutPut->setText(std::string());
+}
+
+void MakePackage::InfoButton() {
+  const auto dialog = RQAlertView::alertViewWithTitle(QStringLiteral("Tip"), localized(text::deviceSupportHint),
+                                                      RQAlertViewStyle::Alert, {localized(text::addTheSource)},
+                                                      localized(text::cancel), QString());
+  dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
+    if (title == localized(text::addTheSource)) openURL(links::addPackageSource, [](bool) {});
+  });
+  dressAsMessage(*dialog);
+  dialog->showAnimated();
+}
+
+void MakePackage::cancelOperation() { dismissViewControllerAnimated(true); }

@@ -1,0 +1,47 @@
+// The build screen.
+#pragma once
+
+#include <memory>
+
+#include "build/LogCleanUp.h"
+#include "platform/UIViewController.h"
+
+class RQAlertView;
+namespace Ui {
+class MakePackage;
+}
+
+class MakePackage : public UIViewController {
+  Q_OBJECT
+
+ public:
+  MakePackage();
+  ~MakePackage() override;
+
+  void viewDidLoad() override;
+
+  // Runs Theos's updater. On the build job's thread.
+  void UpdateTheos();
+  // Both return at once; a progress dialog stays until the build is over.
+  void MakePackageAction();
+  void MakePackageInstall();
+  // Restarts the device's user interface, without a question.
+  void Respring();
+  void ClearLog();
+  void InfoButton();
+
+  void cancelOperation() override;
+
+ protected:
+  void loadView() override;
+
+ private:
+  void startBuild(BuildVariant variant);
+  void finishBuild(BuildVariant variant);
+
+  std::unique_ptr<Ui::MakePackage> outlets_;
+  // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are held
+  // here and not by the job, so that the worker thread never drops the last reference to something on screen.
+  std::shared_ptr<UIViewController> keptWhileBuilding_;
+  std::shared_ptr<RQAlertView> progress_;
+};

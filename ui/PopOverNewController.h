@@ -1,0 +1,43 @@
+// The editor of the picked file.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/UIViewController.h"
+
+namespace Ui {
+class PopOverNewController;
+}
+
+// Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a folder stays
+// empty, and saving then empties it.
+class PopOverNewController : public UIViewController {
+  Q_OBJECT
+
+ public:
+  PopOverNewController();
+  ~PopOverNewController() override;
+
+  void viewDidLoad() override;
+
+  // Loads the picked file.
+  void Rep();
+  // Writes the whole text over the picked file and closes the editor.
+  void SaveButton();
+  // Closes the editor without saving.
+  void DismissPop();
+
+  // Closes the editor as long as nothing has been typed into it.
+  void cancelOperation() override;
+
+ protected:
+  void loadView() override;
+
+ private:
+  std::string editedText() const;
+
+  std::unique_ptr<Ui::PopOverNewController> outlets_;
+  // The text as it was loaded; what was not edited is written back to the byte.
+  std::string loaded_;
+};

@@ -1,0 +1,74 @@
+#include "ui/UIButton.h"
+
+#include <algorithm>
+
+#include <QPainter>
+
+#include "ui/Metrics.h"
+
+namespace {
+
+// The ground of a state, lighter or darker than the layer's own; a bare button gets a faint one.
+QColor stated(const QColor& own, int lighter) {
+  if (!own.isValid()) return QColor(255, 255, 255, lighter);
+  return QColor(std::clamp(own.red() + lighter, 0, 255), std::clamp(own.green() + lighter, 0, 255),
+                std::clamp(own.blue() + lighter, 0, 255));
+}
+
+}  // namespace
+
+UIButton::UIButton(QWidget* parent) : UIButton(QString(), parent) {}
+
+UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
+  setFlat(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setIconSize(QSize(metrics::iconSize, metrics::iconSize));
+}
+
+void UIButton::setLayer(const Layer& layer) {
+  layer_ = layer;
+  update();
+}
+
+QSize UIButton::sizeHint() const {
+  const QFontMetrics font(this->font());
+  const int width = text().isEmpty() ? metrics::touchSize : font.horizontalAdvance(text()) + 2 * metrics::buttonPadding;
+  return {std::max(width, metrics::touchSize), std::max(font.height() + metrics::buttonPadding, metrics::touchSize)};
+}
+
+QColor UIButton::ground() const {
+  if (!isEnabled()) return layer_.backgroundColor;
+  if (isDown()) return stated(layer_.backgroundColor, layer_.backgroundColor.isValid() ? -24 : 40);
+  if (underMouse()) return stated(layer_.backgroundColor, 16);
+  return layer_.backgroundColor;
+}
+
+void UIButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  Layer drawn = layer_;
+  if (!drawn.backgroundColor.isValid()) drawn.cornerRadius = metrics::bareButtonRadius;
+  drawLayer(painter, rect(), drawn, ground());
+  if (hasFocus()) {
+    Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), palette().color(QPalette::Highlight)};
+    drawLayer(painter, rect(), ring, QColor());
+  }
+  painter.setOpacity(isEnabled() ? 1 : 0.4);
+  if (!icon().isNull()) {
+    const QRect place(QPoint(), iconSize());
+    icon().paint(&painter, place.translated(rect().center() - place.center()));
+    return;
+  }
+  painter.setPen(palette().color(QPalette::ButtonText));
+  const QRect inside = rect().adjusted(metrics::buttonPadding / 2, 0, -metrics::buttonPadding / 2, 0);
+  painter.drawText(inside, Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
+}
+
+void UIButton::enterEvent(QEnterEvent* event) {
+  QPushButton::enterEvent(event);
+  update();
+}
+
+void UIButton::leaveEvent(QEvent* event) {
+  QPushButton::leaveEvent(event);
+  update();
+}

@@ -1,0 +1,34 @@
+// The screens' push button: a caption or a picture on a layer, with its states.
+#pragma once
+
+#include <QPushButton>
+
+#include "ui/Layer.h"
+
+// Without a layer background it is drawn bare, and only hovering, pressing and focus put a ground behind it.
+class UIButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit UIButton(QWidget* parent = nullptr);
+  explicit UIButton(const QString& title, QWidget* parent = nullptr);
+
+  // What the layout does once for the whole class; nothing here.
+  static void awakeFromNib() {}
+
+  const Layer& layer() const { return layer_; }
+  void setLayer(const Layer& layer);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  QColor ground() const;
+
+  Layer layer_;
+};

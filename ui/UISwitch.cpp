@@ -1,0 +1,31 @@
+#include "ui/UISwitch.h"
+
+#include <QPainter>
+
+#include "ui/Layer.h"
+#include "ui/Metrics.h"
+
+namespace {
+constexpr QColor grooveOff(96, 96, 96);
+constexpr int knobInset = 3;
+}  // namespace
+
+UISwitch::UISwitch(QWidget* parent) : QCheckBox(parent) { setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); }
+
+QSize UISwitch::sizeHint() const { return {metrics::switchWidth, metrics::switchHeight}; }
+
+bool UISwitch::hitButton(const QPoint& position) const { return rect().contains(position); }
+
+void UISwitch::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setOpacity(isEnabled() ? 1 : 0.4);
+  const qreal radius = height() / 2.0;
+  Layer groove{radius, 0, isChecked() ? palette().color(QPalette::Highlight) : grooveOff};
+  drawLayer(painter, rect(), groove, groove.backgroundColor);
+  if (hasFocus()) drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), Qt::white}, QColor());
+  const int size = height() - 2 * knobInset;
+  const bool atRight = isChecked() != isRightToLeft();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(Qt::white);
+  painter.drawEllipse(atRight ? width() - size - knobInset : knobInset, knobInset, size, size);
+}

@@ -1,0 +1,132 @@
+#include "ui/ViewController.h"
+
+#include <QShortcut>
+
+#include "RQAlertView/RQAlertView.h"
+#include "core/FileManager.h"
+#include "platform/EventBoundary.h"
+#include "platform/NSRunLoop.h"
+#include "platform/UIApplication.h"
+#include "platform/UIColor.h"
+#include "platform/UIFont.h"
+#include "ui/Dev.h"
+#include "ui/DialogLooks.h"
+#include "ui/Localized.h"
+#include "ui/MakePackage.h"
+#include "ui/NewProjectMenu.h"
+#include "ui/PopOverNewController.h"
+#include "ui/ProjectChooser.h"
+#include "ui/ui_ViewController.h"
+#include "workspace/Paths.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+constexpr double refreshDelay = 0.1;  // seconds
+constexpr double titleSize = 20;
+
+void showMissingTheos() {
+  const auto dialog = RQAlertView::alertViewWithTitle(localized(text::couldNotFindTheos), localized(text::mustInstallTheos),
+                                                      RQAlertViewStyle::Alert, {localized(text::ok)}, QString(), QString());
+  dressAsMessage(*dialog);
+  dialog->showAnimated();
+}
+
+}  // namespace
+
+ViewController::ViewController() : outlets_(std::make_unique<Ui::ViewController>()) {}
+
+ViewController::~ViewController() = default;
+
+void ViewController::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->ProjLableName->setFont(boldSystemFontOfSize(titleSize));
+  setView(view);
+  wireButtons();
+  wireShortcuts();
+}
+
+void ViewController::wireButtons() {
+  const auto wire = [this](UIButton* button, const char* picture, void (ViewController::*action)()) {
+    button->setIcon(QIcon(QStringLiteral(":/pictures/%1.png").arg(QLatin1String(picture))));
+    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  };
+  wire(outlets_->chooseProjectButton, "choose", &ViewController::ChooseProjectButton);
+  wire(outlets_->newProjectButton, "new", &ViewController::NewProject);
+  wire(outlets_->reloadButton, "reload", &ViewController::Reload);
+  wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
+  wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
+  connect(outlets_->TableVV, &FileListView::rowPicked, this, atEventBoundary([this](int row) { didSelectRow(row); }));
+}
+
+void ViewController::wireShortcuts() {
+  const auto wire = [this](UIButton* button, const QKeySequence& keys) {
+    auto* const shortcut = new QShortcut(keys, view());
+    connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
+    button->setToolTip(QStringLiteral("%1 (%2)").arg(button->accessibleName(), keys.toString(QKeySequence::NativeText)));
+  };
+  wire(outlets_->chooseProjectButton, QKeySequence::Open);
+  wire(outlets_->newProjectButton, QKeySequence::New);
+  wire(outlets_->reloadButton, QKeySequence(Qt::Key_F5));
+  wire(outlets_->BB, QKeySequence(Qt::CTRL | Qt::Key_B));
+}
+
+void ViewController::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  installConverter();
+  if (!theosIsPresent()) showMissingTheos();
+  recordTheosPath();
+  createProjectsFolder();
+  ArraySetUp();
+  outlets_->TableVV->setBackgroundColor(grey(40));
+  outlets_->TableVV->setSeparatorColor(grey(40));
+  outlets_->TableVV->reloadData();
+  outlets_->ProjLableName->setText(shownName(currentProjectLabel()));
+  // The texts of this screen are the project's own; their surroundings follow the language of the next dialog.
+  QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
+}
+
+void ViewController::viewDidLoadAfterDelay() {
+  performSelectorAfterDelay(this, [this] { viewDidLoad(); }, refreshDelay);
+}
+
+void ViewController::ChooseProjectButton() { showProjectChooser(*this); }
+
+void ViewController::NewProject() { showNewProjectMenu(*this); }
+
+void ViewController::Reload() {
+  ArraySetUp();
+  outlets_->TableVV->reloadData();
+}
+
+void ViewController::DismissPop() { dismissViewControllerAnimated(true); }
+
+void ViewController::presentBuildScreen() { presentViewController(std::make_shared<MakePackage>(), true); }
+
+void ViewController::presentAboutScreen() { presentViewController(std::make_shared<Dev>(), true); }
+
+void ViewController::didSelectRow(int row) {
+  const auto index = static_cast<std::size_t>(row);
+  if (presentedViewController() || index >= MUArray().size()) return;
+  // The editor comes up at once; the check below may take it away again.
+  presentViewController(std::make_shared<PopOverNewController>(), true);
+  const std::string entry = MUArray()[index];
+  if (fileCheckRejects(entry)) rejectPick();
+  removeItemAtPath(paths::checkersLog);
+  SS(entry);
+}
+
+void ViewController::rejectPick() {
+  dismissViewControllerAnimated(true);
+  const auto dialog =
+      RQAlertView::alertViewWithTitle(QString::fromUtf8(text::notSupportedYet), QStringLiteral("(null)"),
+                                      RQAlertViewStyle::Alert, {}, localized(text::ok), QString());
+  dialog->setBackgroundColor(grey(32));
+  dialog->setTitleTextColor(Qt::white);
+  dialog->setMessageTextColor(Qt::white);
+  dialog->setSeparatorsColor(grey(32));
+  dialog->showAnimated();
+}

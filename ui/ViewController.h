@@ -1,0 +1,46 @@
+// The main screen: the current project's name, its files, and the buttons that open every menu.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/UIViewController.h"
+
+namespace Ui {
+class ViewController;
+}
+
+class ViewController : public UIViewController {
+  Q_OBJECT
+
+ public:
+  ViewController();
+  ~ViewController() override;
+
+  // The start-up procedure: converter, Theos, projects folder, then the current project's name and files. It is also
+  // how the screen is brought up to date after every change, so each step may be repeated.
+  void viewDidLoad() override;
+
+  // Runs start-up again 0.1 s from now, when the operation that asks for it is over.
+  void viewDidLoadAfterDelay();
+
+  void ChooseProjectButton();
+  void NewProject();
+  void Reload();
+  // Takes away whatever this screen presents.
+  void DismissPop();
+
+ protected:
+  void loadView() override;
+
+ private:
+  void wireButtons();
+  void wireShortcuts();
+  void presentBuildScreen();
+  void presentAboutScreen();
+  void didSelectRow(int row);
+  void rejectPick();
+
+  std::unique_ptr<Ui::ViewController> outlets_;
+};

@@ -1,0 +1,26 @@
+// The application's entry.
+#include <unistd.h>
+
+#include "core/NSLog.h"
+#include "platform/UIApplication.h"
+#include "ui/AppDelegate.h"
+#include "ui/EndOfProcess.h"
+
+namespace {
+
+// Standard error may be a captured log, which holds only what commands print.
+void logQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
+  NSLog(message.toStdString());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // On a phone every command runs as root; elsewhere this fails and the user's own rights do.
+  if (setuid(0) != 0) NSLog("Running with the rights of the user who started the program");
+  qInstallMessageHandler(logQtMessage);
+  return UIApplicationMain(argc, argv, [] {
+    endCommandsWithApplication();
+    return makeAppDelegate();
+  });
+}
