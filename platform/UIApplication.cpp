@@ -1,0 +1,150 @@
+#include "platform/UIApplication.h"
+
+#include "core/NSLog.h"
+#include "platform/EventBoundary.h"
+#include "platform/UIApplicationDelegate.h"
+#include "platform/UIColor.h"
+#include "platform/UIKeyboard.h"
+#include "platform/UIScreen.h"
+#include "platform/UIWindow.h"
+#include "platform/dispatch.h"
+
+#include <string>
+#include <utility>
+
+#include <QPalette>
+
+namespace {
+
+QPalette darkPalette() {
+  const QColor tint(10, 132, 255);
+  QPalette palette(grey(53), grey(40));
+  palette.setColor(QPalette::WindowText, grey(235));
+  palette.setColor(QPalette::Text, grey(235));
+  palette.setColor(QPalette::ButtonText, grey(235));
+  palette.setColor(QPalette::BrightText, Qt::white);
+  palette.setColor(QPalette::PlaceholderText, grey(153));
+  palette.setColor(QPalette::Base, grey(53));
+  palette.setColor(QPalette::AlternateBase, grey(48));
+  palette.setColor(QPalette::ToolTipBase, grey(69));
+  palette.setColor(QPalette::ToolTipText, grey(235));
+  palette.setColor(QPalette::Highlight, tint);
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::Link, tint);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, grey(118));
+  }
+  return palette;
+}
+
+}  // namespace
+
+UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) {
+  setStyle(QStringLiteral("Fusion"));
+  setPalette(darkPalette());
+  new UIKeyboard(this);
+  connect(this, &QGuiApplication::applicationStateChanged, this,
+          atEventBoundary([this](Qt::ApplicationState state) { stateChanged(state); }));
+  connect(this, &QCoreApplication::aboutToQuit, this, atEventBoundary([this] {
+            if (delegate_) delegate_->applicationWillTerminate(*this);
+          }));
+}
+
+UIApplication::~UIApplication() {
+  dispatch_wait_for_global_queues();
+}
+
+UIApplication* UIApplication::sharedApplication() {
+  return qobject_cast<UIApplication*>(QCoreApplication::instance());
+}
+
+bool UIApplication::notify(QObject* receiver, QEvent* event) {
+  try {
+    return QApplication::notify(receiver, event);
+  } catch (...) {
+    logCurrentException("an event handler");
+    return false;
+  }
+}
+
+void UIApplication::openURL(const QUrl& url, const QVariantMap& /*options*/,
+                            std::function<void(bool)> completionHandler) {
+  bool opened = false;
+  if (opener_) {
+    atEventBoundary([&] { opened = opener_(url); })();
+  } else {
+    NSLog("No opener for " + url.toString(QUrl::FullyEncoded).toStdString());
+  }
+  if (!completionHandler) return;
+  dispatch_async(dispatch_get_main_queue(),
+                 [opened, completionHandler = std::move(completionHandler)] { completionHandler(opened); });
+}
+
+void UIApplication::setDelegate(std::unique_ptr<UIApplicationDelegate> delegate) {
+  delegate_ = std::move(delegate);
+}
+
+UIWindow* UIApplication::keyWindow() const {
+  return keyWindow_;
+}
+
+UIWindow* UIApplication::appWindow() const {
+  UIWindow* hidden = nullptr;
+  for (UIWindow* window : UIScreen::mainScreen()->windows()) {
+    if (window->windowLevel() != UIWindowLevelNormal) continue;
+    if (!window->isHidden()) return window;
+    if (!hidden) hidden = window;
+  }
+  return hidden;
+}
+
+void UIApplication::setKeyWindow(UIWindow* window) {
+  const QPointer<UIWindow> before = keyWindow_;
+  if (before == window) {
+    if (window) window->restoreFocus();
+    return;
+  }
+  if (before) before->resignKey();
+  keyWindow_ = window;
+  if (!window) return;
+  // The new one takes the focus before the others lose the right to it.
+  window->becomeKey();
+  for (UIWindow* each : UIScreen::mainScreen()->windows()) {
+    if (each != keyWindow_) each->setTakesInput(false);
+  }
+}
+
+void UIApplication::passKeyOn() {
+  UIWindow* next = nullptr;
+  for (UIWindow* window : UIScreen::mainScreen()->windows()) {
+    if (!window->isHidden()) next = window;
+  }
+  setKeyWindow(next);
+}
+
+void UIApplication::stateChanged(Qt::ApplicationState state) {
+  const Qt::ApplicationState before = std::exchange(state_, state);
+  if (!delegate_ || before == state) return;
+  const auto inBackground = [](Qt::ApplicationState which) {
+    return which == Qt::ApplicationHidden || which == Qt::ApplicationSuspended;
+  };
+  if (before == Qt::ApplicationActive) delegate_->applicationWillResignActive(*this);
+  if (!inBackground(before) && inBackground(state)) delegate_->applicationDidEnterBackground(*this);
+  if (inBackground(before) && !inBackground(state)) delegate_->applicationWillEnterForeground(*this);
+  if (state == Qt::ApplicationActive) delegate_->applicationDidBecomeActive(*this);
+}
+
+int UIApplicationMain(int argc, char** argv,
+                      const std::function<std::unique_ptr<UIApplicationDelegate>()>& delegate) {
+  UIApplication application(argc, argv);
+  application.setDelegate(delegate());
+  bool launched = true;
+  atEventBoundary([&] {
+    if (application.delegate()) {
+      launched = application.delegate()->applicationDidFinishLaunchingWithOptions(application, {});
+    }
+  })();
+  if (!launched) return 1;
+  UIScreen::mainScreen()->show();
+  return UIApplication::exec();
+}

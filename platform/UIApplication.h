@@ -1,0 +1,62 @@
+// The application object: the event loop and its boundary, the key window, and the way out to other programs.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QApplication>
+#include <QPointer>
+#include <QUrl>
+#include <QVariantMap>
+
+class UIApplicationDelegate;
+class UIWindow;
+
+// One for a process. An exception that any event handler lets out is written to the system log, and the
+// application goes on. Main thread.
+class UIApplication : public QApplication {
+  Q_OBJECT
+
+ public:
+  // Sets the Fusion style and the dark palette, so that the application looks the same on every desktop.
+  UIApplication(int& argc, char** argv);
+  // Waits for the jobs of the global queues.
+  ~UIApplication() override;
+
+  static UIApplication* sharedApplication();
+
+  bool notify(QObject* receiver, QEvent* event) override;
+
+  // Hands `url` to the opener and reports its answer through `completionHandler`, from the event loop. There
+  // are no options yet.
+  void openURL(const QUrl& url, const QVariantMap& options = {},
+               std::function<void(bool)> completionHandler = {});
+  // The opener answers whether the URL was taken. Without one every URL is logged and refused.
+  void setURLOpener(std::function<bool(const QUrl&)> opener) { opener_ = std::move(opener); }
+
+  UIApplicationDelegate* delegate() const { return delegate_.get(); }
+  void setDelegate(std::unique_ptr<UIApplicationDelegate> delegate);
+
+  // The window that takes input, or null.
+  UIWindow* keyWindow() const;
+  // The application's own window, above which dialogs lie: the lowest of the normal level that is shown, else
+  // the lowest of that level; null where there is none.
+  UIWindow* appWindow() const;
+
+ private:
+  friend class UIWindow;
+
+  void setKeyWindow(UIWindow* window);
+  // Makes the topmost visible window key.
+  void passKeyOn();
+  void stateChanged(Qt::ApplicationState state);
+
+  std::unique_ptr<UIApplicationDelegate> delegate_;
+  std::function<bool(const QUrl&)> opener_;
+  QPointer<UIWindow> keyWindow_;
+  Qt::ApplicationState state_ = Qt::ApplicationInactive;
+};
+
+// Makes the application and its delegate, shows the screen and runs the event loop. Returns the exit status.
+int UIApplicationMain(int argc, char** argv,
+                      const std::function<std::unique_ptr<UIApplicationDelegate>()>& delegate);

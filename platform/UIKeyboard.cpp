@@ -1,0 +1,48 @@
+#include "platform/UIKeyboard.h"
+
+#include "platform/EventBoundary.h"
+#include "platform/NSNotificationCenter.h"
+#include "platform/UIScreen.h"
+
+#include <utility>
+
+#include <QEasingCurve>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QVariantMap>
+
+namespace {
+
+// Input methods do not tell how they move; this is how phones do.
+constexpr double slideSeconds = 0.25;
+
+void post(const QString& name, const QRectF& frame) {
+  NSNotificationCenter::defaultCenter().postNotificationName(
+      name, nullptr,
+      {{UIKeyboardFrameEndUserInfoKey, frame},
+       {UIKeyboardAnimationDurationUserInfoKey, slideSeconds},
+       {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::OutCubic)}});
+}
+
+}  // namespace
+
+UIKeyboard::UIKeyboard(QObject* parent) : QObject(parent) {
+  const QInputMethod* inputMethod = QGuiApplication::inputMethod();
+  connect(inputMethod, &QInputMethod::keyboardRectangleChanged, this,
+          atEventBoundary([this] { readInputMethod(); }));
+  connect(inputMethod, &QInputMethod::visibleChanged, this, atEventBoundary([this] { readInputMethod(); }));
+}
+
+void UIKeyboard::setFrame(const QRectF& frame) {
+  if (frame == frame_) return;
+  const QRectF before = std::exchange(frame_, frame);
+  post(UIKeyboardWillChangeFrameNotification, frame);
+  if (before.isEmpty() && !frame.isEmpty()) post(UIKeyboardWillShowNotification, frame);
+  if (!before.isEmpty() && frame.isEmpty()) post(UIKeyboardWillHideNotification, frame);
+}
+
+void UIKeyboard::readInputMethod() {
+  const QInputMethod* inputMethod = QGuiApplication::inputMethod();
+  // Told in the coordinates of the window that has the focus, which is the screen.
+  setFrame(inputMethod->isVisible() ? inputMethod->keyboardRectangle() : QRectF());
+}

@@ -1,0 +1,68 @@
+#include "platform/UIScreen.h"
+
+#include "platform/UIWindow.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QPointer>
+#include <QResizeEvent>
+
+namespace {
+
+// Logical pixels: a common phone's screen to start with, the smallest one as the limit.
+constexpr QSize firstSize{390, 844};
+constexpr QSize smallestSize{320, 480};
+
+QPointer<UIScreen>& theScreen() {
+  static QPointer<UIScreen> screen;
+  return screen;
+}
+
+}  // namespace
+
+UIScreen* UIScreen::mainScreen() {
+  QPointer<UIScreen>& screen = theScreen();
+  if (!screen) {
+    screen = new UIScreen;
+    qAddPostRoutine([] { delete theScreen().data(); });
+  }
+  return screen;
+}
+
+UIScreen::UIScreen() {
+  setObjectName(QStringLiteral("Screen"));
+  setWindowTitle(QStringLiteral("Tweakbench"));
+  setMinimumSize(smallestSize);
+  resize(firstSize);
+}
+
+UIScreen::~UIScreen() {
+  // The windows look for their screen as they go, so they go first.
+  while (!windows_.empty()) delete windows_.back();
+}
+
+void UIScreen::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  for (UIWindow* window : windows_) window->setGeometry(rect());
+  emit boundsChanged(rect());
+}
+
+void UIScreen::add(UIWindow* window) {
+  windows_.push_back(window);
+  window->setGeometry(rect());
+  bringToFront(window);
+}
+
+void UIScreen::remove(UIWindow* window) {
+  std::erase(windows_, window);
+}
+
+void UIScreen::bringToFront(UIWindow* window) {
+  std::erase(windows_, window);
+  const auto place = std::find_if(windows_.begin(), windows_.end(), [window](const UIWindow* other) {
+    return other->windowLevel() > window->windowLevel();
+  });
+  windows_.insert(place, window);
+  for (UIWindow* each : windows_) each->raise();
+}

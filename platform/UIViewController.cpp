@@ -1,0 +1,155 @@
+#include "platform/UIViewController.h"
+
+#include "core/NSLog.h"
+#include "platform/Autorelease.h"
+#include "platform/EventBoundary.h"
+#include "platform/PresentationLayer.h"
+#include "platform/UIWindow.h"
+
+#include <utility>
+
+namespace {
+
+void call(const std::function<void()>& completion) {
+  if (completion) atEventBoundary(completion)();
+}
+
+}  // namespace
+
+UIViewController::UIViewController() = default;
+
+UIViewController::~UIViewController() {
+  // The view may be in the middle of one of its own events.
+  if (view_) {
+    view_->hide();
+    view_->setParent(nullptr);
+    view_->deleteLater();
+  }
+  if (presented_ && presented_->layer_) presented_->layer_->deleteLater();
+}
+
+QWidget* UIViewController::view() {
+  if (!view_) {
+    loadView();
+    if (!view_) setView(new QWidget);
+    viewDidLoad();
+  }
+  return view_;
+}
+
+UIWindow* UIViewController::window() const {
+  for (QWidget* widget = view_; widget; widget = widget->parentWidget()) {
+    if (auto* window = qobject_cast<UIWindow*>(widget)) return window;
+  }
+  return nullptr;
+}
+
+UIInterfaceOrientationMask UIViewController::supportedInterfaceOrientations() const {
+  return UIInterfaceOrientationMask::AllButUpsideDown;
+}
+
+void UIViewController::loadView() {
+  setView(new QWidget);
+}
+
+void UIViewController::presentViewController(std::shared_ptr<UIViewController> controller, bool animated,
+                                             std::function<void()> completion) {
+  // A dismissal that is still moving makes room first.
+  if (presented_ && presented_->layer_) presented_->layer_->finish();
+  UIWindow* const window = this->window();
+  if (!controller || controller.get() == this || presented_ || controller->window() || !window) {
+    NSLog("A view controller was not presented: it is missing, already shown, or there is no room for it.");
+    return;
+  }
+  presented_ = std::move(controller);
+  UIViewController& shown = *presented_;
+  shown.presenting_ = weak_from_this();
+
+  QWidget* focused = window->window()->focusWidget();
+  focusBelow_ = focused && view_->isAncestorOf(focused) ? focused : nullptr;
+  shown.layer_ = new PresentationLayer(window, shown.view());
+  shown.viewWillAppear(animated);
+  viewWillDisappear(animated);
+  shown.layer_->show();
+  shown.layer_->raise();
+  shown.view()->setFocus(Qt::OtherFocusReason);
+  shown.layer_->slide(1, 0, animated,
+                      [weak = weak_from_this(), animated, completion = std::move(completion)] {
+                        const std::shared_ptr<UIViewController> self = weak.lock();
+                        if (self && self->presented_)
+                          self->presented(*self->presented_, animated, completion);
+                      });
+}
+
+void UIViewController::presented(UIViewController& controller, bool animated,
+                                 const std::function<void()>& completion) {
+  const std::shared_ptr<UIViewController> kept = controller.shared_from_this();
+  // Covered: out of reach of the focus and of assistive technology too.
+  if (layer_) layer_->hide();
+  controller.viewDidAppear(animated);
+  viewDidDisappear(animated);
+  call(completion);
+}
+
+void UIViewController::dismissViewControllerAnimated(bool animated, std::function<void()> completion) {
+  if (presented_) {
+    dismissPresented(animated, std::move(completion));
+  } else if (const std::shared_ptr<UIViewController> presenter = presenting_.lock()) {
+    presenter->dismissPresented(animated, std::move(completion));
+  }
+}
+
+void UIViewController::dismissPresented(bool animated, std::function<void()> completion) {
+  if (presented_->layer_) presented_->layer_->finish();
+  // What was moving may have been a dismissal.
+  if (!presented_) {
+    call(completion);
+    return;
+  }
+  const std::shared_ptr<UIViewController> leaving = presented_;
+  if (leaving->presented_) leaving->dismissPresented(false, {});
+  if (layer_) layer_->show();
+  leaving->viewWillDisappear(animated);
+  viewWillAppear(animated);
+  auto ended = [weak = weak_from_this(), animated, completion = std::move(completion)] {
+    if (const std::shared_ptr<UIViewController> self = weak.lock()) {
+      self->presentedWentAway(animated, completion);
+    }
+  };
+  if (leaving->layer_) {
+    leaving->layer_->slide(0, 1, animated, std::move(ended));
+  } else {
+    ended();
+  }
+}
+
+void UIViewController::presentedWentAway(bool animated, const std::function<void()>& completion) {
+  const std::shared_ptr<UIViewController> left = std::exchange(presented_, nullptr);
+  if (!left) return;
+  autorelease(left);
+  left->presenting_.reset();
+  if (left->layer_) {
+    left->layer_->hide();
+    left->view()->setParent(nullptr);
+    left->layer_->deleteLater();
+    left->layer_ = nullptr;
+  }
+  if (focusBelow_) {
+    focusBelow_->setFocus(Qt::OtherFocusReason);
+  } else if (view_) {
+    view_->setFocus(Qt::OtherFocusReason);
+  }
+  left->viewDidDisappear(animated);
+  viewDidAppear(animated);
+  call(completion);
+}
+
+void UIViewController::appear() {
+  viewWillAppear(false);
+  viewDidAppear(false);
+}
+
+void UIViewController::disappear() {
+  viewWillDisappear(false);
+  viewDidDisappear(false);
+}

@@ -1,0 +1,170 @@
+#include "platform/UIWindow.h"
+
+#include "platform/NSNotificationCenter.h"
+#include "platform/PresentationLayer.h"
+#include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
+#include "platform/UIViewController.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QResizeEvent>
+
+namespace {
+
+void post(const QString& name, UIWindow* window) {
+  NSNotificationCenter::defaultCenter().postNotificationName(name, window);
+}
+
+bool canTakeFocus(const QWidget* widget) {
+  return (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && widget->isVisible() &&
+         !widget->focusProxy();
+}
+
+}  // namespace
+
+UIWindow::UIWindow(double windowLevel) : QWidget(UIScreen::mainScreen()), windowLevel_(windowLevel) {
+  hide();
+  UIScreen::mainScreen()->add(this);
+}
+
+UIWindow::~UIWindow() {
+  UIScreen::mainScreen()->remove(this);
+  if (UIApplication* application = UIApplication::sharedApplication()) {
+    // Null where this was the key window: a guarded pointer forgets an object that is being destroyed.
+    if (!application->keyWindow()) application->passKeyOn();
+  }
+}
+
+void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controller) {
+  if (rootLayer_) rootLayer_->deleteLater();
+  rootLayer_ = nullptr;
+  rootViewController_ = std::move(controller);
+  if (!rootViewController_) return;
+  rootLayer_ = new PresentationLayer(this, rootViewController_->view());
+  rootViewController_->layer_ = rootLayer_;
+  rootLayer_->show();
+  if (!isHidden()) rootViewController_->appear();
+}
+
+std::shared_ptr<UIViewController> UIWindow::topViewController() const {
+  std::shared_ptr<UIViewController> top = rootViewController_;
+  while (top && top->presentedViewController()) top = top->presentedViewController();
+  return top;
+}
+
+void UIWindow::makeKeyAndVisible() {
+  UIScreen::mainScreen()->bringToFront(this);
+  setVisible(true);
+  UIApplication::sharedApplication()->setKeyWindow(this);
+}
+
+bool UIWindow::isKeyWindow() const {
+  return UIApplication::sharedApplication()->keyWindow() == this;
+}
+
+void UIWindow::setVisible(bool visible) {
+  if (visible != isHidden()) {
+    QWidget::setVisible(visible);
+    return;
+  }
+  // A report may destroy the window.
+  const QPointer<UIWindow> alive(this);
+  if (!visible) rememberFocus();
+  QWidget::setVisible(visible);
+  if (rootViewController_) visible ? rootViewController_->appear() : rootViewController_->disappear();
+  if (!alive) return;
+  if (!visible && isKeyWindow()) UIApplication::sharedApplication()->passKeyOn();
+  if (alive) post(visible ? UIWindowDidBecomeVisibleNotification : UIWindowDidBecomeHiddenNotification, this);
+}
+
+void UIWindow::setWindowLevel(double level) {
+  windowLevel_ = level;
+  UIScreen::mainScreen()->bringToFront(this);
+}
+
+void UIWindow::endEditing() {
+  QGuiApplication::inputMethod()->commit();
+  rememberFocus();
+  if (lastFocus_ && lastFocus_ == window()->focusWidget()) setFocus(Qt::OtherFocusReason);
+}
+
+void UIWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const auto layers = findChildren<PresentationLayer*>(Qt::FindDirectChildrenOnly);
+  for (PresentationLayer* layer : layers) layer->setGeometry(rect());
+}
+
+void UIWindow::keyPressEvent(QKeyEvent* event) {
+  const std::shared_ptr<UIViewController> top = topViewController();
+  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier && top) {
+    top->cancelOperation();
+    event->accept();
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}
+
+bool UIWindow::focusNextPrevChild(bool next) {
+  const std::shared_ptr<UIViewController> top = topViewController();
+  const QWidget* trap = top && top->isViewLoaded() ? top->view() : this;
+  QWidget* const from = window()->focusWidget() ? window()->focusWidget() : this;
+  for (QWidget* to = next ? from->nextInFocusChain() : from->previousInFocusChain(); to != from;
+       to = next ? to->nextInFocusChain() : to->previousInFocusChain()) {
+    if (!trap->isAncestorOf(to) || !canTakeFocus(to)) continue;
+    window()->setAttribute(Qt::WA_KeyboardFocusChange);
+    to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+  }
+  // Nowhere to go inside; the focus must not get out either.
+  return true;
+}
+
+void UIWindow::becomeKey() {
+  setTakesInput(true);
+  restoreFocus();
+  post(UIWindowDidBecomeKeyNotification, this);
+}
+
+void UIWindow::resignKey() {
+  rememberFocus();
+  post(UIWindowDidResignKeyNotification, this);
+}
+
+void UIWindow::rememberFocus() {
+  QWidget* focused = window()->focusWidget();
+  if (focused && isAncestorOf(focused)) lastFocus_ = focused;
+}
+
+void UIWindow::restoreFocus() {
+  QWidget* focused = window()->focusWidget();
+  if (focused && isAncestorOf(focused) && focused->isVisible()) return;
+  if (lastFocus_ && isAncestorOf(lastFocus_) && lastFocus_->isEnabled() && !lastFocus_->isHidden()) {
+    lastFocus_->setFocus(Qt::ActiveWindowFocusReason);
+  } else {
+    setFocus(Qt::ActiveWindowFocusReason);
+  }
+}
+
+void UIWindow::setTakesInput(bool takesInput) {
+  if (takesInput == isEnabled()) return;
+  if (takesInput) {
+    setPalette(QPalette());
+  } else {
+    // What lies behind is dimmed by the cover above it, not greyed out control by control as well.
+    QPalette palette = this->palette();
+    for (int role = 0; role < QPalette::NColorRoles; ++role) {
+      const auto colorRole = static_cast<QPalette::ColorRole>(role);
+      palette.setBrush(QPalette::Disabled, colorRole, palette.brush(QPalette::Active, colorRole));
+    }
+    setPalette(palette);
+  }
+  setEnabled(takesInput);
+}
+
+void retireUIWindow(UIWindow* window) {
+  if (!window) return;
+  window->setVisible(false);
+  window->deleteLater();
+}

@@ -1,0 +1,87 @@
+// A window of the application: a layer that always fills the screen and shows a view controller's view.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include <QPointer>
+#include <QWidget>
+
+class PresentationLayer;
+class UIViewController;
+
+// Posted with the window as object, no userInfo.
+inline const QString UIWindowDidBecomeVisibleNotification =
+    QStringLiteral("UIWindowDidBecomeVisibleNotification");
+inline const QString UIWindowDidBecomeHiddenNotification =
+    QStringLiteral("UIWindowDidBecomeHiddenNotification");
+inline const QString UIWindowDidBecomeKeyNotification = QStringLiteral("UIWindowDidBecomeKeyNotification");
+inline const QString UIWindowDidResignKeyNotification = QStringLiteral("UIWindowDidResignKeyNotification");
+
+inline constexpr double UIWindowLevelNormal = 0;
+inline constexpr double UIWindowLevelStatusBar = 1000;
+inline constexpr double UIWindowLevelAlert = 2000;
+
+// Hidden when made. Only the key window takes input: while another window is key, this one is disabled for
+// the pointer, the focus, shortcuts and assistive technology, and has its focus back when it becomes key
+// again. Tab goes round inside the window. Main thread.
+//
+// Make windows with makeUIWindow(); the reference is the owner.
+class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
+  Q_OBJECT
+
+ public:
+  explicit UIWindow(double windowLevel = UIWindowLevelNormal);
+  ~UIWindow() override;
+
+  // The window keeps the controller; its view fills the window. Null takes the present one away.
+  void setRootViewController(std::shared_ptr<UIViewController> controller);
+  const std::shared_ptr<UIViewController>& rootViewController() const { return rootViewController_; }
+  // The controller whose view is on top: the last one presented from the root controller, or null.
+  std::shared_ptr<UIViewController> topViewController() const;
+
+  // Brings the window to the front of its level, shows it and makes it the one that takes input.
+  void makeKeyAndVisible();
+  bool isKeyWindow() const;
+  // Showing and hiding a window (setHidden, setVisible, show, hide) posts the notifications above. When the
+  // key window is hidden, the topmost one that is still visible becomes key.
+  void setVisible(bool visible) override;
+
+  double windowLevel() const { return windowLevel_; }
+  void setWindowLevel(double level);
+
+  // Ends typing: what an input method holds is entered, and no field of the window has the focus any more.
+  void endEditing();
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  friend class UIApplication;
+  friend class UIViewController;
+
+  void becomeKey();
+  void resignKey();
+  void rememberFocus();
+  void restoreFocus();
+  void setTakesInput(bool takesInput);
+
+  double windowLevel_;
+  std::shared_ptr<UIViewController> rootViewController_;
+  QPointer<PresentationLayer> rootLayer_;
+  QPointer<QWidget> lastFocus_;
+};
+
+// Hides `window` and leaves it to the event loop to destroy it: the last reference may go from within one of
+// its own events.
+void retireUIWindow(UIWindow* window);
+
+template <typename Window = UIWindow, typename... Arguments>
+std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
+  auto* window = new Window(std::forward<Arguments>(arguments)...);
+  // The screen destroys its windows when it goes first, hence the guard.
+  return std::shared_ptr<Window>(
+      window, [guard = QPointer<UIWindow>(window)](UIWindow*) { retireUIWindow(guard.data()); });
+}
