@@ -23,7 +23,7 @@ void openURL(const std::string& address, std::function<void(bool)> completion = 
 
 void showSuccess(const MaybeText& project) {
   const auto dialog = RQAlertView::alertViewWithTitle(localized(text::done), localized(text::debIsReady, {project}),
-                                                      RQAlertViewStyle::Alert, {localized(text::goToDebFolder)},
+                                                      RQAlertViewStyle::Alert, QStringList{localized(text::goToDebFolder)},
                                                       localized(text::cancel), QString());
   dressAsMessage(*dialog);
   dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
@@ -81,7 +81,7 @@ void MakePackage::MakePackageInstall() { startBuild(BuildVariant::Install); }
 void MakePackage::startBuild(BuildVariant variant) {
   if (progress_) return;
   progress_ = RQAlertView::alertViewWithActivityIndicatorAndTitle(localized(text::makingYourTweak), QString(),
-                                                                  RQAlertViewStyle::Alert, localized(text::pleaseWait), {},
+                                                                  RQAlertViewStyle::Alert, localized(text::pleaseWait), QStringList(),
                                                                   QString(), QString());
   dressAsProgress(*progress_);
   progress_->showAnimated();
@@ -112,7 +112,7 @@ void MakePackage::ClearLog() {
 
 void MakePackage::InfoButton() {
   const auto dialog = RQAlertView::alertViewWithTitle(QStringLiteral("Tip"), localized(text::deviceSupportHint),
-                                                      RQAlertViewStyle::Alert, {localized(text::addTheSource)},
+                                                      RQAlertViewStyle::Alert, QStringList{localized(text::addTheSource)},
                                                       localized(text::cancel), QString());
   dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
     if (title == localized(text::addTheSource)) openURL(links::addPackageSource, [](bool) {});

@@ -3,7 +3,7 @@
 #include <QPointer>
 
 #include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewTextField.h"
+
 #include "core/FileManager.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"

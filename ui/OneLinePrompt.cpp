@@ -17,7 +17,7 @@ void showOneLinePrompt(const QString& title, const QString& initialText,
         field.resignFirstResponder();
         if (!initialText.isNull()) field.setText(initialText);
       },
-      {localized(text::confirm)}, localized(text::cancel), QString());
+      QStringList{localized(text::confirm)}, localized(text::cancel), QString());
   dressAsPrompt(*prompt);
   prompt->setActionHandler([confirmed = std::move(confirmed)](RQAlertView& dialog, std::size_t, const QString&) {
     confirmed(dialog.textFieldsArray().front()->text().toStdString());

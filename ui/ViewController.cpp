@@ -28,7 +28,7 @@ constexpr double titleSize = 20;
 
 void showMissingTheos() {
   const auto dialog = RQAlertView::alertViewWithTitle(localized(text::couldNotFindTheos), localized(text::mustInstallTheos),
-                                                      RQAlertViewStyle::Alert, {localized(text::ok)}, QString(), QString());
+                                                      RQAlertViewStyle::Alert, QStringList{localized(text::ok)}, QString(), QString());
   dressAsMessage(*dialog);
   dialog->showAnimated();
 }
@@ -123,7 +123,7 @@ void ViewController::rejectPick() {
   dismissViewControllerAnimated(true);
   const auto dialog =
       RQAlertView::alertViewWithTitle(QString::fromUtf8(text::notSupportedYet), QStringLiteral("(null)"),
-                                      RQAlertViewStyle::Alert, {}, localized(text::ok), QString());
+                                      RQAlertViewStyle::Alert, QStringList(), localized(text::ok), QString());
   dialog->setBackgroundColor(grey(32));
   dialog->setTitleTextColor(Qt::white);
   dialog->setMessageTextColor(Qt::white);

@@ -1,0 +1,47 @@
+#include "core/Languages.h"
+
+#include <gtest/gtest.h>
+
+#include "support/Device.h"
+
+namespace {
+
+TEST(Languages, FollowTheSettingAndInAutomaticModeTheDevice) {
+  const struct {
+    const char* why;
+    const char* language;  // null: absent
+    const char* locale;    // null: absent
+    bool arabic;
+  } rows[] = {
+      {"nothing set", nullptr, "ar_SA", false},
+      {"Arabic", "AR", "en_US", true},
+      {"only upper case", "ar", "ar_SA", false},
+      {"anything else", "English", "ar_SA", false},
+      {"automatic, Arabic device", "Auto", "ar_SA", true},
+      {"automatic, English device", "Auto", "en_US", false},
+      {"automatic, no locale", "Auto", nullptr, false},
+      {"automatic, ar anywhere", "Auto", "en_DE@calendar=gregorian;x-ar", true},
+      {"automatic, upper case only", "Auto", "es_AR", false},
+      {"automatic is case-sensitive", "auto", "ar_SA", false},
+  };
+  for (const auto& row : rows) {
+    device::reset();
+    if (row.language != nullptr) device::speak(row.language);
+    if (row.locale != nullptr) setPropertyListValue(device::preferences, "XBRecentLocale", row.locale);
+    const char* const arabic = "\xD8\xB9";
+    const char* const english = "en";
+    EXPECT_EQ(Languages(arabic, english), row.arabic ? arabic : english) << row.why;
+  }
+}
+
+TEST(Languages, AreEnglishWhereASettingsFileIsMissing) {
+  device::reset();
+  removeItemAtPath(device::application + "LangFile.plist");
+  EXPECT_STREQ(Languages("a", "e"), "e");
+  device::reset();
+  device::speak("Auto");
+  removeItemAtPath(device::preferences);
+  EXPECT_STREQ(Languages("a", "e"), "e");
+}
+
+}  // namespace

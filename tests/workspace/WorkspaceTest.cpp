@@ -1,0 +1,218 @@
+#include <algorithm>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/NewProject.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+namespace filesystem = std::filesystem;
+
+class Workspace : public testing::Test {
+ protected:
+  Workspace() {
+    device::reset();
+    createProjectsFolder();
+  }
+
+  const StandardStreams restored_;
+};
+
+std::set<std::string> listed() { return {MUArray().begin(), MUArray().end()}; }
+
+TEST_F(Workspace, TheLastExistingTheosWins) {
+  ASSERT_TRUE(theosIsPresent());
+  recordTheosPath();
+  EXPECT_EQ(device::setting("Choose", "TheosPath"), "/opt/theos");
+  filesystem::create_directories("/var/theos");
+  recordTheosPath();
+  EXPECT_EQ(theosPath(), "/opt/theos");
+  filesystem::create_directories("/var/mobile/theos");
+  recordTheosPath();
+  EXPECT_EQ(theosPath(), "/var/mobile/theos");
+  filesystem::create_directories("/var/mobile/Documents/theos");
+  recordTheosPath();
+  EXPECT_EQ(theosPath(), "/var/mobile/Documents/theos");
+  removeItemAtPath(device::application + "Choose.plist");
+  recordTheosPath();
+  EXPECT_FALSE(fileExistsAtPath(device::application + "Choose.plist")) << "a missing settings file is not made";
+}
+
+TEST_F(Workspace, TheConverterIsMovedOnceAndLeftAloneWhereOneIsInstalled) {
+  const std::string shipped = device::application + "ftt";
+  const bool wasShipped = fileExistsAtPath(shipped);
+  const std::string before = wasShipped ? fileAt(shipped) : std::string();
+  removeItemAtPath("/usr/bin/ftt");
+  putFile(shipped, "first");
+  installConverter();
+  EXPECT_EQ(fileAt("/usr/bin/ftt"), "first");
+  EXPECT_FALSE(fileExistsAtPath(shipped));
+  putFile(shipped, "second");
+  installConverter();
+  EXPECT_EQ(fileAt("/usr/bin/ftt"), "first");
+  EXPECT_EQ(fileAt(shipped), "second");
+  removeItemAtPath("/usr/bin/ftt");
+  removeItemAtPath(shipped);
+  if (wasShipped) putFile(shipped, before);
+}
+
+TEST_F(Workspace, TheFileListIsTheFolderAsItIs) {
+  const std::string folder = device::projects + "P/";
+  putFile(folder + ".hidden", "");
+  putFile(folder + "packages/x.deb", "");
+  putFile(folder + "b", "");
+  EXPECT_TRUE(chooseProject("P"));
+  ArraySetUp();
+  EXPECT_EQ(listed(), (std::set<std::string>{".hidden", "packages", "b"}));
+  EXPECT_EQ(MUArray(), *contentsOfDirectoryAtPath(folder));
+  EXPECT_EQ(currentProjectLabel(), "P");
+  removeItemAtPath(folder);
+  EXPECT_EQ(MUArray().size(), 3U) << "the list is read only when it is asked for";
+  ArraySetUp();
+  EXPECT_TRUE(MUArray().empty());
+}
+
+TEST_F(Workspace, WithoutAChoiceOnlyAFolderNamedLikeTheAbsentValueIsListed) {
+  putFile(device::projects + "P/a", "");
+  ArraySetUp();
+  EXPECT_TRUE(MUArray().empty());
+  EXPECT_EQ(currentProjectLabel(), "");
+  putFile(device::projects + "(null)/odd", "");
+  ArraySetUp();
+  EXPECT_EQ(listed(), std::set<std::string>{"odd"});
+}
+
+TEST_F(Workspace, ChoosingRecordsAProjectEvenWhenItsFolderHasVanished) {
+  filesystem::create_directories(device::projects + "A");
+  EXPECT_EQ(projectNames(), std::vector<std::string>{"A"});
+  EXPECT_FALSE(chooseProject("gone"));
+  EXPECT_EQ(device::setting("Choose", "Choose"), "gone");
+  EXPECT_EQ(device::setting("Files", "Files"), "gone");
+  removeItemAtPath(device::projects);
+  EXPECT_TRUE(projectNames().empty());
+}
+
+TEST_F(Workspace, ThePickIsCheckedByTheShellAndRecorded) {
+  const std::string folder = device::projects + "P/";
+  putFile(folder + "Tweak.x", "");
+  putFile(folder + "two words", "");
+  filesystem::create_directories(folder + "packages");
+  chooseProject("P");
+  EXPECT_FALSE(fileCheckRejects("Tweak.x"));
+  EXPECT_EQ(fileAt(device::application + "Checkers.log"), "Hola\n");
+  EXPECT_TRUE(fileCheckRejects("packages"));
+  EXPECT_TRUE(fileCheckRejects("gone"));
+  // Unquoted: test gets two words and complains, which is no.
+  EXPECT_TRUE(fileCheckRejects("two words"));
+  EXPECT_NE(fileAt(device::application + "Checkers.log").find("Noooop"), std::string::npos);
+  SS("Tweak.x");
+  EXPECT_EQ(device::setting("Checker", "FullPath"), "/var/Tweakyard/Projects/P/Tweak.x");
+  SS("packages");
+  EXPECT_EQ(pickedFile(), "/var/Tweakyard/Projects/P/packages");
+  removeItemAtPath(device::application + "Checker.plist");
+  SS("Tweak.x");
+  EXPECT_EQ(pickedFile(), std::nullopt);
+}
+
+TEST_F(Workspace, ANewProjectIsTheTemplateWithItsNameInIt) {
+  recordTheosPath();
+  createProject("My Twe ak");
+  const std::string folder = device::projects + "MyTweak/";
+  EXPECT_EQ(device::setting("Choose", "Choose"), "MyTweak");
+  EXPECT_EQ(device::setting("Files", "Files"), "MyTweak");
+  ArraySetUp();
+  EXPECT_EQ(listed(), (std::set<std::string>{"control", "Makefile", "MyTweak.plist", "Tweak.x"}));
+
+  const std::string control = fileAt(folder + "control");
+  const std::string package = control.substr(0, control.find('\n'));
+  ASSERT_EQ(package.substr(0, 29), "Package: com.lanternfish12." + package.substr(27, 2));
+  const std::string token = package.substr(27);
+  EXPECT_EQ(token.size(), 8U);
+  EXPECT_TRUE(std::all_of(token.begin(), token.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; })) << token;
+  for (const char* line : {"\nName: MyTweak\n", "\nVersion: ", "\nArchitecture: iphoneos-arm\n", "\nMaintainer: ",
+                           "\nAuthor: ", "\nSection: ", "\nDepends: ", "\nDescription: "}) {
+    EXPECT_NE(control.find(line), std::string::npos) << line;
+  }
+
+  const std::string makefile = fileAt(folder + "Makefile");
+  // GNU make takes everything after "export NAME=" as the value, so the line must end there.
+  EXPECT_NE(makefile.find("export THEOS=/opt/theos\n"), std::string::npos) << makefile;
+  EXPECT_NE(makefile.find("\nTWEAK_NAME = MyTweak\n"), std::string::npos);
+  EXPECT_NE(makefile.find("\nMyTweak_FILES = Tweak.x\n"), std::string::npos);
+  EXPECT_EQ(makefile.find("CC"), std::string::npos);
+}
+
+TEST_F(Workspace, TokensAreIndependent) {
+  std::set<std::string> tokens;
+  std::set<char> letters;
+  for (int count = 0; count < 500; ++count) {
+    const std::string token = randomToken();
+    EXPECT_EQ(token.size(), 8U);
+    letters.insert(token.begin(), token.end());
+    tokens.insert(token);
+  }
+  EXPECT_EQ(tokens.size(), 500U);
+  EXPECT_EQ(letters.size(), 26U);
+  EXPECT_EQ(*letters.begin(), 'a');
+  EXPECT_EQ(*letters.rbegin(), 'z');
+}
+
+TEST_F(Workspace, EveryExportIsExpandedAndNothingElseIsAssumedOfTheTemplate) {
+  const std::string archive = device::application + "TheosOrig.zip";
+  const std::string shipped = fileAt(archive);
+  const TemporaryFolder folder;
+  putFile(folder / "Makefile", "export A\nNAME = xCCyCC\nexport B\n");
+  run_cmd(("cd " + folder.path() + " && rm " + archive + " && cmake -E tar cf " + archive + " --format=zip Makefile").c_str());
+  setTheosPath("/var/theos");
+  createProject("T");
+  EXPECT_EQ(fileAt(device::projects + "T/Makefile"), "export THEOS=/var/theos A\nNAME = xTyT\nexport THEOS=/var/theos B\n");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "T/control"));
+
+  device::reset();
+  createProjectsFolder();
+  createProject("U");
+  EXPECT_EQ(fileAt(device::projects + "U/Makefile").substr(0, 22), "export THEOS=(null) A\n");
+
+  putFile(archive, "no zip at all");
+  createProject("V");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "V"));
+  EXPECT_EQ(currentProject(), "V") << "the project is current even when a step fails";
+  putFile(archive, shipped);
+}
+
+// Names go into the command lines as they are typed. What the shell makes of them is its business; the process and the
+// settings must come through, and what lies beside the projects must stay.
+TEST_F(Workspace, NastyNamesHurtNothing) {
+  const std::string nasty[] = {"",
+                               "   ",
+                               "a'b",
+                               "a\"b",
+                               "$(touch${IFS}/var/mobile/x)",
+                               "`id`",
+                               "a;b",
+                               "a&&b",
+                               "../../mobile/Documents/P",
+                               "-rf",
+                               "مشروع",
+                               std::string(300, 'n'),
+                               "a\nb",
+                               "*",
+                               "a|b>c"};
+  putFile("/var/mobile/Documents/kept", "kept");
+  for (const std::string& name : nasty) {
+    createProject(name);
+    ArraySetUp();
+    EXPECT_EQ(device::setting("Choose", "Choose"), withoutBlanks(name)) << name;
+    EXPECT_EQ(fileAt("/var/mobile/Documents/kept"), "kept") << name;
+  }
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "مشروع/مشروع.plist"));
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "control")) << "an empty name unpacks into the Projects folder itself";
+}
+
+}  // namespace

@@ -1,0 +1,179 @@
+// The guided tour: the main job from an empty device to a built package, done on the real screens with real clicks and
+// keys, with a picture of each screen and dialog on the way. Runs in the device and prints, at its end, the paths of
+// the package and of the pictures there.
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include "core/FileManager.h"
+#include "core/PropertyList.h"
+#include "core/Text.h"
+#include "platform/Motion.h"
+#include "platform/NSRunLoop.h"
+#include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
+#include "ui/AppDelegate.h"
+#include "ui/EndOfProcess.h"
+#include "ui/Localized.h"
+#include "ui/LogView.h"
+#include "ui/tour/Finger.h"
+
+namespace {
+
+using finger::tap;
+using finger::waitToSee;
+
+constexpr const char* projectName = "HelloTweak";
+constexpr const char* pictureFolder = "/var/mobile/Pictures";
+constexpr const char* packageFolder = "/var/mobile/Documents/Tweakbench/HelloTweak";
+
+class Tour {
+ public:
+  // Reports go to `report`, since the application redirects its standard streams onto its logs.
+  explicit Tour(FILE* report) : report_(report) { createDirectoryAtPath(pictureFolder); }
+
+  void go() {
+    mainJob();
+    otherScreens("");
+    setPropertyListValue("/Applications/Tweakbench.app/LangFile.plist", "Language", "AR");
+    tap("Reload");
+    arabic();
+  }
+
+ private:
+  void picture(const char* name) {
+    QTest::qWait(30);  // what was asked to be painted is painted
+    const QString path = QStringLiteral("%1/%2-%3.png").arg(pictureFolder).arg(++number_, 2, 10, QLatin1Char('0')).arg(name);
+    if (!UIScreen::mainScreen()->grab().save(path)) throw finger::Missing("cannot save " + path.toStdString());
+    std::fprintf(report_, "picture %s\n", qUtf8Printable(path));
+  }
+
+  void mainJob() {
+    picture("main-empty");
+    tap("New Project");
+    waitToSee(localized(text::projectOptions));
+    picture("project-sheet");
+    tap(localized(text::createNewProject));
+    waitToSee("~ root$");
+    finger::type("Hello Tweak");
+    picture("name-prompt");
+    tap(localized(text::confirm));
+    waitToSee(projectName);
+    picture("main-project");
+    editTweak();
+    build();
+  }
+
+  void editTweak() {
+    tap("Tweak.x");
+    auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+    finger::waitUntil([editor] { return !editor->toPlainText().isEmpty(); }, "the editor stays empty");
+    picture("editor");
+    editor->moveCursor(QTextCursor::Start);
+    QTest::keyClicks(editor, "// Edited on the tour.");
+    QTest::keyClick(editor, Qt::Key_Return);
+    tap("Save");
+    waitToSee("Reload");
+  }
+
+  void build() {
+    tap("Build");
+    waitToSee("Make Package");
+    picture("build-empty");
+    tap("Make Package");
+    waitToSee(localized(text::pleaseWait));
+    picture("build-progress");
+    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); }, "Theos's update does not end");
+    tap("Make Package");
+    waitToSee(localized(text::goToDebFolder));
+    picture("build-success");
+    tap(localized(text::cancel));
+    const auto* const log = qobject_cast<LogView*>(finger::find("Build log"));
+    if (log->text().empty()) throw finger::Missing("the build log is empty");
+    picture("build-log");
+  }
+
+  void otherScreens(const char* language) {
+    const std::string suffix = language;
+    tap("Info");
+    waitToSee("Tip");
+    picture(("hint" + suffix).c_str());
+    tap(localized(text::cancel));
+    tap("Back");
+    tap("Choose Project");
+    waitToSee(localized(text::loadProject));
+    picture(("choose-project" + suffix).c_str());
+    tap(localized(text::cancel));
+    tap("About");
+    waitToSee(localized(text::developedBy));
+    picture(("about" + suffix).c_str());
+    tap("Back");
+    waitToSee("Files");
+  }
+
+  void arabic() {
+    tap("New Project");
+    waitToSee(localized(text::projectOptions));
+    picture("project-sheet-arabic");
+    tap(localized(text::createNewProject));
+    waitToSee("~ root$");
+    picture("name-prompt-arabic");
+    tap(localized(text::cancel));
+    tap(".theos");
+    waitToSee(QString::fromUtf8(text::notSupportedYet));
+    picture("not-supported-arabic");
+    tap(localized(text::ok));
+    tap("Build");
+    tap("Make Package");
+    waitToSee(localized(text::goToDebFolder));
+    picture("build-success-arabic");
+    tap(localized(text::cancel));
+    otherScreens("-arabic");
+  }
+
+  FILE* report_;
+  int number_ = 0;
+};
+
+bool reportPackage(FILE* report) {
+  for (const std::string& name : contentsOfDirectoryAtPath(packageFolder).value_or(std::vector<std::string>{})) {
+    if (pathExtension(name) != "deb") continue;
+    std::fprintf(report, "package %s/%s\n", packageFolder, name.c_str());
+    return true;
+  }
+  std::fprintf(report, "There is no package in %s\n", packageFolder);
+  return false;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  FILE* const report = fdopen(dup(STDOUT_FILENO), "w");
+  int status = EXIT_FAILURE;
+  UIApplicationMain(argc, argv, [&] {
+    // A picture must not catch a dialog half way.
+    setMotionEnabled(false);
+    endCommandsWithApplication();
+    performSelectorAfterDelay(
+        qApp,
+        [&] {
+          try {
+            Tour(report).go();
+            if (reportPackage(report)) status = EXIT_SUCCESS;
+          } catch (const std::exception& error) {
+            std::fprintf(report, "The tour stopped: %s\n", error.what());
+          }
+          QCoreApplication::quit();
+        },
+        0);
+    return makeAppDelegate();
+  });
+  std::fclose(report);
+  return status;
+}
