@@ -1,0 +1,110 @@
+// The device's /bin/sh: puts the system call filter on, then becomes bash under the name sh.
+//
+// Every command line of the application goes through here, and so does everything that a build starts. It
+// never runs a command unguarded: where the filter cannot be put on, it ends with status 126.
+#include "FilterProgram.h"
+#include "device/guard/Probe.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <initializer_list>
+#include <linux/filter.h>
+#include <linux/landlock.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kShell = "/.host/usr/bin/bash";
+constexpr int kRefused = 126;
+
+bool filterIsOn() {
+  return prctl(static_cast<int>(guard::kProbeOperation), guard::kProbeArgument, 0, 0, 0) == -1 &&
+         errno == guard::kProbeAnswer;
+}
+
+bool putFilterOn() {
+  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return false;
+  const sock_fprog program{sizeof kFilterProgram / sizeof kFilterProgram[0],
+                           const_cast<sock_filter*>(kFilterProgram)};
+  if (syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0UL, &program) != 0) return false;
+  return filterIsOn();
+}
+
+// As this program knows it; the system's header may be older than the kernel.
+struct LandlockRules {
+  __u64 files;
+  __u64 network;
+  __u64 scoped;
+};
+
+// Takes from commands what a filter cannot: the application's memory, descriptors and environment under
+// /proc, and, where the kernel can (6.12), signals to it. Kernels without Landlock have the application's own
+// protection only.
+void stepAsideFromTheApplication() {
+  constexpr __u64 kMakeDevice = LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
+  constexpr __u64 kMoveBetweenFolders = 1ULL << 13;
+  constexpr __u64 kScopeSignals = 1ULL << 1;
+  const long version = syscall(SYS_landlock_create_ruleset, nullptr, 0UL, LANDLOCK_CREATE_RULESET_VERSION);
+  if (version < 2) return;  // The first version forbids every move between folders.
+  const LandlockRules rules{kMakeDevice | kMoveBetweenFolders, 0, version >= 6 ? kScopeSignals : 0};
+  const unsigned long size = version >= 6 ? sizeof rules : sizeof rules.files;
+  const int ruleset = static_cast<int>(syscall(SYS_landlock_create_ruleset, &rules, size, 0UL));
+  if (ruleset < 0) return;
+  const int root = open("/", O_PATH | O_CLOEXEC);
+  landlock_path_beneath_attr everywhere{};
+  everywhere.allowed_access = kMoveBetweenFolders;
+  everywhere.parent_fd = root;
+  if (syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &everywhere, 0UL) == 0) {
+    syscall(SYS_landlock_restrict_self, ruleset, 0UL);
+  }
+  close(root);
+  close(ruleset);
+}
+
+bool isForTheInterfaceOnly(const char* variable) {
+  for (const char* prefix : {"DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "AT_SPI_BUS_ADDRESS=", "QT_",
+                             "DBUS_", "XCURSOR_", "XDG_"}) {
+    if (strncmp(variable, prefix, strlen(prefix)) == 0) return true;
+  }
+  return false;
+}
+
+void cleanEnvironment() {
+  char** kept = environ;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (!isForTheInterfaceOnly(*variable)) *kept++ = *variable;
+  }
+  *kept = nullptr;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  cleanEnvironment();
+  if (!filterIsOn()) {
+    // The application is on the other side. Within a build descriptors pass on: make hands its job slots down
+    // by them.
+    syscall(SYS_close_range, 3U, ~0U, 0U);
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0) stepAsideFromTheApplication();
+    if (!putFilterOn()) {
+      const int error = errno;
+      dprintf(STDERR_FILENO, "sh: refused: the system call filter cannot be put on: %s\n", strerror(error));
+      return kRefused;
+    }
+  }
+  char shell[] = "sh";
+  char loginShell[] = "-sh";
+  char* none[] = {shell, nullptr};
+  char** passed = count > 0 ? arguments : none;
+  passed[0] = passed[0][0] == '-' ? loginShell : shell;
+  execv(kShell, passed);
+  const int error = errno;
+  dprintf(STDERR_FILENO, "sh: %s: %s\n", kShell, strerror(error));
+  return error == ENOENT ? 127 : kRefused;
+}

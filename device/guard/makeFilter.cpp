@@ -1,0 +1,171 @@
+// Writes the guard's system call filter as a C++ table, at build time, so that the guard has nothing to
+// compute.
+#include "device/guard/Probe.h"
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/sched.h>
+#include <linux/seccomp.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+#include <seccomp.h>
+
+namespace {
+
+// set_mempolicy_home_node: the last call that was weighed when the lists below were written. What a newer
+// kernel adds is answered as unknown, and libraries fall back.
+constexpr std::uint32_t kLastKnownCall = 450;
+
+#if defined(__x86_64__)
+constexpr std::uint32_t kNativeArchitecture = AUDIT_ARCH_X86_64;
+#elif defined(__aarch64__)
+constexpr std::uint32_t kNativeArchitecture = AUDIT_ARCH_AARCH64;
+#else
+#error "The filter has not been written for this processor."
+#endif
+
+// The kernel takes these arguments as 32 bits, so the upper half must not decide.
+constexpr scmp_datum_t kLow32 = 0xffffffffU;
+
+void must(int result) {
+  if (result < 0) {
+    std::fprintf(stderr, "filter: %d\n", result);
+    std::exit(1);
+  }
+}
+
+void refuse(scmp_filter_ctx filter, int error, int call) {
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(error), call, 0));
+}
+
+void refuseArgument(scmp_filter_ctx filter, int error, int call, unsigned argument, scmp_datum_t mask,
+                    scmp_datum_t value) {
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(error), call, 1,
+                        scmp_arg_cmp{argument, SCMP_CMP_MASKED_EQ, mask, value}));
+}
+
+// Only the internet families stay: local sockets lead to the display, to buses and to agents.
+void refuseSockets(scmp_filter_ctx filter) {
+  for (scmp_datum_t family = 0; family < 64; ++family) {
+    if (family == AF_INET || family == AF_INET6) continue;
+    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socket), 0, kLow32, family);
+  }
+  // A pair is connected to itself, which make and perl may use, but one of datagrams can be sent elsewhere.
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EAFNOSUPPORT), SCMP_SYS(socketpair), 1,
+                        scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, 0xf, SOCK_DGRAM}));
+}
+
+void refuseTerminalInjection(scmp_filter_ctx filter) {
+  constexpr scmp_datum_t kLinuxConsole = 0x541c;  // TIOCLINUX
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, TIOCSTI);
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, kLinuxConsole);
+}
+
+void refuseNamespacesAndMounts(scmp_filter_ctx filter) {
+  for (scmp_datum_t flag : {CLONE_NEWUSER, CLONE_NEWNS, CLONE_NEWPID, CLONE_NEWNET, CLONE_NEWIPC,
+                            CLONE_NEWUTS, CLONE_NEWCGROUP, CLONE_NEWTIME}) {
+    // clone() carries the exit signal where the time namespace's flag lies, so that flag means unshare()
+    // only.
+    if (flag != CLONE_NEWTIME) refuseArgument(filter, EPERM, SCMP_SYS(clone), 0, flag, flag);
+  }
+  for (int call : {SCMP_SYS(unshare), SCMP_SYS(setns), SCMP_SYS(mount), SCMP_SYS(umount), SCMP_SYS(umount2),
+                   SCMP_SYS(pivot_root), SCMP_SYS(chroot)}) {
+    refuse(filter, EPERM, call);
+  }
+  // clone3 hides its flags behind a pointer; libraries fall back to clone where it is unknown.
+  for (int call : {SCMP_SYS(clone3), SCMP_SYS(open_tree), SCMP_SYS(move_mount), SCMP_SYS(fsopen),
+                   SCMP_SYS(fsconfig), SCMP_SYS(fsmount), SCMP_SYS(fspick), SCMP_SYS(mount_setattr)}) {
+    refuse(filter, ENOSYS, call);
+  }
+}
+
+void refuseKernelInterfaces(scmp_filter_ctx filter) {
+  for (int call : {SCMP_SYS(io_uring_setup), SCMP_SYS(io_uring_enter), SCMP_SYS(io_uring_register)}) {
+    refuse(filter, ENOSYS, call);
+  }
+  for (int call :
+       {SCMP_SYS(keyctl), SCMP_SYS(add_key), SCMP_SYS(request_key),
+        // other processes' memory and descriptors
+        SCMP_SYS(ptrace), SCMP_SYS(process_vm_readv), SCMP_SYS(process_vm_writev), SCMP_SYS(process_madvise),
+        SCMP_SYS(pidfd_getfd), SCMP_SYS(kcmp),
+        // what container engines refuse as well
+        SCMP_SYS(acct), SCMP_SYS(bpf), SCMP_SYS(perf_event_open), SCMP_SYS(userfaultfd),
+        SCMP_SYS(fanotify_init), SCMP_SYS(open_by_handle_at), SCMP_SYS(name_to_handle_at),
+        SCMP_SYS(lookup_dcookie), SCMP_SYS(quotactl), SCMP_SYS(quotactl_fd), SCMP_SYS(swapon),
+        SCMP_SYS(swapoff), SCMP_SYS(syslog), SCMP_SYS(reboot), SCMP_SYS(kexec_load),
+        SCMP_SYS(kexec_file_load), SCMP_SYS(create_module), SCMP_SYS(init_module), SCMP_SYS(finit_module),
+        SCMP_SYS(delete_module), SCMP_SYS(get_kernel_syms), SCMP_SYS(query_module), SCMP_SYS(nfsservctl),
+        SCMP_SYS(settimeofday), SCMP_SYS(stime), SCMP_SYS(clock_settime), SCMP_SYS(clock_adjtime),
+        SCMP_SYS(adjtimex), SCMP_SYS(vhangup), SCMP_SYS(iopl), SCMP_SYS(ioperm), SCMP_SYS(modify_ldt),
+        SCMP_SYS(personality), SCMP_SYS(sethostname), SCMP_SYS(setdomainname), SCMP_SYS(sysfs),
+        SCMP_SYS(_sysctl), SCMP_SYS(uselib), SCMP_SYS(ustat), SCMP_SYS(mbind), SCMP_SYS(get_mempolicy),
+        SCMP_SYS(set_mempolicy), SCMP_SYS(move_pages), SCMP_SYS(migrate_pages)}) {
+    refuse(filter, EPERM, call);
+  }
+}
+
+void answerProbe(scmp_filter_ctx filter) {
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(guard::kProbeAnswer), SCMP_SYS(prctl), 2,
+                        scmp_arg_cmp{0, SCMP_CMP_EQ, guard::kProbeOperation, 0},
+                        scmp_arg_cmp{1, SCMP_CMP_EQ, guard::kProbeArgument, 0}));
+}
+
+std::vector<sock_filter> exported(scmp_filter_ctx filter) {
+  const int memory = memfd_create("filter", 0);
+  must(memory);
+  must(seccomp_export_bpf(filter, memory));
+  const off_t size = lseek(memory, 0, SEEK_END);
+  std::vector<sock_filter> program(static_cast<std::size_t>(size) / sizeof(sock_filter));
+  must(static_cast<int>(pread(memory, program.data(), static_cast<std::size_t>(size), 0)));
+  close(memory);
+  return program;
+}
+
+// The library compares no ranges of call numbers, so the test for unknown calls is put in front of what it
+// makes.
+void write(const std::vector<sock_filter>& program) {
+  const std::array<sock_filter, 5> unknownCalls{{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, kNativeArchitecture, 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JGT | BPF_K, kLastKnownCall, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+  }};
+  const auto line = [](const sock_filter& step) {
+    std::printf("    {0x%x, %u, %u, 0x%x},\n", unsigned{step.code}, unsigned{step.jt}, unsigned{step.jf},
+                unsigned{step.k});
+  };
+  std::puts("// Made by makeFilter.cpp.\n#pragma once\n\n#include <linux/filter.h>\n");
+  std::puts("constexpr sock_filter kFilterProgram[] = {");
+  for (const auto& step : unknownCalls) line(step);
+  for (const auto& step : program) line(step);
+  std::puts("};");
+}
+
+}  // namespace
+
+int main() {
+  scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ALLOW);
+  if (filter == nullptr) return 1;
+  // A program for another processor mode would pass by every rule.
+  must(seccomp_attr_set(filter, SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS));
+  must(seccomp_attr_set(filter, SCMP_FLTATR_CTL_OPTIMIZE, 2));
+  refuseSockets(filter);
+  refuseTerminalInjection(filter);
+  refuseNamespacesAndMounts(filter);
+  refuseKernelInterfaces(filter);
+  answerProbe(filter);
+  write(exported(filter));
+  seccomp_release(filter);
+  return std::fflush(stdout) == 0 ? 0 : 1;
+}
