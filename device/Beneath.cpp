@@ -1,0 +1,93 @@
+#include "device/Beneath.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace device {
+
+Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
+  open_how how{};
+  how.flags = static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW);
+  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
+  return Descriptor(static_cast<int>(syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
+}
+
+Descriptor openFolderBeneath(int folder, const std::filesystem::path& path) {
+  return openBeneath(folder, path, O_RDONLY | O_DIRECTORY);
+}
+
+bool makeFolderBeneath(int folder, const std::filesystem::path& path) {
+  std::filesystem::path sofar;
+  Descriptor parent = openFolderBeneath(folder, ".");
+  for (const auto& part : path) {
+    if (!parent) return false;
+    mkdirat(parent.get(), part.c_str(), 0755);
+    sofar /= part;
+    parent = openFolderBeneath(folder, sofar);
+  }
+  return static_cast<bool>(parent);
+}
+
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+  // A pipe must not stop the launcher.
+  const Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
+  struct stat status {};
+  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  std::string content;
+  char piece[16384];
+  while (content.size() <= limit) {
+    const ssize_t got = read(file.get(), piece, sizeof piece);
+    if (got == 0) return content;
+    if (got < 0 && errno != EINTR) return std::nullopt;
+    if (got > 0) content.append(piece, static_cast<std::size_t>(got));
+  }
+  return std::nullopt;
+}
+
+bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode) {
+  const std::string temporary = name + ".new-" + std::to_string(getpid());
+  unlinkat(folder, temporary.c_str(), 0);
+  Descriptor file(
+      openat(folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+  if (!file) return false;
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const ssize_t written = write(file.get(), content.data() + done, content.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) break;
+    done += static_cast<std::size_t>(written);
+  }
+  if (done == content.size() && fsync(file.get()) == 0 &&
+      renameat(folder, temporary.c_str(), folder, name.c_str()) == 0) {
+    return true;
+  }
+  const int error = errno;
+  unlinkat(folder, temporary.c_str(), 0);
+  errno = error;
+  return false;
+}
+
+std::optional<std::vector<std::string>> namesIn(int folder) {
+  const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (copy < 0) return std::nullopt;
+  DIR* stream = fdopendir(copy);
+  if (stream == nullptr) {
+    close(copy);
+    return std::nullopt;
+  }
+  std::vector<std::string> names;
+  while (const dirent* entry = readdir(stream)) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.push_back(name);
+  }
+  closedir(stream);
+  return names;
+}
+
+}  // namespace device

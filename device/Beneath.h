@@ -1,0 +1,31 @@
+// Opening and writing below a folder whose contents are not to be trusted: no link is followed, nothing above
+// is reached.
+#pragma once
+
+#include "device/Descriptor.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace device {
+
+// `path` is relative to `folder`. An empty result leaves the reason in errno; a link on the way is ELOOP.
+Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags);
+Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
+
+// Makes the folder `path` and its parents where missing. False where something else is in the way.
+bool makeFolderBeneath(int folder, const std::filesystem::path& path);
+
+// The content of a regular file of at most `limit` bytes; absent for anything else.
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
+
+// Replaces the file `name` in `folder` in one step; on false, errno tells why and the old file stands.
+bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
+
+// What fdopendir() would give, "." and ".." dropped; empty with errno set on failure.
+std::optional<std::vector<std::string>> namesIn(int folder);
+
+}  // namespace device

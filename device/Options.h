@@ -1,0 +1,34 @@
+// The launcher's command line.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace device {
+
+struct Options {
+  enum class Action { OpenApplication, Execute, OpenShell, ShowText };
+  enum class Theos { ReadOnly, Writable };
+  enum class Network { Off, On };
+  // How a command is started: through the guard, or without the filter as the application is. Only builds
+  // with tests know the second: leak checking and tracing need ptrace, which the filter takes away.
+  enum class Filter { On, Off };
+
+  Action action = Action::OpenApplication;
+  std::optional<std::filesystem::path> device;
+  std::optional<std::filesystem::path> theos;
+  Theos theosAccess = Theos::ReadOnly;
+  Network network = Network::Off;
+  Filter filter = Filter::On;
+  // Execute: the command and its arguments, untouched; never empty.
+  std::vector<std::string> command;
+  // ShowText: what --help or --version prints.
+  std::string text;
+};
+
+// Throws Refusal for a command line that makes no sense.
+Options parseOptions(int count, const char* const* arguments);
+
+}  // namespace device

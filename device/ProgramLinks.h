@@ -1,0 +1,21 @@
+// The device's folders of links to the host's programs.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace device {
+
+// Where the device sees the host's programs, which the links lead to.
+constexpr const char* kHostPrograms = "/.host/usr/bin";
+
+// Name to target: every host program, with `sh` being the guard.
+std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& hostPrograms = "/usr/bin");
+
+// Puts the links into `folder`. A link that is missing or was changed is made again, and what stands in its
+// place is replaced (a folder is moved aside); a link to a host program that is gone is removed; everything
+// else stays. `folder` is written by programs in the device: no link in it is followed. Throws Refusal.
+void putLinks(int folder, const std::map<std::string, std::string>& links);
+
+}  // namespace device

@@ -1,0 +1,259 @@
+// tweakbench, the launcher: opens the application, a shell or a command in the device.
+#include "device/Account.h"
+#include "device/Arguments.h"
+#include "device/DataFiles.h"
+#include "device/DeviceFolder.h"
+#include "device/Display.h"
+#include "device/Environment.h"
+#include "device/Options.h"
+#include "device/Refusal.h"
+#include "device/Sandbox.h"
+#include "device/Stage.h"
+#include "device/Terminal.h"
+
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <iostream>
+#include <signal.h>
+#include <sstream>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace device;
+namespace fs = std::filesystem;
+
+// The launcher's own failures, apart from what programs commonly return.
+constexpr int kFailed = 125;
+
+// Everything about the host that root may know and the device's user perhaps not.
+struct Host {
+  Environment caller;
+  fs::path bubblewrap;
+  fs::path ownFiles;
+  fs::path theos;
+  std::optional<Display> display;
+  Descriptor authority;
+};
+
+void closeInheritedDescriptors() {
+  syscall(SYS_close_range, 3U, ~0U, 0U);
+  // A standard stream that is missing would become some file of ours.
+  while (true) {
+    const int descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (descriptor > STDERR_FILENO) {
+      close(descriptor);
+      return;
+    }
+    if (descriptor < 0) return;
+    fcntl(descriptor, F_SETFD, 0);
+  }
+}
+
+fs::path findBubblewrap(const Environment& caller) {
+  std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    const fs::path program = fs::path(folder) / "bwrap";
+    if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
+  }
+  throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
+}
+
+fs::path findOwnFiles() {
+  const fs::path program = fs::read_symlink("/proc/self/exe");
+  fs::path files;
+  // In the build tree, and after installation.
+  for (const char* way : {"../lib/tweakbench", TWEAKBENCH_INSTALLED_FILES}) {
+    files = (program.parent_path() / way).lexically_normal();
+    if (fs::exists(files / "starter")) return files;
+  }
+  throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
+}
+
+// Empty where there is none, and the practice Theos takes its place.
+fs::path findTheos(const Options& options, const Environment& caller, const fs::path& home) {
+  for (const auto& candidate : theosCandidates(options, caller, home)) {
+    std::error_code error;
+    const fs::path whole = fs::canonical(candidate, error);
+    if (!error && isTheos(whole)) return whole;
+    if (options.theos) throw Refusal(candidate.string() + " is no Theos: it has no makefiles/common.mk.");
+  }
+  if (options.theosAccess == Options::Theos::Writable) {
+    throw Refusal("--writable-theos needs a Theos, and none was found; give its folder with --theos.");
+  }
+  return {};
+}
+
+Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
+  Host host{caller, findBubblewrap(caller), findOwnFiles(), findTheos(options, caller, home), {}, {}};
+  if (options.action == Options::Action::OpenApplication) {
+    host.display = findDisplay(caller, waylandSupport());
+    host.authority = authorityFor(*host.display);
+    if (!fs::exists(host.ownFiles / "Tweakbench")) {
+      throw Refusal("The application is not at " + (host.ownFiles / "Tweakbench").string() +
+                    "; install it again.");
+    }
+  }
+  return host;
+}
+
+// As root: settles whom the device belongs to, shows that user all it needs, and becomes it. Changes the
+// paths of `host` to where they are shown; returns where the device is.
+fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool isSettled) {
+  Stage stage;
+  Descriptor folder;
+  if (isSettled) {
+    // Below the user's own home, folders are made with the user's own rights.
+    if (setegid(account.group) != 0 || seteuid(account.user) != 0)
+      refuseWithError("Root could not change its user:");
+    try {
+      folder = openOrMakeFolder(device);
+    } catch (const Refusal&) {
+    }
+    if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
+  }
+  if (!folder) folder = openOrMakeFolder(device);
+  struct stat status {};
+  fstat(folder.get(), &status);
+  if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, host.caller);
+  if (status.st_uid == 0) {
+    if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
+      throw Refusal("The folder " + device.string() +
+                    " is root's and not empty; give --device a new folder.");
+    }
+    if (fchown(folder.get(), account.user, account.group) != 0)
+      refuseWithError("The device could not be given away:");
+  }
+  const fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
+  host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
+  if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
+  if (host.display && host.display->kind == Display::Kind::Wayland) {
+    host.display->socket = stage.add(host.display->socket, "wayland");
+  }
+  stage.mount();
+  become(account);
+  return shown;
+}
+
+std::vector<RootLink> rootLinks() {
+  std::vector<RootLink> links{{"/usr/sbin", "/sbin"}};
+  for (const char* name : {"/lib", "/lib32", "/lib64", "/libx32"}) {
+    std::error_code error;
+    const fs::path target = fs::read_symlink(name, error);
+    if (!error) links.push_back({target.string(), name});
+  }
+  std::error_code noZone;
+  const fs::path zone = fs::read_symlink("/etc/localtime", noZone);
+  if (zone.string().starts_with("/usr/share/zoneinfo/")) links.push_back({zone.string(), "/etc/localtime"});
+  return links;
+}
+
+Descriptor inMemory(const std::string& content) {
+  Descriptor file(memfd_create("data", MFD_CLOEXEC));
+  if (!file || write(file.get(), content.data(), content.size()) != static_cast<ssize_t>(content.size()) ||
+      lseek(file.get(), 0, SEEK_SET) != 0) {
+    refuseWithError("The device's files could not be made:");
+  }
+  return file;
+}
+
+Program programFor(const Options& options) {
+  switch (options.action) {
+    case Options::Action::Execute: {
+      if (options.filter == Options::Filter::Off) return {options.command, Program::Streams::Passed};
+      std::vector<std::string> command{"/bin/sh", "-c", "exec \"$@\"", "sh"};
+      command.insert(command.end(), options.command.begin(), options.command.end());
+      return {command, Program::Streams::Passed};
+    }
+    case Options::Action::OpenShell:
+      return {{"/bin/sh"}, Terminal::isAvailable() ? Program::Streams::Terminal : Program::Streams::Passed};
+    default:
+      return {{"/.host/tweakbench/Tweakbench"}, Program::Streams::Relayed};
+  }
+}
+
+// Says in one sentence how it ended, unless the program has said all by itself; returns the launcher's
+// status.
+int tell(const Ending& ending, const std::string& program) {
+  switch (ending.kind) {
+    case Ending::Kind::SetUpFailed:
+      throw Refusal(ending.message);
+    case Ending::Kind::NotStarted:
+      std::cerr << "tweakbench: " << program << " could not be started: " << std::strerror(ending.value)
+                << ".\n";
+      return ending.value == ENOENT ? 127 : 126;
+    case Ending::Kind::Exited:
+      return ending.value;
+    case Ending::Kind::Killed:
+      std::cerr << "tweakbench: " << program << " was killed by signal " << ending.value << " ("
+                << strsignal(ending.value) << ").\n";
+      return 128 + ending.value;
+    case Ending::Kind::Interrupted:
+      signal(ending.value, SIG_DFL);
+      raise(ending.value);
+      return 128 + ending.value;
+  }
+  return kFailed;
+}
+
+int run(const Options& options) {
+  const Environment caller = callerEnvironment();
+  auto calling = callingAccount(caller);
+  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
+  Host host = lookAt(options, caller, account.home);
+  const fs::path device =
+      options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
+  fs::path reached = device;
+  if (geteuid() == 0) reached = leaveRoot(host, device, account, calling.has_value());
+
+  const DeviceFolder folder(openOrMakeFolder(reached), device, {host.ownFiles, localeIdentifier(caller)});
+  const bool isApplication = options.action == Options::Action::OpenApplication;
+  Request request;
+  request.applications = folder.applications();
+  request.var = folder.var();
+  request.userPrograms = folder.userPrograms();
+  request.shellPrograms = folder.shellPrograms();
+  request.ownFiles = host.ownFiles;
+  request.theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
+  request.theosAccess = options.theosAccess;
+  request.network = options.network;
+  request.environment = deviceEnvironment(caller, isApplication ? Audience::Application : Audience::Commands);
+  request.rootLinks = rootLinks();
+  std::vector<Descriptor> contents;
+  for (const auto& file : deviceDataFiles(account, options.network)) {
+    contents.push_back(inMemory(file.content));
+    request.dataFiles.push_back({contents.back().get(), file.path});
+  }
+  if (host.display && host.display->kind != Display::Kind::None) {
+    request.sockets.push_back({host.display->socket, socketInDevice(*host.display)});
+    addDisplay(request.environment, *host.display, host.authority.get());
+    if (host.authority) request.passedOn.push_back(host.authority.get());
+  }
+  const std::string name = options.action == Options::Action::Execute ? options.command.front()
+                           : isApplication                            ? "The application"
+                                                                      : "The shell";
+  return tell(runInDevice(host.bubblewrap, std::move(request), programFor(options)), name);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  closeInheritedDescriptors();
+  // The device's files have fixed modes, whatever the caller's umask.
+  umask(022);
+  try {
+    const Options options = parseOptions(count, arguments);
+    if (options.action == Options::Action::ShowText) {
+      std::cout << options.text << std::flush;
+      return std::cout ? 0 : kFailed;
+    }
+    return run(options);
+  } catch (const std::exception& error) {
+    std::cerr << "tweakbench: " << error.what() << "\n";
+    return kFailed;
+  }
+}
