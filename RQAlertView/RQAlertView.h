@@ -1,0 +1,364 @@
+// A dialog: a centred alert or an action sheet with a title, a message, a content area and buttons.
+#pragma once
+
+#include "RQAlertView/InternalInconsistency.h"
+#include "RQAlertView/RQAlertViewAppearance.h"
+#include "RQAlertView/RQAlertViewButtonProperties.h"
+#include "RQAlertView/RQAlertViewContents.h"
+#include "RQAlertView/RQAlertViewDelegate.h"
+#include "RQAlertView/RQAlertViewNotifications.h"
+#include "RQAlertView/RQAlertViewTextField.h"
+#include "RQAlertView/RQAlertViewTypes.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+class RQAlertViewContent;
+class RQAlertViewController;
+class RQAlertViewCover;
+class RQAlertViewFrame;
+class RQAlertViewTransition;
+class RQAlertViewWindow;
+struct NSNotification;
+
+// What the user does is reported three times, always in this order: to the handler, to the delegate, as a
+// notification. All calls are made and all reports come on the main thread, one after the other; a report
+// that throws is logged, and the rest comes all the same.
+//
+// A null text is an absent one. Texts are plain text, never markup, and a text longer than the screen
+// scrolls. A dialog keeps itself alive from show to dismissal and is shown once. Its window is made, key and
+// see-through from the start, so show it or drop it soon after making it. Handlers that are kept by the
+// dialog should hold it weakly, or use the reference that they are given.
+class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertView> {
+  Q_OBJECT
+
+ public:
+  ~RQAlertView() override;
+
+  // A dialog that must be set up with one of the initializers before it is shown.
+  static std::shared_ptr<RQAlertView> alloc();
+  // The shared object from which every new dialog copies its appearance. It cannot be shown.
+  static const std::shared_ptr<RQAlertView>& appearance();
+
+  // Each initializer can be called in three ways: with the arguments below alone; with an action handler, a
+  // cancel handler and a destructive handler after them, each of which may be null; or with a delegate
+  // (std::weak_ptr or std::shared_ptr<RQAlertViewDelegate>) after them. The factory alertViewWith... of the
+  // same name allocates and initializes in one step. All return the dialog itself.
+  template <typename... Reports>
+  std::shared_ptr<RQAlertView> initWithTitle(const QString& title, const QString& message,
+                                             RQAlertViewStyle style, const QStringList& buttonTitles,
+                                             const QString& cancelButtonTitle,
+                                             const QString& destructiveButtonTitle, Reports... reports) {
+    return setUp({.title = title,
+                  .message = message,
+                  .style = style,
+                  .buttonTitles = buttonTitles,
+                  .cancelButtonTitle = cancelButtonTitle,
+                  .destructiveButtonTitle = destructiveButtonTitle},
+                 RQAlertViewReports(std::move(reports)...));
+  }
+
+  // The dialog takes `view` over and gives it its own width and the height of its size hint.
+  template <typename... Reports>
+  std::shared_ptr<RQAlertView> initWithViewAndTitle(const QString& title, const QString& message,
+                                                    RQAlertViewStyle style, QWidget* view,
+                                                    const QStringList& buttonTitles,
+                                                    const QString& cancelButtonTitle,
+                                                    const QString& destructiveButtonTitle,
+                                                    Reports... reports) {
+    return setUp({.title = title,
+                  .message = message,
+                  .style = style,
+                  .buttonTitles = buttonTitles,
+                  .cancelButtonTitle = cancelButtonTitle,
+                  .destructiveButtonTitle = destructiveButtonTitle,
+                  .innerView = view},
+                 RQAlertViewReports(std::move(reports)...));
+  }
+
+  template <typename... Reports>
+  std::shared_ptr<RQAlertView> initWithActivityIndicatorAndTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, const QString& progressLabelText,
+      const QStringList& buttonTitles, const QString& cancelButtonTitle,
+      const QString& destructiveButtonTitle, Reports... reports) {
+    return setUp({.type = RQAlertViewType::ActivityIndicator,
+                  .title = title,
+                  .message = message,
+                  .style = style,
+                  .buttonTitles = buttonTitles,
+                  .cancelButtonTitle = cancelButtonTitle,
+                  .destructiveButtonTitle = destructiveButtonTitle,
+                  .progressLabelText = progressLabelText},
+                 RQAlertViewReports(std::move(reports)...));
+  }
+
+  // `progress` from 0 to 1; what lies outside is brought inside.
+  template <typename... Reports>
+  std::shared_ptr<RQAlertView> initWithProgressViewAndTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, double progress,
+      const QString& progressLabelText, const QStringList& buttonTitles, const QString& cancelButtonTitle,
+      const QString& destructiveButtonTitle, Reports... reports) {
+    return setUp({.type = RQAlertViewType::ProgressView,
+                  .title = title,
+                  .message = message,
+                  .style = style,
+                  .buttonTitles = buttonTitles,
+                  .cancelButtonTitle = cancelButtonTitle,
+                  .destructiveButtonTitle = destructiveButtonTitle,
+                  .progress = progress,
+                  .progressLabelText = progressLabelText},
+                 RQAlertViewReports(std::move(reports)...));
+  }
+
+  // Always an alert. `textFieldsSetupHandler`, which may be null, is called once for each field, in order.
+  template <typename... Reports>
+  std::shared_ptr<RQAlertView> initWithTextFieldsAndTitle(
+      const QString& title, const QString& message, std::size_t numberOfTextFields,
+      RQAlertViewTextFieldsSetupHandler textFieldsSetupHandler, const QStringList& buttonTitles,
+      const QString& cancelButtonTitle, const QString& destructiveButtonTitle, Reports... reports) {
+    return setUp({.type = RQAlertViewType::TextFields,
+                  .title = title,
+                  .message = message,
+                  .style = RQAlertViewStyle::Alert,
+                  .buttonTitles = buttonTitles,
+                  .cancelButtonTitle = cancelButtonTitle,
+                  .destructiveButtonTitle = destructiveButtonTitle,
+                  .numberOfTextFields = numberOfTextFields,
+                  .textFieldsSetupHandler = std::move(textFieldsSetupHandler)},
+                 RQAlertViewReports(std::move(reports)...));
+  }
+
+  template <typename... Reports>
+
+  static std::shared_ptr<RQAlertView> alertViewWithTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, const QStringList& buttonTitles,
+      const QString& cancelButtonTitle, const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithTitle(title, message, style, buttonTitles, cancelButtonTitle,
+                                  destructiveButtonTitle, std::move(reports)...);
+  }
+
+  template <typename... Reports>
+
+  static std::shared_ptr<RQAlertView> alertViewWithViewAndTitle(const QString& title, const QString& message,
+                                                                RQAlertViewStyle style, QWidget* view,
+                                                                const QStringList& buttonTitles,
+                                                                const QString& cancelButtonTitle,
+                                                                const QString& destructiveButtonTitle,
+                                                                Reports... reports) {
+    return alloc()->initWithViewAndTitle(title, message, style, view, buttonTitles, cancelButtonTitle,
+                                         destructiveButtonTitle, std::move(reports)...);
+  }
+
+  template <typename... Reports>
+
+  static std::shared_ptr<RQAlertView> alertViewWithActivityIndicatorAndTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, const QString& progressLabelText,
+      const QStringList& buttonTitles, const QString& cancelButtonTitle,
+      const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithActivityIndicatorAndTitle(title, message, style, progressLabelText, buttonTitles,
+                                                      cancelButtonTitle, destructiveButtonTitle,
+                                                      std::move(reports)...);
+  }
+
+  template <typename... Reports>
+
+  static std::shared_ptr<RQAlertView> alertViewWithProgressViewAndTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, double progress,
+      const QString& progressLabelText, const QStringList& buttonTitles, const QString& cancelButtonTitle,
+      const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithProgressViewAndTitle(title, message, style, progress, progressLabelText,
+                                                 buttonTitles, cancelButtonTitle, destructiveButtonTitle,
+                                                 std::move(reports)...);
+  }
+
+  template <typename... Reports>
+
+  static std::shared_ptr<RQAlertView> alertViewWithTextFieldsAndTitle(
+      const QString& title, const QString& message, std::size_t numberOfTextFields,
+      RQAlertViewTextFieldsSetupHandler textFieldsSetupHandler, const QStringList& buttonTitles,
+      const QString& cancelButtonTitle, const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithTextFieldsAndTitle(
+        title, message, numberOfTextFields, std::move(textFieldsSetupHandler), buttonTitles,
+        cancelButtonTitle, destructiveButtonTitle, std::move(reports)...);
+  }
+
+  // Showing does nothing when the dialog is shown already or has been. A dialog that no initializer has set
+  // up throws InternalInconsistency. Without an argument: animated for showAnimated, at once for show. The
+  // completion handler is the last report.
+  void show();
+  void showAnimated();
+  void showAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
+  // `hidden`: everything is done and reported, but the window stays out of sight.
+  void showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler);
+
+  // Dismissing does nothing when the dialog is not shown. One that another dialog covers goes at once. A show
+  // that still moves is brought to its end first.
+  void dismiss();
+  void dismissAnimated();
+  void dismissAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
+
+  // Dismisses this dialog and shows `alertView`, which stands in its place: the cover stays, the box changes
+  // its size and content. Where this dialog is not shown, the other one is shown as usual.
+  void transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView);
+  void transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView,
+                             RQAlertViewCompletionHandler completionHandler);
+
+  // As if the user had tapped the button, be it enabled or not. A button that there is not throws
+  // InternalInconsistency.
+  void forceCancel();
+  void forceDestructive();
+  void forceActionAtIndex(std::size_t index);
+
+  // An index that is out of range does nothing here...
+  void setButtonEnabled(bool enabled, std::size_t index);
+  // ...and throws std::out_of_range here.
+  bool isButtonEnabledAtIndex(std::size_t index) const;
+  void setButtonPropertiesAtIndex(std::size_t index, const RQAlertViewButtonPropertiesHandler& handler);
+  // Every button of the list at once.
+  void setButtonsEnabled(bool enabled);
+  bool buttonsEnabled() const { return appearance_.buttonsEnabled; }
+
+  RQAlertViewState state() const { return state_; }
+  bool isInitialized() const { return state_ != RQAlertViewState::Allocated; }
+  // From the start of show until dismissal starts.
+  bool isShowing() const;
+
+  RQAlertViewStyle style() const { return contents_.style; }
+  RQAlertViewType type() const { return contents_.type; }
+  const QString& title() const { return contents_.title; }
+  const QString& message() const { return contents_.message; }
+  const QStringList& buttonTitles() const { return contents_.buttonTitles; }
+  const QString& cancelButtonTitle() const { return contents_.cancelButtonTitle; }
+  const QString& destructiveButtonTitle() const { return contents_.destructiveButtonTitle; }
+  const std::vector<bool>& buttonsEnabledArray() const { return buttonsEnabled_; }
+  QWidget* innerView() const { return contents_.innerView; }
+  // In order; the fields live as long as the dialog is not dismissed.
+  std::vector<RQAlertViewTextField*> textFieldsArray() const;
+
+  double progress() const { return contents_.progress; }
+  // May be changed while the dialog is shown. `animated` moves the bar where motion is on.
+  void setProgress(double progress, bool animated = false);
+  const QString& progressLabelText() const { return contents_.progressLabelText; }
+  void setProgressLabelText(const QString& text);
+
+  // Held weakly. A delegate that has a deprecated member set is warned about in the system log.
+  void setDelegate(std::weak_ptr<RQAlertViewDelegate> delegate);
+  std::shared_ptr<RQAlertViewDelegate> delegate() const { return delegate_.lock(); }
+
+#define RQ_HANDLER(Type, name, Name) \
+  const Type& name() const {         \
+    return name##_;                  \
+  }                                  \
+  void set##Name(Type handler) {     \
+    name##_ = std::move(handler);    \
+  }
+#define RQ_ALERT_VIEW_HANDLERS(HANDLER)                                                             \
+  HANDLER(RQAlertViewActionHandler, actionHandler, ActionHandler)                                   \
+  HANDLER(RQAlertViewHandler, cancelHandler, CancelHandler)                                         \
+  HANDLER(RQAlertViewHandler, destructiveHandler, DestructiveHandler)                               \
+  HANDLER(RQAlertViewHandler, willShowHandler, WillShowHandler)                                     \
+  HANDLER(RQAlertViewHandler, didShowHandler, DidShowHandler)                                       \
+  HANDLER(RQAlertViewHandler, willDismissHandler, WillDismissHandler)                               \
+  HANDLER(RQAlertViewHandler, didDismissHandler, DidDismissHandler)                                 \
+  HANDLER(RQAlertViewActionHandler, didDismissAfterActionHandler, DidDismissAfterActionHandler)     \
+  HANDLER(RQAlertViewHandler, didDismissAfterCancelHandler, DidDismissAfterCancelHandler)           \
+  HANDLER(RQAlertViewHandler, didDismissAfterDestructiveHandler, DidDismissAfterDestructiveHandler) \
+  HANDLER(RQAlertViewAnimationsBlock, showAnimationsBlock, ShowAnimationsBlock)                     \
+  HANDLER(RQAlertViewAnimationsBlock, dismissAnimationsBlock, DismissAnimationsBlock)
+  RQ_ALERT_VIEW_HANDLERS(RQ_HANDLER)
+#undef RQ_HANDLER
+
+  // A getter and a setter for each row of the appearance table: backgroundColor() and setBackgroundColor(),
+  // and so on. Changes take effect at once, while the dialog is shown too.
+#define RQ_ACCESSORS(Type, name, Name, value) \
+  const Type& name() const {                  \
+    return appearance_.name;                  \
+  }                                           \
+  void set##Name(const Type& newValue) {      \
+    appearance_.name = newValue;              \
+    appearanceChanged();                      \
+  }
+  RQ_ALERT_VIEW_APPEARANCE(RQ_ACCESSORS)
+#undef RQ_ACCESSORS
+
+  // The width that the dialog has in the application's window as it is now, whatever was set.
+  double width() const;
+  void setWidth(double width);
+
+  // These depend on the dialog's style and type until they are set; the appearance object answers whether the
+  // application has set them there.
+  bool cancelOnTouch() const;
+  void setCancelOnTouch(bool cancels);
+  bool isUserCancelOnTouch() const {
+    return appearance_.cancelOnTouch.has_value();
+  }
+  double buttonsHeight() const;
+  void setButtonsHeight(double height);
+  bool isUserButtonsHeight() const {
+    return appearance_.buttonsHeight.has_value();
+  }
+  QColor titleTextColor() const;
+  void setTitleTextColor(const QColor& color);
+  bool isUserTitleTextColor() const {
+    return appearance_.titleTextColor.has_value();
+  }
+  QFont titleFont() const;
+  void setTitleFont(const QFont& font);
+  bool isUserTitleFont() const {
+    return appearance_.titleFont.has_value();
+  }
+  QColor messageTextColor() const;
+  void setMessageTextColor(const QColor& color);
+  bool isUserMessageTextColor() const {
+    return appearance_.messageTextColor.has_value();
+  }
+
+  // Free for the application's use; the largest value means none.
+  std::int64_t tag() const {
+    return tag_;
+  }
+  void setTag(std::int64_t tag) {
+    tag_ = tag;
+  }
+
+  // Null before an initializer and after the dismissal.
+  std::shared_ptr<RQAlertViewWindow> window() const {
+    return window_;
+  }
+  std::shared_ptr<RQAlertViewController> viewController() const {
+    return viewController_;
+  }
+  QWidget* view() const {
+    return view_;
+  }
+
+ private:
+  friend class RQAlertViewController;
+
+  enum class Ending { Action, Cancel, Destructive };
+
+  RQAlertView();
+
+  std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
+
+  RQAlertViewContents contents_;
+  RQAlertViewAppearance appearance_;
+  RQAlertViewState state_ = RQAlertViewState::Allocated;
+  std::vector<bool> buttonsEnabled_;
+  std::int64_t tag_ = INT64_MAX;
+  std::weak_ptr<RQAlertViewDelegate> delegate_;
+#define RQ_MEMBER(Type, name, Name) Type name##_;
+  RQ_ALERT_VIEW_HANDLERS(RQ_MEMBER)
+#undef RQ_MEMBER
+
+  std::shared_ptr<RQAlertViewWindow> window_;
+  std::shared_ptr<RQAlertViewController> viewController_;
+  QPointer<QWidget> view_;
+
+  void appearanceChanged();
+};

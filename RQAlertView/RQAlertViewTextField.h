@@ -1,0 +1,49 @@
+// A one-line input field of a dialog.
+#pragma once
+
+#include "platform/UITextTraits.h"
+
+#include <QLineEdit>
+
+// Made by the dialog, one for each number up to numberOfTextFields; owned by it. Texts are plain text. The
+// accessible name is the placeholder, else the dialog's title, unless the application sets one.
+class RQAlertViewTextField : public QLineEdit {
+  Q_OBJECT
+
+ public:
+  explicit RQAlertViewTextField(QWidget* parent = nullptr);
+
+  QString placeholder() const { return placeholderText(); }
+  void setPlaceholder(const QString& placeholder) { setPlaceholderText(placeholder); }
+
+  // A hint for an on-screen keyboard; a desktop's keyboard has no appearance.
+  void setKeyboardAppearance(UIKeyboardAppearance appearance) { keyboardAppearance_ = appearance; }
+  UIKeyboardAppearance keyboardAppearance() const { return keyboardAppearance_; }
+
+  // When the button that empties the field is shown. It never is while the field is empty.
+  void setClearButtonMode(UITextFieldViewMode mode);
+  UITextFieldViewMode clearButtonMode() const { return clearButtonMode_; }
+
+  void setSecureTextEntry(bool secure);
+  bool isSecureTextEntry() const { return echoMode() == QLineEdit::Password; }
+
+  void setClearsOnBeginEditing(bool clears) { clearsOnBeginEditing_ = clears; }
+  bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
+
+  // Takes or gives up the input focus. Answers whether the field has it, or has it not, afterwards; a field
+  // that is not shown yet cannot take it.
+  bool becomeFirstResponder();
+  bool resignFirstResponder();
+  bool isFirstResponder() const;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void updateClearButton();
+
+  UIKeyboardAppearance keyboardAppearance_ = UIKeyboardAppearance::Default;
+  UITextFieldViewMode clearButtonMode_ = UITextFieldViewMode::Never;
+  bool clearsOnBeginEditing_ = false;
+};

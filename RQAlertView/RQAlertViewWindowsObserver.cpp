@@ -1,0 +1,64 @@
+#include "RQAlertView/RQAlertViewWindowsObserver.h"
+
+#include "platform/NSNotificationCenter.h"
+#include "platform/UIWindow.h"
+#include "platform/dispatch.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <QCoreApplication>
+#include <QPointer>
+
+RQAlertViewWindowsObserver* RQAlertViewWindowsObserver::sharedInstance() {
+  static QPointer<RQAlertViewWindowsObserver> observer;
+  if (!observer) observer = new RQAlertViewWindowsObserver(QCoreApplication::instance());
+  return observer;
+}
+
+void RQAlertViewWindowsObserver::startObserving() {
+  if (observing_) return;
+  observing_ = true;
+  for (const QString& name : {UIWindowDidBecomeVisibleNotification, UIWindowDidBecomeHiddenNotification}) {
+    NSNotificationCenter::defaultCenter().addObserver(
+        this, name, nullptr,
+        [this](const NSNotification& notification) { windowVisibleChanged(notification); });
+  }
+}
+
+std::shared_ptr<UIWindow> RQAlertViewWindowsObserver::lastWindow() {
+  std::erase_if(windowsArray_,
+                [](const RQAlertViewWindowContainer& container) { return !container.window(); });
+  return windowsArray_.empty() ? nullptr : windowsArray_.back().window();
+}
+
+bool RQAlertViewWindowsObserver::isWindowsArrayContains(const UIWindow* window) const {
+  return std::any_of(windowsArray_.begin(), windowsArray_.end(),
+                     [window](const auto& container) { return container.window().get() == window; });
+}
+
+void RQAlertViewWindowsObserver::windowVisibleChanged(const NSNotification& notification) {
+  auto* window = qobject_cast<UIWindow*>(notification.object);
+  if (!window || !std::strstr(window->metaObject()->className(), "Alert")) return;
+  if (notification.name == UIWindowDidBecomeVisibleNotification) {
+    push(window);
+  } else if (!windowsArray_.empty() && windowsArray_.back().holds(window)) {
+    restoreAfter(window);
+  }
+}
+
+void RQAlertViewWindowsObserver::push(UIWindow* window) {
+  if (isWindowsArrayContains(window)) return;
+  const std::shared_ptr<UIWindow> covered = lastWindow();
+  if (covered && covered.get() != window) covered->setHidden(true);
+  windowsArray_.push_back(RQAlertViewWindowContainer::containerWithWindow(window->shared_from_this()));
+}
+
+void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
+  const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
+  dispatch_after(0, dispatch_get_main_queue(), [hidden] {
+    // Hidden only, to be shown again later: it keeps its place.
+    if (!hidden.expired()) return;
+    if (const std::shared_ptr<UIWindow> last = sharedInstance()->lastWindow()) last->makeKeyAndVisible();
+  });
+}
