@@ -1,0 +1,59 @@
+// Closing the window while a build prints for ever: the process ends in order, and so does everything that it started.
+#include <sys/wait.h>
+
+#include <cerrno>
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "platform/NSRunLoop.h"
+#include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "ui/AppDelegate.h"
+#include "ui/EndOfProcess.h"
+#include "ui/Localized.h"
+#include "ui/tour/Finger.h"
+#include "workspace/Selection.h"
+
+namespace {
+
+int applicationArguments = 1;
+char applicationName[] = "closing_tests";
+char* applicationVector[] = {applicationName, nullptr};
+
+TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
+  const StandardStreams restored;
+  device::reset();
+  putFile(device::projects + "P/Makefile", "package:\n\t@mkdir packages; while :; do echo printing; done\n");
+  putFile(device::packages + "/P/kept.deb", "kept");
+  putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
+  chooseProject("P");
+  bool closed = false;
+  const int status = UIApplicationMain(applicationArguments, applicationVector, [&closed] {
+    endCommandsWithApplication();
+    performSelectorAfterDelay(
+        qApp,
+        [&closed] {
+          finger::tap("Build");
+          finger::tap("Make Package");
+          finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); }, "make does not start");
+          closed = UIScreen::mainScreen()->close();
+        },
+        0);
+    return makeAppDelegate();
+  });
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(closed);
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD) << "a child is left";
+  const std::string log = fileAt(device::application + "MakeLog.log");
+  EXPECT_NE(log.find("printing"), std::string::npos);
+  EXPECT_EQ(fileAt(device::packages + "/P/kept.deb"), "kept") << "the step after the cut one must not run";
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "P/packages"));
+  EXPECT_EQ(fileAt(device::application + "MakeLog.log").size(), log.size()) << "something still prints";
+}
+
+}  // namespace

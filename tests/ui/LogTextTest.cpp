@@ -1,0 +1,79 @@
+#include "ui/LogText.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::vector<std::string> rows(const LogText& text) {
+  std::vector<std::string> all;
+  for (std::size_t number = 0; number < text.rowCount(); ++number) {
+    const LogText::Row row = text.row(number);
+    all.push_back(text.text().substr(row.begin, row.end - row.begin));
+  }
+  return all;
+}
+
+TEST(LogText, WrapsLinesAtTheColumnsAndCutsNoCharacter) {
+  const struct {
+    const char* why;
+    std::string text;
+    std::vector<std::string> rows;
+  } table[] = {
+      {"empty", "", {}},
+      {"one line, no end", "abc", {"abc"}},
+      {"an end makes no line of its own", "abc\n", {"abc"}},
+      {"empty lines count", "\n\nx", {"", "", "x"}},
+      {"exactly full", "abcd\nef", {"abcd", "ef"}},
+      {"wrapped", "abcdefghi", {"abcd", "efgh", "i"}},
+      {"two bytes a letter", "مشروع", {"مشرو", "ع"}},
+      {"four bytes a sign", "🌹🌹🌹🌹🌹", {"🌹🌹🌹🌹", "🌹"}},
+      {"a tab fills its columns", "a\tbc", {"a\t", "", "bc"}},
+  };
+  for (const auto& row : table) {
+    LogText text;
+    text.setColumns(4);
+    text.setText(row.text);
+    if (std::string(row.why).starts_with("a tab")) {
+      // However the tab is split over rows, all of the text is there once.
+      std::string joined;
+      for (const std::string& part : rows(text)) joined += part;
+      EXPECT_EQ(joined, row.text);
+    } else {
+      EXPECT_EQ(rows(text), row.rows) << row.why;
+    }
+  }
+}
+
+TEST(LogText, FindsTheRowOfEachByteAtEveryWidth) {
+  LogText text;
+  text.setText("first line\nsecond مشروع line with a tab\there\n\nlast 🌹\n");
+  for (const std::size_t columns : {1U, 3U, 7U, 80U, 1000U}) {
+    text.setColumns(columns);
+    std::size_t covered = 0;
+    for (std::size_t number = 0; number < text.rowCount(); ++number) {
+      const LogText::Row row = text.row(number);
+      EXPECT_GE(row.begin, covered);
+      EXPECT_LE(row.begin - covered, 1U) << "only a line feed lies between rows";
+      covered = row.end;
+      if (row.begin < row.end) {
+        EXPECT_EQ(text.rowAt(row.begin), number) << columns;
+      }
+    }
+    EXPECT_EQ(covered + 1, text.text().size());
+  }
+}
+
+TEST(LogText, HoldsAHugeLineAndAMillionShortOnes) {
+  LogText text;
+  text.setColumns(100);
+  text.setText(std::string(10'000'000, 'x'));
+  EXPECT_EQ(text.rowCount(), 100'000U);
+  EXPECT_EQ(text.row(99'999).end, 10'000'000U);
+  std::string lines;
+  for (int line = 0; line < 1'000'000; ++line) lines += "make\n";
+  text.setText(std::move(lines));
+  EXPECT_EQ(text.rowCount(), 1'000'000U);
+  EXPECT_EQ(text.row(999'999).begin, 4'999'995U);
+}
+
+}  // namespace

@@ -1,0 +1,317 @@
+#include <sys/stat.h>
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "ui/AppDelegate.h"
+#include "ui/Localized.h"
+#include "ui/LogView.h"
+#include "ui/UISwitch.h"
+#include "ui/tour/Finger.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/NewProject.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+using finger::sees;
+using finger::tap;
+using finger::waitToSee;
+using finger::waitUntil;
+
+const std::string updateMarker = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
+
+class Screens : public testing::Test {
+ protected:
+  Screens() {
+    device::reset();
+    createProjectsFolder();
+    recordTheosPath();
+  }
+  ~Screens() override {
+    delegate_.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  void start() {
+    delegate_ = makeAppDelegate();
+    UIScreen::mainScreen()->resize(390, 844);
+    UIScreen::mainScreen()->show();
+    waitToSee("Files");
+  }
+
+  // A project of the given files, current when the application starts.
+  static std::string makeProject(std::initializer_list<std::pair<const char*, std::string>> files) {
+    const std::string folder = device::projects + "P/";
+    for (const auto& [name, contents] : files) putFile(folder + name, contents);
+    chooseProject("P");
+    return folder;
+  }
+
+  static QPlainTextEdit& openEditor(const QString& file) {
+    tap(file);
+    auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+    // The file's name appears when the delayed load has run.
+    waitToSee(file);
+    return *editor;
+  }
+
+  static void leaveEditor(const QString& button) {
+    tap(button);
+    waitToSee("Reload");
+  }
+
+  static const LogView& log() { return *qobject_cast<LogView*>(finger::find("Build log")); }
+
+  static void openBuildScreen() {
+    tap("Build");
+    waitToSee("Make Package");
+  }
+
+  static void build(const QString& button) {
+    tap(button);
+    waitToSee(localized(text::pleaseWait));
+    waitUntil([] { return !sees(localized(text::pleaseWait)); }, "the build does not end");
+  }
+
+  const StandardStreams restored_;
+  std::unique_ptr<AppDelegate> delegate_;
+};
+
+TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
+  for (const char* language : {"EN", "AR"}) {
+    device::reset();
+    device::speak(language);
+    start();
+    tap("New Project");
+    waitToSee(localized(text::projectOptions));
+    tap(localized(text::createNewProject));
+    waitToSee("~ root$");
+    finger::type("My First Tweak");
+    tap(localized(text::confirm));
+    waitToSee("MyFirstTweak");
+    waitToSee("MyFirstTweak.plist");
+
+    QPlainTextEdit& editor = openEditor("Tweak.x");
+    EXPECT_TRUE(editor.toPlainText().contains("%hook"));
+    editor.moveCursor(QTextCursor::Start);
+    QTest::keyClicks(&editor, "// mine");
+    QTest::keyClick(&editor, Qt::Key_Return);
+    QTest::keyClick(&editor, Qt::Key_Tab);
+    leaveEditor("Save");
+    EXPECT_EQ(fileAt(device::projects + "MyFirstTweak/Tweak.x").substr(0, 10), "// mine\n\t#");
+
+    openBuildScreen();
+    build("Make Package");
+    EXPECT_EQ(log().text(), "") << "the first tap updates Theos only";
+    EXPECT_FALSE(sees(localized(text::done)));
+    build("Make Package");
+    waitToSee(localized(text::debIsReady, {std::string("MyFirstTweak")}));
+    EXPECT_NE(log().text().find("Making all for tweak MyFirstTweak"), std::string::npos);
+    EXPECT_EQ(log().text().find("[0;32m"), std::string::npos);
+    QUrl opened;
+    UIApplication::sharedApplication()->setURLOpener([&opened](const QUrl& url) {
+      opened = url;
+      return true;
+    });
+    tap(localized(text::goToDebFolder));
+    waitUntil([&opened] { return !opened.isEmpty(); }, "nothing is opened");
+    EXPECT_EQ(opened.toString(), "filza://view/var/mobile/Documents/Tweakbench/MyFirstTweak");
+    const auto built = contentsOfDirectoryAtPath(device::packages + "/MyFirstTweak");
+    ASSERT_TRUE(built && built->size() == 1);
+    EXPECT_EQ(pathExtension(built->front()), "deb");
+    delegate_.reset();
+  }
+}
+
+TEST_F(Screens, CancellingChangesNothing) {
+  start();
+  tap("New Project");
+  waitToSee(localized(text::projectOptions));
+  tap(localized(text::cancel));
+  tap("New Project");
+  tap(localized(text::createNewProject));
+  finger::type("Never");
+  tap(localized(text::cancel));
+  waitToSee("Files");
+  EXPECT_TRUE(projectNames().empty());
+  EXPECT_EQ(currentProject(), std::nullopt);
+}
+
+TEST_F(Screens, AProjectIsChosenFromTheSheet) {
+  for (const char* name : {"One", "Two"}) putFile(device::projects + name + "/of-" + name, "");
+  start();
+  tap("Choose Project");
+  waitToSee(localized(text::loadProject));
+  tap("Two");
+  waitToSee("of-Two");
+  EXPECT_EQ(currentProject(), "Two");
+  EXPECT_EQ(listedProject(), "Two");
+  putFile(device::projects + "Two/later", "");
+  EXPECT_FALSE(sees("later"));
+  tap("Reload");
+  EXPECT_TRUE(sees("later"));
+}
+
+TEST_F(Screens, TheEditorRefusesWhatIsNoFile) {
+  makeProject({{"packages/x.deb", ""}, {"Tweak.x", "text"}});
+  start();
+  tap("packages");
+  waitToSee("Not supported yet");
+  EXPECT_TRUE(sees("(null)"));
+  EXPECT_EQ(pickedFile(), device::projects + "P/packages");
+  EXPECT_FALSE(fileExistsAtPath(device::application + "Checkers.log"));
+  tap("OK");
+  waitToSee("Reload");
+  EXPECT_FALSE(sees("Save"));
+  EXPECT_EQ(openEditor("Tweak.x").toPlainText(), "text");
+}
+
+TEST_F(Screens, TheEditorGivesBackToTheByteWhatWasNotEdited) {
+  const std::string odd = "tab\there\r\nno\xC2\xA0" "break\r\nline\xE2\x80\xA8separator\r\n";
+  const std::string folder = makeProject({{"odd", odd}, {"script", "#!/bin/sh\n"}, {"latin", "caf\xE9"}});
+  chmod((folder + "script").c_str(), 0755);
+  start();
+  openEditor("odd");
+  leaveEditor("Save");
+  EXPECT_EQ(fileAt(folder + "odd"), odd);
+
+  QPlainTextEdit& windows = openEditor("odd");
+  QTest::keyClicks(&windows, "x");
+  leaveEditor("Save");
+  EXPECT_EQ(fileAt(folder + "odd").substr(0, 10), "xtab\there\r");
+  EXPECT_NE(fileAt(folder + "odd").find("no\xC2\xA0" "break\r\n"), std::string::npos);
+
+  QPlainTextEdit& script = openEditor("script");
+  script.moveCursor(QTextCursor::End);
+  QTest::keyClicks(&script, "exit 0");
+  leaveEditor("Cancel");
+  EXPECT_EQ(fileAt(folder + "script"), "#!/bin/sh\n");
+  QPlainTextEdit& again = openEditor("script");
+  again.moveCursor(QTextCursor::End);
+  QTest::keyClicks(&again, "exit 0");
+  QTest::keyClick(&again, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(again.toPlainText(), "#!/bin/sh\n");
+  QTest::keyClicks(&again, "exit 1");
+  QTest::keyClick(&again, Qt::Key_S, Qt::ControlModifier);
+  waitToSee("Reload");
+  EXPECT_EQ(fileAt(folder + "script"), "#!/bin/sh\nexit 1");
+  EXPECT_TRUE(std::filesystem::status(folder + "script").permissions() == std::filesystem::perms(0755));
+
+  EXPECT_EQ(openEditor("latin").toPlainText(), "") << "no UTF-8, no text";
+  leaveEditor("Cancel");
+  EXPECT_EQ(fileAt(folder + "latin"), "caf\xE9");
+  openEditor("latin");
+  leaveEditor("Save");
+  EXPECT_EQ(fileAt(folder + "latin"), "");
+}
+
+TEST_F(Screens, TheInterfaceLivesDuringABuild) {
+  // The build ends only when the interface, alive meanwhile, has counted enough of its own ticks.
+  makeProject({{"Makefile", "package:\n\t@until test -e go; do sleep 0.01; done; mkdir packages\n"}});
+  putFile(updateMarker, "");
+  start();
+  openBuildScreen();
+  int ticks = 0;
+  QTimer clock;
+  QObject::connect(&clock, &QTimer::timeout, &clock, [&ticks] {
+    if (++ticks == 20) putFile(device::projects + "P/go", "");
+  });
+  clock.start(5);
+  tap("Make Package");
+  waitToSee(localized(text::pleaseWait));
+  EXPECT_FALSE(sees("Make Package")) << "the dialog covers the build screen";
+  UIScreen::mainScreen()->resize(800, 600);
+  waitToSee(localized(text::goToDebFolder));
+  EXPECT_GE(ticks, 20);
+}
+
+TEST_F(Screens, SuccessIsAnnouncedOnlyWhenAskedForAndReached) {
+  const std::string folder = makeProject({{"Makefile", "package:\n\t@echo fine; mkdir packages\n"}});
+  putFile(updateMarker, "");
+  start();
+  openBuildScreen();
+  auto* const asked = qobject_cast<UISwitch*>(finger::find("Show success alert"));
+  tap("Show success alert");
+  EXPECT_FALSE(asked->isOn());
+  build("Make Package");
+  EXPECT_EQ(log().text(), "fine\n");
+  EXPECT_FALSE(sees(localized(text::done)));
+
+  tap("Show success alert");
+  putFile(folder + "Makefile", "package:\n\t@echo broken; exit 1\n");
+  build("Make Package");
+  EXPECT_NE(log().text().find("broken"), std::string::npos);
+  EXPECT_FALSE(sees(localized(text::done)));
+
+  tap("Clear Log");
+  EXPECT_EQ(log().text(), "");
+  EXPECT_FALSE(fileExistsAtPath(device::application + "MakeLog.log"));
+  tap("Respring");
+  EXPECT_TRUE(sees("Make Package"));
+}
+
+TEST_F(Screens, TheHintOpensThePackageSourceOnlyWhenAsked) {
+  start();
+  openBuildScreen();
+  QStringList opened;
+  UIApplication::sharedApplication()->setURLOpener([&opened](const QUrl& url) {
+    opened.append(url.toString());
+    return true;
+  });
+  tap("Info");
+  waitToSee(localized(text::deviceSupportHint));
+  tap(localized(text::cancel));
+  tap("Info");
+  tap(localized(text::addTheSource));
+  waitUntil([&opened] { return !opened.isEmpty(); }, "nothing is opened");
+  ASSERT_EQ(opened.size(), 1);
+  EXPECT_TRUE(opened.front().startsWith("cydia://url/"));
+  EXPECT_TRUE(opened.front().contains("#?source="));
+  tap("Back");
+  tap("About");
+  waitToSee(localized(text::developedBy));
+  EXPECT_TRUE(sees(localized(text::thanksForTheIdea)));
+  for (const char* link : {"Profile", "Donate", "Pelbo"}) tap(link);
+  waitUntil([&opened] { return opened.size() == 4; }, "a link opens nothing");
+}
+
+TEST_F(Screens, AHundredThousandFilesAreListedAtOnce) {
+  const std::string folder = makeProject({{"Makefile", ""}});
+  run_cmd(("cd " + folder + " && seq -f f%.0f 100000 | xargs touch").c_str());
+  start();
+  const auto* const list = qobject_cast<QListView*>(finger::find("Files"));
+  EXPECT_EQ(list->model()->rowCount(), 100'001);
+  const QString last = QString::fromStdString(MUArray().back());
+  tap(last);
+  waitToSee("Save");
+  EXPECT_EQ(pickedFile(), folder + last.toStdString());
+}
+
+TEST_F(Screens, TheLogIsSelectedAndCopiedAsItIs) {
+  makeProject({{"Makefile", "package:\n\t@printf 'first \\033[0;36mline\\nsecond مشروع\\n'\n"}});
+  putFile(updateMarker, "");
+  start();
+  openBuildScreen();
+  build("Make Package");
+  auto& view = const_cast<LogView&>(log());
+  QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("first \x1B[0;36mline\nsecond مشروع\n"));
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(15, 15));
+  view.copy();
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "first");
+}
+
+}  // namespace

@@ -1,0 +1,12 @@
+// Runs the tests of the screens with one application object, off screen, without motion.
+#include <gtest/gtest.h>
+
+#include "platform/Motion.h"
+#include "platform/UIApplication.h"
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  UIApplication application(argc, argv);
+  setMotionEnabled(false);
+  return RUN_ALL_TESTS();
+}
