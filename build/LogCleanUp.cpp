@@ -17,6 +17,7 @@ constexpr std::array<std::string_view, 13> colourPatterns{
 };
 constexpr std::size_t installPatterns = 8;
 constexpr std::size_t longestPattern = 8;
+constexpr std::size_t chunkSize = std::size_t{1} << 18;
 constexpr std::string_view missingPackages = "mv: cannot stat 'packages': No such file or directory";
 
 using Patterns = std::span<const std::string_view>;
@@ -57,10 +58,9 @@ class Cleaner {
   }
 
   std::size_t headLength(std::string_view piece) const {
-    const char second = piece.size() > 1 ? piece[1] : '\0';
-    if (second != '0' && second != '1' && second != 'm') return 0;
+    if (piece.size() < 2) return 0;
     for (const std::string_view pattern : patterns_) {
-      if (piece.starts_with(pattern)) return pattern.size();
+      if (pattern[1] == piece[1] && piece.starts_with(pattern)) return pattern.size();
     }
     return 0;
   }
@@ -112,7 +112,27 @@ std::string cleanedLog(std::string_view log, BuildVariant variant) {
 }
 
 void cleanLog(const std::string& path, BuildVariant variant) {
-  const MaybeText log = stringWithContentsOfFile(path);
+  const Descriptor log = openRegularFile(path);
+  if (!log) return;
+  // No pattern holds a line feed, so lines are cleaned apart, and a huge log passes through a small buffer.
+  AtomicFile cleaned(path);
+  std::string lines;
+  std::size_t held = 0;
+  for (bool atEnd = false; !atEnd;) {
+    lines.resize(std::max(held + chunkSize, lines.size()));
+    const auto got = readSome(log, lines.data() + held, lines.size() - held);
+    if (!got) return;
+    atEnd = *got == 0;
+    const std::string_view read(lines.data() + held, *got);
+    const std::size_t lastEnd = read.rfind('\n');
+    const std::size_t ready = lastEnd == std::string_view::npos ? 0 : held + lastEnd + 1;
+    held += *got;
+    const std::string_view whole(lines.data(), atEnd ? held : ready);
+    if (!isValidUTF8(whole)) return;
+    cleaned.write(cleanedLog(whole, variant));
+    lines.erase(0, whole.size());
+    held -= whole.size();
+  }
   // Deferred: a log that a power cut takes is made anew by the next build.
-  if (log) writeToFileAtomically(path, cleanedLog(*log, variant), Durability::Deferred);
+  cleaned.commit(Durability::Deferred);
 }

@@ -15,25 +15,6 @@ namespace {
 
 namespace filesystem = std::filesystem;
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-  explicit operator bool() const { return number_ != -1; }
-  bool close() {
-    const int closing = number_;
-    number_ = -1;
-    return closing != -1 && ::close(closing) == 0;
-  }
-
- private:
-  int number_;
-};
-
 bool writeWhole(int file, std::string_view contents) {
   while (!contents.empty()) {
     const ssize_t written = write(file, contents.data(), contents.size());
@@ -58,12 +39,12 @@ std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-bool makeTemporary(int file, const std::string& target, std::string_view contents, Durability durability) {
+// The mode that the file at `path` has, or that a new one gets; absent when something else is there.
+std::optional<mode_t> modeFor(const std::string& path) {
   struct stat existing {};
-  if (stat(target.c_str(), &existing) == 0) {
-    if (!S_ISREG(existing.st_mode) || fchmod(file, existing.st_mode & 07777) != 0) return false;
-  }
-  return writeWhole(file, contents) && (durability == Durability::Deferred || fsync(file) == 0);
+  if (stat(path.c_str(), &existing) != 0) return 0644;
+  if (!S_ISREG(existing.st_mode)) return std::nullopt;
+  return existing.st_mode & 07777;
 }
 
 }  // namespace
@@ -94,21 +75,35 @@ void createDirectoryAtPath(const std::string& path) {
   filesystem::create_directories(path, ignored);
 }
 
-MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
+Descriptor openRegularFile(const std::string& path) {
   // O_NONBLOCK: opening a FIFO for reading would wait for a writer that may never come.
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat information {};
-  if (!file || fstat(file.number(), &information) != 0 || !S_ISREG(information.st_mode)) return std::nullopt;
+  if (file && fstat(file.number(), &information) == 0 && S_ISREG(information.st_mode)) return file;
+  return {};
+}
+
+std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::size_t size) {
+  for (;;) {
+    const ssize_t got = read(file.number(), buffer, size);
+    if (got >= 0) return static_cast<std::size_t>(got);
+    if (errno != EINTR) return std::nullopt;
+  }
+}
+
+MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
+  const Descriptor file = openRegularFile(path);
+  struct stat information {};
+  if (!file || fstat(file.number(), &information) != 0) return std::nullopt;
   if (static_cast<std::size_t>(information.st_size) > limit) return std::nullopt;
   // The size is a hint: the file may still grow, or may lie in a file system that reports none.
   std::string contents(static_cast<std::size_t>(information.st_size) + 1, '\0');
   std::size_t size = 0;
   for (;;) {
-    const ssize_t got = read(file.number(), contents.data() + size, contents.size() - size);
-    if (got == -1 && errno == EINTR) continue;
-    if (got == -1) return std::nullopt;
-    if (got == 0) break;
-    size += static_cast<std::size_t>(got);
+    const auto got = readSome(file, contents.data() + size, contents.size() - size);
+    if (!got) return std::nullopt;
+    if (*got == 0) break;
+    size += *got;
     if (size > limit) return std::nullopt;
     if (size == contents.size()) contents.resize(size + size / 2 + 4096);
   }
@@ -122,21 +117,44 @@ MaybeText stringWithContentsOfFile(const std::string& path, std::size_t limit) {
   return contents;
 }
 
-bool writeToFileAtomically(const std::string& path, std::string_view contents, Durability durability) {
-  const std::string target = resolved(path);
-  const std::string folder = folderOf(target);
+AtomicFile::AtomicFile(const std::string& path) : target_(resolved(path)) {
+  const auto mode = modeFor(target_);
+  if (!mode) return;
   // A short name of its own: the target's name may already be as long as a name can be.
-  std::string temporary = folder + "/.tweakbench-XXXXXX";
-  const Descriptor made(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!made) return false;
-  if (fchmod(made.number(), 0644) != 0 || !makeTemporary(made.number(), target, contents, durability) ||
-      rename(temporary.c_str(), target.c_str()) != 0) {
-    unlink(temporary.c_str());
+  temporary_ = folderOf(target_) + "/.tweakbench-XXXXXX";
+  file_ = Descriptor(mkostemp(temporary_.data(), O_CLOEXEC));
+  if (file_ && fchmod(file_.number(), *mode) != 0) discard();
+}
+
+AtomicFile::~AtomicFile() { discard(); }
+
+void AtomicFile::write(std::string_view contents) {
+  if (file_ && !writeWhole(file_.number(), contents)) discard();
+}
+
+bool AtomicFile::commit(Durability durability) {
+  if (!file_) return false;
+  const bool durable = durability == Durability::Durable;
+  if ((durable && fsync(file_.number()) != 0) || rename(temporary_.c_str(), target_.c_str()) != 0) {
+    discard();
     return false;
   }
-  if (durability == Durability::Durable) {
-    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened) fsync(opened.number());
+  file_.close();
+  if (durable) {
+    const Descriptor folder(open(folderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) fsync(folder.number());
   }
   return true;
+}
+
+void AtomicFile::discard() {
+  if (!file_) return;
+  unlink(temporary_.c_str());
+  file_.close();
+}
+
+bool writeToFileAtomically(const std::string& path, std::string_view contents, Durability durability) {
+  AtomicFile file(path);
+  file.write(contents);
+  return file.commit(durability);
 }

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/Descriptor.h"
 #include "core/Text.h"
 
 // True for a file, a folder or anything else that `path` leads to, links followed.
@@ -44,8 +45,35 @@ enum class Durability {
   Deferred,
 };
 
-// Replaces the file at `path` by `contents`: at every moment either the old or the new file is there whole, and a
+// A regular file opened for reading; none when it is missing, something else, or unreadable.
+Descriptor openRegularFile(const std::string& path);
+
+// Reads up to `size` bytes; 0 at the end of the file, absent on an error.
+std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::size_t size);
+
+// Replaces the file at `path`, piece by piece: at every moment either the old or the new file is there whole, and a
 // full disk keeps the old one. The mode of an existing file is kept, a link stays and the file that it leads to is
-// replaced; a missing file is made (mode 0644), a missing folder is not. False when nothing was replaced.
+// replaced; a missing file is made (mode 0644), a missing folder is not. Without commit() nothing is replaced.
+class AtomicFile {
+ public:
+  explicit AtomicFile(const std::string& path);
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  // A failure is remembered and reported by commit().
+  void write(std::string_view contents);
+  // False when the old file stayed. Call it once.
+  bool commit(Durability durability);
+
+ private:
+  void discard();
+
+  std::string target_;
+  std::string temporary_;
+  Descriptor file_;  // none after a failure
+};
+
+// The same with all the contents at once.
 bool writeToFileAtomically(const std::string& path, std::string_view contents,
                            Durability durability = Durability::Durable);

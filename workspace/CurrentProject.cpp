@@ -11,7 +11,13 @@ constexpr const char* theosPathKey = "TheosPath";
 
 MaybeText currentProject() { return propertyListValue(paths::choosePlist, chooseKey); }
 
-void setCurrentProject(const std::string& name) { setPropertyListValue(paths::choosePlist, chooseKey, name); }
+MaybeText setCurrentProject(const std::string& name) {
+  auto settings = PropertyList::initWithContentsOfFile(paths::choosePlist);
+  if (!settings) return std::nullopt;
+  settings->setObject(name, chooseKey);
+  settings->writeToFile(paths::choosePlist);
+  return settings->objectForKey(theosPathKey);
+}
 
 MaybeText listedProject() { return propertyListValue(paths::filesPlist, filesKey); }
 

@@ -5,7 +5,8 @@
 
 // "Choose": the current project's name. Absent before the first choice and after a deletion.
 MaybeText currentProject();
-void setCurrentProject(const std::string& name);
+// Returns what theosPath() returns, since it lies in the same file.
+MaybeText setCurrentProject(const std::string& name);
 
 // "Files": a second record that follows the first on most changes and is not removed with it.
 MaybeText listedProject();

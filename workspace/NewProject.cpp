@@ -30,17 +30,15 @@ std::string randomToken() {
 void createProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
   run_cmd(fill("unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/%@", {name}).c_str());
-  setCurrentProject(name);
+  const MaybeText theos = setCurrentProject(name);
   setListedProject(name);
 
-  const std::string control = fill("/var/Tweakyard/Projects/%@/control", {name});
-  rewrite(control, [&name](const std::string& text) { return replaceAll(text, "CC", name); });
   const std::string package = fill("com.lanternfish12.%@", {randomToken()});
-  rewrite(control, [&package](const std::string& text) { return replaceAll(text, "com.cc", package); });
-
-  rewrite(fill("/var/Tweakyard/Projects/%@/Makefile", {name}), [&name](const std::string& text) {
-    const std::string named = replaceAll(text, "CC", fill("%@", {name}));
-    return replaceAll(named, "export", fill("export THEOS=%@", {theosPath()}));
+  rewrite(fill("/var/Tweakyard/Projects/%@/control", {name}), [&](const std::string& text) {
+    return replaceAll(replaceAll(text, "CC", name), "com.cc", package);
+  });
+  rewrite(fill("/var/Tweakyard/Projects/%@/Makefile", {name}), [&](const std::string& text) {
+    return replaceAll(replaceAll(text, "CC", name), "export", fill("export THEOS=%@", {theos}));
   });
   run_cmd(fill("mv /var/Tweakyard/Projects/%@/CC.plist /var/Tweakyard/Projects/%@/%@.plist", {name, name, name}).c_str());
 }

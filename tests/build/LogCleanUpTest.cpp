@@ -73,6 +73,24 @@ TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
   EXPECT_GT(changed, 100'000U);
 }
 
+// Files are cleaned piece by piece; where the pieces end must not show.
+TEST(LogCleanUp, CleansLargeFilesAsIfInOnePiece) {
+  const TemporaryFolder folder;
+  std::string lines;
+  while (lines.size() < 1'500'000) lines += "\x1B[0;32m==> \x1B[1;39mCompiling [[mm \xE2\x80\xA6\x1B[m\n" + std::string(lines.size() % 97, 'x');
+  std::string oneLine;
+  while (oneLine.size() < 1'500'000) oneLine += "[0;31m[[1m0m\xD8\xB9";
+  for (const std::string& log : {lines, oneLine, lines + oneLine + "\n" + lines}) {
+    putFile(folder / "log", log);
+    cleanLog(folder / "log", BuildVariant::Package);
+    EXPECT_TRUE(fileAt(folder / "log") == cleanedPlainly(log, BuildVariant::Package));
+  }
+  putFile(folder / "log", lines + "\xFF\n" + lines);
+  cleanLog(folder / "log", BuildVariant::Package);
+  EXPECT_TRUE(fileAt(folder / "log") == lines + "\xFF\n" + lines) << "no text, not even in part";
+  EXPECT_EQ(contentsOfDirectoryAtPath(folder.path())->size(), 1U);
+}
+
 TEST(LogCleanUp, LeavesAFileThatIsNoTextAlone) {
   const TemporaryFolder folder;
   putFile(folder / "log", "\x1B[mgood");

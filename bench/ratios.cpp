@@ -1,0 +1,153 @@
+// The figures that the project promises, each as a ratio measured side by side in one run. Runs in the device, from
+// script/bench; exit status 0 when all hold.
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+#include "bench/SideBySide.h"
+#include "build/LogCleanUp.h"
+#include "core/FileManager.h"
+#include "core/run_cmd.h"
+#include "workspace/NewProject.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+constexpr const char* programs = "/.host/tweakbench/bench/";
+constexpr double megabyte = 1024 * 1024;
+
+void spawnAndWait(const char* path, char* const* arguments) {
+  pid_t child = -1;
+  int status = 0;
+  if (posix_spawn(&child, path, nullptr, nullptr, arguments, environ) != 0 || waitpid(child, &status, 0) != child ||
+      status != 0) {
+    throw std::runtime_error(std::string("cannot run ") + path);
+  }
+}
+
+// What the program prints: its resident memory, in bytes.
+double runWindow(const std::string& program) {
+  FILE* const output = popen((programs + program).c_str(), "r");
+  double bytes = 0;
+  if (output == nullptr || std::fscanf(output, "%lf", &bytes) != 1 || pclose(output) != 0) {
+    throw std::runtime_error("cannot run " + program);
+  }
+  return bytes;
+}
+
+bool startUp() {
+  const auto milliseconds = [](const char* program) { return 1000 * seconds([program] { runWindow(program); }); };
+  return compare({"start to painted main screen", "empty window", 1.5, 41}, "ms", [&] { return milliseconds("FirstScreen"); },
+                 [&] { return milliseconds("EmptyWindow"); });
+}
+
+bool memory() {
+  return compare({"resident, idle main screen", "empty window", 1.8, 5}, "MiB",
+                 [] { return runWindow("FirstScreen") / megabyte; }, [] { return runWindow("EmptyWindow") / megabyte; });
+}
+
+bool projectCreation() {
+  const std::string script = "/tmp/create.sh";
+  std::ofstream(script) << "unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/$1\n"
+                           "mv /var/Tweakyard/Projects/$1/CC.plist /var/Tweakyard/Projects/$1/$1.plist\n";
+  int number = 0;
+  // What unzip prints is no part of the work.
+  if (std::freopen("/dev/null", "w", stderr) == nullptr) throw std::runtime_error("no /dev/null");
+  const int shown = dup(STDOUT_FILENO);
+  const auto quietly = [shown](const std::function<void()>& work) {
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    const double taken = seconds(work);
+    dup2(shown, STDOUT_FILENO);
+    return 1000 * taken;
+  };
+  const bool holds = compare(
+      {"whole project creation", "its unzip and mv in a script", 1.2, 101}, "ms",
+      [&] {
+        const std::string name = "A" + std::to_string(++number);
+        return quietly([&name] { createProject(name); });
+      },
+      [&] {
+        const std::string name = "B" + std::to_string(++number);
+        char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>(script.c_str()),
+                                   const_cast<char*>(name.c_str()), nullptr};
+        return quietly([&arguments] { spawnAndWait("/bin/sh", arguments); });
+      });
+  close(shown);
+  return holds;
+}
+
+bool command() {
+  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>("true"), nullptr};
+  return compare({"run_cmd(\"true\")", "posix_spawn of /bin/sh -c true", 1.05, 1001}, "ms",
+                 [] { return 1000 * seconds([] { run_cmd("true"); }); },
+                 [&] { return 1000 * seconds([&] { spawnAndWait("/bin/sh", arguments); }); });
+}
+
+std::string hundredMegabyteLog() {
+  const std::string lines =
+      "\x1B[0;31m==> \x1B[1;39mPreprocessing Tweak.x\xE2\x80\xA6\x1B[m\n"
+      "\x1B[0;32m==> \x1B[1;39mCompiling Tweak.x (arm64)\xE2\x80\xA6\x1B[m\n"
+      "Tweak.x:17:9: \x1B[0;1;31merror: \x1B[0m\x1B[1muse of undeclared identifier 'window'\x1B[0m\n"
+      "        [window makeKeyAndVisible];\n\x1B[0;1;32m         ^\n\x1B[0m"
+      "clang -x objective-c -c -I/opt/theos/include -I/opt/theos/vendor/include -o .theos/obj/debug/arm64/Tweak.x.o\n";
+  std::string log;
+  log.reserve(101 << 20);
+  while (log.size() < (100U << 20)) log += lines;
+  return log;
+}
+
+bool logCleanUp() {
+  const std::string original = "/tmp/original.log";
+  const std::string log = "/tmp/make.log";
+  const std::string substitutions =
+      "sed -i -e 's/\\[1;31m>//g' -e 's/\\[1;3;39m//g' -e 's/\\[1;39m//g' -e 's/\\[0;31m//g' -e 's/\\[0;32m//g' "
+      "-e 's/\\[0;33m//g' -e 's/\\[0;34m//g' -e 's/\\[m//g' -e 's/\\[0;1;31m//g' -e 's/\\[0m//g' -e 's/\\[0;1;32m//g' "
+      "-e 's/\\[1m//g' -e 's/\\[1;31m//g' -e \"s/mv: cannot stat 'packages': No such file or directory//g\" " + log;
+  std::ofstream(original, std::ios::binary) << hundredMegabyteLog();
+  const std::string again = "cp " + original + " " + log;
+  std::string ours;
+  std::string theirs;
+  const bool holds = compare(
+      {"clean-up of a 100 MB log", "sed, the same 14 substitutions", 0.1, 3}, "s",
+      [&] {
+        run_cmd(again.c_str());
+        const double taken = seconds([&] { cleanLog(log, BuildVariant::Package); });
+        ours = contentsOfFile(log).value_or("");
+        return taken;
+      },
+      [&] {
+        run_cmd(again.c_str());
+        const double taken = seconds([&] { run_cmd(substitutions.c_str()); });
+        theirs = contentsOfFile(log).value_or("");
+        return taken;
+      });
+  removeItemAtPath(original);
+  removeItemAtPath(log);
+  if (ours != theirs || ours.empty()) throw std::runtime_error("the two clean-ups differ");
+  return holds;
+}
+
+}  // namespace
+
+int main() {
+  try {
+    installConverter();
+    recordTheosPath();
+    createProjectsFolder();
+    bool hold = command();
+    hold &= projectCreation();
+    hold &= logCleanUp();
+    hold &= startUp();
+    hold &= memory();
+    return hold ? EXIT_SUCCESS : EXIT_FAILURE;
+  } catch (const std::exception& error) {
+    std::printf("stopped: %s\n", error.what());
+    return EXIT_FAILURE;
+  }
+}
