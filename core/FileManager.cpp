@@ -75,6 +75,8 @@ void createDirectoryAtPath(const std::string& path) {
   filesystem::create_directories(path, ignored);
 }
 
+void createFileAtPath(const std::string& path) { writeToFileAtomically(path, {}, Durability::Deferred); }
+
 Descriptor openRegularFile(const std::string& path) {
   // O_NONBLOCK: opening a FIFO for reading would wait for a writer that may never come.
   Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));

@@ -27,6 +27,9 @@ std::optional<std::vector<std::string>> contentsOfDirectoryAtPath(const std::str
 // Makes the folder and those above it that are missing.
 void createDirectoryAtPath(const std::string& path);
 
+// Makes an empty file, or empties the one that is there.
+void createFileAtPath(const std::string& path);
+
 // The largest text that is read whole, in bytes.
 inline constexpr std::size_t largestTextFile = std::size_t{1} << 30;
 

@@ -1,28 +1,16 @@
 #include "ui/NewProjectMenu.h"
 
-#include <QPointer>
-
-#include "RQAlertView/RQAlertView.h"
-
 #include "core/FileManager.h"
-#include "ui/DialogLooks.h"
 #include "ui/Localized.h"
+#include "ui/Menu.h"
 #include "ui/OneLinePrompt.h"
 #include "ui/ViewController.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/NewProject.h"
 #include "workspace/Paths.h"
+#include "workspace/ProjectFiles.h"
 
 namespace {
-
-using Owner = QPointer<ViewController>;
-
-void askForProjectName(const Owner& owner) {
-  showOneLinePrompt(localized(text::createNewProject), QString(), [owner](const std::string& typed) {
-    createProject(typed);
-    if (owner) owner->viewDidLoadAfterDelay();
-  });
-}
 
 // A title of the sheet that is none of its actions is a project's name. The sheet has no such title; this is where one
 // would be chosen.
@@ -31,23 +19,51 @@ void chooseListedProject(const QStringList& titles, const QStringList& actions, 
     if (entry != title || actions.contains(title)) continue;
     const std::string name = entry.toStdString();
     setCurrentProject(withoutBlanks(name));
-    if (fileExistsAtPath(fill(paths::project, {name})) && owner) owner->viewDidLoadAfterDelay();
+    if (fileExistsAtPath(fill(paths::project, {name}))) refresh(owner);
   }
+}
+
+void askForProjectName(const Owner& owner) {
+  showOneLinePrompt(shellQuestion(localized(text::createNewProject)), [owner](const std::string& typed) {
+    createProject(typed);
+    refresh(owner);
+  });
+}
+
+void askForHeaderName(const Owner& owner) {
+  showOneLinePrompt(shellQuestion(localized(text::createHeaderFile)), [owner](const std::string& typed) {
+    if (createHeader(typed)) refresh(owner);
+  });
+}
+
+void askForFileName(const Owner& owner, const std::string& file) {
+  const QString name = QString::fromStdString(file);
+  showOneLinePrompt(shellQuestion(name, name), [owner, file](const std::string& typed) {
+    renameFile(file, typed);
+    refresh(owner);
+  });
+}
+
+void showFilesToRename(const Owner& owner) {
+  const std::vector<std::string> files = listedProjectFiles();
+  showMenu({localized(text::whichOne), QString(), titlesOf(files)}, [files, owner](const QString& title) {
+    forEachNamed(files, title, [&owner](const std::string& file) { askForFileName(owner, file); });
+  });
+}
+
+QStringList actionTitles() {
+  return {localized(text::createNewProject), localized(text::createHeaderFile), localized(text::changeFileName),
+          localized(text::addFlexPatch)};
 }
 
 }  // namespace
 
 void showNewProjectMenu(ViewController& screen) {
-  const QStringList titles{localized(text::createNewProject), localized(text::createHeaderFile),
-                           localized(text::changeFileName), localized(text::addFlexPatch)};
-  const auto sheet = RQAlertView::alertViewWithTitle(localized(text::projectOptions), QString(),
-                                                     RQAlertViewStyle::ActionSheet, titles, localized(text::cancel), QString());
-  dressAsMenu(*sheet);
-  sheet->setActionHandler([titles, owner = Owner(&screen)](RQAlertView&, std::size_t, const QString& title) {
-    const QStringList actions{localized(text::createNewProject), localized(text::createHeaderFile),
-                              localized(text::changeFileName), localized(text::addFlexPatch)};
-    chooseListedProject(titles, actions, title, owner);
+  const QStringList titles = actionTitles();
+  showMenu({localized(text::projectOptions), QString(), titles}, [titles, owner = Owner(&screen)](const QString& title) {
+    chooseListedProject(titles, actionTitles(), title, owner);
+    if (title == localized(text::changeFileName)) showFilesToRename(owner);
     if (title == localized(text::createNewProject)) askForProjectName(owner);
+    if (title == localized(text::createHeaderFile)) askForHeaderName(owner);
   });
-  sheet->showAnimated();
 }

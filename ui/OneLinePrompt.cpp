@@ -7,20 +7,24 @@
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 
-void showOneLinePrompt(const QString& title, const QString& initialText,
-                       std::function<void(const std::string&)> confirmed) {
+OneLineQuestion shellQuestion(const QString& title, const QString& initialText) {
+  return {title, QStringLiteral("~ root$"), localized(text::confirm), initialText};
+}
+
+void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const std::string&)> confirmed) {
   const auto prompt = RQAlertView::alertViewWithTextFieldsAndTitle(
-      title, QStringLiteral("~ root$"), 1,
-      [initialText](RQAlertViewTextField& field, std::size_t) {
+      question.title, question.message, 1,
+      [initialText = question.initialText](RQAlertViewTextField& field, std::size_t) {
         field.setKeyboardAppearance(UIKeyboardAppearance::Dark);
         field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
         field.resignFirstResponder();
         if (!initialText.isNull()) field.setText(initialText);
       },
-      QStringList{localized(text::confirm)}, localized(text::cancel), QString());
+      QStringList{question.confirmTitle}, localized(text::cancel), QString());
   dressAsPrompt(*prompt);
-  prompt->setActionHandler([confirmed = std::move(confirmed)](RQAlertView& dialog, std::size_t, const QString&) {
-    confirmed(dialog.textFieldsArray().front()->text().toStdString());
+  prompt->setActionHandler([confirmTitle = question.confirmTitle, confirmed = std::move(confirmed)](
+                               RQAlertView& dialog, std::size_t, const QString& title) {
+    if (title == confirmTitle) confirmed(dialog.textFieldsArray().front()->text().toStdString());
   });
   prompt->showAnimated();
 }

@@ -6,7 +6,15 @@
 
 #include <QString>
 
-// Shows a dialog with one text field that holds `initialText` (null for none) and calls `confirmed` with what is typed,
-// as it is, when the user confirms. The keyboard does not open by itself.
-void showOneLinePrompt(const QString& title, const QString& initialText,
-                       std::function<void(const std::string&)> confirmed);
+struct OneLineQuestion {
+  QString title;
+  QString message;
+  QString confirmTitle;
+  QString initialText;  // null: the field starts empty
+};
+
+// The question that the project menu asks: the prompt of a shell, and "Confirm".
+OneLineQuestion shellQuestion(const QString& title, const QString& initialText = QString());
+
+// Calls `confirmed` with what is typed, as it is, when the user confirms; cancelling calls nothing.
+void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const std::string&)> confirmed);

@@ -10,10 +10,12 @@
 #include "platform/UIColor.h"
 #include "platform/UIFont.h"
 #include "ui/Dev.h"
+#include "ui/DeleteMenu.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 #include "ui/MakePackage.h"
 #include "ui/NewProjectMenu.h"
+#include "ui/OptionsMenu.h"
 #include "ui/PopOverNewController.h"
 #include "ui/ProjectChooser.h"
 #include "ui/ui_ViewController.h"
@@ -56,6 +58,8 @@ void ViewController::wireButtons() {
   };
   wire(outlets_->chooseProjectButton, "choose", &ViewController::ChooseProjectButton);
   wire(outlets_->newProjectButton, "new", &ViewController::NewProject);
+  wire(outlets_->deleteButton, "delete", &ViewController::Removeer);
+  wire(outlets_->projectOptionsButton, "options", &ViewController::OpenPrijectFolder);
   wire(outlets_->reloadButton, "reload", &ViewController::Reload);
   wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
   wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
@@ -70,6 +74,7 @@ void ViewController::wireShortcuts() {
   };
   wire(outlets_->chooseProjectButton, QKeySequence::Open);
   wire(outlets_->newProjectButton, QKeySequence::New);
+  wire(outlets_->deleteButton, QKeySequence(Qt::Key_Delete));
   wire(outlets_->reloadButton, QKeySequence(Qt::Key_F5));
   wire(outlets_->BB, QKeySequence(Qt::CTRL | Qt::Key_B));
 }
@@ -96,6 +101,10 @@ void ViewController::viewDidLoadAfterDelay() {
 void ViewController::ChooseProjectButton() { showProjectChooser(*this); }
 
 void ViewController::NewProject() { showNewProjectMenu(*this); }
+
+void ViewController::Removeer() { showDeleteMenu(*this); }
+
+void ViewController::OpenPrijectFolder() { showOptionsMenu(*this); }
 
 void ViewController::Reload() {
   ArraySetUp();

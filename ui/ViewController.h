@@ -5,6 +5,8 @@
 #include <memory>
 #include <string>
 
+#include <QPointer>
+
 #include "platform/UIViewController.h"
 
 namespace Ui {
@@ -27,6 +29,8 @@ class ViewController : public UIViewController {
 
   void ChooseProjectButton();
   void NewProject();
+  void Removeer();
+  void OpenPrijectFolder();
   void Reload();
   // Takes away whatever this screen presents.
   void DismissPop();
@@ -44,3 +48,11 @@ class ViewController : public UIViewController {
 
   std::unique_ptr<Ui::ViewController> outlets_;
 };
+
+// How a menu holds the screen that it belongs to, which may have gone when the menu is answered.
+using Owner = QPointer<ViewController>;
+
+// Brings the screen up to date a moment later, when it is still there.
+inline void refresh(const Owner& owner) {
+  if (owner) owner->viewDidLoadAfterDelay();
+}

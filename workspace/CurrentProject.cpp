@@ -19,6 +19,8 @@ MaybeText setCurrentProject(const std::string& name) {
   return settings->objectForKey(theosPathKey);
 }
 
+void removeCurrentProject() { removePropertyListValue(paths::choosePlist, chooseKey); }
+
 MaybeText listedProject() { return propertyListValue(paths::filesPlist, filesKey); }
 
 void setListedProject(const std::string& name) { setPropertyListValue(paths::filesPlist, filesKey, name); }

@@ -8,6 +8,8 @@ MaybeText currentProject();
 // Returns what theosPath() returns, since it lies in the same file.
 MaybeText setCurrentProject(const std::string& name);
 
+void removeCurrentProject();
+
 // "Files": a second record that follows the first on most changes and is not removed with it.
 MaybeText listedProject();
 void setListedProject(const std::string& name);

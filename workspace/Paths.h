@@ -14,10 +14,15 @@ inline constexpr const char* projectFileIn = "%@/Projects/%@/%@";  // data root,
 inline constexpr const char* packages = "/var/mobile/Documents/Tweakbench";
 inline constexpr const char* projectPackages = "/var/mobile/Documents/Tweakbench/%@";
 
+// Copies of projects, one folder a project.
+inline constexpr const char* backups = "/var/mobile/Documents/TweakbenchBackups";
+inline constexpr const char* projectBackup = "/var/mobile/Documents/TweakbenchBackups/%@";
+
 // The application folder: settings, logs, what is shipped. It is also where the application's own resources lie.
 inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
 inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
 inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";
+inline constexpr const char* langFilePlist = "/Applications/Tweakbench.app/LangFile.plist";
 inline constexpr const char* checkersLog = "/Applications/Tweakbench.app/Checkers.log";
 inline constexpr const char* makeLog = "/Applications/Tweakbench.app/MakeLog.log";
 

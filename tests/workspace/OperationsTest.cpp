@@ -1,0 +1,243 @@
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "core/Languages.h"
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "workspace/Backups.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Deletion.h"
+#include "workspace/NewProject.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectName.h"
+#include "workspace/ProjectOptions.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+namespace filesystem = std::filesystem;
+
+// Everything below a folder: relative path to contents, folders ending in a slash.
+using Tree = std::map<std::string, std::string>;
+
+Tree treeAt(const std::string& folder) {
+  Tree tree;
+  if (!filesystem::exists(folder)) return tree;
+  for (const auto& entry : filesystem::recursive_directory_iterator(folder)) {
+    const std::string name = filesystem::relative(entry.path(), folder);
+    if (entry.is_directory()) {
+      tree[name + "/"];
+    } else {
+      tree[name] = fileAt(entry.path());
+    }
+  }
+  return tree;
+}
+
+class Operations : public testing::Test {
+ protected:
+  Operations() {
+    device::reset();
+    removeItemAtPath("/var/mobile/Documents/TweakbenchBackups");
+    createProjectsFolder();
+  }
+
+  static void put(const std::string& path, const std::string& contents) { putFile(device::projects + path, contents); }
+  static std::string at(const std::string& path) { return fileAt(device::projects + path); }
+
+  const StandardStreams restored_;
+};
+
+TEST_F(Operations, AHeaderIsAddedAndImportedAtTheTop) {
+  put("P/Tweak.x", "%hook A\nsay(\"one\\ntwo\\\\three %d 100%\");\n\n\n");
+  chooseProject("P");
+  EXPECT_TRUE(createHeader("My Header"));
+  EXPECT_EQ(at("P/MyHeader.h"), "");
+  // echo -e expands the backslashes and ends the text with the one line break of its own.
+  EXPECT_EQ(at("P/Tweak.x"), "#import MyHeader.h\n%hook A\nsay(\"one\ntwo\\three %d 100%\");\n");
+  put("P/MyHeader.h", "typed meanwhile");
+  EXPECT_TRUE(createHeader("MyHeader"));
+  EXPECT_EQ(at("P/MyHeader.h"), "");
+  EXPECT_EQ(at("P/Tweak.x").substr(0, 45), "#import MyHeader.h\n#import MyHeader.h\n%hook A");
+}
+
+TEST_F(Operations, AHeaderNeedsNeitherATweakNorAName) {
+  filesystem::create_directories(device::projects + "P");
+  chooseProject("P");
+  EXPECT_TRUE(createHeader("   "));
+  EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{".h", ""}, {"Tweak.x", "#import .h\n\n"}}));
+  put("P/Tweak.x", std::string(5'000'000, 'x'));
+  EXPECT_TRUE(createHeader("H"));
+  EXPECT_EQ(at("P/Tweak.x").size(), 5'000'000U + 13);
+  EXPECT_FALSE(createHeader(std::string(255, 'n'))) << "no file can be called so";
+  removeCurrentProject();
+  EXPECT_FALSE(createHeader("H"));
+}
+
+TEST_F(Operations, RenamingGivesTheListedProjectsFileANameAndMakesItCurrent) {
+  put("P/old.x", "old");
+  put("P/taken", "taken");
+  put("Q/q", "");
+  setListedProject("P");
+  setCurrentProject("Q");
+  const std::vector<std::string> files = listedProjectFiles();
+  EXPECT_EQ(std::set<std::string>(files.begin(), files.end()), (std::set<std::string>{"old.x", "taken"}));
+  renameFile("old.x", "new name.x");
+  EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"newname.x", "old"}, {"taken", "taken"}}));
+  EXPECT_EQ(currentProject(), "P");
+  renameFile("newname.x", "taken");
+  EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"taken", "old"}}));
+  renameFile("taken", "");
+  EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"taken", "old"}})) << "the project itself is no new name";
+  removeItemAtPath(device::application + "Files.plist");
+  renameFile("taken", "gone");
+  EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"taken", "old"}}));
+}
+
+TEST_F(Operations, DeletingTakesTheListedProjectsFileElseTheCurrentOnes) {
+  for (const char* file : {"A/x", "A/keep", "B/x", "B/keep"}) put(file, "");
+  setListedProject("A");
+  setCurrentProject("B");
+  deleteProjectFile("x");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}, {"B/x", ""}}));
+  putFile(device::application + "Files.plist", device::emptyList());
+  deleteProjectFile("x");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}}));
+}
+
+TEST_F(Operations, AnAbsentProjectDeletesNothing) {
+  for (const char* file : {"A/x", "B/x"}) put(file, "");
+  const Tree before = treeAt(device::projects);
+  deleteProjectFile("x");
+  deleteListedProject();
+  EXPECT_EQ(treeAt(device::projects), before);
+}
+
+TEST_F(Operations, ProjectsAreDeletedOneOrAll) {
+  for (const char* file : {"A/x", "B/x", "C/x", ".hidden/x"}) put(file, "");
+  chooseProject("A");
+  deleteProject("B");
+  EXPECT_EQ(currentProject(), "A");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "B"));
+  deleteListedProject();
+  EXPECT_EQ(currentProject(), std::nullopt);
+  EXPECT_EQ(listedProject(), "A");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "A"));
+  chooseProject("C");
+  deleteAllProjects();
+  EXPECT_EQ(treeAt(device::projects), (Tree{{".hidden/", ""}, {".hidden/x", ""}}));
+  EXPECT_EQ(currentProject(), std::nullopt);
+}
+
+TEST_F(Operations, AddressesNameTheListedProject) {
+  EXPECT_EQ(projectAddress(), "filza://view/var/Tweakyard/Projects/(null)/");
+  setListedProject("P");
+  EXPECT_EQ(projectAddress(), "filza://view/var/Tweakyard/Projects/P/");
+  EXPECT_EQ(packagesAddress(), "filza:///var/mobile/Documents/Tweakbench");
+  putFile(device::packages + "/P/x.deb", "");
+  EXPECT_EQ(packagesAddress(), "filza:///var/mobile/Documents/Tweakbench/P/");
+  deletePackages();
+  EXPECT_FALSE(fileExistsAtPath(device::packages));
+}
+
+TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
+  ASSERT_EQ(chdir("/"), 0);
+  putFile("/var/mobile/Documents/In/Tweak.x", "imported");
+  EXPECT_FALSE(importProject("var/mobile/Documents/No"));
+  EXPECT_FALSE(importProject(""));
+  EXPECT_EQ(currentProject(), std::nullopt);
+  EXPECT_TRUE(importProject("var/mobile/Documents/In"));
+  EXPECT_EQ(currentProject(), "In");
+  EXPECT_EQ(listedProject(), "In");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"In/", ""}, {"In/Tweak.x", "imported"}}));
+  EXPECT_TRUE(importProject("var/mobile/Documents/In/Tweak.x")) << "a file is copied as well";
+  EXPECT_EQ(at("Tweak.x"), "imported");
+  removeItemAtPath("/var/mobile/Documents/In");
+}
+
+TEST_F(Operations, ExportCopiesBelowVarAndChangesNothing) {
+  put("P/Tweak.x", "x");
+  chooseProject("P");
+  filesystem::create_directories("/var/mobile/Documents/Out");
+  exportProject("mobile/Documents/Out/");
+  EXPECT_EQ(treeAt("/var/mobile/Documents/Out"), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
+  exportProject("no/such/folder/");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
+  removeItemAtPath("/var/mobile/Documents/Out");
+}
+
+TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
+  EXPECT_EQ(backUpProject(), std::nullopt);
+  EXPECT_TRUE(backupNames().empty());
+  EXPECT_TRUE(fileExistsAtPath("/var/mobile/Documents/TweakbenchBackups")) << "the folder is made before the look";
+  put("P/Tweak.x", "first");
+  put("P/sub/.hidden", "h");
+  chooseProject("P");
+  EXPECT_EQ(backUpProject(), "/var/mobile/Documents/TweakbenchBackups/P");
+  put("P/Tweak.x", "second");
+  removeItemAtPath(device::projects + "P/sub");
+  backUpProject();
+  EXPECT_EQ(treeAt("/var/mobile/Documents/TweakbenchBackups"), (Tree{{"P/", ""}, {"P/Tweak.x", "second"}}));
+  put("P/Tweak.x", "third");
+  put("P/new", "");
+  chooseProject("Q");
+  restoreBackup("P");
+  chooseRestoredProject("P");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"P/", ""}, {"P/Tweak.x", "second"}}));
+  EXPECT_EQ(currentProject(), "P");
+  EXPECT_EQ(listedProject(), "P");
+  putFile("/var/mobile/Documents/TweakbenchBackups/stray", "s");
+  restoreBackup("stray");
+  EXPECT_EQ(at("stray"), "s");
+  deleteAllBackups();
+  EXPECT_TRUE(backupNames().empty());
+}
+
+TEST_F(Operations, RenamingAProjectFollowsItsNameThroughItsFiles) {
+  recordTheosPath();
+  createProject("Tweak");
+  put("Tweak/Makefile", "TWEAK_NAME = Tweak\nSUBPROJECTS += TweakSettings\nTweak_FILES = Tweak.x\n");
+  renameProject("New Pro");
+  EXPECT_EQ(currentProject(), "NewPro");
+  EXPECT_EQ(listedProject(), "NewPro");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "Tweak"));
+  EXPECT_EQ(at("NewPro/Makefile"), "TWEAK_NAME = NewPro\nSUBPROJECTS += NewProSettings\nNewPro_FILES = NewPro.x\n");
+  EXPECT_NE(at("NewPro/control").find("Name: NewPro\n"), std::string::npos);
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "NewPro/NewPro.plist"));
+  const Tree before = treeAt(device::projects);
+  renameProject("NewPro");
+  EXPECT_EQ(treeAt(device::projects), before);
+}
+
+TEST_F(Operations, ARenameThatTheShellRefusesStillNamesTheProject) {
+  put("P/control", "Name: P\n");
+  put("Taken/file", "");
+  chooseProject("P");
+  renameProject("Taken");
+  EXPECT_EQ(currentProject(), "Taken");
+  EXPECT_EQ(at("Taken/P/control"), "Name: P\n") << "mv moves into a folder that is there";
+  renameProject("a/b");
+  EXPECT_EQ(currentProject(), "a/b");
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "Taken/file"));
+  removeCurrentProject();
+  renameProject("Fresh");
+  EXPECT_EQ(currentProject(), "Fresh");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "Fresh"));
+}
+
+TEST_F(Operations, TheLanguageIsWrittenOrRemoved) {
+  setLanguage(Language::Arabic);
+  EXPECT_EQ(device::setting("LangFile", "Language"), "AR");
+  setLanguage(Language::Automatic);
+  EXPECT_EQ(device::setting("LangFile", "Language"), "Auto");
+  setLanguage(Language::English);
+  EXPECT_EQ(device::setting("LangFile", "Language"), std::nullopt);
+  removeItemAtPath(device::application + "LangFile.plist");
+  setLanguage(Language::Arabic);
+  EXPECT_FALSE(fileExistsAtPath(device::application + "LangFile.plist"));
+}
+
+}  // namespace

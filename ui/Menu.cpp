@@ -1,0 +1,34 @@
+#include "ui/Menu.h"
+
+#include <utility>
+
+#include "RQAlertView/RQAlertView.h"
+#include "ui/DialogLooks.h"
+#include "ui/Localized.h"
+
+void showMenu(const Menu& menu, std::function<void(const QString& title)> chosen) {
+  const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet, menu.entries,
+                                                     localized(text::cancel), QString());
+  if (menu.texts == MenuTexts::White) {
+    dressAsMessage(*sheet);
+  } else {
+    dressAsMenu(*sheet);
+  }
+  sheet->setActionHandler(
+      [chosen = std::move(chosen)](RQAlertView&, std::size_t, const QString& title) { chosen(title); });
+  sheet->showAnimated();
+}
+
+QStringList titlesOf(const std::vector<std::string>& names) {
+  QStringList titles;
+  titles.reserve(static_cast<qsizetype>(names.size()));
+  for (const std::string& name : names) titles.append(QString::fromStdString(name));
+  return titles;
+}
+
+void forEachNamed(const std::vector<std::string>& names, const QString& title,
+                  const std::function<void(const std::string&)>& visit) {
+  for (const std::string& name : names) {
+    if (QString::fromStdString(name) == title) visit(name);
+  }
+}

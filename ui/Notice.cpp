@@ -1,0 +1,26 @@
+#include "ui/Notice.h"
+
+#include <utility>
+
+#include "RQAlertView/RQAlertView.h"
+#include "ui/DialogLooks.h"
+#include "ui/Localized.h"
+
+void showNotice(const QString& title, const QString& message) {
+  const auto notice = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
+                                                      QStringList{localized(text::ok)}, QString(), QString());
+  dressAsMessage(*notice);
+  notice->showAnimated();
+}
+
+void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,
+                      std::function<void()> confirmed) {
+  const auto question = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
+                                                        QStringList{confirmTitle}, localized(text::cancel), QString());
+  dressAsMessage(*question);
+  question->setActionHandler(
+      [confirmTitle, confirmed = std::move(confirmed)](RQAlertView&, std::size_t, const QString& pressed) {
+        if (pressed == confirmTitle) confirmed();
+      });
+  question->showAnimated();
+}

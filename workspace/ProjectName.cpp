@@ -1,0 +1,40 @@
+#include "workspace/ProjectName.h"
+
+#include "core/FileManager.h"
+#include "core/PropertyList.h"
+#include "core/run_cmd.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Paths.h"
+
+namespace {
+
+constexpr const char* languageKey = "Language";
+
+void rewriteName(const std::string& path, const std::string& oldName, const std::string& newName) {
+  const MaybeText text = stringWithContentsOfFile(path);
+  if (!text) return;
+  writeToFileAtomically(path, oldName.empty() ? *text : replaceAll(*text, oldName, newName));
+}
+
+}  // namespace
+
+void renameProject(const std::string& typedName) {
+  const std::string name = withoutBlanks(typedName);
+  const MaybeText oldName = currentProject();
+  setCurrentProject(name);
+  setListedProject(name);
+  run_cmd(fill("mv /var/Tweakyard/Projects/%@ /var/Tweakyard/Projects/%@", {oldName, name}).c_str());
+  for (const char* file : {"/var/Tweakyard/Projects/%@/control", "/var/Tweakyard/Projects/%@/Makefile"}) {
+    rewriteName(fill(file, {name}), oldName.value_or(std::string()), name);
+  }
+  run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@.plist /var/Tweakyard/Projects/%@/%@.plist", {name, oldName, name, name})
+              .c_str());
+}
+
+void setLanguage(Language language) {
+  switch (language) {
+    case Language::Arabic: return setPropertyListValue(paths::langFilePlist, languageKey, "AR");
+    case Language::Automatic: return setPropertyListValue(paths::langFilePlist, languageKey, "Auto");
+    case Language::English: return removePropertyListValue(paths::langFilePlist, languageKey);
+  }
+}

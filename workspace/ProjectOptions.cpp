@@ -1,0 +1,30 @@
+#include "workspace/ProjectOptions.h"
+
+#include "core/FileManager.h"
+#include "core/run_cmd.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Paths.h"
+
+std::string projectAddress() {
+  return fill("filza://view%@", {fill("/var/Tweakyard/Projects/%@/", {listedProject()})});
+}
+
+std::string packagesAddress() {
+  const std::string folder = fill(paths::projectPackages, {listedProject()});
+  return fill("filza://%@", {fileExistsAtPath(folder) ? folder + "/" : std::string(paths::packages)});
+}
+
+void deletePackages() { run_cmd("rm -rf /var/mobile/Documents/Tweakbench"); }
+
+bool importProject(const std::string& typedPath) {
+  if (!fileExistsAtPath(typedPath)) return false;
+  const std::string name = lastPathComponent(typedPath);
+  setListedProject(name);
+  setCurrentProject(name);
+  run_cmd(fill("cp -r /%@ /var/Tweakyard/Projects/", {typedPath}).c_str());
+  return true;
+}
+
+void exportProject(const std::string& typedPath) {
+  run_cmd(fill("cp -r /var/Tweakyard/Projects/%@ /var/%@", {listedProject(), typedPath}).c_str());
+}
