@@ -1,8 +1,9 @@
-// The yardstick for start-up and memory: a bare window that ends once it is painted, and says what it holds in memory.
+// The yardstick for start-up and memory: a bare window that ends once it is painted, and says what it holds
+// in memory.
+#include "bench/FirstPaint.h"
+
 #include <QApplication>
 #include <QWidget>
-
-#include "bench/FirstPaint.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);

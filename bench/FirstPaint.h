@@ -1,9 +1,8 @@
 // The moment at which a window has been painted for the first time.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdio>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -20,8 +19,8 @@ inline double residentMemory() {
   return static_cast<double>(pages) * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-// Ends the application's event loop when `window` has been painted and nothing is left to do, and prints the resident
-// memory of that moment.
+// Ends the application's event loop when `window` has been painted and nothing is left to do, and prints the
+// resident memory of that moment.
 inline void endAfterFirstPaint(QWidget& window) {
   class Watcher : public QObject {
    public:

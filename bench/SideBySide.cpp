@@ -27,9 +27,9 @@ bool compare(const Comparison& comparison, const char* unit, const std::function
   }
   const double ratio = median(mine) / median(theirs);
   const bool holds = ratio <= comparison.allowedRatio;
-  std::printf("%-34s %9.3f %-3s  %-34s %9.3f %-3s  ratio %.3f, at most %.2f: %s\n", comparison.ours.c_str(), median(mine),
-              unit, comparison.yardstick.c_str(), median(theirs), unit, ratio, comparison.allowedRatio,
-              holds ? "holds" : "MISSED");
+  std::printf("%-34s %9.3f %-3s  %-34s %9.3f %-3s  ratio %.3f, at most %.2f: %s\n", comparison.ours.c_str(),
+              median(mine), unit, comparison.yardstick.c_str(), median(theirs), unit, ratio,
+              comparison.allowedRatio, holds ? "holds" : "MISSED");
   std::fflush(stdout);
   return holds;
 }

@@ -1,4 +1,5 @@
-// Measuring two ways of doing the same thing in turns, so that whatever else the machine does slows both alike.
+// Measuring two ways of doing the same thing in turns, so that whatever else the machine does slows both
+// alike.
 #pragma once
 
 #include <functional>
@@ -11,8 +12,8 @@ struct Comparison {
   int rounds;
 };
 
-// Runs both `comparison.rounds` times in turns and prints medians and their ratio. False when the ratio is larger than
-// allowed. Both functions return what is compared: seconds, or bytes.
+// Runs both `comparison.rounds` times in turns and prints medians and their ratio. False when the ratio is
+// larger than allowed. Both functions return what is compared: seconds, or bytes.
 bool compare(const Comparison& comparison, const char* unit, const std::function<double()>& ours,
              const std::function<double()>& yardstick);
 

@@ -1,21 +1,20 @@
-// The figures that the project promises, each as a ratio measured side by side in one run. Runs in the device, from
-// script/bench; exit status 0 when all hold.
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <stdexcept>
-#include <string>
-
+// The figures that the project promises, each as a ratio measured side by side in one run. Runs in the
+// device, from script/bench; exit status 0 when all hold.
 #include "bench/SideBySide.h"
 #include "build/LogCleanUp.h"
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/NewProject.h"
 #include "workspace/StartUp.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -25,8 +24,8 @@ constexpr double megabyte = 1024 * 1024;
 void spawnAndWait(const char* path, char* const* arguments) {
   pid_t child = -1;
   int status = 0;
-  if (posix_spawn(&child, path, nullptr, nullptr, arguments, environ) != 0 || waitpid(child, &status, 0) != child ||
-      status != 0) {
+  if (posix_spawn(&child, path, nullptr, nullptr, arguments, environ) != 0 ||
+      waitpid(child, &status, 0) != child || status != 0) {
     throw std::runtime_error(std::string("cannot run ") + path);
   }
 }
@@ -42,14 +41,18 @@ double runWindow(const std::string& program) {
 }
 
 bool startUp() {
-  const auto milliseconds = [](const char* program) { return 1000 * seconds([program] { runWindow(program); }); };
-  return compare({"start to painted main screen", "empty window", 1.5, 41}, "ms", [&] { return milliseconds("FirstScreen"); },
-                 [&] { return milliseconds("EmptyWindow"); });
+  const auto milliseconds = [](const char* program) {
+    return 1000 * seconds([program] { runWindow(program); });
+  };
+  return compare(
+      {"start to painted main screen", "empty window", 1.5, 41}, "ms",
+      [&] { return milliseconds("FirstScreen"); }, [&] { return milliseconds("EmptyWindow"); });
 }
 
 bool memory() {
-  return compare({"resident, idle main screen", "empty window", 1.8, 5}, "MiB",
-                 [] { return runWindow("FirstScreen") / megabyte; }, [] { return runWindow("EmptyWindow") / megabyte; });
+  return compare(
+      {"resident, idle main screen", "empty window", 1.8, 5}, "MiB",
+      [] { return runWindow("FirstScreen") / megabyte; }, [] { return runWindow("EmptyWindow") / megabyte; });
 }
 
 bool projectCreation() {
@@ -83,10 +86,12 @@ bool projectCreation() {
 }
 
 bool command() {
-  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>("true"), nullptr};
-  return compare({"run_cmd(\"true\")", "posix_spawn of /bin/sh -c true", 1.05, 1001}, "ms",
-                 [] { return 1000 * seconds([] { run_cmd("true"); }); },
-                 [&] { return 1000 * seconds([&] { spawnAndWait("/bin/sh", arguments); }); });
+  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>("true"),
+                             nullptr};
+  return compare(
+      {"run_cmd(\"true\")", "posix_spawn of /bin/sh -c true", 1.05, 1001}, "ms",
+      [] { return 1000 * seconds([] { run_cmd("true"); }); },
+      [&] { return 1000 * seconds([&] { spawnAndWait("/bin/sh", arguments); }); });
 }
 
 std::string hundredMegabyteLog() {
@@ -95,7 +100,8 @@ std::string hundredMegabyteLog() {
       "\x1B[0;32m==> \x1B[1;39mCompiling Tweak.x (arm64)\xE2\x80\xA6\x1B[m\n"
       "Tweak.x:17:9: \x1B[0;1;31merror: \x1B[0m\x1B[1muse of undeclared identifier 'window'\x1B[0m\n"
       "        [window makeKeyAndVisible];\n\x1B[0;1;32m         ^\n\x1B[0m"
-      "clang -x objective-c -c -I/opt/theos/include -I/opt/theos/vendor/include -o .theos/obj/debug/arm64/Tweak.x.o\n";
+      "clang -x objective-c -c -I/opt/theos/include -I/opt/theos/vendor/include -o "
+      ".theos/obj/debug/arm64/Tweak.x.o\n";
   std::string log;
   log.reserve(101 << 20);
   while (log.size() < (100U << 20)) log += lines;
@@ -106,9 +112,13 @@ bool logCleanUp() {
   const std::string original = "/tmp/original.log";
   const std::string log = "/tmp/make.log";
   const std::string substitutions =
-      "sed -i -e 's/\\[1;31m>//g' -e 's/\\[1;3;39m//g' -e 's/\\[1;39m//g' -e 's/\\[0;31m//g' -e 's/\\[0;32m//g' "
-      "-e 's/\\[0;33m//g' -e 's/\\[0;34m//g' -e 's/\\[m//g' -e 's/\\[0;1;31m//g' -e 's/\\[0m//g' -e 's/\\[0;1;32m//g' "
-      "-e 's/\\[1m//g' -e 's/\\[1;31m//g' -e \"s/mv: cannot stat 'packages': No such file or directory//g\" " + log;
+      "sed -i -e 's/\\[1;31m>//g' -e 's/\\[1;3;39m//g' -e 's/\\[1;39m//g' -e 's/\\[0;31m//g' -e "
+      "'s/\\[0;32m//g' "
+      "-e 's/\\[0;33m//g' -e 's/\\[0;34m//g' -e 's/\\[m//g' -e 's/\\[0;1;31m//g' -e 's/\\[0m//g' -e "
+      "'s/\\[0;1;32m//g' "
+      "-e 's/\\[1m//g' -e 's/\\[1;31m//g' -e \"s/mv: cannot stat 'packages': No such file or "
+      "directory//g\" " +
+      log;
   std::ofstream(original, std::ios::binary) << hundredMegabyteLog();
   const std::string again = "cp " + original + " " + log;
   std::string ours;

@@ -12,7 +12,9 @@ constexpr const char* updateLog = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
 // Nothing ever makes the install build's marker, so its button always updates and never builds.
 constexpr const char* installMarker = "/Applications/Tweakbench.app/SuccessfullyUpdated.log";
 
-const char* markerOf(BuildVariant variant) { return variant == BuildVariant::Package ? updateLog : installMarker; }
+const char* markerOf(BuildVariant variant) {
+  return variant == BuildVariant::Package ? updateLog : installMarker;
+}
 
 const char* commandOf(BuildVariant variant) {
   return variant == BuildVariant::Package ? "cd %@ && make package" : "cd %@ && make package install";
@@ -28,8 +30,10 @@ void collectPackages(const std::string& folder, const MaybeText& project) {
     runFilled("mkdir /var/mobile/Documents/Tweakbench/%@", {project});
   }
   // Without a packages folder the move fails and leaves no package folder at all: the sign of a failed build.
-  runFilled("cd %@ && rm -rf /var/mobile/Documents/Tweakbench/%@ && mv packages /var/mobile/Documents/Tweakbench/%@",
-            {folder, project, project});
+  runFilled(
+      "cd %@ && rm -rf /var/mobile/Documents/Tweakbench/%@ && mv packages "
+      "/var/mobile/Documents/Tweakbench/%@",
+      {folder, project, project});
 }
 
 }  // namespace
@@ -64,4 +68,6 @@ BuildResult collectBuildResult(BuildVariant variant) {
   return result;
 }
 
-void removeBuildLog() { removeItemAtPath(paths::makeLog); }
+void removeBuildLog() {
+  removeItemAtPath(paths::makeLog);
+}

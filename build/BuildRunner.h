@@ -1,27 +1,27 @@
 // Building the current project with Theos.
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "build/LogCleanUp.h"
 #include "core/Text.h"
 
-// The whole command sequence of one tap on a build button: when Theos has not been updated yet, `updateTheos` runs
-// instead of a build; otherwise the project is built, everything printed going to the build log, and its packages
-// replace those in its package folder. Blocks on each command: run it on a worker thread, one job at a time, since it
-// re-points the process's standard streams. Success shows in the package folder alone.
+#include <functional>
+#include <string>
+
+// The whole command sequence of one tap on a build button: when Theos has not been updated yet, `updateTheos`
+// runs instead of a build; otherwise the project is built, everything printed going to the build log, and its
+// packages replace those in its package folder. Blocks on each command: run it on a worker thread, one job at
+// a time, since it re-points the process's standard streams. Success shows in the package folder alone.
 void runBuildJob(BuildVariant variant, const std::function<void()>& updateTheos);
 
-// Runs Theos's own updater once, its output captured into the log whose existence means "updated", whether or not it
-// succeeded.
+// Runs Theos's own updater once, its output captured into the log whose existence means "updated", whether or
+// not it succeeded.
 void updateTheos();
 
 // What a finished build leaves for the screen, read after the log was cleaned.
 struct BuildResult {
-  MaybeText log;         // absent when the log is missing or not UTF-8
-  MaybeText project;     // the current project, absent when none is
-  bool hasPackages;      // the project's package folder exists
+  MaybeText log;      // absent when the log is missing or not UTF-8
+  MaybeText project;  // the current project, absent when none is
+  bool hasPackages;   // the project's package folder exists
 };
 
 // The result of the last job. Cleans the build log on the way.

@@ -1,19 +1,19 @@
 #include "build/LogCleanUp.h"
 
+#include "core/FileManager.h"
+#include "core/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
 
-#include "core/FileManager.h"
-#include "core/Text.h"
-
 namespace {
 
 // In order. The install build knows the first eight only.
 constexpr std::array<std::string_view, 13> colourPatterns{
-    "[1;31m>", "[1;3;39m", "[1;39m",    "[0;31m", "[0;32m",    "[0;33m", "[0;34m",
-    "[m",      "[0;1;31m", "[0m",       "[0;1;32m", "[1m",     "[1;31m",
+    "[1;31m>", "[1;3;39m", "[1;39m", "[0;31m",   "[0;32m", "[0;33m", "[0;34m",
+    "[m",      "[0;1;31m", "[0m",    "[0;1;32m", "[1m",    "[1;31m",
 };
 constexpr std::size_t installPatterns = 8;
 constexpr std::size_t longestPattern = 8;
@@ -22,13 +22,16 @@ constexpr std::string_view missingPackages = "mv: cannot stat 'packages': No suc
 
 using Patterns = std::span<const std::string_view>;
 
-// One pass over the log instead of one for each pattern. Every colour pattern begins with a bracket and holds no
-// other, so the log falls into pieces, each from one bracket to before the next, and an occurrence is the head of a
-// piece. What a piece loses depends on itself alone, unless the whole piece is the beginning of a pattern: then the
-// removal of later heads may complete it ("[" before "[mm"), and those few places are cleaned pattern by pattern.
+// One pass over the log instead of one for each pattern. Every colour pattern begins with a bracket and holds
+// no other, so the log falls into pieces, each from one bracket to before the next, and an occurrence is the
+// head of a piece. What a piece loses depends on itself alone, unless the whole piece is the beginning of a
+// pattern: then the removal of later heads may complete it ("[" before "[mm"), and those few places are
+// cleaned pattern by pattern.
 class Cleaner {
  public:
-  Cleaner(std::string_view log, Patterns patterns) : log_(log), patterns_(patterns) { cleaned_.reserve(log.size()); }
+  Cleaner(std::string_view log, Patterns patterns) : log_(log), patterns_(patterns) {
+    cleaned_.reserve(log.size());
+  }
 
   std::string run() {
     std::size_t piece = nextBracket(0);
@@ -73,9 +76,9 @@ class Cleaner {
     return std::any_of(patterns_.begin(), patterns_.end(), isBegunBy);
   }
 
-  // Cleans from `first` to where no removal can matter any more, and returns the bracket that follows. Each piece can
-  // take at most the longest pattern out of what comes after it, so a last piece that is longer than all of them
-  // together ends the cluster.
+  // Cleans from `first` to where no removal can matter any more, and returns the bracket that follows. Each
+  // piece can take at most the longest pattern out of what comes after it, so a last piece that is longer
+  // than all of them together ends the cluster.
   std::size_t cleanCluster(std::size_t first) {
     std::size_t reach = longestPattern;
     std::size_t last = first;
@@ -106,7 +109,8 @@ class Cleaner {
 
 std::string cleanedLog(std::string_view log, BuildVariant variant) {
   const Patterns all(colourPatterns);
-  std::string cleaned = Cleaner(log, variant == BuildVariant::Install ? all.first(installPatterns) : all).run();
+  std::string cleaned =
+      Cleaner(log, variant == BuildVariant::Install ? all.first(installPatterns) : all).run();
   if (cleaned.find(missingPackages) == std::string::npos) return cleaned;
   return replaceAll(cleaned, missingPackages, "");
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <unistd.h>
-
 #include <utility>
 
 // Holds one descriptor or none (-1).

@@ -1,15 +1,15 @@
 #include "core/FileManager.h"
 
+#include <cerrno>
+#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
 
 namespace {
 
@@ -75,7 +75,9 @@ void createDirectoryAtPath(const std::string& path) {
   filesystem::create_directories(path, ignored);
 }
 
-void createFileAtPath(const std::string& path) { writeToFileAtomically(path, {}, Durability::Deferred); }
+void createFileAtPath(const std::string& path) {
+  writeToFileAtomically(path, {}, Durability::Deferred);
+}
 
 Descriptor openRegularFile(const std::string& path) {
   // O_NONBLOCK: opening a FIFO for reading would wait for a writer that may never come.
@@ -128,7 +130,9 @@ AtomicFile::AtomicFile(const std::string& path) : target_(resolved(path)) {
   if (file_ && fchmod(file_.number(), *mode) != 0) discard();
 }
 
-AtomicFile::~AtomicFile() { discard(); }
+AtomicFile::~AtomicFile() {
+  discard();
+}
 
 void AtomicFile::write(std::string_view contents) {
   if (file_ && !writeWhole(file_.number(), contents)) discard();

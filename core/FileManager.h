@@ -1,9 +1,12 @@
 // The file operations that the system makes itself, without a shell.
 //
-// Failures are silent unless a function returns something: absent, false, or nothing done. Paths are absolute UTF-8.
-// What lies in the device may have been planted by a build, so reading takes regular files only, never waits on a
-// FIFO, and stops at a bound. Any thread.
+// Failures are silent unless a function returns something: absent, false, or nothing done. Paths are absolute
+// UTF-8. What lies in the device may have been planted by a build, so reading takes regular files only, never
+// waits on a FIFO, and stops at a bound. Any thread.
 #pragma once
+
+#include "core/Descriptor.h"
+#include "core/Text.h"
 
 #include <cstddef>
 #include <optional>
@@ -11,17 +14,15 @@
 #include <string_view>
 #include <vector>
 
-#include "core/Descriptor.h"
-#include "core/Text.h"
-
 // True for a file, a folder or anything else that `path` leads to, links followed.
 bool fileExistsAtPath(const std::string& path);
 
-// Removes a file, a link (not what it leads to), or a folder with all that it holds. A missing item is no failure.
+// Removes a file, a link (not what it leads to), or a folder with all that it holds. A missing item is no
+// failure.
 void removeItemAtPath(const std::string& path);
 
-// The entry names of a folder as readdir gives them: not sorted, hidden ones and folders included, "." and ".."
-// dropped. Absent when `path` is no folder that can be read.
+// The entry names of a folder as readdir gives them: not sorted, hidden ones and folders included, "." and
+// ".." dropped. Absent when `path` is no folder that can be read.
 std::optional<std::vector<std::string>> contentsOfDirectoryAtPath(const std::string& path);
 
 // Makes the folder and those above it that are missing.
@@ -33,7 +34,8 @@ void createFileAtPath(const std::string& path);
 // The largest text that is read whole, in bytes.
 inline constexpr std::size_t largestTextFile = std::size_t{1} << 30;
 
-// The bytes of a regular file; absent when it is missing, no regular file, unreadable, or larger than `limit` bytes.
+// The bytes of a regular file; absent when it is missing, no regular file, unreadable, or larger than `limit`
+// bytes.
 MaybeText contentsOfFile(const std::string& path, std::size_t limit = largestTextFile);
 
 // The same, and absent too when the bytes are not valid UTF-8.
@@ -43,7 +45,8 @@ MaybeText stringWithContentsOfFile(const std::string& path, std::size_t limit = 
 enum class Durability {
   // The new contents are on the disk when the call returns.
   Durable,
-  // Left to the file system, which writes the contents before the new name: for files that come with many others
+  // Left to the file system, which writes the contents before the new name: for files that come with many
+  // others
   // which nobody syncs either, as those of a freshly unpacked project.
   Deferred,
 };
@@ -54,9 +57,10 @@ Descriptor openRegularFile(const std::string& path);
 // Reads up to `size` bytes; 0 at the end of the file, absent on an error.
 std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::size_t size);
 
-// Replaces the file at `path`, piece by piece: at every moment either the old or the new file is there whole, and a
-// full disk keeps the old one. The mode of an existing file is kept, a link stays and the file that it leads to is
-// replaced; a missing file is made (mode 0644), a missing folder is not. Without commit() nothing is replaced.
+// Replaces the file at `path`, piece by piece: at every moment either the old or the new file is there whole,
+// and a full disk keeps the old one. The mode of an existing file is kept, a link stays and the file that it
+// leads to is replaced; a missing file is made (mode 0644), a missing folder is not. Without commit() nothing
+// is replaced.
 class AtomicFile {
  public:
   explicit AtomicFile(const std::string& path);

@@ -6,7 +6,8 @@ namespace {
 
 constexpr const char* languageSettings = "/Applications/Tweakbench.app/LangFile.plist";
 constexpr const char* languageKey = "Language";
-constexpr const char* devicePreferences = "/private/var/mobile/Library/Preferences/com.apple.springboard.plist";
+constexpr const char* devicePreferences =
+    "/private/var/mobile/Library/Preferences/com.apple.springboard.plist";
 constexpr const char* localeKey = "XBRecentLocale";
 
 }  // namespace
@@ -19,4 +20,6 @@ bool languageIsArabic() {
   return propertyListValue(languageSettings, languageKey) == "AR";
 }
 
-const char* Languages(const char* arabic, const char* english) { return languageIsArabic() ? arabic : english; }
+const char* Languages(const char* arabic, const char* english) {
+  return languageIsArabic() ? arabic : english;
+}

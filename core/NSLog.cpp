@@ -2,4 +2,6 @@
 
 #include <syslog.h>
 
-void NSLog(const std::string& line) { syslog(LOG_USER | LOG_NOTICE, "%s", line.c_str()); }
+void NSLog(const std::string& line) {
+  syslog(LOG_USER | LOG_NOTICE, "%s", line.c_str());
+}

@@ -1,16 +1,15 @@
 #include "core/ProcessTree.h"
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -61,7 +60,8 @@ std::vector<pid_t> treeOf(pid_t root) {
 }  // namespace
 
 void signalProcessTree(pid_t root, int signal) {
-  // A stopped parent makes no more children; the second look finds those born between the first look and the stop.
+  // A stopped parent makes no more children; the second look finds those born between the first look and the
+  // stop.
   std::vector<pid_t> tree = treeOf(root);
   for (const pid_t process : tree) kill(process, SIGSTOP);
   std::vector<pid_t> grown = treeOf(root);

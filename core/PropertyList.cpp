@@ -1,14 +1,14 @@
 #include "core/PropertyList.h"
 
+#include "core/FileManager.h"
+#include "core/PropertyListBounds.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
 
 #include <plist/plist.h>
-
-#include "core/FileManager.h"
-#include "core/PropertyListBounds.h"
 
 namespace {
 
@@ -35,7 +35,9 @@ bool canStandInXML(std::string_view value) {
 
 }  // namespace
 
-void PropertyList::Release::operator()(void* node) const { plist_free(node); }
+void PropertyList::Release::operator()(void* node) const {
+  plist_free(node);
+}
 
 std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::string& path) {
   const MaybeText bytes = contentsOfFile(path, largestPropertyList);
@@ -55,7 +57,8 @@ MaybeText PropertyList::objectForKey(const std::string& key) const {
 }
 
 void PropertyList::setObject(const std::string& value, const std::string& key) {
-  if (canStandInXML(value)) plist_dict_set_item(dictionary_.get(), key.c_str(), plist_new_string(value.c_str()));
+  if (canStandInXML(value))
+    plist_dict_set_item(dictionary_.get(), key.c_str(), plist_new_string(value.c_str()));
 }
 
 void PropertyList::removeObjectForKey(const std::string& key) {

@@ -1,16 +1,16 @@
 // Property lists as settings: a dictionary in a file, read whole, changed, written back whole.
 #pragma once
 
+#include "core/Text.h"
+
 #include <memory>
 #include <string>
-
-#include "core/Text.h"
 
 // A dictionary read from a file, XML or binary. Move-only; one thread at a time.
 class PropertyList {
  public:
-  // Absent when the file is missing, no property list, no dictionary, or too large or too deep to be a settings file
-  // (PropertyListBounds.h).
+  // Absent when the file is missing, no property list, no dictionary, or too large or too deep to be a
+  // settings file (PropertyListBounds.h).
   static std::optional<PropertyList> initWithContentsOfFile(const std::string& path);
 
   // Absent when there is no such key or its value is no valid UTF-8 string.
@@ -34,7 +34,7 @@ class PropertyList {
 // One value of the dictionary in the file; absent as objectForKey says, or when the file cannot be read.
 MaybeText propertyListValue(const std::string& path, const std::string& key);
 
-// Reads the file, sets or removes one key, writes it back. Silently nothing when the file cannot be read: the shipped
-// files must exist, none is made here.
+// Reads the file, sets or removes one key, writes it back. Silently nothing when the file cannot be read: the
+// shipped files must exist, none is made here.
 void setPropertyListValue(const std::string& path, const std::string& key, const std::string& value);
 void removePropertyListValue(const std::string& path, const std::string& key);

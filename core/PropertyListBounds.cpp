@@ -27,13 +27,14 @@ std::size_t markupEnd(std::string_view text, std::size_t at) {
 // How often `tag` is opened anywhere, comments included.
 std::size_t openings(std::string_view text, std::string_view tag) {
   std::size_t count = 0;
-  for (std::size_t at = text.find(tag); at != std::string_view::npos; at = text.find(tag, at + tag.size())) ++count;
+  for (std::size_t at = text.find(tag); at != std::string_view::npos; at = text.find(tag, at + tag.size()))
+    ++count;
   return count;
 }
 
 bool isXMLWithinBounds(std::string_view text) {
-  // However the text is crafted so that the library reads its comments otherwise than the scan below does, it cannot
-  // nest deeper than it has containers.
+  // However the text is crafted so that the library reads its comments otherwise than the scan below does, it
+  // cannot nest deeper than it has containers.
   if (openings(text, "<array") + openings(text, "<dict") > mostXMLContainers) return false;
   int depth = 0;
   std::size_t values = 0;
@@ -69,7 +70,8 @@ class BinaryList {
     list.table_ = list.number(trailer + 24, 8);
     const auto validSize = [](unsigned size) { return size >= 1 && size <= 8; };
     if (!validSize(list.offsetSize_) || !validSize(list.referenceSize_)) return std::nullopt;
-    if (list.objects_ > mostPropertyListValues || list.top_ >= list.objects_ || list.table_ > trailer) return std::nullopt;
+    if (list.objects_ > mostPropertyListValues || list.top_ >= list.objects_ || list.table_ > trailer)
+      return std::nullopt;
     if (list.objects_ * list.offsetSize_ > trailer - list.table_) return std::nullopt;
     return list;
   }
@@ -82,12 +84,14 @@ class BinaryList {
 
   std::uint64_t number(std::size_t at, unsigned size) const {
     std::uint64_t value = 0;
-    for (unsigned index = 0; index < size; ++index) value = value << 8 | static_cast<unsigned char>(bytes_[at + index]);
+    for (unsigned index = 0; index < size; ++index)
+      value = value << 8 | static_cast<unsigned char>(bytes_[at + index]);
     return value;
   }
 
   bool visit(std::uint64_t object, int depth) {
-    if (object >= objects_ || depth > deepestPropertyList || ++visited_ > mostPropertyListValues) return false;
+    if (object >= objects_ || depth > deepestPropertyList || ++visited_ > mostPropertyListValues)
+      return false;
     const std::uint64_t at = number(table_ + object * offsetSize_, offsetSize_);
     if (at >= bytes_.size()) return false;
     const unsigned marker = static_cast<unsigned char>(bytes_[at]);
@@ -131,7 +135,9 @@ class BinaryList {
 
 }  // namespace
 
-bool isBinaryPropertyList(std::string_view bytes) { return bytes.starts_with(binaryMagic); }
+bool isBinaryPropertyList(std::string_view bytes) {
+  return bytes.starts_with(binaryMagic);
+}
 
 bool isWithinPropertyListBounds(std::string_view bytes) {
   if (bytes.size() > largestPropertyList) return false;

@@ -8,7 +8,9 @@ namespace {
 constexpr std::string_view placeholder = "%@";
 constexpr std::string_view absentText = "(null)";
 
-bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+bool isContinuation(unsigned char byte) {
+  return (byte & 0xC0) == 0x80;
+}
 
 // The length of the valid multi-byte character at the start of `rest`, or 0.
 std::size_t characterLength(std::string_view rest) {
@@ -22,7 +24,8 @@ std::size_t characterLength(std::string_view rest) {
     return 3;
   }
   if (first >= 0xF0 && first <= 0xF4) {
-    if (rest.size() < 4 || !isContinuation(byte(1)) || !isContinuation(byte(2)) || !isContinuation(byte(3))) return 0;
+    if (rest.size() < 4 || !isContinuation(byte(1)) || !isContinuation(byte(2)) || !isContinuation(byte(3)))
+      return 0;
     if (first == 0xF0 && byte(1) < 0x90) return 0;  // overlong
     if (first == 0xF4 && byte(1) > 0x8F) return 0;  // past U+10FFFF
     return 4;
@@ -64,7 +67,8 @@ std::string replaceAll(std::string_view text, std::string_view pattern, std::str
   std::string result;
   result.reserve(text.size());
   std::size_t from = 0;
-  for (std::size_t found = text.find(pattern); found != std::string_view::npos; found = text.find(pattern, from)) {
+  for (std::size_t found = text.find(pattern); found != std::string_view::npos;
+       found = text.find(pattern, from)) {
     result.append(text, from, found - from).append(replacement);
     from = found + pattern.size();
   }
@@ -86,7 +90,9 @@ std::string fill(std::string_view format, std::initializer_list<MaybeText> value
   return result.append(format, from);
 }
 
-std::string withoutBlanks(std::string_view typed) { return replaceAll(typed, " ", ""); }
+std::string withoutBlanks(std::string_view typed) {
+  return replaceAll(typed, " ", "");
+}
 
 std::string lastPathComponent(std::string_view path) {
   path = withoutTrailingSlashes(path);

@@ -8,21 +8,24 @@
 
 using MaybeText = std::optional<std::string>;
 
-// Whether `text` is strictly valid UTF-8: no overlong forms, no surrogates, nothing past U+10FFFF, nothing cut off.
+// Whether `text` is strictly valid UTF-8: no overlong forms, no surrogates, nothing past U+10FFFF, nothing
+// cut off.
 bool isValidUTF8(std::string_view text);
 
-// Replaces every occurrence of `pattern` (not empty) by `replacement`: literal, case-sensitive, scanning once from
-// the start, occurrences not overlapping.
+// Replaces every occurrence of `pattern` (not empty) by `replacement`: literal, case-sensitive, scanning once
+// from the start, occurrences not overlapping.
 std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement);
 
-// Fills each "%@" of `format`, in order, with the next value. An absent value, and a "%@" without a value, becomes
+// Fills each "%@" of `format`, in order, with the next value. An absent value, and a "%@" without a value,
+// becomes
 // "(null)"; never an empty field, which would turn a command line against the folder above.
 std::string fill(std::string_view format, std::initializer_list<MaybeText> values);
 
 // A name as typed, without its blanks; nothing else is changed.
 std::string withoutBlanks(std::string_view typed);
 
-// What stands after the last slash of `path`, trailing slashes aside; "/" for the root, empty for an empty path.
+// What stands after the last slash of `path`, trailing slashes aside; "/" for the root, empty for an empty
+// path.
 std::string lastPathComponent(std::string_view path);
 
 // What stands after the last dot of the last component, empty where it has none.

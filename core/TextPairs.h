@@ -1,5 +1,5 @@
-// Every text that the interface shows in two languages. A pair is handed to Languages() at its point of use; "%@" is
-// filled by the caller after the choice.
+// Every text that the interface shows in two languages. A pair is handed to Languages() at its point of use;
+// "%@" is filled by the caller after the choice.
 #pragma once
 
 // Both texts are UTF-8 literals.
@@ -10,9 +10,8 @@ struct TextPair {
 
 namespace text {
 
-inline constexpr TextPair couldNotFindTheos{
-    "لم يتم العثور على THEOS في مسار /var/ او /opt/ او مسار الRoot",
-    "Couldn't find Theos in /var/ or /opt/ or Root directory"};
+inline constexpr TextPair couldNotFindTheos{"لم يتم العثور على THEOS في مسار /var/ او /opt/ او مسار الRoot",
+                                            "Couldn't find Theos in /var/ or /opt/ or Root directory"};
 inline constexpr TextPair mustInstallTheos{"يجب تثبيت الـTheos", "You must install Theos"};
 inline constexpr TextPair ok{"حسنًا", "OK"};
 inline constexpr TextPair loadProject{"تحميل مشروع", "Load Project"};
@@ -43,9 +42,8 @@ inline constexpr TextPair deleteDebsFolder{"حذف مجلد الـ Debs", "Delet
 inline constexpr TextPair changeProjectName{"تغيير اسم المشروع", "Change Project name"};
 inline constexpr TextPair changeLanguage{"تغيير اللغة", "Change Language"};
 inline constexpr TextPair extraOptions{"خيارات اضافية", "Extra options"};
-inline constexpr TextPair pathExample{
-    "على سبيل المثال \" mobile/Documents/ \"",
-    "For example \" mobile/Documents/ \""};
+inline constexpr TextPair pathExample{"على سبيل المثال \" mobile/Documents/ \"",
+                                      "For example \" mobile/Documents/ \""};
 inline constexpr TextPair import_{"إستيراد", "Import"};
 inline constexpr TextPair export_{"استخراج", "Export"};
 inline constexpr TextPair arabic{"العربية", "Arabic"};
@@ -59,9 +57,8 @@ inline constexpr TextPair deleteAllBackupsQuestion{
 inline constexpr TextPair showSuccessAlert{"اظهار رسالة تم البناء", "Show success alert"};
 inline constexpr TextPair makingYourTweak{"جار بناء الاداة", "  Making your tweak ..."};
 inline constexpr TextPair pleaseWait{"الرجاء الانتظار", "Please wait"};
-inline constexpr TextPair debIsReady{
-    "ملف الـ deb جاهز في /var/mobile/Documents/Tweakbench/%@",
-    "Your .Deb is ready in /var/mobile/Documents/Tweakbench/%@"};
+inline constexpr TextPair debIsReady{"ملف الـ deb جاهز في /var/mobile/Documents/Tweakbench/%@",
+                                     "Your .Deb is ready in /var/mobile/Documents/Tweakbench/%@"};
 inline constexpr TextPair goToDebFolder{"الانتقال الى مجلد الـ deb", "Go to Deb Folder"};
 inline constexpr TextPair deviceSupportHint{
     "لـ دعم اجهزة A12 - A13 ، ثبّت اداة\"Theos Installer 2\"",

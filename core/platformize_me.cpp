@@ -19,4 +19,6 @@ const char* platformizeThrough(const char* library) {
   return entitleNow(getpid(), platformFlag);
 }
 
-const char* platformize_me() { return platformizeThrough("/usr/lib/libjailbreak.dylib"); }
+const char* platformize_me() {
+  return platformizeThrough("/usr/lib/libjailbreak.dylib");
+}

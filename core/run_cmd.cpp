@@ -1,23 +1,23 @@
 #include "core/run_cmd.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "core/ProcessTree.h"
 
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <mutex>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
-
-#include "core/ProcessTree.h"
 
 namespace {
 
-// Which shells are running, so that stopCommands() finds them. A child leaves the list before it is waited for to
-// the end (see awaitExit), so that a signal never reaches a process identifier that was given to someone else.
+// Which shells are running, so that stopCommands() finds them. A child leaves the list before it is waited
+// for to the end (see awaitExit), so that a signal never reaches a process identifier that was given to
+// someone else.
 struct RunningCommands {
   std::mutex mutex;
   std::condition_variable changed;
@@ -31,7 +31,8 @@ RunningCommands& running() {
 }
 
 pid_t spawnShell(const char* cmd) {
-  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(cmd), nullptr};
+  char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(cmd),
+                             nullptr};
   RunningCommands& commands = running();
   // The lock is held over the spawn: a command is either in the list or will see that commands are stopped.
   const std::lock_guard lock(commands.mutex);
@@ -43,7 +44,8 @@ pid_t spawnShell(const char* cmd) {
 }
 
 void awaitExit(pid_t child) {
-  // The child is first waited for without being reaped, so that its identifier stays its own while it is listed.
+  // The child is first waited for without being reaped, so that its identifier stays its own while it is
+  // listed.
   siginfo_t ended{};
   while (waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT) == -1 && errno == EINTR) {
   }

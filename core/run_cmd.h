@@ -1,18 +1,18 @@
 // The one way in which the system starts another program: a command line handed to /bin/sh.
 #pragma once
 
-// Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and the
-// standard streams as they are at that moment. Nothing is returned: exit status and a refused spawn are not
-// reported; who cares looks at files or at a captured log afterwards. The only report ever made is
+// Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
+// the standard streams as they are at that moment. Nothing is returned: exit status and a refused spawn are
+// not reported; who cares looks at files or at a captured log afterwards. The only report ever made is
 // perror("waitpid") when waiting fails. Any thread.
 void run_cmd(const char* cmd);
 
 // The build screen's name for the same function.
 inline constexpr auto& run_cmder = run_cmd;
 
-// Ends the running of commands for the rest of the process's life: every command that is running, with all that it
-// started, is asked to end and, if it is still there after `graceMilliseconds`, killed; later calls of run_cmd
-// return at once without starting anything. For the end of the process, so that no build goes on behind a closed
-// window and no step of a broken-off sequence (a deletion, a move) runs after the step that was cut short.
-// Returns when every running command has been waited for. Main thread.
+// Ends the running of commands for the rest of the process's life: every command that is running, with all
+// that it started, is asked to end and, if it is still there after `graceMilliseconds`, killed; later calls
+// of run_cmd return at once without starting anything. For the end of the process, so that no build goes on
+// behind a closed window and no step of a broken-off sequence (a deletion, a move) runs after the step that
+// was cut short. Returns when every running command has been waited for. Main thread.
 void stopCommands(int graceMilliseconds);

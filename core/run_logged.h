@@ -1,15 +1,15 @@
 // Capturing what a command line prints.
 #pragma once
 
-#include <string>
-
 #include "core/Text.h"
 
-// Re-points the process's own standard output, error and input, in this order, onto the file `log`, each opened with
-// "a+" and made when missing. Process-wide, not locked, and never undone: whatever runs later writes there too, until
-// the next redirection. One captured run at a time; the interface sees to that.
+#include <string>
+
+// Re-points the process's own standard output, error and input, in this order, onto the file `log`, each
+// opened with "a+" and made when missing. Process-wide, not locked, and never undone: whatever runs later
+// writes there too, until the next redirection. One captured run at a time; the interface sees to that.
 void redirectStandardStreams(const std::string& log);
 
-// The captured run: deletes `log`, redirects the standard streams onto it, runs `cmd` and waits for it, and returns
-// what the log then holds; absent when it cannot be read or is not UTF-8. The log stays where it is.
+// The captured run: deletes `log`, redirects the standard streams onto it, runs `cmd` and waits for it, and
+// returns what the log then holds; absent when it cannot be read or is not UTF-8. The log stays where it is.
 MaybeText run_logged(const std::string& cmd, const std::string& log);

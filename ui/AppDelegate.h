@@ -1,11 +1,11 @@
 // The application's delegate: it keeps the window and leaves everything else to the screens.
 #pragma once
 
-#include <memory>
-#include <utility>
-
 #include "platform/UIApplicationDelegate.h"
 #include "platform/UIWindow.h"
+
+#include <memory>
+#include <utility>
 
 class AppDelegate : public UIApplicationDelegate {
  public:

@@ -17,14 +17,15 @@ void backUpListedProject() {
 void showBackups(ViewController& screen) {
   const std::vector<std::string> names = backupNames();
   const Owner owner(&screen);
-  showMenu({localized(text::whichOne), QString(), titlesOf(names), MenuTexts::White}, [names, owner](const QString& title) {
-    forEachNamed(names, title, [&owner](const std::string& name) {
-      restoreBackup(name);
-      showNotice(localized(text::done));
-      chooseRestoredProject(name);
-      refresh(owner);
-    });
-  });
+  showMenu({localized(text::whichOne), QString(), titlesOf(names), MenuTexts::White},
+           [names, owner](const QString& title) {
+             forEachNamed(names, title, [&owner](const std::string& name) {
+               restoreBackup(name);
+               showNotice(localized(text::done));
+               chooseRestoredProject(name);
+               refresh(owner);
+             });
+           });
   // The screen is brought up to date whether or not a backup is chosen.
   screen.viewDidLoadAfterDelay();
 }

@@ -10,8 +10,8 @@
 namespace {
 
 void confirmDeletingAll(const Owner& owner) {
-  showConfirmation(localized(text::deleteAllProjects), localized(text::deleteAllProjectsQuestion), localized(text::imSure),
-                   [owner] {
+  showConfirmation(localized(text::deleteAllProjects), localized(text::deleteAllProjectsQuestion),
+                   localized(text::imSure), [owner] {
                      deleteAllProjects();
                      refresh(owner);
                    });
@@ -19,7 +19,8 @@ void confirmDeletingAll(const Owner& owner) {
 
 void showProjectsToDelete(const Owner& owner) {
   std::vector<std::string> entries = projectNames();
-  // An action is an entry like the projects, so its title goes through the deletion as a project's name first.
+  // An action is an entry like the projects, so its title goes through the deletion as a project's name
+  // first.
   entries.emplace_back(Languages(text::deleteAllProjects));
   showMenu({localized(text::deleteOptions), localized(text::whichOne), titlesOf(entries)},
            [entries, owner](const QString& title) {

@@ -49,4 +49,6 @@ void Dev::viewDidLoad() {
   }
 }
 
-void Dev::cancelOperation() { dismissViewControllerAnimated(true); }
+void Dev::cancelOperation() {
+  dismissViewControllerAnimated(true);
+}

@@ -1,9 +1,9 @@
 // The about screen.
 #pragma once
 
-#include <memory>
-
 #include "platform/UIViewController.h"
+
+#include <memory>
 
 namespace Ui {
 class Dev;

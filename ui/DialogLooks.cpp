@@ -24,7 +24,9 @@ void whitenTexts(RQAlertView& dialog) {
 
 }  // namespace
 
-void dressAsMenu(RQAlertView& dialog) { dressWithRedCancel(dialog, grey(51)); }
+void dressAsMenu(RQAlertView& dialog) {
+  dressWithRedCancel(dialog, grey(51));
+}
 
 void dressAsMessage(RQAlertView& dialog) {
   dressAsMenu(dialog);

@@ -1,17 +1,17 @@
 #include "ui/FileListView.h"
 
+#include "platform/EventBoundary.h"
+#include "platform/UIColor.h"
+#include "ui/Localized.h"
+#include "ui/Metrics.h"
+#include "workspace/Selection.h"
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTimer>
-
-#include "platform/EventBoundary.h"
-#include "platform/UIColor.h"
-#include "ui/Localized.h"
-#include "ui/Metrics.h"
-#include "workspace/Selection.h"
 
 namespace {
 
@@ -35,20 +35,23 @@ class FileCell : public QStyledItemDelegate {
     const bool rightToLeft = option.direction == Qt::RightToLeft;
     const QRect inside = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
     const QSize pictureSize(metrics::iconSize, metrics::iconSize);
-    const QRect picture = QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, pictureSize, inside);
+    const QRect picture =
+        QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, pictureSize, inside);
     static const QIcon icon(QStringLiteral(":/pictures/na.png"));
     icon.paint(painter, picture);
     const int indent = metrics::iconSize + metrics::rowPadding;
     const QRect text = rightToLeft ? inside.adjusted(0, 0, -indent, 0) : inside.adjusted(indent, 0, 0, 0);
     painter->setPen(grey(153));
     painter->setFont(option.font);
-    const QString name = option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, text.width());
+    const QString name =
+        option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, text.width());
     // The name keeps its own direction; only where it stands follows the interface.
     QTextOption layout(rightToLeft ? Qt::AlignRight | Qt::AlignVCenter : Qt::AlignLeft | Qt::AlignVCenter);
     layout.setTextDirection(Qt::LeftToRight);
     layout.setWrapMode(QTextOption::NoWrap);
     painter->drawText(QRectF(text), name, layout);
-    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight), separatorColor);
+    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
+                      separatorColor);
     if (focused) {
       painter->setPen(QPen(option.palette.color(QPalette::Highlight), metrics::focusRingWidth));
       painter->drawRect(option.rect.adjusted(1, 1, -1, -2));
@@ -128,7 +131,8 @@ void FileListView::pickSelected() {
 }
 
 void FileListView::keyPressEvent(QKeyEvent* event) {
-  const bool picks = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
+  const bool picks =
+      event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
   if (picks && currentIndex().isValid()) {
     emit rowPicked(currentIndex().row());
     return;

@@ -16,8 +16,8 @@ class FileListModel : public QAbstractListModel {
   void reloadData();
 };
 
-// A row is picked by a tap, by Return on it, or by assistive technology; moving over rows with the arrow keys picks
-// none. Only the rows on screen cost anything.
+// A row is picked by a tap, by Return on it, or by assistive technology; moving over rows with the arrow keys
+// picks none. Only the rows on screen cost anything.
 class FileListView : public QListView {
   Q_OBJECT
 
@@ -34,7 +34,8 @@ class FileListView : public QListView {
   void rowPicked(int row);
 
  protected:
-  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

@@ -6,7 +6,8 @@
 class QPainter;
 class QRect;
 
-// Lengths are logical pixels. Without a background nothing is filled, without a border width nothing is drawn.
+// Lengths are logical pixels. Without a background nothing is filled, without a border width nothing is
+// drawn.
 struct Layer {
   qreal cornerRadius = 0;
   qreal borderWidth = 0;
@@ -14,6 +15,6 @@ struct Layer {
   QColor borderColor = Qt::black;
 };
 
-// Fills `bounds` with the layer; the radius is at most half the smaller side. `ground` stands for the layer's own
-// background where a control shows a state (pressed, hovered).
+// Fills `bounds` with the layer; the radius is at most half the smaller side. `ground` stands for the layer's
+// own background where a control shows a state (pressed, hovered).
 void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const QColor& ground);

@@ -1,9 +1,9 @@
 // A label on a layer.
 #pragma once
 
-#include <QLabel>
-
 #include "ui/Layer.h"
+
+#include <QLabel>
 
 class LayerLabel : public QLabel {
   Q_OBJECT

@@ -1,4 +1,5 @@
-// The web addresses that the screens lead to. All of them are placeholders to be set by who distributes the program.
+// The web addresses that the screens lead to. All of them are placeholders to be set by who distributes the
+// program.
 #pragma once
 
 namespace links {

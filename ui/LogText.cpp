@@ -6,7 +6,9 @@ namespace {
 
 constexpr std::size_t tabWidth = 8;
 
-bool startsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
+bool startsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
 
 // The column after `byte` when it begins at `column`.
 std::size_t advanced(std::size_t column, char byte) {

@@ -6,8 +6,9 @@
 #include <string_view>
 #include <vector>
 
-// Holds the text once, as UTF-8, and a few bytes a line, so that a log of a hundred megabytes costs little more than
-// its size. Offsets are bytes into text(); a row is one line of the view. Not valid UTF-8 is shown as it decodes.
+// Holds the text once, as UTF-8, and a few bytes a line, so that a log of a hundred megabytes costs little
+// more than its size. Offsets are bytes into text(); a row is one line of the view. Not valid UTF-8 is shown
+// as it decodes.
 class LogText {
  public:
   struct Row {

@@ -1,5 +1,7 @@
 #include "ui/LogView.h"
 
+#include "ui/LogViewAccessible.h"
+
 #include <algorithm>
 
 #include <QAccessibleEvent>
@@ -13,14 +15,14 @@
 #include <QScrollBar>
 #include <QTextLayout>
 
-#include "ui/LogViewAccessible.h"
-
 namespace {
 
 constexpr int padding = 10;
 constexpr QChar takesNoRoom(0x200B);
 
-bool isWordByte(char byte) { return byte != ' ' && byte != '\t' && byte != '\n' && byte != '\x1B'; }
+bool isWordByte(char byte) {
+  return byte != ' ' && byte != '\t' && byte != '\n' && byte != '\x1B';
+}
 
 // The bytes that the first `units` UTF-16 units of `bytes` come from.
 std::size_t bytesOfUnits(std::string_view bytes, int units) {
@@ -66,17 +68,24 @@ void LogView::select(std::size_t anchor, std::size_t cursor) {
 
 void LogView::copy() const {
   if (!hasSelection()) return;
-  const std::string_view selected = std::string_view(text()).substr(selectionBegin(), selectionEnd() - selectionBegin());
-  QApplication::clipboard()->setText(QString::fromUtf8(selected.data(), static_cast<qsizetype>(selected.size())));
+  const std::string_view selected =
+      std::string_view(text()).substr(selectionBegin(), selectionEnd() - selectionBegin());
+  QApplication::clipboard()->setText(
+      QString::fromUtf8(selected.data(), static_cast<qsizetype>(selected.size())));
 }
 
-void LogView::selectAll() { select(0, text().size()); }
+void LogView::selectAll() {
+  select(0, text().size());
+}
 
-int LogView::rowHeight() const { return std::max(fontMetrics().lineSpacing(), 1); }
+int LogView::rowHeight() const {
+  return std::max(fontMetrics().lineSpacing(), 1);
+}
 
 void LogView::fitColumns() {
   const int width = viewport()->width() - 2 * padding;
-  text_.setColumns(static_cast<std::size_t>(std::max(width / std::max(fontMetrics().horizontalAdvance('0'), 1), 1)));
+  text_.setColumns(
+      static_cast<std::size_t>(std::max(width / std::max(fontMetrics().horizontalAdvance('0'), 1), 1)));
   const int rowsShown = std::max((viewport()->height() - 2 * padding) / rowHeight(), 1);
   // The scroll bar counts rows; two billion of them are more than a log can have.
   verticalScrollBar()->setRange(0, std::max(static_cast<int>(text_.rowCount()) - rowsShown, 0));
@@ -84,7 +93,8 @@ void LogView::fitColumns() {
 }
 
 QString LogView::shown(const LogText::Row& row) const {
-  QString text = QString::fromUtf8(text_.text().data() + row.begin, static_cast<qsizetype>(row.end - row.begin));
+  QString text =
+      QString::fromUtf8(text_.text().data() + row.begin, static_cast<qsizetype>(row.end - row.begin));
   for (QChar& character : text) {
     if (character.unicode() < 0x20 && character != '\t') character = takesNoRoom;
   }
@@ -107,7 +117,8 @@ void LogView::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::Text));
   auto number = static_cast<std::size_t>(verticalScrollBar()->value());
-  for (int top = padding; top < viewport()->height() && number < text_.rowCount(); top += rowHeight(), ++number) {
+  for (int top = padding; top < viewport()->height() && number < text_.rowCount();
+       top += rowHeight(), ++number) {
     const LogText::Row row = text_.row(number);
     QTextLayout layout(shown(row), font());
     layOut(layout);
@@ -116,7 +127,8 @@ void LogView::paintEvent(QPaintEvent*) {
     const std::size_t to = std::clamp(selectionEnd(), row.begin, row.end);
     if (from < to) {
       const auto units = [&](std::size_t begin, std::size_t end) {
-        return static_cast<int>(QString::fromUtf8(text().data() + begin, static_cast<qsizetype>(end - begin)).size());
+        return static_cast<int>(
+            QString::fromUtf8(text().data() + begin, static_cast<qsizetype>(end - begin)).size());
       };
       QTextLayout::FormatRange range;
       range.start = units(row.begin, from);
@@ -131,7 +143,8 @@ void LogView::paintEvent(QPaintEvent*) {
 
 void LogView::resizeEvent(QResizeEvent* event) {
   // What stood at the top stays there when the lines wrap anew.
-  const std::size_t top = text_.rowCount() == 0 ? 0 : text_.row(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
+  const std::size_t top =
+      text_.rowCount() == 0 ? 0 : text_.row(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
   QAbstractScrollArea::resizeEvent(event);
   fitColumns();
   verticalScrollBar()->setValue(static_cast<int>(text_.rowAt(top)));
@@ -163,7 +176,8 @@ void LogView::mousePressEvent(QMouseEvent* event) {
 void LogView::mouseMoveEvent(QMouseEvent* event) {
   if ((event->buttons() & Qt::LeftButton) == 0) return;
   if (event->pos().y() < 0) verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepSub);
-  if (event->pos().y() > viewport()->height()) verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+  if (event->pos().y() > viewport()->height())
+    verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
   select(anchor_, offsetAt(event->pos()));
 }
 
@@ -180,14 +194,21 @@ void LogView::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) return copy();
   if (event->matches(QKeySequence::SelectAll)) return selectAll();
   switch (event->key()) {
-    case Qt::Key_Up: return bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
-    case Qt::Key_Down: return bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
-    case Qt::Key_PageUp: return bar.triggerAction(QAbstractSlider::SliderPageStepSub);
+    case Qt::Key_Up:
+      return bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Down:
+      return bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_PageUp:
+      return bar.triggerAction(QAbstractSlider::SliderPageStepSub);
     case Qt::Key_PageDown:
-    case Qt::Key_Space: return bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
-    case Qt::Key_Home: return bar.triggerAction(QAbstractSlider::SliderToMinimum);
-    case Qt::Key_End: return bar.triggerAction(QAbstractSlider::SliderToMaximum);
-    default: QAbstractScrollArea::keyPressEvent(event);
+    case Qt::Key_Space:
+      return bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+    case Qt::Key_Home:
+      return bar.triggerAction(QAbstractSlider::SliderToMinimum);
+    case Qt::Key_End:
+      return bar.triggerAction(QAbstractSlider::SliderToMaximum);
+    default:
+      QAbstractScrollArea::keyPressEvent(event);
   }
 }
 

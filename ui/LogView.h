@@ -1,17 +1,17 @@
 // The build log as it is read: plain text in a fixed-pitch font, wrapped, to be selected and copied.
 #pragma once
 
+#include "ui/LogText.h"
+
 #include <cstddef>
 #include <string>
 
 #include <QAbstractScrollArea>
 
-#include "ui/LogText.h"
-
 class QTextLayout;
 
-// Lays out only the rows that are on screen, so that the size of the log costs nothing while it is scrolled. Exposed to
-// assistive technology as a read-only text. Control characters take no room.
+// Lays out only the rows that are on screen, so that the size of the log costs nothing while it is scrolled.
+// Exposed to assistive technology as a read-only text. Control characters take no room.
 class LogView : public QAbstractScrollArea {
   Q_OBJECT
 

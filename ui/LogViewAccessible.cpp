@@ -1,20 +1,22 @@
 #include "ui/LogViewAccessible.h"
 
+#include "ui/LogView.h"
+
 #include <algorithm>
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 
-#include "ui/LogView.h"
-
 namespace {
 
-// More than this is not handed over in one piece; a reader that asks for the whole of a huge log gets its beginning.
+// More than this is not handed over in one piece; a reader that asks for the whole of a huge log gets its
+// beginning.
 constexpr std::size_t mostAccessibleBytes = 4U << 20;
 
 class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {
  public:
-  explicit LogViewAccessible(LogView* view) : QAccessibleWidget(view, QAccessible::EditableText), view_(view) {}
+  explicit LogViewAccessible(LogView* view)
+      : QAccessibleWidget(view, QAccessible::EditableText), view_(view) {}
 
   void* interface_cast(QAccessible::InterfaceType type) override {
     if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface*>(this);
@@ -45,7 +47,9 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
   void removeSelection(int) override { view_->select(0, 0); }
   void setSelection(int, int from, int to) override { addSelection(from, to); }
   int cursorPosition() const override { return charactersBefore(view_->selectionEnd()); }
-  void setCursorPosition(int position) override { view_->select(bytesBefore(position), bytesBefore(position)); }
+  void setCursorPosition(int position) override {
+    view_->select(bytesBefore(position), bytesBefore(position));
+  }
   QString text(int from, int to) const override { return whole().mid(from, to - from); }
   int characterCount() const override { return static_cast<int>(whole().size()); }
   QRect characterRect(int) const override { return {}; }

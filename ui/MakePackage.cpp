@@ -18,13 +18,14 @@ namespace {
 constexpr double titleSize = 17;
 
 void openURL(const std::string& address, std::function<void(bool)> completion = {}) {
-  UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)), {}, std::move(completion));
+  UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)), {},
+                                              std::move(completion));
 }
 
 void showSuccess(const MaybeText& project) {
-  const auto dialog = RQAlertView::alertViewWithTitle(localized(text::done), localized(text::debIsReady, {project}),
-                                                      RQAlertViewStyle::Alert, QStringList{localized(text::goToDebFolder)},
-                                                      localized(text::cancel), QString());
+  const auto dialog = RQAlertView::alertViewWithTitle(
+      localized(text::done), localized(text::debIsReady, {project}), RQAlertViewStyle::Alert,
+      QStringList{localized(text::goToDebFolder)}, localized(text::cancel), QString());
   dressAsMessage(*dialog);
   dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
     if (title != localized(text::goToDebFolder)) return;
@@ -72,17 +73,23 @@ void MakePackage::viewDidLoad() {
   style(outlets_->MPI, 26);
 }
 
-void MakePackage::UpdateTheos() { updateTheos(); }
+void MakePackage::UpdateTheos() {
+  updateTheos();
+}
 
-void MakePackage::MakePackageAction() { startBuild(BuildVariant::Package); }
+void MakePackage::MakePackageAction() {
+  startBuild(BuildVariant::Package);
+}
 
-void MakePackage::MakePackageInstall() { startBuild(BuildVariant::Install); }
+void MakePackage::MakePackageInstall() {
+  startBuild(BuildVariant::Install);
+}
 
 void MakePackage::startBuild(BuildVariant variant) {
   if (progress_) return;
-  progress_ = RQAlertView::alertViewWithActivityIndicatorAndTitle(localized(text::makingYourTweak), QString(),
-                                                                  RQAlertViewStyle::Alert, localized(text::pleaseWait), QStringList(),
-                                                                  QString(), QString());
+  progress_ = RQAlertView::alertViewWithActivityIndicatorAndTitle(
+      localized(text::makingYourTweak), QString(), RQAlertViewStyle::Alert, localized(text::pleaseWait),
+      QStringList(), QString(), QString());
   dressAsProgress(*progress_);
   progress_->showAnimated();
   keptWhileBuilding_ = shared_from_this();
@@ -103,7 +110,9 @@ void MakePackage::finishBuild(BuildVariant variant) {
   if (asked && result.hasPackages && hasLog) showSuccess(result.project);
 }
 
-void MakePackage::Respring() { run_cmder("killall backboardd"); }
+void MakePackage::Respring() {
+  run_cmder("killall backboardd");
+}
 
 void MakePackage::ClearLog() {
   removeBuildLog();
@@ -111,9 +120,9 @@ void MakePackage::ClearLog() {
 }
 
 void MakePackage::InfoButton() {
-  const auto dialog = RQAlertView::alertViewWithTitle(QStringLiteral("Tip"), localized(text::deviceSupportHint),
-                                                      RQAlertViewStyle::Alert, QStringList{localized(text::addTheSource)},
-                                                      localized(text::cancel), QString());
+  const auto dialog = RQAlertView::alertViewWithTitle(
+      QStringLiteral("Tip"), localized(text::deviceSupportHint), RQAlertViewStyle::Alert,
+      QStringList{localized(text::addTheSource)}, localized(text::cancel), QString());
   dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
     if (title == localized(text::addTheSource)) openURL(links::addPackageSource, [](bool) {});
   });
@@ -121,4 +130,6 @@ void MakePackage::InfoButton() {
   dialog->showAnimated();
 }
 
-void MakePackage::cancelOperation() { dismissViewControllerAnimated(true); }
+void MakePackage::cancelOperation() {
+  dismissViewControllerAnimated(true);
+}

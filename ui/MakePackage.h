@@ -1,10 +1,10 @@
 // The build screen.
 #pragma once
 
-#include <memory>
-
 #include "build/LogCleanUp.h"
 #include "platform/UIViewController.h"
+
+#include <memory>
 
 class RQAlertView;
 namespace Ui {
@@ -40,8 +40,9 @@ class MakePackage : public UIViewController {
   void finishBuild(BuildVariant variant);
 
   std::unique_ptr<Ui::MakePackage> outlets_;
-  // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are held
-  // here and not by the job, so that the worker thread never drops the last reference to something on screen.
+  // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are
+  // held here and not by the job, so that the worker thread never drops the last reference to something on
+  // screen.
   std::shared_ptr<UIViewController> keptWhileBuilding_;
   std::shared_ptr<RQAlertView> progress_;
 };

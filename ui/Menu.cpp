@@ -1,14 +1,14 @@
 #include "ui/Menu.h"
 
-#include <utility>
-
 #include "RQAlertView/RQAlertView.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 
+#include <utility>
+
 void showMenu(const Menu& menu, std::function<void(const QString& title)> chosen) {
-  const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet, menu.entries,
-                                                     localized(text::cancel), QString());
+  const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet,
+                                                     menu.entries, localized(text::cancel), QString());
   if (menu.texts == MenuTexts::White) {
     dressAsMessage(*sheet);
   } else {

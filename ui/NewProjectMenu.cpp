@@ -12,9 +12,10 @@
 
 namespace {
 
-// A title of the sheet that is none of its actions is a project's name. The sheet has no such title; this is where one
-// would be chosen.
-void chooseListedProject(const QStringList& titles, const QStringList& actions, const QString& title, const Owner& owner) {
+// A title of the sheet that is none of its actions is a project's name. The sheet has no such title; this is
+// where one would be chosen.
+void chooseListedProject(const QStringList& titles, const QStringList& actions, const QString& title,
+                         const Owner& owner) {
   for (const QString& entry : titles) {
     if (entry != title || actions.contains(title)) continue;
     const std::string name = entry.toStdString();
@@ -52,18 +53,19 @@ void showFilesToRename(const Owner& owner) {
 }
 
 QStringList actionTitles() {
-  return {localized(text::createNewProject), localized(text::createHeaderFile), localized(text::changeFileName),
-          localized(text::addFlexPatch)};
+  return {localized(text::createNewProject), localized(text::createHeaderFile),
+          localized(text::changeFileName), localized(text::addFlexPatch)};
 }
 
 }  // namespace
 
 void showNewProjectMenu(ViewController& screen) {
   const QStringList titles = actionTitles();
-  showMenu({localized(text::projectOptions), QString(), titles}, [titles, owner = Owner(&screen)](const QString& title) {
-    chooseListedProject(titles, actionTitles(), title, owner);
-    if (title == localized(text::changeFileName)) showFilesToRename(owner);
-    if (title == localized(text::createNewProject)) askForProjectName(owner);
-    if (title == localized(text::createHeaderFile)) askForHeaderName(owner);
-  });
+  showMenu({localized(text::projectOptions), QString(), titles},
+           [titles, owner = Owner(&screen)](const QString& title) {
+             chooseListedProject(titles, actionTitles(), title, owner);
+             if (title == localized(text::changeFileName)) showFilesToRename(owner);
+             if (title == localized(text::createNewProject)) askForProjectName(owner);
+             if (title == localized(text::createHeaderFile)) askForHeaderName(owner);
+           });
 }

@@ -1,10 +1,10 @@
 #include "ui/Notice.h"
 
-#include <utility>
-
 #include "RQAlertView/RQAlertView.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
+
+#include <utility>
 
 void showNotice(const QString& title, const QString& message) {
   const auto notice = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
@@ -15,8 +15,8 @@ void showNotice(const QString& title, const QString& message) {
 
 void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,
                       std::function<void()> confirmed) {
-  const auto question = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
-                                                        QStringList{confirmTitle}, localized(text::cancel), QString());
+  const auto question = RQAlertView::alertViewWithTitle(
+      title, message, RQAlertViewStyle::Alert, QStringList{confirmTitle}, localized(text::cancel), QString());
   dressAsMessage(*question);
   question->setActionHandler(
       [confirmTitle, confirmed = std::move(confirmed)](RQAlertView&, std::size_t, const QString& pressed) {

@@ -1,11 +1,11 @@
 #include "ui/OneLinePrompt.h"
 
-#include <utility>
-
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewTextField.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
+
+#include <utility>
 
 OneLineQuestion shellQuestion(const QString& title, const QString& initialText) {
   return {title, QStringLiteral("~ root$"), localized(text::confirm), initialText};

@@ -1,8 +1,5 @@
 #include "ui/OptionsMenu.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 #include "platform/UIApplication.h"
 #include "ui/BackupMenu.h"
 #include "ui/Localized.h"
@@ -13,6 +10,9 @@
 #include "workspace/ProjectName.h"
 #include "workspace/ProjectOptions.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace {
 
 void openAddress(const std::string& address) {
@@ -20,31 +20,34 @@ void openAddress(const std::string& address) {
 }
 
 void askForImport(const Owner& owner) {
-  showOneLinePrompt({localized(text::importFromPath), localized(text::pathExample), localized(text::import_), QString()},
-                    [owner](const std::string& typed) {
-                      if (importProject(typed)) {
-                        refresh(owner);
-                      } else {
-                        showNotice(localized(text::noData));
-                      }
-                    });
+  showOneLinePrompt(
+      {localized(text::importFromPath), localized(text::pathExample), localized(text::import_), QString()},
+      [owner](const std::string& typed) {
+        if (importProject(typed)) {
+          refresh(owner);
+        } else {
+          showNotice(localized(text::noData));
+        }
+      });
 }
 
 void askForExport() {
-  showOneLinePrompt({localized(text::exportProjectToPath), localized(text::pathExample), localized(text::export_), QString()},
+  showOneLinePrompt({localized(text::exportProjectToPath), localized(text::pathExample),
+                     localized(text::export_), QString()},
                     [](const std::string& typed) { exportProject(typed); });
 }
 
 void askForProjectName(const Owner& owner) {
-  showOneLinePrompt({localized(text::changeProjectName), QStringLiteral(""), QStringLiteral("Change"), QString()},
-                    [owner](const std::string& typed) {
-                      renameProject(typed);
-                      refresh(owner);
-                    });
+  showOneLinePrompt(
+      {localized(text::changeProjectName), QStringLiteral(""), QStringLiteral("Change"), QString()},
+      [owner](const std::string& typed) {
+        renameProject(typed);
+        refresh(owner);
+      });
 }
 
-// The next start speaks the new language. Nothing is to be saved, and the objects on screen are not to be taken apart
-// from within one of their own handlers, so the process ends where it is.
+// The next start speaks the new language. Nothing is to be saved, and the objects on screen are not to be
+// taken apart from within one of their own handlers, so the process ends where it is.
 [[noreturn]] void endWith(Language language) {
   setLanguage(language);
   std::fflush(nullptr);
@@ -53,8 +56,10 @@ void askForProjectName(const Owner& owner) {
 
 void showLanguages() {
   const QString automatic = QString::fromUtf8(text::autoLanguage);
-  showMenu({localized(text::changeLanguage), QStringLiteral(""),
-            {localized(text::arabic), localized(text::english), automatic}, MenuTexts::White},
+  showMenu({localized(text::changeLanguage),
+            QStringLiteral(""),
+            {localized(text::arabic), localized(text::english), automatic},
+            MenuTexts::White},
            [automatic](const QString& title) {
              if (title == localized(text::arabic)) endWith(Language::Arabic);
              if (title == localized(text::english)) endWith(Language::English);
@@ -65,11 +70,16 @@ void showLanguages() {
 }  // namespace
 
 void showOptionsMenu(ViewController& screen) {
-  const QStringList entries{
-      localized(text::openInFilza),      localized(text::goToDebsFolder),      localized(text::importFromPath),
-      localized(text::exportProjectToPath), localized(text::backUp),           localized(text::restore),
-      localized(text::deleteAllBackups), localized(text::deleteDebsFolder),    localized(text::changeProjectName),
-      localized(text::changeLanguage)};
+  const QStringList entries{localized(text::openInFilza),
+                            localized(text::goToDebsFolder),
+                            localized(text::importFromPath),
+                            localized(text::exportProjectToPath),
+                            localized(text::backUp),
+                            localized(text::restore),
+                            localized(text::deleteAllBackups),
+                            localized(text::deleteDebsFolder),
+                            localized(text::changeProjectName),
+                            localized(text::changeLanguage)};
   showMenu({localized(text::extraOptions), localized(text::whichOne), entries},
            [owner = Owner(&screen)](const QString& title) {
              if (title == localized(text::importFromPath)) askForImport(owner);

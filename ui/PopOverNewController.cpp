@@ -1,9 +1,5 @@
 #include "ui/PopOverNewController.h"
 
-#include <QFontDatabase>
-#include <QShortcut>
-#include <QTextBlock>
-
 #include "core/FileManager.h"
 #include "core/NSLog.h"
 #include "platform/EventBoundary.h"
@@ -13,6 +9,10 @@
 #include "ui/Localized.h"
 #include "ui/ui_PopOverNewController.h"
 #include "workspace/Selection.h"
+
+#include <QFontDatabase>
+#include <QShortcut>
+#include <QTextBlock>
 
 namespace {
 
@@ -48,7 +48,8 @@ void PopOverNewController::loadView() {
   connect(outlets_->SaveButton, &QPushButton::clicked, this, atEventBoundary([this] { SaveButton(); }));
   connect(outlets_->CancelButton, &QPushButton::clicked, this, atEventBoundary([this] { DismissPop(); }));
   auto* const save = new QShortcut(QKeySequence::Save, view);
-  connect(save, &QShortcut::activated, outlets_->SaveButton, [button = outlets_->SaveButton] { button->click(); });
+  connect(save, &QShortcut::activated, outlets_->SaveButton,
+          [button = outlets_->SaveButton] { button->click(); });
   view->setFocusProxy(outlets_->PopOvetText);
 }
 
@@ -56,7 +57,8 @@ void PopOverNewController::viewDidLoad() {
   UIViewController::viewDidLoad();
   outlets_->CancelButton->setLayer({.cornerRadius = 18, .backgroundColor = grey(32)});
   outlets_->SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = grey(32)});
-  performSelectorAfterDelay(this, [this] { Rep(); }, loadDelay);
+  performSelectorAfterDelay(
+      this, [this] { Rep(); }, loadDelay);
 }
 
 void PopOverNewController::Rep() {
@@ -75,7 +77,8 @@ void PopOverNewController::Rep() {
 std::string PopOverNewController::editedText() const {
   const QTextDocument& document = *outlets_->PopOvetText->document();
   if (!document.isModified()) return loaded_;
-  // The raw text, since the plain one would turn no-break spaces into blanks; its lines end in paragraph separators.
+  // The raw text, since the plain one would turn no-break spaces into blanks; its lines end in paragraph
+  // separators.
   QString text = document.toRawText();
   const bool windowsLines = loaded_.find("\r\n") != std::string::npos;
   text.replace(QChar::ParagraphSeparator, windowsLines ? QStringLiteral("\r\n") : QStringLiteral("\n"));
@@ -87,7 +90,9 @@ void PopOverNewController::SaveButton() {
   dismissViewControllerAnimated(true);
 }
 
-void PopOverNewController::DismissPop() { dismissViewControllerAnimated(true); }
+void PopOverNewController::DismissPop() {
+  dismissViewControllerAnimated(true);
+}
 
 void PopOverNewController::cancelOperation() {
   if (!outlets_->PopOvetText->document()->isModified()) DismissPop();

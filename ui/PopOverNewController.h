@@ -1,17 +1,17 @@
 // The editor of the picked file.
 #pragma once
 
+#include "platform/UIViewController.h"
+
 #include <memory>
 #include <string>
-
-#include "platform/UIViewController.h"
 
 namespace Ui {
 class PopOverNewController;
 }
 
-// Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a folder stays
-// empty, and saving then empties it.
+// Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a
+// folder stays empty, and saving then empties it.
 class PopOverNewController : public UIViewController {
   Q_OBJECT
 

@@ -1,10 +1,10 @@
 #include "ui/UIButton.h"
 
+#include "ui/Metrics.h"
+
 #include <algorithm>
 
 #include <QPainter>
-
-#include "ui/Metrics.h"
 
 namespace {
 
@@ -32,8 +32,10 @@ void UIButton::setLayer(const Layer& layer) {
 
 QSize UIButton::sizeHint() const {
   const QFontMetrics font(this->font());
-  const int width = text().isEmpty() ? metrics::touchSize : font.horizontalAdvance(text()) + 2 * metrics::buttonPadding;
-  return {std::max(width, metrics::touchSize), std::max(font.height() + metrics::buttonPadding, metrics::touchSize)};
+  const int width =
+      text().isEmpty() ? metrics::touchSize : font.horizontalAdvance(text()) + 2 * metrics::buttonPadding;
+  return {std::max(width, metrics::touchSize),
+          std::max(font.height() + metrics::buttonPadding, metrics::touchSize)};
 }
 
 QColor UIButton::ground() const {

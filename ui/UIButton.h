@@ -1,9 +1,9 @@
 // The screens' push button: a caption or a picture on a layer, with its states.
 #pragma once
 
-#include <QPushButton>
-
 #include "ui/Layer.h"
+
+#include <QPushButton>
 
 // Without a layer background it is drawn bare, and only hovering, pressing and focus put a ground behind it.
 class UIButton : public QPushButton {

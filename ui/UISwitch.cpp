@@ -1,20 +1,26 @@
 #include "ui/UISwitch.h"
 
-#include <QPainter>
-
 #include "ui/Layer.h"
 #include "ui/Metrics.h"
+
+#include <QPainter>
 
 namespace {
 constexpr QColor grooveOff(96, 96, 96);
 constexpr int knobInset = 3;
 }  // namespace
 
-UISwitch::UISwitch(QWidget* parent) : QCheckBox(parent) { setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); }
+UISwitch::UISwitch(QWidget* parent) : QCheckBox(parent) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
 
-QSize UISwitch::sizeHint() const { return {metrics::switchWidth, metrics::switchHeight}; }
+QSize UISwitch::sizeHint() const {
+  return {metrics::switchWidth, metrics::switchHeight};
+}
 
-bool UISwitch::hitButton(const QPoint& position) const { return rect().contains(position); }
+bool UISwitch::hitButton(const QPoint& position) const {
+  return rect().contains(position);
+}
 
 void UISwitch::paintEvent(QPaintEvent*) {
   QPainter painter(this);
@@ -22,7 +28,8 @@ void UISwitch::paintEvent(QPaintEvent*) {
   const qreal radius = height() / 2.0;
   Layer groove{radius, 0, isChecked() ? palette().color(QPalette::Highlight) : grooveOff};
   drawLayer(painter, rect(), groove, groove.backgroundColor);
-  if (hasFocus()) drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), Qt::white}, QColor());
+  if (hasFocus())
+    drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), Qt::white}, QColor());
   const int size = height() - 2 * knobInset;
   const bool atRight = isChecked() != isRightToLeft();
   painter.setPen(Qt::NoPen);

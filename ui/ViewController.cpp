@@ -1,7 +1,5 @@
 #include "ui/ViewController.h"
 
-#include <QShortcut>
-
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
 #include "platform/EventBoundary.h"
@@ -9,8 +7,8 @@
 #include "platform/UIApplication.h"
 #include "platform/UIColor.h"
 #include "platform/UIFont.h"
-#include "ui/Dev.h"
 #include "ui/DeleteMenu.h"
+#include "ui/Dev.h"
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 #include "ui/MakePackage.h"
@@ -23,14 +21,17 @@
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
 
+#include <QShortcut>
+
 namespace {
 
 constexpr double refreshDelay = 0.1;  // seconds
 constexpr double titleSize = 20;
 
 void showMissingTheos() {
-  const auto dialog = RQAlertView::alertViewWithTitle(localized(text::couldNotFindTheos), localized(text::mustInstallTheos),
-                                                      RQAlertViewStyle::Alert, QStringList{localized(text::ok)}, QString(), QString());
+  const auto dialog = RQAlertView::alertViewWithTitle(
+      localized(text::couldNotFindTheos), localized(text::mustInstallTheos), RQAlertViewStyle::Alert,
+      QStringList{localized(text::ok)}, QString(), QString());
   dressAsMessage(*dialog);
   dialog->showAnimated();
 }
@@ -63,14 +64,16 @@ void ViewController::wireButtons() {
   wire(outlets_->reloadButton, "reload", &ViewController::Reload);
   wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
   wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
-  connect(outlets_->TableVV, &FileListView::rowPicked, this, atEventBoundary([this](int row) { didSelectRow(row); }));
+  connect(outlets_->TableVV, &FileListView::rowPicked, this,
+          atEventBoundary([this](int row) { didSelectRow(row); }));
 }
 
 void ViewController::wireShortcuts() {
   const auto wire = [this](UIButton* button, const QKeySequence& keys) {
     auto* const shortcut = new QShortcut(keys, view());
     connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
-    button->setToolTip(QStringLiteral("%1 (%2)").arg(button->accessibleName(), keys.toString(QKeySequence::NativeText)));
+    button->setToolTip(
+        QStringLiteral("%1 (%2)").arg(button->accessibleName(), keys.toString(QKeySequence::NativeText)));
   };
   wire(outlets_->chooseProjectButton, QKeySequence::Open);
   wire(outlets_->newProjectButton, QKeySequence::New);
@@ -90,32 +93,48 @@ void ViewController::viewDidLoad() {
   outlets_->TableVV->setSeparatorColor(grey(40));
   outlets_->TableVV->reloadData();
   outlets_->ProjLableName->setText(shownName(currentProjectLabel()));
-  // The texts of this screen are the project's own; their surroundings follow the language of the next dialog.
+  // The texts of this screen are the project's own; their surroundings follow the language of the next
+  // dialog.
   QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
 }
 
 void ViewController::viewDidLoadAfterDelay() {
-  performSelectorAfterDelay(this, [this] { viewDidLoad(); }, refreshDelay);
+  performSelectorAfterDelay(
+      this, [this] { viewDidLoad(); }, refreshDelay);
 }
 
-void ViewController::ChooseProjectButton() { showProjectChooser(*this); }
+void ViewController::ChooseProjectButton() {
+  showProjectChooser(*this);
+}
 
-void ViewController::NewProject() { showNewProjectMenu(*this); }
+void ViewController::NewProject() {
+  showNewProjectMenu(*this);
+}
 
-void ViewController::Removeer() { showDeleteMenu(*this); }
+void ViewController::Removeer() {
+  showDeleteMenu(*this);
+}
 
-void ViewController::OpenPrijectFolder() { showOptionsMenu(*this); }
+void ViewController::OpenPrijectFolder() {
+  showOptionsMenu(*this);
+}
 
 void ViewController::Reload() {
   ArraySetUp();
   outlets_->TableVV->reloadData();
 }
 
-void ViewController::DismissPop() { dismissViewControllerAnimated(true); }
+void ViewController::DismissPop() {
+  dismissViewControllerAnimated(true);
+}
 
-void ViewController::presentBuildScreen() { presentViewController(std::make_shared<MakePackage>(), true); }
+void ViewController::presentBuildScreen() {
+  presentViewController(std::make_shared<MakePackage>(), true);
+}
 
-void ViewController::presentAboutScreen() { presentViewController(std::make_shared<Dev>(), true); }
+void ViewController::presentAboutScreen() {
+  presentViewController(std::make_shared<Dev>(), true);
+}
 
 void ViewController::didSelectRow(int row) {
   const auto index = static_cast<std::size_t>(row);

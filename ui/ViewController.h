@@ -1,13 +1,13 @@
 // The main screen: the current project's name, its files, and the buttons that open every menu.
 #pragma once
 
+#include "platform/UIViewController.h"
+
 #include <functional>
 #include <memory>
 #include <string>
 
 #include <QPointer>
-
-#include "platform/UIViewController.h"
 
 namespace Ui {
 class ViewController;
@@ -20,8 +20,8 @@ class ViewController : public UIViewController {
   ViewController();
   ~ViewController() override;
 
-  // The start-up procedure: converter, Theos, projects folder, then the current project's name and files. It is also
-  // how the screen is brought up to date after every change, so each step may be repeated.
+  // The start-up procedure: converter, Theos, projects folder, then the current project's name and files. It
+  // is also how the screen is brought up to date after every change, so each step may be repeated.
   void viewDidLoad() override;
 
   // Runs start-up again 0.1 s from now, when the operation that asks for it is over.

@@ -1,10 +1,10 @@
 // The application's entry.
-#include <unistd.h>
-
 #include "core/NSLog.h"
 #include "platform/UIApplication.h"
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
+
+#include <unistd.h>
 
 namespace {
 

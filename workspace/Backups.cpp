@@ -33,4 +33,6 @@ void chooseRestoredProject(const std::string& name) {
   setListedProject(name);
 }
 
-void deleteAllBackups() { run_cmd("rm -rf /var/mobile/Documents/TweakbenchBackups"); }
+void deleteAllBackups() {
+  run_cmd("rm -rf /var/mobile/Documents/TweakbenchBackups");
+}

@@ -1,10 +1,10 @@
 // Copies of projects, one of each.
 #pragma once
 
+#include "core/Text.h"
+
 #include <string>
 #include <vector>
-
-#include "core/Text.h"
 
 // Copies the listed project over its last backup. The backup's path; absent when there is no such project.
 MaybeText backUpProject();

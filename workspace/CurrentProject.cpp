@@ -9,7 +9,9 @@ constexpr const char* filesKey = "Files";
 constexpr const char* theosPathKey = "TheosPath";
 }  // namespace
 
-MaybeText currentProject() { return propertyListValue(paths::choosePlist, chooseKey); }
+MaybeText currentProject() {
+  return propertyListValue(paths::choosePlist, chooseKey);
+}
 
 MaybeText setCurrentProject(const std::string& name) {
   auto settings = PropertyList::initWithContentsOfFile(paths::choosePlist);
@@ -19,12 +21,22 @@ MaybeText setCurrentProject(const std::string& name) {
   return settings->objectForKey(theosPathKey);
 }
 
-void removeCurrentProject() { removePropertyListValue(paths::choosePlist, chooseKey); }
+void removeCurrentProject() {
+  removePropertyListValue(paths::choosePlist, chooseKey);
+}
 
-MaybeText listedProject() { return propertyListValue(paths::filesPlist, filesKey); }
+MaybeText listedProject() {
+  return propertyListValue(paths::filesPlist, filesKey);
+}
 
-void setListedProject(const std::string& name) { setPropertyListValue(paths::filesPlist, filesKey, name); }
+void setListedProject(const std::string& name) {
+  setPropertyListValue(paths::filesPlist, filesKey, name);
+}
 
-MaybeText theosPath() { return propertyListValue(paths::choosePlist, theosPathKey); }
+MaybeText theosPath() {
+  return propertyListValue(paths::choosePlist, theosPathKey);
+}
 
-void setTheosPath(const std::string& path) { setPropertyListValue(paths::choosePlist, theosPathKey, path); }
+void setTheosPath(const std::string& path) {
+  setPropertyListValue(paths::choosePlist, theosPathKey, path);
+}

@@ -13,7 +13,9 @@ void deleteListedProject() {
   removeCurrentProject();
 }
 
-void deleteProject(const std::string& name) { run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@", {name}).c_str()); }
+void deleteProject(const std::string& name) {
+  run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@", {name}).c_str());
+}
 
 void deleteAllProjects() {
   run_cmd("rm -rf /var/Tweakyard/Projects/*");

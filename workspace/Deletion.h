@@ -1,5 +1,5 @@
-// Deleting files and projects, for good. An absent project is written out in the command line, whose parentheses the
-// shell refuses, so nothing is deleted then.
+// Deleting files and projects, for good. An absent project is written out in the command line, whose
+// parentheses the shell refuses, so nothing is deleted then.
 #pragma once
 
 #include <string>

@@ -1,13 +1,13 @@
 #include "workspace/NewProject.h"
 
-#include <cstdlib>
-#include <functional>
-#include <string_view>
-
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
+
+#include <cstdlib>
+#include <functional>
+#include <string_view>
 
 namespace {
 
@@ -29,7 +29,8 @@ std::string randomToken() {
 
 void createProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
-  run_cmd(fill("unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/%@", {name}).c_str());
+  run_cmd(
+      fill("unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/%@", {name}).c_str());
   const MaybeText theos = setCurrentProject(name);
   setListedProject(name);
 
@@ -40,5 +41,7 @@ void createProject(const std::string& typedName) {
   rewrite(fill("/var/Tweakyard/Projects/%@/Makefile", {name}), [&](const std::string& text) {
     return replaceAll(replaceAll(text, "CC", name), "export", fill("export THEOS=%@", {theos}));
   });
-  run_cmd(fill("mv /var/Tweakyard/Projects/%@/CC.plist /var/Tweakyard/Projects/%@/%@.plist", {name, name, name}).c_str());
+  run_cmd(
+      fill("mv /var/Tweakyard/Projects/%@/CC.plist /var/Tweakyard/Projects/%@/%@.plist", {name, name, name})
+          .c_str());
 }

@@ -18,7 +18,8 @@ inline constexpr const char* projectPackages = "/var/mobile/Documents/Tweakbench
 inline constexpr const char* backups = "/var/mobile/Documents/TweakbenchBackups";
 inline constexpr const char* projectBackup = "/var/mobile/Documents/TweakbenchBackups/%@";
 
-// The application folder: settings, logs, what is shipped. It is also where the application's own resources lie.
+// The application folder: settings, logs, what is shipped. It is also where the application's own resources
+// lie.
 inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
 inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
 inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";

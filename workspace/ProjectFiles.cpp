@@ -18,7 +18,8 @@ bool createHeader(const std::string& typedName) {
 }
 
 std::vector<std::string> listedProjectFiles() {
-  return contentsOfDirectoryAtPath(fill(paths::project, {listedProject()})).value_or(std::vector<std::string>{});
+  return contentsOfDirectoryAtPath(fill(paths::project, {listedProject()}))
+      .value_or(std::vector<std::string>{});
 }
 
 void renameFile(const std::string& oldName, const std::string& typedName) {

@@ -27,14 +27,18 @@ void renameProject(const std::string& typedName) {
   for (const char* file : {"/var/Tweakyard/Projects/%@/control", "/var/Tweakyard/Projects/%@/Makefile"}) {
     rewriteName(fill(file, {name}), oldName.value_or(std::string()), name);
   }
-  run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@.plist /var/Tweakyard/Projects/%@/%@.plist", {name, oldName, name, name})
+  run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@.plist /var/Tweakyard/Projects/%@/%@.plist",
+               {name, oldName, name, name})
               .c_str());
 }
 
 void setLanguage(Language language) {
   switch (language) {
-    case Language::Arabic: return setPropertyListValue(paths::langFilePlist, languageKey, "AR");
-    case Language::Automatic: return setPropertyListValue(paths::langFilePlist, languageKey, "Auto");
-    case Language::English: return removePropertyListValue(paths::langFilePlist, languageKey);
+    case Language::Arabic:
+      return setPropertyListValue(paths::langFilePlist, languageKey, "AR");
+    case Language::Automatic:
+      return setPropertyListValue(paths::langFilePlist, languageKey, "Auto");
+    case Language::English:
+      return removePropertyListValue(paths::langFilePlist, languageKey);
   }
 }

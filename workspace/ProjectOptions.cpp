@@ -14,7 +14,9 @@ std::string packagesAddress() {
   return fill("filza://%@", {fileExistsAtPath(folder) ? folder + "/" : std::string(paths::packages)});
 }
 
-void deletePackages() { run_cmd("rm -rf /var/mobile/Documents/Tweakbench"); }
+void deletePackages() {
+  run_cmd("rm -rf /var/mobile/Documents/Tweakbench");
+}
 
 bool importProject(const std::string& typedPath) {
   if (!fileExistsAtPath(typedPath)) return false;

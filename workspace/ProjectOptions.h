@@ -12,8 +12,8 @@ std::string packagesAddress();
 // Deletes the packages of every project.
 void deletePackages();
 
-// Makes the folder at `typedPath` a project and the current one. The path is tested as it is typed, from the working
-// directory, and copied from below "/". False, and nothing done, where there is nothing at the path.
+// Makes the folder at `typedPath` a project and the current one. The path is tested as it is typed, from the
+// working directory, and copied from below "/". False, and nothing done, where there is nothing at the path.
 bool importProject(const std::string& typedPath);
 
 // Copies the listed project to `typedPath`, taken below "/var/".

@@ -24,10 +24,13 @@ MaybeText pathForResource(const std::string& name, const std::string& type) {
 
 }  // namespace
 
-const std::vector<std::string>& MUArray() { return files(); }
+const std::vector<std::string>& MUArray() {
+  return files();
+}
 
 void ArraySetUp() {
-  files() = contentsOfDirectoryAtPath(fill(paths::project, {currentProject()})).value_or(std::vector<std::string>{});
+  files() = contentsOfDirectoryAtPath(fill(paths::project, {currentProject()}))
+                .value_or(std::vector<std::string>{});
 }
 
 std::vector<std::string> projectNames() {
@@ -55,7 +58,9 @@ MaybeText pickedFile() {
 void SS(const std::string& entry) {
   const MaybeText list = pathForResource("Checker", "plist");
   if (!list) return;
-  // The old pick goes first, so that a name which cannot be recorded leaves no file picked rather than another one.
+  // The old pick goes first, so that a name which cannot be recorded leaves no file picked rather than
+  // another one.
   removePropertyListValue(*list, fullPathKey);
-  setPropertyListValue(*list, fullPathKey, fill(paths::projectFileIn, {paths::dataRoot, currentProject(), entry}));
+  setPropertyListValue(*list, fullPathKey,
+                       fill(paths::projectFileIn, {paths::dataRoot, currentProject(), entry}));
 }

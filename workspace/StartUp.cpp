@@ -1,12 +1,12 @@
 #include "workspace/StartUp.h"
 
-#include <algorithm>
-#include <array>
-
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
+
+#include <algorithm>
+#include <array>
 
 namespace {
 
@@ -23,7 +23,9 @@ constexpr std::array<TheosCandidate, 5> theosCandidates{{
     {"/var/mobile/Documents/theos", "/var/mobile/Documents/theos"},
 }};
 
-bool exists(const TheosCandidate& candidate) { return fileExistsAtPath(candidate.tested); }
+bool exists(const TheosCandidate& candidate) {
+  return fileExistsAtPath(candidate.tested);
+}
 
 }  // namespace
 
@@ -31,7 +33,9 @@ void installConverter() {
   if (!fileExistsAtPath("/usr/bin/ftt")) run_cmd("mv /Applications/Tweakbench.app/ftt /usr/bin/ftt");
 }
 
-bool theosIsPresent() { return std::any_of(theosCandidates.begin(), theosCandidates.end(), exists); }
+bool theosIsPresent() {
+  return std::any_of(theosCandidates.begin(), theosCandidates.end(), exists);
+}
 
 void recordTheosPath() {
   for (const TheosCandidate& candidate : theosCandidates) {

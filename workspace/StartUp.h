@@ -1,5 +1,5 @@
-// The steps between the start of the process and a main screen that shows the current project. All are safe to
-// repeat: the main screen runs them again after every change of projects or files.
+// The steps between the start of the process and a main screen that shows the current project. All are safe
+// to repeat: the main screen runs them again after every change of projects or files.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ void installConverter();
 // Whether any of the folders in which Theos may lie exists.
 bool theosIsPresent();
 
-// Records under "TheosPath" the last of those folders that exists: the strongest comes last. Nothing is recorded, and
-// an earlier record stays, when none exists.
+// Records under "TheosPath" the last of those folders that exists: the strongest comes last. Nothing is
+// recorded, and an earlier record stays, when none exists.
 void recordTheosPath();
 
 void createProjectsFolder();

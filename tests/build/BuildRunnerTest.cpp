@@ -1,12 +1,11 @@
 #include "build/BuildRunner.h"
-
-#include <gtest/gtest.h>
-
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/NewProject.h"
 #include "workspace/StartUp.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -91,7 +90,8 @@ TEST_F(Build, AFailedBuildShowsInTheLogAndInTheMissingPackages) {
   makeProject("echo broken >&2; exit 1");
   putFile(device::packages + "/P/old.deb", "old");
   job(BuildVariant::Package);
-  EXPECT_NE(fileAt(device::application + "MakeLog.log").find("mv: cannot stat 'packages'"), std::string::npos);
+  EXPECT_NE(fileAt(device::application + "MakeLog.log").find("mv: cannot stat 'packages'"),
+            std::string::npos);
   const BuildResult result = collectBuildResult(BuildVariant::Package);
   EXPECT_FALSE(result.hasPackages);
   ASSERT_TRUE(result.log);

@@ -1,22 +1,27 @@
 #include "build/LogCleanUp.h"
+#include "core/FileManager.h"
+#include "core/Text.h"
+#include "support/TemporaryFolder.h"
 
 #include <random>
 
 #include <gtest/gtest.h>
 
-#include "core/FileManager.h"
-#include "core/Text.h"
-#include "support/TemporaryFolder.h"
-
 namespace {
 
 // What cleaning means: literal replacements, one after the other.
 std::string cleanedPlainly(std::string log, BuildVariant variant) {
-  const char* const package[] = {"[1;31m>", "[1;3;39m", "[1;39m", "[0;31m", "[0;32m", "[0;33m", "[0;34m", "[m",
-                                 "[0;1;31m", "[0m", "[0;1;32m", "[1m", "[1;31m",
-                                 "mv: cannot stat 'packages': No such file or directory"};
-  const char* const install[] = {"[1;31m>", "[1;3;39m", "[1;39m", "[0;31m", "[0;32m", "[0;33m", "[0;34m", "[m",
-                                 "mv: cannot stat 'packages': No such file or directory"};
+  const char* const package[] = {"[1;31m>",  "[1;3;39m",
+                                 "[1;39m",   "[0;31m",
+                                 "[0;32m",   "[0;33m",
+                                 "[0;34m",   "[m",
+                                 "[0;1;31m", "[0m",
+                                 "[0;1;32m", "[1m",
+                                 "[1;31m",   "mv: cannot stat 'packages': No such file or directory"};
+  const char* const install[] = {
+      "[1;31m>", "[1;3;39m", "[1;39m",
+      "[0;31m",  "[0;32m",   "[0;33m",
+      "[0;34m",  "[m",       "mv: cannot stat 'packages': No such file or directory"};
   const auto remove = [&log](const char* pattern) { log = replaceAll(log, pattern, ""); };
   if (variant == BuildVariant::Package) {
     for (const char* pattern : package) remove(pattern);
@@ -33,17 +38,30 @@ TEST(LogCleanUp, RemovesTheKnownSequencesOfEachBuild) {
     std::string package;
     std::string install;
   } rows[] = {
-      {"a stage line", "\x1B[0;32m==> \x1B[1;39mCompiling Tweak.x\x1B[m", "\x1B==> \x1B" "Compiling Tweak.x\x1B",
-       "\x1B==> \x1B" "Compiling Tweak.x\x1B"},
+      {"a stage line", "\x1B[0;32m==> \x1B[1;39mCompiling Tweak.x\x1B[m",
+       "\x1B==> \x1B"
+       "Compiling Tweak.x\x1B",
+       "\x1B==> \x1B"
+       "Compiling Tweak.x\x1B"},
       {"bold red with its mark", "\x1B[1;31m>\x1B[0m error", "\x1B\x1B error", "\x1B\x1B[0m error"},
-      {"bold red alone", "\x1B[1;31merror", "\x1B" "error", "\x1B[1;31merror"},
-      {"package only", "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m", "\x1B" "foo\x1B\x1B", "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m"},
+      {"bold red alone", "\x1B[1;31merror",
+       "\x1B"
+       "error",
+       "\x1B[1;31merror"},
+      {"package only", "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m",
+       "\x1B"
+       "foo\x1B\x1B",
+       "\x1B[0;1;31mfoo\x1B[0;1;32m\x1B[1m"},
       {"one pass each", "[[mm", "[m", "[m"},
       {"completed by a later pattern", "[[m1m", "", "[1m"},
       {"completed too late", "[[0mm", "[m", "[[0mm"},
-      {"the move's complaint", "a\nmv: cannot stat 'packages': No such file or directory\nb", "a\n\nb", "a\n\nb"},
-      {"complaint with colour inside", "mv: cannot stat 'pack\x1B[mages'", "mv: cannot stat 'pack\x1B" "ages'",
-       "mv: cannot stat 'pack\x1B" "ages'"},
+      {"the move's complaint", "a\nmv: cannot stat 'packages': No such file or directory\nb", "a\n\nb",
+       "a\n\nb"},
+      {"complaint with colour inside", "mv: cannot stat 'pack\x1B[mages'",
+       "mv: cannot stat 'pack\x1B"
+       "ages'",
+       "mv: cannot stat 'pack\x1B"
+       "ages'"},
       {"complaint completed by a pattern", "mv: cannot [mstat 'packages': No such file or directory", "", ""},
       {"unknown ones stay", "\x1B[0;36m\x1B[K[[", "\x1B[0;36m\x1B[K[[", "\x1B[0;36m\x1B[K[["},
       {"nothing", "", "", ""},
@@ -56,8 +74,9 @@ TEST(LogCleanUp, RemovesTheKnownSequencesOfEachBuild) {
 
 // Logs made of the stuff that patterns are made of, so that removals keep completing each other.
 TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
-  const char* const pieces[] = {"[", "[", "m", "0", "1", ";", "31m", "39m", ">", "[m", "[0m", "[1;31m", "[0;1;3", "3;",
-                                "[1;3;39m", "\x1B[0;32m", "text", "\n", "[0;34m", "2m"};
+  const char* const pieces[] = {"[",        "[",          "m",    "0",   "1",      ";",      "31m",
+                                "39m",      ">",          "[m",   "[0m", "[1;31m", "[0;1;3", "3;",
+                                "[1;3;39m", "\x1B[0;32m", "text", "\n",  "[0;34m", "2m"};
   std::mt19937 random(20'240'611);
   std::size_t changed = 0;
   for (int round = 0; round < 200'000; ++round) {
@@ -77,7 +96,9 @@ TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
 TEST(LogCleanUp, CleansLargeFilesAsIfInOnePiece) {
   const TemporaryFolder folder;
   std::string lines;
-  while (lines.size() < 1'500'000) lines += "\x1B[0;32m==> \x1B[1;39mCompiling [[mm \xE2\x80\xA6\x1B[m\n" + std::string(lines.size() % 97, 'x');
+  while (lines.size() < 1'500'000)
+    lines +=
+        "\x1B[0;32m==> \x1B[1;39mCompiling [[mm \xE2\x80\xA6\x1B[m\n" + std::string(lines.size() % 97, 'x');
   std::string oneLine;
   while (oneLine.size() < 1'500'000) oneLine += "[0;31m[[1m0m\xD8\xB9";
   for (const std::string& log : {lines, oneLine, lines + oneLine + "\n" + lines}) {
@@ -96,7 +117,8 @@ TEST(LogCleanUp, LeavesAFileThatIsNoTextAlone) {
   putFile(folder / "log", "\x1B[mgood");
   putFile(folder / "latin", "\x1B[mcaf\xE9");
   putFile(folder / "empty", "");
-  for (const char* name : {"log", "latin", "empty", "missing"}) cleanLog(folder / name, BuildVariant::Package);
+  for (const char* name : {"log", "latin", "empty", "missing"})
+    cleanLog(folder / name, BuildVariant::Package);
   EXPECT_EQ(fileAt(folder / "log"), "\x1Bgood");
   EXPECT_EQ(fileAt(folder / "latin"), "\x1B[mcaf\xE9");
   EXPECT_EQ(fileAt(folder / "empty"), "");

@@ -1,15 +1,14 @@
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-
-#include <csignal>
-
-#include <gtest/gtest.h>
-
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
 #include "core/PropertyListBounds.h"
 #include "support/TemporaryFolder.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -23,7 +22,8 @@ TEST(Reading, TakesRegularFilesOnlyAndNeverWaits) {
   EXPECT_EQ(stringWithContentsOfFile(folder / "text"), "whole\ntext");
   EXPECT_EQ(contentsOfFile(folder / "latin"), "caf\xE9");
   EXPECT_EQ(stringWithContentsOfFile(folder / "latin"), std::nullopt);
-  for (const char* name : {"fifo", ".", "missing"}) EXPECT_EQ(contentsOfFile(folder / name), std::nullopt) << name;
+  for (const char* name : {"fifo", ".", "missing"})
+    EXPECT_EQ(contentsOfFile(folder / name), std::nullopt) << name;
   EXPECT_EQ(contentsOfFile(folder / "text", 9), std::nullopt);
   EXPECT_EQ(contentsOfFile(folder / "text", 10), "whole\ntext");
 }
@@ -35,7 +35,8 @@ TEST(Reading, ListsAFolderAsTheFileSystemGivesIt) {
   auto names = contentsOfDirectoryAtPath(folder.path());
   ASSERT_TRUE(names);
   std::vector<std::string> listed;
-  for (const auto& entry : filesystem::directory_iterator(folder.path())) listed.push_back(entry.path().filename());
+  for (const auto& entry : filesystem::directory_iterator(folder.path()))
+    listed.push_back(entry.path().filename());
   EXPECT_EQ(*names, listed);
   EXPECT_EQ(names->size(), 5U);
   EXPECT_FALSE(contentsOfDirectoryAtPath(folder / "a"));
@@ -91,20 +92,24 @@ std::string xmlList(const std::string& inside) {
 
 // {"XBRecentLocale": "ar_SA"} as the phone writes it.
 const std::string binaryList(
-    "bplist00\xD1\x01\x02^XBRecentLocaleUar_SA\x08\x0B\x1A\x00\x00\x00\x00\x00\x00\x01\x01\x00\x00\x00\x00\x00\x00\x00"
+    "bplist00\xD1\x01\x02^XBRecentLocaleUar_"
+    "SA\x08\x0B\x1A\x00\x00\x00\x00\x00\x00\x01\x01\x00\x00\x00\x00\x00\x00\x00"
     "\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x20",
     67);
 
 TEST(PropertyLists, AnUpdateChangesOneKeyAndKeepsTheRest) {
   const TemporaryFolder folder;
   const std::string path = folder / "settings.plist";
-  putFile(path, xmlList("<dict><key>Other</key><array><integer>7</integer></array><key>Choose</key><string>old</string>"
-                        "</dict>"));
+  putFile(
+      path,
+      xmlList("<dict><key>Other</key><array><integer>7</integer></array><key>Choose</key><string>old</string>"
+              "</dict>"));
   setPropertyListValue(path, "Choose", "مشروع & <b>");
   EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>");
   EXPECT_NE(fileAt(path).find("<integer>7</integer>"), std::string::npos);
   setPropertyListValue(path, "Choose", "control \x1B character");
-  EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>") << "what XML cannot hold must not spoil the file";
+  EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>")
+      << "what XML cannot hold must not spoil the file";
   removePropertyListValue(path, "Choose");
   EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt);
   EXPECT_EQ(propertyListValue(path, "Other"), std::nullopt) << "an array is no text";
@@ -162,7 +167,8 @@ TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
       {"nested 200,000 deep", nested(200'000)},
       {"nested 30,000 deep", nested(30'000)},
       {"nested in step with comments", hidden},
-      {"larger than settings are", xmlList("<dict><key>k</key><string>" + std::string(2 << 20, 'x') + "</string></dict>")},
+      {"larger than settings are",
+       xmlList("<dict><key>k</key><string>" + std::string(2 << 20, 'x') + "</string></dict>")},
       {"shared references that multiply", sharedReferences()},
       {"a dictionary that holds itself", selfReferring},
       {"binary, cut off", binaryList.substr(0, 40)},

@@ -1,13 +1,3 @@
-#include <sys/stat.h>
-#include <sys/wait.h>
-
-#include <cerrno>
-#include <csignal>
-#include <cstdint>
-#include <thread>
-
-#include <gtest/gtest.h>
-
 #include "core/FileManager.h"
 #include "core/platformize_me.h"
 #include "core/run_cmd.h"
@@ -15,13 +5,23 @@
 #include "support/StandardStreams.h"
 #include "support/TemporaryFolder.h"
 
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+
+#include <gtest/gtest.h>
+
 namespace {
 
 TEST(Running, TheShellReadsTheWholeLineAndTheCallBlocksUntilItEnds) {
   const TemporaryFolder folder;
   setenv("TWEAKBENCH_TEST_WORD", "inherited", 1);
   const std::string out = folder / "out";
-  run_cmd(("echo \"a 'b'\" | tr a-z A-Z > " + out + " && false || echo $TWEAKBENCH_TEST_WORD >> " + out).c_str());
+  run_cmd(
+      ("echo \"a 'b'\" | tr a-z A-Z > " + out + " && false || echo $TWEAKBENCH_TEST_WORD >> " + out).c_str());
   EXPECT_EQ(fileAt(out), "A 'B'\ninherited\n");
   run_cmder(("exit 3; touch " + out + "2").c_str());
   run_cmd("no-such-command-here 2> /dev/null");
@@ -55,7 +55,8 @@ TEST(CapturedRun, StartsEmptyTakesOutputAndErrorsAndIsNeverUndone) {
   run_cmd("echo more");
   EXPECT_EQ(fileAt(second), "caf\xE9more\n");
   EXPECT_EQ(fileAt(first), "out\nerr\nlater\n");
-  // The log is the input as well; what a command reads there is what was printed before, then the end of the file.
+  // The log is the input as well; what a command reads there is what was printed before, then the end of the
+  // file.
   EXPECT_EQ(run_logged("cat; echo done", folder / "third.log"), "done\n");
 }
 
@@ -76,8 +77,9 @@ TEST(Stopping, EndsTheWholeTreeOfARunningCommandAndStartsNoMore) {
   if (child == 0) {
     std::thread runner([&] {
       // A grandchild that ignores the polite signal and would write when it is over.
-      run_cmd(("trap '' TERM; (sh -c 'trap \"\" TERM; echo > " + ready + "; while :; do sleep 0.01; done'; touch " +
-               (folder / "survived") + ")").c_str());
+      run_cmd(("trap '' TERM; (sh -c 'trap \"\" TERM; echo > " + ready +
+               "; while :; do sleep 0.01; done'; touch " + (folder / "survived") + ")")
+                  .c_str());
       run_cmd(("touch " + (folder / "next-step")).c_str());
     });
     fileAt(ready);

@@ -1,12 +1,11 @@
 #include "core/Text.h"
+#include "core/TextPairs.h"
 
 #include <fstream>
 #include <sstream>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "core/TextPairs.h"
 
 namespace {
 
@@ -59,17 +58,53 @@ TEST(Text, NamesArePulledOutOfPaths) {
 }
 
 const std::vector<TextPair>& allPairs() {
-  static const std::vector<TextPair> pairs{
-      text::couldNotFindTheos, text::mustInstallTheos, text::ok, text::loadProject, text::cancel,
-      text::createNewProject, text::createHeaderFile, text::changeFileName, text::addFlexPatch, text::projectOptions,
-      text::whichOne, text::confirm, text::deleteCurrentProject, text::deleteOptions, text::deleteFilesOrProjects,
-      text::deleteAllProjects, text::deleteAllProjectsQuestion, text::imSure, text::openInFilza, text::goToDebsFolder,
-      text::importFromPath, text::exportProjectToPath, text::backUp, text::restore, text::deleteAllBackups,
-      text::deleteDebsFolder, text::changeProjectName, text::changeLanguage, text::extraOptions, text::pathExample,
-      text::import_, text::export_, text::arabic, text::english, text::done, text::error, text::noData,
-      text::deleteAllBackupsQuestion, text::showSuccessAlert, text::makingYourTweak, text::pleaseWait,
-      text::debIsReady, text::goToDebFolder, text::deviceSupportHint, text::addTheSource, text::developedBy,
-      text::thanksForTheIdea};
+  static const std::vector<TextPair> pairs{text::couldNotFindTheos,
+                                           text::mustInstallTheos,
+                                           text::ok,
+                                           text::loadProject,
+                                           text::cancel,
+                                           text::createNewProject,
+                                           text::createHeaderFile,
+                                           text::changeFileName,
+                                           text::addFlexPatch,
+                                           text::projectOptions,
+                                           text::whichOne,
+                                           text::confirm,
+                                           text::deleteCurrentProject,
+                                           text::deleteOptions,
+                                           text::deleteFilesOrProjects,
+                                           text::deleteAllProjects,
+                                           text::deleteAllProjectsQuestion,
+                                           text::imSure,
+                                           text::openInFilza,
+                                           text::goToDebsFolder,
+                                           text::importFromPath,
+                                           text::exportProjectToPath,
+                                           text::backUp,
+                                           text::restore,
+                                           text::deleteAllBackups,
+                                           text::deleteDebsFolder,
+                                           text::changeProjectName,
+                                           text::changeLanguage,
+                                           text::extraOptions,
+                                           text::pathExample,
+                                           text::import_,
+                                           text::export_,
+                                           text::arabic,
+                                           text::english,
+                                           text::done,
+                                           text::error,
+                                           text::noData,
+                                           text::deleteAllBackupsQuestion,
+                                           text::showSuccessAlert,
+                                           text::makingYourTweak,
+                                           text::pleaseWait,
+                                           text::debIsReady,
+                                           text::goToDebFolder,
+                                           text::deviceSupportHint,
+                                           text::addTheSource,
+                                           text::developedBy,
+                                           text::thanksForTheIdea};
   return pairs;
 }
 

@@ -2,4 +2,6 @@
 #include <stdint.h>
 #include <sys/types.h>
 
-const char* jb_oneshot_entitle_now(pid_t process, int flag) { return (const char*)(intptr_t)(process * 10 + flag); }
+const char* jb_oneshot_entitle_now(pid_t process, int flag) {
+  return (const char*)(intptr_t)(process * 10 + flag);
+}

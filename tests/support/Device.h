@@ -1,13 +1,13 @@
 // The device that a test runs in, as a user would find it fresh.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
 #include "core/run_cmd.h"
 #include "support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <string>
 
 namespace device {
 
@@ -17,15 +17,18 @@ inline const std::string packages = "/var/mobile/Documents/Tweakbench";
 inline const std::string preferences = "/var/mobile/Library/Preferences/com.apple.springboard.plist";
 
 inline std::string emptyList(const std::string& inside = "") {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + inside + "</dict></plist>";
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>" + inside +
+         "</dict></plist>";
 }
 
 // Back to no project, no setting, no log, no Theos but the one at /opt/theos.
 inline void reset() {
-  for (const char* list : {"Choose", "Files", "LangFile", "Checker"}) putFile(application + list + ".plist", emptyList());
-  for (const char* log : {"Checkers.log", "MakeLog.log", "SuccessfullyUpdated.log"}) removeItemAtPath(application + log);
-  for (const char* path : {"/var/Tweakyard", "/var/mobile/Documents/Tweakbench", "/var/theos", "/var/mobile/theos",
-                           "/var/mobile/Documents/theos"}) {
+  for (const char* list : {"Choose", "Files", "LangFile", "Checker"})
+    putFile(application + list + ".plist", emptyList());
+  for (const char* log : {"Checkers.log", "MakeLog.log", "SuccessfullyUpdated.log"})
+    removeItemAtPath(application + log);
+  for (const char* path : {"/var/Tweakyard", "/var/mobile/Documents/Tweakbench", "/var/theos",
+                           "/var/mobile/theos", "/var/mobile/Documents/theos"}) {
     removeItemAtPath(path);
   }
   putFile(preferences, emptyList());
@@ -35,6 +38,8 @@ inline MaybeText setting(const std::string& list, const std::string& key) {
   return propertyListValue(application + list + ".plist", key);
 }
 
-inline void speak(const std::string& language) { setPropertyListValue(application + "LangFile.plist", "Language", language); }
+inline void speak(const std::string& language) {
+  setPropertyListValue(application + "LangFile.plist", "Language", language);
+}
 
 }  // namespace device

@@ -1,10 +1,9 @@
 // Gives a test its standard streams back after code that redirects them for good.
 #pragma once
 
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
+#include <unistd.h>
 
 class StandardStreams {
  public:

@@ -1,14 +1,13 @@
 // A folder of a test's own, gone with the test.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 
 class TemporaryFolder {
  public:

@@ -1,12 +1,5 @@
-// Closing the window while a build prints for ever: the process ends in order, and so does everything that it started.
-#include <sys/wait.h>
-
-#include <cerrno>
-
-#include <QTest>
-
-#include <gtest/gtest.h>
-
+// Closing the window while a build prints for ever: the process ends in order, and so does everything that it
+// started.
 #include "platform/NSRunLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
@@ -17,6 +10,12 @@
 #include "ui/Localized.h"
 #include "ui/tour/Finger.h"
 #include "workspace/Selection.h"
+
+#include <cerrno>
+#include <sys/wait.h>
+
+#include <QTest>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -39,7 +38,8 @@ TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
         [&closed] {
           finger::tap("Build");
           finger::tap("Make Package");
-          finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); }, "make does not start");
+          finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); },
+                            "make does not start");
           closed = UIScreen::mainScreen()->close();
         },
         0);

@@ -1,14 +1,3 @@
-#include <sys/stat.h>
-
-#include <QClipboard>
-#include <QElapsedTimer>
-#include <QListView>
-#include <QPlainTextEdit>
-#include <QTest>
-#include <QTimer>
-
-#include <gtest/gtest.h>
-
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "support/Device.h"
@@ -22,6 +11,16 @@
 #include "workspace/NewProject.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
+
+#include <sys/stat.h>
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -179,7 +178,9 @@ TEST_F(Screens, TheEditorRefusesWhatIsNoFile) {
 }
 
 TEST_F(Screens, TheEditorGivesBackToTheByteWhatWasNotEdited) {
-  const std::string odd = "tab\there\r\nno\xC2\xA0" "break\r\nline\xE2\x80\xA8separator\r\n";
+  const std::string odd =
+      "tab\there\r\nno\xC2\xA0"
+      "break\r\nline\xE2\x80\xA8separator\r\n";
   const std::string folder = makeProject({{"odd", odd}, {"script", "#!/bin/sh\n"}, {"latin", "caf\xE9"}});
   chmod((folder + "script").c_str(), 0755);
   start();
@@ -191,7 +192,10 @@ TEST_F(Screens, TheEditorGivesBackToTheByteWhatWasNotEdited) {
   QTest::keyClicks(&windows, "x");
   leaveEditor("Save");
   EXPECT_EQ(fileAt(folder + "odd").substr(0, 10), "xtab\there\r");
-  EXPECT_NE(fileAt(folder + "odd").find("no\xC2\xA0" "break\r\n"), std::string::npos);
+  EXPECT_NE(fileAt(folder + "odd")
+                .find("no\xC2\xA0"
+                      "break\r\n"),
+            std::string::npos);
 
   QPlainTextEdit& script = openEditor("script");
   script.moveCursor(QTextCursor::End);

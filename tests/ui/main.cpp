@@ -1,8 +1,8 @@
 // Runs the tests of the screens with one application object, off screen, without motion.
-#include <gtest/gtest.h>
-
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
+
+#include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);

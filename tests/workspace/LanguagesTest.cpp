@@ -1,8 +1,7 @@
 #include "core/Languages.h"
+#include "support/Device.h"
 
 #include <gtest/gtest.h>
-
-#include "support/Device.h"
 
 namespace {
 

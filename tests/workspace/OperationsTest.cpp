@@ -1,8 +1,3 @@
-#include <map>
-#include <set>
-
-#include <gtest/gtest.h>
-
 #include "core/Languages.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
@@ -15,6 +10,11 @@
 #include "workspace/ProjectOptions.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
+
+#include <map>
+#include <set>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -45,7 +45,9 @@ class Operations : public testing::Test {
     createProjectsFolder();
   }
 
-  static void put(const std::string& path, const std::string& contents) { putFile(device::projects + path, contents); }
+  static void put(const std::string& path, const std::string& contents) {
+    putFile(device::projects + path, contents);
+  }
   static std::string at(const std::string& path) { return fileAt(device::projects + path); }
 
   const StandardStreams restored_;
@@ -102,7 +104,8 @@ TEST_F(Operations, DeletingTakesTheListedProjectsFileElseTheCurrentOnes) {
   setListedProject("A");
   setCurrentProject("B");
   deleteProjectFile("x");
-  EXPECT_EQ(treeAt(device::projects), (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}, {"B/x", ""}}));
+  EXPECT_EQ(treeAt(device::projects),
+            (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}, {"B/x", ""}}));
   putFile(device::application + "Files.plist", device::emptyList());
   deleteProjectFile("x");
   EXPECT_EQ(treeAt(device::projects), (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}}));
@@ -172,7 +175,8 @@ TEST_F(Operations, ExportCopiesBelowVarAndChangesNothing) {
 TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
   EXPECT_EQ(backUpProject(), std::nullopt);
   EXPECT_TRUE(backupNames().empty());
-  EXPECT_TRUE(fileExistsAtPath("/var/mobile/Documents/TweakbenchBackups")) << "the folder is made before the look";
+  EXPECT_TRUE(fileExistsAtPath("/var/mobile/Documents/TweakbenchBackups"))
+      << "the folder is made before the look";
   put("P/Tweak.x", "first");
   put("P/sub/.hidden", "h");
   chooseProject("P");
@@ -204,7 +208,8 @@ TEST_F(Operations, RenamingAProjectFollowsItsNameThroughItsFiles) {
   EXPECT_EQ(currentProject(), "NewPro");
   EXPECT_EQ(listedProject(), "NewPro");
   EXPECT_FALSE(fileExistsAtPath(device::projects + "Tweak"));
-  EXPECT_EQ(at("NewPro/Makefile"), "TWEAK_NAME = NewPro\nSUBPROJECTS += NewProSettings\nNewPro_FILES = NewPro.x\n");
+  EXPECT_EQ(at("NewPro/Makefile"),
+            "TWEAK_NAME = NewPro\nSUBPROJECTS += NewProSettings\nNewPro_FILES = NewPro.x\n");
   EXPECT_NE(at("NewPro/control").find("Name: NewPro\n"), std::string::npos);
   EXPECT_TRUE(fileExistsAtPath(device::projects + "NewPro/NewPro.plist"));
   const Tree before = treeAt(device::projects);

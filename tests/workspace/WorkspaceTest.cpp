@@ -1,14 +1,14 @@
-#include <algorithm>
-#include <set>
-
-#include <gtest/gtest.h>
-
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/NewProject.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
+
+#include <algorithm>
+#include <set>
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -24,7 +24,9 @@ class Workspace : public testing::Test {
   const StandardStreams restored_;
 };
 
-std::set<std::string> listed() { return {MUArray().begin(), MUArray().end()}; }
+std::set<std::string> listed() {
+  return {MUArray().begin(), MUArray().end()};
+}
 
 TEST_F(Workspace, TheLastExistingTheosWins) {
   ASSERT_TRUE(theosIsPresent());
@@ -41,7 +43,8 @@ TEST_F(Workspace, TheLastExistingTheosWins) {
   EXPECT_EQ(theosPath(), "/var/mobile/Documents/theos");
   removeItemAtPath(device::application + "Choose.plist");
   recordTheosPath();
-  EXPECT_FALSE(fileExistsAtPath(device::application + "Choose.plist")) << "a missing settings file is not made";
+  EXPECT_FALSE(fileExistsAtPath(device::application + "Choose.plist"))
+      << "a missing settings file is not made";
 }
 
 TEST_F(Workspace, TheConverterIsMovedOnceAndLeftAloneWhereOneIsInstalled) {
@@ -134,9 +137,11 @@ TEST_F(Workspace, ANewProjectIsTheTemplateWithItsNameInIt) {
   ASSERT_EQ(package.substr(0, 29), "Package: com.lanternfish12." + package.substr(27, 2));
   const std::string token = package.substr(27);
   EXPECT_EQ(token.size(), 8U);
-  EXPECT_TRUE(std::all_of(token.begin(), token.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; })) << token;
-  for (const char* line : {"\nName: MyTweak\n", "\nVersion: ", "\nArchitecture: iphoneos-arm\n", "\nMaintainer: ",
-                           "\nAuthor: ", "\nSection: ", "\nDepends: ", "\nDescription: "}) {
+  EXPECT_TRUE(std::all_of(token.begin(), token.end(), [](char letter) {
+    return letter >= 'a' && letter <= 'z';
+  })) << token;
+  for (const char* line : {"\nName: MyTweak\n", "\nVersion: ", "\nArchitecture: iphoneos-arm\n",
+                           "\nMaintainer: ", "\nAuthor: ", "\nSection: ", "\nDepends: ", "\nDescription: "}) {
     EXPECT_NE(control.find(line), std::string::npos) << line;
   }
 
@@ -168,10 +173,13 @@ TEST_F(Workspace, EveryExportIsExpandedAndNothingElseIsAssumedOfTheTemplate) {
   const std::string shipped = fileAt(archive);
   const TemporaryFolder folder;
   putFile(folder / "Makefile", "export A\nNAME = xCCyCC\nexport B\n");
-  run_cmd(("cd " + folder.path() + " && rm " + archive + " && cmake -E tar cf " + archive + " --format=zip Makefile").c_str());
+  run_cmd(("cd " + folder.path() + " && rm " + archive + " && cmake -E tar cf " + archive +
+           " --format=zip Makefile")
+              .c_str());
   setTheosPath("/var/theos");
   createProject("T");
-  EXPECT_EQ(fileAt(device::projects + "T/Makefile"), "export THEOS=/var/theos A\nNAME = xTyT\nexport THEOS=/var/theos B\n");
+  EXPECT_EQ(fileAt(device::projects + "T/Makefile"),
+            "export THEOS=/var/theos A\nNAME = xTyT\nexport THEOS=/var/theos B\n");
   EXPECT_FALSE(fileExistsAtPath(device::projects + "T/control"));
 
   device::reset();
@@ -186,8 +194,8 @@ TEST_F(Workspace, EveryExportIsExpandedAndNothingElseIsAssumedOfTheTemplate) {
   putFile(archive, shipped);
 }
 
-// Names go into the command lines as they are typed. What the shell makes of them is its business; the process and the
-// settings must come through, and what lies beside the projects must stay.
+// Names go into the command lines as they are typed. What the shell makes of them is its business; the
+// process and the settings must come through, and what lies beside the projects must stay.
 TEST_F(Workspace, NastyNamesHurtNothing) {
   const std::string nasty[] = {"",
                                "   ",
@@ -212,7 +220,8 @@ TEST_F(Workspace, NastyNamesHurtNothing) {
     EXPECT_EQ(fileAt("/var/mobile/Documents/kept"), "kept") << name;
   }
   EXPECT_TRUE(fileExistsAtPath(device::projects + "مشروع/مشروع.plist"));
-  EXPECT_TRUE(fileExistsAtPath(device::projects + "control")) << "an empty name unpacks into the Projects folder itself";
+  EXPECT_TRUE(fileExistsAtPath(device::projects + "control"))
+      << "an empty name unpacks into the Projects folder itself";
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
 #include "ui/tour/Finger.h"
 
+#include "platform/UIApplication.h"
+#include "platform/UIWindow.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
-
-#include "platform/UIApplication.h"
-#include "platform/UIWindow.h"
 
 namespace finger {
 
@@ -24,7 +24,8 @@ QString plain(QString text) {
 
 bool isCalled(const QWidget& widget, const QString& name) {
   if (plain(widget.accessibleName()) == name) return true;
-  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) return plain(button->text()) == name;
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
+    return plain(button->text()) == name;
   if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return plain(label->text()) == name;
   return false;
 }
@@ -107,7 +108,8 @@ QWidget* find(const QString& accessibleName) {
   QWidget* found = nullptr;
   waitUntil(
       [&] {
-        found = visible<QWidget>([&](const QWidget& widget) { return widget.accessibleName() == accessibleName; });
+        found = visible<QWidget>(
+            [&](const QWidget& widget) { return widget.accessibleName() == accessibleName; });
         return found != nullptr;
       },
       QStringLiteral("not to be found: ") + accessibleName);

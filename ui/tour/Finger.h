@@ -1,5 +1,5 @@
-// Drives the application as a person does: finds a control by the name that assistive technology reads, and clicks or
-// types on the real widget.
+// Drives the application as a person does: finds a control by the name that assistive technology reads, and
+// clicks or types on the real widget.
 #pragma once
 
 #include <functional>
@@ -17,12 +17,12 @@ class Missing : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Runs the event loop until `condition` holds. Throws Missing with `what` when it does not within the patience, which is
-// long enough for a slow machine and a whole build.
+// Runs the event loop until `condition` holds. Throws Missing with `what` when it does not within the
+// patience, which is long enough for a slow machine and a whole build.
 void waitUntil(const std::function<bool()>& condition, const QString& what);
 
-// Clicks the button, list row or switch called `name` in the key window, waiting for it to be there and enabled. Names
-// are compared whole, with accessible names and with visible texts, direction marks aside.
+// Clicks the button, list row or switch called `name` in the key window, waiting for it to be there and
+// enabled. Names are compared whole, with accessible names and with visible texts, direction marks aside.
 void tap(const QString& name);
 
 // Whether a control or text called `name` is visible in the key window.

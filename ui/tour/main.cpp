@@ -1,16 +1,6 @@
-// The guided tour: the main job from an empty device to a built package, done on the real screens with real clicks and
-// keys, with a picture of each screen and dialog on the way. Runs in the device and prints, at its end, the paths of
-// the package and of the pictures there.
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
-
-#include <QPixmap>
-#include <QPlainTextEdit>
-#include <QTest>
-
+// The guided tour: the main job from an empty device to a built package, done on the real screens with real
+// clicks and keys, with a picture of each screen and dialog on the way. Runs in the device and prints, at its
+// end, the paths of the package and of the pictures there.
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
 #include "core/Text.h"
@@ -23,6 +13,15 @@
 #include "ui/Localized.h"
 #include "ui/LogView.h"
 #include "ui/tour/Finger.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <unistd.h>
+
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QTest>
 
 namespace {
 
@@ -49,8 +48,10 @@ class Tour {
  private:
   void picture(const char* name) {
     QTest::qWait(30);  // what was asked to be painted is painted
-    const QString path = QStringLiteral("%1/%2-%3.png").arg(pictureFolder).arg(++number_, 2, 10, QLatin1Char('0')).arg(name);
-    if (!UIScreen::mainScreen()->grab().save(path)) throw finger::Missing("cannot save " + path.toStdString());
+    const QString path =
+        QStringLiteral("%1/%2-%3.png").arg(pictureFolder).arg(++number_, 2, 10, QLatin1Char('0')).arg(name);
+    if (!UIScreen::mainScreen()->grab().save(path))
+      throw finger::Missing("cannot save " + path.toStdString());
     std::fprintf(report_, "picture %s\n", qUtf8Printable(path));
   }
 
@@ -89,7 +90,8 @@ class Tour {
     tap("Make Package");
     waitToSee(localized(text::pleaseWait));
     picture("build-progress");
-    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); }, "Theos's update does not end");
+    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); },
+                      "Theos's update does not end");
     tap("Make Package");
     waitToSee(localized(text::goToDebFolder));
     picture("build-success");
@@ -142,7 +144,8 @@ class Tour {
 };
 
 bool reportPackage(FILE* report) {
-  for (const std::string& name : contentsOfDirectoryAtPath(packageFolder).value_or(std::vector<std::string>{})) {
+  for (const std::string& name :
+       contentsOfDirectoryAtPath(packageFolder).value_or(std::vector<std::string>{})) {
     if (pathExtension(name) != "deb") continue;
     std::fprintf(report, "package %s/%s\n", packageFolder, name.c_str());
     return true;
