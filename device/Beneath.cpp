@@ -34,6 +34,11 @@ bool makeFolderBeneath(int folder, const std::filesystem::path& path) {
   return static_cast<bool>(parent);
 }
 
+bool exists(int folder, const std::string& name) {
+  struct stat status {};
+  return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
 std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
   // A pipe must not stop the launcher.
   const Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);

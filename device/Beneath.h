@@ -19,6 +19,9 @@ Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
 // Makes the folder `path` and its parents where missing. False where something else is in the way.
 bool makeFolderBeneath(int folder, const std::filesystem::path& path);
 
+// Whether there is an entry of that name, links included.
+bool exists(int folder, const std::string& name);
+
 // The content of a regular file of at most `limit` bytes; absent for anything else.
 std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
 

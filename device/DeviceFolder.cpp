@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <functional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,16 +16,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kRoot = "root";
-constexpr const char* kUnfinishedRoot = "root.new";
+constexpr const char* kLock = "lock";
+constexpr const char* kShipped = "shipped";
+constexpr const char* kUserPrograms = "usr-bin";
+constexpr const char* kShellPrograms = "bin";
 constexpr const char* kApplicationFolder = "Tweakbench.app";
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
-
-void makeFolder(int parent, const std::string& name) {
-  if (mkdirat(parent, name.c_str(), 0755) != 0)
-    refuseWithError("The device's folder " + name + " could not be made:");
-}
 
 std::string preferencesWithLocale(const std::string& locale) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -74,96 +70,74 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
     throw Refusal("The device " + name_.string() + " belongs to another user (number " +
                   std::to_string(status.st_uid) + ").");
   }
+  refuseForeignFolder();
   lock();
-  make(contents);
-  open();
-  refresh(contents);
+  applications_ = openTop("Applications");
+  var_ = openTop("var");
+  userPrograms_ = openTop(kUserPrograms);
+  shellPrograms_ = openTop(kShellPrograms);
+  // Where a build put links in the place of folders, they stay what they are, and the application does
+  // without.
+  for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
+    makeFolderBeneath(var_.get(), standard);
+  refreshPreferences(contents.locale);
+  refreshLinks(kUserPrograms);
+  refreshLinks(kShellPrograms);
+  refreshApplication(contents.ownFiles / kApplicationFolder);
 }
 
-void DeviceFolder::lock() {
+void DeviceFolder::refuseForeignFolder() const {
   const auto names = namesIn(folder_.get());
   if (!names) refuseWithError("The device " + name_.string() + " could not be read:");
-  const bool isForeign = std::any_of(names->begin(), names->end(), [](const std::string& name) {
-    return name != "lock" && name != kRoot && name != kUnfinishedRoot;
-  });
-  if (isForeign && std::find(names->begin(), names->end(), kRoot) == names->end()) {
+  if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
     throw Refusal("The folder " + name_.string() +
                   " holds other files and is no device; give --device a new folder.");
   }
-  lock_ = Descriptor(openat(folder_.get(), "lock", O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+}
+
+void DeviceFolder::lock() {
+  lock_ = Descriptor(openat(folder_.get(), kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!lock_) refuseWithError("The device " + name_.string() + " could not be locked:");
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return;
   if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
   throw Refusal("The device " + name_.string() + " is in use by another Tweakbench; close that one first.");
 }
 
-void DeviceFolder::make(const DeviceContents& contents) {
-  if (faccessat(folder_.get(), kRoot, F_OK, AT_SYMLINK_NOFOLLOW) == 0) return;
-  // What a killed start left: no program in a device has ever seen it.
-  fs::remove_all("/proc/self/fd/" + std::to_string(folder_.get()) + "/" + kUnfinishedRoot);
-  makeFolder(folder_.get(), kUnfinishedRoot);
-  const Descriptor root = openFolderBeneath(folder_.get(), kUnfinishedRoot);
-  for (const char* top : {"Applications", "var", "usr-bin", "bin", "shipped"}) makeFolder(root.get(), top);
-  const Descriptor var = openFolderBeneath(root.get(), "var");
-  if (!makeFolderBeneath(var.get(), kPreferencesFolder))
-    refuseWithError("The device's folders could not be made:");
-  const Descriptor preferences = openFolderBeneath(var.get(), kPreferencesFolder);
-  if (!writeAtomically(preferences.get(), kPreferences, preferencesWithLocale(contents.locale), 0644)) {
-    refuseWithError("The device's preferences could not be written:");
-  }
-  const auto links = hostProgramLinks();
-  for (const char* programs : {"usr-bin", "bin"}) {
-    putLinks(openFolderBeneath(root.get(), programs).get(), links);
-  }
-  makeFolder(root.get(), std::string("Applications/") + kApplicationFolder);
-  shipFiles(contents.ownFiles / kApplicationFolder,
-            openFolderBeneath(root.get(), std::string("Applications/") + kApplicationFolder).get(),
-            openFolderBeneath(root.get(), "shipped").get(), ApplicationFolder::New);
-  if (renameat(folder_.get(), kUnfinishedRoot, folder_.get(), kRoot) != 0) {
-    refuseWithError("The device " + name_.string() + " could not be made:");
-  }
-}
-
 Descriptor DeviceFolder::openTop(const char* folder) const {
-  Descriptor opened(openat(root_.get(), folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  mkdirat(folder_.get(), folder, 0755);
+  Descriptor opened(openat(folder_.get(), folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status {};
-  if (!opened || fstat(opened.get(), &status) != 0 || !S_ISDIR(status.st_mode) ||
-      status.st_uid != geteuid()) {
+  if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
     throw Refusal("The device " + name_.string() + " is damaged: " + folder + " is no folder of its user's.");
   }
   // A build may have closed it; nothing in the device can put something else in its place.
-  if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(root_.get(), folder, 0755, 0);
+  if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(folder_.get(), folder, 0755, 0);
   return opened;
 }
 
-void DeviceFolder::open() {
-  root_ = openFolderBeneath(folder_.get(), kRoot);
-  if (!root_) refuseWithError("The device " + name_.string() + " could not be opened:");
-  applications_ = openTop("Applications");
-  var_ = openTop("var");
-  userPrograms_ = openTop("usr-bin");
-  shellPrograms_ = openTop("bin");
+void DeviceFolder::refreshPreferences(const std::string& locale) const {
+  const Descriptor preferences = openFolderBeneath(var_.get(), kPreferencesFolder);
+  if (!preferences || exists(preferences.get(), kPreferences)) return;
+  if (!writeAtomically(preferences.get(), kPreferences, preferencesWithLocale(locale), 0644)) {
+    refuseWithError("The device's preferences could not be written:");
+  }
 }
 
-void DeviceFolder::refresh(const DeviceContents& contents) {
-  // A build may have removed these, or put links in their place, which then stay what they are.
-  for (const char* folder : {"mobile/Documents", "mobile/Library/Preferences", "tmp"}) {
-    makeFolderBeneath(var_.get(), folder);
-  }
-  for (const char* programs : {"usr-bin", "bin"}) {
-    const Descriptor folder = openFolderBeneath(root_.get(), programs);
-    const std::string record = std::string(programs) + ".state";
-    const std::string state = stateOfLinks(folder.get());
-    if (!state.empty() && readBeneath(root_.get(), record, 4096) == state) continue;
-    putLinks(folder.get(), hostProgramLinks());
-    writeAtomically(root_.get(), record, stateOfLinks(folder.get()), 0644);
-  }
+void DeviceFolder::refreshLinks(const std::string& programs) const {
+  const Descriptor folder = openFolderBeneath(folder_.get(), programs);
+  const std::string record = programs + ".state";
+  const std::string state = stateOfLinks(folder.get());
+  if (!state.empty() && readBeneath(folder_.get(), record, 4096) == state) return;
+  putLinks(folder.get(), hostProgramLinks());
+  writeAtomically(folder_.get(), record, stateOfLinks(folder.get()), 0644);
+}
+
+void DeviceFolder::refreshApplication(const fs::path& shipped) const {
+  mkdirat(folder_.get(), kShipped, 0755);
   const bool isNew = mkdirat(applications_.get(), kApplicationFolder, 0755) == 0;
   const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);
-  // A link in its place is left to the application, which finds no lists then.
   if (!application) return;
-  shipFiles(contents.ownFiles / kApplicationFolder, application.get(),
-            openFolderBeneath(root_.get(), "shipped").get(),
+  shipFiles(shipped, application.get(), openFolderBeneath(folder_.get(), kShipped).get(),
             isNew ? ApplicationFolder::New : ApplicationFolder::Kept);
 }
 

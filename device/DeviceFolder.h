@@ -1,11 +1,11 @@
 // The device's folder on the host: made, kept in order, locked and opened for the launcher.
 //
-//   DEVICE/lock          held by the launcher that uses the device
-//   DEVICE/root/         the device; appears whole or not at all
-//     Applications var   shown as they are, writable
-//     usr-bin            shown as /usr/bin, writable
-//     bin                shown as /bin, read-only
-//     shipped            what was last put into the application folder; not shown
+//   DEVICE/lock               held by the launcher that uses the device
+//   DEVICE/Applications, var  shown as they are, writable
+//   DEVICE/usr-bin            shown as /usr/bin, writable
+//   DEVICE/bin                shown as /bin, read-only
+//   DEVICE/shipped            what was last put into the application folder; not shown
+//   DEVICE/*.state            what the folders of links were made from; not shown
 //
 // What is below Applications, var and usr-bin was written by programs in the device and is hostile: it is
 // reached through descriptors only, never by following a link.
@@ -25,7 +25,7 @@ Descriptor openOrMakeFolder(const std::filesystem::path& path);
 struct DeviceContents {
   // Tweakbench's own files on the host, with the application folder as it is shipped.
   std::filesystem::path ownFiles;
-  // For the device's preferences, when it is made.
+  // For the device's preferences, where it has none yet.
   std::string locale;
 };
 
@@ -33,8 +33,9 @@ struct DeviceContents {
 // 022.
 class DeviceFolder {
  public:
-  // Locks the device in `folder`, makes it if it is new, and puts in order what a start needs. `name` is what
-  // messages call it. Throws Refusal, also where another launcher holds the lock.
+  // Locks the device in `folder` and makes what is missing in it: everything the first time, the rest after a
+  // start that was killed or a build that removed it. `name` is what messages call the device. Throws
+  // Refusal, also where another launcher holds the lock.
   DeviceFolder(Descriptor folder, const std::filesystem::path& name, const DeviceContents& contents);
 
   // Opened O_PATH, owned by this user and no links, so that they can be mounted as they are.
@@ -44,16 +45,16 @@ class DeviceFolder {
   int shellPrograms() const { return shellPrograms_.get(); }
 
  private:
+  void refuseForeignFolder() const;
   void lock();
-  void make(const DeviceContents& contents);
-  void open();
-  void refresh(const DeviceContents& contents);
   Descriptor openTop(const char* folder) const;
+  void refreshPreferences(const std::string& locale) const;
+  void refreshLinks(const std::string& programs) const;
+  void refreshApplication(const std::filesystem::path& shipped) const;
 
   Descriptor folder_;
   std::filesystem::path name_;
   Descriptor lock_;
-  Descriptor root_;
   Descriptor applications_;
   Descriptor var_;
   Descriptor userPrograms_;

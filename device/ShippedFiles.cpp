@@ -12,11 +12,6 @@ namespace {
 // Far above what is shipped; a file of the device may be anything.
 constexpr std::size_t kLargest = 64 << 20;
 
-bool exists(int folder, const std::string& name) {
-  struct stat status {};
-  return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-}
-
 }  // namespace
 
 void shipFiles(const std::filesystem::path& source, int application, int record, ApplicationFolder state) {
