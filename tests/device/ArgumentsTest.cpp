@@ -1,0 +1,110 @@
+#include "device/Arguments.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+namespace device {
+namespace {
+
+using Words = std::vector<std::string>;
+
+Request plainRequest() {
+  Request request;
+  request.applications = 11;
+  request.var = 12;
+  request.userPrograms = 13;
+  request.shellPrograms = 14;
+  request.ownFiles = "/own files";
+  request.theos = "/srv/theos";
+  request.environment = {{"HOME", "/var/mobile"}};
+  request.rootLinks = {{"usr/lib", "/lib"}};
+  request.dataFiles = {{20, "/etc/passwd"}};
+  request.statusOutput = 30;
+  return request;
+}
+
+bool holds(const Words& words, const Words& sequence) {
+  return std::search(words.begin(), words.end(), sequence.begin(), sequence.end()) != words.end();
+}
+
+// What is mounted or made, in order: the last word of each option that names a place in the device.
+std::vector<std::string> places(const Words& words) {
+  std::vector<std::string> result;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    const bool hasSource = word.ends_with("bind") || word.ends_with("bind-try") ||
+                           word.ends_with("bind-fd") || word.ends_with("bind-data") || word == "--symlink" ||
+                           word == "--file";
+    const bool hasNone = word == "--tmpfs" || word == "--proc" || word == "--dev" || word == "--dir";
+    if (hasSource) result.push_back(words.at(i + 2));
+    if (hasNone) result.push_back(words.at(i + 1));
+  }
+  return result;
+}
+
+TEST(Arguments, EveryWallIsAskedFor) {
+  const Words words = bwrapArguments(plainRequest());
+  for (const char* flag : {"--unshare-user", "--unshare-pid", "--unshare-ipc", "--unshare-uts",
+                           "--unshare-cgroup", "--unshare-net", "--disable-userns",
+                           "--assert-userns-disabled", "--new-session", "--die-with-parent", "--clearenv"}) {
+    EXPECT_EQ(std::count(words.begin(), words.end(), flag), 1) << flag;
+  }
+  EXPECT_TRUE(holds(words, {"--cap-drop", "ALL"}));
+  EXPECT_TRUE(holds(words, {"--json-status-fd", "30"}));
+  EXPECT_TRUE(holds(words, {"--setenv", "HOME", "/var/mobile"}));
+  // The variables are set after everything was cleared.
+  EXPECT_LT(std::find(words.begin(), words.end(), "--clearenv"),
+            std::find(words.begin(), words.end(), "--setenv"));
+}
+
+TEST(Arguments, OnlyTheDeviceFoldersAreWritable) {
+  const Words words = bwrapArguments(plainRequest());
+  EXPECT_TRUE(holds(words, {"--bind-fd", "11", "/Applications"}));
+  EXPECT_TRUE(holds(words, {"--bind-fd", "12", "/var"}));
+  EXPECT_TRUE(holds(words, {"--bind-fd", "13", "/usr/bin"}));
+  EXPECT_TRUE(holds(words, {"--ro-bind-fd", "14", "/bin"}));
+  EXPECT_TRUE(holds(words, {"--ro-bind", "/own files", "/.host/tweakbench"}));
+  EXPECT_TRUE(holds(words, {"--ro-bind", "/srv/theos", "/opt/theos"}));
+  EXPECT_EQ(std::count(words.begin(), words.end(), "--bind"), 0);
+  EXPECT_EQ(std::count(words.begin(), words.end(), "--bind-fd"), 3);
+  EXPECT_TRUE(std::equal(words.end() - 4, words.end(), Words{"--remount-ro", "/", "--chdir", "/"}.begin()));
+}
+
+TEST(Arguments, NothingIsMountedBelowWhatTheDeviceCanWrite) {
+  Request request = plainRequest();
+  request.sockets = {{"/tmp/.X11-unix/X3", "/tmp/.X11-unix/X3"}, {"/run/user/1/bus", "/.host/accessibility"}};
+  const auto all = places(bwrapArguments(request));
+  ASSERT_GT(all.size(), 20U);
+  for (const auto& place : all) {
+    for (const char* writable : {"/Applications/", "/var/", "/usr/bin/", "/private/var/"}) {
+      EXPECT_FALSE(place.starts_with(writable)) << place;
+    }
+  }
+}
+
+TEST(Arguments, FileSystemsInMemoryHaveASize) {
+  const Words words = bwrapArguments(plainRequest());
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (words[i] != "--tmpfs") continue;
+    EXPECT_EQ(words.at(i - 2), "--size") << words.at(i + 1);
+  }
+}
+
+TEST(Arguments, OptionsOpenOnlyWhatTheyName) {
+  const Words plain = bwrapArguments(plainRequest());
+  Request request = plainRequest();
+  request.network = Options::Network::On;
+  const Words networked = bwrapArguments(request);
+  EXPECT_EQ(networked.size(), plain.size() - 1);
+  EXPECT_EQ(std::count(networked.begin(), networked.end(), "--unshare-net"), 0);
+  request = plainRequest();
+  request.theosAccess = Options::Theos::Writable;
+  Words writable = bwrapArguments(request);
+  EXPECT_TRUE(holds(writable, {"--bind", "/srv/theos", "/opt/theos"}));
+  std::replace(writable.begin(), writable.end(), std::string("--bind"), std::string("--ro-bind"));
+  EXPECT_EQ(writable, plain);
+}
+
+}  // namespace
+}  // namespace device

@@ -1,0 +1,199 @@
+// The device's folder as its own builds may have left it.
+#include "device/Beneath.h"
+#include "device/DeviceFolder.h"
+#include "device/ProgramLinks.h"
+#include "device/Refusal.h"
+#include "device/ShippedFiles.h"
+#include "support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A device, Tweakbench's files, and a folder of the user's that nothing may touch.
+class DeviceFolderTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    putFile(home / "precious", "kept");
+    ship("Choose.plist", "list 1");
+    ship("TheosOrig.zip", "zip 1");
+  }
+  void ship(const std::string& name, const std::string& content) {
+    putFile(files / ("Tweakbench.app/" + name), content);
+  }
+  void start() { DeviceFolder(openOrMakeFolder(device.path()), "the device", {files.path(), "ar_SA"}); }
+  std::string application(const std::string& name) {
+    return device / ("Applications/Tweakbench.app/" + name);
+  }
+
+  TemporaryFolder device;
+  TemporaryFolder files;
+  TemporaryFolder home;
+};
+
+std::string refusalOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const Refusal& refusal) {
+    return refusal.what();
+  }
+  return "none";
+}
+
+TEST_F(DeviceFolderTest, ANewDeviceHasWhatTheApplicationExpects) {
+  start();
+  EXPECT_EQ(fileAt(application("Choose.plist")), "list 1");
+  EXPECT_NE(fileAt(device / "var/mobile/Library/Preferences/com.apple.springboard.plist")
+                .find("<string>ar_SA</string>"),
+            std::string::npos);
+  EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
+  EXPECT_FALSE(fs::exists(device / "var/Tweakyard"));
+  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
+  EXPECT_EQ(fs::read_symlink(device / "bin/sh"), "/.host/tweakbench/guard");
+}
+
+TEST_F(DeviceFolderTest, AStartThatWasKilledIsCompletedByTheNext) {
+  start();
+  fs::remove(application("TheosOrig.zip"));
+  fs::remove_all(device / "shipped");
+  fs::remove_all(device / "bin");
+  fs::remove(device / "usr-bin/env");
+  start();
+  EXPECT_EQ(fileAt(application("TheosOrig.zip")), "zip 1");
+  EXPECT_EQ(fs::read_symlink(device / "bin/env"), "/.host/usr/bin/env");
+  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
+}
+
+TEST_F(DeviceFolderTest, ALaterStartKeepsWhatIsThere) {
+  start();
+  putFile(device / "var/Tweakyard/Projects/P/Tweak.x", "mine");
+  putFile(application("Choose.plist"), "chosen");
+  putFile(device / "usr-bin/ftt", "converter");
+  putFile(device / "var/mobile/Library/Preferences/com.apple.springboard.plist", "en");
+  start();
+  EXPECT_EQ(fileAt(device / "var/Tweakyard/Projects/P/Tweak.x"), "mine");
+  EXPECT_EQ(fileAt(application("Choose.plist")), "chosen");
+  EXPECT_EQ(fileAt(device / "usr-bin/ftt"), "converter");
+  EXPECT_EQ(fileAt(device / "var/mobile/Library/Preferences/com.apple.springboard.plist"), "en");
+}
+
+TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {
+  ship("ftt", "converter 1");
+  start();
+  putFile(application("Choose.plist"), "chosen");
+  fs::remove(application("ftt"));
+  for (const char* name : {"Choose.plist", "TheosOrig.zip", "ftt", "New.plist"}) ship(name, "release 2");
+  start();
+  EXPECT_EQ(fileAt(application("Choose.plist")), "chosen");
+  EXPECT_EQ(fileAt(application("TheosOrig.zip")), "release 2");
+  EXPECT_EQ(fileAt(application("New.plist")), "release 2");
+  EXPECT_FALSE(fs::exists(application("ftt")));
+  fs::remove_all(device / "Applications/Tweakbench.app");
+  start();
+  EXPECT_EQ(fileAt(application("Choose.plist")), "release 2");
+}
+
+TEST_F(DeviceFolderTest, ProgramsThatABuildReplacedArePutRight) {
+  start();
+  fs::remove(device / "usr-bin/make");
+  putFile(device / "usr-bin/make", "mine");
+  fs::remove(device / "usr-bin/env");
+  fs::create_directory(device / "usr-bin/env");
+  putFile(device / "usr-bin/env/inside", "kept");
+  fs::remove(device / "usr-bin/sh");
+  fs::create_symlink(home / "precious", device / "usr-bin/sh");
+  fs::create_symlink("/.host/usr/bin/gone", device / "usr-bin/gone");
+  start();
+  EXPECT_EQ(fs::read_symlink(device / "usr-bin/make"), "/.host/usr/bin/make");
+  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
+  EXPECT_EQ(fileAt(device / "usr-bin/env.aside-1/inside"), "kept");
+  EXPECT_EQ(fs::read_symlink(device / "usr-bin/sh"), "/.host/tweakbench/guard");
+  EXPECT_FALSE(fs::is_symlink(device / "usr-bin/gone"));
+  EXPECT_EQ(fileAt(home / "precious"), "kept");
+}
+
+TEST_F(DeviceFolderTest, LinksPlantedInTheDeviceAreNotFollowed) {
+  start();
+  const auto linkTo = [&](const std::string& from, const std::string& to) {
+    fs::remove_all(from);
+    fs::create_directory_symlink(to, from);
+  };
+  linkTo(device / "var/mobile", home.path());
+  linkTo(device / "Applications/Tweakbench.app", home.path());
+  ship("TheosOrig.zip", "zip 2");
+  start();
+  EXPECT_EQ(fs::read_symlink(device / "var/mobile"), home.path());
+  fs::remove(device / "Applications/Tweakbench.app");
+  start();
+  fs::remove(application("TheosOrig.zip"));
+  fs::create_symlink(home / "precious", application("TheosOrig.zip"));
+  fs::remove_all(device / "var/mobile");
+  ship("TheosOrig.zip", "zip 3");
+  fs::create_directories(device / "var/mobile/Library");
+  linkTo(device / "var/mobile/Library/Preferences", home.path());
+  linkTo(device / "var/mobile/Documents", home / "precious");
+  start();
+  EXPECT_EQ(fileAt(home / "precious"), "kept");
+  EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
+}
+
+TEST_F(DeviceFolderTest, APipeOrAClosedFolderStopsNoStart) {
+  start();
+  fs::remove(application("TheosOrig.zip"));
+  ASSERT_EQ(mkfifo(application("TheosOrig.zip").c_str(), 0644), 0);
+  ship("TheosOrig.zip", "zip 2");
+  for (const char* top : {"var", "usr-bin", "Applications"}) fs::permissions(device / top, fs::perms::none);
+  start();
+  EXPECT_TRUE(fs::is_fifo(application("TheosOrig.zip")));
+  EXPECT_EQ(fs::status(device / "var").permissions() & fs::perms::owner_all, fs::perms::owner_all);
+}
+
+TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
+  const auto startAt = [&](const std::string& path) {
+    return refusalOf([&] { DeviceFolder(openOrMakeFolder(path), path, {files.path(), "en_US"}); });
+  };
+  EXPECT_NE(startAt(home.path()).find("holds other files"), std::string::npos);
+  EXPECT_NE(startAt(home / "precious").find("could not be opened"), std::string::npos);
+  EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
+  start();
+  fs::remove_all(device / "bin");
+  fs::create_directory_symlink(home.path(), device / "bin");
+  EXPECT_NE(startAt(device.path()).find("damaged: bin"), std::string::npos);
+}
+
+TEST_F(DeviceFolderTest, OneLauncherAtATime) {
+  {
+    const DeviceFolder first(openOrMakeFolder(device.path()), "the device", {files.path(), "en_US"});
+    EXPECT_NE(refusalOf([&] { start(); }).find("in use by another"), std::string::npos);
+  }
+  EXPECT_EQ(refusalOf([&] { start(); }), "none");
+}
+
+TEST(Beneath, NothingAboveOrThroughALinkIsReached) {
+  const TemporaryFolder folder;
+  const TemporaryFolder outside;
+  putFile(outside / "secret", "secret");
+  putFile(folder / "inner/file", "own");
+  fs::create_directory_symlink(outside.path(), folder / "link");
+  const Descriptor opened(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  EXPECT_EQ(readBeneath(opened.get(), "inner/file", 10), "own");
+  EXPECT_FALSE(readBeneath(opened.get(), "inner/file", 2));
+  const std::string above = "../" + fs::path(outside.path()).filename().string() + "/secret";
+  for (const std::string& path : {std::string("link/secret"), above, outside / "secret"}) {
+    EXPECT_FALSE(readBeneath(opened.get(), path, 10)) << path;
+  }
+  EXPECT_FALSE(makeFolderBeneath(opened.get(), "link/made"));
+  EXPECT_FALSE(fs::exists(outside / "made"));
+  EXPECT_TRUE(makeFolderBeneath(opened.get(), "inner/a/b"));
+}
+
+}  // namespace
+}  // namespace device

@@ -1,0 +1,132 @@
+// What the launcher makes of the host: environment, paths, accounts, and why bubblewrap failed.
+#include "device/Account.h"
+#include "device/DataFiles.h"
+#include "device/Diagnosis.h"
+#include "device/Environment.h"
+#include "device/Refusal.h"
+
+#include <filesystem>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace device {
+namespace {
+
+using Paths = std::vector<std::filesystem::path>;
+
+TEST(Environment, LocaleIsSpeltAsThePhoneDoes) {
+  struct Row {
+    Environment caller;
+    const char* locale;
+  };
+  const std::vector<Row> rows{
+      {{{"LANG", "ar_SA.UTF-8"}}, "ar_SA"},
+      {{{"LANG", "de_DE@euro"}}, "de_DE"},
+      {{{"LANG", "ar_SA.UTF-8"}, {"LC_ALL", "en_GB.UTF-8"}}, "en_GB"},
+      {{{"LANG", "ar_SA.UTF-8"}, {"LC_ALL", ""}}, "ar_SA"},
+      {{{"LANG", "C.UTF-8"}}, "en_US"},
+      {{}, "en_US"},
+      {{{"LANG", "<string>ar"}}, "en_US"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(localeIdentifier(row.caller), row.locale);
+}
+
+TEST(Environment, NothingOfTheCallersGetsInUnasked) {
+  const Environment caller{{"SSH_AUTH_SOCK", "/run/agent"}, {"TOKEN", "secret"},  {"LD_PRELOAD", "/x.so"},
+                           {"PATH", "/home/me/bin"},        {"HOME", "/home/me"}, {"LANG", "ar_SA.UTF-8"},
+                           {"TERM", "x\033[31m"},           {"THEOS", "/t"},      {"QT_SCALE_FACTOR", "2"},
+                           {"QT_PLUGIN_PATH", "/evil"},     {"DISPLAY", ":0"},    {"MAKEFLAGS", "-k"}};
+  const Environment commands = deviceEnvironment(caller, Audience::Commands);
+  for (const char* name :
+       {"SSH_AUTH_SOCK", "TOKEN", "LD_PRELOAD", "THEOS", "QT_SCALE_FACTOR", "DISPLAY", "MAKEFLAGS"}) {
+    EXPECT_FALSE(lookUp(commands, name)) << name;
+  }
+  EXPECT_EQ(lookUp(commands, "HOME"), "/var/mobile");
+  EXPECT_EQ(lookUp(commands, "LANG"), "ar_SA.UTF-8");
+  EXPECT_EQ(lookUp(commands, "TERM"), "dumb");
+  EXPECT_EQ(lookUp(commands, "PATH")->find("/home"), std::string::npos);
+  const Environment application = deviceEnvironment(caller, Audience::Application);
+  EXPECT_EQ(lookUp(application, "QT_SCALE_FACTOR"), "2");
+  EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
+}
+
+TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
+  EXPECT_EQ(defaultDevice({}, "/home/me"), "/home/me/.local/share/tweakbench/device");
+  EXPECT_EQ(defaultDevice({{"XDG_DATA_HOME", "/data"}}, "/home/me"), "/data/tweakbench/device");
+  EXPECT_EQ(defaultDevice({{"XDG_DATA_HOME", "data"}}, "/home/me"),
+            "/home/me/.local/share/tweakbench/device");
+  Options options;
+  EXPECT_EQ(theosCandidates(options, {{"THEOS", "/t"}}, "/home/me"),
+            (Paths{"/t", "/opt/theos", "/var/theos", "/home/me/theos"}));
+  options.theos = "/given";
+  EXPECT_EQ(theosCandidates(options, {{"THEOS", "/t"}}, "/home/me"), Paths{"/given"});
+}
+
+TEST(Account, NobodyElseThanAnOrdinaryUserGetsTheDevice) {
+  EXPECT_EQ(accountForFolderOf(1234, 77, {}).user, 1234U);
+  EXPECT_EQ(accountForFolderOf(1234, 77, {}).group, 77U);
+  EXPECT_EQ(accountForFolderOf(1234, 0, {}).group, 1234U);
+  const Account own = accountForFolderOf(0, 0, {{"HOME", "/root"}});
+  EXPECT_GE(own.user, 1000U);
+  EXPECT_NE(own.user, 65534U);
+  EXPECT_EQ(own.home, "/root");
+  if (geteuid() == 0) {
+    EXPECT_FALSE(callingAccount({}));
+    EXPECT_FALSE(callingAccount({{"SUDO_UID", "0"}}));
+    EXPECT_FALSE(callingAccount({{"SUDO_UID", "1x"}}));
+  } else {
+    // Only root is believed to come from sudo.
+    EXPECT_EQ(callingAccount({{"SUDO_UID", "1"}})->user, geteuid());
+  }
+}
+
+TEST(DataFiles, FontsComeFromTheHostAlone) {
+  const std::string text = fontConfiguration({"/etc/fonts/conf.d/60-latin.conf"});
+  EXPECT_NE(text.find("<include ignore_missing=\"yes\">/etc/fonts/conf.d/60-latin.conf</include>"),
+            std::string::npos);
+  EXPECT_NE(text.find("<cachedir>/.host/fontconfig</cachedir>"), std::string::npos);
+  EXPECT_EQ(text.find("prefix"), std::string::npos);
+  for (const auto& file : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
+    EXPECT_EQ(file.content.find("50-user"), std::string::npos) << file.path;
+    EXPECT_NE(file.path, "/etc/resolv.conf");
+  }
+}
+
+TEST(Diagnosis, CausesAreToldApart) {
+  struct Row {
+    const char* name;
+    const char* message;
+    NamespaceSettings settings;
+    const char* said;
+  };
+  const char* map = "bwrap: setting up uid map: Permission denied\n";
+  const std::vector<Row> rows{
+      {"old", "bwrap: Unknown option --bind-fd\n", {1, 100, {}}, "too old"},
+      {"switched off",
+       "bwrap: No permissions to create new namespace\n",
+       {0, 100, {}},
+       "kernel.unprivileged_userns_clone=1"},
+      {"none allowed", "bwrap: Creating new namespace failed\n", {{}, 0, {}}, "user.max_user_namespaces"},
+      {"AppArmor", map, {1, 100, 1}, "AppArmor"},
+      {"AppArmor, network",
+       "bwrap: loopback: Failed RTM_NEWADDR: Operation not permitted\n",
+       {1, 100, 1},
+       "AppArmor"},
+      {"container", map, {1, 100, {}}, "containers do (setting up uid map: Permission denied)"},
+      {"AppArmor is not to blame",
+       "bwrap: Can't find source path /x: No such file\n",
+       {1, 100, 1},
+       "Can't find source path /x"},
+      {"silent", "", {1, 100, {}}, "gave no reason"},
+  };
+  for (const auto& row : rows) {
+    const std::string said = explainFailure(row.message, row.settings);
+    EXPECT_NE(said.find(row.said), std::string::npos) << row.name << ": " << said;
+    EXPECT_EQ(said.find('\n'), std::string::npos) << row.name;
+    EXPECT_TRUE(said.ends_with(".")) << row.name;
+  }
+}
+
+}  // namespace
+}  // namespace device

@@ -1,0 +1,82 @@
+#include "device/Options.h"
+#include "device/Refusal.h"
+
+#include <gtest/gtest.h>
+
+namespace device {
+namespace {
+
+using Words = std::vector<std::string>;
+
+Options parse(const Words& words) {
+  std::vector<const char*> arguments{"tweakbench"};
+  for (const auto& word : words) arguments.push_back(word.c_str());
+  return parseOptions(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(Options, NoArgumentsOpenTheApplicationBehindEveryWall) {
+  const Options options = parse({});
+  EXPECT_EQ(options.action, Options::Action::OpenApplication);
+  EXPECT_EQ(options.theosAccess, Options::Theos::ReadOnly);
+  EXPECT_EQ(options.network, Options::Network::Off);
+  EXPECT_EQ(options.filter, Options::Filter::On);
+  EXPECT_FALSE(options.device);
+}
+
+TEST(Options, ACommandKeepsItsArgumentsAsTheyAre) {
+  struct Row {
+    const char* name;
+    Words words;
+    Words command;
+  };
+  const std::vector<Row> rows{
+      {"options of the command", {"exec", "make", "--version", "-j2"}, {"make", "--version", "-j2"}},
+      {"our own options after it",
+       {"exec", "echo", "--device", "x", "--help"},
+       {"echo", "--device", "x", "--help"}},
+      {"two dashes before", {"exec", "--", "-x"}, {"-x"}},
+      {"two dashes within", {"exec", "sh", "--", "a"}, {"sh", "--", "a"}},
+      {"empty and blank", {"exec", "echo", "", "a b", "*"}, {"echo", "", "a b", "*"}},
+      {"after options", {"--device", "d", "--network", "exec", "shell"}, {"shell"}},
+  };
+  for (const auto& row : rows) {
+    const Options options = parse(row.words);
+    EXPECT_EQ(options.action, Options::Action::Execute) << row.name;
+    EXPECT_EQ(options.command, row.command) << row.name;
+  }
+}
+
+TEST(Options, OptionsReachTheRequest) {
+  const Options options = parse({"--device=/a b", "--theos", "t", "--writable-theos", "--network", "shell"});
+  EXPECT_EQ(options.action, Options::Action::OpenShell);
+  EXPECT_EQ(options.device, "/a b");
+  EXPECT_EQ(options.theos, "t");
+  EXPECT_EQ(options.theosAccess, Options::Theos::Writable);
+  EXPECT_EQ(options.network, Options::Network::On);
+  EXPECT_NE(parse({"--help"}).text.find("--writable-theos"), std::string::npos);
+  EXPECT_EQ(parse({"--version"}).action, Options::Action::ShowText);
+}
+
+TEST(Options, NonsenseIsRefusedWithItsReason) {
+  struct Row {
+    Words words;
+    const char* reason;
+  };
+  const std::vector<Row> rows{
+      {{"exec"}, "exec needs a command"},        {{"exec", "--"}, "exec needs a command"},
+      {{"shell", "x"}, "shell takes no"},        {{"open"}, "no command open"},
+      {{"--devise", "x"}, "no option --devise"}, {{"--device"}, "--device"},
+      {{"--device", ""}, "needs a folder"},      {{"--theos="}, "--theos"},
+  };
+  for (const auto& row : rows) {
+    try {
+      parse(row.words);
+      ADD_FAILURE() << row.reason;
+    } catch (const Refusal& refusal) {
+      EXPECT_NE(std::string(refusal.what()).find(row.reason), std::string::npos) << refusal.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace device
