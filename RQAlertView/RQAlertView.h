@@ -6,12 +6,16 @@
 #include "RQAlertView/RQAlertViewButtonProperties.h"
 #include "RQAlertView/RQAlertViewContents.h"
 #include "RQAlertView/RQAlertViewDelegate.h"
+#include "RQAlertView/RQAlertViewHandlers.h"
 #include "RQAlertView/RQAlertViewNotifications.h"
+#include "RQAlertView/RQAlertViewRows.h"
 #include "RQAlertView/RQAlertViewTextField.h"
 #include "RQAlertView/RQAlertViewTypes.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QObject>
@@ -20,11 +24,21 @@
 
 class RQAlertViewContent;
 class RQAlertViewController;
-class RQAlertViewCover;
-class RQAlertViewFrame;
-class RQAlertViewTransition;
+class RQAlertViewStage;
 class RQAlertViewWindow;
 struct NSNotification;
+
+// clang-format off
+#define RQ_HANDLER_ACCESSORS(Type, name, Name)         \
+  const Type& name() const { return handlers_.name; }  \
+  void set##Name(Type handler) { handlers_.name = std::move(handler); }
+#define RQ_PROPERTY_ACCESSORS(Type, name, Name, value)  \
+  const Type& name() const { return appearance_.name; } \
+  void set##Name(const Type& newValue) {                \
+    appearance_.name = newValue;                        \
+    appearanceChanged();                                \
+  }
+// clang-format on
 
 // What the user does is reported three times, always in this order: to the handler, to the delegate, as a
 // notification. All calls are made and all reports come on the main thread, one after the other; a report
@@ -250,41 +264,12 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void setDelegate(std::weak_ptr<RQAlertViewDelegate> delegate);
   std::shared_ptr<RQAlertViewDelegate> delegate() const { return delegate_.lock(); }
 
-#define RQ_HANDLER(Type, name, Name) \
-  const Type& name() const {         \
-    return name##_;                  \
-  }                                  \
-  void set##Name(Type handler) {     \
-    name##_ = std::move(handler);    \
-  }
-#define RQ_ALERT_VIEW_HANDLERS(HANDLER)                                                             \
-  HANDLER(RQAlertViewActionHandler, actionHandler, ActionHandler)                                   \
-  HANDLER(RQAlertViewHandler, cancelHandler, CancelHandler)                                         \
-  HANDLER(RQAlertViewHandler, destructiveHandler, DestructiveHandler)                               \
-  HANDLER(RQAlertViewHandler, willShowHandler, WillShowHandler)                                     \
-  HANDLER(RQAlertViewHandler, didShowHandler, DidShowHandler)                                       \
-  HANDLER(RQAlertViewHandler, willDismissHandler, WillDismissHandler)                               \
-  HANDLER(RQAlertViewHandler, didDismissHandler, DidDismissHandler)                                 \
-  HANDLER(RQAlertViewActionHandler, didDismissAfterActionHandler, DidDismissAfterActionHandler)     \
-  HANDLER(RQAlertViewHandler, didDismissAfterCancelHandler, DidDismissAfterCancelHandler)           \
-  HANDLER(RQAlertViewHandler, didDismissAfterDestructiveHandler, DidDismissAfterDestructiveHandler) \
-  HANDLER(RQAlertViewAnimationsBlock, showAnimationsBlock, ShowAnimationsBlock)                     \
-  HANDLER(RQAlertViewAnimationsBlock, dismissAnimationsBlock, DismissAnimationsBlock)
-  RQ_ALERT_VIEW_HANDLERS(RQ_HANDLER)
-#undef RQ_HANDLER
+  // actionHandler() and setActionHandler(), and so on.
+  RQ_ALERT_VIEW_HANDLERS(RQ_HANDLER_ACCESSORS);
 
   // A getter and a setter for each row of the appearance table: backgroundColor() and setBackgroundColor(),
   // and so on. Changes take effect at once, while the dialog is shown too.
-#define RQ_ACCESSORS(Type, name, Name, value) \
-  const Type& name() const {                  \
-    return appearance_.name;                  \
-  }                                           \
-  void set##Name(const Type& newValue) {      \
-    appearance_.name = newValue;              \
-    appearanceChanged();                      \
-  }
-  RQ_ALERT_VIEW_APPEARANCE(RQ_ACCESSORS)
-#undef RQ_ACCESSORS
+  RQ_ALERT_VIEW_APPEARANCE(RQ_PROPERTY_ACCESSORS);
 
   // The width that the dialog has in the application's window as it is now, whatever was set.
   double width() const;
@@ -294,71 +279,98 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // application has set them there.
   bool cancelOnTouch() const;
   void setCancelOnTouch(bool cancels);
-  bool isUserCancelOnTouch() const {
-    return appearance_.cancelOnTouch.has_value();
-  }
+  bool isUserCancelOnTouch() const { return appearance_.cancelOnTouch.has_value(); }
   double buttonsHeight() const;
   void setButtonsHeight(double height);
-  bool isUserButtonsHeight() const {
-    return appearance_.buttonsHeight.has_value();
-  }
+  bool isUserButtonsHeight() const { return appearance_.buttonsHeight.has_value(); }
   QColor titleTextColor() const;
   void setTitleTextColor(const QColor& color);
-  bool isUserTitleTextColor() const {
-    return appearance_.titleTextColor.has_value();
-  }
+  bool isUserTitleTextColor() const { return appearance_.titleTextColor.has_value(); }
   QFont titleFont() const;
   void setTitleFont(const QFont& font);
-  bool isUserTitleFont() const {
-    return appearance_.titleFont.has_value();
-  }
+  bool isUserTitleFont() const { return appearance_.titleFont.has_value(); }
   QColor messageTextColor() const;
   void setMessageTextColor(const QColor& color);
-  bool isUserMessageTextColor() const {
-    return appearance_.messageTextColor.has_value();
-  }
+  bool isUserMessageTextColor() const { return appearance_.messageTextColor.has_value(); }
 
   // Free for the application's use; the largest value means none.
-  std::int64_t tag() const {
-    return tag_;
-  }
-  void setTag(std::int64_t tag) {
-    tag_ = tag;
-  }
+  std::int64_t tag() const { return tag_; }
+  void setTag(std::int64_t tag) { tag_ = tag; }
 
   // Null before an initializer and after the dismissal.
-  std::shared_ptr<RQAlertViewWindow> window() const {
-    return window_;
-  }
-  std::shared_ptr<RQAlertViewController> viewController() const {
-    return viewController_;
-  }
-  QWidget* view() const {
-    return view_;
-  }
+  std::shared_ptr<RQAlertViewWindow> window() const { return window_; }
+  std::shared_ptr<RQAlertViewController> viewController() const { return viewController_; }
+  QWidget* view() const;
+
+  // How the button of a row looks, with what it has of its own, and whether it can be tapped.
+  RQAlertViewButtonLook buttonLook(const RQAlertViewRow& row) const;
+  RQAlertViewButtonLook buttonsLook(RQAlertViewButtonKind kind) const;
+  bool isButtonEnabled(const RQAlertViewRow& row) const;
+  // Whether every row of the list is as high as the others.
+  bool hasUniformRows() const;
+  const RQAlertViewAppearance& appearanceValues() const { return appearance_; }
 
  private:
-  friend class RQAlertViewController;
-
-  enum class Ending { Action, Cancel, Destructive };
+  using DelegateHandler = RQAlertViewHandler RQAlertViewDelegate::*;
 
   RQAlertView();
 
+  // Creation.
   std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
+  void buildViews();
+  void requireInitialized() const;
+  void appearanceChanged();
+
+  // Showing and dismissing.
+  void showComplete(const RQAlertViewCompletionHandler& completionHandler);
+  void dismissComplete(const RQAlertViewCompletionHandler& completionHandler);
+  void releaseViews();
+  void addObservers();
+  void removeObservers();
+  void keyboardChanged(const NSNotification& notification);
+  void windowVisibleChanged(const NSNotification& notification);
+  void windowGone();
+
+  // What the user does.
+  void tapped(RQAlertViewButtonKind kind, std::size_t index);
+  void coverTapped();
+  void lastFieldEntered();
+  void actionAction(std::size_t index, const QString& title);
+  void cancelAction();
+  void destructiveAction();
+  // `now` and, once the dialog has gone, `afterwards` get the delegate as it was when the user answered.
+  using Report = std::function<void(RQAlertView&, const std::weak_ptr<RQAlertViewDelegate>&)>;
+  void answer(RQAlertViewButtonKind kind, const Report& now, Report afterwards);
+
+  // Reports: the handler, then the delegate, then the notification.
+  void report(const RQAlertViewHandler& handler, const std::weak_ptr<RQAlertViewDelegate>& delegate,
+              DelegateHandler method, const QString& notification);
+  void reportAction(const RQAlertViewActionHandler& handler,
+                    const std::weak_ptr<RQAlertViewDelegate>& delegate,
+                    RQAlertViewActionHandler RQAlertViewDelegate::*method, const QString& notification,
+                    std::size_t index, const QString& title);
+  void reportAnimations(const RQAlertViewAnimationsBlock& block,
+                        RQAlertViewAnimationsBlock RQAlertViewDelegate::*method, const QString& notification);
 
   RQAlertViewContents contents_;
   RQAlertViewAppearance appearance_;
+  bool isAppearance_ = false;
   RQAlertViewState state_ = RQAlertViewState::Allocated;
   std::vector<bool> buttonsEnabled_;
+  std::map<std::size_t, RQAlertViewButtonProperties> buttonProperties_;
   std::int64_t tag_ = INT64_MAX;
   std::weak_ptr<RQAlertViewDelegate> delegate_;
-#define RQ_MEMBER(Type, name, Name) Type name##_;
-  RQ_ALERT_VIEW_HANDLERS(RQ_MEMBER)
-#undef RQ_MEMBER
+  RQAlertViewHandlers handlers_;
 
   std::shared_ptr<RQAlertViewWindow> window_;
   std::shared_ptr<RQAlertViewController> viewController_;
-  QPointer<QWidget> view_;
-
-  void appearanceChanged();
+  QPointer<RQAlertViewStage> stage_;
+  QPointer<RQAlertViewContent> content_;
+  // The kind of answer that is being reported: a handler that forces the same answer once more is ignored.
+  std::optional<RQAlertViewButtonKind> answering_;
+  // While shown.
+  std::shared_ptr<RQAlertView> keptAlive_;
 };
+
+#undef RQ_HANDLER_ACCESSORS
+#undef RQ_PROPERTY_ACCESSORS

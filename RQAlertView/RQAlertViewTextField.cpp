@@ -1,10 +1,54 @@
 #include "RQAlertView/RQAlertViewTextField.h"
 
-#include <QFocusEvent>
+#include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewText.h"
 
-RQAlertViewTextField::RQAlertViewTextField(QWidget* parent) : QLineEdit(parent) {
+#include <algorithm>
+
+#include <QAction>
+#include <QFocusEvent>
+#include <QPainter>
+
+namespace {
+
+using namespace RQAlertViewMetrics;
+
+constexpr int clearIconSide = 16;
+constexpr double focusBorderWidth = 1.5;
+
+QIcon clearIcon(const QColor& text) {
+  constexpr int scale = 3;  // sharp on dense screens too
+  QPixmap picture(clearIconSide * scale, clearIconSide * scale);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(scale, scale);
+  QColor disc = text;
+  disc.setAlphaF(0.45F);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(disc);
+  painter.drawEllipse(QRectF(1, 1, 14, 14));
+  painter.setCompositionMode(QPainter::CompositionMode_Clear);
+  painter.setPen(QPen(Qt::black, 1.4, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(QPointF(5.6, 5.6), QPointF(10.4, 10.4));
+  painter.drawLine(QPointF(10.4, 5.6), QPointF(5.6, 10.4));
+  painter.end();
+  return picture;
+}
+
+}  // namespace
+
+RQAlertViewTextField::RQAlertViewTextField(QWidget* parent)
+    : QLineEdit(parent), clearAction_(new QAction(tr("Clear text"), this)) {
   setFrame(false);
-  connect(this, &QLineEdit::textChanged, this, [this] { updateClearButton(); });
+  setTextMargins(textFieldPadding, 0, textFieldPadding, 0);
+  addAction(clearAction_, QLineEdit::TrailingPosition);
+  connect(clearAction_, &QAction::triggered, this, &QLineEdit::clear);
+  connect(this, &QLineEdit::textChanged, this, [this] {
+    updateClearButton();
+    fitFont();
+  });
+  updateClearButton();
 }
 
 void RQAlertViewTextField::setClearButtonMode(UITextFieldViewMode mode) {
@@ -14,6 +58,29 @@ void RQAlertViewTextField::setClearButtonMode(UITextFieldViewMode mode) {
 
 void RQAlertViewTextField::setSecureTextEntry(bool secure) {
   setEchoMode(secure ? QLineEdit::Password : QLineEdit::Normal);
+}
+
+void RQAlertViewTextField::setColors(const QColor& background, const QColor& text, const QColor& accent) {
+  background_ = background;
+  accent_ = accent;
+  QPalette colors = palette();
+  // The background is painted here, with rounded corners.
+  colors.setColor(QPalette::Base, Qt::transparent);
+  colors.setColor(QPalette::Text, text);
+  QColor placeholder = text;
+  placeholder.setAlphaF(0.5F);
+  colors.setColor(QPalette::PlaceholderText, placeholder);
+  colors.setColor(QPalette::Highlight, accent);
+  colors.setColor(QPalette::HighlightedText, Qt::white);
+  setPalette(colors);
+  clearAction_->setIcon(clearIcon(text));
+}
+
+void RQAlertViewTextField::setAdjustsFontSizeToFitWidth(bool adjusts, double minimumSize) {
+  adjustsFontSize_ = adjusts;
+  minimumFontSize_ = minimumSize;
+  fullFont_ = font();
+  fitFont();
 }
 
 bool RQAlertViewTextField::becomeFirstResponder() {
@@ -32,14 +99,34 @@ bool RQAlertViewTextField::isFirstResponder() const {
 
 void RQAlertViewTextField::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
-  // Coming back from another program does not begin anything.
-  if (clearsOnBeginEditing_ && event->reason() != Qt::ActiveWindowFocusReason) clear();
+  // Coming back from another program or a menu does not begin anything.
+  const bool begins =
+      event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
+  if (clearsOnBeginEditing_ && begins) clear();
   updateClearButton();
 }
 
 void RQAlertViewTextField::focusOutEvent(QFocusEvent* event) {
   QLineEdit::focusOutEvent(event);
   updateClearButton();
+}
+
+void RQAlertViewTextField::resizeEvent(QResizeEvent* event) {
+  QLineEdit::resizeEvent(event);
+  fitFont();
+}
+
+void RQAlertViewTextField::paintEvent(QPaintEvent* event) {
+  {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double inset = focusBorderWidth / 2;
+    painter.setPen(hasFocus() ? QPen(accent_, focusBorderWidth) : QPen(Qt::NoPen));
+    painter.setBrush(background_);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), textFieldCornerRadius,
+                            textFieldCornerRadius);
+  }
+  QLineEdit::paintEvent(event);
 }
 
 void RQAlertViewTextField::updateClearButton() {
@@ -59,5 +146,17 @@ void RQAlertViewTextField::updateClearButton() {
       shown = true;
       break;
   }
-  if (isClearButtonEnabled() != shown) setClearButtonEnabled(shown);
+  clearAction_->setVisible(shown && !text().isEmpty() && !isReadOnly());
+}
+
+void RQAlertViewTextField::fitFont() {
+  if (!adjustsFontSize_ || fullFont_.pointSizeF() <= 0) return;
+  const double room = width() - 2.0 * textFieldPadding - (clearAction_->isVisible() ? 2 * clearIconSide : 0);
+  const double natural = RQAlertViewTextLayout::singleLineWidth(text(), fullFont_);
+  const double least = minimumFontSize_ * 72.0 / 96.0;
+  QFont fitted = fullFont_;
+  if (natural > room && room > 0) {
+    fitted.setPointSizeF(std::max(least, fullFont_.pointSizeF() * room / natural));
+  }
+  if (fitted != font()) setFont(fitted);
 }

@@ -3,6 +3,8 @@
 
 #include "platform/UITextTraits.h"
 
+#include <QColor>
+#include <QFont>
 #include <QLineEdit>
 
 // Made by the dialog, one for each number up to numberOfTextFields; owned by it. Texts are plain text. The
@@ -30,6 +32,12 @@ class RQAlertViewTextField : public QLineEdit {
   void setClearsOnBeginEditing(bool clears) { clearsOnBeginEditing_ = clears; }
   bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
 
+  // `accent` marks the field that has the focus, and selected text.
+  void setColors(const QColor& background, const QColor& text, const QColor& accent);
+
+  // A text that is too wide is made smaller, down to a font of `minimumSize` logical pixels.
+  void setAdjustsFontSizeToFitWidth(bool adjusts, double minimumSize);
+
   // Takes or gives up the input focus. Answers whether the field has it, or has it not, afterwards; a field
   // that is not shown yet cannot take it.
   bool becomeFirstResponder();
@@ -39,9 +47,19 @@ class RQAlertViewTextField : public QLineEdit {
  protected:
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void updateClearButton();
+  void fitFont();
+
+  QAction* clearAction_;
+  QColor background_;
+  QColor accent_;
+  QFont fullFont_;
+  bool adjustsFontSize_ = false;
+  double minimumFontSize_ = 0;
 
   UIKeyboardAppearance keyboardAppearance_ = UIKeyboardAppearance::Default;
   UITextFieldViewMode clearButtonMode_ = UITextFieldViewMode::Never;

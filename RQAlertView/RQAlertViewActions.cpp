@@ -1,0 +1,163 @@
+// What the user does with a dialog, and to whom it is reported.
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewFrame.h"
+#include "RQAlertView/RQAlertViewStage.h"
+#include "platform/EventBoundary.h"
+#include "platform/NSNotificationCenter.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+namespace {
+
+QVariantMap actionInfo(std::size_t index, const QString& title) {
+  return {{QStringLiteral("title"), title}, {QStringLiteral("index"), static_cast<qulonglong>(index)}};
+}
+
+// Marks which answer is being reported, for as long as it is.
+class Answering {
+ public:
+  Answering(std::optional<RQAlertViewButtonKind>& which, RQAlertViewButtonKind kind)
+      : which_(which), before_(std::exchange(which, kind)) {}
+  ~Answering() { which_ = before_; }
+  Answering(const Answering&) = delete;
+  Answering& operator=(const Answering&) = delete;
+
+ private:
+  std::optional<RQAlertViewButtonKind>& which_;
+  std::optional<RQAlertViewButtonKind> before_;
+};
+
+}  // namespace
+
+void RQAlertView::forceCancel() {
+  if (cancelButtonTitle().isNull()) throw InternalInconsistency("Cancel button is not exists");
+  cancelAction();
+}
+
+void RQAlertView::forceDestructive() {
+  if (destructiveButtonTitle().isNull()) throw InternalInconsistency("Destructive button is not exists");
+  destructiveAction();
+}
+
+void RQAlertView::forceActionAtIndex(std::size_t index) {
+  if (index >= static_cast<std::size_t>(buttonTitles().size())) {
+    throw InternalInconsistency("Button at index " + std::to_string(index) + " is not exists");
+  }
+  actionAction(index, buttonTitles().at(static_cast<qsizetype>(index)));
+}
+
+void RQAlertView::tapped(RQAlertViewButtonKind kind, std::size_t index) {
+  if (state_ != RQAlertViewState::Shown) return;
+  switch (kind) {
+    case RQAlertViewButtonKind::Cancel:
+      if (RQAlertViewButton* button = stage_->frame()->cancelButton()) button->setSelected(true);
+      cancelAction();
+      break;
+    case RQAlertViewButtonKind::Destructive:
+      destructiveAction();
+      break;
+    case RQAlertViewButtonKind::Action:
+      forceActionAtIndex(index);
+      break;
+  }
+}
+
+void RQAlertView::coverTapped() {
+  if (state_ != RQAlertViewState::Shown || !cancelOnTouch()) return;
+  // A cancel button that cannot be tapped cannot be got round either.
+  if (!cancelButtonTitle().isNull() && !cancelButtonEnabled()) return;
+  cancelAction();
+}
+
+void RQAlertView::lastFieldEntered() {
+  if (state_ != RQAlertViewState::Shown || buttonTitles().size() != 1 || !buttonsEnabled_.front()) return;
+  forceActionAtIndex(0);
+}
+
+void RQAlertView::actionAction(std::size_t index, const QString& title) {
+  answer(
+      RQAlertViewButtonKind::Action,
+      [&](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.reportAction(self.handlers_.actionHandler, delegate,
+                          &RQAlertViewDelegate::alertViewClickedButtonAtIndex, RQAlertViewActionNotification,
+                          index, title);
+      },
+      [index, title](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.reportAction(self.handlers_.didDismissAfterActionHandler, delegate,
+                          &RQAlertViewDelegate::alertViewDidDismissAfterClickedButtonAtIndex,
+                          RQAlertViewDidDismissAfterActionNotification, index, title);
+      });
+}
+
+void RQAlertView::cancelAction() {
+  answer(
+      RQAlertViewButtonKind::Cancel,
+      [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.report(self.handlers_.cancelHandler, delegate, &RQAlertViewDelegate::alertViewCancelled,
+                    RQAlertViewCancelNotification);
+      },
+      [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.report(self.handlers_.didDismissAfterCancelHandler, delegate,
+                    &RQAlertViewDelegate::alertViewDidDismissAfterCancelled,
+                    RQAlertViewDidDismissAfterCancelNotification);
+      });
+}
+
+void RQAlertView::destructiveAction() {
+  answer(
+      RQAlertViewButtonKind::Destructive,
+      [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.report(self.handlers_.destructiveHandler, delegate, &RQAlertViewDelegate::alertViewDestructed,
+                    RQAlertViewDestructiveNotification);
+      },
+      [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+        self.report(self.handlers_.didDismissAfterDestructiveHandler, delegate,
+                    &RQAlertViewDelegate::alertViewDidDismissAfterDestructed,
+                    RQAlertViewDidDismissAfterDestructiveNotification);
+      });
+}
+
+void RQAlertView::answer(RQAlertViewButtonKind kind, const Report& now, Report afterwards) {
+  // On its way out the dialog takes no more answers, and an answer does not give itself once more.
+  const bool leaving = state_ == RQAlertViewState::Dismissing || state_ == RQAlertViewState::Dismissed;
+  if (leaving || answering_ == kind) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  const Answering answering(answering_, kind);
+  // The dismissal clears the delegate, which is still to hear what comes after it.
+  const std::weak_ptr<RQAlertViewDelegate> delegate = delegate_;
+  now(*this, delegate);
+  if (!dismissOnAction()) return;
+  dismissAnimated(shouldDismissAnimated(),
+                  [alive, delegate, afterwards = std::move(afterwards)] { afterwards(*alive, delegate); });
+}
+
+void RQAlertView::report(const RQAlertViewHandler& handler,
+                         const std::weak_ptr<RQAlertViewDelegate>& delegate, DelegateHandler method,
+                         const QString& notification) {
+  // Copies: a handler may set another one in its place.
+  if (const RQAlertViewHandler called = handler) atEventBoundary(called)(*this);
+  if (const auto to = delegate.lock(); to && (*to).*method) atEventBoundary((*to).*method)(*this);
+  NSNotificationCenter::defaultCenter().postNotificationName(notification, this);
+}
+
+void RQAlertView::reportAction(const RQAlertViewActionHandler& handler,
+                               const std::weak_ptr<RQAlertViewDelegate>& delegate,
+                               RQAlertViewActionHandler RQAlertViewDelegate::*method,
+                               const QString& notification, std::size_t index, const QString& title) {
+  if (const RQAlertViewActionHandler called = handler) atEventBoundary(called)(*this, index, title);
+  if (const auto to = delegate.lock(); to && (*to).*method)
+    atEventBoundary((*to).*method)(*this, index, title);
+  NSNotificationCenter::defaultCenter().postNotificationName(notification, this, actionInfo(index, title));
+}
+
+void RQAlertView::reportAnimations(const RQAlertViewAnimationsBlock& block,
+                                   RQAlertViewAnimationsBlock RQAlertViewDelegate::*method,
+                                   const QString& notification) {
+  const double duration = animationDuration();
+  NSNotificationCenter::defaultCenter().postNotificationName(notification, this,
+                                                             {{QStringLiteral("duration"), duration}});
+  if (const RQAlertViewAnimationsBlock called = block) atEventBoundary(called)(*this, duration);
+  if (const auto to = delegate_.lock(); to && (*to).*method) atEventBoundary((*to).*method)(*this, duration);
+}

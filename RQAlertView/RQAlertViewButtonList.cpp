@@ -1,0 +1,161 @@
+#include "RQAlertView/RQAlertViewButtonList.h"
+
+#include "RQAlertView/RQAlertViewCell.h"
+#include "RQAlertView/RQAlertViewListModel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+RQAlertViewButtonList::RQAlertViewButtonList(LookQuestion look, EnabledQuestion enabled, QWidget* parent)
+    : QListView(parent),
+      model_(new RQAlertViewListModel(std::move(enabled), this)),
+      cell_(new RQAlertViewCell(this)) {
+  cell_->setting().look = std::move(look);
+  cell_->setting().rows = &model_->rows();
+  setModel(model_);
+  setItemDelegate(cell_);
+  setFrameShape(QFrame::NoFrame);
+  setSelectionMode(QAbstractItemView::NoSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFocusPolicy(Qt::TabFocus);
+  setMouseTracking(true);
+  viewport()->setAutoFillBackground(false);
+  viewport()->setAttribute(Qt::WA_Hover);
+}
+
+void RQAlertViewButtonList::setRows(const RQAlertViewRows& rows) {
+  model_->setRows(rows);
+  looksChanged();
+}
+
+const RQAlertViewRows& RQAlertViewButtonList::rows() const {
+  return model_->rows();
+}
+
+void RQAlertViewButtonList::looksChanged() {
+  model_->allRowsChanged();
+}
+
+void RQAlertViewButtonList::rowChanged(int row) {
+  model_->rowChanged(row);
+}
+
+void RQAlertViewButtonList::setRowHeights(RowHeights heights, double leastHeight, int width) {
+  RQAlertViewCell::Setting& setting = cell_->setting();
+  const bool uniform = heights == RowHeights::Uniform;
+  const bool same =
+      uniform == setting.uniform && setting.leastHeight == leastHeight && setting.width == width;
+  if (same && uniform) return;
+  setting.uniform = uniform;
+  setting.leastHeight = leastHeight;
+  setting.width = width;
+  setUniformItemSizes(uniform);
+  scheduleDelayedItemsLayout();
+}
+
+double RQAlertViewButtonList::heightOfRows() const {
+  const int count = rows().count();
+  if (cell_->setting().uniform) return cell_->setting().leastHeight * count;
+  double height = 0;
+  for (int row = 0; row < count; ++row) height += cell_->heightOfRow(rows().at(row));
+  return height;
+}
+
+double RQAlertViewButtonList::leastRowHeight() const {
+  return cell_->setting().leastHeight;
+}
+
+void RQAlertViewButtonList::setSeparatorsColor(const QColor& color) {
+  cell_->setting().separatorsColor = color;
+  viewport()->update();
+}
+
+void RQAlertViewButtonList::setCard(const QPainterPath& card) {
+  cell_->setting().card = card.translated(-viewport()->x(), -viewport()->y());
+  viewport()->update();
+}
+
+void RQAlertViewButtonList::tap(int row) {
+  if (isRowEnabled(row)) emit rowTapped(row);
+}
+
+void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
+  const int row = currentIndex().row();
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+      if (row >= 0) tap(row);
+      return;
+    case Qt::Key_Up:
+      if (row <= 0) {
+        focusNextPrevChild(false);
+        return;
+      }
+      break;
+    case Qt::Key_Down:
+      if (row == rows().count() - 1) {
+        focusNextPrevChild(true);
+        return;
+      }
+      break;
+    case Qt::Key_Escape:
+      event->ignore();
+      return;
+    default:
+      break;
+  }
+  window()->setAttribute(Qt::WA_KeyboardFocusChange);
+  QListView::keyPressEvent(event);
+}
+
+void RQAlertViewButtonList::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  pressStartRow_ = rowAt(event->position().toPoint());
+  setPressedRow(pressStartRow_);
+}
+
+void RQAlertViewButtonList::mouseMoveEvent(QMouseEvent* event) {
+  QListView::mouseMoveEvent(event);
+  if (!(event->buttons() & Qt::LeftButton)) return;
+  // Sliding off the row takes the tap back.
+  setPressedRow(rowAt(event->position().toPoint()) == pressStartRow_ ? pressStartRow_ : -1);
+}
+
+void RQAlertViewButtonList::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return;
+  const int row = rowAt(event->position().toPoint());
+  const bool tapped = row >= 0 && row == pressStartRow_;
+  pressStartRow_ = -1;
+  setPressedRow(-1);
+  if (tapped) tap(row);
+}
+
+void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
+  if (event->reason() == Qt::BacktabFocusReason) {
+    setCurrentIndex(model_->index(rows().count() - 1));
+  } else if (event->reason() == Qt::TabFocusReason || !currentIndex().isValid()) {
+    setCurrentIndex(model_->index(0));
+  }
+  QListView::focusInEvent(event);
+}
+
+void RQAlertViewButtonList::setPressedRow(int row) {
+  const int shown = isRowEnabled(row) ? row : -1;
+  if (cell_->setting().pressedRow == shown) return;
+  cell_->setting().pressedRow = shown;
+  viewport()->update();
+}
+
+int RQAlertViewButtonList::rowAt(const QPoint& position) const {
+  return indexAt(position).row();
+}
+
+bool RQAlertViewButtonList::isRowEnabled(int row) const {
+  return row >= 0 && row < rows().count() && (model_->flags(model_->index(row)) & Qt::ItemIsEnabled);
+}

@@ -1,0 +1,64 @@
+// The buttons of a dialog one below the other, of any number.
+#pragma once
+
+#include "RQAlertView/RQAlertViewButtonProperties.h"
+#include "RQAlertView/RQAlertViewRows.h"
+
+#include <functional>
+
+#include <QListView>
+#include <QPainterPath>
+
+class RQAlertViewCell;
+class RQAlertViewListModel;
+
+// Tapping a row, or Return or Space on it, taps the button. At the ends the arrow keys go on to what comes
+// before or after the list.
+class RQAlertViewButtonList : public QListView {
+  Q_OBJECT
+
+ public:
+  using LookQuestion = std::function<RQAlertViewButtonLook(const RQAlertViewRow&)>;
+  using EnabledQuestion = std::function<bool(const RQAlertViewRow&)>;
+
+  RQAlertViewButtonList(LookQuestion look, EnabledQuestion enabled, QWidget* parent);
+
+  void setRows(const RQAlertViewRows& rows);
+  const RQAlertViewRows& rows() const;
+  // The looks of all rows, or whether they are enabled, may have changed.
+  void looksChanged();
+  void rowChanged(int row);
+
+  enum class RowHeights { Uniform, EachItsOwn };
+  // Uniform rows are all `leastHeight` high, and only those that are seen cost anything; otherwise every row
+  // is measured for the width and is at least that high.
+  void setRowHeights(RowHeights heights, double leastHeight, int width);
+  double heightOfRows() const;
+  double leastRowHeight() const;
+
+  void setSeparatorsColor(const QColor& color);
+  // The outline of the card that the list lies in, in the list's coordinates.
+  void setCard(const QPainterPath& card);
+
+  // As if the row had been tapped; a disabled row cannot be.
+  void tap(int row);
+
+ signals:
+  void rowTapped(int row);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+
+ private:
+  void setPressedRow(int row);
+  int rowAt(const QPoint& position) const;
+  bool isRowEnabled(int row) const;
+
+  RQAlertViewListModel* model_;
+  RQAlertViewCell* cell_;
+  int pressStartRow_ = -1;
+};

@@ -1,0 +1,193 @@
+#include "RQAlertView/RQAlertViewContent.h"
+
+#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewProgressView.h"
+#include "RQAlertView/RQAlertViewTextField.h"
+#include "platform/EventBoundary.h"
+#include "platform/UIActivityIndicatorView.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using namespace RQAlertViewMetrics;
+
+Qt::Alignment alignmentFor(NSTextAlignment alignment) {
+  switch (alignment) {
+    case NSTextAlignment::Center:
+      return Qt::AlignHCenter | Qt::AlignVCenter;
+    case NSTextAlignment::Right:
+      return Qt::AlignRight | Qt::AlignVCenter;
+    default:
+      return Qt::AlignLeft | Qt::AlignVCenter;
+  }
+}
+
+}  // namespace
+
+RQAlertViewContent::RQAlertViewContent(const RQAlertViewContents& contents,
+                                       const RQAlertViewAppearance& appearance, QWidget* parent)
+    : QWidget(parent), innerView_(contents.innerView) {
+  if (innerView_) {
+    innerView_->setParent(this);
+    innerView_->show();
+  }
+  switch (contents.type) {
+    case RQAlertViewType::Default:
+      break;
+    case RQAlertViewType::ActivityIndicator:
+      indicator_ = new UIActivityIndicatorView(appearance.activityIndicatorViewStyle, this);
+      indicator_->show();
+      indicator_->startAnimating();
+      addProgressLabel(contents.progressLabelText);
+      break;
+    case RQAlertViewType::ProgressView:
+      progressView_ = new RQAlertViewProgressView(this);
+      progressView_->setProgress(contents.progress, false);
+      progressView_->show();
+      addProgressLabel(contents.progressLabelText);
+      break;
+    case RQAlertViewType::TextFields:
+      addTextFields(contents);
+      break;
+  }
+  applyAppearance(appearance);
+  if (!contents.textFieldsSetupHandler) return;
+  for (std::size_t index = 0; index < fields_.size(); ++index) {
+    if (fields_[index]) atEventBoundary(contents.textFieldsSetupHandler)(*fields_[index], index);
+  }
+}
+
+bool RQAlertViewContent::isEmpty() const {
+  return !innerView_ && !indicator_ && !progressView_ && fields_.empty();
+}
+
+void RQAlertViewContent::addTextFields(const RQAlertViewContents& contents) {
+  for (std::size_t index = 0; index < contents.numberOfTextFields; ++index) {
+    auto* field = new RQAlertViewTextField(this);
+    field->setAccessibleName(contents.title.isEmpty() ? contents.message : contents.title);
+    connect(field, &QLineEdit::returnPressed, this, atEventBoundary([this, index] { fieldEntered(index); }));
+    field->show();
+    fields_.emplace_back(field);
+  }
+}
+
+void RQAlertViewContent::addProgressLabel(const QString& text) {
+  progressLabel_ = new RQAlertViewLabel(this);
+  setProgressLabelText(text);
+}
+
+void RQAlertViewContent::applyAppearance(const RQAlertViewAppearance& appearance) {
+  if (indicator_) {
+    indicator_->setActivityIndicatorViewStyle(appearance.activityIndicatorViewStyle);
+    indicator_->setColor(appearance.activityIndicatorViewColor);
+  }
+  if (progressView_) {
+    progressView_->setColors(appearance.progressViewProgressTintColor, appearance.progressViewTrackTintColor);
+    progressView_->setImages(appearance.progressViewProgressImage, appearance.progressViewTrackImage);
+  }
+  if (progressLabel_) {
+    progressLabel_->setStyle({.font = appearance.progressLabelFont,
+                              .alignment = appearance.progressLabelTextAlignment,
+                              .numberOfLines = appearance.progressLabelNumberOfLines,
+                              .lineBreakMode = appearance.progressLabelLineBreakMode},
+                             appearance.progressLabelTextColor);
+  }
+  for (const auto& field : fields_) {
+    if (field) applyToTextField(*field, appearance);
+  }
+  applied_ = appearance;
+  everApplied_ = true;
+}
+
+void RQAlertViewContent::applyToTextField(RQAlertViewTextField& field,
+                                          const RQAlertViewAppearance& now) const {
+  const RQAlertViewAppearance& before = applied_;
+  const auto changed = [this](const auto& was, const auto& is) { return !everApplied_ || !(was == is); };
+  if (changed(before.textFieldsBackgroundColor, now.textFieldsBackgroundColor) ||
+      changed(before.textFieldsTextColor, now.textFieldsTextColor)) {
+    field.setColors(now.textFieldsBackgroundColor, now.textFieldsTextColor, now.tintColor);
+  }
+  if (changed(before.textFieldsFont, now.textFieldsFont)) field.setFont(now.textFieldsFont);
+  if (changed(before.textFieldsTextAlignment, now.textFieldsTextAlignment)) {
+    field.setAlignment(alignmentFor(now.textFieldsTextAlignment));
+  }
+  if (changed(before.textFieldsClearsOnBeginEditing, now.textFieldsClearsOnBeginEditing)) {
+    field.setClearsOnBeginEditing(now.textFieldsClearsOnBeginEditing);
+  }
+  if (changed(before.textFieldsAdjustsFontSizeToFitWidth, now.textFieldsAdjustsFontSizeToFitWidth) ||
+      changed(before.textFieldsMinimumFontSize, now.textFieldsMinimumFontSize) ||
+      changed(before.textFieldsFont, now.textFieldsFont)) {
+    field.setAdjustsFontSizeToFitWidth(now.textFieldsAdjustsFontSizeToFitWidth,
+                                       now.textFieldsMinimumFontSize);
+  }
+  if (changed(before.textFieldsClearButtonMode, now.textFieldsClearButtonMode)) {
+    field.setClearButtonMode(now.textFieldsClearButtonMode);
+  }
+}
+
+void RQAlertViewContent::setProgress(double progress, bool animated) {
+  if (progressView_) progressView_->setProgress(progress, animated);
+}
+
+void RQAlertViewContent::setProgressLabelText(const QString& text) {
+  if (!progressLabel_) return;
+  progressLabel_->setText(text);
+  progressLabel_->setVisible(!text.isEmpty());
+  emit heightChanged();
+}
+
+std::vector<RQAlertViewTextField*> RQAlertViewContent::textFields() const {
+  std::vector<RQAlertViewTextField*> fields;
+  for (const auto& field : fields_) {
+    if (field) fields.push_back(field);
+  }
+  return fields;
+}
+
+int RQAlertViewContent::heightForWidth(int width) const {
+  return place(width, true);
+}
+
+void RQAlertViewContent::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  place(width(), false);
+}
+
+int RQAlertViewContent::place(int width, bool measureOnly) const {
+  int y = 0;
+  const auto put = [&](QWidget* part, int partWidth, int partHeight, int gap) {
+    if (y > 0) y += gap;
+    if (!measureOnly) part->setGeometry((width - partWidth) / 2, y, partWidth, partHeight);
+    y += partHeight;
+  };
+  if (innerView_) {
+    const QSize hint = innerView_->sizeHint();
+    const int height = innerView_->hasHeightForWidth() ? innerView_->heightForWidth(width) : hint.height();
+    put(innerView_, width, std::clamp(height, innerView_->minimumHeight(), innerView_->maximumHeight()),
+        contentGap);
+  }
+  if (indicator_)
+    put(indicator_, indicator_->sizeHint().width(), indicator_->sizeHint().height(), contentGap);
+  if (progressView_) put(progressView_, width, progressView_->sizeHint().height(), contentGap);
+  if (progressLabel_ && !progressLabel_->isHidden()) {
+    put(progressLabel_, width, progressLabel_->heightForWidth(width), progressLabelGap);
+  }
+  for (const auto& field : fields_) {
+    if (!field) continue;
+    const auto least = static_cast<int>(std::lround(applied_.textFieldsHeight));
+    put(field, width, std::max(least, field->fontMetrics().height() + 2 * textFieldPadding), textFieldsGap);
+  }
+  return y;
+}
+
+void RQAlertViewContent::fieldEntered(std::size_t index) {
+  for (std::size_t next = index + 1; next < fields_.size(); ++next) {
+    if (!fields_[next] || !fields_[next]->isEnabled() || fields_[next]->isHidden()) continue;
+    fields_[next]->setFocus(Qt::TabFocusReason);
+    return;
+  }
+  emit lastFieldEntered();
+}

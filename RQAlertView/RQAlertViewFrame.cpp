@@ -1,0 +1,410 @@
+#include "RQAlertView/RQAlertViewFrame.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewHelper.h"
+#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewMetrics.h"
+#include "platform/EventBoundary.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QKeyEvent>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QScrollBar>
+
+namespace {
+
+using namespace RQAlertViewMetrics;
+
+constexpr int separatorThickness = 1;  // the room for a hairline
+
+// Says that the text above goes on: fades its last line out.
+class ScrollFade : public QWidget {
+ public:
+  explicit ScrollFade(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+  void setColor(const QColor& color) {
+    color_ = color;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QLinearGradient gradient(0, 0, 0, height());
+    QColor clear = color_;
+    clear.setAlpha(0);
+    gradient.setColorAt(0, clear);
+    gradient.setColorAt(1, color_);
+    QPainter(this).fillRect(rect(), gradient);
+  }
+
+ private:
+  QColor color_;
+};
+
+int rounded(double length) {
+  return static_cast<int>(std::lround(length));
+}
+
+bool comesFromBottom(const RQAlertView& alertView) {
+  return alertView.style() == RQAlertViewStyle::ActionSheet &&
+         !RQAlertViewHelper::isPadAndNotForce(alertView);
+}
+
+RQAlertViewRow cancelRowOf(const RQAlertView& alertView) {
+  return {RQAlertViewButtonKind::Cancel, 0, alertView.cancelButtonTitle()};
+}
+
+}  // namespace
+
+RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewContent* content, QWidget* parent)
+    : QWidget(parent),
+      alertView_(alertView),
+      card_(new RQAlertViewShadowView(this)),
+      cancelCard_(new RQAlertViewShadowView(this)),
+      header_(new QScrollArea(this)),
+      head_(new QWidget),
+      title_(new RQAlertViewLabel(head_)),
+      message_(new RQAlertViewLabel(head_)),
+      content_(content),
+      fade_(new ScrollFade(this)) {
+  head_->setAutoFillBackground(false);
+  content_->setParent(head_);
+  header_->setWidget(head_);
+  header_->setFrameShape(QFrame::NoFrame);
+  header_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  header_->setFocusPolicy(Qt::NoFocus);
+  header_->setAccessibleName(tr("Message"));
+  header_->viewport()->setAutoFillBackground(false);
+  // Shown one by one: a picture of the box is taken before the box itself is shown.
+  for (QWidget* part : {static_cast<QWidget*>(card_), static_cast<QWidget*>(header_), head_}) part->show();
+  title_->setText(alertView.title());
+  message_->setText(alertView.message());
+  title_->setVisible(!alertView.title().isEmpty());
+  message_->setVisible(!alertView.message().isEmpty());
+  content_->setVisible(!content_->isEmpty());
+  connect(header_->verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this](int value) { fade_->setVisible(value < header_->verticalScrollBar()->maximum()); });
+}
+
+RQAlertViewFrame::~RQAlertViewFrame() = default;
+
+void RQAlertViewFrame::layOutIn(const QRect& room) {
+  const int width = std::min(rounded(alertView_.width()), room.width());
+  applyLooks(width);
+  const double offset = alertView_.offsetVertical();
+  const double most = std::min(alertView_.heightMax(), room.height() - 2 * offset);
+  const Heights heights = heightsFor(width, most);
+
+  const int separator = heights.header > 0 && heights.buttons > 0 ? separatorThickness : 0;
+  const int cardHeight = heights.headerShown + separator + heights.buttons;
+  const int cancelGap = heights.cancel > 0 && cardHeight > 0 ? rounded(alertView_.cancelButtonOffsetY()) : 0;
+  const int total = cardHeight + cancelGap + heights.cancel;
+  const int x = room.x() + (room.width() - width) / 2;
+  const int y = comesFromBottom(alertView_) ? room.y() + room.height() - rounded(offset) - total
+                                            : room.y() + (room.height() - total) / 2;
+  const int margin = RQAlertViewShadowView::shadowMargin(card_->look());
+  setGeometry(QRect(x, y, width, total).adjusted(-margin, -margin, margin, margin));
+
+  const QRect card(margin, margin, width, cardHeight);
+  card_->setVisible(cardHeight > 0);
+  card_->setCardGeometry(card);
+  placeHeader(QRect(card.topLeft(), QSize(width, heights.headerShown)), heights.header);
+  placeButtons(QRect(margin, margin + heights.headerShown + separator, width, heights.buttons), card);
+
+  cancelCard_->setVisible(separateCancel_ != nullptr);
+  if (separateCancel_) {
+    const QRect cancel(margin, margin + cardHeight + cancelGap, width, heights.cancel);
+    cancelCard_->setCardGeometry(cancel);
+    separateCancel_->setGeometry(cancel);
+    separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
+  }
+}
+
+void RQAlertViewFrame::applyLooks(int width) {
+  const RQAlertView& a = alertView_;
+  const RQAlertViewShadowView::Look look{.backgroundColor = a.backgroundColor(),
+                                         .cornerRadius = a.layerCornerRadius(),
+                                         .borderColor = a.layerBorderColor(),
+                                         .borderWidth = a.layerBorderWidth(),
+                                         .shadowColor = a.layerShadowColor(),
+                                         .shadowRadius = a.layerShadowRadius(),
+                                         .shadowOffset = a.layerShadowOffset(),
+                                         .separatorsColor = a.separatorsColor()};
+  card_->setLook(look);
+  cancelCard_->setLook(look);
+  static_cast<ScrollFade*>(fade_)->setColor(a.backgroundColor());
+  const auto scrollBar = a.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
+  header_->setVerticalScrollBarPolicy(scrollBar);
+  applyLabels();
+  content_->applyAppearance(a.appearanceValues());
+  arrangeButtons(width);
+  if (list_) {
+    list_->setVerticalScrollBarPolicy(scrollBar);
+    list_->setSeparatorsColor(a.separatorsColor());
+  }
+  allButtonsChanged();
+}
+
+void RQAlertViewFrame::applyLabels() {
+  title_->setStyle({.font = alertView_.titleFont(), .alignment = alertView_.titleTextAlignment()},
+                   alertView_.titleTextColor());
+  message_->setStyle({.font = alertView_.messageFont(), .alignment = alertView_.messageTextAlignment()},
+                     alertView_.messageTextColor());
+}
+
+RQAlertViewFrame::Arrangement RQAlertViewFrame::arrangementFor(const RQAlertViewRows& rows, int width) const {
+  if (rows.count() == 0) return Arrangement::None;
+  if (alertView_.style() == RQAlertViewStyle::ActionSheet || alertView_.oneRowOneButton() ||
+      rows.count() > mostButtonsSideBySide) {
+    return Arrangement::List;
+  }
+  if (rows.count() == 1) return Arrangement::SideBySide;
+  const int column = (width - (rows.count() - 1) * separatorThickness) / rows.count();
+  for (int row = 0; row < rows.count(); ++row) {
+    const RQAlertViewRow each = rows.at(row);
+    const double least =
+        leastWidthOfRQAlertViewButton(each.title, alertView_.buttonLook(each), buttonPaddingSideBySide);
+    if (least > column) return Arrangement::List;
+  }
+  return Arrangement::SideBySide;
+}
+
+void RQAlertViewFrame::arrangeButtons(int width) {
+  const RQAlertViewRows rows(alertView_);
+  const Arrangement arrangement = arrangementFor(rows, width);
+  const bool changed = !(rows == rows_) || arrangement != arrangement_;
+  rows_ = rows;
+  arrangement_ = arrangement;
+  rebuildCancel();
+  if (changed) rebuildSideBySide(rows);
+  if (arrangement != Arrangement::List) {
+    if (list_) list_->hide();
+    return;
+  }
+  if (!list_) {
+    list_ = new RQAlertViewButtonList(
+        [this](const RQAlertViewRow& row) { return alertView_.buttonLook(row); },
+        [this](const RQAlertViewRow& row) { return alertView_.isButtonEnabled(row); }, this);
+    connect(list_, &RQAlertViewButtonList::rowTapped, this, atEventBoundary([this](int row) {
+              const RQAlertViewRow tappedRow = list_->rows().at(row);
+              emit tapped(tappedRow.kind, tappedRow.index);
+            }));
+  }
+  list_->show();
+  list_->setRows(rows);
+  double least = alertView_.buttonsHeight();
+  for (const auto kind :
+       {RQAlertViewButtonKind::Action, RQAlertViewButtonKind::Cancel, RQAlertViewButtonKind::Destructive}) {
+    const RQAlertViewButtonLook look = alertView_.buttonsLook(kind);
+    least = std::max<double>(least, heightOfRQAlertViewButton(QStringLiteral("X"), look, width, buttonPadding,
+                                                              alertView_.buttonsHeight()));
+  }
+  list_->setRowHeights(alertView_.hasUniformRows() ? RQAlertViewButtonList::RowHeights::Uniform
+                                                   : RQAlertViewButtonList::RowHeights::EachItsOwn,
+                       std::ceil(least), width);
+}
+
+void RQAlertViewFrame::rebuildSideBySide(const RQAlertViewRows& rows) {
+  // A button may be in the middle of its own click.
+  for (RQAlertViewButton* button : sideBySide_) {
+    button->hide();
+    button->deleteLater();
+  }
+  sideBySide_.clear();
+  sideBySideRows_.clear();
+  if (arrangement_ != Arrangement::SideBySide) return;
+  for (int row = 0; row < rows.count(); ++row) sideBySideRows_.push_back(rows.at(row));
+  // The safe answer comes first in a row, as it comes last in a list.
+  std::stable_partition(sideBySideRows_.begin(), sideBySideRows_.end(),
+                        [](const RQAlertViewRow& row) { return row.kind == RQAlertViewButtonKind::Cancel; });
+  for (const RQAlertViewRow& row : sideBySideRows_) {
+    sideBySide_.push_back(makeButton(row, buttonPaddingSideBySide));
+  }
+}
+
+void RQAlertViewFrame::rebuildCancel() {
+  const bool separate = RQAlertViewHelper::isCancelButtonSeparate(alertView_);
+  if (separate && !separateCancel_) {
+    separateCancel_ = makeButton(cancelRowOf(alertView_), buttonPadding);
+  } else if (!separate && separateCancel_) {
+    separateCancel_->hide();
+    separateCancel_->deleteLater();
+    separateCancel_ = nullptr;
+  }
+}
+
+RQAlertViewButton* RQAlertViewFrame::makeButton(const RQAlertViewRow& row, int padding) {
+  auto* button = new RQAlertViewButton(row.title, padding, this);
+  button->show();
+  connect(button, &QAbstractButton::clicked, this,
+          atEventBoundary([this, kind = row.kind, index = row.index] { emit tapped(kind, index); }));
+  return button;
+}
+
+int RQAlertViewFrame::headerHeight(int width) const {
+  const int inner = width - 2 * headerPadding;
+  int height = 0;
+  if (!title_->isHidden()) height += title_->heightForWidth(inner);
+  if (!message_->isHidden()) height += (height > 0 ? titleMessageGap : 0) + message_->heightForWidth(inner);
+  if (!content_->isHidden()) height += (height > 0 ? contentGap : 0) + content_->heightForWidth(inner);
+  if (height == 0) return 0;
+  return height + 2 * (alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
+                                                                     : actionSheetHeaderPaddingVertical);
+}
+
+RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHeight) const {
+  Heights heights;
+  heights.header = headerHeight(width);
+  if (separateCancel_) heights.cancel = rounded(buttonHeight(*separateCancel_, width));
+  double most = roomHeight;
+  if (separateCancel_) most -= heights.cancel + alertView_.cancelButtonOffsetY();
+  if (heights.header > 0) most -= separatorThickness;
+
+  double buttons = 0;
+  if (arrangement_ == Arrangement::SideBySide) {
+    const int columns = static_cast<int>(sideBySide_.size());
+    for (const RQAlertViewButton* button : sideBySide_) {
+      buttons = std::max(buttons, buttonHeight(*button, width / columns));
+    }
+  } else if (arrangement_ == Arrangement::List) {
+    buttons = list_->heightOfRows();
+  }
+  // Where both do not fit, each scrolls in its share.
+  const double least = std::max(most - buttons, std::min<double>(heights.header, most * headerShare));
+  heights.headerShown = rounded(std::clamp(least, 0.0, static_cast<double>(heights.header)));
+  heights.buttons = rounded(std::min(buttons, std::max(most - heights.headerShown, 0.0)));
+  if (arrangement_ == Arrangement::SideBySide) {
+    // A row of buttons cannot scroll, so all of the shortage is the header's.
+    heights.buttons = rounded(buttons);
+    heights.headerShown = rounded(std::clamp(most - buttons, 0.0, static_cast<double>(heights.header)));
+  }
+  return heights;
+}
+
+void RQAlertViewFrame::placeHeader(const QRect& area, int height) {
+  header_->setVisible(!area.isEmpty());
+  header_->setGeometry(area);
+  const bool overflows = height > area.height();
+  header_->setFocusPolicy(overflows ? Qt::TabFocus : Qt::NoFocus);
+  head_->setGeometry(0, head_->y(), area.width(), height);
+  const int inner = area.width() - 2 * headerPadding;
+  int y = alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
+                                                        : actionSheetHeaderPaddingVertical;
+  bool first = true;
+  const auto put = [&](QWidget* part, int gap) {
+    if (part->isHidden()) return;
+    if (!first) y += gap;
+    first = false;
+    const int partHeight = part->heightForWidth(inner);
+    part->setGeometry(headerPadding, y, inner, partHeight);
+    y += partHeight;
+  };
+  put(title_, titleMessageGap);
+  put(message_, titleMessageGap);
+  put(content_, contentGap);
+
+  const int fade = std::min(scrollFadeHeight, area.height());
+  fade_->setGeometry(area.x(), area.y() + area.height() - fade, area.width(), fade);
+  fade_->raise();
+  fade_->setVisible(overflows && header_->verticalScrollBar()->value() < height - area.height());
+}
+
+void RQAlertViewFrame::placeButtons(const QRect& area, const QRect& card) {
+  QList<QRect> separators;
+  const bool headed = area.y() > card.y();
+  if (headed && !area.isEmpty()) {
+    separators << QRect(area.x(), area.y() - separatorThickness, area.width(), separatorThickness);
+  }
+  if (arrangement_ == Arrangement::List) {
+    list_->setGeometry(area);
+    list_->setCard(card_->outline().translated(-area.topLeft()));
+  }
+  const int columns = static_cast<int>(sideBySide_.size());
+  const bool mirrored = layoutDirection() == Qt::RightToLeft;
+  for (int place = 0; place < columns; ++place) {
+    RQAlertViewButton* button = sideBySide_[static_cast<std::size_t>(place)];
+    const int column = mirrored ? columns - 1 - place : place;
+    const int left = area.x() + area.width() * column / columns + (column > 0 ? separatorThickness : 0);
+    const int right = area.x() + area.width() * (column + 1) / columns;
+    button->setGeometry(left, area.y(), right - left, area.height());
+    button->setCard(card_->outline().translated(-button->pos()));
+    if (column > 0)
+      separators << QRect(left - separatorThickness, area.y(), separatorThickness, area.height());
+  }
+  card_->setSeparators(separators);
+}
+
+double RQAlertViewFrame::buttonHeight(const RQAlertViewButton& button, int width) const {
+  return heightOfRQAlertViewButton(button.title(), button.look(), width, button.padding(),
+                                   alertView_.buttonsHeight());
+}
+
+void RQAlertViewFrame::buttonChanged(RQAlertViewButtonKind kind, std::size_t index) {
+  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) {
+    separateCancel_->setLook(alertView_.buttonLook(cancelRowOf(alertView_)));
+    separateCancel_->setEnabled(alertView_.cancelButtonEnabled());
+    return;
+  }
+  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
+    const RQAlertViewRow& row = sideBySideRows_[place];
+    if (row.kind != kind || row.index != index) continue;
+    sideBySide_[place]->setLook(alertView_.buttonLook(row));
+    sideBySide_[place]->setEnabled(alertView_.isButtonEnabled(row));
+  }
+  if (arrangement_ != Arrangement::List) return;
+  switch (kind) {
+    case RQAlertViewButtonKind::Action:
+      list_->rowChanged(rows_.rowOfAction(index));
+      break;
+    case RQAlertViewButtonKind::Cancel:
+      list_->rowChanged(rows_.count() - 1);
+      break;
+    case RQAlertViewButtonKind::Destructive:
+      list_->rowChanged(0);
+      break;
+  }
+}
+
+void RQAlertViewFrame::allButtonsChanged() {
+  if (separateCancel_) buttonChanged(RQAlertViewButtonKind::Cancel, 0);
+  for (const RQAlertViewRow& row : sideBySideRows_) buttonChanged(row.kind, row.index);
+  if (arrangement_ == Arrangement::List) list_->looksChanged();
+}
+
+QWidget* RQAlertViewFrame::initialFocus() {
+  if (separateCancel_ && separateCancel_->isEnabled()) return separateCancel_;
+  // The cancel button comes first among them where there is one.
+  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
+    if (sideBySideRows_[place].kind != RQAlertViewButtonKind::Destructive &&
+        sideBySide_[place]->isEnabled()) {
+      return sideBySide_[place];
+    }
+  }
+  if (arrangement_ == Arrangement::List) {
+    const int first = alertView_.destructiveButtonTitle().isNull() ? 0 : 1;
+    list_->setCurrentIndex(list_->model()->index(std::min(first, rows_.count() - 1), 0));
+    return list_;
+  }
+  return this;
+}
+
+RQAlertViewButton* RQAlertViewFrame::cancelButton() const {
+  if (separateCancel_) return separateCancel_;
+  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
+    if (sideBySideRows_[place].kind == RQAlertViewButtonKind::Cancel) return sideBySide_[place];
+  }
+  return nullptr;
+}
+
+void RQAlertViewFrame::keyPressEvent(QKeyEvent* event) {
+  // What fields and buttons leave over: round and round inside the box.
+  if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
+    focusNextPrevChild(event->key() == Qt::Key_Down);
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}

@@ -1,0 +1,87 @@
+// The box of a dialog: title, message and content above the buttons, on a card; on a phone's action sheet the
+// cancel button on a card of its own.
+#pragma once
+
+#include "RQAlertView/RQAlertViewButton.h"
+#include "RQAlertView/RQAlertViewButtonList.h"
+#include "RQAlertView/RQAlertViewRows.h"
+#include "RQAlertView/RQAlertViewShadowView.h"
+
+#include <vector>
+
+#include <QPointer>
+#include <QScrollArea>
+#include <QWidget>
+
+class RQAlertView;
+class RQAlertViewContent;
+class RQAlertViewLabel;
+
+// Reads everything from its dialog and reports taps; it knows neither the cover nor the stack of dialogs.
+class RQAlertViewFrame : public QWidget {
+  Q_OBJECT
+
+ public:
+  // Takes `content` over. `alertView` outlives the frame.
+  RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewContent* content, QWidget* parent);
+  ~RQAlertViewFrame() override;
+
+  const RQAlertView& alertView() const { return alertView_; }
+
+  // Takes the dialog's texts, looks and width over and lays everything out inside `room`, which is in the
+  // parent's coordinates: in its middle, or for an action sheet that comes from the bottom at its lower edge.
+  void layOutIn(const QRect& room);
+  // Whether a button can be tapped has changed, or how it looks.
+  void buttonChanged(RQAlertViewButtonKind kind, std::size_t index);
+  void allButtonsChanged();
+
+  // What the focus goes to when the dialog has been shown: never a destructive button.
+  QWidget* initialFocus();
+  // The button that a cancellation marks, or null.
+  RQAlertViewButton* cancelButton() const;
+
+ signals:
+  void tapped(RQAlertViewButtonKind kind, std::size_t index);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  enum class Arrangement { None, SideBySide, List };
+  struct Heights {
+    int header = 0;  // what it would take
+    int headerShown = 0;
+    int buttons = 0;
+    int cancel = 0;
+  };
+
+  void applyLooks(int width);
+  void applyLabels();
+  void arrangeButtons(int width);
+  void rebuildSideBySide(const RQAlertViewRows& rows);
+  void rebuildCancel();
+  RQAlertViewButton* makeButton(const RQAlertViewRow& row, int padding);
+  Arrangement arrangementFor(const RQAlertViewRows& rows, int width) const;
+
+  Heights heightsFor(int width, double roomHeight) const;
+  int headerHeight(int width) const;
+  void placeHeader(const QRect& area, int height);
+  void placeButtons(const QRect& area, const QRect& card);
+  double buttonHeight(const RQAlertViewButton& button, int width) const;
+
+  const RQAlertView& alertView_;
+  RQAlertViewShadowView* card_;
+  RQAlertViewShadowView* cancelCard_;
+  QScrollArea* header_;
+  QWidget* head_;
+  RQAlertViewLabel* title_;
+  RQAlertViewLabel* message_;
+  RQAlertViewContent* content_;
+  QWidget* fade_;
+  RQAlertViewButtonList* list_ = nullptr;
+  std::vector<RQAlertViewButton*> sideBySide_;
+  std::vector<RQAlertViewRow> sideBySideRows_;
+  RQAlertViewButton* separateCancel_ = nullptr;
+  Arrangement arrangement_ = Arrangement::None;
+  RQAlertViewRows rows_;
+};

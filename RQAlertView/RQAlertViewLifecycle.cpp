@@ -1,0 +1,187 @@
+// How a dialog comes and goes.
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewController.h"
+#include "RQAlertView/RQAlertViewFrame.h"
+#include "RQAlertView/RQAlertViewStage.h"
+#include "RQAlertView/RQAlertViewWindow.h"
+#include "platform/Autorelease.h"
+#include "platform/EventBoundary.h"
+#include "platform/NSNotificationCenter.h"
+#include "platform/UIApplication.h"
+#include "platform/UIKeyboard.h"
+#include "platform/dispatch.h"
+
+#include <utility>
+
+#include <QGuiApplication>
+
+namespace {
+
+void call(const RQAlertViewCompletionHandler& completionHandler) {
+  if (completionHandler) atEventBoundary(completionHandler)();
+}
+
+}  // namespace
+
+bool RQAlertView::isShowing() const {
+  return state_ == RQAlertViewState::Showing || state_ == RQAlertViewState::Shown;
+}
+
+void RQAlertView::show() {
+  showAnimated(false, false, {});
+}
+
+void RQAlertView::showAnimated() {
+  showAnimated(true, false, {});
+}
+
+void RQAlertView::showAnimated(bool animated, RQAlertViewCompletionHandler completionHandler) {
+  showAnimated(animated, false, std::move(completionHandler));
+}
+
+void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler) {
+  requireInitialized();
+  if (state_ != RQAlertViewState::Made || !window_) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  keptAlive_ = alive;
+  state_ = RQAlertViewState::Showing;
+  stage_->setVisible(!hidden);
+  stage_->layoutSubviews();
+  if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
+  window_->makeKeyAndVisible();
+  addObservers();
+  report(handlers_.willShowHandler, delegate_, &RQAlertViewDelegate::alertViewWillShow,
+         RQAlertViewWillShowNotification);
+  if (animated && state_ == RQAlertViewState::Showing) {
+    reportAnimations(handlers_.showAnimationsBlock, &RQAlertViewDelegate::showAnimationsForAlertView,
+                     RQAlertViewShowAnimationsNotification);
+  }
+  // A report may have dismissed the dialog.
+  if (state_ != RQAlertViewState::Showing) return;
+  stage_->bringIn(
+      animated ? animationDuration() : 0,
+      [this, completionHandler = std::move(completionHandler)] { showComplete(completionHandler); });
+}
+
+void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHandler) {
+  if (state_ != RQAlertViewState::Showing) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  state_ = RQAlertViewState::Shown;
+  // Covered meanwhile by another dialog, it gets the focus when it comes back.
+  const auto fields = textFieldsArray();
+  if (type() == RQAlertViewType::TextFields && !fields.empty()) {
+    fields.front()->becomeFirstResponder();
+  } else {
+    stage_->frame()->initialFocus()->setFocus(Qt::OtherFocusReason);
+  }
+  report(handlers_.didShowHandler, delegate_, &RQAlertViewDelegate::alertViewDidShow,
+         RQAlertViewDidShowNotification);
+  call(completionHandler);
+}
+
+void RQAlertView::dismiss() {
+  dismissAnimated(false);
+}
+
+void RQAlertView::dismissAnimated() {
+  dismissAnimated(true);
+}
+
+void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler completionHandler) {
+  if (!isShowing()) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  // A show that still moves ends as any other does, with all its reports.
+  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  if (!isShowing()) return;
+  if (!window_ || window_->isHidden()) {
+    state_ = RQAlertViewState::Dismissing;
+    dismissComplete(completionHandler);
+    return;
+  }
+  state_ = RQAlertViewState::Dismissing;
+  window_->endEditing();
+  report(handlers_.willDismissHandler, delegate_, &RQAlertViewDelegate::alertViewWillDismiss,
+         RQAlertViewWillDismissNotification);
+  if (animated) {
+    reportAnimations(handlers_.dismissAnimationsBlock, &RQAlertViewDelegate::dismissAnimationsForAlertView,
+                     RQAlertViewDismissAnimationsNotification);
+  }
+  if (!stage_) {
+    dismissComplete(completionHandler);
+    return;
+  }
+  stage_->takeOut(
+      animated ? animationDuration() : 0,
+      [this, completionHandler = std::move(completionHandler)] { dismissComplete(completionHandler); });
+}
+
+void RQAlertView::dismissComplete(const RQAlertViewCompletionHandler& completionHandler) {
+  if (state_ != RQAlertViewState::Dismissing) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  state_ = RQAlertViewState::Dismissed;
+  removeObservers();
+  if (window_) window_->setHidden(true);
+  report(handlers_.didDismissHandler, delegate_, &RQAlertViewDelegate::alertViewDidDismiss,
+         RQAlertViewDidDismissNotification);
+  releaseViews();
+  delegate_.reset();
+  call(completionHandler);
+}
+
+void RQAlertView::releaseViews() {
+  if (window_) window_->disconnect(this);
+  if (stage_) stage_->keep(std::move(keptAlive_));
+  viewController_.reset();
+  window_.reset();
+}
+
+void RQAlertView::windowGone() {
+  // Somebody has destroyed the window, most likely the application's end: there is nothing left to show.
+  state_ = RQAlertViewState::Dismissed;
+  removeObservers();
+  viewController_.reset();
+  window_.reset();
+  autorelease(std::move(keptAlive_));
+}
+
+void RQAlertView::addObservers() {
+  NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+  for (const QString& name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification,
+                              UIKeyboardWillChangeFrameNotification}) {
+    center.addObserver(this, name, nullptr,
+                       [this](const NSNotification& notification) { keyboardChanged(notification); });
+  }
+  center.addObserver(this, UIWindowDidBecomeVisibleNotification, nullptr,
+                     [this](const NSNotification& notification) { windowVisibleChanged(notification); });
+}
+
+void RQAlertView::removeObservers() {
+  NSNotificationCenter::defaultCenter().removeObserver(this);
+}
+
+void RQAlertView::keyboardChanged(const NSNotification& notification) {
+  if (!isShowing() || !window_ || window_->isHidden()) return;
+  const bool hides = notification.name == UIKeyboardWillHideNotification;
+  const QRectF frame = notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF();
+  stage_->setKeyboardFrame(
+      hides ? QRect() : frame.toAlignedRect(),
+      notification.userInfo.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
+      static_cast<QEasingCurve::Type>(
+          notification.userInfo.value(UIKeyboardAnimationCurveUserInfoKey, QEasingCurve::OutCubic).toInt()));
+}
+
+void RQAlertView::windowVisibleChanged(const NSNotification& notification) {
+  const auto* other = qobject_cast<UIWindow*>(notification.object);
+  if (!other || !window_ || other == window_.get() || window_->isHidden() ||
+      qobject_cast<const RQAlertViewWindow*>(other) || other->windowLevel() > window_->windowLevel()) {
+    return;
+  }
+  // A window that comes up below a dialog does not take the input from it.
+  dispatch_after(0, dispatch_get_main_queue(), [weak = weak_from_this()] {
+    const std::shared_ptr<RQAlertView> self = weak.lock();
+    if (self && self->isShowing() && self->window_ && !self->window_->isHidden()) {
+      self->window_->makeKeyAndVisible();
+    }
+  });
+}

@@ -1,0 +1,201 @@
+#include "RQAlertView/RQAlertViewStage.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewFrame.h"
+#include "RQAlertView/RQAlertViewHelper.h"
+#include "platform/EventBoundary.h"
+#include "platform/Motion.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace {
+
+int milliseconds(double seconds) {
+  return qRound(std::max(seconds, 0.0) * 1000);
+}
+
+QRectF between(const QRectF& from, const QRectF& to, double progress) {
+  const auto mix = [progress](double a, double b) { return a + (b - a) * progress; };
+  return {mix(from.x(), to.x()), mix(from.y(), to.y()), mix(from.width(), to.width()),
+          mix(from.height(), to.height())};
+}
+
+QRectF scaled(const QRectF& rect, double scale) {
+  QRectF result(0, 0, rect.width() * scale, rect.height() * scale);
+  result.moveCenter(rect.center());
+  return result;
+}
+
+}  // namespace
+
+RQAlertViewStage::RQAlertViewStage(const RQAlertView& alertView) : alertView_(alertView) {
+  animation_.setStartValue(0.0);
+  animation_.setEndValue(1.0);
+  animation_.setEasingCurve(QEasingCurve::OutCubic);
+  connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    progress_ = value.toDouble();
+    update();
+  });
+  connect(&animation_, &QVariantAnimation::finished, this, atEventBoundary([this] { finishMotion(); }));
+  connect(&shift_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+    if (frame_) frame_->move(value.toPoint());
+  });
+}
+
+void RQAlertViewStage::setFrame(RQAlertViewFrame* frame) {
+  frame_ = frame;
+  frame_->hide();
+}
+
+void RQAlertViewStage::layoutSubviews() {
+  shift_.stop();
+  if (frame_) frame_->layOutIn(freeRoom());
+  update();
+}
+
+void RQAlertViewStage::setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve) {
+  if (frame == keyboard_) return;
+  keyboard_ = frame;
+  if (!frame_) return;
+  const QPoint before = frame_->pos();
+  layoutSubviews();
+  const QPoint after = frame_->pos();
+  if (duration <= 0 || !motionEnabled() || !frame_->isVisible() || before == after) return;
+  frame_->move(before);
+  shift_.setStartValue(before);
+  shift_.setEndValue(after);
+  shift_.setDuration(milliseconds(duration));
+  shift_.setEasingCurve(curve);
+  shift_.start();
+}
+
+QRect RQAlertViewStage::freeRoom() const {
+  QRect room = rect();
+  if (!keyboard_.isEmpty() && keyboard_.top() > room.top() && keyboard_.top() < room.bottom()) {
+    room.setBottom(keyboard_.top() - 1);
+  }
+  return room;
+}
+
+void RQAlertViewStage::bringIn(double duration, std::function<void()> finished) {
+  start(Motion::BringIn, duration, std::move(finished));
+}
+
+void RQAlertViewStage::takeOut(double duration, std::function<void()> finished) {
+  start(Motion::TakeOut, duration, std::move(finished));
+}
+
+void RQAlertViewStage::changeFrom(const QPixmap& picture, const QRect& from, double duration,
+                                  std::function<void()> finished) {
+  earlierPicture_ = picture;
+  earlierPlace_ = from;
+  start(Motion::ChangeFrom, duration, std::move(finished));
+}
+
+void RQAlertViewStage::start(Motion motion, double duration, std::function<void()> finished) {
+  finishMotion();
+  finished_ = std::move(finished);
+  motion_ = motion;
+  progress_ = 0;
+  if (motion != Motion::TakeOut) takeBackdrop();
+  if (duration > 0 && motionEnabled() && isVisible()) {
+    picture_ = picture();
+    frame_->hide();
+    animation_.setDuration(milliseconds(duration));
+    animation_.start();
+    update();
+  } else {
+    finishMotion();
+  }
+}
+
+void RQAlertViewStage::finishMotion() {
+  if (motion_ == Motion::None) return;
+  in_ = std::exchange(motion_, Motion::None) != Motion::TakeOut;
+  animation_.stop();
+  picture_ = {};
+  earlierPicture_ = {};
+  if (frame_) frame_->setVisible(in_);
+  update();
+  // Last: what is called may move the box again or drop the dialog.
+  if (const std::function<void()> finished = std::exchange(finished_, nullptr)) finished();
+}
+
+QPixmap RQAlertViewStage::picture() const {
+  return frame_->grab();
+}
+
+void RQAlertViewStage::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  paintCover(painter);
+  if (motion_ != Motion::None) paintPicture(painter);
+}
+
+void RQAlertViewStage::paintCover(QPainter& painter) const {
+  double shown = in_ ? 1 : 0;
+  if (motion_ == Motion::BringIn) shown = progress_;
+  if (motion_ == Motion::TakeOut) shown = 1 - progress_;
+  if (motion_ == Motion::ChangeFrom) shown = 1;
+  const double alpha = std::clamp(shown * alertView_.coverAlpha(), 0.0, 1.0);
+  if (alpha <= 0) return;
+  painter.setOpacity(alpha);
+  if (!blurred_.isNull()) painter.drawPixmap(rect(), blurred_);
+  if (alertView_.coverColor().isValid()) painter.fillRect(rect(), alertView_.coverColor());
+  painter.setOpacity(1);
+}
+
+void RQAlertViewStage::paintPicture(QPainter& painter) const {
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  const QRectF place = frame_->geometry();
+  QRectF now = place;
+  double opacity = 1;
+  const bool fromBottom =
+      alertView_.style() == RQAlertViewStyle::ActionSheet && !RQAlertViewHelper::isPadAndNotForce(alertView_);
+  switch (motion_) {
+    case Motion::BringIn:
+    case Motion::TakeOut: {
+      const double in = motion_ == Motion::BringIn ? progress_ : 1 - progress_;
+      if (fromBottom) {
+        now.translate(0, (1 - in) * (height() - place.top()));
+      } else {
+        const double away = motion_ == Motion::BringIn ? alertView_.initialScale() : alertView_.finalScale();
+        now = scaled(place, away + (1 - away) * in);
+        opacity = in;
+      }
+      break;
+    }
+    case Motion::ChangeFrom:
+      now = between(earlierPlace_, place, progress_);
+      painter.setOpacity(1 - progress_);
+      painter.drawPixmap(now, earlierPicture_, QRectF(earlierPicture_.rect()));
+      opacity = progress_;
+      break;
+    case Motion::None:
+      return;
+  }
+  painter.setOpacity(opacity);
+  painter.drawPixmap(now, picture_, QRectF(picture_.rect()));
+}
+
+void RQAlertViewStage::takeBackdrop() {}
+
+void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  layoutSubviews();
+  if (motion_ != Motion::None) picture_ = picture();
+}
+
+void RQAlertViewStage::mousePressEvent(QMouseEvent* event) {
+  pressed_ = event->button() == Qt::LeftButton && !frame_->geometry().contains(event->position().toPoint());
+}
+
+void RQAlertViewStage::mouseReleaseEvent(QMouseEvent* event) {
+  const bool tapped = std::exchange(pressed_, false) && event->button() == Qt::LeftButton &&
+                      rect().contains(event->position().toPoint()) &&
+                      !frame_->geometry().contains(event->position().toPoint());
+  if (tapped && in_ && motion_ == Motion::None) emit coverTapped();
+}

@@ -1,0 +1,84 @@
+// The view of a dialog: the cover that dims what lies behind, the box, and their coming and going.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+#include <QEasingCurve>
+#include <QPixmap>
+#include <QVariantAnimation>
+#include <QWidget>
+
+class RQAlertView;
+class RQAlertViewFrame;
+
+// See-through until it is brought in. While it moves, a picture of the box moves and the box itself is out of
+// reach.
+class RQAlertViewStage : public QWidget {
+  Q_OBJECT
+
+ public:
+  // `alertView` outlives the stage, or is handed to keep().
+  explicit RQAlertViewStage(const RQAlertView& alertView);
+
+  // Takes `frame` over, which was made with this stage as its parent.
+  void setFrame(RQAlertViewFrame* frame);
+  RQAlertViewFrame* frame() const { return frame_; }
+
+  // For the present size of the window and place of the keyboard.
+  void layoutSubviews();
+  // The keyboard's frame in the screen's coordinates, empty for none. With a duration (seconds) the box moves
+  // to its new place where motion is on.
+  void setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve);
+
+  // Each ends with `finished`, which is called exactly once: at the end, at once without a duration
+  // (seconds), or by finishMotion(); never when the stage is destroyed first.
+  void bringIn(double duration, std::function<void()> finished);
+  void takeOut(double duration, std::function<void()> finished);
+  // Brings the box in by changing it from a picture of another one that stood at `from`.
+  void changeFrom(const QPixmap& picture, const QRect& from, double duration, std::function<void()> finished);
+  void finishMotion();
+
+  QPixmap picture() const;
+
+  // Keeps the dialog until the stage goes: its window is destroyed by the event loop, some time after the
+  // dialog has let go of it.
+  void keep(std::shared_ptr<RQAlertView> alertView) { kept_ = std::move(alertView); }
+
+ signals:
+  // The user tapped the cover.
+  void coverTapped();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  enum class Motion { None, BringIn, TakeOut, ChangeFrom };
+
+  void start(Motion motion, double duration, std::function<void()> finished);
+  QRect freeRoom() const;
+  void paintCover(QPainter& painter) const;
+  void paintPicture(QPainter& painter) const;
+  void takeBackdrop();
+
+  const RQAlertView& alertView_;
+  RQAlertViewFrame* frame_ = nullptr;
+  QRect keyboard_;
+
+  Motion motion_ = Motion::None;
+  bool in_ = false;  // the box is in place once nothing moves
+  double progress_ = 0;
+  QVariantAnimation animation_;
+  QVariantAnimation shift_;
+  std::function<void()> finished_;
+  QPixmap picture_;
+  QPixmap earlierPicture_;
+  QRect earlierPlace_;
+  QPixmap blurred_;
+  bool pressed_ = false;
+  std::shared_ptr<RQAlertView> kept_;
+};

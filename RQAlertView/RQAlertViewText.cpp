@@ -1,0 +1,268 @@
+#include "RQAlertView/RQAlertViewText.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QTextLayout>
+
+namespace {
+
+constexpr QChar leftToRightIsolate(0x2066);
+constexpr QChar popIsolate(0x2069);
+
+enum class Strength { Neutral, LeftToRight, RightToLeft };
+
+Strength strengthOf(QChar character) {
+  switch (character.direction()) {
+    case QChar::DirL:
+      return Strength::LeftToRight;
+    case QChar::DirR:
+    case QChar::DirAL:
+      return Strength::RightToLeft;
+    default:
+      return Strength::Neutral;
+  }
+}
+
+// A word takes the direction of its letters; one that mixes them is left to the usual rules.
+Strength strengthOf(QStringView word) {
+  Strength found = Strength::Neutral;
+  for (const QChar character : word) {
+    const Strength strength = strengthOf(character);
+    if (strength == Strength::Neutral) continue;
+    if (strength == Strength::RightToLeft) return strength;
+    found = strength;
+  }
+  return found;
+}
+
+QChar visible(QChar character) {
+  const char16_t code = character.unicode();
+  if (code == u'\n' || code == u'\t') return character == u'\t' ? QChar(u' ') : character;
+  if (code == QChar::LineSeparator || code == QChar::ParagraphSeparator) return u'\n';
+  if (code < 0x20) return QChar(0x2400 + code);
+  if (code == 0x7f) return QChar(0x2421);
+  const bool override = code >= 0x202a && code <= 0x202e;
+  return override || (code >= 0x80 && code < 0xa0) ? QChar(QChar::ReplacementCharacter) : character;
+}
+
+// Wraps each run of left-to-right words of a right-to-left line.
+QString isolated(QStringView line) {
+  QString result;
+  qsizetype written = 0;
+  qsizetype runStart = -1;
+  qsizetype runEnd = 0;
+  const auto closeRun = [&] {
+    if (runStart < 0) return;
+    result += line.mid(written, runStart - written);
+    result += leftToRightIsolate;
+    result += line.mid(runStart, runEnd - runStart);
+    result += popIsolate;
+    written = runEnd;
+    runStart = -1;
+  };
+  qsizetype start = 0;
+  while (start < line.size()) {
+    qsizetype end = start;
+    while (end < line.size() && !line[end].isSpace()) ++end;
+    const Strength strength = strengthOf(line.mid(start, end - start));
+    if (strength == Strength::LeftToRight) {
+      if (runStart < 0) runStart = start;
+      runEnd = end;
+    } else if (strength == Strength::RightToLeft) {
+      closeRun();
+    }
+    start = end + 1;
+  }
+  closeRun();
+  result += line.mid(written);
+  return result;
+}
+
+QTextOption optionFor(const RQAlertViewTextStyle& style, Qt::LayoutDirection direction) {
+  QTextOption option;
+  option.setTextDirection(direction);
+  switch (style.alignment) {
+    case NSTextAlignment::Left:
+      option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+      break;
+    case NSTextAlignment::Center:
+      option.setAlignment(Qt::AlignHCenter);
+      break;
+    case NSTextAlignment::Right:
+      option.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+      break;
+    case NSTextAlignment::Justified:
+      option.setAlignment(Qt::AlignJustify);
+      break;
+    case NSTextAlignment::Natural:
+      option.setAlignment(Qt::AlignLeft);
+      break;
+  }
+  if (style.numberOfLines == 1) {
+    option.setWrapMode(QTextOption::NoWrap);
+  } else if (style.lineBreakMode == NSLineBreakMode::ByCharWrapping) {
+    option.setWrapMode(QTextOption::WrapAnywhere);
+  } else {
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+  }
+  return option;
+}
+
+Qt::TextElideMode elideModeFor(NSLineBreakMode mode) {
+  switch (mode) {
+    case NSLineBreakMode::ByTruncatingHead:
+      return Qt::ElideLeft;
+    case NSLineBreakMode::ByTruncatingMiddle:
+      return Qt::ElideMiddle;
+    case NSLineBreakMode::ByClipping:
+      return Qt::ElideNone;
+    default:
+      return Qt::ElideRight;
+  }
+}
+
+QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double width) {
+  QFont font = style.font;
+  if (style.numberOfLines != 1 || !style.adjustsFontSizeToFitWidth) return font;
+  const double natural = RQAlertViewTextLayout::singleLineWidth(text, font);
+  if (natural <= width || natural <= 0) return font;
+  const double scale = std::max(style.minimumScaleFactor, width / natural);
+  if (font.pointSizeF() > 0) {
+    font.setPointSizeF(font.pointSizeF() * scale);
+  } else {
+    font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * scale)));
+  }
+  return font;
+}
+
+}  // namespace
+
+Qt::LayoutDirection RQAlertViewText::direction(const QString& text) {
+  for (const QChar character : text) {
+    const Strength strength = strengthOf(character);
+    if (strength != Strength::Neutral) {
+      return strength == Strength::RightToLeft ? Qt::RightToLeft : Qt::LeftToRight;
+    }
+  }
+  return QGuiApplication::layoutDirection();
+}
+
+QString RQAlertViewText::displayText(const QString& text) {
+  QString shown = text;
+  shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  for (QChar& character : shown) character = visible(character);
+  if (direction(shown) == Qt::LeftToRight) return shown;
+  QStringList lines = shown.split(u'\n');
+  for (QString& line : lines) line = isolated(line);
+  return lines.join(u'\n');
+}
+
+RQAlertViewTextLayout::RQAlertViewTextLayout(const QString& text, const RQAlertViewTextStyle& style,
+                                             double width)
+    : direction_(RQAlertViewText::direction(text)), width_(std::max(width, 1.0)) {
+  if (text.isEmpty()) return;
+  const QString shown = RQAlertViewText::displayText(text);
+  RQAlertViewTextStyle set = style;
+  set.font = fitted(shown, style, width_);
+  int linesLeft = style.numberOfLines > 0 ? style.numberOfLines : INT_MAX;
+  qsizetype start = 0;
+  while (start <= shown.size()) {
+    const qsizetype newline = shown.indexOf(u'\n', start);
+    const qsizetype end = newline < 0 ? shown.size() : newline;
+    const bool last = newline < 0;
+    if (linesLeft == 1 && !last) {
+      // More follows than there is room for: the last line stands for all the rest.
+      addLastLine(shown.mid(start), set);
+      return;
+    }
+    if (!addParagraph(shown.mid(start, end - start), set, linesLeft)) return;
+    start = end + 1;
+  }
+}
+
+RQAlertViewTextLayout::RQAlertViewTextLayout(RQAlertViewTextLayout&&) noexcept = default;
+RQAlertViewTextLayout& RQAlertViewTextLayout::operator=(RQAlertViewTextLayout&&) noexcept = default;
+RQAlertViewTextLayout::~RQAlertViewTextLayout() = default;
+
+bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlertViewTextStyle& style,
+                                         int& linesLeft) {
+  auto layout = std::make_unique<QTextLayout>(paragraph, style.font);
+  layout->setTextOption(optionFor(style, direction_));
+  layout->setCacheEnabled(true);
+  layout->beginLayout();
+  double y = 0;
+  int restStart = -1;
+  for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
+    line.setLineWidth(width_);
+    const bool fits =
+        line.textStart() + line.textLength() >= paragraph.size() && line.naturalTextWidth() <= width_;
+    if (linesLeft == 1 && !fits) {
+      restStart = line.textStart();
+      line.setNumColumns(0);
+      break;
+    }
+    line.setPosition({0, y});
+    y += line.height();
+    --linesLeft;
+  }
+  layout->endLayout();
+  if (restStart != 0) {
+    if (restStart > 0) {
+      // Set anew without the line that is replaced below.
+      int ignored = INT_MAX;
+      addParagraph(paragraph.left(restStart), style, ignored);
+    } else {
+      append(std::move(layout));
+    }
+  }
+  if (restStart >= 0) {
+    addLastLine(paragraph.mid(restStart), style);
+    return false;
+  }
+  return linesLeft > 0;
+}
+
+void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTextStyle& style) {
+  QString line = rest;
+  line.replace(u'\n', u' ');
+  const QFontMetricsF metrics(style.font);
+  const QString elided = metrics.elidedText(line, elideModeFor(style.lineBreakMode), width_);
+  truncated_ = elided != line;
+  RQAlertViewTextStyle single = style;
+  single.numberOfLines = 1;
+  auto layout = std::make_unique<QTextLayout>(elided, style.font);
+  layout->setTextOption(optionFor(single, direction_));
+  layout->setCacheEnabled(true);
+  layout->beginLayout();
+  QTextLine only = layout->createLine();
+  only.setLineWidth(width_);
+  only.setPosition({0, 0});
+  layout->endLayout();
+  append(std::move(layout));
+}
+
+void RQAlertViewTextLayout::append(std::unique_ptr<QTextLayout> layout) {
+  const double top = height_;
+  height_ += layout->boundingRect().height();
+  for (int index = 0; index < layout->lineCount(); ++index) {
+    naturalWidth_ = std::max(naturalWidth_, layout->lineAt(index).naturalTextWidth());
+  }
+  paragraphs_.push_back({std::move(layout), top});
+}
+
+void RQAlertViewTextLayout::paint(QPainter& painter, const QPointF& position, const QRectF& exposed) const {
+  for (const Paragraph& paragraph : paragraphs_) {
+    const QPointF corner = position + QPointF(0, paragraph.top);
+    if (corner.y() > exposed.bottom()) return;
+    if (corner.y() + paragraph.layout->boundingRect().height() < exposed.top()) continue;
+    paragraph.layout->draw(&painter, corner, {}, exposed);
+  }
+}
+
+double RQAlertViewTextLayout::singleLineWidth(const QString& text, const QFont& font) {
+  return QFontMetricsF(font).horizontalAdvance(text);
+}
