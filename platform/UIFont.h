@@ -7,3 +7,5 @@
 // text scale. Needs the application object.
 QFont systemFontOfSize(double size);
 QFont boldSystemFontOfSize(double size);
+// The desktop's font for code, in the same way.
+QFont fixedPitchFontOfSize(double size);

@@ -2,6 +2,7 @@
 
 #include "platform/EventBoundary.h"
 #include "platform/UIColor.h"
+#include "platform/UIFont.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
 #include "workspace/Selection.h"
@@ -81,6 +82,7 @@ FileListView::FileListView(QWidget* parent) : QListView(parent), model_(this) {
   setItemDelegate(new FileCell(this));
   setModel(&model_);
   setUniformItemSizes(true);
+  setFont(systemFontOfSize(metrics::listTextSize));
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
   setEditTriggers(NoEditTriggers);

@@ -1,13 +1,14 @@
 #include "ui/LogView.h"
 
+#include "platform/UIFont.h"
 #include "ui/LogViewAccessible.h"
+#include "ui/Metrics.h"
 
 #include <algorithm>
 
 #include <QAccessibleEvent>
 #include <QApplication>
 #include <QClipboard>
-#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -39,7 +40,7 @@ std::size_t bytesOfUnits(std::string_view bytes, int units) {
 }  // namespace
 
 LogView::LogView(QWidget* parent) : QAbstractScrollArea(parent) {
-  setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  setFont(fixedPitchFontOfSize(metrics::fixedPitchTextSize));
   setFocusPolicy(Qt::StrongFocus);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

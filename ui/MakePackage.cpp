@@ -11,11 +11,10 @@
 #include "ui/DialogLooks.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
+#include "ui/Metrics.h"
 #include "ui/ui_MakePackage.h"
 
 namespace {
-
-constexpr double titleSize = 17;
 
 void openURL(const std::string& address, std::function<void(bool)> completion = {}) {
   UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)), {},
@@ -44,7 +43,7 @@ void MakePackage::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
-  outlets_->titleLabel->setFont(boldSystemFontOfSize(titleSize));
+  outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
   outlets_->infoButton->setIcon(QIcon(QStringLiteral(":/pictures/about.png")));
   setView(view);
@@ -63,6 +62,7 @@ void MakePackage::loadView() {
 
 void MakePackage::viewDidLoad() {
   UIViewController::viewDidLoad();
+  outlets_->SuccessLable->setFont(systemFontOfSize(metrics::listTextSize));
   outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
   const auto style = [](UIButton* button, qreal radius) {
     button->setLayer({.cornerRadius = radius, .borderWidth = 1, .backgroundColor = grey(80)});

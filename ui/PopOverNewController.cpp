@@ -7,17 +7,16 @@
 #include "platform/UIColor.h"
 #include "platform/UIFont.h"
 #include "ui/Localized.h"
+#include "ui/Metrics.h"
 #include "ui/ui_PopOverNewController.h"
 #include "workspace/Selection.h"
 
-#include <QFontDatabase>
 #include <QShortcut>
 #include <QTextBlock>
 
 namespace {
 
 constexpr double loadDelay = 0.1;  // seconds; by then the main screen has recorded the pick
-constexpr double titleSize = 17;
 constexpr int tabColumns = 4;
 
 std::string described(const std::vector<std::string>& names) {
@@ -36,9 +35,9 @@ void PopOverNewController::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
-  outlets_->NavTitle->setFont(boldSystemFontOfSize(titleSize));
+  outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   QPlainTextEdit& editor = *outlets_->PopOvetText;
-  editor.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  editor.setFont(fixedPitchFontOfSize(metrics::fixedPitchTextSize));
   editor.setTabStopDistance(tabColumns * editor.fontMetrics().horizontalAdvance(' '));
   // Sources read from left to right, whatever language their comments are in.
   QTextOption option = editor.document()->defaultTextOption();

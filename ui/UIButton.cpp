@@ -1,5 +1,6 @@
 #include "ui/UIButton.h"
 
+#include "platform/UIFont.h"
 #include "ui/Metrics.h"
 
 #include <algorithm>
@@ -23,6 +24,7 @@ UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, p
   setFlat(true);
   setFocusPolicy(Qt::StrongFocus);
   setIconSize(QSize(metrics::iconSize, metrics::iconSize));
+  setFont(systemFontOfSize(metrics::buttonTextSize));
 }
 
 void UIButton::setLayer(const Layer& layer) {

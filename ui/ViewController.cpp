@@ -12,6 +12,7 @@
 #include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 #include "ui/MakePackage.h"
+#include "ui/Metrics.h"
 #include "ui/NewProjectMenu.h"
 #include "ui/OptionsMenu.h"
 #include "ui/PopOverNewController.h"
@@ -26,7 +27,6 @@
 namespace {
 
 constexpr double refreshDelay = 0.1;  // seconds
-constexpr double titleSize = 20;
 
 void showMissingTheos() {
   const auto dialog = RQAlertView::alertViewWithTitle(
@@ -46,7 +46,7 @@ void ViewController::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
-  outlets_->ProjLableName->setFont(boldSystemFontOfSize(titleSize));
+  outlets_->ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   wireButtons();
   wireShortcuts();

@@ -3,6 +3,27 @@
 
 #include <array>
 #include <cstdio>
+
+#include <gtest/gtest.h>
+
+// Failures go where the test program's output went at its start, whatever the streams lead to when they
+// happen.
+class FailureReport : public testing::EmptyTestEventListener {
+ public:
+  void OnTestPartResult(const testing::TestPartResult& result) override {
+    if (!result.failed()) return;
+    const char* const file = result.file_name() != nullptr ? result.file_name() : "unknown file";
+    dprintf(output_, "%s:%d: %s\n", file, result.line_number(), result.message());
+  }
+
+ private:
+  const int output_ = dup(STDOUT_FILENO);
+};
+
+inline const bool failuresAreReported = [] {
+  testing::UnitTest::GetInstance()->listeners().Append(new FailureReport);
+  return true;
+}();
 #include <unistd.h>
 
 class StandardStreams {

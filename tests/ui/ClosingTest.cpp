@@ -1,8 +1,8 @@
 // Closing the window while a build prints for ever: the process ends in order, and so does everything that it
 // started.
-#include "platform/NSRunLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
+#include "platform/dispatch.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "ui/AppDelegate.h"
@@ -33,16 +33,13 @@ TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
   bool closed = false;
   const int status = UIApplicationMain(applicationArguments, applicationVector, [&closed] {
     endCommandsWithApplication();
-    performSelectorAfterDelay(
-        qApp,
-        [&closed] {
-          finger::tap("Build");
-          finger::tap("Make Package");
-          finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); },
-                            "make does not start");
-          closed = UIScreen::mainScreen()->close();
-        },
-        0);
+    dispatch_async(dispatch_get_main_queue(), [&closed] {
+      finger::tap("Build");
+      finger::tap("Make Package");
+      finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); },
+                        "make does not start");
+      closed = UIScreen::mainScreen()->close();
+    });
     return makeAppDelegate();
   });
   EXPECT_EQ(status, 0);

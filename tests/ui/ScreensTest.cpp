@@ -71,7 +71,8 @@ class Screens : public testing::Test {
     waitToSee("Reload");
   }
 
-  static const LogView& log() { return *qobject_cast<LogView*>(finger::find("Build log")); }
+  // Whether or not a dialog lies above it.
+  static const LogView& log() { return *UIScreen::mainScreen()->findChild<LogView*>(); }
 
   static void openBuildScreen() {
     tap("Build");

@@ -2,17 +2,17 @@
 // clicks and keys, with a picture of each screen and dialog on the way. Runs in the device and prints, at its
 // end, the paths of the package and of the pictures there.
 #include "core/FileManager.h"
-#include "core/PropertyList.h"
 #include "core/Text.h"
 #include "platform/Motion.h"
-#include "platform/NSRunLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
+#include "platform/dispatch.h"
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
 #include "ui/Localized.h"
 #include "ui/LogView.h"
 #include "ui/tour/Finger.h"
+#include "workspace/ProjectName.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -40,14 +40,15 @@ class Tour {
   void go() {
     mainJob();
     otherScreens("");
-    setPropertyListValue("/Applications/Tweakbench.app/LangFile.plist", "Language", "AR");
-    tap("Reload");
+    setLanguage(Language::Arabic);
+    tap("Choose Project");
+    tap(projectName);
+    finger::waitUntil([] { return QGuiApplication::isRightToLeft(); }, "the screens do not turn round");
     arabic();
   }
 
  private:
   void picture(const char* name) {
-    QTest::qWait(30);  // what was asked to be painted is painted
     const QString path =
         QStringLiteral("%1/%2-%3.png").arg(pictureFolder).arg(++number_, 2, 10, QLatin1Char('0')).arg(name);
     if (!UIScreen::mainScreen()->grab().save(path))
@@ -163,18 +164,15 @@ int main(int argc, char** argv) {
     // A picture must not catch a dialog half way.
     setMotionEnabled(false);
     endCommandsWithApplication();
-    performSelectorAfterDelay(
-        qApp,
-        [&] {
-          try {
-            Tour(report).go();
-            if (reportPackage(report)) status = EXIT_SUCCESS;
-          } catch (const std::exception& error) {
-            std::fprintf(report, "The tour stopped: %s\n", error.what());
-          }
-          QCoreApplication::quit();
-        },
-        0);
+    dispatch_async(dispatch_get_main_queue(), [&] {
+      try {
+        Tour(report).go();
+        if (reportPackage(report)) status = EXIT_SUCCESS;
+      } catch (const std::exception& error) {
+        std::fprintf(report, "The tour stopped: %s\n", error.what());
+      }
+      QCoreApplication::quit();
+    });
     return makeAppDelegate();
   });
   std::fclose(report);
