@@ -7,22 +7,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 #include <plist/plist.h>
 
 namespace {
-
-plist_t parsed(const std::string& bytes) {
-  plist_t node = nullptr;
-  // plist_from_memory would choose by itself, but its parameters differ between versions of the library.
-  const auto size = static_cast<std::uint32_t>(bytes.size());
-  if (isBinaryPropertyList(bytes)) {
-    plist_from_bin(bytes.data(), size, &node);
-  } else {
-    plist_from_xml(bytes.data(), size, &node);
-  }
-  return node;
-}
 
 // XML has no way to write control characters, and the library would write them raw.
 bool canStandInXML(std::string_view value) {
@@ -35,16 +24,12 @@ bool canStandInXML(std::string_view value) {
 
 }  // namespace
 
-void PropertyList::Release::operator()(void* node) const {
-  plist_free(node);
-}
-
 std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::string& path) {
   const MaybeText bytes = contentsOfFile(path, largestPropertyList);
-  if (!bytes || !isWithinPropertyListBounds(*bytes)) return std::nullopt;
-  PropertyList list(parsed(*bytes));
-  if (!list.dictionary_ || plist_get_node_type(list.dictionary_.get()) != PLIST_DICT) return std::nullopt;
-  return list;
+  if (!bytes) return std::nullopt;
+  PropertyListNode list = parsedPropertyList(*bytes);
+  if (!list || plist_get_node_type(list.get()) != PLIST_DICT) return std::nullopt;
+  return PropertyList(std::move(list));
 }
 
 MaybeText PropertyList::objectForKey(const std::string& key) const {

@@ -1,10 +1,11 @@
 // Property lists as settings: a dictionary in a file, read whole, changed, written back whole.
 #pragma once
 
+#include "core/PropertyListNode.h"
 #include "core/Text.h"
 
-#include <memory>
 #include <string>
+#include <utility>
 
 // A dictionary read from a file, XML or binary. Move-only; one thread at a time.
 class PropertyList {
@@ -23,12 +24,9 @@ class PropertyList {
   bool writeToFile(const std::string& path) const;
 
  private:
-  struct Release {
-    void operator()(void* node) const;
-  };
-  explicit PropertyList(void* dictionary) : dictionary_(dictionary) {}
+  explicit PropertyList(PropertyListNode dictionary) : dictionary_(std::move(dictionary)) {}
 
-  std::unique_ptr<void, Release> dictionary_;
+  PropertyListNode dictionary_;
 };
 
 // One value of the dictionary in the file; absent as objectForKey says, or when the file cannot be read.

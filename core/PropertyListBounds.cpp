@@ -96,12 +96,13 @@ class BinaryList {
     if (at >= bytes_.size()) return false;
     const unsigned marker = static_cast<unsigned char>(bytes_[at]);
     const unsigned kind = marker >> 4;
+    if (kind >= data && kind <= wideText) return countText(marker, at);
     constexpr unsigned array = 0xA;
     constexpr unsigned set = 0xC;
     constexpr unsigned dictionary = 0xD;
     if (kind != array && kind != set && kind != dictionary) return true;
     std::uint64_t first = at + 1;
-    const auto count = countAt(marker & 0xF, first);
+    const auto count = countAt(marker & 0xF, first, mostPropertyListValues);
     if (!count) return false;
     const std::uint64_t references = kind == dictionary ? 2 * *count : *count;
     if (references > (bytes_.size() - first) / referenceSize_) return false;
@@ -111,8 +112,18 @@ class BinaryList {
     return true;
   }
 
-  // The number of members; `first` is moved to the first reference. Absent when the bytes end before.
-  std::optional<std::uint64_t> countAt(unsigned low, std::uint64_t& first) const {
+  // Adds a text's or a data's bytes to the sum.
+  bool countText(unsigned marker, std::uint64_t at) {
+    std::uint64_t first = at + 1;
+    const auto length = countAt(marker & 0xF, first, bytes_.size());
+    if (!length) return false;
+    text_ += marker >> 4 == wideText ? 2 * *length : *length;
+    return text_ <= mostPropertyListText;
+  }
+
+  // The number of members; `first` is moved to the first of them. Absent when it is more than `most` or the
+  // bytes end before.
+  std::optional<std::uint64_t> countAt(unsigned low, std::uint64_t& first, std::uint64_t most) const {
     constexpr unsigned countFollows = 0xF;
     if (low != countFollows) return low;
     if (first >= bytes_.size()) return std::nullopt;
@@ -120,9 +131,12 @@ class BinaryList {
     if (bytes_.size() - first - 1 < size) return std::nullopt;
     const std::uint64_t count = number(first + 1, size);
     first += 1 + size;
-    if (count > mostPropertyListValues) return std::nullopt;
+    if (count > most) return std::nullopt;
     return count;
   }
+
+  static constexpr unsigned data = 0x4;
+  static constexpr unsigned wideText = 0x6;  // two bytes a unit
 
   std::string_view bytes_;
   unsigned offsetSize_ = 0;
@@ -131,6 +145,7 @@ class BinaryList {
   std::uint64_t top_ = 0;
   std::uint64_t table_ = 0;
   std::size_t visited_ = 0;
+  std::uint64_t text_ = 0;
 };
 
 }  // namespace

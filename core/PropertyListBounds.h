@@ -8,7 +8,8 @@
 
 inline constexpr std::size_t largestPropertyList = std::size_t{1} << 20;  // bytes
 inline constexpr int deepestPropertyList = 64;                            // levels of arrays and dictionaries
-inline constexpr std::size_t mostPropertyListValues = 20'000;  // values, shared ones counted each time
+inline constexpr std::size_t mostPropertyListValues = 20'000;   // values, shared ones counted each time
+inline constexpr std::size_t mostPropertyListText = 4'000'000;  // bytes of text and data, counted likewise
 
 bool isBinaryPropertyList(std::string_view bytes);
 

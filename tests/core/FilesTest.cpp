@@ -1,6 +1,7 @@
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
 #include "core/PropertyListBounds.h"
+#include "core/PropertyListTree.h"
 #include "support/TemporaryFolder.h"
 
 #include <csignal>
@@ -147,6 +148,21 @@ std::string sharedReferences() {
   return bytes + std::string(8, '\0') + std::string(7, '\0') + table;
 }
 
+// One text of 60,000 bytes, which an array holds so many `times`.
+std::string sharedText(unsigned char times) {
+  constexpr std::size_t length = 60'000;
+  const auto number = [](std::size_t value, int size) {
+    std::string bytes;
+    for (int shift = 8 * (size - 1); shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift);
+    return bytes;
+  };
+  const std::string array = "\xAF\x10" + number(times, 1) + std::string(times, '\x01');
+  const std::string text = "\x5F\x11" + number(length, 2) + std::string(length, 'x');
+  const std::string objects = "bplist00" + array + text;
+  return objects + number(8, 3) + number(8 + array.size(), 3) + std::string(6, '\0') + "\x03\x01" +
+         number(2, 8) + number(0, 8) + number(objects.size(), 8);
+}
+
 TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
   ASSERT_TRUE(isWithinPropertyListBounds(binaryList));
   ASSERT_TRUE(isWithinPropertyListBounds(nested(60)));
@@ -170,6 +186,7 @@ TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
       {"larger than settings are",
        xmlList("<dict><key>k</key><string>" + std::string(2 << 20, 'x') + "</string></dict>")},
       {"shared references that multiply", sharedReferences()},
+      {"a shared text that multiplies", sharedText(200)},
       {"a dictionary that holds itself", selfReferring},
       {"binary, cut off", binaryList.substr(0, 40)},
       {"binary, only the magic", "bplist00"},
@@ -201,6 +218,33 @@ TEST(PropertyLists, AnyOneDamagedByteIsSurvived) {
     }
   }
   EXPECT_GE(stillRead, binaryList.size()) << "the unchanged list itself must be read";
+}
+
+TEST(PropertyLists, ATreeHoldsEveryKindOfValue) {
+  const auto tree =
+      propertyListTree(xmlList("<array><string>نص</string><integer>-5</integer><integer>9223372036854775807</"
+                               "integer><real>1.5</real><true/>"
+                               "<dict><key>a</key><array><false/></array></dict><date>2020-01-01T00:00:00Z</"
+                               "date><string>\xE9</string></array>"));
+  ASSERT_TRUE(tree);
+  ASSERT_NE(tree->array(), nullptr);
+  const PropertyListValue::Array& values = *tree->array();
+  ASSERT_EQ(values.size(), 8U);
+  EXPECT_EQ(*values[0].text(), "نص");
+  EXPECT_EQ(std::get<std::int64_t>(values[1].value), -5);
+  EXPECT_EQ(std::get<std::int64_t>(values[2].value), INT64_MAX);
+  EXPECT_EQ(std::get<double>(values[3].value), 1.5);
+  EXPECT_TRUE(std::get<bool>(values[4].value));
+  ASSERT_NE(values[5].find("a"), nullptr);
+  EXPECT_FALSE(std::get<bool>(values[5].find("a")->array()->at(0).value));
+  EXPECT_EQ(values[5].find("b"), nullptr);
+  EXPECT_EQ(values[0].find("a"), nullptr);
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(values[6].value));
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(values[7].value)) << "no UTF-8";
+  EXPECT_FALSE(propertyListTree(sharedReferences()));
+  EXPECT_TRUE(propertyListTree(sharedText(20)));
+  EXPECT_FALSE(propertyListTree(sharedText(200)));
+  EXPECT_FALSE(propertyListTree("Choose = somewhere"));
 }
 
 }  // namespace
