@@ -1,0 +1,27 @@
+// The text side of importing a Flex patch: from what the converter printed to the entries a user chooses
+// from, and from the chosen entry to the key under which it is converted.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the converter calls itself, on its first line and over the entries.
+inline constexpr std::string_view flexBanner = "Flex to Theos by Mossgrove & updated by Wexley88";
+
+// `log` without the printable part of the converter's colour sequences, its banner, its prompt and its
+// complaints: one literal replacement after the other, in a fixed order. The escape bytes stay, and so does
+// every sequence that is not known.
+std::string cleanedFlexMenu(std::string_view log);
+
+// The pieces between the line feeds, empty ones included: one more than there are line feeds.
+std::vector<std::string> splitLines(std::string_view text);
+
+// The entries of a cleaned log, in its order: its lines without the first, the third and the last three, and
+// of what is left without the empty ones. Throws std::out_of_range when there are fewer than five lines.
+std::vector<std::string> flexMenuEntries(const std::string& cleaned);
+
+// The entry `title` (UTF-8) without its first three characters and without its blanks. A character is a code
+// point here, where a phone counts UTF-16 units: a difference only when one of the three lies past U+FFFF,
+// which the phone would cut in half. Throws std::out_of_range when the title has fewer than three characters.
+std::string flexPatchKey(std::string_view title);
