@@ -1,0 +1,132 @@
+#include "converter/PlainText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace {
+
+constexpr std::size_t longestMenuName = 120;  // bytes; a file name holds 255
+constexpr std::size_t longestComment = 300;   // bytes
+
+// Splits the first character off `rest`, which is not empty.
+std::string_view takeCharacter(std::string_view& rest) {
+  std::size_t length = 1;
+  while (length < rest.size() && (static_cast<unsigned char>(rest[length]) & 0xC0) == 0x80) ++length;
+  const std::string_view character = rest.substr(0, length);
+  rest.remove_prefix(length);
+  return character;
+}
+
+char32_t codePoint(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  if (character.size() == 1) return first;
+  char32_t point = first & (0x7FU >> character.size());
+  for (const char byte : character.substr(1)) point = point << 6 | (static_cast<unsigned char>(byte) & 0x3FU);
+  return point;
+}
+
+struct Range {
+  char32_t first;
+  char32_t last;
+};
+
+// What is not seen or breaks lines: controls, blanks of unusual widths, separators, marks of direction,
+// fillers. The two joiners (U+200C, U+200D) stay, being part of words and of pictures.
+constexpr std::array<Range, 14> unseen{{
+    {0x00, 0x1F},
+    {0x7F, 0xA0},
+    {0xAD, 0xAD},
+    {0x061C, 0x061C},
+    {0x115F, 0x1160},
+    {0x1680, 0x1680},
+    {0x180E, 0x180E},
+    {0x2000, 0x200B},
+    {0x200E, 0x200F},
+    {0x2028, 0x202F},
+    {0x205F, 0x206F},
+    {0x3000, 0x3000},
+    {0xFEFF, 0xFEFF},
+    {0xFFF9, 0xFFFB},
+}};
+
+bool isSeen(char32_t point) {
+  const auto holds = [point](const Range& range) { return point >= range.first && point <= range.last; };
+  const bool isTag = point >= 0xE0000 && point <= 0xE0FFF;
+  return !isTag && std::none_of(unseen.begin(), unseen.end(), holds);
+}
+
+bool isLetterOrDigit(char32_t point) {
+  return (point >= 'a' && point <= 'z') || (point >= 'A' && point <= 'Z') || (point >= '0' && point <= '9');
+}
+
+bool isOneOf(char32_t point, std::string_view characters) {
+  return point < 0x80 && characters.find(static_cast<char>(point)) != std::string_view::npos;
+}
+
+bool mayStandInMenu(char32_t point) {
+  if (point >= 0x80) return isSeen(point);
+  return isLetterOrDigit(point) || isOneOf(point, "-_.,+");
+}
+
+// A question mark may be half of a trigraph, and thus a backslash.
+bool mayStandInComment(char32_t point) {
+  return isSeen(point) && !isOneOf(point, "\\%?\"/");
+}
+
+// `text` with whatever may not stand, and each run of blanks, as one blank; none at the ends; cut off after
+// `longest` bytes, between two characters.
+std::string onlyWhat(bool (*mayStand)(char32_t), std::string_view text, std::size_t longest) {
+  std::string kept;
+  bool blankBefore = false;
+  while (!text.empty()) {
+    const std::string_view character = takeCharacter(text);
+    const char32_t point = codePoint(character);
+    if (point == ' ' || !mayStand(point)) {
+      blankBefore = !kept.empty();
+      continue;
+    }
+    if (kept.size() + character.size() + (blankBefore ? 1 : 0) > longest) break;
+    if (blankBefore) kept += ' ';
+    kept += character;
+    blankBefore = false;
+  }
+  return kept;
+}
+
+// Octal, since it ends after three digits whatever follows.
+void appendEscaped(std::string& literal, std::string_view bytes) {
+  for (const char byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    literal += '\\';
+    for (const int shift : {6, 3, 0}) literal += static_cast<char>('0' + (value >> shift & 7));
+  }
+}
+
+}  // namespace
+
+std::string menuName(std::string_view name) {
+  std::string kept = onlyWhat(mayStandInMenu, name, longestMenuName);
+  return kept.empty() ? "Unnamed" : kept;
+}
+
+std::string commentText(std::string_view text) {
+  return onlyWhat(mayStandInComment, text, longestComment);
+}
+
+std::string stringLiteral(std::string_view text) {
+  std::string literal = "@\"";
+  while (!text.empty()) {
+    const std::string_view character = takeCharacter(text);
+    const char32_t point = codePoint(character);
+    // Logos looks for its directives and for the closing quote itself, and is not to be led astray by "%end"
+    // or by a backslash before a quote.
+    const bool stands = isSeen(point) && !isOneOf(point, "\\\"%?");
+    if (stands) {
+      literal += character;
+    } else {
+      appendEscaped(literal, character);
+    }
+  }
+  return literal + '"';
+}
