@@ -17,12 +17,13 @@ void print(std::FILE* out, const std::string& text) {
   std::fflush(out);
 }
 
-// The next line, or as much of it as any answer can be long; empty at the end of the input. There is one try
-// only: a program whose input is its own output would otherwise never be done with complaining.
+// The next line; empty at the end of the input, and for a line longer than any answer. There is one try only:
+// a program whose input is its own output would otherwise never be done with complaining.
 std::string answerFrom(std::FILE* in) {
   std::array<char, 1024> line{};
   if (std::fgets(line.data(), static_cast<int>(line.size()), in) == nullptr) return {};
-  return line.data();
+  std::string answer = line.data();
+  return answer.size() + 1 < line.size() ? answer : std::string();
 }
 
 Ending refuse(std::FILE* out, const std::string& text) {

@@ -61,9 +61,8 @@ std::optional<std::size_t> chosenPatch(std::string_view answer, const std::vecto
   std::size_t index = 0;
   const auto [end, error] = std::from_chars(answer.data(), answer.data() + answer.size(), index);
   if (error != std::errc() || index >= patches.size()) return std::nullopt;
-  std::string name = withoutBlanks(answer.substr(static_cast<std::size_t>(end - answer.data())));
-  if (name.empty()) return index;
-  if (name.front() == separator) name.erase(0, 1);
-  if (name != withoutBlanks(menuName(patches[index].name))) return std::nullopt;
+  const std::string name = withoutBlanks(answer.substr(static_cast<std::size_t>(end - answer.data())));
+  const std::string expected = withoutBlanks(menuName(patches[index].name));
+  if (!name.empty() && name != expected && name != separator + expected) return std::nullopt;
   return index;
 }

@@ -1,0 +1,138 @@
+#include "converter/Conversation.h"
+#include "converter/LogosReader.h"
+#include "core/FileManager.h"
+#include "support/TemporaryFolder.h"
+#include "workspace/FlexMenu.h"
+
+#include <cstdlib>
+#include <memory>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+#include <plist/plist.h>
+
+namespace {
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+std::string binary(const std::string& xml) {
+  plist_t node = nullptr;
+  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
+  char* bytes = nullptr;
+  std::uint32_t size = 0;
+  plist_to_bin(node, &bytes, &size);
+  plist_free(node);
+  const std::string list(bytes, size);
+  std::free(bytes);
+  return list;
+}
+
+class Converter : public testing::Test {
+ protected:
+  Converter() { putFile(places_.list, fileAt(TWEAKBENCH_FLEX_SAMPLE)); }
+
+  // A run whose input is `answer`.
+  Ending run(const std::string& answer) {
+    putFile(folder_ / "answer", answer);
+    removeItemAtPath(folder_ / "log");
+    const File in(std::fopen((folder_ / "answer").c_str(), "r"), std::fclose);
+    const File out(std::fopen((folder_ / "log").c_str(), "a+"), std::fclose);
+    return converse(places_, in.get(), out.get());
+  }
+
+  std::string log() const { return fileAt(folder_ / "log"); }
+  std::string written() const { return places_.folder + "/Tweak.xm"; }
+
+  const TemporaryFolder folder_;
+  const ConverterPlaces places_{folder_ / "Library/patches.plist", folder_ / "Documents/made"};
+};
+
+TEST_F(Converter, ReadsItsOwnMenuAsAnAnswerOnceAndEnds) {
+  const File in(std::fopen((folder_ / "log").c_str(), "a+"), std::fclose);
+  const File out(std::fopen((folder_ / "log").c_str(), "a+"), std::fclose);
+  EXPECT_EQ(converse(places_, in.get(), out.get()), Ending::Refused);
+  const std::vector<std::string> entries{"\033  0 - Premium all more", "\033  1 - 7 Days",
+                                         "\033  2 - كل الميزات"};
+  EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())), entries);
+  EXPECT_FALSE(fileExistsAtPath(places_.folder));
+}
+
+TEST_F(Converter, WritesTheChosenPatchFromEitherFormOfTheList) {
+  EXPECT_EQ(run("1-7Days\n"), Ending::Converted);
+  const std::string source = fileAt(written());
+  EXPECT_EQ(LogosReader::read(source).hooks.at("Trial").at("- (NSTimeInterval)remaining"),
+            "return 604800.5;\n");
+  EXPECT_NE(log().find("1 of its 1 units."), std::string::npos);
+
+  putFile(places_.list, binary(fileAt(TWEAKBENCH_FLEX_SAMPLE)));
+  ASSERT_EQ(fileAt(places_.list).substr(0, 8), "bplist00");
+  EXPECT_EQ(run("0\n"), Ending::Converted);
+  EXPECT_NE(fileAt(written()), source) << "the older source is replaced";
+  EXPECT_EQ(run("1"), Ending::Converted);
+  EXPECT_EQ(fileAt(written()), source);
+}
+
+TEST_F(Converter, RefusesAnAnswerThatMeansNoPatch) {
+  for (const char* answer : {"", "\n", "3\n", "-1\n", "what?\n", "2-7Days\n", "\nwait\n0\n"}) {
+    EXPECT_EQ(run(answer), Ending::Refused) << answer;
+    EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())).size(), 3U) << answer;
+  }
+  EXPECT_EQ(run(std::string(1 << 20, '0')), Ending::Refused);
+  EXPECT_FALSE(fileExistsAtPath(places_.folder));
+}
+
+TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
+  const std::string none = "No Flex patches were found on this device.";
+  const std::string damaged = "The list of Flex patches is damaged.";
+  const auto list = [](const std::string& inside) { return "<plist>" + inside + "</plist>"; };
+  const struct {
+    std::string bytes;
+    std::string reason;
+  } rows[] = {
+      {list("<dict><key>patches</key><array/></dict>"), none},
+      {list("<dict><key>patches</key><array><string>x</string></array></dict>"), none},
+      {"", damaged},
+      {"patches", damaged},
+      {fileAt(TWEAKBENCH_FLEX_SAMPLE).substr(0, 900), damaged},
+      {binary(fileAt(TWEAKBENCH_FLEX_SAMPLE)).substr(0, 200), damaged},
+      {list("<dict><key>patches</key><dict/></dict>"), damaged},
+      {list("<array/>"), damaged},
+      {std::string(2 << 20, 'x'), "The list of Flex patches cannot be read."},
+  };
+  const auto refused = [this](const std::string& reason) {
+    EXPECT_EQ(run("0\n"), Ending::Refused);
+    EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())), std::vector<std::string>{reason});
+    EXPECT_FALSE(fileExistsAtPath(places_.folder));
+  };
+  for (const auto& row : rows) {
+    putFile(places_.list, row.bytes);
+    refused(row.reason);
+  }
+  removeItemAtPath(places_.list);
+  refused(none);
+  mkfifo(places_.list.c_str(), 0600);
+  refused("The list of Flex patches cannot be read.");
+}
+
+TEST_F(Converter, SaysWhenTheSourceCannotBeWritten) {
+  putFile(places_.folder, "a file where the folder should be");
+  EXPECT_EQ(run("0\n"), Ending::Refused);
+  EXPECT_TRUE(log().ends_with(written() + " could not be written.\n")) << log();
+}
+
+// One byte of a good list after the other changed: whatever is read, what is written is well-formed.
+TEST_F(Converter, WritesSoundSourceFromAnyDamagedList) {
+  const std::string good = binary(fileAt(TWEAKBENCH_FLEX_SAMPLE));
+  std::size_t converted = 0;
+  for (std::size_t at = 8; at < good.size(); at += 5) {
+    std::string bytes = good;
+    bytes[at] = static_cast<char>(bytes[at] ^ static_cast<char>(1 << (at % 8)));
+    putFile(places_.list, bytes);
+    if (run("0\n") != Ending::Converted) continue;
+    ++converted;
+    EXPECT_NO_THROW(LogosReader::read(fileAt(written()))) << at << "\n" << fileAt(written());
+  }
+  EXPECT_GT(converted, 50U);
+}
+
+}  // namespace
