@@ -248,10 +248,11 @@ ValueType pointer(const Pieces& pieces, std::string_view text) {
   const bool isStructure = pieces.words.size() == 2 && pieces.words.front() == "struct";
   if (isStructure || scalar(pieces.words)) return type;
   if (pieces.words.size() != 1) giveUp(text);
-  // Any other name is taken for a class, but those of the C frameworks, where a declaration as class would
-  // not do.
+  // Any other name is taken for a class, unless it is one of the C frameworks or not written as classes are
+  // (a word of the language, a structure): to declare those as classes would not compile.
   const std::string& name = pieces.words.front();
-  if (name.starts_with("CG") || name.starts_with("CF")) giveUp(text);
+  const bool isLower = name.front() >= 'a' && name.front() <= 'z';
+  if (isLower || name.starts_with("CG") || name.starts_with("CF")) giveUp(text);
   if (pieces.stars == 1) type.kind = kindOfObject(name);
   if (pieces.stars > 1 || type.kind == ValueKind::Object) type.forwardClass = name;
   return type;

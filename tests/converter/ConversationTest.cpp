@@ -76,6 +76,7 @@ TEST_F(Converter, RefusesAnAnswerThatMeansNoPatch) {
   for (const char* answer : {"", "\n", "3\n", "-1\n", "what?\n", "2-7Days\n", "\nwait\n0\n"}) {
     EXPECT_EQ(run(answer), Ending::Refused) << answer;
     EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())).size(), 3U) << answer;
+    EXPECT_TRUE(cleanedFlexMenu(log()).ends_with("\n\033\n2\033\n")) << log();
   }
   EXPECT_EQ(run(std::string(1 << 20, '0')), Ending::Refused);
   EXPECT_FALSE(fileExistsAtPath(places_.folder));

@@ -49,6 +49,7 @@ TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
       {"- (short long)x", "the type short long is not understood"},
       {"- (int (*)(int))x", "the type int (*)(int) is not understood"},
       {"- (id<Open)x", "the type id<Open is not understood"},
+      {"- (struct *)x", "the type struct * is not understood"},
       {"- (CGThing *)x", "the type CGThing * is not understood"},
       {"- ()x", "the type  is not understood"},
       {"", no},
