@@ -166,6 +166,7 @@ TEST(Source, HooksEachClassOnceWithItsMethods) {
 
 TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
   const PropertyListValue arguments{PropertyListValue::Dictionary{{"1", whole(5)}}};
+  const PropertyListValue zeroth{PropertyListValue::Dictionary{{"0", whole(5)}}};
   const PropertyListValue beyond{PropertyListValue::Dictionary{{"2", whole(5)}}};
   const FlexPatch patch{
       "name */\n%ctor { evil(); }\n",
@@ -174,6 +175,7 @@ TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
           {"Good", "- (int)a", whole(1), {}},
           {"Good", "- (int)a", whole(2), {}},
           {"Good", "- (int)b:(int)x", {}, {}},
+          {"Good", "- (int)b:(int)x", {}, zeroth},
           {"Good", "- (int)b:(int)x", {}, beyond},
           {"Good", "- (int)b:(int)x", {}, text("5")},
           {"Good", "- (int)b:(int)x", {}, PropertyListValue{PropertyListValue::Dictionary{}}},
@@ -187,23 +189,19 @@ TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
       }};
   const LogosSource source = logosSource(patch);
   EXPECT_EQ(source.hooked, 2U);
-  EXPECT_EQ(source.skipped, 11U);
+  EXPECT_EQ(source.skipped, 12U);
   const ReadSource read = LogosReader::read(source.text);
   ASSERT_EQ(read.hooks.size(), 1U);
   EXPECT_EQ(read.hooks.at("Good"),
             (std::map<std::string, std::string>{{"- (int)a", "return 1;\n"},
                                                 {"- (int)b:(int)arg1", "arg1 = 5;\nreturn %orig(arg1);\n"}}));
-  const std::vector<std::string> reasons{"an earlier unit has set the method",
-                                         "it sets nothing",
-                                         "the method has no argument 2",
-                                         "its arguments are no dictionary",
-                                         "it sets nothing",
-                                         "the method gives no value",
-                                         "arguments are set for a method that is not to be called",
-                                         "the class name is not understood",
-                                         "the class name is not understood",
-                                         "the method is not understood",
-                                         "no class is named"};
+  const std::vector<std::string> reasons{
+      "an earlier unit has set the method", "it sets nothing",
+      "the method has no argument 0",       "the method has no argument 2",
+      "its arguments are no dictionary",    "it sets nothing",
+      "the method gives no value",          "arguments are set for a method that is not to be called",
+      "the class name is not understood",   "the class name is not understood",
+      "the method is not understood",       "no class is named"};
   ASSERT_EQ(read.comments.size(), reasons.size() + 2);
   for (std::size_t index = 0; index < reasons.size(); ++index) {
     EXPECT_TRUE(read.comments[index + 2].ends_with(": " + reasons[index] + ".")) << read.comments[index + 2];
