@@ -1,4 +1,5 @@
 // tweakbench, the launcher: opens the application, a shell or a command in the device.
+#include "device/Accessibility.h"
 #include "device/Account.h"
 #include "device/Arguments.h"
 #include "device/DataFiles.h"
@@ -233,10 +234,19 @@ int run(const Options& options) {
     addDisplay(request.environment, *host.display, host.authority.get());
     if (host.authority) request.passedOn.push_back(host.authority.get());
   }
+  // Without an account of its own the device's user has no session.
+  auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
+  if (accessibility) {
+    for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
+    accessibility->addTo(request.environment);
+  }
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"
                                                                       : "The shell";
-  return tell(runInDevice(host.bubblewrap, std::move(request), programFor(options)), name);
+  const Ending ending = runInDevice(host.bubblewrap, std::move(request), programFor(options));
+  // Not left to the end of the process, which a signal may make sudden.
+  accessibility.reset();
+  return tell(ending, name);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // What the launcher makes of the host: environment, paths, accounts, and why bubblewrap failed.
+#include "device/Accessibility.h"
 #include "device/Account.h"
 #include "device/DataFiles.h"
 #include "device/Diagnosis.h"
@@ -90,6 +91,20 @@ TEST(DataFiles, FontsComeFromTheHostAlone) {
   for (const auto& file : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
     EXPECT_EQ(file.content.find("50-user"), std::string::npos) << file.path;
     EXPECT_NE(file.path, "/etc/resolv.conf");
+  }
+}
+
+TEST(Accessibility, OnlyABusWithAShowableSocketIsJoined) {
+  const auto address = busAddress("   unix:path=/run/user/1000/at-spi/bus_0,guid=12\n");
+  ASSERT_TRUE(address);
+  EXPECT_EQ(address->whole, "unix:path=/run/user/1000/at-spi/bus_0,guid=12");
+  EXPECT_EQ(address->path, "/run/user/1000/at-spi/bus_0");
+  // Others have no path, or one where the device would write.
+  for (const char* other :
+       {"", " \n", "Error org.freedesktop.DBus.Error.ServiceUnknown", "unix:abstract=/tmp/dbus-x",
+        "tcp:host=localhost,port=1", "unix:path=/var/tmp/bus", "unix:path=/tmp/../var/tmp/bus",
+        "unix:path=/run/a%20b", "unix:path=relative"}) {
+    EXPECT_FALSE(busAddress(other)) << other;
   }
 }
 
