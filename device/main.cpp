@@ -220,6 +220,10 @@ int run(const Options& options) {
   request.shellPrograms = folder.shellPrograms();
   request.ownFiles = host.ownFiles;
   request.theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
+  if (!isTheos(request.theos)) {
+    throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(account.user) +
+                  "); open it up with \"chmod -R go+rX\" and its folder's name.");
+  }
   request.theosAccess = options.theosAccess;
   request.network = options.network;
   request.environment = deviceEnvironment(caller, isApplication ? Audience::Application : Audience::Commands);

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <initializer_list>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -44,6 +46,8 @@ void report(int descriptor, StartReport::Kind kind, int value) {
 
 [[noreturn]] void becomeProgram(bool onTerminal, int errorOutput, int failure, char** arguments) {
   if (onTerminal) {
+    // As a login would: what the launcher's own caller ignores is of no concern here.
+    for (int number : {SIGINT, SIGQUIT, SIGHUP, SIGTSTP}) signal(number, SIG_DFL);
     setsid();
     ioctl(STDIN_FILENO, TIOCSCTTY, 0);
   }
