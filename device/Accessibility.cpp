@@ -44,6 +44,7 @@ constexpr std::array kAllowed{
 enum class Output { Standard, Third };
 pid_t spawn(const std::vector<std::string>& words, int output, Output as) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   posix_spawn_file_actions_t actions;

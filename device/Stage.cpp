@@ -70,14 +70,14 @@ void Stage::addEntry(const fs::path& source, const fs::path& target) {
 }
 
 fs::path Stage::add(const fs::path& source, const std::string& name) {
-  const fs::path target = fs::path(kStage) / name;
+  fs::path target = fs::path(kStage) / name;
   addEntry(source, target);
   return target;
 }
 
 fs::path Stage::addReadable(const fs::path& source, const std::string& name) {
   if (isOpenThroughout(source)) return add(source, name);
-  const fs::path target = fs::path(kStage) / name;
+  fs::path target = fs::path(kStage) / name;
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path shown = target / entry.path().filename();
     if (isOpenThroughout(entry.path())) {

@@ -58,7 +58,7 @@ void closeInheritedDescriptors() {
 fs::path findBubblewrap(const Environment& caller) {
   std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
   for (std::string folder; std::getline(folders, folder, ':');) {
-    const fs::path program = fs::path(folder) / "bwrap";
+    fs::path program = fs::path(folder) / "bwrap";
     if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
   }
   throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
@@ -79,7 +79,7 @@ fs::path findOwnFiles() {
 fs::path findTheos(const Options& options, const Environment& caller, const fs::path& home) {
   for (const auto& candidate : theosCandidates(options, caller, home)) {
     std::error_code error;
-    const fs::path whole = fs::canonical(candidate, error);
+    fs::path whole = fs::canonical(candidate, error);
     if (!error && isTheos(whole)) return whole;
     if (options.theos) throw Refusal(candidate.string() + " is no Theos: it has no makefiles/common.mk.");
   }
@@ -129,7 +129,7 @@ fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool is
     if (fchown(folder.get(), account.user, account.group) != 0)
       refuseWithError("The device could not be given away:");
   }
-  const fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
+  fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
   host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
   if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
   if (host.display && host.display->kind == Display::Kind::Wayland) {
