@@ -214,7 +214,9 @@ class Run {
     const auto found = text.find(key);
     if (found == std::string::npos || firstProcess_) return;
     const pid_t first = std::atoi(text.c_str() + found + key.size());
-    if (first > 0) firstProcess_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, first, 0)));
+    if (first <= 0) return;
+    firstNumber_ = first;
+    firstProcess_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, first, 0)));
   }
 
   void takeMessages() {
@@ -257,7 +259,9 @@ class Run {
     const auto limit = Clock::now() + kEndLimit;
     while (Clock::now() < limit) {
       takeOutput();
-      if (poll(&end, 1, 50) > 0) return;
+      if (poll(&end, 1, 50) <= 0) continue;
+      waitpid(firstNumber_, nullptr, 0);
+      return;
     }
   }
 
@@ -282,6 +286,7 @@ class Run {
   Descriptor messages_;
   Descriptor output_;
   Descriptor firstProcess_;
+  pid_t firstNumber_ = -1;
   Terminal* terminal_;
   Signals& signals_;
   std::string message_;
@@ -335,6 +340,8 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
                   terminal ? "terminal" : "plain"};
   launch.words.insert(launch.words.end(), program.command.begin(), program.command.end());
   Signals signals;
+  // The device's first process outlives bubblewrap by a moment, and is then this process's to wait for.
+  prctl(PR_SET_CHILD_SUBREAPER, 1);
   const pid_t child = start(launch);
   for (Pipe* pipe : {&reports, &status, &messages, &output}) pipe->writeEnd.close();
   errorOutput.close();
