@@ -1,5 +1,6 @@
 #include "RQAlertView/RQAlertView.h"
 
+#include "RQAlertView/RQAlertViewAccessible.h"
 #include "RQAlertView/RQAlertViewContent.h"
 #include "RQAlertView/RQAlertViewController.h"
 #include "RQAlertView/RQAlertViewFrame.h"
@@ -72,6 +73,7 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQ
 }
 
 void RQAlertView::buildViews() {
+  installRQAlertViewAccessibility();
   RQAlertViewWindowsObserver::sharedInstance()->startObserving();
   stage_ = new RQAlertViewStage(*this);
   content_ = new RQAlertViewContent(contents_, appearance_, stage_);
@@ -88,6 +90,8 @@ void RQAlertView::buildViews() {
   window_ = makeUIWindow<RQAlertViewWindow>(levelFor(appearance_.windowLevel));
   window_->setRootViewController(viewController_);
   connect(window_.get(), &QObject::destroyed, this, [this] { windowGone(); });
+  const std::shared_ptr<UIWindow> covered = RQAlertViewWindowsObserver::sharedInstance()->lastWindow();
+  stage_->setCoversDialog(covered && !covered->isHidden());
   window_->makeKeyAndVisible();
   state_ = RQAlertViewState::Made;
 }

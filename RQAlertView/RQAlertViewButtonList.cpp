@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -143,6 +144,11 @@ void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
     setCurrentIndex(model_->index(0));
   }
   QListView::focusInEvent(event);
+  // A screen reader follows the row, not the list.
+  if (!QAccessible::isActive() || !currentIndex().isValid()) return;
+  QAccessibleEvent focused(this, QAccessible::Focus);
+  focused.setChild(currentIndex().row());
+  QAccessible::updateAccessibility(&focused);
 }
 
 void RQAlertViewButtonList::setPressedRow(int row) {

@@ -71,9 +71,10 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
       message_(new RQAlertViewLabel(head_)),
       content_(content),
       fade_(new ScrollFade(this)) {
-  head_->setAutoFillBackground(false);
   content_->setParent(head_);
   header_->setWidget(head_);
+  // The area fills what it scrolls unless it is told not to; the card is to shine through.
+  head_->setAutoFillBackground(false);
   header_->setFrameShape(QFrame::NoFrame);
   header_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   header_->setFocusPolicy(Qt::NoFocus);
@@ -112,6 +113,7 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
   const QRect card(margin, margin, width, cardHeight);
   card_->setVisible(cardHeight > 0);
   card_->setCardGeometry(card);
+  applyBackdrop(*card_, card);
   placeHeader(QRect(card.topLeft(), QSize(width, heights.headerShown)), heights.header);
   placeButtons(QRect(margin, margin + heights.headerShown + separator, width, heights.buttons), card);
 
@@ -119,9 +121,28 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
   if (separateCancel_) {
     const QRect cancel(margin, margin + cardHeight + cancelGap, width, heights.cancel);
     cancelCard_->setCardGeometry(cancel);
+    applyBackdrop(*cancelCard_, cancel);
     separateCancel_->setGeometry(cancel);
     separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
   }
+}
+
+void RQAlertViewFrame::setBackdrop(const QPixmap& backdrop) {
+  if (backdrop.isNull() && backdrop_.isNull()) return;
+  backdrop_ = backdrop;
+  for (RQAlertViewShadowView* card : {card_, cancelCard_}) applyBackdrop(*card, card->cardGeometry());
+}
+
+void RQAlertViewFrame::applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const {
+  if (backdrop_.isNull()) {
+    card.setBackdrop({});
+    return;
+  }
+  const double ratio = backdrop_.devicePixelRatioF();
+  const QRect inParent = inFrame.translated(pos());
+  card.setBackdrop(backdrop_.copy(
+      QRectF(inParent.x() * ratio, inParent.y() * ratio, inParent.width() * ratio, inParent.height() * ratio)
+          .toAlignedRect()));
 }
 
 void RQAlertViewFrame::applyLooks(int width) {

@@ -31,6 +31,8 @@ class RQAlertViewFrame : public QWidget {
   // Takes the dialog's texts, looks and width over and lays everything out inside `room`, which is in the
   // parent's coordinates: in its middle, or for an action sheet that comes from the bottom at its lower edge.
   void layOutIn(const QRect& room);
+  // What shines through the cards: a picture as large as the parent, empty for none.
+  void setBackdrop(const QPixmap& backdrop);
   // Whether a button can be tapped has changed, or how it looks.
   void buttonChanged(RQAlertViewButtonKind kind, std::size_t index);
   void allButtonsChanged();
@@ -57,6 +59,7 @@ class RQAlertViewFrame : public QWidget {
 
   void applyLooks(int width);
   void applyLabels();
+  void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
   void arrangeButtons(int width);
   void rebuildSideBySide(const RQAlertViewRows& rows);
   void rebuildCancel();
@@ -78,6 +81,7 @@ class RQAlertViewFrame : public QWidget {
   RQAlertViewLabel* message_;
   RQAlertViewContent* content_;
   QWidget* fade_;
+  QPixmap backdrop_;
   RQAlertViewButtonList* list_ = nullptr;
   std::vector<RQAlertViewButton*> sideBySide_;
   std::vector<RQAlertViewRow> sideBySideRows_;

@@ -3,6 +3,7 @@
 #include "RQAlertView/RQAlertView.h"
 #include "platform/UIApplication.h"
 #include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 
 double RQAlertViewHelper::systemVersion() {
   return UIDevice::currentDevice().systemVersion();
@@ -21,8 +22,11 @@ bool RQAlertViewHelper::isPadAndNotForce(const RQAlertView& alertView) {
 }
 
 bool RQAlertViewHelper::isCancelButtonSeparate(const RQAlertView& alertView) {
-  return alertView.style() == RQAlertViewStyle::ActionSheet && !alertView.cancelButtonTitle().isNull() &&
-         !isPadAndNotForce(alertView);
+  if (alertView.cancelButtonTitle().isNull()) return false;
+  if (alertView.style() == RQAlertViewStyle::ActionSheet && !isPadAndNotForce(alertView)) return true;
+  // Of a list that has to scroll, the way out stays in sight.
+  const double room = UIScreen::mainScreen()->height() - 2 * alertView.offsetVertical();
+  return static_cast<double>(alertView.buttonTitles().size()) * alertView.buttonsHeight() > room;
 }
 
 QColor RQAlertViewHelper::rgb(double red, double green, double blue) {

@@ -28,6 +28,7 @@ void RQAlertViewShadowView::setSeparators(const QList<QRect>& separators) {
 }
 
 void RQAlertViewShadowView::setBackdrop(const QPixmap& backdrop) {
+  if (backdrop.isNull() && backdrop_.isNull()) return;
   backdrop_ = backdrop;
   update();
 }

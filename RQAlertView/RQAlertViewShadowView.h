@@ -29,6 +29,7 @@ class RQAlertViewShadowView : public QWidget {
   const Look& look() const { return look_; }
   // In the parent's coordinates.
   void setCardGeometry(const QRect& card);
+  const QRect& cardGeometry() const { return card_; }
   // Hairlines, in the parent's coordinates: horizontal where wider than high, else vertical.
   void setSeparators(const QList<QRect>& separators);
   // What is painted on the card instead of the background colour, as large as the card; empty: the colour.

@@ -1,10 +1,12 @@
 #include "RQAlertView/RQAlertViewStage.h"
 
 #include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewBlur.h"
 #include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "platform/EventBoundary.h"
 #include "platform/Motion.h"
+#include "platform/UIWindow.h"
 
 #include <algorithm>
 #include <utility>
@@ -101,7 +103,7 @@ void RQAlertViewStage::start(Motion motion, double duration, std::function<void(
   finished_ = std::move(finished);
   motion_ = motion;
   progress_ = 0;
-  if (motion != Motion::TakeOut) takeBackdrop();
+  if (motion != Motion::TakeOut) takeBackdrops();
   if (duration > 0 && motionEnabled() && isVisible()) {
     picture_ = picture();
     frame_->hide();
@@ -137,13 +139,14 @@ void RQAlertViewStage::paintEvent(QPaintEvent*) {
 
 void RQAlertViewStage::paintCover(QPainter& painter) const {
   double shown = in_ ? 1 : 0;
-  if (motion_ == Motion::BringIn) shown = progress_;
+  // Above another dialog the cover is up already.
+  if (motion_ == Motion::BringIn) shown = coversDialog_ ? 1 : progress_;
   if (motion_ == Motion::TakeOut) shown = 1 - progress_;
   if (motion_ == Motion::ChangeFrom) shown = 1;
   const double alpha = std::clamp(shown * alertView_.coverAlpha(), 0.0, 1.0);
   if (alpha <= 0) return;
   painter.setOpacity(alpha);
-  if (!blurred_.isNull()) painter.drawPixmap(rect(), blurred_);
+  if (!coverBackdrop_.isNull()) painter.drawPixmap(rect(), coverBackdrop_);
   if (alertView_.coverColor().isValid()) painter.fillRect(rect(), alertView_.coverColor());
   painter.setOpacity(1);
 }
@@ -181,10 +184,18 @@ void RQAlertViewStage::paintPicture(QPainter& painter) const {
   painter.drawPixmap(now, picture_, QRectF(picture_.rect()));
 }
 
-void RQAlertViewStage::takeBackdrop() {}
+void RQAlertViewStage::takeBackdrops() {
+  UIWindow* behind = RQAlertViewHelper::appWindow();
+  const auto blurred = [behind](const std::optional<UIBlurEffectStyle>& style) {
+    return behind && style ? blurredPicture(*behind, *style) : QPixmap();
+  };
+  coverBackdrop_ = blurred(alertView_.coverBlurEffect());
+  if (frame_) frame_->setBackdrop(blurred(alertView_.backgroundBlurEffect()));
+}
 
 void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
+  if (in_ || motion_ != Motion::None) takeBackdrops();
   layoutSubviews();
   if (motion_ != Motion::None) picture_ = picture();
 }

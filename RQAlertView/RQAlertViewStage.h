@@ -26,6 +26,9 @@ class RQAlertViewStage : public QWidget {
   void setFrame(RQAlertViewFrame* frame);
   RQAlertViewFrame* frame() const { return frame_; }
 
+  // Whether the dialog comes up above another one, whose cover it takes over.
+  void setCoversDialog(bool covers) { coversDialog_ = covers; }
+
   // For the present size of the window and place of the keyboard.
   void layoutSubviews();
   // The keyboard's frame in the screen's coordinates, empty for none. With a duration (seconds) the box moves
@@ -63,7 +66,7 @@ class RQAlertViewStage : public QWidget {
   QRect freeRoom() const;
   void paintCover(QPainter& painter) const;
   void paintPicture(QPainter& painter) const;
-  void takeBackdrop();
+  void takeBackdrops();
 
   const RQAlertView& alertView_;
   RQAlertViewFrame* frame_ = nullptr;
@@ -78,7 +81,8 @@ class RQAlertViewStage : public QWidget {
   QPixmap picture_;
   QPixmap earlierPicture_;
   QRect earlierPlace_;
-  QPixmap blurred_;
+  QPixmap coverBackdrop_;
+  bool coversDialog_ = false;
   bool pressed_ = false;
   std::shared_ptr<RQAlertView> kept_;
 };
