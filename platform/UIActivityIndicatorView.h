@@ -19,6 +19,8 @@ class UIActivityIndicatorView : public QWidget {
   void startAnimating();
   void stopAnimating();
   bool isAnimating() const { return animating_; }
+  // Whether the timer runs.
+  bool isTicking() const { return timer_.isActive(); }
 
   // An invalid colour means the style's own.
   void setColor(const QColor& color);

@@ -134,12 +134,13 @@ void UIWindow::resignKey() {
 
 void UIWindow::rememberFocus() {
   QWidget* focused = window()->focusWidget();
-  if (focused && isAncestorOf(focused)) lastFocus_ = focused;
+  // A widget counts as its own ancestor.
+  if (focused && focused != this && isAncestorOf(focused)) lastFocus_ = focused;
 }
 
 void UIWindow::restoreFocus() {
   QWidget* focused = window()->focusWidget();
-  if (focused && isAncestorOf(focused) && focused->isVisible()) return;
+  if (focused && focused != this && isAncestorOf(focused) && focused->isVisible()) return;
   if (lastFocus_ && isAncestorOf(lastFocus_) && lastFocus_->isEnabled() && !lastFocus_->isHidden()) {
     lastFocus_->setFocus(Qt::ActiveWindowFocusReason);
   } else {
