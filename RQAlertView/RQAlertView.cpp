@@ -56,6 +56,10 @@ const std::shared_ptr<RQAlertView>& RQAlertView::appearance() {
   return shared;
 }
 
+void RQAlertView::resetAppearance() {
+  appearance()->appearance_ = {};
+}
+
 std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQAlertViewReports reports) {
   if (isAppearance_ || isInitialized()) {
     throw InternalInconsistency("RQAlertView is initialized already");

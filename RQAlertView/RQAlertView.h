@@ -12,6 +12,7 @@
 #include "RQAlertView/RQAlertViewTextField.h"
 #include "RQAlertView/RQAlertViewTypes.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -58,6 +59,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   static std::shared_ptr<RQAlertView> alloc();
   // The shared object from which every new dialog copies its appearance. It cannot be shown.
   static const std::shared_ptr<RQAlertView>& appearance();
+  // Gives the shared object its starting values again.
+  static void resetAppearance();
 
   // Each initializer can be called in three ways: with the arguments below alone; with an action handler, a
   // cancel handler and a destructive handler after them, each of which may be null; or with a delegate
@@ -207,7 +210,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void show();
   void showAnimated();
   void showAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
-  // `hidden`: everything is done and reported, but the window stays out of sight.
+  // `hidden`: everything is done and reported, but the dialog's view stays hidden until it is shown.
   void showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler);
 
   // Dismissing does nothing when the dialog is not shown. One that another dialog covers goes at once. A show
@@ -321,7 +324,9 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void requireInitialized() const;
   void appearanceChanged();
 
-  // Showing and dismissing.
+  // Showing and dismissing. An entrance brings the box in and calls what it is given when it is in place.
+  using Entrance = std::function<void(double duration, std::function<void()> finished)>;
+  void showBy(const Entrance& entrance, bool animated, RQAlertViewCompletionHandler completionHandler);
   void showComplete(const RQAlertViewCompletionHandler& completionHandler);
   void dismissComplete(const RQAlertViewCompletionHandler& completionHandler);
   void releaseViews();
@@ -366,8 +371,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   std::shared_ptr<RQAlertViewController> viewController_;
   QPointer<RQAlertViewStage> stage_;
   QPointer<RQAlertViewContent> content_;
-  // The kind of answer that is being reported: a handler that forces the same answer once more is ignored.
-  std::optional<RQAlertViewButtonKind> answering_;
+  // The kinds of answer that are being reported: a handler that forces the same answer once more is ignored.
+  std::array<bool, 3> answering_{};
   // While shown.
   std::shared_ptr<RQAlertView> keptAlive_;
 };

@@ -15,18 +15,16 @@ QVariantMap actionInfo(std::size_t index, const QString& title) {
   return {{QStringLiteral("title"), title}, {QStringLiteral("index"), static_cast<qulonglong>(index)}};
 }
 
-// Marks which answer is being reported, for as long as it is.
+// Marks an answer as being reported, for as long as it is.
 class Answering {
  public:
-  Answering(std::optional<RQAlertViewButtonKind>& which, RQAlertViewButtonKind kind)
-      : which_(which), before_(std::exchange(which, kind)) {}
-  ~Answering() { which_ = before_; }
+  explicit Answering(bool& mark) : mark_(mark) { mark_ = true; }
+  ~Answering() { mark_ = false; }
   Answering(const Answering&) = delete;
   Answering& operator=(const Answering&) = delete;
 
  private:
-  std::optional<RQAlertViewButtonKind>& which_;
-  std::optional<RQAlertViewButtonKind> before_;
+  bool& mark_;
 };
 
 }  // namespace
@@ -122,9 +120,10 @@ void RQAlertView::destructiveAction() {
 void RQAlertView::answer(RQAlertViewButtonKind kind, const Report& now, Report afterwards) {
   // On its way out the dialog takes no more answers, and an answer does not give itself once more.
   const bool leaving = state_ == RQAlertViewState::Dismissing || state_ == RQAlertViewState::Dismissed;
-  if (leaving || answering_ == kind) return;
+  bool& answeredAlready = answering_[static_cast<std::size_t>(kind)];
+  if (leaving || answeredAlready) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
-  const Answering answering(answering_, kind);
+  const Answering answering(answeredAlready);
   // The dismissal clears the delegate, which is still to hear what comes after it.
   const std::weak_ptr<RQAlertViewDelegate> delegate = delegate_;
   now(*this, delegate);

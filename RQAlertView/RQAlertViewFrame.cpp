@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QPainter>
@@ -45,6 +46,21 @@ class ScrollFade : public QWidget {
   QColor color_;
 };
 
+// Leaves the arrow keys to the box unless it has the focus itself.
+class HeaderArea : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (hasFocus()) {
+      QScrollArea::keyPressEvent(event);
+    } else {
+      event->ignore();
+    }
+  }
+};
+
 int rounded(double length) {
   return static_cast<int>(std::lround(length));
 }
@@ -65,7 +81,7 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
       alertView_(alertView),
       card_(new RQAlertViewShadowView(this)),
       cancelCard_(new RQAlertViewShadowView(this)),
-      header_(new QScrollArea(this)),
+      header_(new HeaderArea(this)),
       head_(new QWidget),
       title_(new RQAlertViewLabel(head_)),
       message_(new RQAlertViewLabel(head_)),
@@ -87,6 +103,7 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
   title_->setVisible(!alertView.title().isEmpty());
   message_->setVisible(!alertView.message().isEmpty());
   content_->setVisible(!content_->isEmpty());
+  connect(qApp, &QApplication::focusChanged, this, [this] { keepFocusInSight(); });
   connect(header_->verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int value) { fade_->setVisible(value < header_->verticalScrollBar()->maximum()); });
 }
@@ -124,6 +141,17 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
     applyBackdrop(*cancelCard_, cancel);
     separateCancel_->setGeometry(cancel);
     separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
+  }
+  keepFocusInSight();
+}
+
+void RQAlertViewFrame::keepFocusInSight() {
+  QWidget* focused = window()->focusWidget();
+  if (focused && focused != head_ && head_->isAncestorOf(focused)) {
+    // The whole of it, the upper edge before the lower one where it is taller than the area.
+    const QRect place(focused->mapTo(head_, QPoint()), focused->size());
+    header_->ensureVisible(place.x(), place.bottom(), 0, textFieldsGap);
+    header_->ensureVisible(place.x(), place.top(), 0, textFieldsGap);
   }
 }
 

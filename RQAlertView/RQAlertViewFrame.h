@@ -57,6 +57,7 @@ class RQAlertViewFrame : public QWidget {
     int cancel = 0;
   };
 
+  void keepFocusInSight();
   void applyLooks(int width);
   void applyLabels();
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;

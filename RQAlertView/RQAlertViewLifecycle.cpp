@@ -42,11 +42,17 @@ void RQAlertView::showAnimated(bool animated, RQAlertViewCompletionHandler compl
 
 void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler) {
   requireInitialized();
+  if (stage_ && state_ == RQAlertViewState::Made) stage_->setVisible(!hidden);
+  showBy([this](double duration, auto finished) { stage_->bringIn(duration, std::move(finished)); }, animated,
+         std::move(completionHandler));
+}
+
+void RQAlertView::showBy(const Entrance& entrance, bool animated,
+                         RQAlertViewCompletionHandler completionHandler) {
   if (state_ != RQAlertViewState::Made || !window_) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   keptAlive_ = alive;
   state_ = RQAlertViewState::Showing;
-  stage_->setVisible(!hidden);
   stage_->layoutSubviews();
   if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
   window_->makeKeyAndVisible();
@@ -59,9 +65,33 @@ void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletion
   }
   // A report may have dismissed the dialog.
   if (state_ != RQAlertViewState::Showing) return;
-  stage_->bringIn(
-      animated ? animationDuration() : 0,
-      [this, completionHandler = std::move(completionHandler)] { showComplete(completionHandler); });
+  entrance(animated ? animationDuration() : 0,
+           [this, completionHandler = std::move(completionHandler)] { showComplete(completionHandler); });
+}
+
+void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView) {
+  transitionToAlertView(alertView, {});
+}
+
+void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView,
+                                        RQAlertViewCompletionHandler completionHandler) {
+  if (!alertView) return;
+  alertView->requireInitialized();
+  if (alertView.get() == this) return;
+  if (!isShowing() || !stage_) {
+    alertView->showAnimated(true, std::move(completionHandler));
+    return;
+  }
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  if (state_ == RQAlertViewState::Showing) stage_->finishMotion();
+  const QPixmap picture = stage_->picture();
+  const QRect place = stage_->frame()->geometry();
+  dismissAnimated(false);
+  alertView->showBy(
+      [&](double duration, auto finished) {
+        alertView->stage_->changeFrom(picture, place, duration, std::move(finished));
+      },
+      true, std::move(completionHandler));
 }
 
 void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHandler) {

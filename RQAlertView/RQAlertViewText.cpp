@@ -125,16 +125,28 @@ Qt::TextElideMode elideModeFor(NSLineBreakMode mode) {
   }
 }
 
+double sizeOf(const QFont& font) {
+  return font.pointSizeF() > 0 ? font.pointSizeF() : font.pixelSize();
+}
+
+void setSize(QFont& font, double size) {
+  if (font.pointSizeF() > 0) {
+    font.setPointSizeF(size);
+  } else {
+    font.setPixelSize(std::max(1, static_cast<int>(size)));
+  }
+}
+
 QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double width) {
   QFont font = style.font;
   if (style.numberOfLines != 1 || !style.adjustsFontSizeToFitWidth) return font;
-  const double natural = RQAlertViewTextLayout::singleLineWidth(text, font);
-  if (natural <= width || natural <= 0) return font;
-  const double scale = std::max(style.minimumScaleFactor, width / natural);
-  if (font.pointSizeF() > 0) {
-    font.setPointSizeF(font.pointSizeF() * scale);
-  } else {
-    font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * scale)));
+  const double least = sizeOf(font) * style.minimumScaleFactor;
+  double size = sizeOf(font);
+  // Letters do not become narrower quite as they become smaller, so one step may not be enough.
+  for (double taken = RQAlertViewTextLayout::singleLineWidth(text, font); taken > width && size > least;
+       taken = RQAlertViewTextLayout::singleLineWidth(text, font)) {
+    size = std::max(least, std::min(size * width / taken, size - 0.25));
+    setSize(font, size);
   }
   return font;
 }

@@ -1,0 +1,128 @@
+// A dialog as a screen reader meets it.
+#include "RQAlertView/RQAlertViewLabel.h"
+#include "alert/Dialogs.h"
+
+#include <QAccessible>
+
+namespace {
+
+using testing::ElementsAre;
+
+class Accessibility : public Dialogs {
+ protected:
+  static QAccessibleInterface* interfaceOf(QObject* object) {
+    return QAccessible::queryAccessibleInterface(object);
+  }
+  // The name of what is said to have the focus, row by row.
+  static std::string focusName() {
+    QAccessibleInterface* focused = interfaceOf(focus());
+    if (focused && focused->focusChild()) focused = focused->focusChild();
+    return focused && focused->state().focused ? focused->text(QAccessible::Name).toStdString() : "nothing";
+  }
+};
+
+TEST_F(Accessibility, ExposesAnAlertAsAnAlertAndAQuestionAsADialog) {
+  const auto indicator = RQAlertView::alertViewWithActivityIndicatorAndTitle(
+      none, none, alertStyle, QStringLiteral("Please wait"), {}, none, none);
+  for (const auto& [dialog, role, name] :
+       std::initializer_list<std::tuple<Dialog, QAccessible::Role, const char*>>{
+           {alert(), QAccessible::AlertMessage, "Title"},
+           {sheet({QStringLiteral("A")}), QAccessible::Dialog, "Title"},
+           {withFields(1), QAccessible::Dialog, "Title"},
+           {indicator, QAccessible::AlertMessage, "Please wait"}}) {
+    dialog->show();
+    QAccessibleInterface* box = interfaceOf(frameOf(dialog));
+    EXPECT_EQ(box->role(), role);
+    EXPECT_EQ(box->text(QAccessible::Name), name);
+    EXPECT_EQ(box->text(QAccessible::Description), dialog->message());
+    EXPECT_TRUE(box->state().modal);
+    EXPECT_TRUE(box->state().active);
+    dialog->dismiss();
+    letGo();
+  }
+}
+
+TEST_F(Accessibility, MovesTheFocusInAndBackOut) {
+  const Dialog dialog = alert({QStringLiteral("A && B")}, QStringLiteral("Cancel"));
+  dialog->show();
+  EXPECT_EQ(focusName(), "Cancel");
+  QTest::keyClick(focus(), Qt::Key_Tab);
+  EXPECT_EQ(focusName(), "A && B");
+  appField->setAccessibleName(QStringLiteral("Behind"));
+  EXPECT_TRUE(interfaceOf(appField)->state().disabled);
+  dialog->dismiss();
+  letGo();
+  EXPECT_EQ(focusName(), "Behind");
+  EXPECT_FALSE(interfaceOf(appField)->state().disabled);
+}
+
+TEST_F(Accessibility, ExposesButtonsByTheirTitlesWithAPress) {
+  const Dialog dialog = alert({QStringLiteral("Save & quit")}, QStringLiteral("Cancel"));
+  int actions = 0;
+  dialog->setActionHandler([&](RQAlertView&, std::size_t, const QString&) { ++actions; });
+  dialog->show();
+  QAccessibleInterface* button = interfaceOf(buttonOf(dialog, QStringLiteral("Save & quit")));
+  EXPECT_EQ(button->role(), QAccessible::Button);
+  EXPECT_EQ(button->text(QAccessible::Name), "Save & quit");
+  button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  // The button is seen to go down and up again.
+  EXPECT_TRUE(QTest::qWaitFor([&] { return actions == 1; }));
+}
+
+TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
+  const Dialog dialog = sheet({QStringLiteral("A"), QStringLiteral("B")}, none, QStringLiteral("Delete"));
+  std::vector<std::size_t> tapped;
+  dialog->setDismissOnAction(false);
+  dialog->setActionHandler([&](RQAlertView&, std::size_t index, const QString&) { tapped.push_back(index); });
+  dialog->setButtonEnabled(false, 0);
+  dialog->show();
+  QAccessibleInterface* list = interfaceOf(listOf(dialog));
+  ASSERT_EQ(list->role(), QAccessible::List);
+  ASSERT_EQ(list->childCount(), 3);
+  std::vector<std::string> names;
+  for (int row = 0; row < 3; ++row) {
+    QAccessibleInterface* item = list->child(row);
+    EXPECT_EQ(item->role(), QAccessible::ListItem);
+    EXPECT_EQ(item->parent(), list);
+    EXPECT_EQ(list->indexOfChild(item), row);
+    names.push_back(item->text(QAccessible::Name).toStdString());
+    const QPoint middle = item->rect().center();
+    EXPECT_EQ(list->childAt(middle.x(), middle.y()), item);
+    item->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  }
+  EXPECT_THAT(names, ElementsAre("Delete", "A", "B"));
+  EXPECT_THAT(tapped, ElementsAre(1U));
+  EXPECT_TRUE(list->child(1)->state().disabled);
+
+  // Moving among the rows is told row by row.
+  listOf(dialog)->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(focusName(), "Delete");
+  QTest::keyClick(focus(), Qt::Key_End);
+  EXPECT_EQ(focusName(), "B");
+  EXPECT_TRUE(list->child(2)->state().focused);
+  EXPECT_EQ(list->focusChild(), list->child(2));
+  dialog->dismiss();
+}
+
+TEST_F(Accessibility, LabelsFieldsAndReadsTexts) {
+  const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
+      QStringLiteral("Name of the <b>file</b>"), QStringLiteral("~ root$"), 2,
+      [](RQAlertViewTextField& field, std::size_t index) {
+        if (index == 1) field.setAccessibleName(QStringLiteral("Second"));
+      },
+      {QStringLiteral("OK")}, none, none);
+  dialog->show();
+  const auto fields = dialog->textFieldsArray();
+  EXPECT_EQ(interfaceOf(fields[0])->role(), QAccessible::EditableText);
+  EXPECT_EQ(interfaceOf(fields[0])->text(QAccessible::Name), "Name of the <b>file</b>");
+  EXPECT_EQ(interfaceOf(fields[1])->text(QAccessible::Name), "Second");
+  std::vector<std::string> texts;
+  for (auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {
+    EXPECT_EQ(interfaceOf(label)->role(), QAccessible::StaticText);
+    texts.push_back(interfaceOf(label)->text(QAccessible::Name).toStdString());
+  }
+  EXPECT_THAT(texts, ElementsAre("Name of the <b>file</b>", "~ root$"));
+  dialog->dismiss();
+}
+
+}  // namespace
