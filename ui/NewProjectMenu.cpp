@@ -1,6 +1,7 @@
 #include "ui/NewProjectMenu.h"
 
 #include "core/FileManager.h"
+#include "ui/FlexPatchMenu.h"
 #include "ui/Localized.h"
 #include "ui/Menu.h"
 #include "ui/OneLinePrompt.h"
@@ -64,6 +65,7 @@ void showNewProjectMenu(ViewController& screen) {
   showMenu({localized(text::projectOptions), QString(), titles},
            [titles, owner = Owner(&screen)](const QString& title) {
              chooseListedProject(titles, actionTitles(), title, owner);
+             if (title == localized(text::addFlexPatch) && owner) showFlexMenu(*owner);
              if (title == localized(text::changeFileName)) showFilesToRename(owner);
              if (title == localized(text::createNewProject)) askForProjectName(owner);
              if (title == localized(text::createHeaderFile)) askForHeaderName(owner);

@@ -4,6 +4,7 @@
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
@@ -16,6 +17,8 @@ void logQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, con
 }  // namespace
 
 int main(int argc, char** argv) {
+  // What a build starts runs as the same user: it must not be able to look into this process.
+  prctl(PR_SET_DUMPABLE, 0);
   // On a phone every command runs as root; elsewhere this fails and the user's own rights do.
   if (setuid(0) != 0) NSLog("Running with the rights of the user who started the program");
   qInstallMessageHandler(logQtMessage);

@@ -1,0 +1,54 @@
+#include "workspace/FlexImport.h"
+
+#include "core/FileManager.h"
+#include "core/NSLog.h"
+#include "core/run_cmd.h"
+#include "core/run_logged.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/FlexMenu.h"
+
+namespace {
+
+constexpr const char* menuLog = "/Applications/Tweakbench.app/Getter.log";
+constexpr const char* conversionLog = "/Applications/Tweakbench.app/titleANDObj.log";
+
+void removeWorkFolder() {
+  run_cmd("rm -rf /var/mobile/Documents/Wexley88");
+}
+
+std::string described(const std::vector<std::string>& lines) {
+  std::string text = "(";
+  for (const std::string& line : lines) text += (text.size() > 1 ? ", " : "") + line;
+  return text + ")";
+}
+
+}  // namespace
+
+std::vector<std::string> harvestFlexMenu() {
+  removeWorkFolder();
+  const MaybeText menu = run_logged("ftt", menuLog);
+  if (menu) writeToFileAtomically(menuLog, cleanedFlexMenu(*menu), Durability::Deferred);
+  const std::string cleaned = stringWithContentsOfFile(menuLog).value_or(std::string());
+  NSLog(fill("arrayOfComponents == %@", {described(splitLines(cleaned))}));
+  return flexMenuEntries(cleaned);
+}
+
+void convertFlexPatch(const std::string& title) {
+  removeItemAtPath(conversionLog);
+  redirectStandardStreams(conversionLog);
+  const MaybeText project = listedProject();
+  const std::string key = flexPatchKey(title);
+  run_cmd(fill("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key}).c_str());
+  if (fileExistsAtPath(fill("/var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}))) {
+    run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}).c_str());
+  }
+  run_cmd(fill("mv /var/mobile/Documents/Wexley88/Tweak.xm /var/mobile/Documents/Wexley88/FlexPatch%@ && mv "
+               "/var/mobile/Documents/Wexley88/FlexPatch%@ /var/Tweakyard/Projects/%@/",
+               {key, key, project})
+              .c_str());
+  removeWorkFolder();
+}
+
+void removeFlexMenu() {
+  removeItemAtPath(menuLog);
+}
