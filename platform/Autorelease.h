@@ -7,3 +7,6 @@
 // itself from within one of its own methods. Without an application the reference is dropped at once.
 // Main thread.
 void autorelease(std::shared_ptr<void> object);
+
+// Lets go of everything held so far. The application does so before it ends.
+void drainAutoreleasePool();

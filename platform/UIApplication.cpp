@@ -1,6 +1,7 @@
 #include "platform/UIApplication.h"
 
 #include "core/NSLog.h"
+#include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
 #include "platform/UIApplicationDelegate.h"
 #include "platform/UIColor.h"
@@ -52,6 +53,10 @@ UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) 
 
 UIApplication::~UIApplication() {
   dispatch_wait_for_global_queues();
+  delegate_.reset();
+  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order.
+  QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+  drainAutoreleasePool();
 }
 
 UIApplication* UIApplication::sharedApplication() {
