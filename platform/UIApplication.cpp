@@ -119,6 +119,12 @@ void UIApplication::setKeyWindow(UIWindow* window) {
   }
 }
 
+void UIApplication::forgetWindow(const UIWindow* window) {
+  if (keyWindow_ != window) return;
+  keyWindow_ = nullptr;
+  passKeyOn();
+}
+
 void UIApplication::passKeyOn() {
   UIWindow* next = nullptr;
   for (UIWindow* window : UIScreen::mainScreen()->windows()) {

@@ -47,6 +47,8 @@ class UIApplication : public QApplication {
   friend class UIWindow;
 
   void setKeyWindow(UIWindow* window);
+  // `window` is being destroyed and already off the screen.
+  void forgetWindow(const UIWindow* window);
   // Makes the topmost visible window key.
   void passKeyOn();
   void stateChanged(Qt::ApplicationState state);

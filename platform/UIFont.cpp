@@ -13,7 +13,9 @@ QFont resized(QFont font, double size) {
 
 }  // namespace
 
-QFont systemFontOfSize(double size) { return resized(QApplication::font(), size); }
+QFont systemFontOfSize(double size) {
+  return resized(QApplication::font(), size);
+}
 
 QFont boldSystemFontOfSize(double size) {
   QFont font = systemFontOfSize(size);

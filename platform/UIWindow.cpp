@@ -31,10 +31,7 @@ UIWindow::UIWindow(double windowLevel) : QWidget(UIScreen::mainScreen()), window
 
 UIWindow::~UIWindow() {
   UIScreen::mainScreen()->remove(this);
-  if (UIApplication* application = UIApplication::sharedApplication()) {
-    // Null where this was the key window: a guarded pointer forgets an object that is being destroyed.
-    if (!application->keyWindow()) application->passKeyOn();
-  }
+  if (UIApplication* application = UIApplication::sharedApplication()) application->forgetWindow(this);
 }
 
 void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controller) {
