@@ -14,8 +14,11 @@
 #include <utility>
 
 #include <QPalette>
+#include <QPixmapCache>
 
 namespace {
+
+constexpr int pictureCacheKilobytes = 2048;
 
 QPalette darkPalette() {
   const QColor tint(10, 132, 255);
@@ -43,6 +46,8 @@ QPalette darkPalette() {
 UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) {
   setStyle(QStringLiteral("Fusion"));
   setPalette(darkPalette());
+  // The style keeps a picture of every control for every palette, and each dialog brings palettes of its own.
+  QPixmapCache::setCacheLimit(pictureCacheKilobytes);
   new UIKeyboard(this);
   connect(this, &QGuiApplication::applicationStateChanged, this,
           atEventBoundary([this](Qt::ApplicationState state) { stateChanged(state); }));

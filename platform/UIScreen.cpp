@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QPointer>
 #include <QResizeEvent>
@@ -13,6 +15,12 @@ namespace {
 // Logical pixels: a common phone's screen to start with, the smallest one as the limit.
 constexpr QSize firstSize{390, 844};
 constexpr QSize smallestSize{320, 480};
+
+// A plain widget would be a mere filler, and what is a window to a screen reader decides whether it follows.
+QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
+  if (className != QLatin1String("UIScreen")) return nullptr;
+  return new QAccessibleWidget(static_cast<UIScreen*>(object), QAccessible::Window);
+}
 
 QPointer<UIScreen>& theScreen() {
   static QPointer<UIScreen> screen;
@@ -24,6 +32,7 @@ QPointer<UIScreen>& theScreen() {
 UIScreen* UIScreen::mainScreen() {
   QPointer<UIScreen>& screen = theScreen();
   if (!screen) {
+    QAccessible::installFactory(makeInterface);
     screen = new UIScreen;
     qAddPostRoutine([] { delete theScreen().data(); });
   }
