@@ -25,6 +25,7 @@ void Dev::loadView() {
   outlets_->creditLabel->setFont(boldSystemFontOfSize(creditSize));
   outlets_->thanksLabel->setFont(systemFontOfSize(thanksSize));
   outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->backButton->setFollowsReadingDirection(true);
   outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
   setView(view);
   const auto wire = [this](UIButton* button, const char* address) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <QPainter>
+#include <QWidget>
 
 void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const QColor& ground) {
   if (!ground.isValid() && layer.borderWidth == 0) return;
@@ -14,4 +15,8 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
   const QRectF shape = QRectF(bounds).adjusted(inset, inset, -inset, -inset);
   const qreal radius = std::min(layer.cornerRadius, std::min(shape.width(), shape.height()) / 2);
   painter.drawRoundedRect(shape, radius, radius);
+}
+
+bool isDimmed(const QWidget& control) {
+  return control.testAttribute(Qt::WA_ForceDisabled);
 }

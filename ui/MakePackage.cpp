@@ -45,6 +45,7 @@ void MakePackage::loadView() {
   view->setAutoFillBackground(true);
   outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->backButton->setFollowsReadingDirection(true);
   outlets_->infoButton->setIcon(QIcon(QStringLiteral(":/pictures/about.png")));
   setView(view);
   const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {

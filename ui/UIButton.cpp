@@ -32,6 +32,11 @@ void UIButton::setLayer(const Layer& layer) {
   update();
 }
 
+void UIButton::setFollowsReadingDirection(bool follows) {
+  followsReadingDirection_ = follows;
+  update();
+}
+
 QSize UIButton::sizeHint() const {
   const QFontMetrics font(this->font());
   const int width =
@@ -56,13 +61,18 @@ void UIButton::paintEvent(QPaintEvent*) {
     Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), palette().color(QPalette::Highlight)};
     drawLayer(painter, rect(), ring, QColor());
   }
-  painter.setOpacity(isEnabled() ? 1 : 0.4);
+  painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
   if (!icon().isNull()) {
-    const QRect place(QPoint(), iconSize());
-    icon().paint(&painter, place.translated(rect().center() - place.center()));
+    QRect place(QPoint(), iconSize());
+    place.moveCenter(rect().center());
+    if (followsReadingDirection_ && isRightToLeft()) {
+      painter.translate(2 * rect().center().x() + 1, 0);
+      painter.scale(-1, 1);
+    }
+    icon().paint(&painter, place, Qt::AlignCenter, QIcon::Normal);
     return;
   }
-  painter.setPen(palette().color(QPalette::ButtonText));
+  painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));
   const QRect inside = rect().adjusted(metrics::buttonPadding / 2, 0, -metrics::buttonPadding / 2, 0);
   painter.drawText(inside, Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
 }

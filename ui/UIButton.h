@@ -19,6 +19,9 @@ class UIButton : public QPushButton {
   const Layer& layer() const { return layer_; }
   void setLayer(const Layer& layer);
 
+  // A picture that points back or forward is drawn the other way round where reading goes from right to left.
+  void setFollowsReadingDirection(bool follows);
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -31,4 +34,5 @@ class UIButton : public QPushButton {
   QColor ground() const;
 
   Layer layer_;
+  bool followsReadingDirection_ = false;
 };

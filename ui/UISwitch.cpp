@@ -24,9 +24,9 @@ bool UISwitch::hitButton(const QPoint& position) const {
 
 void UISwitch::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setOpacity(isEnabled() ? 1 : 0.4);
+  painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
   const qreal radius = height() / 2.0;
-  Layer groove{radius, 0, isChecked() ? palette().color(QPalette::Highlight) : grooveOff};
+  Layer groove{radius, 0, isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : grooveOff};
   drawLayer(painter, rect(), groove, groove.backgroundColor);
   if (hasFocus())
     drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), Qt::white}, QColor());

@@ -14,7 +14,7 @@ namespace finger {
 
 namespace {
 
-constexpr int patienceMilliseconds = 20'000;
+constexpr int patienceMilliseconds = 180'000;
 
 QString plain(QString text) {
   constexpr char16_t isolates[] = {0x2066, 0x2067, 0x2068, 0x2069, 0x200E, 0x200F};

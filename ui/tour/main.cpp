@@ -28,6 +28,7 @@ namespace {
 using finger::tap;
 using finger::waitToSee;
 
+constexpr int settleMilliseconds = 50;
 constexpr const char* projectName = "HelloTweak";
 constexpr const char* pictureFolder = "/var/mobile/Pictures";
 constexpr const char* packageFolder = "/var/mobile/Documents/Tweakbench/HelloTweak";
@@ -48,7 +49,12 @@ class Tour {
   }
 
  private:
-  void picture(const char* name) {
+  // Of the screen as it is when everything that was asked for has been laid out; `Moment::This` is for what
+  // would be gone by then.
+  enum class Moment { Settled, This };
+
+  void picture(const char* name, Moment moment = Moment::Settled) {
+    if (moment == Moment::Settled) QTest::qWait(settleMilliseconds);
     const QString path =
         QStringLiteral("%1/%2-%3.png").arg(pictureFolder).arg(++number_, 2, 10, QLatin1Char('0')).arg(name);
     if (!UIScreen::mainScreen()->grab().save(path))
@@ -90,7 +96,7 @@ class Tour {
     picture("build-empty");
     tap("Make Package");
     waitToSee(localized(text::pleaseWait));
-    picture("build-progress");
+    picture("build-progress", Moment::This);
     finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); },
                       "Theos's update does not end");
     tap("Make Package");
