@@ -1,5 +1,6 @@
 // Closing the window while a build prints for ever: the process ends in order, and so does everything that it
 // started.
+#include "platform/Motion.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "platform/dispatch.h"
@@ -22,6 +23,29 @@ namespace {
 int applicationArguments = 1;
 char applicationName[] = "closing_tests";
 char* applicationVector[] = {applicationName, nullptr};
+
+// First, since the child must be made before this process has threads.
+TEST(Closing, ALanguageIsWrittenAndTheProcessEndsWithSuccess) {
+  device::reset();
+  const pid_t child = fork();
+  ASSERT_NE(child, -1);
+  if (child == 0) {
+    UIApplicationMain(applicationArguments, applicationVector, [] {
+      setMotionEnabled(false);
+      dispatch_async(dispatch_get_main_queue(), [] {
+        finger::tap("Project Options");
+        finger::tap(localized(text::changeLanguage));
+        finger::tap(localized(text::arabic));
+      });
+      return makeAppDelegate();
+    });
+    _exit(99);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_EQ(device::setting("LangFile", "Language"), "AR");
+}
 
 TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
   const StandardStreams restored;

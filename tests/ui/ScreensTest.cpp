@@ -1,26 +1,14 @@
 #include "platform/UIApplication.h"
-#include "platform/UIScreen.h"
-#include "support/Device.h"
-#include "support/StandardStreams.h"
-#include "ui/AppDelegate.h"
-#include "ui/Localized.h"
-#include "ui/LogView.h"
+#include "tests/ui/Screens.h"
 #include "ui/UISwitch.h"
-#include "ui/tour/Finger.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
 
 #include <sys/stat.h>
 
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QListView>
-#include <QPlainTextEdit>
-#include <QTest>
 #include <QTimer>
-#include <gtest/gtest.h>
+#include <QUrl>
 
 namespace {
 
@@ -28,66 +16,6 @@ using finger::sees;
 using finger::tap;
 using finger::waitToSee;
 using finger::waitUntil;
-
-const std::string updateMarker = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
-
-class Screens : public testing::Test {
- protected:
-  Screens() {
-    device::reset();
-    createProjectsFolder();
-    recordTheosPath();
-  }
-  ~Screens() override {
-    delegate_.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-
-  void start() {
-    delegate_ = makeAppDelegate();
-    UIScreen::mainScreen()->resize(390, 844);
-    UIScreen::mainScreen()->show();
-    waitToSee("Files");
-  }
-
-  // A project of the given files, current when the application starts.
-  static std::string makeProject(std::initializer_list<std::pair<const char*, std::string>> files) {
-    const std::string folder = device::projects + "P/";
-    for (const auto& [name, contents] : files) putFile(folder + name, contents);
-    chooseProject("P");
-    return folder;
-  }
-
-  static QPlainTextEdit& openEditor(const QString& file) {
-    tap(file);
-    auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
-    // The file's name appears when the delayed load has run.
-    waitToSee(file);
-    return *editor;
-  }
-
-  static void leaveEditor(const QString& button) {
-    tap(button);
-    waitToSee("Reload");
-  }
-
-  // Whether or not a dialog lies above it.
-  static const LogView& log() { return *UIScreen::mainScreen()->findChild<LogView*>(); }
-
-  static void openBuildScreen() {
-    tap("Build");
-    waitToSee("Make Package");
-  }
-
-  static void build(const QString& button) {
-    tap(button);
-    waitToSee(localized(text::pleaseWait));
-    waitUntil([] { return !sees(localized(text::pleaseWait)); }, "the build does not end");
-  }
-
-  const StandardStreams restored_;
-  std::unique_ptr<AppDelegate> delegate_;
-};
 
 TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
   for (const char* language : {"EN", "AR"}) {

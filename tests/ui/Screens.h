@@ -1,0 +1,81 @@
+// The application on its screen, fresh for each test, as a user would have it.
+#pragma once
+
+#include "platform/UIScreen.h"
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "ui/AppDelegate.h"
+#include "ui/Localized.h"
+#include "ui/LogView.h"
+#include "ui/tour/Finger.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <QPlainTextEdit>
+#include <QTest>
+#include <gtest/gtest.h>
+
+inline const std::string updateMarker = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
+
+class Screens : public testing::Test {
+ protected:
+  Screens() {
+    device::reset();
+    createProjectsFolder();
+    recordTheosPath();
+  }
+  ~Screens() override {
+    delegate_.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  void start() {
+    delegate_ = makeAppDelegate();
+    UIScreen::mainScreen()->resize(390, 844);
+    UIScreen::mainScreen()->show();
+    finger::waitToSee("Files");
+  }
+
+  // A project of the given files, current when the application starts.
+  static std::string makeProject(std::initializer_list<std::pair<const char*, std::string>> files) {
+    const std::string folder = device::projects + "P/";
+    for (const auto& [name, contents] : files) putFile(folder + name, contents);
+    chooseProject("P");
+    return folder;
+  }
+
+  static QPlainTextEdit& openEditor(const QString& file) {
+    finger::tap(file);
+    auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+    // The file's name appears when the delayed load has run.
+    finger::waitToSee(file);
+    return *editor;
+  }
+
+  static void leaveEditor(const QString& button) {
+    finger::tap(button);
+    finger::waitToSee("Reload");
+  }
+
+  // Whether or not a dialog lies above it.
+  static const LogView& log() { return *UIScreen::mainScreen()->findChild<LogView*>(); }
+
+  static void openBuildScreen() {
+    finger::tap("Build");
+    finger::waitToSee("Make Package");
+  }
+
+  static void build(const QString& button) {
+    finger::tap(button);
+    finger::waitToSee(localized(text::pleaseWait));
+    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); }, "the build does not end");
+  }
+
+  const StandardStreams restored_;
+  std::unique_ptr<AppDelegate> delegate_;
+};
