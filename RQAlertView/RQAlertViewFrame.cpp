@@ -1,65 +1,21 @@
 #include "RQAlertView/RQAlertViewFrame.h"
 
 #include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewHeader.h"
 #include "RQAlertView/RQAlertViewHelper.h"
-#include "RQAlertView/RQAlertViewLabel.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "platform/EventBoundary.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include <QApplication>
 #include <QKeyEvent>
-#include <QLinearGradient>
-#include <QPainter>
-#include <QScrollBar>
 
 namespace {
 
 using namespace RQAlertViewMetrics;
 
 constexpr int separatorThickness = 1;  // the room for a hairline
-
-// Says that the text above goes on: fades its last line out.
-class ScrollFade : public QWidget {
- public:
-  explicit ScrollFade(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
-
-  void setColor(const QColor& color) {
-    color_ = color;
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QLinearGradient gradient(0, 0, 0, height());
-    QColor clear = color_;
-    clear.setAlpha(0);
-    gradient.setColorAt(0, clear);
-    gradient.setColorAt(1, color_);
-    QPainter(this).fillRect(rect(), gradient);
-  }
-
- private:
-  QColor color_;
-};
-
-// Leaves the arrow keys to the box unless it has the focus itself.
-class HeaderArea : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override {
-    if (hasFocus()) {
-      QScrollArea::keyPressEvent(event);
-    } else {
-      event->ignore();
-    }
-  }
-};
 
 int rounded(double length) {
   return static_cast<int>(std::lround(length));
@@ -81,31 +37,10 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
       alertView_(alertView),
       card_(new RQAlertViewShadowView(this)),
       cancelCard_(new RQAlertViewShadowView(this)),
-      header_(new HeaderArea(this)),
-      head_(new QWidget),
-      title_(new RQAlertViewLabel(head_)),
-      message_(new RQAlertViewLabel(head_)),
-      content_(content),
-      fade_(new ScrollFade(this)) {
-  content_->setParent(head_);
-  header_->setWidget(head_);
-  // The area fills what it scrolls unless it is told not to; the card is to shine through.
-  head_->setAutoFillBackground(false);
-  header_->setFrameShape(QFrame::NoFrame);
-  header_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  header_->setFocusPolicy(Qt::NoFocus);
-  header_->setAccessibleName(tr("Message"));
-  header_->viewport()->setAutoFillBackground(false);
+      header_(new RQAlertViewHeader(alertView, content, this)) {
   // Shown one by one: a picture of the box is taken before the box itself is shown.
-  for (QWidget* part : {static_cast<QWidget*>(card_), static_cast<QWidget*>(header_), head_}) part->show();
-  title_->setText(alertView.title());
-  message_->setText(alertView.message());
-  title_->setVisible(!alertView.title().isEmpty());
-  message_->setVisible(!alertView.message().isEmpty());
-  content_->setVisible(!content_->isEmpty());
-  connect(qApp, &QApplication::focusChanged, this, [this] { keepFocusInSight(); });
-  connect(header_->verticalScrollBar(), &QScrollBar::valueChanged, this,
-          [this](int value) { fade_->setVisible(value < header_->verticalScrollBar()->maximum()); });
+  card_->show();
+  header_->show();
 }
 
 RQAlertViewFrame::~RQAlertViewFrame() = default;
@@ -131,7 +66,7 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
   card_->setVisible(cardHeight > 0);
   card_->setCardGeometry(card);
   applyBackdrop(*card_, card);
-  placeHeader(QRect(card.topLeft(), QSize(width, heights.headerShown)), heights.header);
+  header_->layOutIn(QRect(card.topLeft(), QSize(width, heights.headerShown)));
   placeButtons(QRect(margin, margin + heights.headerShown + separator, width, heights.buttons), card);
 
   cancelCard_->setVisible(separateCancel_ != nullptr);
@@ -141,17 +76,6 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
     applyBackdrop(*cancelCard_, cancel);
     separateCancel_->setGeometry(cancel);
     separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
-  }
-  keepFocusInSight();
-}
-
-void RQAlertViewFrame::keepFocusInSight() {
-  QWidget* focused = window()->focusWidget();
-  if (focused && focused != head_ && head_->isAncestorOf(focused)) {
-    // The whole of it, the upper edge before the lower one where it is taller than the area.
-    const QRect place(focused->mapTo(head_, QPoint()), focused->size());
-    header_->ensureVisible(place.x(), place.bottom(), 0, textFieldsGap);
-    header_->ensureVisible(place.x(), place.top(), 0, textFieldsGap);
   }
 }
 
@@ -185,24 +109,14 @@ void RQAlertViewFrame::applyLooks(int width) {
                                          .separatorsColor = a.separatorsColor()};
   card_->setLook(look);
   cancelCard_->setLook(look);
-  static_cast<ScrollFade*>(fade_)->setColor(a.backgroundColor());
-  const auto scrollBar = a.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff;
-  header_->setVerticalScrollBarPolicy(scrollBar);
-  applyLabels();
-  content_->applyAppearance(a.appearanceValues());
+  header_->applyLooks();
   arrangeButtons(width);
   if (list_) {
-    list_->setVerticalScrollBarPolicy(scrollBar);
+    list_->setVerticalScrollBarPolicy(a.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
+                                                                       : Qt::ScrollBarAlwaysOff);
     list_->setSeparatorsColor(a.separatorsColor());
   }
   allButtonsChanged();
-}
-
-void RQAlertViewFrame::applyLabels() {
-  title_->setStyle({.font = alertView_.titleFont(), .alignment = alertView_.titleTextAlignment()},
-                   alertView_.titleTextColor());
-  message_->setStyle({.font = alertView_.messageFont(), .alignment = alertView_.messageTextAlignment()},
-                     alertView_.messageTextColor());
 }
 
 RQAlertViewFrame::Arrangement RQAlertViewFrame::arrangementFor(const RQAlertViewRows& rows, int width) const {
@@ -294,20 +208,9 @@ RQAlertViewButton* RQAlertViewFrame::makeButton(const RQAlertViewRow& row, int p
   return button;
 }
 
-int RQAlertViewFrame::headerHeight(int width) const {
-  const int inner = width - 2 * headerPadding;
-  int height = 0;
-  if (!title_->isHidden()) height += title_->heightForWidth(inner);
-  if (!message_->isHidden()) height += (height > 0 ? titleMessageGap : 0) + message_->heightForWidth(inner);
-  if (!content_->isHidden()) height += (height > 0 ? contentGap : 0) + content_->heightForWidth(inner);
-  if (height == 0) return 0;
-  return height + 2 * (alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
-                                                                     : actionSheetHeaderPaddingVertical);
-}
-
 RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHeight) const {
   Heights heights;
-  heights.header = headerHeight(width);
+  heights.header = header_->wholeHeight(width);
   if (separateCancel_) heights.cancel = rounded(buttonHeight(*separateCancel_, width));
   double most = roomHeight;
   if (separateCancel_) most -= heights.cancel + alertView_.cancelButtonOffsetY();
@@ -332,34 +235,6 @@ RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHei
     heights.headerShown = rounded(std::clamp(most - buttons, 0.0, static_cast<double>(heights.header)));
   }
   return heights;
-}
-
-void RQAlertViewFrame::placeHeader(const QRect& area, int height) {
-  header_->setVisible(!area.isEmpty());
-  header_->setGeometry(area);
-  const bool overflows = height > area.height();
-  header_->setFocusPolicy(overflows ? Qt::TabFocus : Qt::NoFocus);
-  head_->setGeometry(0, head_->y(), area.width(), height);
-  const int inner = area.width() - 2 * headerPadding;
-  int y = alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
-                                                        : actionSheetHeaderPaddingVertical;
-  bool first = true;
-  const auto put = [&](QWidget* part, int gap) {
-    if (part->isHidden()) return;
-    if (!first) y += gap;
-    first = false;
-    const int partHeight = part->heightForWidth(inner);
-    part->setGeometry(headerPadding, y, inner, partHeight);
-    y += partHeight;
-  };
-  put(title_, titleMessageGap);
-  put(message_, titleMessageGap);
-  put(content_, contentGap);
-
-  const int fade = std::min(scrollFadeHeight, area.height());
-  fade_->setGeometry(area.x(), area.y() + area.height() - fade, area.width(), fade);
-  fade_->raise();
-  fade_->setVisible(overflows && header_->verticalScrollBar()->value() < height - area.height());
 }
 
 void RQAlertViewFrame::placeButtons(const QRect& area, const QRect& card) {

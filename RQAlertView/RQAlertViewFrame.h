@@ -9,13 +9,12 @@
 
 #include <vector>
 
-#include <QPointer>
-#include <QScrollArea>
+#include <QPixmap>
 #include <QWidget>
 
 class RQAlertView;
 class RQAlertViewContent;
-class RQAlertViewLabel;
+class RQAlertViewHeader;
 
 // Reads everything from its dialog and reports taps; it knows neither the cover nor the stack of dialogs.
 class RQAlertViewFrame : public QWidget {
@@ -57,9 +56,7 @@ class RQAlertViewFrame : public QWidget {
     int cancel = 0;
   };
 
-  void keepFocusInSight();
   void applyLooks(int width);
-  void applyLabels();
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
   void arrangeButtons(int width);
   void rebuildSideBySide(const RQAlertViewRows& rows);
@@ -68,20 +65,13 @@ class RQAlertViewFrame : public QWidget {
   Arrangement arrangementFor(const RQAlertViewRows& rows, int width) const;
 
   Heights heightsFor(int width, double roomHeight) const;
-  int headerHeight(int width) const;
-  void placeHeader(const QRect& area, int height);
   void placeButtons(const QRect& area, const QRect& card);
   double buttonHeight(const RQAlertViewButton& button, int width) const;
 
   const RQAlertView& alertView_;
   RQAlertViewShadowView* card_;
   RQAlertViewShadowView* cancelCard_;
-  QScrollArea* header_;
-  QWidget* head_;
-  RQAlertViewLabel* title_;
-  RQAlertViewLabel* message_;
-  RQAlertViewContent* content_;
-  QWidget* fade_;
+  RQAlertViewHeader* header_;
   QPixmap backdrop_;
   RQAlertViewButtonList* list_ = nullptr;
   std::vector<RQAlertViewButton*> sideBySide_;

@@ -1,0 +1,144 @@
+#include "RQAlertView/RQAlertViewHeader.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewMetrics.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QScrollBar>
+
+using namespace RQAlertViewMetrics;
+
+// Says that the text above goes on: fades its last line out.
+class RQAlertViewHeader::Fade : public QWidget {
+ public:
+  explicit Fade(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+  void setColor(const QColor& color) {
+    color_ = color;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QLinearGradient gradient(0, 0, 0, height());
+    QColor clear = color_;
+    clear.setAlpha(0);
+    gradient.setColorAt(0, clear);
+    gradient.setColorAt(1, color_);
+    QPainter(this).fillRect(rect(), gradient);
+  }
+
+ private:
+  QColor color_;
+};
+
+RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContent* content,
+                                     QWidget* parent)
+    : QScrollArea(parent),
+      alertView_(alertView),
+      parts_(new QWidget),
+      title_(new RQAlertViewLabel(parts_)),
+      message_(new RQAlertViewLabel(parts_)),
+      content_(content),
+      fade_(new Fade(this)) {
+  content_->setParent(parts_);
+  setWidget(parts_);
+  // The area fills what it scrolls unless it is told not to; the card is to shine through.
+  parts_->setAutoFillBackground(false);
+  viewport()->setAutoFillBackground(false);
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFocusPolicy(Qt::NoFocus);
+  setAccessibleName(tr("Message"));
+  parts_->show();
+  title_->setText(alertView.title());
+  message_->setText(alertView.message());
+  title_->setVisible(!alertView.title().isEmpty());
+  message_->setVisible(!alertView.message().isEmpty());
+  content_->setVisible(!content_->isEmpty());
+  connect(qApp, &QApplication::focusChanged, this, [this] { keepFocusInSight(); });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this](int value) { fade_->setVisible(value < verticalScrollBar()->maximum()); });
+}
+
+void RQAlertViewHeader::applyLooks() {
+  title_->setStyle({.font = alertView_.titleFont(), .alignment = alertView_.titleTextAlignment()},
+                   alertView_.titleTextColor());
+  message_->setStyle({.font = alertView_.messageFont(), .alignment = alertView_.messageTextAlignment()},
+                     alertView_.messageTextColor());
+  content_->applyAppearance(alertView_.appearanceValues());
+  fade_->setColor(alertView_.backgroundColor());
+  setVerticalScrollBarPolicy(alertView_.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
+                                                                       : Qt::ScrollBarAlwaysOff);
+}
+
+int RQAlertViewHeader::wholeHeight(int width) const {
+  const int height = eachPart(width - 2 * headerPadding, [](QWidget*, int, int) {});
+  return height > 0 ? height + 2 * paddingVertical() : 0;
+}
+
+void RQAlertViewHeader::layOutIn(const QRect& area) {
+  const int height = wholeHeight(area.width());
+  const bool overflows = height > area.height();
+  setVisible(!area.isEmpty());
+  setGeometry(area);
+  // Only what scrolls is worth a stop of the Tab key.
+  setFocusPolicy(overflows ? Qt::TabFocus : Qt::NoFocus);
+  parts_->setGeometry(0, parts_->y(), area.width(), height);
+  const int inner = area.width() - 2 * headerPadding;
+  eachPart(inner, [this, inner](QWidget* part, int top, int partHeight) {
+    part->setGeometry(headerPadding, paddingVertical() + top, inner, partHeight);
+  });
+
+  const int fadeHeight = std::min(scrollFadeHeight, area.height());
+  fade_->setGeometry(0, area.height() - fadeHeight, area.width(), fadeHeight);
+  fade_->raise();
+  fade_->setVisible(overflows && verticalScrollBar()->value() < height - area.height());
+  keepFocusInSight();
+}
+
+void RQAlertViewHeader::keepFocusInSight() {
+  const QWidget* focused = window()->focusWidget();
+  if (!focused || focused == parts_ || !parts_->isAncestorOf(focused)) return;
+  // The whole of it, the upper edge before the lower one where it is taller than the area.
+  const QRect place(focused->mapTo(parts_, QPoint()), focused->size());
+  ensureVisible(place.x(), place.bottom(), 0, textFieldsGap);
+  ensureVisible(place.x(), place.top(), 0, textFieldsGap);
+}
+
+void RQAlertViewHeader::keyPressEvent(QKeyEvent* event) {
+  // What a field leaves over belongs to the box, unless the area has the focus itself.
+  if (hasFocus()) {
+    QScrollArea::keyPressEvent(event);
+  } else {
+    event->ignore();
+  }
+}
+
+int RQAlertViewHeader::paddingVertical() const {
+  return alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
+                                                       : actionSheetHeaderPaddingVertical;
+}
+
+template <typename Visit>
+int RQAlertViewHeader::eachPart(int innerWidth, Visit visit) const {
+  int y = 0;
+  bool first = true;
+  for (const auto& [part, gap] :
+       {std::pair<QWidget*, int>{title_, 0}, {message_, titleMessageGap}, {content_, contentGap}}) {
+    if (part->isHidden()) continue;
+    if (!std::exchange(first, false)) y += gap;
+    const int height = part->heightForWidth(innerWidth);
+    visit(part, y, height);
+    y += height;
+  }
+  return y;
+}
