@@ -95,6 +95,12 @@ std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::s
   }
 }
 
+std::size_t sizeOfFile(const std::string& path) {
+  const Descriptor file = openRegularFile(path);
+  struct stat information {};
+  return file && fstat(file.number(), &information) == 0 ? static_cast<std::size_t>(information.st_size) : 0;
+}
+
 MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
   const Descriptor file = openRegularFile(path);
   struct stat information {};

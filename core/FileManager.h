@@ -1,8 +1,9 @@
 // The file operations that the system makes itself, without a shell.
 //
 // Failures are silent unless a function returns something: absent, false, or nothing done. Paths are absolute
-// UTF-8. What lies in the device may have been planted by a build, so reading takes regular files only, never
-// waits on a FIFO, and stops at a bound. Any thread.
+// UTF-8. What lies in the device may have been planted by a build, so reading takes regular files only (links
+// are followed, and lead nowhere but into the device), never waits on a FIFO, and stops at a bound. Any
+// thread.
 #pragma once
 
 #include "core/Descriptor.h"
@@ -33,6 +34,9 @@ void createFileAtPath(const std::string& path);
 
 // The largest text that is read whole, in bytes.
 inline constexpr std::size_t largestTextFile = std::size_t{1} << 30;
+
+// The size of a regular file in bytes; 0 when there is none.
+std::size_t sizeOfFile(const std::string& path);
 
 // The bytes of a regular file; absent when it is missing, no regular file, unreadable, or larger than `limit`
 // bytes.

@@ -42,8 +42,8 @@ MaybeText PropertyList::objectForKey(const std::string& key) const {
 }
 
 void PropertyList::setObject(const std::string& value, const std::string& key) {
-  if (canStandInXML(value))
-    plist_dict_set_item(dictionary_.get(), key.c_str(), plist_new_string(value.c_str()));
+  if (!canStandInXML(value)) return removeObjectForKey(key);
+  plist_dict_set_item(dictionary_.get(), key.c_str(), plist_new_string(value.c_str()));
 }
 
 void PropertyList::removeObjectForKey(const std::string& key) {

@@ -17,6 +17,8 @@ class PropertyList {
   // Absent when there is no such key or its value is no valid UTF-8 string.
   MaybeText objectForKey(const std::string& key) const;
 
+  // A value that no property list can hold (control characters, no UTF-8) removes the key: an old value that
+  // stays would be acted on as if it had been set.
   void setObject(const std::string& value, const std::string& key);
   void removeObjectForKey(const std::string& key);
 

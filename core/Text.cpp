@@ -94,6 +94,12 @@ std::string withoutBlanks(std::string_view typed) {
   return replaceAll(typed, " ", "");
 }
 
+std::string described(const std::vector<std::string>& items) {
+  std::string text = "(";
+  for (const std::string& item : items) text += (text.size() > 1 ? ", " : "") + item;
+  return text + ")";
+}
+
 std::string lastPathComponent(std::string_view path) {
   path = withoutTrailingSlashes(path);
   if (path == "/") return "/";

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using MaybeText = std::optional<std::string>;
 
@@ -23,6 +24,9 @@ std::string fill(std::string_view format, std::initializer_list<MaybeText> value
 
 // A name as typed, without its blanks; nothing else is changed.
 std::string withoutBlanks(std::string_view typed);
+
+// A list as the system log shows it.
+std::string described(const std::vector<std::string>& items);
 
 // What stands after the last slash of `path`, trailing slashes aside; "/" for the root, empty for an empty
 // path.

@@ -14,5 +14,6 @@ inline constexpr auto& run_cmder = run_cmd;
 // that it started, is asked to end and, if it is still there after `graceMilliseconds`, killed; later calls
 // of run_cmd return at once without starting anything. For the end of the process, so that no build goes on
 // behind a closed window and no step of a broken-off sequence (a deletion, a move) runs after the step that
-// was cut short. Returns when every running command has been waited for. Main thread.
+// was cut short. Returns when every running command has ended; the thread that runs it is about to go on
+// then. What outlives its shell is not reached: that ends with the device. Main thread.
 void stopCommands(int graceMilliseconds);

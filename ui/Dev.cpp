@@ -1,11 +1,11 @@
 #include "ui/Dev.h"
 
 #include "platform/EventBoundary.h"
-#include "platform/UIApplication.h"
 #include "platform/UIColor.h"
 #include "platform/UIFont.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
+#include "ui/OpenAddress.h"
 #include "ui/ui_Dev.h"
 
 namespace {
@@ -29,9 +29,7 @@ void Dev::loadView() {
   outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
   setView(view);
   const auto wire = [this](UIButton* button, const char* address) {
-    connect(button, &QPushButton::clicked, this, atEventBoundary([address] {
-              UIApplication::sharedApplication()->openURL(QUrl(QString::fromUtf8(address)));
-            }));
+    connect(button, &QPushButton::clicked, this, atEventBoundary([address] { openAddress(address); }));
   };
   wire(outlets_->profileButton, links::authorProfile);
   wire(outlets_->donateButton, links::donation);

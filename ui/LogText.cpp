@@ -5,6 +5,7 @@
 namespace {
 
 constexpr std::size_t tabWidth = 8;
+constexpr std::size_t longestPiece = 4096;  // bytes
 
 bool startsCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
@@ -32,13 +33,26 @@ std::size_t columnsOf(std::string_view line) {
 void LogText::setText(std::string text) {
   text_ = std::move(text);
   lines_.clear();
+  lines_.reserve(static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
   for (std::size_t begin = 0; begin < text_.size();) {
     const std::size_t end = std::min(text_.find('\n', begin), text_.size());
-    lines_.push_back({begin, columnsOf(std::string_view(text_).substr(begin, end - begin))});
+    addLine(begin, end);
     begin = end + 1;
   }
-  lines_.shrink_to_fit();
   setColumns(columns_);
+}
+
+void LogText::addLine(std::size_t begin, std::size_t end) {
+  const bool whole =
+      end - begin <= longestPiece || isPlain(std::string_view(text_).substr(begin, end - begin));
+  std::size_t at = begin;
+  do {
+    std::size_t next = whole ? end : std::min(at + longestPiece, end);
+    while (next < end && next > at + 1 && !startsCharacter(text_[next])) --next;
+    const std::size_t columns = columnsOf(std::string_view(text_).substr(at, next - at));
+    lines_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(columns)});
+    at = next;
+  } while (at < end);
 }
 
 void LogText::setColumns(std::size_t columns) {
@@ -46,10 +60,10 @@ void LogText::setColumns(std::size_t columns) {
   rowsBefore_.resize(lines_.size() + 1);
   std::size_t rows = 0;
   for (std::size_t line = 0; line < lines_.size(); ++line) {
-    rowsBefore_[line] = rows;
+    rowsBefore_[line] = static_cast<std::uint32_t>(rows);
     rows += std::max<std::size_t>((lines_[line].columns + columns_ - 1) / columns_, 1);
   }
-  rowsBefore_.back() = rows;
+  rowsBefore_.back() = static_cast<std::uint32_t>(rows);
 }
 
 std::string_view LogText::bytesOf(std::size_t line) const {
@@ -62,7 +76,8 @@ std::string_view LogText::bytesOf(std::size_t line) const {
 
 std::size_t LogText::offsetInLine(std::size_t line, std::size_t column) const {
   const std::string_view bytes = bytesOf(line);
-  if (lines_[line].columns == bytes.size()) return std::min(column, bytes.size());
+  // Only plain lines are held in pieces longer than this.
+  if (bytes.size() > longestPiece || isPlain(bytes)) return std::min(column, bytes.size());
   std::size_t at = 0;
   std::size_t reached = 0;
   while (at < bytes.size() && (reached < column || !startsCharacter(bytes[at]))) {

@@ -12,14 +12,10 @@
 #include "ui/Links.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
+#include "ui/OpenAddress.h"
 #include "ui/ui_MakePackage.h"
 
 namespace {
-
-void openURL(const std::string& address, std::function<void(bool)> completion = {}) {
-  UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)), {},
-                                              std::move(completion));
-}
 
 void showSuccess(const MaybeText& project) {
   const auto dialog = RQAlertView::alertViewWithTitle(
@@ -28,7 +24,7 @@ void showSuccess(const MaybeText& project) {
   dressAsMessage(*dialog);
   dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
     if (title != localized(text::goToDebFolder)) return;
-    openURL(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
+    openAddress(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
   });
   dialog->showAnimated();
 }
@@ -125,7 +121,7 @@ void MakePackage::InfoButton() {
       QStringLiteral("Tip"), localized(text::deviceSupportHint), RQAlertViewStyle::Alert,
       QStringList{localized(text::addTheSource)}, localized(text::cancel), QString());
   dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
-    if (title == localized(text::addTheSource)) openURL(links::addPackageSource, [](bool) {});
+    if (title == localized(text::addTheSource)) openAddress(links::addPackageSource, [](bool) {});
   });
   dressAsMessage(*dialog);
   dialog->showAnimated();

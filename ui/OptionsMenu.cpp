@@ -1,11 +1,11 @@
 #include "ui/OptionsMenu.h"
 
-#include "platform/UIApplication.h"
 #include "ui/BackupMenu.h"
 #include "ui/Localized.h"
 #include "ui/Menu.h"
 #include "ui/Notice.h"
 #include "ui/OneLinePrompt.h"
+#include "ui/OpenAddress.h"
 #include "ui/ViewController.h"
 #include "workspace/ProjectName.h"
 #include "workspace/ProjectOptions.h"
@@ -14,10 +14,6 @@
 #include <cstdlib>
 
 namespace {
-
-void openAddress(const std::string& address) {
-  UIApplication::sharedApplication()->openURL(QUrl(QString::fromStdString(address)));
-}
 
 void askForImport(const Owner& owner) {
   showOneLinePrompt(

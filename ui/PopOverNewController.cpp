@@ -11,6 +11,9 @@
 #include "ui/ui_PopOverNewController.h"
 #include "workspace/Selection.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include <QShortcut>
 #include <QTextBlock>
 
@@ -18,11 +21,28 @@ namespace {
 
 constexpr double loadDelay = 0.1;  // seconds; by then the main screen has recorded the pick
 constexpr int tabColumns = 4;
+constexpr std::size_t longestWrappedLine = 10'000;                // bytes
+constexpr std::size_t largestEditedFile = std::size_t{32} << 20;  // bytes
 
-std::string described(const std::vector<std::string>& names) {
-  std::string text = "(";
-  for (const std::string& name : names) text += (text.size() > 1 ? ", " : "") + name;
-  return text + ")";
+std::size_t longestLine(std::string_view text) {
+  std::size_t longest = 0;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    longest = std::max(longest, end - begin);
+    begin = end + 1;
+  }
+  return longest;
+}
+
+// Whether every line ends as on Windows. A text with ends of both kinds gets the plain ones where it is
+// edited.
+bool hasWindowsLines(std::string_view text) {
+  bool any = false;
+  for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
+    if (at == 0 || text[at - 1] != '\r') return false;
+    any = true;
+  }
+  return any;
 }
 
 }  // namespace
@@ -63,11 +83,15 @@ void PopOverNewController::viewDidLoad() {
 void PopOverNewController::Rep() {
   const MaybeText path = pickedFile();
   outlets_->NavTitle->setText(path ? shownName(lastPathComponent(*path)) : QString());
-  const MaybeText text = path ? stringWithContentsOfFile(*path) : std::nullopt;
+  const MaybeText text = path ? stringWithContentsOfFile(*path, largestEditedFile) : std::nullopt;
+  isTooLarge_ = path && !text && sizeOfFile(*path) > largestEditedFile;
   const auto listing = path ? contentsOfDirectoryAtPath(*path) : std::nullopt;
   NSLog(fill("Cont %@", {listing ? MaybeText(described(*listing)) : std::nullopt}));
   if (listing) NSLog("Cont === Directory");
   loaded_ = text.value_or(std::string());
+  // The editor lays out a wrapped line at a cost that grows with the square of its length.
+  outlets_->PopOvetText->setLineWrapMode(
+      longestLine(loaded_) > longestWrappedLine ? QPlainTextEdit::NoWrap : QPlainTextEdit::WidgetWidth);
   outlets_->PopOvetText->setPlainText(QString::fromStdString(loaded_));
   outlets_->PopOvetText->document()->setModified(false);
   if (loaded_.empty()) NSLog(fill("Empty %@", {text ? MaybeText(pathExtension(*text)) : std::nullopt}));
@@ -79,13 +103,15 @@ std::string PopOverNewController::editedText() const {
   // The raw text, since the plain one would turn no-break spaces into blanks; its lines end in paragraph
   // separators.
   QString text = document.toRawText();
-  const bool windowsLines = loaded_.find("\r\n") != std::string::npos;
-  text.replace(QChar::ParagraphSeparator, windowsLines ? QStringLiteral("\r\n") : QStringLiteral("\n"));
+  text.replace(QChar::ParagraphSeparator,
+               hasWindowsLines(loaded_) ? QStringLiteral("\r\n") : QStringLiteral("\n"));
   return text.toStdString();
 }
 
 void PopOverNewController::SaveButton() {
-  if (const MaybeText path = pickedFile()) writeToFileAtomically(*path, editedText());
+  const MaybeText path = pickedFile();
+  // The empty editor of a file that is only too large for it must not take the file's place.
+  if (path && !isTooLarge_) writeToFileAtomically(*path, editedText());
   dismissViewControllerAnimated(true);
 }
 

@@ -11,7 +11,8 @@ class PopOverNewController;
 }
 
 // Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a
-// folder stays empty, and saving then empties it.
+// folder stays empty, and saving then empties it; only a file that is too large to be edited is left as it
+// is.
 class PopOverNewController : public UIViewController {
   Q_OBJECT
 
@@ -40,4 +41,5 @@ class PopOverNewController : public UIViewController {
   std::unique_ptr<Ui::PopOverNewController> outlets_;
   // The text as it was loaded; what was not edited is written back to the byte.
   std::string loaded_;
+  bool isTooLarge_ = false;
 };

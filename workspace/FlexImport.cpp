@@ -16,12 +16,6 @@ void removeWorkFolder() {
   run_cmd("rm -rf /var/mobile/Documents/Wexley88");
 }
 
-std::string described(const std::vector<std::string>& lines) {
-  std::string text = "(";
-  for (const std::string& line : lines) text += (text.size() > 1 ? ", " : "") + line;
-  return text + ")";
-}
-
 }  // namespace
 
 std::vector<std::string> harvestFlexMenu() {

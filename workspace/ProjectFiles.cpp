@@ -27,5 +27,9 @@ void renameFile(const std::string& oldName, const std::string& typedName) {
   run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@ /var/Tweakyard/Projects/%@/%@",
                {project, oldName, project, withoutBlanks(typedName)})
               .c_str());
-  if (project) setCurrentProject(*project);
+  if (project) {
+    setCurrentProject(*project);
+  } else {
+    removeCurrentProject();
+  }
 }

@@ -69,6 +69,18 @@ TEST(LogText, HoldsAHugeLineAndAMillionShortOnes) {
   text.setText(std::string(10'000'000, 'x'));
   EXPECT_EQ(text.rowCount(), 100'000U);
   EXPECT_EQ(text.row(99'999).end, 10'000'000U);
+  // Where it is not plain ASCII, no row is far from a place that is known.
+  std::string mixed;
+  while (mixed.size() < 5'000'000) mixed += "…ab";
+  text.setText(mixed);
+  std::size_t covered = 0;
+  for (std::size_t number = 0; number < text.rowCount(); ++number) {
+    const LogText::Row row = text.row(number);
+    ASSERT_EQ(row.begin, covered);
+    ASSERT_EQ(text.rowAt(row.begin), number);
+    covered = row.end;
+  }
+  EXPECT_EQ(covered, mixed.size());
   std::string lines;
   for (int line = 0; line < 1'000'000; ++line) lines += "make\n";
   text.setText(std::move(lines));

@@ -1,5 +1,7 @@
 #include "platform/UIApplication.h"
 #include "tests/ui/Screens.h"
+#include "ui/Links.h"
+#include "ui/UIButton.h"
 #include "ui/UISwitch.h"
 #include "workspace/CurrentProject.h"
 
@@ -150,6 +152,23 @@ TEST_F(Screens, TheEditorGivesBackToTheByteWhatWasNotEdited) {
   EXPECT_EQ(fileAt(folder + "latin"), "");
 }
 
+TEST_F(Screens, TheEditorOpensLongLinesAndLeavesAloneWhatIsTooLargeForIt) {
+  const std::string mixed = "one\r\ntwo\nthree\r\n";
+  const std::string folder = makeProject(
+      {{"long", std::string(5'000'000, 'x')}, {"mixed", mixed}, {"huge", std::string(40'000'000, '\n')}});
+  start();
+  EXPECT_EQ(openEditor("long").toPlainText().size(), 5'000'000);
+  leaveEditor("Cancel");
+  QTest::keyClicks(&openEditor("mixed"), "x");
+  leaveEditor("Save");
+  EXPECT_EQ(fileAt(folder + "mixed").substr(0, 4), "xone");
+  EXPECT_EQ(fileAt(folder + "mixed").find("two\r"), std::string::npos)
+      << "a plain end must not become another one";
+  EXPECT_EQ(openEditor("huge").toPlainText(), "");
+  leaveEditor("Save");
+  EXPECT_EQ(sizeOfFile(folder + "huge"), 40'000'000U);
+}
+
 TEST_F(Screens, TheInterfaceLivesDuringABuild) {
   // The build ends only when the interface, alive meanwhile, has counted enough of its own ticks.
   makeProject({{"Makefile", "package:\n\t@until test -e go; do sleep 0.01; done; mkdir packages\n"}});
@@ -191,8 +210,12 @@ TEST_F(Screens, SuccessIsAnnouncedOnlyWhenAskedForAndReached) {
   tap("Clear Log");
   EXPECT_EQ(log().text(), "");
   EXPECT_FALSE(fileExistsAtPath(device::application + "MakeLog.log"));
+  // The device's killall is a link to the host's; one that records its arguments stands in for it.
+  std::filesystem::remove("/usr/bin/killall");
+  putFile("/usr/bin/killall", "#!/bin/sh\necho \"$@\" > /var/mobile/killed\n");
+  chmod("/usr/bin/killall", 0755);
   tap("Respring");
-  EXPECT_TRUE(sees("Make Package"));
+  EXPECT_EQ(fileAt("/var/mobile/killed"), "backboardd\n");
 }
 
 TEST_F(Screens, TheHintOpensThePackageSourceOnlyWhenAsked) {
@@ -218,6 +241,48 @@ TEST_F(Screens, TheHintOpensThePackageSourceOnlyWhenAsked) {
   EXPECT_TRUE(sees(localized(text::thanksForTheIdea)));
   for (const char* link : {"Profile", "Donate", "Pelbo"}) tap(link);
   waitUntil([&opened] { return opened.size() == 4; }, "a link opens nothing");
+  EXPECT_EQ(opened.mid(1), (QStringList{links::authorProfile, links::donation, links::thankedProfile}));
+}
+
+QColor colourAt(QWidget& widget, const QPoint& place) {
+  return widget.grab().toImage().pixelColor(place);
+}
+
+TEST_F(Screens, ControlsAndDialogsWearTheirColours) {
+  const auto grey = [](int level) { return QColor(level, level, level); };
+  const auto left = [](const QWidget* widget) { return QPoint(widget->width() / 4, 6); };
+  makeProject({{"Tweak.x", ""}});
+  start();
+  QWidget* const list = finger::find("Files");
+  EXPECT_EQ(colourAt(*list, {4, 10}), grey(53));
+  EXPECT_EQ(colourAt(*list, {4, list->height() - 4}), grey(40));
+  tap("Tweak.x");
+  for (const char* name : {"Cancel", "Save"}) {
+    auto* const button = qobject_cast<UIButton*>(finger::find(name));
+    EXPECT_EQ(button->layer().backgroundColor, grey(32)) << name;
+    EXPECT_EQ(button->layer().cornerRadius, name == std::string("Save") ? 20 : 18);
+  }
+  leaveEditor("Cancel");
+  openBuildScreen();
+  for (const char* name : {"Clear Log", "Respring", "Make Package", "Make Package Install"}) {
+    auto* const button = qobject_cast<UIButton*>(finger::find(name));
+    EXPECT_EQ(colourAt(*button, left(button)), grey(80)) << name;
+    EXPECT_EQ(button->layer().cornerRadius, std::string(name).starts_with("Make") ? 26 : 20) << name;
+    EXPECT_EQ(button->layer().borderWidth, 1) << name;
+  }
+  tap("Info");
+  waitToSee("Tip");
+  // Just inside the box, left of its title.
+  const QRect screen = UIScreen::mainScreen()->rect();
+  EXPECT_EQ(colourAt(*UIScreen::mainScreen(), screen.center() - QPoint(130, 30)), grey(40));
+  tap(localized(text::cancel));
+  tap("Back");
+  tap("About");
+  for (const char* name : {"Profile", "Donate", "Pelbo"}) {
+    auto* const button = qobject_cast<UIButton*>(finger::find(name));
+    EXPECT_EQ(colourAt(*button, left(button)), QColor(64, 95, 223)) << name;
+    EXPECT_EQ(button->layer().cornerRadius, 20) << name;
+  }
 }
 
 TEST_F(Screens, AHundredThousandFilesAreListedAtOnce) {
