@@ -30,29 +30,37 @@ void spawnAndWait(const char* path, char* const* arguments) {
   }
 }
 
-// What the program prints: its resident memory, in bytes.
-double runWindow(const std::string& program) {
-  FILE* const output = popen((programs + program).c_str(), "r");
-  double bytes = 0;
-  if (output == nullptr || std::fscanf(output, "%lf", &bytes) != 1 || pclose(output) != 0) {
-    throw std::runtime_error("cannot run " + program);
-  }
-  return bytes;
+struct Window {
+  double seconds;  // from its start until it is painted
+  double bytes;    // resident then
+};
+
+Window runWindow(const std::string& program) {
+  Window window{};
+  FILE* output = nullptr;
+  window.seconds = seconds([&] {
+    // The guard takes the platform's name from what a shell starts, so the line gives it anew.
+    output = popen(("exec env QT_QPA_PLATFORM=offscreen " + (programs + program)).c_str(), "r");
+    if (output == nullptr || std::fscanf(output, "%lf", &window.bytes) != 1) {
+      throw std::runtime_error("cannot run " + program);
+    }
+  });
+  if (pclose(output) != 0) throw std::runtime_error(program + " does not end well");
+  return window;
 }
 
 bool startUp() {
-  const auto milliseconds = [](const char* program) {
-    return 1000 * seconds([program] { runWindow(program); });
-  };
   return compare(
-      {"start to painted main screen", "empty window", 1.5, 41}, "ms",
-      [&] { return milliseconds("FirstScreen"); }, [&] { return milliseconds("EmptyWindow"); });
+      {"start to painted main screen", "empty window", 1.5, 101}, "ms",
+      [] { return 1000 * runWindow("FirstScreen").seconds; },
+      [] { return 1000 * runWindow("EmptyWindow").seconds; });
 }
 
 bool memory() {
   return compare(
       {"resident, idle main screen", "empty window", 1.8, 5}, "MiB",
-      [] { return runWindow("FirstScreen") / megabyte; }, [] { return runWindow("EmptyWindow") / megabyte; });
+      [] { return runWindow("FirstScreen").bytes / megabyte; },
+      [] { return runWindow("EmptyWindow").bytes / megabyte; });
 }
 
 bool projectCreation() {

@@ -24,7 +24,7 @@ void Dev::loadView() {
   view->setAutoFillBackground(true);
   outlets_->creditLabel->setFont(boldSystemFontOfSize(creditSize));
   outlets_->thanksLabel->setFont(systemFontOfSize(thanksSize));
-  outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->backButton->setPicture(QStringLiteral("back"));
   outlets_->backButton->setFollowsReadingDirection(true);
   outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
   setView(view);

@@ -4,6 +4,8 @@
 #include <QAbstractListModel>
 #include <QListView>
 
+#include "ui/Metrics.h"
+
 // The rows are MUArray(), read when they are shown; reloadData() after each change of it.
 class FileListModel : public QAbstractListModel {
   Q_OBJECT
@@ -26,6 +28,10 @@ class FileListView : public QListView {
 
   void setBackgroundColor(const QColor& colour);
   void setSeparatorColor(const QColor& colour);
+
+  // Constant, as a list takes the room that there is; the base would load the fonts to answer.
+  QSize sizeHint() const override { return {metrics::touchSize, metrics::touchSize}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
   // Shows MUArray() anew, keeping the place in the list where the rows still allow it.
   void reloadData();

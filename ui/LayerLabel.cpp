@@ -7,6 +7,10 @@ LayerLabel::LayerLabel(QWidget* parent) : QLabel(parent) {
   setAlignment(Qt::AlignCenter);
 }
 
+QSize LayerLabel::sizeHint() const {
+  return text().isEmpty() ? QSize(0, 0) : QLabel::sizeHint();
+}
+
 void LayerLabel::setLayer(const Layer& layer) {
   layer_ = layer;
   update();
@@ -17,5 +21,5 @@ void LayerLabel::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     drawLayer(painter, rect(), layer_, layer_.backgroundColor);
   }
-  QLabel::paintEvent(event);
+  if (!text().isEmpty()) QLabel::paintEvent(event);
 }

@@ -11,6 +11,10 @@ class LayerLabel : public QLabel {
  public:
   explicit LayerLabel(QWidget* parent = nullptr);
 
+  // An empty label of one line needs no font yet, and loading the fonts is the dearest step of a start.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
   void setLayer(const Layer& layer);
 
  protected:

@@ -40,9 +40,9 @@ void MakePackage::loadView() {
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
   outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
-  outlets_->backButton->setIcon(QIcon(QStringLiteral(":/pictures/back.png")));
+  outlets_->backButton->setPicture(QStringLiteral("back"));
   outlets_->backButton->setFollowsReadingDirection(true);
-  outlets_->infoButton->setIcon(QIcon(QStringLiteral(":/pictures/about.png")));
+  outlets_->infoButton->setPicture(QStringLiteral("about"));
   setView(view);
   const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {
     connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include <QPainter>
+#include <QPixmapCache>
 
 namespace {
 
@@ -23,7 +24,6 @@ UIButton::UIButton(QWidget* parent) : UIButton(QString(), parent) {}
 UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
   setFlat(true);
   setFocusPolicy(Qt::StrongFocus);
-  setIconSize(QSize(metrics::iconSize, metrics::iconSize));
   setFont(systemFontOfSize(metrics::buttonTextSize));
 }
 
@@ -37,7 +37,27 @@ void UIButton::setFollowsReadingDirection(bool follows) {
   update();
 }
 
+void UIButton::setPicture(const QString& name) {
+  picture_ = QStringLiteral(":/pictures/") + name;
+  update();
+}
+
+// The smallest of the three sizes that is drawn at least as fine as the screen shows it; read when it is
+// first painted, so that a start reads nothing that is not seen.
+QPixmap UIButton::pictureFor(qreal ratio) const {
+  const QString ending = ratio > 2   ? QStringLiteral("@3x.png")
+                         : ratio > 1 ? QStringLiteral("@2x.png")
+                                     : QStringLiteral(".png");
+  QPixmap pixmap;
+  if (!QPixmapCache::find(picture_ + ending, &pixmap)) {
+    pixmap.load(picture_ + ending);
+    QPixmapCache::insert(picture_ + ending, pixmap);
+  }
+  return pixmap;
+}
+
 QSize UIButton::sizeHint() const {
+  if (!picture_.isEmpty()) return {metrics::touchSize, metrics::touchSize};
   const QFontMetrics font(this->font());
   const int width =
       text().isEmpty() ? metrics::touchSize : font.horizontalAdvance(text()) + 2 * metrics::buttonPadding;
@@ -62,14 +82,15 @@ void UIButton::paintEvent(QPaintEvent*) {
     drawLayer(painter, rect(), ring, QColor());
   }
   painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
-  if (!icon().isNull()) {
-    QRect place(QPoint(), iconSize());
+  if (!picture_.isEmpty()) {
+    QRect place(0, 0, metrics::iconSize, metrics::iconSize);
     place.moveCenter(rect().center());
     if (followsReadingDirection_ && isRightToLeft()) {
       painter.translate(2 * rect().center().x() + 1, 0);
       painter.scale(-1, 1);
     }
-    icon().paint(&painter, place, Qt::AlignCenter, QIcon::Normal);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(place, pictureFor(devicePixelRatioF()));
     return;
   }
   painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));

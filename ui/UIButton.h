@@ -3,6 +3,7 @@
 
 #include "ui/Layer.h"
 
+#include <QPixmap>
 #include <QPushButton>
 
 // Without a layer background it is drawn bare, and only hovering, pressing and focus put a ground behind it.
@@ -19,6 +20,8 @@ class UIButton : public QPushButton {
   const Layer& layer() const { return layer_; }
   void setLayer(const Layer& layer);
 
+  // Shows the picture `name` of the program's own instead of a caption.
+  void setPicture(const QString& name);
   // A picture that points back or forward is drawn the other way round where reading goes from right to left.
   void setFollowsReadingDirection(bool follows);
 
@@ -33,6 +36,9 @@ class UIButton : public QPushButton {
  private:
   QColor ground() const;
 
+  QPixmap pictureFor(qreal ratio) const;
+
   Layer layer_;
+  QString picture_;  // its file without the ending; empty where a caption is shown
   bool followsReadingDirection_ = false;
 };

@@ -54,7 +54,7 @@ void ViewController::loadView() {
 
 void ViewController::wireButtons() {
   const auto wire = [this](UIButton* button, const char* picture, void (ViewController::*action)()) {
-    button->setIcon(QIcon(QStringLiteral(":/pictures/%1.png").arg(QLatin1String(picture))));
+    button->setPicture(QLatin1String(picture));
     connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
   };
   wire(outlets_->chooseProjectButton, "choose", &ViewController::ChooseProjectButton);
