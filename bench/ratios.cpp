@@ -158,11 +158,12 @@ int main() {
     installConverter();
     recordTheosPath();
     createProjectsFolder();
-    bool hold = command();
+    // The first start comes first: later rows leave projects behind, whose names have to be shown.
+    bool hold = startUp();
+    hold &= memory();
+    hold &= command();
     hold &= projectCreation();
     hold &= logCleanUp();
-    hold &= startUp();
-    hold &= memory();
     return hold ? EXIT_SUCCESS : EXIT_FAILURE;
   } catch (const std::exception& error) {
     std::printf("stopped: %s\n", error.what());

@@ -4,8 +4,13 @@
 #include "core/run_logged.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/FlexImport.h"
 #include "workspace/FlexMenu.h"
 #include "workspace/StartUp.h"
+
+#include <cstdio>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -68,6 +73,39 @@ TEST_F(TwoPasses, NothingIsWrittenForAnAnswerOrAListThatIsNoGood) {
   EXPECT_NE(log.find("The list of Flex patches is damaged.\n"), std::string::npos) << log;
   EXPECT_TRUE(log.ends_with("status 1\n")) << log;
   EXPECT_FALSE(fileExistsAtPath(source));
+}
+
+TEST_F(TwoPasses, AnImportLandsInTheProjectOverTheOneBefore) {
+  const std::string project = device::projects + "P/";
+  createDirectoryAtPath(project);
+  setListedProject("P");
+  putFile("/var/mobile/Documents/Wexley88/stale", "");
+  putFile(menuLog, "of an earlier import");
+  const auto entries = harvestFlexMenu();
+  ASSERT_EQ(entries, (std::vector<std::string>{"\033  0 - First one", "\033  1 - 2nd"}));
+  EXPECT_FALSE(fileExistsAtPath("/var/mobile/Documents/Wexley88"));
+  EXPECT_EQ(fileAt(menuLog).find("[31m"), std::string::npos) << "the cleaned menu is written back";
+
+  putFile(project + "FlexPatch1-2nd", "of an earlier import");
+  putFile(conversionLog, "of an earlier import");
+  convertFlexPatch(entries[1]);
+  EXPECT_NE(fileAt(project + "FlexPatch1-2nd").find("%hook Account"), std::string::npos);
+  EXPECT_EQ(contentsOfDirectoryAtPath(project)->size(), 1U);
+  EXPECT_FALSE(fileExistsAtPath("/var/mobile/Documents/Wexley88"));
+  EXPECT_TRUE(fileExistsAtPath(conversionLog));
+  EXPECT_EQ(fileAt(conversionLog).find("earlier"), std::string::npos);
+  run_cmd("echo later");
+  EXPECT_TRUE(fileAt(conversionLog).ends_with("later\n")) << "the streams stay on the conversion's log";
+  removeFlexMenu();
+  EXPECT_FALSE(fileExistsAtPath(menuLog));
+
+  convertFlexPatch("\033  7 - Gone");
+  EXPECT_EQ(contentsOfDirectoryAtPath(project)->size(), 1U) << "what ftt refuses lands nowhere";
+  EXPECT_THROW(convertFlexPatch("ab"), std::out_of_range);
+  // Without a converter the menu has too few lines; the event boundary takes it from there.
+  ASSERT_EQ(rename("/usr/bin/ftt", "/usr/bin/ftt-away"), 0);
+  EXPECT_THROW(harvestFlexMenu(), std::out_of_range);
+  ASSERT_EQ(rename("/usr/bin/ftt-away", "/usr/bin/ftt"), 0);
 }
 
 }  // namespace

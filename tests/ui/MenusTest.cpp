@@ -170,4 +170,25 @@ TEST_F(Menus, AProjectIsRenamedFromTheOptions) {
   waitToSee("BrandNew.plist");
 }
 
+TEST_F(Menus, AFlexPatchIsPickedAndLandsInTheProject) {
+  putFile("/var/mobile/Library/Flex/patches.plist",
+          device::emptyList(
+              "<key>patches</key><array><dict><key>name</key><string>Premium</string><key>units</key><array>"
+              "<dict><key>class</key><string>Account</string><key>method</key>"
+              "<string>- (BOOL)isPremium</string><key>returns</key><true/></dict></array></dict></array>"));
+  for (const char* language : {"EN", "AR"}) {
+    device::reset();
+    device::speak(language);
+    const std::string folder = makeProject({{"Tweak.x", ""}});
+    start();
+    projectMenu(text::addFlexPatch);
+    waitToSee("Flex to Theos by Mossgrove & updated by Wexley88");
+    EXPECT_TRUE(sees("Cancel")) << "the same in both languages";
+    tap("\033  0 - Premium");
+    waitToSee("FlexPatch0-Premium");
+    EXPECT_NE(fileAt(folder + "FlexPatch0-Premium").find("%hook Account"), std::string::npos);
+    delegate_.reset();
+  }
+}
+
 }  // namespace
