@@ -37,6 +37,8 @@ void addSystem(ArgumentList& list, const Request& request) {
     list.add({"--perms", "0444", "--ro-bind-data", std::to_string(file.content), file.path});
   }
   list.add({"--proc", "/proc", "--dev", "/dev"});
+  // Followed only where a log is shown there.
+  list.add({"--symlink", "/.host/log", "/dev/log"});
   list.add({"--perms", "1777", "--size", kSharedMemorySize, "--tmpfs", "/dev/shm", "--remount-ro", "/dev"});
   list.add({"--perms", "1777", "--size", kTemporarySize, "--tmpfs", "/tmp"});
   list.add({"--perms", "0700", "--size", kRuntimeSize, "--tmpfs", "/run/mobile"});

@@ -2,6 +2,7 @@
 
 #include "device/Diagnosis.h"
 #include "device/Refusal.h"
+#include "device/SystemLog.h"
 #include "device/Terminal.h"
 #include "device/guard/StartReport.h"
 
@@ -131,7 +132,7 @@ class Signals {
 class Run {
  public:
   Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output, Terminal* terminal,
-      Signals& signals)
+      SystemLog& log, Signals& signals)
       : child_(child),
         childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
         reports_(std::move(reports.readEnd)),
@@ -139,6 +140,7 @@ class Run {
         messages_(std::move(messages.readEnd)),
         output_(std::move(output.readEnd)),
         terminal_(terminal),
+        log_(log),
         signals_(signals) {}
 
   Ending watch() {
@@ -159,6 +161,7 @@ class Run {
     takeReports();
     takeMessages();
     takeOutput();
+    log_.passOn();
     if (terminal_ != nullptr) terminal_->finish();
     return ending();
   }
@@ -168,7 +171,7 @@ class Run {
   int serve(int wait) {
     std::vector<pollfd> watched;
     for (int source : {childEnd_.get(), reports_.get(), status_.get(), messages_.get(), output_.get(),
-                       signals_.descriptor()}) {
+                       signals_.descriptor(), log_.descriptor()}) {
       watched.push_back({source, POLLIN, 0});
     }
     if (terminal_ != nullptr) terminal_->addTo(watched);
@@ -180,6 +183,7 @@ class Run {
     if (watched[3].revents != 0) takeMessages();
     if (watched[4].revents != 0) takeOutput();
     while (auto signal = signals_.next()) takeSignal(*signal);
+    log_.passOn();
     if (terminal_ != nullptr) terminal_->serve(watched);
     return ready;
   }
@@ -288,6 +292,7 @@ class Run {
   Descriptor firstProcess_;
   pid_t firstNumber_ = -1;
   Terminal* terminal_;
+  SystemLog& log_;
   Signals& signals_;
   std::string message_;
   std::optional<int> startError_;
@@ -306,6 +311,8 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   Pipe messages = makePipe();
   Pipe output = makePipe();
   request.statusOutput = status.writeEnd.get();
+  SystemLog log;
+  if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
   Descriptor arguments = argumentFile(bwrapArguments(request));
   Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
   std::optional<Terminal> terminal;
@@ -347,7 +354,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   errorOutput.close();
   if (terminal) terminal->deviceSide().close();
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(output),
-             terminal ? &*terminal : nullptr, signals)
+             terminal ? &*terminal : nullptr, log, signals)
       .watch();
 }
 

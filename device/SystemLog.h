@@ -1,0 +1,36 @@
+// Passes on to the host's system log what the device writes to its own.
+#pragma once
+
+#include "device/Descriptor.h"
+
+#include <string>
+
+namespace device {
+
+// Stands for /dev/log in the device. What a build starts cannot reach it, since it has no local sockets.
+class SystemLog {
+ public:
+  // Makes the socket in a folder of its own. Where that cannot be, path() is empty and the device has no log.
+  SystemLog();
+  ~SystemLog();
+  SystemLog(const SystemLog&) = delete;
+  SystemLog& operator=(const SystemLog&) = delete;
+
+  // The socket on the host, to be shown in the device; not needed any more once the device is set up.
+  const std::string& path() const { return path_; }
+  // Becomes readable with every line; -1 where there is no log.
+  int descriptor() const { return socket_.get(); }
+
+  // Writes what has come to syslog(3): the words alone, control characters made visible.
+  void passOn();
+
+ private:
+  std::string folder_;
+  std::string path_;
+  Descriptor socket_;
+};
+
+// The words of a line as syslog(3) sends it: without priority, time and the program's name.
+std::string wordsOf(const std::string& datagram);
+
+}  // namespace device

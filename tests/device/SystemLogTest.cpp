@@ -1,0 +1,22 @@
+#include "device/SystemLog.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SystemLog, PassesOnTheWordsAlone) {
+  const struct {
+    std::string datagram;
+    std::string words;
+  } rows[] = {
+      {"<13>Nov 22 23:59:59 Tweakbench: a handler: \"x\" is: gone", "a handler: \"x\" is: gone"},
+      {"<13>Nov  2 03:09:59 Tweakbench[12]: words\n", "words"},
+      {std::string("<13>Nov 22 23:59:59 Tweakbench: words\0", 38), "words"},
+      {"<13>Nov 22 23:59:59 Tweakbench: \x1B[2Jmade up\nline", "?[2Jmade up?line"},
+      {"no such form", "no such form"},
+      {"", ""},
+  };
+  for (const auto& row : rows) EXPECT_EQ(device::wordsOf(row.datagram), row.words) << row.datagram;
+}
+
+}  // namespace
