@@ -29,14 +29,14 @@ void RQAlertViewButton::setSelected(bool selected) {
 
 void RQAlertViewButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  paintRQAlertViewButton(painter,
-                         {.title = title_,
-                          .look = look_,
-                          .state = buttonState(),
-                          .rect = rect(),
-                          .padding = padding_,
-                          .card = card_,
-                          .focusRing = hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)});
+  paintRQAlertViewButton(painter, {.title = title_,
+                                   .look = look_,
+                                   .state = buttonState(),
+                                   .rect = rect(),
+                                   .padding = padding_,
+                                   .card = card_,
+                                   .focusRing = hasFocus() && isEnabled() &&
+                                                window()->testAttribute(Qt::WA_KeyboardFocusChange)});
 }
 
 RQAlertViewButtonState RQAlertViewButton::buttonState() const {

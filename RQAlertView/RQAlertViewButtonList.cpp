@@ -2,6 +2,7 @@
 
 #include "RQAlertView/RQAlertViewCell.h"
 #include "RQAlertView/RQAlertViewListModel.h"
+#include "RQAlertView/RQAlertViewScrollIndicator.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,6 +24,7 @@ RQAlertViewButtonList::RQAlertViewButtonList(LookQuestion look, EnabledQuestion 
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBar(new RQAlertViewScrollIndicator);
   setFocusPolicy(Qt::TabFocus);
   setMouseTracking(true);
   viewport()->setAutoFillBackground(false);
@@ -74,6 +76,11 @@ double RQAlertViewButtonList::leastRowHeight() const {
 void RQAlertViewButtonList::setSeparatorsColor(const QColor& color) {
   cell_->setting().separatorsColor = color;
   viewport()->update();
+}
+
+void RQAlertViewButtonList::setScrollIndicator(bool shows, UIScrollViewIndicatorStyle style) {
+  static_cast<RQAlertViewScrollIndicator*>(verticalScrollBar())->setStyle(style);
+  setVerticalScrollBarPolicy(shows ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
 }
 
 void RQAlertViewButtonList::setCard(const QPainterPath& card) {

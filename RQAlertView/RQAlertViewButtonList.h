@@ -37,6 +37,7 @@ class RQAlertViewButtonList : public QListView {
   double leastRowHeight() const;
 
   void setSeparatorsColor(const QColor& color);
+  void setScrollIndicator(bool shows, UIScrollViewIndicatorStyle style);
   // The outline of the card that the list lies in, in the list's coordinates.
   void setCard(const QPainterPath& card);
 

@@ -128,3 +128,8 @@ double leastWidthOfRQAlertViewButton(const QString& title, const RQAlertViewButt
   return RQAlertViewTextLayout::singleLineWidth(RQAlertViewText::displayText(title), look.font) * scale +
          2 * padding + iconSpace(look.iconImage);
 }
+
+bool showsWholeTitle(const QString& title, const RQAlertViewButtonLook& look, int width, int padding) {
+  return !RQAlertViewTextLayout(title, textStyleOf(look), width - 2 * padding - iconSpace(look.iconImage))
+              .isTruncated();
+}

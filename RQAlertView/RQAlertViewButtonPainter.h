@@ -29,3 +29,5 @@ int heightOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook&
                               double least);
 // The width that the title takes on one line, at its smallest and paddings included.
 double leastWidthOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int padding);
+// Whether nothing of the title is truncated in a button `width` wide.
+bool showsWholeTitle(const QString& title, const RQAlertViewButtonLook& look, int width, int padding);

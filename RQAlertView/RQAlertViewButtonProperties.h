@@ -45,7 +45,7 @@ struct RQAlertViewButtonProperties {
 
   void applyTo(RQAlertViewButtonLook& look) const {
 #define RQ_APPLY(Type, name) \
-  if (name) look.name = *name;
+  if (name) (look).name = *(name);
     RQ_ALERT_VIEW_BUTTON_PROPERTIES(RQ_APPLY)
 #undef RQ_APPLY
   }

@@ -4,7 +4,11 @@
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewRows.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace {
 
@@ -19,8 +23,12 @@ RQAlertViewButtonState stateOf(const QStyleOptionViewItem& option, bool pressed)
 
 int RQAlertViewCell::heightOfRow(const RQAlertViewRow& row) const {
   if (setting_.uniform) return static_cast<int>(setting_.leastHeight);
-  return heightOfRQAlertViewButton(row.title, setting_.look(row), setting_.width,
-                                   RQAlertViewMetrics::buttonPadding, setting_.leastHeight);
+  return heightOf(row.title, setting_.look(row), setting_.width, setting_.leastHeight);
+}
+
+int RQAlertViewCell::heightOf(const QString& title, const RQAlertViewButtonLook& look, int width,
+                              double least) const {
+  return heightOfRQAlertViewButton(title, look, width, RQAlertViewMetrics::buttonPadding, least);
 }
 
 void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -51,4 +59,17 @@ QSize RQAlertViewCell::sizeHint(const QStyleOptionViewItem& option, const QModel
   if (!setting_.rows) return QStyledItemDelegate::sizeHint(option, index);
   // The list makes every row as wide as itself.
   return {0, heightOfRow(setting_.rows->at(index.row()))};
+}
+
+bool RQAlertViewCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                const QStyleOptionViewItem& option, const QModelIndex& index) {
+  if (event->type() != QEvent::ToolTip || !setting_.rows || !index.isValid()) {
+    return QStyledItemDelegate::helpEvent(event, view, option, index);
+  }
+  const RQAlertViewRow row = setting_.rows->at(index.row());
+  const bool whole =
+      showsWholeTitle(row.title, setting_.look(row), option.rect.width(), RQAlertViewMetrics::buttonPadding);
+  // Tool tips take what looks like markup for markup.
+  QToolTip::showText(event->globalPos(), whole ? QString() : Qt::convertFromPlainText(row.title), view);
+  return true;
 }

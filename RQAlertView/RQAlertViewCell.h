@@ -32,9 +32,14 @@ class RQAlertViewCell : public QStyledItemDelegate {
   Setting& setting() { return setting_; }
 
   int heightOfRow(const RQAlertViewRow& row) const;
+  // Of any title, in a list `width` wide; at least `least`.
+  int heightOf(const QString& title, const RQAlertViewButtonLook& look, int width, double least) const;
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+  // Shows the whole of a title that is truncated.
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override;
 
  private:
   Setting setting_;

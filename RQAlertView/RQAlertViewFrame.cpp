@@ -112,8 +112,7 @@ void RQAlertViewFrame::applyLooks(int width) {
   header_->applyLooks();
   arrangeButtons(width);
   if (list_) {
-    list_->setVerticalScrollBarPolicy(a.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
-                                                                       : Qt::ScrollBarAlwaysOff);
+    list_->setScrollIndicator(a.showsVerticalScrollIndicator(), a.indicatorStyle());
     list_->setSeparatorsColor(a.separatorsColor());
   }
   allButtonsChanged();
@@ -160,11 +159,12 @@ void RQAlertViewFrame::arrangeButtons(int width) {
   list_->show();
   list_->setRows(rows);
   double least = alertView_.buttonsHeight();
-  for (const auto kind :
-       {RQAlertViewButtonKind::Action, RQAlertViewButtonKind::Cancel, RQAlertViewButtonKind::Destructive}) {
-    const RQAlertViewButtonLook look = alertView_.buttonsLook(kind);
-    least = std::max<double>(least, heightOfRQAlertViewButton(QStringLiteral("X"), look, width, buttonPadding,
-                                                              alertView_.buttonsHeight()));
+  if (const std::shared_ptr<RQAlertViewCell>& measure = alertView_.heightCell()) {
+    for (const auto kind :
+         {RQAlertViewButtonKind::Action, RQAlertViewButtonKind::Cancel, RQAlertViewButtonKind::Destructive}) {
+      const int height = measure->heightOf(QStringLiteral("X"), alertView_.buttonsLook(kind), width, least);
+      least = std::max<double>(least, height);
+    }
   }
   list_->setRowHeights(alertView_.hasUniformRows() ? RQAlertViewButtonList::RowHeights::Uniform
                                                    : RQAlertViewButtonList::RowHeights::EachItsOwn,

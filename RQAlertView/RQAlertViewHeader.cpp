@@ -4,6 +4,7 @@
 #include "RQAlertView/RQAlertViewContent.h"
 #include "RQAlertView/RQAlertViewLabel.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewScrollIndicator.h"
 
 #include <algorithm>
 #include <utility>
@@ -57,6 +58,7 @@ RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewCo
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::NoFocus);
+  setVerticalScrollBar(new RQAlertViewScrollIndicator);
   setAccessibleName(tr("Message"));
   parts_->show();
   title_->setText(alertView.title());
@@ -76,6 +78,7 @@ void RQAlertViewHeader::applyLooks() {
                      alertView_.messageTextColor());
   content_->applyAppearance(alertView_.appearanceValues());
   fade_->setColor(alertView_.backgroundColor());
+  static_cast<RQAlertViewScrollIndicator*>(verticalScrollBar())->setStyle(alertView_.indicatorStyle());
   setVerticalScrollBarPolicy(alertView_.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
                                                                        : Qt::ScrollBarAlwaysOff);
 }

@@ -53,6 +53,7 @@ void RQAlertView::showBy(const Entrance& entrance, bool animated,
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   keptAlive_ = alive;
   state_ = RQAlertViewState::Showing;
+  stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
   stage_->layoutSubviews();
   if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
   window_->makeKeyAndVisible();
@@ -84,7 +85,11 @@ void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& aler
   }
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   if (state_ == RQAlertViewState::Showing) stage_->finishMotion();
+  // The other dialog covers this one already; the picture is to show it as it was before.
+  const bool enabled = !window_ || window_->isEnabled();
+  if (window_) window_->setEnabled(true);
   const QPixmap picture = stage_->picture();
+  if (window_) window_->setEnabled(enabled);
   const QRect place = stage_->frame()->geometry();
   dismissAnimated(false);
   alertView->showBy(
@@ -203,8 +208,13 @@ void RQAlertView::keyboardChanged(const NSNotification& notification) {
 
 void RQAlertView::windowVisibleChanged(const NSNotification& notification) {
   const auto* other = qobject_cast<UIWindow*>(notification.object);
-  if (!other || !window_ || other == window_.get() || window_->isHidden() ||
-      qobject_cast<const RQAlertViewWindow*>(other) || other->windowLevel() > window_->windowLevel()) {
+  if (other && other == window_.get()) {
+    // Uncovered again: the keyboard may have come or gone meanwhile.
+    stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
+    return;
+  }
+  if (!other || !window_ || window_->isHidden() || qobject_cast<const RQAlertViewWindow*>(other) ||
+      other->windowLevel() > window_->windowLevel()) {
     return;
   }
   // A window that comes up below a dialog does not take the input from it.

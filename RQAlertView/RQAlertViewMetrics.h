@@ -20,6 +20,10 @@ inline constexpr int progressBarHeight = 4;
 // Of a header and a list that do not fit together, the header keeps at least this share.
 inline constexpr double headerShare = 0.4;
 inline constexpr int scrollFadeHeight = 18;
+inline constexpr int scrollIndicatorRoom = 7;
+inline constexpr int scrollIndicatorWidth = 3;
+inline constexpr int scrollIndicatorInset = 3;
+inline constexpr int scrollIndicatorLeastLength = 24;
 
 // Text fields.
 inline constexpr int textFieldCornerRadius = 8;

@@ -200,6 +200,11 @@ void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
   if (motion_ != Motion::None) picture_ = picture();
 }
 
+void RQAlertViewStage::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LayoutDirectionChange) layoutSubviews();
+}
+
 void RQAlertViewStage::mousePressEvent(QMouseEvent* event) {
   pressed_ = event->button() == Qt::LeftButton && !frame_->geometry().contains(event->position().toPoint());
 }

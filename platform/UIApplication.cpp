@@ -58,9 +58,14 @@ UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) 
 
 UIApplication::~UIApplication() {
   dispatch_wait_for_global_queues();
+  // Windows ask the application for the key window as they go, so they go while it is still whole.
   delegate_.reset();
-  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order.
+  UIScreen::destroyMainScreen();
+  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order; and no
+  // event loop will come for what waits to be destroyed.
   QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+  drainAutoreleasePool();
+  sendPostedEvents(nullptr, QEvent::DeferredDelete);
   drainAutoreleasePool();
 }
 
@@ -69,6 +74,11 @@ UIApplication* UIApplication::sharedApplication() {
 }
 
 bool UIApplication::notify(QObject* receiver, QEvent* event) {
+  // Rings around what has the focus are for those who use the keyboard.
+  if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && focusWidget()) {
+    focusWidget()->window()->setAttribute(Qt::WA_KeyboardFocusChange, false);
+    focusWidget()->update();
+  }
   try {
     return QApplication::notify(receiver, event);
   } catch (...) {

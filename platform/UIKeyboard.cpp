@@ -16,6 +16,12 @@ namespace {
 // Input methods do not tell how they move; this is how phones do.
 constexpr double slideSeconds = 0.25;
 
+// There is one keyboard, whoever watches it.
+QRectF& presentFrame() {
+  static QRectF frame;
+  return frame;
+}
+
 void post(const QString& name, const QRectF& frame) {
   NSNotificationCenter::defaultCenter().postNotificationName(
       name, nullptr,
@@ -34,11 +40,15 @@ UIKeyboard::UIKeyboard(QObject* parent) : QObject(parent) {
 }
 
 void UIKeyboard::setFrame(const QRectF& frame) {
-  if (frame == frame_) return;
-  const QRectF before = std::exchange(frame_, frame);
+  if (frame == presentFrame()) return;
+  const QRectF before = std::exchange(presentFrame(), frame);
   post(UIKeyboardWillChangeFrameNotification, frame);
   if (before.isEmpty() && !frame.isEmpty()) post(UIKeyboardWillShowNotification, frame);
   if (!before.isEmpty() && frame.isEmpty()) post(UIKeyboardWillHideNotification, frame);
+}
+
+QRectF UIKeyboard::frame() {
+  return presentFrame();
 }
 
 void UIKeyboard::readInputMethod() {

@@ -28,10 +28,9 @@ class UIKeyboard : public QObject {
   // `frame` is empty while no keyboard is shown. A change of frame is posted before the show or hide that it
   // belongs to.
   void setFrame(const QRectF& frame);
-  QRectF frame() const { return frame_; }
+  // Where the keyboard stands now.
+  static QRectF frame();
 
  private:
   void readInputMethod();
-
-  QRectF frame_;
 };

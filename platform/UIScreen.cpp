@@ -34,9 +34,12 @@ UIScreen* UIScreen::mainScreen() {
   if (!screen) {
     QAccessible::installFactory(makeInterface);
     screen = new UIScreen;
-    qAddPostRoutine([] { delete theScreen().data(); });
   }
   return screen;
+}
+
+void UIScreen::destroyMainScreen() {
+  delete theScreen().data();
 }
 
 UIScreen::UIScreen() {

@@ -29,9 +29,11 @@ class UIScreen : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  friend class UIApplication;
   friend class UIWindow;
 
   UIScreen();
+  static void destroyMainScreen();
   void add(UIWindow* window);
   void remove(UIWindow* window);
   void bringToFront(UIWindow* window);

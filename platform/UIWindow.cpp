@@ -58,7 +58,8 @@ void UIWindow::makeKeyAndVisible() {
 }
 
 bool UIWindow::isKeyWindow() const {
-  return UIApplication::sharedApplication()->keyWindow() == this;
+  const UIApplication* application = UIApplication::sharedApplication();
+  return application && application->keyWindow() == this;
 }
 
 void UIWindow::setVisible(bool visible) {

@@ -81,8 +81,8 @@ void retireUIWindow(UIWindow* window);
 template <typename Window = UIWindow, typename... Arguments>
 std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
   auto* window = new Window(std::forward<Arguments>(arguments)...);
-  // The screen destroys its windows when it goes first, hence the guard; while it does, a window is already no
-  // UIWindow any more.
+  // The screen destroys its windows when it goes first, hence the guard; while it does, a window is already
+  // no UIWindow any more.
   return std::shared_ptr<Window>(window, [guard = QPointer<QObject>(window)](UIWindow*) {
     retireUIWindow(qobject_cast<UIWindow*>(guard.data()));
   });

@@ -2,6 +2,7 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewButton.h"
+#include "RQAlertView/RQAlertViewButtonList.h"
 #include "platform/UIColor.h"
 
 #include <utility>
@@ -72,7 +73,7 @@ Dialog stacked(GalleryLanguage language) {
 }
 
 Dialog field(GalleryLanguage language) {
-  const Dialog dialog = dark(RQAlertView::alertViewWithTextFieldsAndTitle(
+  Dialog dialog = dark(RQAlertView::alertViewWithTextFieldsAndTitle(
       in(language, "Create X.h file", "إنشاء ملف X.h"), QStringLiteral("~ root$"), 1,
       [](RQAlertViewTextField& textField, std::size_t) {
         textField.setClearButtonMode(UITextFieldViewMode::WhileEditing);
@@ -167,7 +168,7 @@ Dialog bareSheet(GalleryLanguage language) {
 }
 
 Dialog dressed(GalleryLanguage language) {
-  const Dialog dialog = notice(language);
+  Dialog dialog = notice(language);
   dialog->setLayerBorderColor(QColor(80, 140, 255));
   dialog->setLayerBorderWidth(2);
   dialog->setLayerShadowColor(Qt::black);
@@ -186,7 +187,7 @@ Dialog icons(GalleryLanguage language) {
   painter.setPen(Qt::NoPen);
   painter.drawEllipse(1, 1, 18, 18);
   painter.end();
-  const Dialog dialog = options(language);
+  Dialog dialog = options(language);
   for (std::size_t index = 0; index < 3; ++index) {
     dialog->setButtonPropertiesAtIndex(index, [&](RQAlertViewButtonProperties& properties) {
       properties.iconImage = icon;
@@ -200,14 +201,14 @@ Dialog icons(GalleryLanguage language) {
 }
 
 Dialog glass(GalleryLanguage language) {
-  const Dialog dialog = options(language);
+  Dialog dialog = options(language);
   dialog->setBackgroundColor(QColor(40, 40, 40, 120));
   dialog->setBackgroundBlurEffect(UIBlurEffectStyle::Dark);
   return dialog;
 }
 
 Dialog largeText(GalleryLanguage language) {
-  const Dialog dialog = notice(language);
+  Dialog dialog = notice(language);
   QFont font = dialog->messageFont();
   font.setPointSizeF(24);
   dialog->setTitleFont(font);
@@ -217,10 +218,33 @@ Dialog largeText(GalleryLanguage language) {
   return dialog;
 }
 
-void pressFirst(RQAlertView& dialog) {
+RQAlertViewButton* cancelButtonOf(RQAlertView& dialog) {
   for (auto* button : dialog.view()->findChildren<RQAlertViewButton*>()) {
-    if (button->title() == dialog.cancelButtonTitle()) button->setDown(true);
+    if (button->title() == dialog.cancelButtonTitle()) return button;
   }
+  return nullptr;
+}
+
+void press(RQAlertView& dialog) {
+  if (auto* button = cancelButtonOf(dialog)) button->setDown(true);
+}
+
+// What the Tab key shows: a ring around the button that Return would press.
+void reachByKey(RQAlertView& dialog) {
+  QWidget* window = dialog.view()->window();
+  window->setAttribute(Qt::WA_KeyboardFocusChange);
+  window->activateWindow();
+  if (auto* button = cancelButtonOf(dialog)) button->setFocus(Qt::TabFocusReason);
+}
+
+void reachListByKey(RQAlertView& dialog) {
+  dialog.view()->window()->setAttribute(Qt::WA_KeyboardFocusChange);
+  if (auto* list = dialog.view()->findChild<RQAlertViewButtonList*>()) list->setFocus(Qt::TabFocusReason);
+}
+
+void disableAll(RQAlertView& dialog) {
+  dialog.setButtonsEnabled(false);
+  dialog.setCancelButtonEnabled(false);
 }
 
 }  // namespace
@@ -244,7 +268,10 @@ std::vector<GalleryDialog> galleryDialogs() {
       {QStringLiteral("bare-alert"), bare, {}},
       {QStringLiteral("bare-sheet"), bareSheet, {}},
       {QStringLiteral("dressed"), dressed, {}},
-      {QStringLiteral("pressed"), notice, pressFirst},
+      {QStringLiteral("pressed"), notice, press},
+      {QStringLiteral("focused"), notice, reachByKey},
+      {QStringLiteral("focused-row"), options, reachListByKey},
+      {QStringLiteral("disabled"), notice, disableAll},
       {QStringLiteral("large-text"), largeText, {}},
   };
 }
