@@ -1,5 +1,6 @@
 #include "device/Beneath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -39,11 +40,22 @@ bool exists(int folder, const std::string& name) {
   return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+namespace {
+
+// Empty for what is no regular file.
+Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
   // A pipe must not stop the launcher.
-  const Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
+  Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
   struct stat status {};
-  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return file;
+}
+
+}  // namespace
+
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+  const Descriptor file = openPlainFile(folder, path);
+  if (!file) return std::nullopt;
   std::string content;
   char piece[16384];
   while (content.size() <= limit) {
@@ -53,6 +65,26 @@ std::optional<std::string> readBeneath(int folder, const std::filesystem::path& 
     if (got > 0) content.append(piece, static_cast<std::size_t>(got));
   }
   return std::nullopt;
+}
+
+std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+  const Descriptor file = openPlainFile(folder, path);
+  struct stat status {};
+  if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  std::string content(std::min(size, limit), '\0');
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const auto place = static_cast<off_t>(size - content.size() + done);
+    const ssize_t got = pread(file.get(), content.data() + done, content.size() - done, place);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    // Cut short while it was read.
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  content.resize(done);
+  return content;
 }
 
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode) {

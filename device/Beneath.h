@@ -25,6 +25,9 @@ bool exists(int folder, const std::string& name);
 // The content of a regular file of at most `limit` bytes; absent for anything else.
 std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
 
+// The last `limit` bytes of a regular file, or all of it where it is shorter; absent for anything else.
+std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
+
 // Replaces the file `name` in `folder` in one step; on false, errno tells why and the old file stands.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
 

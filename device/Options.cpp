@@ -12,8 +12,10 @@ constexpr const char* kCommands =
     "Commands:\n"
     "  (none)                      Open the application\n"
     "  exec COMMAND [ARGUMENT...]  Run a command in the device and pass its exit status on\n"
-    "  shell                       Open a shell in the device\n\n"
-    "Exit status: the command's; 128 + n if signal n killed it; 125 if the device could not be set up.";
+    "  shell                       Open a shell in the device\n"
+    "  doctor                      Say whether builds can work, and what to do where they cannot\n\n"
+    "Exit status: the command's; 128 + n if signal n killed it; 125 if the device could not be set up;\n"
+    "the doctor's: 0 if a build can work, otherwise 1.";
 
 void takeCommand(Options& options, std::vector<std::string> words) {
   if (words.empty()) return;
@@ -27,6 +29,9 @@ void takeCommand(Options& options, std::vector<std::string> words) {
   } else if (name == "shell") {
     if (!words.empty()) throw Refusal("shell takes no arguments; use exec to run a command.");
     options.action = Options::Action::OpenShell;
+  } else if (name == "doctor") {
+    if (!words.empty()) throw Refusal("doctor takes no arguments.");
+    options.action = Options::Action::Examine;
   } else if (name.starts_with("-")) {
     throw Refusal("There is no option " + name + "; see tweakbench --help.");
   } else {

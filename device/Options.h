@@ -9,7 +9,7 @@
 namespace device {
 
 struct Options {
-  enum class Action { OpenApplication, Execute, OpenShell, ShowText };
+  enum class Action { OpenApplication, Execute, OpenShell, Examine, ShowText };
   enum class Theos { ReadOnly, Writable };
   enum class Network { Off, On };
   // How a command is started: through the guard, or without the filter as the application is. Only builds

@@ -6,18 +6,19 @@
 #include "device/DeviceFolder.h"
 #include "device/Display.h"
 #include "device/Environment.h"
+#include "device/HostPrograms.h"
 #include "device/Options.h"
 #include "device/Refusal.h"
 #include "device/Sandbox.h"
 #include "device/Stage.h"
 #include "device/Terminal.h"
+#include "device/doctor/Doctor.h"
 
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
 #include <signal.h>
-#include <sstream>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -55,15 +56,6 @@ void closeInheritedDescriptors() {
   }
 }
 
-fs::path findBubblewrap(const Environment& caller) {
-  std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    fs::path program = fs::path(folder) / "bwrap";
-    if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
-  }
-  throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
-}
-
 fs::path findOwnFiles() {
   const fs::path program = fs::read_symlink("/proc/self/exe");
   fs::path files;
@@ -73,20 +65,6 @@ fs::path findOwnFiles() {
     if (fs::exists(files / "starter")) return files;
   }
   throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
-}
-
-// Empty where there is none, and the practice Theos takes its place.
-fs::path findTheos(const Options& options, const Environment& caller, const fs::path& home) {
-  for (const auto& candidate : theosCandidates(options, caller, home)) {
-    std::error_code error;
-    fs::path whole = fs::canonical(candidate, error);
-    if (!error && isTheos(whole)) return whole;
-    if (options.theos) throw Refusal(candidate.string() + " is no Theos: it has no makefiles/common.mk.");
-  }
-  if (options.theosAccess == Options::Theos::Writable) {
-    throw Refusal("--writable-theos needs a Theos, and none was found; give its folder with --theos.");
-  }
-  return {};
 }
 
 Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
@@ -265,6 +243,7 @@ int main(int count, char** arguments) {
       std::cout << options.text << std::flush;
       return std::cout ? 0 : kFailed;
     }
+    if (options.action == Options::Action::Examine) return doctor::examine(options);
     return run(options);
   } catch (const std::exception& error) {
     std::cerr << "tweakbench: " << error.what() << "\n";

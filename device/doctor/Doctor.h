@@ -1,0 +1,12 @@
+// tweakbench doctor: looks from outside the application at what builds need, and says what is wrong.
+#pragma once
+
+#include "device/Options.h"
+
+namespace device::doctor {
+
+// Prints one line for each check to standard output. Returns 0 if a build can work, otherwise 1; throws
+// Refusal where nothing could be looked at. To be called from the main thread of a process without others.
+int examine(const Options& options);
+
+}  // namespace device::doctor

@@ -1,0 +1,126 @@
+#include "device/doctor/LookAround.h"
+
+#include "device/Account.h"
+#include "device/Beneath.h"
+#include "device/Environment.h"
+#include "device/HostPrograms.h"
+#include "device/Refusal.h"
+#include "device/doctor/Capture.h"
+#include "device/doctor/DeviceProbe.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+
+namespace device::doctor {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Above the time limits of everything that is tried in the device together.
+constexpr auto kProbeLimit = std::chrono::seconds(180);
+constexpr int kLauncherFailed = 125;
+constexpr std::size_t kLogEnd = 4 << 20;
+constexpr const char* kLog = "Applications/Tweakbench.app/MakeLog.log";
+
+// A folder that lasts as long as this object.
+class PassingFolder {
+ public:
+  explicit PassingFolder(const Environment& caller) {
+    fs::path parent = lookUp(caller, "TMPDIR").value_or("/tmp");
+    if (!parent.is_absolute()) parent = "/tmp";
+    std::string name = (parent / "tweakbench-doctor-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr)
+      refuseWithError("No folder could be made in " + parent.string() + ":");
+    path_ = name;
+  }
+  ~PassingFolder() {
+    std::error_code error;
+    fs::remove_all(path_, error);
+  }
+  PassingFolder(const PassingFolder&) = delete;
+  PassingFolder& operator=(const PassingFolder&) = delete;
+
+  const fs::path& path() const { return path_; }
+
+ private:
+  fs::path path_;
+};
+
+// The launcher's sentence, without its name in front.
+std::string sentenceIn(const std::string& errors) {
+  const std::string line = errors.substr(0, errors.find('\n'));
+  const std::string name = "tweakbench: ";
+  return line.starts_with(name) ? line.substr(name.size()) : line;
+}
+
+void lookInDevice(const Options& options, const Environment& caller, Facts& facts) {
+  const PassingFolder folder(caller);
+  std::vector<std::string> words{"/proc/self/exe", "--device", (folder.path() / "device").string()};
+  if (options.theos) words.insert(words.end(), {"--theos", options.theos->string()});
+  words.insert(words.end(), {"exec", "/bin/sh", kProbe});
+  const Captured probe = capture(words, kProbeLimit);
+  if (probe.status == kLauncherFailed) {
+    facts.deviceRefusal = sentenceIn(probe.errors);
+  } else if (probe.status != 0) {
+    facts.deviceRefusal = "A command in the device ended with status " + std::to_string(probe.status) + ": " +
+                          sentenceIn(probe.errors);
+  } else {
+    facts.inDevice = readProbe(probe.output);
+  }
+}
+
+// The nearest folder on the way that exists.
+std::uintmax_t freeSpaceAt(fs::path path) {
+  struct statvfs space {};
+  while (statvfs(path.c_str(), &space) != 0) {
+    if (errno != ENOENT || !path.has_relative_path()) return 0;
+    path = path.parent_path();
+  }
+  return std::uintmax_t{space.f_bavail} * space.f_frsize;
+}
+
+void lookAtDeviceFolder(const Account* account, Facts& facts) {
+  facts.freeSpace = freeSpaceAt(facts.device);
+  const Descriptor folder(open(facts.device.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  struct stat status {};
+  if (!folder || fstat(folder.get(), &status) != 0) {
+    facts.deviceFolder =
+        errno == ENOENT ? Facts::DeviceFolder::NotYetMade : Facts::DeviceFolder::OfAnotherUser;
+    return;
+  }
+  const auto names = namesIn(folder.get());
+  if (names && names->empty()) return;
+  const bool isOwn = account == nullptr || status.st_uid == account->user;
+  facts.deviceFolder = !exists(folder.get(), "lock") ? Facts::DeviceFolder::OtherFiles
+                       : isOwn                       ? Facts::DeviceFolder::Good
+                                                     : Facts::DeviceFolder::OfAnotherUser;
+  if (facts.deviceFolder == Facts::DeviceFolder::Good)
+    facts.buildLog = readEndBeneath(folder.get(), kLog, kLogEnd);
+}
+
+}  // namespace
+
+Facts lookAround(const Options& options) {
+  Facts facts;
+  const Environment caller = callerEnvironment();
+  const auto calling = callingAccount(caller);
+  const fs::path home = calling ? calling->home : accountForFolderOf(0, 0, caller).home;
+  facts.device = options.device ? fs::absolute(*options.device) : defaultDevice(caller, home);
+  lookAtDeviceFolder(calling ? &*calling : nullptr, facts);
+  try {
+    facts.theos = findTheos(options, caller, home);
+  } catch (const Refusal& refusal) {
+    facts.theosRefusal = refusal.what();
+  }
+  try {
+    facts.bubblewrap = findBubblewrap(caller);
+  } catch (const Refusal& refusal) {
+    facts.bubblewrapRefusal = refusal.what();
+  }
+  if (facts.theosRefusal.empty() && facts.bubblewrapRefusal.empty()) lookInDevice(options, caller, facts);
+  return facts;
+}
+
+}  // namespace device::doctor

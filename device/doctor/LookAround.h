@@ -1,0 +1,12 @@
+// Gathers the facts.
+#pragma once
+
+#include "device/Options.h"
+#include "device/doctor/Facts.h"
+
+namespace device::doctor {
+
+// Starts a device of its own for a moment, so that the user's is neither needed nor changed, nor its lock.
+Facts lookAround(const Options& options);
+
+}  // namespace device::doctor

@@ -1,0 +1,276 @@
+// The doctor: what it makes of what it has seen, and of a build's log.
+#include "device/Beneath.h"
+#include "device/doctor/BuildLog.h"
+#include "device/doctor/Capture.h"
+#include "device/doctor/Checks.h"
+#include "device/doctor/DeviceProbe.h"
+#include "support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <fstream>
+#include <functional>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+namespace device::doctor {
+namespace {
+
+const char* const kPrograms[] = {"clang", "ldid",     "lipo",  "make",     "unzip",
+                                 "perl",  "dpkg-deb", "rsync", "fakeroot", "fc-list"};
+
+// Nothing is wrong; with Theos, unless `theos` is empty.
+Facts healthy(const std::string& theos = "/home/me/theos") {
+  Facts facts;
+  facts.bubblewrap = "/usr/bin/bwrap";
+  facts.theos = theos;
+  facts.device = "/home/me/.local/share/tweakbench/device";
+  facts.deviceFolder = Facts::DeviceFolder::Good;
+  facts.freeSpace = std::uintmax_t{10} << 30;
+  DeviceFacts& seen = facts.inDevice.emplace();
+  for (const char* name : kPrograms) seen.trials[name] = {std::string("/usr/bin/") + name, 0, "version 1"};
+  seen.trials["make"].said = "GNU Make 4.3";
+  for (const char* path : {"makefiles/common.mk", "makefiles/tweak.mk", "vendor/include/.git",
+                           "vendor/lib/.git", "sdks", "toolchain/linux/iphone"}) {
+    seen.theosEntries[path] = Entry::Present;
+  }
+  seen.sdks = 1;
+  seen.arabicFonts = 3;
+  return facts;
+}
+
+// The findings that are not "ok", one on a line.
+std::string complaints(const Facts& facts) {
+  std::string result;
+  for (const auto& finding : findingsFor(facts)) {
+    if (finding.verdict == Verdict::Ok) continue;
+    result += (finding.verdict == Verdict::Note ? "note " : "problem ") + finding.subject + ": " +
+              finding.sentence + "\n";
+  }
+  return result;
+}
+
+TEST(Doctor, HealthySurroundingsGiveNoComplaint) {
+  EXPECT_EQ(complaints(healthy()), "");
+  EXPECT_TRUE(canBuild(findingsFor(healthy())));
+}
+
+TEST(Doctor, EveryFaultIsNamedOnceWithWhatToDo) {
+  struct Row {
+    const char* name;
+    std::function<void(Facts&)> spoil;
+    // The start of the one complaint, and a part of what to do.
+    const char* complaint;
+    const char* remedy;
+  };
+  const auto trial = [](const char* name, const Trial& result) {
+    return [name, result](Facts& facts) { facts.inDevice->trials[name] = result; };
+  };
+  const auto entry = [](const char* path, Entry state) {
+    return [path, state](Facts& facts) { facts.inDevice->theosEntries[path] = state; };
+  };
+  const std::vector<Row> rows{
+      {"foreign folder", [](Facts& facts) { facts.deviceFolder = Facts::DeviceFolder::OtherFiles; },
+       "problem device: ", "--device"},
+      {"other user's device", [](Facts& facts) { facts.deviceFolder = Facts::DeviceFolder::OfAnotherUser; },
+       "problem device: ", "--device"},
+      {"full disk", [](Facts& facts) { facts.freeSpace = 1000; }, "problem disk space: 0 MiB", "make room"},
+      {"nearly full disk", [](Facts& facts) { facts.freeSpace = 100 << 20; }, "note disk space: 100 MiB",
+       "make room"},
+      {"blank in the path", [](Facts& facts) { facts.theos = "/home/me/my theos"; },
+       "note Theos: ", "without blanks"},
+      {"unpacked archive", entry("vendor/lib/.git", Entry::Missing), "problem Theos: vendor/lib/.git",
+       "submodule update"},
+      {"half a Theos", entry("makefiles/tweak.mk", Entry::Missing), "problem Theos: makefiles/tweak.mk",
+       "whole"},
+      {"linked SDKs", entry("sdks", Entry::Astray), "problem SDKs: sdks", "put the folder itself"},
+      {"linked toolchain", entry("toolchain/linux/iphone", Entry::Astray),
+       "problem toolchain: ", "put the folder itself"},
+      {"no SDK", [](Facts& facts) { facts.inDevice->sdks = 0; }, "problem SDKs: There is none",
+       "install-sdk"},
+      {"each SDK a link out",
+       [](Facts& facts) {
+         facts.inDevice->sdks = 0;
+         facts.inDevice->sdksAstray = 2;
+       },
+       "problem SDKs: Those", "put the SDKs"},
+      {"no clang", trial("clang", {}), "problem clang: It is missing", "toolchain/linux/iphone"},
+      {"clang without its library",
+       trial("clang",
+             {"/t/clang", 127, "clang: error while loading shared libraries: libtinfo.so.5: cannot open"}),
+       "problem clang: /t/clang does not work: a library", "libtinfo.so.5"},
+      {"ldid of another processor", trial("ldid", {"/t/ldid", 126, "/t/ldid: cannot execute binary file"}),
+       "problem ldid: /t/ldid does not work: it is made for another", "toolchain"},
+      {"ldid hangs", trial("ldid", {"/t/ldid", 124, ""}),
+       "problem ldid: /t/ldid does not work: it did not end", "toolchain"},
+      {"lipo crashes", trial("lipo", {"/t/lipo", 139, ""}),
+       "problem lipo: /t/lipo does not work: it was killed", "signal 11"},
+      {"old make", trial("make", {"/usr/bin/make", 0, "GNU Make 3.82"}), "problem make: ", "GNU Make 4"},
+      {"half a perl", trial("perl", {"/usr/bin/perl", 2, "Can't locate Archive/Tar.pm"}),
+       "problem perl: ", "apt install perl"},
+      {"no rsync", trial("rsync", {}), "problem rsync: ", "apt install rsync"},
+      {"no fakeroot", trial("fakeroot", {}), "note fakeroot: ", "apt install fakeroot"},
+      {"fakeroot refused",
+       trial("fakeroot", {"/usr/bin/fakeroot", 1, "libfakeroot: connect: Permission denied"}),
+       "problem fakeroot: ", "Permission denied"},
+      {"no Arabic font", [](Facts& facts) { facts.inDevice->arabicFonts = 0; },
+       "note fonts: ", "fonts-noto-core"},
+      {"failed build", [](Facts& facts) { facts.buildLog = "make: *** [Makefile:6: all] Error 2\n"; },
+       "note last build: Line 1", "lines above"},
+  };
+  for (const auto& row : rows) {
+    Facts facts = healthy();
+    row.spoil(facts);
+    const std::string told = complaints(facts);
+    EXPECT_TRUE(told.starts_with(row.complaint)) << row.name << ": " << told;
+    EXPECT_NE(told.find(row.remedy), std::string::npos) << row.name << ": " << told;
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << row.name << ": " << told;
+    EXPECT_EQ(canBuild(findingsFor(facts)), !told.starts_with("problem")) << row.name;
+  }
+  // What starts and then complains about its arguments is well.
+  Facts usage = healthy();
+  usage.inDevice->trials["ldid"] = {"/t/ldid", 1, "usage: ldid -S entitlements binary"};
+  EXPECT_EQ(complaints(usage), "");
+}
+
+TEST(Doctor, ThePracticeTheosNeedsNoToolchain) {
+  Facts facts = healthy("");
+  facts.inDevice->theosEntries.clear();
+  facts.inDevice->sdks = 0;
+  for (const char* name : {"clang", "ldid", "lipo", "rsync", "fakeroot"}) facts.inDevice->trials.erase(name);
+  EXPECT_TRUE(canBuild(findingsFor(facts))) << complaints(facts);
+  EXPECT_NE(complaints(facts).find("note clang: It is missing, but"), std::string::npos);
+  EXPECT_NE(complaints(facts).find("note Theos: "), std::string::npos);
+  // The same where it was named by hand.
+  facts.theos = "/usr/lib/tweakbench/theos";
+  EXPECT_FALSE(canBuild(findingsFor(facts)));
+  facts.inDevice->isPracticeTheos = true;
+  EXPECT_TRUE(canBuild(findingsFor(facts))) << complaints(facts);
+  facts.inDevice->trials.erase("dpkg-deb");
+  EXPECT_FALSE(canBuild(findingsFor(facts)));
+}
+
+TEST(Doctor, WithoutADeviceItTellsWhyAndJudgesNothingUnseen) {
+  Facts facts = healthy();
+  facts.inDevice.reset();
+  facts.deviceRefusal = "The device could not be set up: user namespaces are switched off.";
+  EXPECT_EQ(complaints(facts), "problem user namespaces: " + facts.deviceRefusal + "\n");
+  facts.deviceRefusal.clear();
+  facts.bubblewrapRefusal = "bubblewrap is not installed.";
+  EXPECT_TRUE(complaints(facts).starts_with("problem bubblewrap: bubblewrap is not installed.\n"));
+  facts = healthy();
+  facts.theosRefusal = "x is no Theos.";
+  facts.inDevice.reset();
+  EXPECT_NE(complaints(facts).find("problem Theos: x is no Theos."), std::string::npos);
+  EXPECT_FALSE(canBuild(findingsFor(facts)));
+}
+
+TEST(BuildLog, KnownMessagesAreExplainedAtTheirLine) {
+  struct Row {
+    const char* log;
+    const char* meaning;
+  };
+  const std::vector<Row> rows{
+      {"Makefile:4: /makefiles/common.mk: No such file or directory\n", "THEOS"},
+      {"Makefile:9: /tweak.mk: No such file or directory\n", "THEOS"},
+      {"\033[0;31m==> \033[1;31mError:\033[0m You do not have any SDKs in /opt/theos/sdks.\n", "TARGET"},
+      {"==> Error: Your chosen SDK, “iPhoneOS9.9.sdk”, does not appear to exist.\n", "TARGET"},
+      {"==> Error: Your current SYSROOT, “”, appears to be missing.\n", "TARGET"},
+      {"==> Error: Your $THEOS/vendor/include and/or vendor/lib are missing.\n", "submodule"},
+      {"*** You did not specify a target, and the \"linux\" platform does not define a default target.  "
+       "Stop.\n",
+       "iphone:clang:latest"},
+      {"Makefile:3: *** Your project is located at a path that contains spaces\n", "rename the project"},
+      {"==> Error: The project's path holds blanks, with which Theos cannot build: /a b\n",
+       "rename the project"},
+      {"*** The \"x\" package scheme does not exist.\n", "THEOS_PACKAGE_SCHEME"},
+      {"==> Error: make package requires you to have a control file.\n", "no control file"},
+      {"==> Error: The project has no control file.\n", "no control file"},
+      {"==> Error: You are missing a filter property list.\n", "no filter list"},
+      {"==> Error: The tweak P has no filter list: P.plist is missing.\n", "no filter list"},
+      {"dpkg-deb: error: package name has characters that aren't lowercase alphanums or '-+.'\n",
+       "package name"},
+      {"dpkg-deb: error: control directory has bad permissions 777 (must be >=0755 and <=0775)\n",
+       "chmod 755"},
+      {"libfakeroot: connect: Permission denied\n", "update-alternatives"},
+      {"fakeroot, while creating message channels: Function not implemented\n", "update-alternatives"},
+      {"/bin/sh: line 1: /opt/theos/bin/ldid: cannot execute binary file: Exec format error\n", "processor"},
+      {"clang: error while loading shared libraries: libz3.so.4: cannot open shared object file\n",
+       "library"},
+      {"Makefile:12: warning: overriding recipe for target 'clean'\n", "more than once"},
+      {"cp: error writing '_/x': No space left on device\n", "make room"},
+      {"make[2]: *** [rules.mk:10: x.o] Error 137\n", "memory"},
+      {"x.m:3: error: expected ';'\nmake[2]: *** [rules.mk:10: x.o] Error 1\n", "lines above"},
+  };
+  for (const auto& row : rows) {
+    const std::string log =
+        std::string("> Making all for tweak P…\n\n") + row.log + row.log + "no end of line";
+    const auto findings = explainBuildLog(log);
+    ASSERT_EQ(findings.size(), 1U) << row.log;
+    EXPECT_EQ(findings[0].verdict, Verdict::Note) << row.log;
+    EXPECT_NE(findings[0].sentence.find(row.meaning), std::string::npos) << findings[0].sentence;
+    const bool isGuess = std::string(row.meaning) == "lines above";
+    EXPECT_TRUE(findings[0].sentence.starts_with(isGuess ? "Line 4 " : "Line 3 ")) << findings[0].sentence;
+  }
+}
+
+TEST(BuildLog, AGoodBuildIsLeftAlone) {
+  EXPECT_TRUE(explainBuildLog("").empty());
+  EXPECT_TRUE(explainBuildLog("\033[").empty());
+  EXPECT_TRUE(explainBuildLog("> Making all for tweak Killed137…\n==> Compiling NoControlFile.m (arm64)…\n"
+                              "make[1]: Nothing to be done\n==> Warning: Building for iOS 6.0\n"
+                              "dpkg-deb: building package 'com.example.spaces' in './packages/x.deb'.\n")
+                  .empty());
+}
+
+TEST(Probe, OnlyWholeLinesOfItsOwnKindAreBelieved) {
+  const DeviceFacts facts = readProbe(
+      "try\tmake\t0\t/usr/bin/make\tGNU Make 4.3\ntry\tclang\t127\t\t\ntry\tldid\tx\t/ldid\tsaid\n"
+      "try\tlipo\t0\t/"
+      "lipo\ttoo\tmany\nentry\tsdks\tastray\nentry\tvendor\tpresent\nentry\tmakefiles\tmissing\n"
+      "practice\nsdk\nsdk\nsdk astray\nfonts\t7\nfonts\t9x\nnonsense\n\n" +
+      std::string(5000, 'x'));
+  EXPECT_EQ(facts.trials.size(), 2U);
+  EXPECT_EQ(facts.trials.at("make").said, "GNU Make 4.3");
+  EXPECT_TRUE(facts.trials.at("clang").path.empty());
+  EXPECT_EQ(facts.theosEntries.at("sdks"), Entry::Astray);
+  EXPECT_EQ(facts.theosEntries.at("vendor"), Entry::Present);
+  EXPECT_EQ(facts.theosEntries.at("makefiles"), Entry::Missing);
+  EXPECT_TRUE(facts.isPracticeTheos);
+  EXPECT_EQ(facts.sdks, 2);
+  EXPECT_EQ(facts.sdksAstray, 1);
+  EXPECT_EQ(facts.arabicFonts, 7);
+}
+
+TEST(Capture, KeepsBothStreamsAndStopsWhatTakesTooLong) {
+  const Captured both =
+      capture({"/bin/sh", "-c", "read x || echo out; echo err >&2; exit 3"}, std::chrono::seconds(60));
+  EXPECT_EQ(both.status, 3);
+  EXPECT_EQ(both.output, "out\n");
+  EXPECT_EQ(both.errors, "err\n");
+  const Captured flood =
+      capture({"/bin/sh", "-c", "head -c 5000000 /dev/zero; kill -KILL $$"}, std::chrono::seconds(60));
+  EXPECT_EQ(flood.status, 137);
+  EXPECT_EQ(flood.output.size(), std::size_t{1} << 20);
+  EXPECT_EQ(capture({"/bin/sleep", "1000"}, std::chrono::seconds(0)).status, 124);
+  EXPECT_EQ(capture({"/no/such/program"}, std::chrono::seconds(60)).status, 127);
+}
+
+TEST(LastLog, OnlyAPlainFileIsReadAndOnlyItsEnd) {
+  const TemporaryFolder place;
+  const std::string path = place.path() + "/";
+  const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  std::ofstream(path + "log") << "beginning, end";
+  std::ofstream(path + "empty");
+  ASSERT_EQ(mkfifo((path + "pipe").c_str(), 0600), 0);
+  ASSERT_EQ(symlink("log", (path + "link").c_str()), 0);
+  EXPECT_EQ(readEndBeneath(folder.get(), "log", 3), "end");
+  EXPECT_EQ(readEndBeneath(folder.get(), "log", 1000), "beginning, end");
+  EXPECT_EQ(readEndBeneath(folder.get(), "empty", 1000), "");
+  for (const char* name : {"pipe", "link", ".", "missing"})
+    EXPECT_FALSE(readEndBeneath(folder.get(), name, 1000)) << name;
+}
+
+}  // namespace
+}  // namespace device::doctor
