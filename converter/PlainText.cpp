@@ -1,5 +1,7 @@
 #include "converter/PlainText.h"
 
+#include "core/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -12,7 +14,7 @@ constexpr std::size_t longestComment = 300;   // bytes
 // Splits the first character off `rest`, which is not empty.
 std::string_view takeCharacter(std::string_view& rest) {
   std::size_t length = 1;
-  while (length < rest.size() && (static_cast<unsigned char>(rest[length]) & 0xC0) == 0x80) ++length;
+  while (length < rest.size() && !startsCharacter(rest[length])) ++length;
   const std::string_view character = rest.substr(0, length);
   rest.remove_prefix(length);
   return character;

@@ -8,24 +8,20 @@ namespace {
 constexpr std::string_view placeholder = "%@";
 constexpr std::string_view absentText = "(null)";
 
-bool isContinuation(unsigned char byte) {
-  return (byte & 0xC0) == 0x80;
-}
-
 // The length of the valid multi-byte character at the start of `rest`, or 0.
 std::size_t characterLength(std::string_view rest) {
   const auto byte = [rest](std::size_t index) { return static_cast<unsigned char>(rest[index]); };
+  const auto isContinuation = [rest](std::size_t index) { return !startsCharacter(rest[index]); };
   const unsigned char first = byte(0);
-  if (first >= 0xC2 && first <= 0xDF) return rest.size() >= 2 && isContinuation(byte(1)) ? 2 : 0;
+  if (first >= 0xC2 && first <= 0xDF) return rest.size() >= 2 && isContinuation(1) ? 2 : 0;
   if (first >= 0xE0 && first <= 0xEF) {
-    if (rest.size() < 3 || !isContinuation(byte(1)) || !isContinuation(byte(2))) return 0;
+    if (rest.size() < 3 || !isContinuation(1) || !isContinuation(2)) return 0;
     if (first == 0xE0 && byte(1) < 0xA0) return 0;  // overlong
     if (first == 0xED && byte(1) > 0x9F) return 0;  // surrogate
     return 3;
   }
   if (first >= 0xF0 && first <= 0xF4) {
-    if (rest.size() < 4 || !isContinuation(byte(1)) || !isContinuation(byte(2)) || !isContinuation(byte(3)))
-      return 0;
+    if (rest.size() < 4 || !isContinuation(1) || !isContinuation(2) || !isContinuation(3)) return 0;
     if (first == 0xF0 && byte(1) < 0x90) return 0;  // overlong
     if (first == 0xF4 && byte(1) > 0x8F) return 0;  // past U+10FFFF
     return 4;

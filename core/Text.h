@@ -13,6 +13,11 @@ using MaybeText = std::optional<std::string>;
 // cut off.
 bool isValidUTF8(std::string_view text);
 
+// Whether `byte` is the first of a character in UTF-8, not one that goes on with it.
+inline bool startsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+
 // Replaces every occurrence of `pattern` (not empty) by `replacement`: literal, case-sensitive, scanning once
 // from the start, occurrences not overlapping.
 std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement);

@@ -1,15 +1,13 @@
 #include "ui/LogText.h"
 
+#include "core/Text.h"
+
 #include <algorithm>
 
 namespace {
 
 constexpr std::size_t tabWidth = 8;
 constexpr std::size_t longestPiece = 4096;  // bytes
-
-bool startsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-}
 
 // The column after `byte` when it begins at `column`.
 std::size_t advanced(std::size_t column, char byte) {

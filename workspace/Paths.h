@@ -23,7 +23,6 @@ inline constexpr const char* projectBackup = "/var/mobile/Documents/TweakbenchBa
 inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
 inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
 inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";
-inline constexpr const char* langFilePlist = "/Applications/Tweakbench.app/LangFile.plist";
 inline constexpr const char* checkersLog = "/Applications/Tweakbench.app/Checkers.log";
 inline constexpr const char* makeLog = "/Applications/Tweakbench.app/MakeLog.log";
 

@@ -1,14 +1,13 @@
 #include "workspace/ProjectName.h"
 
 #include "core/FileManager.h"
+#include "core/Languages.h"
 #include "core/PropertyList.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
 
 namespace {
-
-constexpr const char* languageKey = "Language";
 
 void rewriteName(const std::string& path, const std::string& oldName, const std::string& newName) {
   const MaybeText text = stringWithContentsOfFile(path);
@@ -35,10 +34,10 @@ void renameProject(const std::string& typedName) {
 void setLanguage(Language language) {
   switch (language) {
     case Language::Arabic:
-      return setPropertyListValue(paths::langFilePlist, languageKey, "AR");
+      return setPropertyListValue(langFilePlist, languageKey, "AR");
     case Language::Automatic:
-      return setPropertyListValue(paths::langFilePlist, languageKey, "Auto");
+      return setPropertyListValue(langFilePlist, languageKey, "Auto");
     case Language::English:
-      return removePropertyListValue(paths::langFilePlist, languageKey);
+      return removePropertyListValue(langFilePlist, languageKey);
   }
 }
