@@ -23,7 +23,8 @@ std::vector<std::string> harvestFlexMenu() {
   const MaybeText menu = run_logged("ftt", menuLog);
   if (menu) writeToFileAtomically(menuLog, cleanedFlexMenu(*menu), Durability::Deferred);
   const std::string cleaned = stringWithContentsOfFile(menuLog).value_or(std::string());
-  NSLog(fill("arrayOfComponents == %@", {described(splitLines(cleaned))}));
+  const std::string_view loggedPart = std::string_view(cleaned).substr(0, longestLogLine);
+  NSLog(fill("arrayOfComponents == %@", {described(splitLines(loggedPart))}));
   return flexMenuEntries(cleaned);
 }
 

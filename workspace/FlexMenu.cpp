@@ -2,6 +2,7 @@
 
 #include "core/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <stdexcept>
@@ -23,13 +24,12 @@ constexpr std::array<std::string_view, 11> removedTexts{
     " \033Please input a valid number between \0330\033 and \033",
 };
 
-void removeAt(std::vector<std::string>& lines, std::size_t index) {
-  if (index >= lines.size()) throw std::out_of_range("the converter's menu has too few lines");
-  lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(index));
-}
-
-bool beginsCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+// Takes the next line, without its line feed, off the front of `text`.
+std::string_view takeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return line;
 }
 
 }  // namespace
@@ -52,22 +52,29 @@ std::vector<std::string> splitLines(std::string_view text) {
   }
 }
 
-std::vector<std::string> flexMenuEntries(const std::string& cleaned) {
-  std::vector<std::string> lines = splitLines(cleaned);
-  removeAt(lines, 0);
-  removeAt(lines, 1);  // of the shortened list: the second line stays, the third goes
-  for (int last = 0; last < 3; ++last) removeAt(lines, lines.empty() ? 0 : lines.size() - 1);
-  std::erase(lines, "");
-  return lines;
+std::vector<std::string> flexMenuEntries(std::string_view cleaned) {
+  constexpr std::ptrdiff_t dropped = 5;  // the first, the third, and the last three of what is left
+  std::ptrdiff_t remaining = std::count(cleaned.begin(), cleaned.end(), '\n') + 1 - dropped;
+  if (remaining < 0) throw std::out_of_range("the converter's menu has too few lines");
+  std::vector<std::string> entries;
+  for (std::size_t number = 0; remaining > 0 && entries.size() < mostFlexMenuEntries; ++number) {
+    const std::string_view line = takeLine(cleaned);
+    if (number == 0 || number == 2) continue;
+    --remaining;
+    if (!line.empty() && line.size() <= longestFlexMenuEntry) entries.emplace_back(line);
+  }
+  return entries;
 }
 
 std::string flexPatchKey(std::string_view title) {
+  constexpr unsigned char firstOfTwoUnits = 0xF0;
   std::size_t at = 0;
-  for (int dropped = 0; dropped < 3; ++dropped) {
+  for (int dropped = 0; dropped < 3;) {
     if (at == title.size()) throw std::out_of_range("the chosen entry is shorter than three characters");
+    dropped += static_cast<unsigned char>(title[at]) >= firstOfTwoUnits ? 2 : 1;
     do {
       ++at;
-    } while (at < title.size() && !beginsCharacter(title[at]));
+    } while (at < title.size() && !startsCharacter(title[at]));
   }
   return withoutBlanks(title.substr(at));
 }

@@ -2,6 +2,7 @@
 // from, and from the chosen entry to the key under which it is converted.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,11 +18,17 @@ std::string cleanedFlexMenu(std::string_view log);
 // The pieces between the line feeds, empty ones included: one more than there are line feeds.
 std::vector<std::string> splitLines(std::string_view text);
 
-// The entries of a cleaned log, in its order: its lines without the first, the third and the last three, and
-// of what is left without the empty ones. Throws std::out_of_range when there are fewer than five lines.
-std::vector<std::string> flexMenuEntries(const std::string& cleaned);
+// As many as a list of patches can hold: a converter that prints on and on must not cost more than its log.
+inline constexpr std::size_t mostFlexMenuEntries = 20'000;
+// In bytes. No command line holds a longer one, so nothing could be converted by it.
+inline constexpr std::size_t longestFlexMenuEntry = 100'000;
 
-// The entry `title` (UTF-8) without its first three characters and without its blanks. A character is a code
-// point here, where a phone counts UTF-16 units: a difference only when one of the three lies past U+FFFF,
-// which the phone would cut in half. Throws std::out_of_range when the title has fewer than three characters.
+// The entries of a cleaned log, in its order: its lines without the first, the third and the last three, and
+// of what is left the first mostFlexMenuEntries that are neither empty nor too long. Throws std::out_of_range
+// when there are fewer than five lines.
+std::vector<std::string> flexMenuEntries(std::string_view cleaned);
+
+// The entry `title` (UTF-8) without its first three characters and without its blanks. Characters are
+// counted as the phone's texts count them: one past U+FFFF is two, and goes whole where only its first half
+// would go. Throws std::out_of_range when the title has fewer than three characters.
 std::string flexPatchKey(std::string_view title);

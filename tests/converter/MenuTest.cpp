@@ -46,6 +46,10 @@ TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
   EXPECT_EQ(flexMenuEntries("L0\nL1\nL2\nL3\nL4\nL5\nL6\nL7\nL8\nL9"), (Lines{"L1", "L3", "L4", "L5", "L6"}));
   EXPECT_EQ(flexMenuEntries("L0\n\nL2\nL3\n\n\nL6\n \n7\n8\n9"), (Lines{"L3", "L6", " "}));
   EXPECT_EQ(flexMenuEntries("\n\n\n\n"), Lines{});
+  EXPECT_EQ(flexMenuEntries("0\n1\n2\n3\n4\n5"), Lines{"1"});
+  const std::string flood = replaceAll(std::string(100'000, '.'), ".", "y\n");
+  EXPECT_EQ(flexMenuEntries(flood), Lines(mostFlexMenuEntries, "y"));
+  EXPECT_EQ(flexMenuEntries("0\n1\n2\n" + std::string(1'000'000, 'x') + "\n4\n5\n6\n7"), (Lines{"1", "4"}));
   for (const char* tooShort : {"", "a", "a\nb", "a\nb\nc", "a\nb\nc\nd"}) {
     EXPECT_THROW(flexMenuEntries(tooShort), std::out_of_range) << tooShort;
   }
@@ -55,8 +59,10 @@ TEST(FlexMenu, AKeyIsTheEntryWithoutThreeCharactersAndBlanks) {
   EXPECT_EQ(flexPatchKey("\033  3 My Patch"), "3MyPatch");
   EXPECT_EQ(flexPatchKey("مرح با"), "با");
   EXPECT_EQ(flexPatchKey("abc"), "");
+  EXPECT_EQ(flexPatchKey("🚀a bc"), "bc");
+  EXPECT_EQ(flexPatchKey("ab🚀 c"), "c");
   EXPECT_EQ(flexPatchKey("abc\td e"), "\tde");
-  for (const char* tooShort : {"", "ab", "مر"})
+  for (const char* tooShort : {"", "ab", "مر", "🚀"})
     EXPECT_THROW(flexPatchKey(tooShort), std::out_of_range) << tooShort;
 }
 
