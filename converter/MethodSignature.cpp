@@ -4,9 +4,12 @@
 
 namespace {
 
+// Whether every argument has a name of its own. "a:(int)b:(int)c" has two meanings otherwise.
+enum class ArgumentNames { Given, Optional };
+
 class SignatureReader {
  public:
-  explicit SignatureReader(std::string_view text) : text_(text) {}
+  SignatureReader(std::string_view text, ArgumentNames names) : text_(text), names_(names) {}
 
   MethodSignature read() {
     MethodSignature signature;
@@ -23,20 +26,13 @@ class SignatureReader {
       end();
       return signature;
     }
-    for (;;) {
+    do {
       signature.names.push_back(name + ":");
       signature.arguments.push_back(type());
       if (signature.arguments.back().kind == ValueKind::Void) giveUp();
-      name = identifier();  // the argument's own name, unless that is missing and a colon follows
-      if (!name.empty() && !take(':')) {
-        name = identifier();
-        if (!name.empty() && !take(':')) giveUp();
-      }
-      if (name.empty()) {
-        end();
-        return signature;
-      }
-    }
+    } while (takeNextPiece(name));
+    end();
+    return signature;
   }
 
  private:
@@ -51,6 +47,21 @@ class SignatureReader {
     if (at_ == text_.size() || text_[at_] != character) return false;
     ++at_;
     return true;
+  }
+
+  // Reads an argument's own name, and into `piece` what stands before the next argument's colon, which may be
+  // nothing. False where no argument follows.
+  bool takeNextPiece(std::string& piece) {
+    const std::string own = identifier();
+    if (names_ == ArgumentNames::Given && own.empty()) giveUp();
+    if (names_ == ArgumentNames::Optional && take(':')) {
+      piece = own;
+      return true;
+    }
+    piece = identifier();
+    if (take(':')) return true;
+    if (!piece.empty()) giveUp();
+    return false;
   }
 
   // Empty when there is none here.
@@ -80,6 +91,7 @@ class SignatureReader {
   }
 
   std::string_view text_;
+  ArgumentNames names_;
   std::size_t at_ = 0;
 };
 
@@ -113,5 +125,9 @@ std::string MethodSignature::argumentNames() const {
 }
 
 MethodSignature methodSignature(std::string_view text) {
-  return SignatureReader(text).read();
+  try {
+    return SignatureReader(text, ArgumentNames::Given).read();
+  } catch (const NotUnderstood&) {
+    return SignatureReader(text, ArgumentNames::Optional).read();
+  }
 }

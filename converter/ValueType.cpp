@@ -52,7 +52,7 @@ struct ScalarName {
 };
 
 // Sizes are those of a 64-bit phone.
-constexpr std::array<ScalarName, 42> scalarNames{{
+constexpr std::array<ScalarName, 49> scalarNames{{
     {"BOOL", ValueKind::Boolean, 8},
     {"bool", ValueKind::Boolean, 8},
     {"_Bool", ValueKind::Boolean, 8},
@@ -83,6 +83,13 @@ constexpr std::array<ScalarName, 42> scalarNames{{
     {"intptr_t", ValueKind::Integer, 64},
     {"uintptr_t", ValueKind::Integer, 64, Sign::Unsigned},
     {"unichar", ValueKind::Integer, 16, Sign::Unsigned},
+    {"Byte", ValueKind::Integer, 8, Sign::Unsigned},
+    {"UniChar", ValueKind::Integer, 16, Sign::Unsigned},
+    {"OSStatus", ValueKind::Integer, 32},
+    {"OSType", ValueKind::Integer, 32, Sign::Unsigned},
+    {"FourCharCode", ValueKind::Integer, 32, Sign::Unsigned},
+    {"Float32", ValueKind::Real, 32},
+    {"Float64", ValueKind::Real, 64},
     {"float", ValueKind::Real, 32},
     {"double", ValueKind::Real, 64},
     {"CGFloat", ValueKind::Real, 64},
@@ -98,7 +105,7 @@ constexpr std::array<ScalarName, 42> scalarNames{{
 }};
 
 // Of UIKit and what it brings with it, so that the one import is enough.
-constexpr std::array<std::string_view, 32> passedNames{
+constexpr std::array<std::string_view, 34> passedNames{
     "CGRect",
     "CGPoint",
     "CGSize",
@@ -108,6 +115,8 @@ constexpr std::array<std::string_view, 32> passedNames{
     "NSRange",
     "NSZone",
     "NSDecimal",
+    "NSFastEnumerationState",
+    "FILE",
     "NSComparisonResult",
     "NSStringEncoding",
     "NSTextAlignment",
