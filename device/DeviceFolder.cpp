@@ -137,7 +137,8 @@ void DeviceFolder::refreshApplication(const fs::path& shipped) const {
   const bool isNew = mkdirat(applications_.get(), kApplicationFolder, 0755) == 0;
   const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);
   if (!application) return;
-  shipFiles(shipped, application.get(), openFolderBeneath(folder_.get(), kShipped).get(),
+  const Descriptor programs = openFolderBeneath(folder_.get(), kUserPrograms);
+  shipFiles(shipped, {application.get(), programs.get()}, openFolderBeneath(folder_.get(), kShipped).get(),
             isNew ? ApplicationFolder::New : ApplicationFolder::Kept);
 }
 

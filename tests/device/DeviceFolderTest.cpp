@@ -101,6 +101,39 @@ TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {
   EXPECT_EQ(fileAt(application("Choose.plist")), "release 2");
 }
 
+TEST_F(DeviceFolderTest, TheConverterIsRenewedWhereTheApplicationMovedIt) {
+  const std::string moved = device / "usr-bin/ftt";
+  ship("ftt", "converter 1");
+  start();
+  EXPECT_FALSE(fs::exists(moved)) << "moving it is the application's part";
+  fs::rename(application("ftt"), moved);
+  ship("ftt", "converter 2");
+  fs::permissions(files / "Tweakbench.app/ftt", fs::perms(0755));
+  start();
+  EXPECT_EQ(fileAt(moved), "converter 2");
+  EXPECT_EQ(fs::status(moved).permissions(), fs::perms(0755));
+  EXPECT_FALSE(fs::exists(application("ftt")));
+  ship("ftt", "converter 3");
+  start();
+  EXPECT_EQ(fileAt(moved), "converter 3") << "again at the next one";
+
+  putFile(moved, "mine");
+  ship("ftt", "converter 4");
+  start();
+  EXPECT_EQ(fileAt(moved), "mine");
+  fs::remove(moved);
+  fs::create_symlink(home / "precious", moved);
+  putFile(home / "precious", "converter 4");
+  ship("ftt", "converter 5");
+  start();
+  EXPECT_EQ(fileAt(home / "precious"), "converter 4");
+  EXPECT_TRUE(fs::is_symlink(moved));
+  fs::remove(moved);
+  ship("ftt", "converter 6");
+  start();
+  EXPECT_FALSE(fs::exists(fs::symlink_status(moved))) << "what was removed stays away";
+}
+
 TEST_F(DeviceFolderTest, ProgramsThatABuildReplacedArePutRight) {
   start();
   fs::remove(device / "usr-bin/make");
