@@ -7,6 +7,8 @@
 #include "ui/Metrics.h"
 #include "workspace/Selection.h"
 
+#include <algorithm>
+
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -109,9 +111,26 @@ void FileListView::setSeparatorColor(const QColor& colour) {
 void FileListView::reloadData() {
   const int place = verticalScrollBar()->value();
   const int row = currentIndex().row();
+  const std::string name = currentName_;
   model_.reloadData();
-  if (row >= 0 && row < model_.rowCount()) setCurrentIndex(model_.index(row));
+  if (row >= 0) {
+    const std::vector<std::string>& names = MUArray();
+    const auto found = std::find(names.begin(), names.end(), name);
+    const int same = static_cast<int>(found - names.begin());
+    setCurrentIndex(model_.index(found != names.end() ? same : std::min(row, model_.rowCount() - 1)));
+  }
   verticalScrollBar()->setValue(place);
+}
+
+void FileListView::leavePlace() {
+  setCurrentIndex(QModelIndex());
+  scrollToTop();
+}
+
+void FileListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QListView::currentChanged(current, previous);
+  const auto row = static_cast<std::size_t>(current.row());
+  if (current.isValid() && row < MUArray().size()) currentName_ = MUArray()[row];
 }
 
 QItemSelectionModel::SelectionFlags FileListView::selectionCommand(const QModelIndex& /*index*/,

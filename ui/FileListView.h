@@ -1,10 +1,12 @@
 // The list of the current project's files.
 #pragma once
 
+#include "ui/Metrics.h"
+
+#include <string>
+
 #include <QAbstractListModel>
 #include <QListView>
-
-#include "ui/Metrics.h"
 
 // The rows are MUArray(), read when they are shown; reloadData() after each change of it.
 class FileListModel : public QAbstractListModel {
@@ -33,13 +35,17 @@ class FileListView : public QListView {
   QSize sizeHint() const override { return {metrics::touchSize, metrics::touchSize}; }
   QSize minimumSizeHint() const override { return sizeHint(); }
 
-  // Shows MUArray() anew, keeping the place in the list where the rows still allow it.
+  // Shows MUArray() anew, keeping the place in the list where the rows still allow it: the same file stays
+  // the current one wherever it stands now, or if it has gone, the one in its place.
   void reloadData();
+  // Goes back to the top, with no file current: for the files of another project.
+  void leavePlace();
 
  signals:
   void rowPicked(int row);
 
  protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -48,4 +54,5 @@ class FileListView : public QListView {
   void pickSelected();
 
   FileListModel model_;
+  std::string currentName_;  // of the current row, for finding it in the next list
 };

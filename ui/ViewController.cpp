@@ -91,8 +91,10 @@ void ViewController::viewDidLoad() {
   ArraySetUp();
   outlets_->TableVV->setBackgroundColor(grey(40));
   outlets_->TableVV->setSeparatorColor(grey(40));
+  const QString project = shownName(currentProjectLabel());
+  if (project != outlets_->ProjLableName->text()) outlets_->TableVV->leavePlace();
   outlets_->TableVV->reloadData();
-  outlets_->ProjLableName->setText(shownName(currentProjectLabel()));
+  outlets_->ProjLableName->setText(project);
   // The texts of this screen are the project's own; their surroundings follow the language of the next
   // dialog.
   QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
