@@ -19,78 +19,7 @@ const std::string backups = "/var/mobile/Documents/TweakbenchBackups";
 class Menus : public Screens {
  protected:
   Menus() { removeItemAtPath(backups); }
-
-  static void chooseFrom(const QString& menu, const QString& title, const QString& entry) {
-    tap(menu);
-    waitToSee(title);
-    tap(entry);
-  }
-  static void projectMenu(const TextPair& entry) {
-    chooseFrom("New Project", localized(text::projectOptions), localized(entry));
-  }
-  static void optionsMenu(const TextPair& entry) {
-    chooseFrom("Project Options", localized(text::extraOptions), localized(entry));
-  }
-  static void deleteMenu(const QString& entry) {
-    chooseFrom("Delete", localized(text::deleteFilesOrProjects), entry);
-  }
-  static void waitToMiss(const QString& name) {
-    waitUntil([&name] { return !sees(name); }, "still to be seen: " + name);
-  }
 };
-
-TEST_F(Menus, HeadersAreAddedAndFilesRenamedInBothLanguages) {
-  for (const char* language : {"EN", "AR"}) {
-    device::reset();
-    device::speak(language);
-    const std::string folder = makeProject({{"Tweak.x", "%hook A\n"}});
-    start();
-    projectMenu(text::createHeaderFile);
-    finger::type("My Header");
-    tap(localized(text::confirm));
-    waitToSee("MyHeader.h");
-    EXPECT_EQ(fileAt(folder + "Tweak.x"), "#import MyHeader.h\n%hook A\n");
-
-    projectMenu(text::changeFileName);
-    waitToSee(localized(text::whichOne));
-    tap("MyHeader.h");
-    waitToSee("~ root$");
-    // The field holds the name as it is; what is typed goes behind it.
-    finger::type("pp");
-    tap(localized(text::confirm));
-    waitToSee("MyHeader.hpp");
-    EXPECT_FALSE(sees("MyHeader.h"));
-    delegate_.reset();
-  }
-}
-
-TEST_F(Menus, FilesAndProjectsAreDeleted) {
-  const std::string folder = makeProject({{"keep", ""}, {"go", ""}});
-  for (const char* other : {"Q/x", "R/x"}) putFile(device::projects + other, "");
-  start();
-  deleteMenu("go");
-  waitToMiss("go");
-  EXPECT_TRUE(sees("keep"));
-
-  deleteMenu(localized(text::deleteOptions));
-  waitToSee(localized(text::deleteAllProjects));
-  tap("Q");
-  waitUntil([] { return !fileExistsAtPath(device::projects + "Q"); }, "Q is still there");
-
-  deleteMenu(localized(text::deleteCurrentProject));
-  waitToMiss("keep");
-  EXPECT_FALSE(fileExistsAtPath(folder));
-  EXPECT_EQ(currentProject(), std::nullopt);
-
-  for (const char* answer : {"Cancel", "I'm sure"}) {
-    deleteMenu(localized(text::deleteOptions));
-    tap(localized(text::deleteAllProjects));
-    waitToSee(localized(text::deleteAllProjectsQuestion));
-    EXPECT_TRUE(fileExistsAtPath(device::projects + "R")) << "before the answer";
-    tap(answer);
-  }
-  EXPECT_TRUE(projectNames().empty());
-}
 
 TEST_F(Menus, OptionsOpenTheProjectAndItsPackages) {
   makeProject({{"Tweak.x", ""}});
@@ -168,27 +97,6 @@ TEST_F(Menus, AProjectIsRenamedFromTheOptions) {
   tap("Change");
   waitToSee("BrandNew");
   waitToSee("BrandNew.plist");
-}
-
-TEST_F(Menus, AFlexPatchIsPickedAndLandsInTheProject) {
-  putFile("/var/mobile/Library/Flex/patches.plist",
-          device::emptyList(
-              "<key>patches</key><array><dict><key>name</key><string>Premium</string><key>units</key><array>"
-              "<dict><key>class</key><string>Account</string><key>method</key>"
-              "<string>- (BOOL)isPremium</string><key>returns</key><true/></dict></array></dict></array>"));
-  for (const char* language : {"EN", "AR"}) {
-    device::reset();
-    device::speak(language);
-    const std::string folder = makeProject({{"Tweak.x", ""}});
-    start();
-    projectMenu(text::addFlexPatch);
-    waitToSee("Flex to Theos by Mossgrove & updated by Wexley88");
-    EXPECT_TRUE(sees("Cancel")) << "the same in both languages";
-    tap("\033  0 - Premium");
-    waitToSee("FlexPatch0-Premium");
-    EXPECT_NE(fileAt(folder + "FlexPatch0-Premium").find("%hook Account"), std::string::npos);
-    delegate_.reset();
-  }
 }
 
 }  // namespace

@@ -62,6 +62,24 @@ class Screens : public testing::Test {
     finger::waitToSee("Reload");
   }
 
+  static void chooseFrom(const QString& menu, const QString& title, const QString& entry) {
+    finger::tap(menu);
+    finger::waitToSee(title);
+    finger::tap(entry);
+  }
+  static void projectMenu(const TextPair& entry) {
+    chooseFrom("New Project", localized(text::projectOptions), localized(entry));
+  }
+  static void optionsMenu(const TextPair& entry) {
+    chooseFrom("Project Options", localized(text::extraOptions), localized(entry));
+  }
+  static void deleteMenu(const QString& entry) {
+    chooseFrom("Delete", localized(text::deleteFilesOrProjects), entry);
+  }
+  static void waitToMiss(const QString& name) {
+    finger::waitUntil([&name] { return !finger::sees(name); }, "still to be seen: " + name);
+  }
+
   // Whether or not a dialog lies above it.
   static const LogView& log() { return *UIScreen::mainScreen()->findChild<LogView*>(); }
 

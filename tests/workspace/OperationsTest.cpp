@@ -1,6 +1,7 @@
 #include "core/Languages.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
+#include "support/Tree.h"
 #include "workspace/Backups.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Deletion.h"
@@ -11,7 +12,6 @@
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
 
-#include <map>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -19,23 +19,6 @@
 namespace {
 
 namespace filesystem = std::filesystem;
-
-// Everything below a folder: relative path to contents, folders ending in a slash.
-using Tree = std::map<std::string, std::string>;
-
-Tree treeAt(const std::string& folder) {
-  Tree tree;
-  if (!filesystem::exists(folder)) return tree;
-  for (const auto& entry : filesystem::recursive_directory_iterator(folder)) {
-    const std::string name = filesystem::relative(entry.path(), folder);
-    if (entry.is_directory()) {
-      tree[name + "/"];
-    } else {
-      tree[name] = fileAt(entry.path());
-    }
-  }
-  return tree;
-}
 
 class Operations : public testing::Test {
  protected:
