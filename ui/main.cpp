@@ -7,6 +7,9 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include <QGuiApplication>
+#include <QIcon>
+
 namespace {
 
 // Standard error may be a captured log, which holds only what commands print.
@@ -23,6 +26,9 @@ int main(int argc, char** argv) {
   if (setuid(0) != 0) NSLog("Running with the rights of the user who started the program");
   qInstallMessageHandler(logQtMessage);
   return UIApplicationMain(argc, argv, [] {
+    // By these a desktop joins the window with its entry in the menu.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.example.Tweakbench"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/application.png")));
     endCommandsWithApplication();
     return makeAppDelegate();
   });
