@@ -58,6 +58,8 @@ Options parseOptions(int count, const char* const* arguments) {
   bool noFilter = false;
   parser.add_flag("--no-filter", noFilter,
                   "Start the command without the filter, as the application is (tests)");
+  bool asApplication = false;
+  parser.add_flag("--as-application", asApplication, "Give the command the application's display (tests)");
 #endif
   try {
     parser.parse(count, arguments);
@@ -78,6 +80,7 @@ Options parseOptions(int count, const char* const* arguments) {
   if (network) options.network = Options::Network::On;
 #ifdef TWEAKBENCH_TEST_OPTIONS
   if (noFilter) options.filter = Options::Filter::Off;
+  if (asApplication) options.surroundings = Options::Surroundings::Application;
 #endif
   takeCommand(options, parser.remaining());
   return options;

@@ -22,6 +22,10 @@ struct Options {
   Theos theosAccess = Theos::ReadOnly;
   Network network = Network::Off;
   Filter filter = Filter::On;
+  // What a command is given. Only builds with tests know the second: the display that the application has, so
+  // that a test is where the application's own commands are.
+  enum class Surroundings { Commands, Application };
+  Surroundings surroundings = Surroundings::Commands;
   // Execute: the command and its arguments, untouched; never empty.
   std::vector<std::string> command;
   // ShowText: what --help or --version prints.

@@ -67,12 +67,17 @@ fs::path findOwnFiles() {
   throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
 }
 
+bool isForTheApplication(const Options& options) {
+  return options.action == Options::Action::OpenApplication ||
+         options.surroundings == Options::Surroundings::Application;
+}
+
 Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
   Host host{caller, findBubblewrap(caller), findOwnFiles(), findTheos(options, caller, home), {}, {}};
-  if (options.action == Options::Action::OpenApplication) {
+  if (isForTheApplication(options)) {
     host.display = findDisplay(caller, waylandSupport());
     host.authority = authorityFor(*host.display);
-    if (!fs::exists(host.ownFiles / "Tweakbench")) {
+    if (options.action == Options::Action::OpenApplication && !fs::exists(host.ownFiles / "Tweakbench")) {
       throw Refusal("The application is not at " + (host.ownFiles / "Tweakbench").string() +
                     "; install it again.");
     }
@@ -204,7 +209,8 @@ int run(const Options& options) {
   }
   request.theosAccess = options.theosAccess;
   request.network = options.network;
-  request.environment = deviceEnvironment(caller, isApplication ? Audience::Application : Audience::Commands);
+  request.environment =
+      deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
   request.rootLinks = rootLinks();
   std::vector<Descriptor> contents;
   for (const auto& file : deviceDataFiles(account, options.network)) {
