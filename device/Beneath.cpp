@@ -110,6 +110,18 @@ bool writeAtomically(int folder, const std::string& name, const std::string& con
   return false;
 }
 
+bool removeBeneath(int folder, const std::string& name) {
+  if (unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT) return true;
+  if (errno != EISDIR) return false;
+  const Descriptor inside = openFolderBeneath(folder, name);
+  const auto names = inside ? namesIn(inside.get()) : std::nullopt;
+  if (!names) return false;
+  for (const auto& each : *names) {
+    if (!removeBeneath(inside.get(), each)) return false;
+  }
+  return unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
+}
+
 std::optional<std::vector<std::string>> namesIn(int folder) {
   const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (copy < 0) return std::nullopt;

@@ -31,6 +31,10 @@ std::optional<std::string> readEndBeneath(int folder, const std::filesystem::pat
 // Replaces the file `name` in `folder` in one step; on false, errno tells why and the old file stands.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
 
+// Deletes the entry `name` in `folder` with everything in it; links are deleted themselves. False where
+// something is left, errno tells why.
+bool removeBeneath(int folder, const std::string& name);
+
 // What fdopendir() would give, "." and ".." dropped; empty with errno set on failure.
 std::optional<std::vector<std::string>> namesIn(int folder);
 

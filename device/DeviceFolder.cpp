@@ -43,6 +43,38 @@ std::string stateOfLinks(int folder) {
   return when(host.st_mtim) + " " + when(own.st_ctim) + " " + std::to_string(own.st_ino);
 }
 
+void refuseForeignFolder(int folder, const fs::path& device) {
+  struct stat status {};
+  if (fstat(folder, &status) != 0 || status.st_uid != geteuid()) {
+    throw Refusal("The device " + device.string() + " belongs to another user (number " +
+                  std::to_string(status.st_uid) + ").");
+  }
+  const auto names = namesIn(folder);
+  if (!names) refuseWithError("The device " + device.string() + " could not be read:");
+  if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
+    throw Refusal("The folder " + device.string() +
+                  " holds other files and is no device; give --device a new folder.");
+  }
+}
+
+Descriptor openLock(int folder, const fs::path& device) {
+  Descriptor lock(openat(folder, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  if (!lock) refuseWithError("The device " + device.string() + " could not be locked:");
+  return lock;
+}
+
+Descriptor openTop(int device, const char* folder, const fs::path& name) {
+  mkdirat(device, folder, 0755);
+  Descriptor opened(openat(device, folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  struct stat status {};
+  if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
+    throw Refusal("The device " + name.string() + " is damaged: " + folder + " is no folder of its user's.");
+  }
+  // A build may have closed it; nothing in the device can put something else in its place.
+  if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(device, folder, 0755, 0);
+  return opened;
+}
+
 }  // namespace
 
 Descriptor openOrMakeFolder(const fs::path& path) {
@@ -63,19 +95,48 @@ Descriptor openOrMakeFolder(const fs::path& path) {
   return folder;
 }
 
+Descriptor openFolderForAccount(const fs::path& path, const Environment& caller, bool isSettled,
+                                Account& account) {
+  Descriptor folder;
+  if (isSettled) {
+    // Below the user's own home, folders are made with the user's own rights.
+    if (setegid(account.group) != 0 || seteuid(account.user) != 0)
+      refuseWithError("Root could not change its user:");
+    try {
+      folder = openOrMakeFolder(path);
+    } catch (const Refusal&) {
+    }
+    if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
+  }
+  if (!folder) folder = openOrMakeFolder(path);
+  struct stat status {};
+  fstat(folder.get(), &status);
+  if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, caller);
+  if (status.st_uid == 0) {
+    if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
+      throw Refusal("The folder " + path.string() + " is root's and not empty; give --device a new folder.");
+    }
+    if (fchown(folder.get(), account.user, account.group) != 0)
+      refuseWithError("The device could not be given away:");
+  }
+  return folder;
+}
+
+Descriptor openVar(int folder, const fs::path& name) {
+  refuseForeignFolder(folder, name);
+  // Makes a new folder a device, which the next start completes.
+  openLock(folder, name);
+  return openTop(folder, "var", name);
+}
+
 DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const DeviceContents& contents)
     : folder_(std::move(folder)), name_(name) {
-  struct stat status {};
-  if (fstat(folder_.get(), &status) != 0 || status.st_uid != geteuid()) {
-    throw Refusal("The device " + name_.string() + " belongs to another user (number " +
-                  std::to_string(status.st_uid) + ").");
-  }
-  refuseForeignFolder();
+  refuseForeignFolder(folder_.get(), name_);
   lock();
-  applications_ = openTop("Applications");
-  var_ = openTop("var");
-  userPrograms_ = openTop(kUserPrograms);
-  shellPrograms_ = openTop(kShellPrograms);
+  applications_ = openTop(folder_.get(), "Applications", name_);
+  var_ = openTop(folder_.get(), "var", name_);
+  userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
   // Where a build put links in the place of folders, they stay what they are, and the application does
   // without.
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
@@ -86,33 +147,11 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   refreshApplication(contents.ownFiles / kApplicationFolder);
 }
 
-void DeviceFolder::refuseForeignFolder() const {
-  const auto names = namesIn(folder_.get());
-  if (!names) refuseWithError("The device " + name_.string() + " could not be read:");
-  if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
-    throw Refusal("The folder " + name_.string() +
-                  " holds other files and is no device; give --device a new folder.");
-  }
-}
-
 void DeviceFolder::lock() {
-  lock_ = Descriptor(openat(folder_.get(), kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (!lock_) refuseWithError("The device " + name_.string() + " could not be locked:");
+  lock_ = openLock(folder_.get(), name_);
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return;
   if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
   throw Refusal("The device " + name_.string() + " is in use by another Tweakbench; close that one first.");
-}
-
-Descriptor DeviceFolder::openTop(const char* folder) const {
-  mkdirat(folder_.get(), folder, 0755);
-  Descriptor opened(openat(folder_.get(), folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  struct stat status {};
-  if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
-    throw Refusal("The device " + name_.string() + " is damaged: " + folder + " is no folder of its user's.");
-  }
-  // A build may have closed it; nothing in the device can put something else in its place.
-  if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(folder_.get(), folder, 0755, 0);
-  return opened;
 }
 
 void DeviceFolder::refreshPreferences(const std::string& locale) const {

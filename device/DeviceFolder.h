@@ -11,7 +11,9 @@
 // reached through descriptors only, never by following a link.
 #pragma once
 
+#include "device/Account.h"
 #include "device/Descriptor.h"
+#include "device/Environment.h"
 
 #include <filesystem>
 #include <string>
@@ -21,6 +23,16 @@ namespace device {
 
 // Opens the folder of a device, which is made where missing, parents too. Throws Refusal.
 Descriptor openOrMakeFolder(const std::filesystem::path& path);
+
+// As root: the same, and the folder belongs afterwards to the account that the device runs as. `isSettled`:
+// the account is known; otherwise the folder's owner tells it. Throws Refusal, also for a folder of root's
+// files.
+Descriptor openFolderForAccount(const std::filesystem::path& path, const Environment& caller, bool isSettled,
+                                Account& account);
+
+// Opens DEVICE/var for copying in and out, whether or not a launcher uses the device at the time, and makes
+// it where missing. To be used as the device's user. Throws Refusal, also where the folder is no device.
+Descriptor openVar(int folder, const std::filesystem::path& name);
 
 struct DeviceContents {
   // Tweakbench's own files on the host, with the application folder as it is shipped.
@@ -45,9 +57,7 @@ class DeviceFolder {
   int shellPrograms() const { return shellPrograms_.get(); }
 
  private:
-  void refuseForeignFolder() const;
   void lock();
-  Descriptor openTop(const char* folder) const;
   void refreshPreferences(const std::string& locale) const;
   void refreshLinks(const std::string& programs) const;
   void refreshApplication(const std::filesystem::path& shipped) const;

@@ -2,6 +2,8 @@
 
 #include "device/Refusal.h"
 
+#include <algorithm>
+
 #include <CLI/CLI.hpp>
 
 namespace device {
@@ -13,9 +15,21 @@ constexpr const char* kCommands =
     "  (none)                      Open the application\n"
     "  exec COMMAND [ARGUMENT...]  Run a command in the device and pass its exit status on\n"
     "  shell                       Open a shell in the device\n"
+    "  import HOSTPATH             Copy this folder into the device as a project\n"
+    "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
     "  doctor                      Say whether builds can work, and what to do where they cannot\n\n"
+    "import and export work beside an open application too. HOSTPATH of an export is the folder to put the\n"
+    "copy into, or else the copy's own new name; nothing is replaced.\n\n"
     "Exit status: the command's; 128 + n if signal n killed it; 125 if the device could not be set up;\n"
-    "the doctor's: 0 if a build can work, otherwise 1.";
+    "the doctor's: 0 if a build can work, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
+
+// The words of a command that takes exactly `count`, two dashes before them aside.
+std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
+  if (!words.empty() && words.front() == "--") words.erase(words.begin());
+  const bool hasEmpty = std::find(words.begin(), words.end(), "") != words.end();
+  if (words.size() != count || hasEmpty) throw Refusal(std::string("It is: tweakbench ") + usage + ".");
+  return words;
+}
 
 void takeCommand(Options& options, std::vector<std::string> words) {
   if (words.empty()) return;
@@ -32,6 +46,14 @@ void takeCommand(Options& options, std::vector<std::string> words) {
   } else if (name == "doctor") {
     if (!words.empty()) throw Refusal("doctor takes no arguments.");
     options.action = Options::Action::Examine;
+  } else if (name == "import") {
+    options.action = Options::Action::Import;
+    options.hostPath = operands(std::move(words), 1, "import HOSTPATH").front();
+  } else if (name == "export") {
+    words = operands(std::move(words), 2, "export NAME HOSTPATH");
+    options.action = Options::Action::Export;
+    options.project = words[0];
+    options.hostPath = words[1];
   } else if (name.starts_with("-")) {
     throw Refusal("There is no option " + name + "; see tweakbench --help.");
   } else {

@@ -9,7 +9,7 @@
 namespace device {
 
 struct Options {
-  enum class Action { OpenApplication, Execute, OpenShell, Examine, ShowText };
+  enum class Action { OpenApplication, Execute, OpenShell, Import, Export, Examine, ShowText };
   enum class Theos { ReadOnly, Writable };
   enum class Network { Off, On };
   // How a command is started: through the guard, or without the filter as the application is. Only builds
@@ -28,6 +28,10 @@ struct Options {
   Surroundings surroundings = Surroundings::Commands;
   // Execute: the command and its arguments, untouched; never empty.
   std::vector<std::string> command;
+  // Export: the project's name.
+  std::string project;
+  // Import: the folder to copy. Export: where the copy goes.
+  std::filesystem::path hostPath;
   // ShowText: what --help or --version prints.
   std::string text;
 };

@@ -4,6 +4,7 @@
 #include "device/Refusal.h"
 #include "device/SystemLog.h"
 #include "device/Terminal.h"
+#include "device/Visible.h"
 #include "device/guard/StartReport.h"
 
 #include <array>
@@ -131,8 +132,8 @@ class Signals {
 // Watches one run from the start of bubblewrap to the end of the device's last process.
 class Run {
  public:
-  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output, Terminal* terminal,
-      SystemLog& log, Signals& signals)
+  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output, Terminal* terminal, SystemLog& log,
+      Signals& signals)
       : child_(child),
         childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
         reports_(std::move(reports.readEnd)),
@@ -229,12 +230,8 @@ class Run {
   }
 
   void takeOutput() {
-    std::string text = readAll(output_);
     // What a build prints must not steer the user's terminal.
-    for (char& character : text) {
-      const auto code = static_cast<unsigned char>(character);
-      if ((code < 0x20 && character != '\n' && character != '\t') || code == 0x7f) character = '?';
-    }
+    const std::string text = visible(readAll(output_), "\n\t");
     for (std::size_t done = 0; done < text.size();) {
       const ssize_t written = write(STDERR_FILENO, text.data() + done, text.size() - done);
       if (written < 0 && errno != EINTR) return;

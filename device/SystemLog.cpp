@@ -1,5 +1,7 @@
 #include "device/SystemLog.h"
 
+#include "device/Visible.h"
+
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -7,6 +9,7 @@
 #include <sys/un.h>
 #include <syslog.h>
 #include <unistd.h>
+#include <utility>
 
 namespace device {
 namespace {
@@ -62,11 +65,7 @@ std::string wordsOf(const std::string& datagram) {
   if (name != std::string::npos) at = name + 2;
   std::string words = datagram.substr(at);
   while (!words.empty() && (words.back() == '\0' || words.back() == '\n')) words.pop_back();
-  for (char& character : words) {
-    const auto code = static_cast<unsigned char>(character);
-    if ((code < 0x20 && character != '\t') || code == 0x7f) character = '?';
-  }
-  return words;
+  return visible(std::move(words), "\t");
 }
 
 }  // namespace device

@@ -7,16 +7,21 @@
 #include "device/Display.h"
 #include "device/Environment.h"
 #include "device/HostPrograms.h"
+#include "device/Interruption.h"
 #include "device/Options.h"
 #include "device/Refusal.h"
 #include "device/Sandbox.h"
 #include "device/Stage.h"
 #include "device/Terminal.h"
+#include "device/Transfer.h"
+#include "device/Visible.h"
 #include "device/doctor/Doctor.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <grp.h>
 #include <iostream>
 #include <signal.h>
 #include <sys/mman.h>
@@ -31,6 +36,9 @@ namespace fs = std::filesystem;
 
 // The launcher's own failures, apart from what programs commonly return.
 constexpr int kFailed = 125;
+// A project could not be copied.
+constexpr int kNotCopied = 1;
+constexpr std::size_t kNamedAtMost = 5;
 
 // Everything about the host that root may know and the device's user perhaps not.
 struct Host {
@@ -89,29 +97,7 @@ Host lookAt(const Options& options, const Environment& caller, const fs::path& h
 // paths of `host` to where they are shown; returns where the device is.
 fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool isSettled) {
   Stage stage;
-  Descriptor folder;
-  if (isSettled) {
-    // Below the user's own home, folders are made with the user's own rights.
-    if (setegid(account.group) != 0 || seteuid(account.user) != 0)
-      refuseWithError("Root could not change its user:");
-    try {
-      folder = openOrMakeFolder(device);
-    } catch (const Refusal&) {
-    }
-    if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
-  }
-  if (!folder) folder = openOrMakeFolder(device);
-  struct stat status {};
-  fstat(folder.get(), &status);
-  if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, host.caller);
-  if (status.st_uid == 0) {
-    if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
-      throw Refusal("The folder " + device.string() +
-                    " is root's and not empty; give --device a new folder.");
-    }
-    if (fchown(folder.get(), account.user, account.group) != 0)
-      refuseWithError("The device could not be given away:");
-  }
+  const Descriptor folder = openFolderForAccount(device, host.caller, isSettled, account);
   fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
   host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
   if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
@@ -184,13 +170,70 @@ int tell(const Ending& ending, const std::string& program) {
   return kFailed;
 }
 
+fs::path deviceOf(const Options& options, const Environment& caller, const Account& account) {
+  return options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
+}
+
+// Opens the device for copying; root itself keeps its rights for the host's side of the copy, and who called
+// sudo has only their own.
+Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
+  const Environment caller = callerEnvironment();
+  const auto calling = callingAccount(caller);
+  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
+  const fs::path device = deviceOf(options, caller, account);
+  // An export makes no device.
+  if (options.action == Options::Action::Export && access(device.c_str(), F_OK) != 0)
+    refuseWithError("The device " + device.string() + " cannot be reached:");
+  Descriptor folder;
+  if (geteuid() == 0) {
+    folder = openFolderForAccount(device, caller, calling.has_value(), account);
+    if (calling) become(account);
+    if (!calling && setgroups(0, nullptr) != 0) refuseWithError("Root's groups could not be given up:");
+  } else {
+    folder = openOrMakeFolder(device);
+  }
+  const Rights host = Rights::own();
+  const RightsAfterwards backToHost(host);
+  const Rights inDevice{account.user, account.group};
+  inDevice.assume();
+  return {device, openVar(folder.get(), device), host, inDevice, callerUmask, Interruption::check};
+}
+
+int transfer(const Options& options, mode_t callerUmask) {
+  const Transfer prepared = prepareTransfer(options, callerUmask);
+  const bool isImport = options.action == Options::Action::Import;
+  try {
+    const RightsAfterwards backToHost(prepared.host);
+    const Interruption interruption;
+    const Transferred done = isImport ? importProject(prepared, options.hostPath)
+                                      : exportProject(prepared, options.project, options.hostPath);
+    if (!done.leftOut.empty()) {
+      std::cerr << "tweakbench: Left out, being no files or leading out of the project:";
+      for (std::size_t i = 0; i < std::min(done.leftOut.size(), kNamedAtMost); ++i)
+        std::cerr << " " << done.leftOut[i];
+      if (done.leftOut.size() > kNamedAtMost)
+        std::cerr << " and " << done.leftOut.size() - kNamedAtMost << " more";
+      std::cerr << ".\n";
+    }
+    std::cout << (isImport ? "The project " + done.what + " is in the device."
+                           : "The project is at " + visible(done.what) + ".")
+              << std::endl;
+    return 0;
+  } catch (const Interrupted& interrupted) {
+    raise(interrupted.signal);
+    return kNotCopied;
+  } catch (const Refusal& refusal) {
+    std::cerr << "tweakbench: " << refusal.what() << "\n";
+    return kNotCopied;
+  }
+}
+
 int run(const Options& options) {
   const Environment caller = callerEnvironment();
   auto calling = callingAccount(caller);
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
   Host host = lookAt(options, caller, account.home);
-  const fs::path device =
-      options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
+  const fs::path device = deviceOf(options, caller, account);
   fs::path reached = device;
   if (geteuid() == 0) reached = leaveRoot(host, device, account, calling.has_value());
 
@@ -242,7 +285,7 @@ int run(const Options& options) {
 int main(int count, char** arguments) {
   closeInheritedDescriptors();
   // The device's files have fixed modes, whatever the caller's umask.
-  umask(022);
+  const mode_t callerUmask = umask(022);
   try {
     const Options options = parseOptions(count, arguments);
     if (options.action == Options::Action::ShowText) {
@@ -250,7 +293,9 @@ int main(int count, char** arguments) {
       return std::cout ? 0 : kFailed;
     }
     if (options.action == Options::Action::Examine) return doctor::examine(options);
-    return run(options);
+    const bool copies =
+        options.action == Options::Action::Import || options.action == Options::Action::Export;
+    return copies ? transfer(options, callerUmask) : run(options);
   } catch (const std::exception& error) {
     std::cerr << "tweakbench: " << error.what() << "\n";
     return kFailed;

@@ -57,6 +57,16 @@ TEST(Options, OptionsReachTheRequest) {
   EXPECT_EQ(parse({"--version"}).action, Options::Action::ShowText);
 }
 
+TEST(Options, CopiesNameTheirEnds) {
+  const Options in = parse({"--device", "d", "import", "--", "--odd"});
+  EXPECT_EQ(in.action, Options::Action::Import);
+  EXPECT_EQ(in.hostPath, "--odd");
+  const Options out = parse({"export", "My", "a b"});
+  EXPECT_EQ(out.action, Options::Action::Export);
+  EXPECT_EQ(out.project, "My");
+  EXPECT_EQ(out.hostPath, "a b");
+}
+
 TEST(Options, NonsenseIsRefusedWithItsReason) {
   struct Row {
     Words words;
@@ -67,6 +77,8 @@ TEST(Options, NonsenseIsRefusedWithItsReason) {
       {{"shell", "x"}, "shell takes no"},        {{"open"}, "no command open"},
       {{"--devise", "x"}, "no option --devise"}, {{"--device"}, "--device"},
       {{"--device", ""}, "needs a folder"},      {{"--theos="}, "--theos"},
+      {{"import"}, "import HOSTPATH"},           {{"import", "a", "b"}, "import HOSTPATH"},
+      {{"import", ""}, "import HOSTPATH"},       {{"export", "a"}, "export NAME HOSTPATH"},
   };
   for (const auto& row : rows) {
     try {
