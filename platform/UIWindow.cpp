@@ -78,6 +78,8 @@ void UIWindow::setVisible(bool visible) {
 }
 
 void UIWindow::setWindowLevel(double level) {
+  // Only a change moves the window: one that lies below others stays there.
+  if (level == windowLevel_) return;
   windowLevel_ = level;
   UIScreen::mainScreen()->bringToFront(this);
 }

@@ -48,6 +48,7 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void setVisible(bool visible) override;
 
   double windowLevel() const { return windowLevel_; }
+  // Moves the window to the front of its new level; does nothing where that is the level it has.
   void setWindowLevel(double level);
 
   // Ends typing: what an input method holds is entered, and no field of the window has the focus any more.
