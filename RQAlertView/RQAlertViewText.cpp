@@ -12,6 +12,9 @@ namespace {
 
 constexpr QChar leftToRightIsolate(0x2066);
 constexpr QChar popIsolate(0x2069);
+constexpr QChar ellipsis(0x2026);
+
+constexpr qsizetype longestWord = 1000;
 
 enum class Strength { Neutral, LeftToRight, RightToLeft };
 
@@ -82,7 +85,26 @@ QString isolated(QStringView line) {
   return result;
 }
 
-QTextOption optionFor(const RQAlertViewTextStyle& style, Qt::LayoutDirection direction) {
+// Where a stretch without a blank is so long, looking for the ends of words would take a time that grows with
+// the square of its length.
+bool hasEndlessWord(QStringView text) {
+  qsizetype length = 0;
+  for (const QChar character : text) {
+    length = character.isSpace() ? 0 : length + 1;
+    if (length > longestWord) return true;
+  }
+  return false;
+}
+
+// The middle of a line that is far too long for its width can be left out before anything is measured: what
+// is left still has to be truncated, and is in the same places.
+QString shortened(const QString& line, double width) {
+  const auto most = static_cast<qsizetype>(width) + longestWord;
+  if (line.size() <= 2 * most) return line;
+  return line.left(most) + ellipsis + line.right(most);
+}
+
+QTextOption optionFor(const QString& text, const RQAlertViewTextStyle& style, Qt::LayoutDirection direction) {
   QTextOption option;
   option.setTextDirection(direction);
   switch (style.alignment) {
@@ -104,7 +126,7 @@ QTextOption optionFor(const RQAlertViewTextStyle& style, Qt::LayoutDirection dir
   }
   if (style.numberOfLines == 1) {
     option.setWrapMode(QTextOption::NoWrap);
-  } else if (style.lineBreakMode == NSLineBreakMode::ByCharWrapping) {
+  } else if (style.lineBreakMode == NSLineBreakMode::ByCharWrapping || hasEndlessWord(text)) {
     option.setWrapMode(QTextOption::WrapAnywhere);
   } else {
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -177,7 +199,8 @@ RQAlertViewTextLayout::RQAlertViewTextLayout(const QString& text, const RQAlertV
                                              double width)
     : direction_(RQAlertViewText::direction(text)), width_(std::max(width, 1.0)) {
   if (text.isEmpty()) return;
-  const QString shown = RQAlertViewText::displayText(text);
+  QString shown = RQAlertViewText::displayText(text);
+  if (style.numberOfLines == 1) shown = shortened(shown, width_);
   RQAlertViewTextStyle set = style;
   set.font = fitted(shown, style, width_);
   int linesLeft = style.numberOfLines > 0 ? style.numberOfLines : INT_MAX;
@@ -203,7 +226,7 @@ RQAlertViewTextLayout::~RQAlertViewTextLayout() = default;
 bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlertViewTextStyle& style,
                                          int& linesLeft) {
   auto layout = std::make_unique<QTextLayout>(paragraph, style.font);
-  layout->setTextOption(optionFor(style, direction_));
+  layout->setTextOption(optionFor(paragraph, style, direction_));
   layout->setCacheEnabled(true);
   layout->beginLayout();
   double y = 0;
@@ -239,7 +262,7 @@ bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlert
 }
 
 void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTextStyle& style) {
-  QString line = rest;
+  QString line = shortened(rest, width_);
   line.replace(u'\n', u' ');
   const QFontMetricsF metrics(style.font);
   const QString elided = metrics.elidedText(line, elideModeFor(style.lineBreakMode), width_);
@@ -247,7 +270,7 @@ void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTe
   RQAlertViewTextStyle single = style;
   single.numberOfLines = 1;
   auto layout = std::make_unique<QTextLayout>(elided, style.font);
-  layout->setTextOption(optionFor(single, direction_));
+  layout->setTextOption(optionFor(elided, single, direction_));
   layout->setCacheEnabled(true);
   layout->beginLayout();
   QTextLine only = layout->createLine();
