@@ -5,16 +5,17 @@
 #include "RQAlertView/RQAlertViewButtonList.h"
 #include "platform/UIColor.h"
 
-#include <utility>
-
+#include <QCoreApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTextEdit>
 
 namespace {
 
 using Dialog = std::shared_ptr<RQAlertView>;
-using Texts = std::pair<QString, QString>;
 
 constexpr auto alert = RQAlertViewStyle::Alert;
 constexpr auto sheet = RQAlertViewStyle::ActionSheet;
@@ -144,14 +145,53 @@ Dialog files(GalleryLanguage language) {
                                               titles, cancel(language), QString()));
 }
 
-Dialog longMessage(GalleryLanguage language) {
+QString fortyLines(GalleryLanguage language) {
   QStringList lines;
   for (int index = 1; index <= 40; ++index) {
     lines << in(language, "Line %1 of a message that goes on and on.", "السطر %1 من رسالة طويلة.").arg(index);
   }
-  return dark(RQAlertView::alertViewWithTitle(in(language, "Read this", "اقرأ هذا"), lines.join(u'\n'), alert,
-                                              {in(language, "I have", "قرأته")}, cancel(language),
+  return lines.join(u'\n');
+}
+
+Dialog longMessage(GalleryLanguage language) {
+  return dark(RQAlertView::alertViewWithTitle(in(language, "Read this", "اقرأ هذا"), fortyLines(language),
+                                              alert, {in(language, "I have", "قرأته")}, cancel(language),
                                               QString()));
+}
+
+Dialog longMessageWithThree(GalleryLanguage language) {
+  return dark(RQAlertView::alertViewWithTitle(
+      in(language, "Read this", "اقرأ هذا"), fortyLines(language), alert,
+      {in(language, "I have read all of it", "قرأت كل شيء"), in(language, "Later", "لاحقا")},
+      cancel(language), QString()));
+}
+
+Dialog longMessageSheet(GalleryLanguage language) {
+  return dark(RQAlertView::alertViewWithTitle(
+      in(language, "Read this", "اقرأ هذا"), fortyLines(language), sheet,
+      {in(language, "I have read all of it", "قرأت كل شيء"), in(language, "Later", "لاحقا")},
+      cancel(language), in(language, "Never", "أبدا")));
+}
+
+Dialog thousands(GalleryLanguage language) {
+  QStringList titles;
+  for (int index = 0; index < 10000; ++index) titles << QStringLiteral("Source%1.x").arg(index);
+  Dialog dialog =
+      dark(RQAlertView::alertViewWithTitle(in(language, "Which one ?", "أي واحد ؟"), fortyLines(language),
+                                           alert, titles, cancel(language), in(language, "Delete", "حذف")));
+  dialog->setShowsVerticalScrollIndicator(true);
+  dialog->setIndicatorStyle(UIScrollViewIndicatorStyle::White);
+  return dialog;
+}
+
+Dialog nothing(GalleryLanguage language) {
+  return dark(RQAlertView::alertViewWithTitle(in(language, "No data", "لا توجد بيانات"), QString(), alert, {},
+                                              QString(), QString()));
+}
+
+Dialog nothingSheet(GalleryLanguage language) {
+  return dark(RQAlertView::alertViewWithTitle(in(language, "No data", "لا توجد بيانات"), QString(), sheet, {},
+                                              cancel(language), QString()));
 }
 
 Dialog bare(GalleryLanguage language) {
@@ -207,15 +247,22 @@ Dialog glass(GalleryLanguage language) {
   return dialog;
 }
 
-Dialog largeText(GalleryLanguage language) {
-  Dialog dialog = notice(language);
+Dialog large(Dialog dialog) {
   QFont font = dialog->messageFont();
   font.setPointSizeF(24);
   dialog->setTitleFont(font);
   dialog->setMessageFont(font);
   dialog->setButtonsFont(font);
   dialog->setCancelButtonFont(font);
+  dialog->setDestructiveButtonFont(font);
+  dialog->setTextFieldsFont(font);
+  dialog->setProgressLabelFont(font);
   return dialog;
+}
+
+template <Dialog (*make)(GalleryLanguage)>
+Dialog large(GalleryLanguage language) {
+  return large(make(language));
 }
 
 RQAlertViewButton* cancelButtonOf(RQAlertView& dialog) {
@@ -240,6 +287,22 @@ void reachByKey(RQAlertView& dialog) {
 void reachListByKey(RQAlertView& dialog) {
   dialog.view()->window()->setAttribute(Qt::WA_KeyboardFocusChange);
   if (auto* list = dialog.view()->findChild<RQAlertViewButtonList*>()) list->setFocus(Qt::TabFocusReason);
+}
+
+void holdFirstRow(RQAlertView& dialog) {
+  auto* list = dialog.view()->findChild<RQAlertViewButtonList*>();
+  if (!list) return;
+  const QPointF place = list->visualRect(list->model()->index(1, 0)).center();
+  QMouseEvent held(QEvent::MouseButtonPress, place, list->viewport()->mapToGlobal(place), Qt::LeftButton,
+                   Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(list->viewport(), &held);
+}
+
+void readOn(RQAlertView& dialog) {
+  auto* message = dialog.view()->findChild<QScrollArea*>();
+  dialog.view()->window()->setAttribute(Qt::WA_KeyboardFocusChange);
+  message->setFocus(Qt::TabFocusReason);
+  message->verticalScrollBar()->setValue(60);
 }
 
 void disableAll(RQAlertView& dialog) {
@@ -272,6 +335,27 @@ std::vector<GalleryDialog> galleryDialogs() {
       {QStringLiteral("focused"), notice, reachByKey},
       {QStringLiteral("focused-row"), options, reachListByKey},
       {QStringLiteral("disabled"), notice, disableAll},
-      {QStringLiteral("large-text"), largeText, {}},
+      {QStringLiteral("large-notice"), large<notice>, {}},
+      {QStringLiteral("large-three-buttons"), large<three>, {}},
+      {QStringLiteral("large-text-fields"), large<fields>, {}},
+      {QStringLiteral("large-progress-view"), large<progress>, {}},
+      {QStringLiteral("large-sheet"), large<options>, {}},
+      {QStringLiteral("large-sheet-10000"), large<files>, {}},
+      {QStringLiteral("no-buttons"), nothing, {}},
+      {QStringLiteral("no-buttons-sheet"), nothingSheet, {}},
+      {QStringLiteral("alert-10000"), thousands, {}},
+      {QStringLiteral("long-message-read"), longMessage, readOn},
+      {QStringLiteral("long-message-three"), longMessageWithThree, {}},
+      {QStringLiteral("long-message-sheet"), longMessageSheet, {}},
+      {QStringLiteral("pressed-row"), options, holdFirstRow},
+      {QStringLiteral("coming"), notice, {}, GalleryMoment::Coming},
+      {QStringLiteral("coming-sheet"), options, {}, GalleryMoment::Coming},
+      {QStringLiteral("going"), notice, {}, GalleryMoment::Going},
+      {QStringLiteral("going-sheet"), options, {}, GalleryMoment::Going},
+      {QStringLiteral("changing"), options, {}, GalleryMoment::ChangingIntoNotice},
   };
+}
+
+std::shared_ptr<RQAlertView> galleryNotice(GalleryLanguage language) {
+  return notice(language);
 }

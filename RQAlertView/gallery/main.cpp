@@ -1,5 +1,6 @@
 // The gallery: writes a picture of every dialog of the component, in two languages and several sizes.
 #include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewStage.h"
 #include "RQAlertView/gallery/GalleryDialogs.h"
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
@@ -12,6 +13,7 @@
 #include <memory>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QListWidget>
 #include <QVBoxLayout>
@@ -34,13 +36,40 @@ class BackgroundController : public UIViewController {
   }
 };
 
+constexpr double motionSeconds = 0.6;
+
+// To somewhere in the middle of a motion.
+void letItMove() {
+  QElapsedTimer timer;
+  timer.start();
+  while (timer.elapsed() < 1000 * motionSeconds / 6) UIApplication::processEvents();
+}
+
+// Answers the dialog that is pictured in the end.
+std::shared_ptr<RQAlertView> show(const GalleryDialog& dialog, GalleryLanguage language) {
+  const std::shared_ptr<RQAlertView> shown = dialog.make(language);
+  shown->setAnimationDuration(motionSeconds);
+  setMotionEnabled(dialog.moment == GalleryMoment::Coming);
+  shown->showAnimated();
+  if (dialog.prepare) dialog.prepare(*shown);
+  setMotionEnabled(dialog.moment != GalleryMoment::Shown);
+  UIApplication::processEvents();
+  if (dialog.moment == GalleryMoment::Going) shown->dismissAnimated();
+  std::shared_ptr<RQAlertView> last = shown;
+  if (dialog.moment == GalleryMoment::ChangingIntoNotice) {
+    last = galleryNotice(language);
+    last->setAnimationDuration(motionSeconds);
+    shown->transitionToAlertView(last);
+  }
+  if (dialog.moment != GalleryMoment::Shown) letItMove();
+  return last;
+}
+
 bool writePicture(const QString& folder, const GalleryDialog& dialog, GalleryLanguage language, QSize size) {
   UIScreen::mainScreen()->resize(size);
   UIApplication::setLayoutDirection(language == GalleryLanguage::Arabic ? Qt::RightToLeft : Qt::LeftToRight);
-  const std::shared_ptr<RQAlertView> shown = dialog.make(language);
-  shown->show();
-  if (dialog.prepare) dialog.prepare(*shown);
-  UIApplication::processEvents();
+  UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
+  const std::shared_ptr<RQAlertView> shown = show(dialog, language);
   const QString path =
       QStringLiteral("%1/%2-%3-%4x%5.png")
           .arg(folder, dialog.name,
@@ -48,7 +77,9 @@ bool writePicture(const QString& folder, const GalleryDialog& dialog, GalleryLan
           .arg(size.width())
           .arg(size.height());
   const bool written = UIScreen::mainScreen()->grab().save(path);
+  setMotionEnabled(false);
   shown->dismiss();
+  if (shown->view()) static_cast<RQAlertViewStage*>(shown->view())->finishMotion();
   UIApplication::processEvents();
   if (written) std::printf("%s\n", qPrintable(path));
   return written;
@@ -75,7 +106,7 @@ int main(int argc, char** argv) {
   UIScreen::mainScreen()->show();
   for (const GalleryDialog& dialog : galleryDialogs()) {
     if (!dialog.name.contains(wanted)) continue;
-    for (const QSize size : {QSize(320, 568), QSize(390, 844), QSize(820, 1180), QSize(1440, 900)}) {
+    for (const QSize size : {QSize(320, 480), QSize(390, 844), QSize(820, 1180), QSize(1600, 1200)}) {
       for (const GalleryLanguage language : {GalleryLanguage::English, GalleryLanguage::Arabic}) {
         if (!writePicture(folder, dialog, language, size)) return 1;
       }
