@@ -23,6 +23,7 @@
 #include <QPointer>
 #include <QStringList>
 
+class RQAlertViewButton;
 class RQAlertViewContent;
 class RQAlertViewController;
 class RQAlertViewStage;
@@ -151,7 +152,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   }
 
   template <typename... Reports>
-
   static std::shared_ptr<RQAlertView> alertViewWithTitle(
       const QString& title, const QString& message, RQAlertViewStyle style, const QStringList& buttonTitles,
       const QString& cancelButtonTitle, const QString& destructiveButtonTitle, Reports... reports) {
@@ -160,7 +160,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   }
 
   template <typename... Reports>
-
   static std::shared_ptr<RQAlertView> alertViewWithViewAndTitle(const QString& title, const QString& message,
                                                                 RQAlertViewStyle style, QWidget* view,
                                                                 const QStringList& buttonTitles,
@@ -172,7 +171,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   }
 
   template <typename... Reports>
-
   static std::shared_ptr<RQAlertView> alertViewWithActivityIndicatorAndTitle(
       const QString& title, const QString& message, RQAlertViewStyle style, const QString& progressLabelText,
       const QStringList& buttonTitles, const QString& cancelButtonTitle,
@@ -183,7 +181,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   }
 
   template <typename... Reports>
-
   static std::shared_ptr<RQAlertView> alertViewWithProgressViewAndTitle(
       const QString& title, const QString& message, RQAlertViewStyle style, double progress,
       const QString& progressLabelText, const QStringList& buttonTitles, const QString& cancelButtonTitle,
@@ -194,7 +191,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   }
 
   template <typename... Reports>
-
   static std::shared_ptr<RQAlertView> alertViewWithTextFieldsAndTitle(
       const QString& title, const QString& message, std::size_t numberOfTextFields,
       RQAlertViewTextFieldsSetupHandler textFieldsSetupHandler, const QStringList& buttonTitles,
@@ -328,6 +324,9 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   using Entrance = std::function<void(double duration, std::function<void()> finished)>;
   void showBy(const Entrance& entrance, bool animated, RQAlertViewCompletionHandler completionHandler);
   void showComplete(const RQAlertViewCompletionHandler& completionHandler);
+  // Gives the focus to the first field, else to the safe answer, unless another dialog covers this one.
+  void takeFocus();
+  void beginDismissal();
   void dismissComplete(const RQAlertViewCompletionHandler& completionHandler);
   void releaseViews();
   void addObservers();
@@ -341,11 +340,13 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void coverTapped();
   void lastFieldEntered();
   void actionAction(std::size_t index, const QString& title);
-  void cancelAction();
-  void destructiveAction();
+  // `sender`: the button that was tapped, which keeps its highlighted look while the dialog goes, or null.
+  void cancelAction(RQAlertViewButton* sender);
+  void destructiveAction(RQAlertViewButton* sender);
   // `now` and, once the dialog has gone, `afterwards` get the delegate as it was when the user answered.
   using Report = std::function<void(RQAlertView&, const std::weak_ptr<RQAlertViewDelegate>&)>;
-  void answer(RQAlertViewButtonKind kind, const Report& now, Report afterwards);
+  void answer(RQAlertViewButtonKind kind, RQAlertViewButton* sender, const Report& now, Report afterwards);
+  RQAlertViewButton* buttonOfKind(RQAlertViewButtonKind kind) const;
 
   // Reports: the handler, then the delegate, then the notification.
   void report(const RQAlertViewHandler& handler, const std::weak_ptr<RQAlertViewDelegate>& delegate,

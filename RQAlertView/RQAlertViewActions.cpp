@@ -31,12 +31,12 @@ class Answering {
 
 void RQAlertView::forceCancel() {
   if (cancelButtonTitle().isNull()) throw InternalInconsistency("Cancel button is not exists");
-  cancelAction();
+  cancelAction(buttonOfKind(RQAlertViewButtonKind::Cancel));
 }
 
 void RQAlertView::forceDestructive() {
   if (destructiveButtonTitle().isNull()) throw InternalInconsistency("Destructive button is not exists");
-  destructiveAction();
+  destructiveAction(buttonOfKind(RQAlertViewButtonKind::Destructive));
 }
 
 void RQAlertView::forceActionAtIndex(std::size_t index) {
@@ -50,11 +50,10 @@ void RQAlertView::tapped(RQAlertViewButtonKind kind, std::size_t index) {
   if (state_ != RQAlertViewState::Shown) return;
   switch (kind) {
     case RQAlertViewButtonKind::Cancel:
-      if (RQAlertViewButton* button = stage_->frame()->cancelButton()) button->setSelected(true);
-      cancelAction();
+      forceCancel();
       break;
     case RQAlertViewButtonKind::Destructive:
-      destructiveAction();
+      forceDestructive();
       break;
     case RQAlertViewButtonKind::Action:
       forceActionAtIndex(index);
@@ -66,7 +65,7 @@ void RQAlertView::coverTapped() {
   if (state_ != RQAlertViewState::Shown || !cancelOnTouch()) return;
   // A cancel button that cannot be tapped cannot be got round either.
   if (!cancelButtonTitle().isNull() && !cancelButtonEnabled()) return;
-  cancelAction();
+  cancelAction(nullptr);
 }
 
 void RQAlertView::lastFieldEntered() {
@@ -76,7 +75,7 @@ void RQAlertView::lastFieldEntered() {
 
 void RQAlertView::actionAction(std::size_t index, const QString& title) {
   answer(
-      RQAlertViewButtonKind::Action,
+      RQAlertViewButtonKind::Action, nullptr,
       [&](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
         self.reportAction(self.handlers_.actionHandler, delegate,
                           &RQAlertViewDelegate::alertViewClickedButtonAtIndex, RQAlertViewActionNotification,
@@ -89,9 +88,9 @@ void RQAlertView::actionAction(std::size_t index, const QString& title) {
       });
 }
 
-void RQAlertView::cancelAction() {
+void RQAlertView::cancelAction(RQAlertViewButton* sender) {
   answer(
-      RQAlertViewButtonKind::Cancel,
+      RQAlertViewButtonKind::Cancel, sender,
       [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
         self.report(self.handlers_.cancelHandler, delegate, &RQAlertViewDelegate::alertViewCancelled,
                     RQAlertViewCancelNotification);
@@ -103,9 +102,9 @@ void RQAlertView::cancelAction() {
       });
 }
 
-void RQAlertView::destructiveAction() {
+void RQAlertView::destructiveAction(RQAlertViewButton* sender) {
   answer(
-      RQAlertViewButtonKind::Destructive,
+      RQAlertViewButtonKind::Destructive, sender,
       [](RQAlertView& self, const std::weak_ptr<RQAlertViewDelegate>& delegate) {
         self.report(self.handlers_.destructiveHandler, delegate, &RQAlertViewDelegate::alertViewDestructed,
                     RQAlertViewDestructiveNotification);
@@ -117,7 +116,12 @@ void RQAlertView::destructiveAction() {
       });
 }
 
-void RQAlertView::answer(RQAlertViewButtonKind kind, const Report& now, Report afterwards) {
+RQAlertViewButton* RQAlertView::buttonOfKind(RQAlertViewButtonKind kind) const {
+  return stage_ ? stage_->frame()->buttonOfKind(kind) : nullptr;
+}
+
+void RQAlertView::answer(RQAlertViewButtonKind kind, RQAlertViewButton* sender, const Report& now,
+                         Report afterwards) {
   // On its way out the dialog takes no more answers, and an answer does not give itself once more.
   const bool leaving = state_ == RQAlertViewState::Dismissing || state_ == RQAlertViewState::Dismissed;
   bool& answeredAlready = answering_[static_cast<std::size_t>(kind)];
@@ -126,8 +130,13 @@ void RQAlertView::answer(RQAlertViewButtonKind kind, const Report& now, Report a
   const Answering answering(answeredAlready);
   // The dismissal clears the delegate, which is still to hear what comes after it.
   const std::weak_ptr<RQAlertViewDelegate> delegate = delegate_;
+  const QPointer<RQAlertViewButton> marked(sender);
+  if (marked) marked->setSelected(true);
   now(*this, delegate);
-  if (!dismissOnAction()) return;
+  if (!dismissOnAction()) {
+    if (marked) marked->setSelected(false);
+    return;
+  }
   dismissAnimated(shouldDismissAnimated(),
                   [alive, delegate, afterwards = std::move(afterwards)] { afterwards(*alive, delegate); });
 }

@@ -10,6 +10,7 @@
 #include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 
 RQAlertViewButtonList::RQAlertViewButtonList(LookQuestion look, EnabledQuestion enabled, QWidget* parent)
     : QListView(parent),
@@ -73,8 +74,9 @@ double RQAlertViewButtonList::leastRowHeight() const {
   return cell_->setting().leastHeight;
 }
 
-void RQAlertViewButtonList::setSeparatorsColor(const QColor& color) {
-  cell_->setting().separatorsColor = color;
+void RQAlertViewButtonList::setColors(const QColor& separators, const QColor& background) {
+  cell_->setting().separatorsColor = separators;
+  background_ = background;
   viewport()->update();
 }
 
@@ -90,6 +92,14 @@ void RQAlertViewButtonList::setCard(const QPainterPath& card) {
 
 void RQAlertViewButtonList::tap(int row) {
   if (isRowEnabled(row)) emit rowTapped(row);
+}
+
+void RQAlertViewButtonList::paintEvent(QPaintEvent* event) {
+  QListView::paintEvent(event);
+  if (verticalScrollBar()->value() == verticalScrollBar()->maximum()) return;
+  QPainter painter(viewport());
+  painter.setClipPath(cell_->setting().card);
+  paintGoesOn(painter, viewport()->rect(), background_);
 }
 
 void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {

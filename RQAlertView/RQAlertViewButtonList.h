@@ -36,7 +36,8 @@ class RQAlertViewButtonList : public QListView {
   double heightOfRows() const;
   double leastRowHeight() const;
 
-  void setSeparatorsColor(const QColor& color);
+  // `background`: of the card that the list lies in.
+  void setColors(const QColor& separators, const QColor& background);
   void setScrollIndicator(bool shows, UIScrollViewIndicatorStyle style);
   // The outline of the card that the list lies in, in the list's coordinates.
   void setCard(const QPainterPath& card);
@@ -48,6 +49,7 @@ class RQAlertViewButtonList : public QListView {
   void rowTapped(int row);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -61,5 +63,6 @@ class RQAlertViewButtonList : public QListView {
 
   RQAlertViewListModel* model_;
   RQAlertViewCell* cell_;
+  QColor background_;
   int pressStartRow_ = -1;
 };

@@ -45,7 +45,13 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
 
 RQAlertViewFrame::~RQAlertViewFrame() = default;
 
+bool RQAlertViewFrame::holdsFocus() const {
+  const QWidget* focused = window()->focusWidget();
+  return focused && isAncestorOf(focused) && focused->isVisible();
+}
+
 void RQAlertViewFrame::layOutIn(const QRect& room) {
+  const bool heldFocus = holdsFocus();
   const int width = std::min(rounded(alertView_.width()), room.width());
   applyLooks(width);
   const double offset = alertView_.offsetVertical();
@@ -77,6 +83,8 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
     separateCancel_->setGeometry(cancel);
     separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
   }
+  // The button that had it may have become a row, or the other way round.
+  if (heldFocus && !holdsFocus()) initialFocus()->setFocus(Qt::OtherFocusReason);
 }
 
 void RQAlertViewFrame::setBackdrop(const QPixmap& backdrop) {
@@ -113,7 +121,7 @@ void RQAlertViewFrame::applyLooks(int width) {
   arrangeButtons(width);
   if (list_) {
     list_->setScrollIndicator(a.showsVerticalScrollIndicator(), a.indicatorStyle());
-    list_->setSeparatorsColor(a.separatorsColor());
+    list_->setColors(a.separatorsColor(), a.backgroundColor());
   }
   allButtonsChanged();
 }
@@ -316,10 +324,10 @@ QWidget* RQAlertViewFrame::initialFocus() {
   return this;
 }
 
-RQAlertViewButton* RQAlertViewFrame::cancelButton() const {
-  if (separateCancel_) return separateCancel_;
+RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) const {
+  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
   for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
-    if (sideBySideRows_[place].kind == RQAlertViewButtonKind::Cancel) return sideBySide_[place];
+    if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
   }
   return nullptr;
 }

@@ -38,8 +38,8 @@ class RQAlertViewFrame : public QWidget {
 
   // What the focus goes to when the dialog has been shown: never a destructive button.
   QWidget* initialFocus();
-  // The button that a cancellation marks, or null.
-  RQAlertViewButton* cancelButton() const;
+  // The first button of this kind that is no row of the list, or null.
+  RQAlertViewButton* buttonOfKind(RQAlertViewButtonKind kind) const;
 
  signals:
   void tapped(RQAlertViewButtonKind kind, std::size_t index);
@@ -56,6 +56,7 @@ class RQAlertViewFrame : public QWidget {
     int cancel = 0;
   };
 
+  bool holdsFocus() const;
   void applyLooks(int width);
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
   void arrangeButtons(int width);

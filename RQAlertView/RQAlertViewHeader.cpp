@@ -11,34 +11,45 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLinearGradient>
 #include <QPainter>
 #include <QScrollBar>
 
 using namespace RQAlertViewMetrics;
 
-// Says that the text above goes on: fades its last line out.
-class RQAlertViewHeader::Fade : public QWidget {
+// Lies over the area. Says that the text goes on, by fading its last line out, and that the keys scroll it,
+// by a ring.
+class RQAlertViewHeader::Overlay : public QWidget {
  public:
-  explicit Fade(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+  explicit Overlay(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
 
-  void setColor(const QColor& color) {
-    color_ = color;
+  void setColors(const QColor& background, const QColor& ring) {
+    background_ = background;
+    ring_ = ring;
+    update();
+  }
+
+  void setGoesOn(bool goesOn) {
+    goesOn_ = goesOn;
     update();
   }
 
  protected:
   void paintEvent(QPaintEvent*) override {
-    QLinearGradient gradient(0, 0, 0, height());
-    QColor clear = color_;
-    clear.setAlpha(0);
-    gradient.setColorAt(0, clear);
-    gradient.setColorAt(1, color_);
-    QPainter(this).fillRect(rect(), gradient);
+    QPainter painter(this);
+    if (goesOn_) paintGoesOn(painter, rect(), background_);
+    if (parentWidget()->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+      const double inset = focusRingInset + focusRingWidth / 2.0;
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(QPen(ring_, focusRingWidth));
+      painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), focusRingRadius,
+                              focusRingRadius);
+    }
   }
 
  private:
-  QColor color_;
+  QColor background_;
+  QColor ring_;
+  bool goesOn_ = false;
 };
 
 RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContent* content,
@@ -49,7 +60,7 @@ RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewCo
       title_(new RQAlertViewLabel(parts_)),
       message_(new RQAlertViewLabel(parts_)),
       content_(content),
-      fade_(new Fade(this)) {
+      overlay_(new Overlay(this)) {
   content_->setParent(parts_);
   setWidget(parts_);
   // The area fills what it scrolls unless it is told not to; the card is to shine through.
@@ -66,9 +77,12 @@ RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewCo
   title_->setVisible(!alertView.title().isEmpty());
   message_->setVisible(!alertView.message().isEmpty());
   content_->setVisible(!content_->isEmpty());
-  connect(qApp, &QApplication::focusChanged, this, [this] { keepFocusInSight(); });
+  connect(qApp, &QApplication::focusChanged, this, [this] {
+    keepFocusInSight();
+    overlay_->update();
+  });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-          [this](int value) { fade_->setVisible(value < verticalScrollBar()->maximum()); });
+          [this](int value) { overlay_->setGoesOn(value < verticalScrollBar()->maximum()); });
 }
 
 void RQAlertViewHeader::applyLooks() {
@@ -77,7 +91,7 @@ void RQAlertViewHeader::applyLooks() {
   message_->setStyle({.font = alertView_.messageFont(), .alignment = alertView_.messageTextAlignment()},
                      alertView_.messageTextColor());
   content_->applyAppearance(alertView_.appearanceValues());
-  fade_->setColor(alertView_.backgroundColor());
+  overlay_->setColors(alertView_.backgroundColor(), alertView_.tintColor());
   static_cast<RQAlertViewScrollIndicator*>(verticalScrollBar())->setStyle(alertView_.indicatorStyle());
   setVerticalScrollBarPolicy(alertView_.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
                                                                        : Qt::ScrollBarAlwaysOff);
@@ -101,10 +115,10 @@ void RQAlertViewHeader::layOutIn(const QRect& area) {
     part->setGeometry(headerPadding, paddingVertical() + top, inner, partHeight);
   });
 
-  const int fadeHeight = std::min(scrollFadeHeight, area.height());
-  fade_->setGeometry(0, area.height() - fadeHeight, area.width(), fadeHeight);
-  fade_->raise();
-  fade_->setVisible(overflows && verticalScrollBar()->value() < height - area.height());
+  overlay_->setGeometry(0, 0, area.width(), area.height());
+  overlay_->raise();
+  overlay_->setVisible(overflows);
+  overlay_->setGoesOn(verticalScrollBar()->value() < height - area.height());
   keepFocusInSight();
 }
 
@@ -118,8 +132,11 @@ void RQAlertViewHeader::keepFocusInSight() {
 }
 
 void RQAlertViewHeader::keyPressEvent(QKeyEvent* event) {
-  // What a field leaves over belongs to the box, unless the area has the focus itself.
-  if (hasFocus()) {
+  // What a field leaves over belongs to the box, and so do the arrows where there is nothing left to scroll.
+  const QScrollBar* bar = verticalScrollBar();
+  const bool atEnd = (event->key() == Qt::Key_Up && bar->value() == bar->minimum()) ||
+                     (event->key() == Qt::Key_Down && bar->value() == bar->maximum());
+  if (hasFocus() && !atEnd) {
     QScrollArea::keyPressEvent(event);
   } else {
     event->ignore();

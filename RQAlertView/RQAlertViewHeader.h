@@ -29,7 +29,7 @@ class RQAlertViewHeader : public QScrollArea {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  class Fade;
+  class Overlay;
 
   int paddingVertical() const;
   // Walks over the parts that are shown, from the top; answers the height of all.
@@ -41,5 +41,5 @@ class RQAlertViewHeader : public QScrollArea {
   RQAlertViewLabel* title_;
   RQAlertViewLabel* message_;
   RQAlertViewContent* content_;
-  Fade* fade_;
+  Overlay* overlay_;
 };

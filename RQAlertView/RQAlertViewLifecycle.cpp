@@ -91,7 +91,9 @@ void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& aler
   const QPixmap picture = stage_->picture();
   if (window_) window_->setEnabled(enabled);
   const QRect place = stage_->frame()->geometry();
-  dismissAnimated(false);
+  // It goes as a dialog in sight does, though the other one's window may hide its own.
+  beginDismissal();
+  dismissComplete({});
   alertView->showBy(
       [&](double duration, auto finished) {
         alertView->stage_->changeFrom(picture, place, duration, std::move(finished));
@@ -103,16 +105,21 @@ void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHan
   if (state_ != RQAlertViewState::Showing) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   state_ = RQAlertViewState::Shown;
-  // Covered meanwhile by another dialog, it gets the focus when it comes back.
+  // Covered meanwhile by another dialog, it takes the focus when it comes back.
+  takeFocus();
+  report(handlers_.didShowHandler, delegate_, &RQAlertViewDelegate::alertViewDidShow,
+         RQAlertViewDidShowNotification);
+  call(completionHandler);
+}
+
+void RQAlertView::takeFocus() {
+  if (state_ != RQAlertViewState::Shown || !window_ || !window_->isKeyWindow()) return;
   const auto fields = textFieldsArray();
   if (type() == RQAlertViewType::TextFields && !fields.empty()) {
     fields.front()->becomeFirstResponder();
   } else {
     stage_->frame()->initialFocus()->setFocus(Qt::OtherFocusReason);
   }
-  report(handlers_.didShowHandler, delegate_, &RQAlertViewDelegate::alertViewDidShow,
-         RQAlertViewDidShowNotification);
-  call(completionHandler);
 }
 
 void RQAlertView::dismiss() {
@@ -134,10 +141,7 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
     dismissComplete(completionHandler);
     return;
   }
-  state_ = RQAlertViewState::Dismissing;
-  window_->endEditing();
-  report(handlers_.willDismissHandler, delegate_, &RQAlertViewDelegate::alertViewWillDismiss,
-         RQAlertViewWillDismissNotification);
+  beginDismissal();
   if (animated) {
     reportAnimations(handlers_.dismissAnimationsBlock, &RQAlertViewDelegate::dismissAnimationsForAlertView,
                      RQAlertViewDismissAnimationsNotification);
@@ -149,6 +153,13 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
   stage_->takeOut(
       animated ? animationDuration() : 0,
       [this, completionHandler = std::move(completionHandler)] { dismissComplete(completionHandler); });
+}
+
+void RQAlertView::beginDismissal() {
+  state_ = RQAlertViewState::Dismissing;
+  window_->endEditing();
+  report(handlers_.willDismissHandler, delegate_, &RQAlertViewDelegate::alertViewWillDismiss,
+         RQAlertViewWillDismissNotification);
 }
 
 void RQAlertView::dismissComplete(const RQAlertViewCompletionHandler& completionHandler) {
@@ -189,6 +200,11 @@ void RQAlertView::addObservers() {
   }
   center.addObserver(this, UIWindowDidBecomeVisibleNotification, nullptr,
                      [this](const NSNotification& notification) { windowVisibleChanged(notification); });
+  center.addObserver(this, UIWindowDidBecomeKeyNotification, window_.get(), [this](const NSNotification&) {
+    // What had the focus may have gone while another dialog covered this one.
+    const QWidget* focused = stage_->window()->focusWidget();
+    if (!focused || !stage_->frame()->isAncestorOf(focused)) takeFocus();
+  });
 }
 
 void RQAlertView::removeObservers() {

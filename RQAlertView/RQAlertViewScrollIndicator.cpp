@@ -4,9 +4,21 @@
 
 #include <algorithm>
 
+#include <QLinearGradient>
 #include <QPainter>
 
 using namespace RQAlertViewMetrics;
+
+void paintGoesOn(QPainter& painter, const QRect& area, const QColor& background) {
+  const int fade = std::min(scrollFadeHeight, area.height());
+  const QRect edge(area.left(), area.bottom() + 1 - fade, area.width(), fade);
+  QLinearGradient gradient(edge.topLeft(), edge.bottomLeft());
+  QColor clear = background;
+  clear.setAlpha(0);
+  gradient.setColorAt(0, clear);
+  gradient.setColorAt(1, background);
+  painter.fillRect(edge, gradient);
+}
 
 RQAlertViewScrollIndicator::RQAlertViewScrollIndicator(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {}
 

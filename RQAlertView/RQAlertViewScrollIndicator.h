@@ -5,6 +5,11 @@
 
 #include <QScrollBar>
 
+class QPainter;
+
+// Says that what is shown in `area` goes on below, by fading its lower edge into the background.
+void paintGoesOn(QPainter& painter, const QRect& area, const QColor& background);
+
 class RQAlertViewScrollIndicator : public QScrollBar {
   Q_OBJECT
 

@@ -13,6 +13,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace {
 
@@ -172,16 +173,34 @@ void RQAlertViewStage::paintPicture(QPainter& painter) const {
       break;
     }
     case Motion::ChangeFrom:
-      now = between(earlierPlace_, place, progress_);
-      painter.setOpacity(1 - progress_);
-      painter.drawPixmap(now, earlierPicture_, QRectF(earlierPicture_.rect()));
-      opacity = progress_;
-      break;
+      paintChange(painter, between(earlierPlace_, place, progress_));
+      return;
     case Motion::None:
       return;
   }
   painter.setOpacity(opacity);
   painter.drawPixmap(now, picture_, QRectF(picture_.rect()));
+}
+
+void RQAlertViewStage::paintChange(QPainter& painter, const QRectF& box) const {
+  // The box grows or shrinks while one content fades into the other; texts keep their size meanwhile.
+  const double radius = alertView_.layerCornerRadius();
+  QPainterPath outline;
+  outline.addRoundedRect(box, radius, radius);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setClipPath(outline);
+  const auto paint = [&painter, &box](const QPixmap& picture, double opacity) {
+    QRectF whole(QPointF(), picture.deviceIndependentSize());
+    whole.moveCenter(box.center());
+    painter.setOpacity(opacity);
+    painter.drawPixmap(whole.topLeft(), picture);
+  };
+  paint(earlierPicture_, 1 - progress_);
+  // What neither of the two covers; none of it at the beginning and at the end.
+  painter.setOpacity(std::min(1.0, 4 * progress_ * (1 - progress_)));
+  painter.fillPath(outline, alertView_.backgroundColor());
+  paint(earlierPicture_, 1 - progress_);
+  paint(picture_, progress_);
 }
 
 void RQAlertViewStage::takeBackdrops() {
@@ -195,14 +214,16 @@ void RQAlertViewStage::takeBackdrops() {
 
 void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  if (in_ || motion_ != Motion::None) takeBackdrops();
+  // Before the show it is all laid out once.
+  if (!in_ && motion_ == Motion::None) return;
+  takeBackdrops();
   layoutSubviews();
   if (motion_ != Motion::None) picture_ = picture();
 }
 
 void RQAlertViewStage::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::LayoutDirectionChange) layoutSubviews();
+  if (event->type() == QEvent::LayoutDirectionChange && (in_ || motion_ != Motion::None)) layoutSubviews();
 }
 
 void RQAlertViewStage::mousePressEvent(QMouseEvent* event) {

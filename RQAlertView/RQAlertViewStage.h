@@ -67,6 +67,8 @@ class RQAlertViewStage : public QWidget {
   QRect freeRoom() const;
   void paintCover(QPainter& painter) const;
   void paintPicture(QPainter& painter) const;
+  // In the middle of changeFrom(), with the box at `box`.
+  void paintChange(QPainter& painter, const QRectF& box) const;
   void takeBackdrops();
 
   const RQAlertView& alertView_;

@@ -104,6 +104,39 @@ TEST_F(Content, TapsOnlyWhatIsEnabled) {
   }
 }
 
+TEST_F(Content, KeepsAnAnsweringButtonHighlightedWhileTheDialogGoes) {
+  setMotionEnabled(true);
+  for (const bool cancels : {true, false}) {
+    const Dialog dialog = alert({}, QStringLiteral("Cancel"), QStringLiteral("Delete"));
+    dialog->setAnimationDuration(0.02);
+    dialog->show();
+    RQAlertViewButton* button =
+        buttonOf(dialog, cancels ? dialog->cancelButtonTitle() : QStringLiteral("Delete"));
+    bool selected = false;
+    const auto look = [&](RQAlertView&) { selected = button->isSelected(); };
+    dialog->setCancelHandler(look);
+    dialog->setDestructiveHandler(look);
+    dialog->setDismissOnAction(false);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_TRUE(selected);
+    EXPECT_FALSE(button->isSelected());
+    dialog->setDismissOnAction(true);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissing);
+    EXPECT_TRUE(button->isSelected());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Dismissed; }));
+    letGo();
+  }
+  // A touch on the cover is no tap of the button.
+  const Dialog dialog = alert({}, QStringLiteral("Cancel"));
+  dialog->setAnimationDuration(0.02);
+  dialog->show();
+  QTest::mouseClick(dialog->view(), Qt::LeftButton, {}, QPoint(5, 5));
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissing);
+  EXPECT_FALSE(buttonOf(dialog, QStringLiteral("Cancel"))->isSelected());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Dismissed; }));
+}
+
 TEST_F(Content, TakesATapBackThatSlidesOffTheButton) {
   const Dialog dialog = sheet({QStringLiteral("A"), QStringLiteral("B")});
   int tapped = 0;

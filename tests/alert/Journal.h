@@ -4,6 +4,7 @@
 #include "RQAlertView/RQAlertView.h"
 #include "platform/NSNotificationCenter.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,9 +22,14 @@ class Journal {
   }
 
   std::vector<std::string> take() { return std::exchange(lines, {}); }
-  void note(const std::string& line) { lines.push_back(line); }
+  void note(const std::string& line) {
+    lines.push_back(line);
+    if (meddle) meddle();
+  }
 
   std::vector<std::string> lines;
+  // Called from within every report, after it has been written down; may throw.
+  std::function<void()> meddle;
   std::shared_ptr<RQAlertViewDelegate> delegate = std::make_shared<RQAlertViewDelegate>();
 
  private:

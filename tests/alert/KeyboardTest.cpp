@@ -2,6 +2,9 @@
 #include "alert/Dialogs.h"
 #include "platform/UIKeyboard.h"
 
+#include <QScrollArea>
+#include <QScrollBar>
+
 namespace {
 
 using testing::ElementsAre;
@@ -68,6 +71,66 @@ TEST_F(Keys, GoRoundInsideTheDialog) {
   EXPECT_THAT(round(list, Qt::Key_Up, 3), ElementsAre("Cancel", "B", "A"));
   EXPECT_THAT(round(list, Qt::Key_Tab, 2), ElementsAre("Cancel", "A"));
   list->dismiss();
+}
+
+TEST_F(Keys, ScrollALongMessageAndGoOnAtItsEnds) {
+  const Dialog dialog = RQAlertView::alertViewWithTitle(
+      QStringLiteral("Title"), QStringLiteral("Many words, all of them plain. ").repeated(200), alertStyle,
+      {QStringLiteral("OK")}, QStringLiteral("Cancel"), none);
+  dialog->setShouldDismissAnimated(false);
+  dialog->show();
+  auto* message = dialog->view()->findChild<QScrollArea*>();
+  EXPECT_THAT(round(dialog, Qt::Key_Tab, 3), ElementsAre("OK", "elsewhere", "Cancel"));
+  press(Qt::Key_Backtab);
+  ASSERT_EQ(focus(), message);
+  press(Qt::Key_Down);
+  EXPECT_GT(message->verticalScrollBar()->value(), 0);
+  EXPECT_EQ(focus(), message);
+  press(Qt::Key_Up);
+  EXPECT_EQ(message->verticalScrollBar()->value(), 0);
+  EXPECT_THAT(round(dialog, Qt::Key_Up, 1), ElementsAre("OK"));
+  press(Qt::Key_Down);
+  press(Qt::Key_PageDown);
+  EXPECT_GT(message->verticalScrollBar()->value(), message->viewport()->height() / 2);
+  message->verticalScrollBar()->setValue(message->verticalScrollBar()->maximum());
+  EXPECT_THAT(round(dialog, Qt::Key_Down, 1), ElementsAre("Cancel"));
+  message->setFocus();
+  press(Qt::Key_Escape);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
+}
+
+TEST_F(Keys, StayInsideWhereTheFocusedButtonGoesAway) {
+  const QString cancel = QStringLiteral("Cancel");
+  // A row becomes a list, a list takes the cancel button in, and every button is disabled.
+  const Dialog row = alert({QStringLiteral("A")}, cancel);
+  row->show();
+  ASSERT_EQ(focused(row), "Cancel");
+  row->setOneRowOneButton(true);
+  letGo();
+  EXPECT_TRUE(frameOf(row)->isAncestorOf(focus()));
+  row->dismiss();
+  letGo();
+
+  const Dialog bottom = sheet({QStringLiteral("A")}, cancel);
+  bottom->show();
+  ASSERT_EQ(focused(bottom), "Cancel");
+  UIScreen::mainScreen()->resize(820, 1180);
+  letGo();
+  EXPECT_TRUE(frameOf(bottom)->isAncestorOf(focus()));
+  bottom->dismiss();
+  letGo();
+
+  const Dialog disabled = alert({QStringLiteral("A")}, cancel);
+  disabled->setShouldDismissAnimated(false);
+  disabled->show();
+  disabled->setCancelButtonEnabled(false);
+  EXPECT_EQ(focused(disabled), "A");
+  disabled->setButtonsEnabled(false);
+  QTest::keyClick(UIScreen::mainScreen()->windowHandle(), Qt::Key_Return);
+  EXPECT_TRUE(disabled->isShowing());
+  disabled->setCancelButtonEnabled(true);
+  QTest::keyClick(UIScreen::mainScreen()->windowHandle(), Qt::Key_Escape);
+  EXPECT_FALSE(disabled->isShowing());
 }
 
 TEST_F(Keys, PressTheFocusedButtonWithReturnAndSpace) {

@@ -61,6 +61,36 @@ TEST_F(Lifecycle, IsShownOnceAndDismissedOnce) {
   EXPECT_EQ(dialog->viewController(), nullptr);
 }
 
+TEST_F(Lifecycle, StaysOutOfSightWhereItIsShownHidden) {
+  const Dialog dialog = alert();
+  Journal journal(*dialog);
+  dialog->showAnimated(true, true, [&] { journal.note("completed"); });
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
+  EXPECT_EQ(journal.lines.back(), "completed");
+  EXPECT_TRUE(dialog->window()->isKeyWindow());
+  EXPECT_FALSE(dialog->view()->isVisible());
+  dialog->view()->show();
+  EXPECT_TRUE(frameOf(dialog)->isVisible());
+  tap(dialog, QStringLiteral("One"));
+  EXPECT_FALSE(dialog->isShowing());
+}
+
+TEST_F(Lifecycle, EndsTypingInTheKeyWindow) {
+  const Dialog dialog = withFields(1);
+  dialog->textFieldsArray()[0]->setFocus();
+  QString typed;
+  dialog->setWillShowHandler([&](RQAlertView&) { EXPECT_FALSE(appField->hasFocus()); });
+  dialog->setWillDismissHandler([&](RQAlertView& self) {
+    EXPECT_FALSE(self.textFieldsArray()[0]->hasFocus());
+    typed = self.textFieldsArray()[0]->text();
+  });
+  dialog->show();
+  QTest::keyClicks(focus(), QStringLiteral("abc"));
+  EXPECT_EQ(dialog->textFieldsArray()[0]->text(), "abc");
+  dialog->dismiss();
+  EXPECT_EQ(typed, "abc");
+}
+
 TEST_F(Lifecycle, TakesNoInputWhileItMoves) {
   setMotionEnabled(true);
   const Dialog dialog = alert({QStringLiteral("One")}, QStringLiteral("Cancel"));

@@ -147,12 +147,12 @@ struct EntryPoint {
 #define BUTTONS QStringList{"A", "B"}, "Cancel", "Delete"
 
 const std::vector<EntryPoint> entryPoints{
-    ENTRY_POINT(RQAlertViewType::Default, WithTitle, "Title", "Message", alertStyle, BUTTONS),
-    ENTRY_POINT(RQAlertViewType::Default, WithViewAndTitle, "Title", "Message", alertStyle, new QWidget,
+    ENTRY_POINT(RQAlertViewType::Default, WithTitle, "Title", "Message", sheetStyle, BUTTONS),
+    ENTRY_POINT(RQAlertViewType::Default, WithViewAndTitle, "Title", "Message", sheetStyle, new QWidget,
                 BUTTONS),
     ENTRY_POINT(RQAlertViewType::ActivityIndicator, WithActivityIndicatorAndTitle, "Title", "Message",
-                alertStyle, "Label", BUTTONS),
-    ENTRY_POINT(RQAlertViewType::ProgressView, WithProgressViewAndTitle, "Title", "Message", alertStyle, 0.5,
+                sheetStyle, "Label", BUTTONS),
+    ENTRY_POINT(RQAlertViewType::ProgressView, WithProgressViewAndTitle, "Title", "Message", sheetStyle, 0.5,
                 "Label", BUTTONS),
     ENTRY_POINT(
         RQAlertViewType::TextFields, WithTextFieldsAndTitle, "Title", "Message", 2,
@@ -179,12 +179,19 @@ TEST_F(Reports, AreAttachedByEveryEntryPoint) {
           entry.withDelegate(delegate)}) {
       EXPECT_TRUE(dialog->isInitialized());
       EXPECT_EQ(dialog->type(), entry.type);
-      EXPECT_EQ(dialog->style(), alertStyle);
+      const bool fields = entry.type == RQAlertViewType::TextFields;
+      const bool progress = entry.type == RQAlertViewType::ProgressView;
+      const bool labelled = progress || entry.type == RQAlertViewType::ActivityIndicator;
+      EXPECT_EQ(dialog->style(), fields ? alertStyle : sheetStyle);
+      EXPECT_EQ(dialog->innerView() != nullptr, std::string(entry.name).find("View") == 4);
+      EXPECT_EQ(dialog->progress(), progress ? 0.5 : 0);
+      EXPECT_EQ(dialog->progressLabelText(), labelled ? "Label" : none);
+      EXPECT_EQ(dialog->buttonTitles(), (QStringList{"A", "B"}));
       EXPECT_EQ(dialog->title(), "Title");
       EXPECT_EQ(dialog->message(), "Message");
       EXPECT_EQ(dialog->cancelButtonTitle(), "Cancel");
       EXPECT_EQ(dialog->destructiveButtonTitle(), "Delete");
-      EXPECT_EQ(dialog->textFieldsArray().size(), entry.type == RQAlertViewType::TextFields ? 2U : 0U);
+      EXPECT_EQ(dialog->textFieldsArray().size(), fields ? 2U : 0U);
       dialog->forceActionAtIndex(1);
       dialog->forceCancel();
       dialog->forceDestructive();

@@ -2,6 +2,9 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "alert/Dialogs.h"
 #include "alert/Journal.h"
+#include "platform/UIFont.h"
+
+#include <functional>
 
 namespace {
 
@@ -35,6 +38,81 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
   letGo();
   EXPECT_EQ(observer().lastWindow(), nullptr);
   EXPECT_TRUE(observer().windowsArray().empty());
+}
+
+TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
+  struct Change {
+    const char* name;
+    std::function<void(RQAlertView&)> make;
+  };
+  const std::vector<Change> changes{
+      {"colour", [](RQAlertView& dialog) { dialog.setTitleTextColor(Qt::green); }},
+      {"fonts",
+       [](RQAlertView& dialog) {
+         dialog.setTitleFont(boldSystemFontOfSize(30));
+         dialog.setButtonsFont(systemFontOfSize(60));
+       }},
+      {"label", [](RQAlertView& dialog) { dialog.setProgressLabelText(QStringLiteral("Nearly done")); }},
+      {"arrangement", [](RQAlertView& dialog) { dialog.setOneRowOneButton(true); }},
+      {"one button",
+       [](RQAlertView& dialog) {
+         dialog.setButtonPropertiesAtIndex(0, [](auto& properties) { properties.numberOfLines = 0; });
+       }},
+      {"the focused button", [](RQAlertView& dialog) { dialog.setCancelButtonEnabled(false); }},
+      {"all buttons", [](RQAlertView& dialog) { dialog.setButtonsEnabled(false); }},
+      {"level", [](RQAlertView& dialog) { dialog.setWindowLevel(RQAlertViewWindowLevel::BelowStatusBar); }},
+      {"screen", [](RQAlertView&) { UIScreen::mainScreen()->resize(820, 1180); }},
+      {"direction", [](RQAlertView&) { UIApplication::setLayoutDirection(Qt::RightToLeft); }},
+  };
+  // Covered by one that was made later, and still in sight below one that was made earlier.
+  for (const bool madeLater : {true, false}) {
+    for (const Change& change : changes) {
+      SCOPED_TRACE(std::string(change.name) + (madeLater ? "" : ", in sight"));
+      Dialog upper = madeLater ? nullptr : alert();
+      const Dialog lower = RQAlertView::alertViewWithActivityIndicatorAndTitle(
+          QStringLiteral("Title"), none, alertStyle, QStringLiteral("Wait"), {QStringLiteral("A")},
+          QStringLiteral("Cancel"), none);
+      lower->show();
+      if (!upper) upper = alert();
+      upper->show();
+      const QWidget* focused = focus();
+      ASSERT_TRUE(upper->window()->isAncestorOf(focused));
+
+      change.make(*lower);
+      QCoreApplication::processEvents();
+      EXPECT_EQ(lower->window()->isHidden(), madeLater);
+      EXPECT_EQ(keyWindow(), upper->window().get());
+      EXPECT_EQ(UIScreen::mainScreen()->windows().back(), upper->window().get());
+      EXPECT_EQ(focus(), focused);
+      EXPECT_FALSE(lower->window()->isEnabled());
+
+      upper->dismiss();
+      letGo();
+      EXPECT_EQ(keyWindow(), lower->window().get());
+      EXPECT_TRUE(frameOf(lower)->isVisible());
+      EXPECT_TRUE(frameOf(lower)->isAncestorOf(focus()));
+      lower->dismiss();
+      UIScreen::mainScreen()->resize(390, 844);
+      UIApplication::setLayoutDirection(Qt::LeftToRight);
+      letGo();
+    }
+  }
+}
+
+TEST_F(Stack, GivesTheFocusToADialogThatWasCoveredWhileItCame) {
+  setMotionEnabled(true);
+  const Dialog lower = withFields(2);
+  lower->setAnimationDuration(0.05);
+  lower->showAnimated();
+  const Dialog upper = alert();
+  upper->show();
+  const QWidget* focused = focus();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return lower->state() == RQAlertViewState::Shown; }));
+  EXPECT_EQ(focus(), focused);
+  upper->dismiss();
+  letGo();
+  EXPECT_EQ(focus(), lower->textFieldsArray()[0]);
+  lower->dismiss();
 }
 
 TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
@@ -126,8 +204,8 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
   for (const bool moving : {false, true}) {
     setMotionEnabled(moving);
     const Dialog from = alert();
-    Journal fromJournal(*from);
     from->show();
+    Journal fromJournal(*from);
     const Dialog to = sheet({QStringLiteral("A")}, QStringLiteral("Cancel"));
     to->setAnimationDuration(0.05);
     Journal toJournal(*to);
@@ -136,7 +214,10 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return completed; }));
     EXPECT_EQ(from->state(), RQAlertViewState::Dismissed);
     EXPECT_EQ(to->state(), RQAlertViewState::Shown);
-    EXPECT_EQ(std::count(fromJournal.lines.begin(), fromJournal.lines.end(), "posted DidDismiss"), 1);
+    EXPECT_THAT(fromJournal.take(),
+                ElementsAre("handler willDismiss", "delegate willDismiss", "posted WillDismiss",
+                            "handler didDismiss", "delegate didDismiss", "posted DidDismiss"));
+    EXPECT_EQ(std::count(toJournal.lines.begin(), toJournal.lines.end(), "posted WillShow"), 1);
     EXPECT_EQ(std::count(toJournal.lines.begin(), toJournal.lines.end(), "posted DidShow"), 1);
     letGo();
     EXPECT_EQ(keyWindow(), to->window().get());
@@ -145,6 +226,19 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
     to->dismiss();
     letGo();
   }
+}
+
+TEST_F(Stack, ShowsTheOtherDialogAsUsualWhereThereIsNothingToTurn) {
+  const Dialog never = alert();
+  const Dialog other = alert({QStringLiteral("Other")});
+  never->transitionToAlertView(never);
+  never->transitionToAlertView(nullptr);
+  EXPECT_EQ(never->state(), RQAlertViewState::Made);
+  never->transitionToAlertView(other);
+  EXPECT_EQ(never->state(), RQAlertViewState::Made);
+  EXPECT_EQ(other->state(), RQAlertViewState::Shown);
+  EXPECT_EQ(keyWindow(), other->window().get());
+  other->dismiss();
 }
 
 }  // namespace

@@ -1,0 +1,156 @@
+// Whatever a dialog is given, and whatever is done to it from within its own reports.
+#include "RQAlertView/RQAlertViewLabel.h"
+#include "alert/Dialogs.h"
+#include "alert/Journal.h"
+#include "support/SystemLog.h"
+
+#include <functional>
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+class Robustness : public Dialogs {
+ protected:
+  void SetUp() override {
+    Dialogs::SetUp();
+    setMotionEnabled(true);
+  }
+
+  // A dialog that comes, is answered and goes, all of it animated; `meddle` is called from every report.
+  static std::vector<std::string> lifeOf(Dialog dialog, const std::function<void(Dialog&)>& meddle) {
+    const std::weak_ptr<RQAlertView> weak = dialog;
+    dialog->setAnimationDuration(0.02);
+    Journal journal(*dialog);
+    journal.meddle = [&] { meddle(dialog); };
+    const auto alive = [&] { return weak.lock(); };
+    dialog->showAnimated(true, [&] { journal.note("show completed"); });
+    const auto is = [&](RQAlertViewState state) {
+      const auto self = alive();
+      return !self || self->state() == state || self->state() == RQAlertViewState::Dismissed;
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return is(RQAlertViewState::Shown); }));
+    if (const auto self = alive()) self->forceActionAtIndex(0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return is(RQAlertViewState::Dismissed); }));
+    dialog.reset();
+    letGo();
+    EXPECT_FALSE(alive());
+    EXPECT_EQ(keyWindow()->metaObject()->className(), std::string("UIWindow"));
+    return journal.take();
+  }
+};
+
+TEST_F(Robustness, ReportsEachStepOnceWhateverItsHandlersDo) {
+  const std::vector<std::string> undisturbed = lifeOf(alert(), [](Dialog&) {});
+  ASSERT_EQ(undisturbed.size(), 8 * 3 + 1U);
+  const struct {
+    const char* name;
+    std::function<void(Dialog&)> meddle;
+  } cases[] = {
+      {"show once more",
+       [](Dialog& dialog) {
+         dialog->show();
+         dialog->showAnimated();
+       }},
+      {"drop the only reference", [](Dialog& dialog) { dialog.reset(); }},
+      {"throw", [](Dialog&) { throw std::runtime_error("meddling"); }},
+      {"throw what is no exception", [](Dialog&) { throw 1; }},
+      {"change what is shown",
+       [](Dialog& dialog) {
+         dialog->setOneRowOneButton(!dialog->oneRowOneButton());
+         dialog->setMessageTextColor(Qt::red);
+         dialog->setButtonEnabled(false, 0);
+         UIScreen::mainScreen()->resize(dialog->oneRowOneButton() ? QSize(390, 844) : QSize(820, 1180));
+       }},
+      {"run the event loop", [](Dialog&) { QCoreApplication::processEvents(); }},
+  };
+  for (const auto& [name, meddle] : cases) {
+    SCOPED_TRACE(name);
+    systemlog::take();
+    EXPECT_THAT(lifeOf(alert({QStringLiteral("One")}, QStringLiteral("Cancel")), meddle),
+                ElementsAreArray(undisturbed));
+  }
+}
+
+TEST_F(Robustness, ReportsNothingTwiceWhereItsWindowIsDestroyed) {
+  for (std::size_t moment = 0; moment < 25; ++moment) {
+    SCOPED_TRACE(moment);
+    std::size_t reports = 0;
+    const std::vector<std::string> lines = lifeOf(alert(), [&](Dialog& dialog) {
+      if (reports++ == moment && dialog->window()) delete dialog->window().get();
+    });
+    EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(), lines.size());
+  }
+}
+
+TEST_F(Robustness, TakesCommandsOutOfTurnOnce) {
+  const Dialog dialog = alert({QStringLiteral("One")}, QStringLiteral("Cancel"));
+  dialog->setAnimationDuration(0.02);
+  Journal journal(*dialog);
+  int completed = 0;
+  dialog->showAnimated(true, [&] { ++completed; });
+  dialog->showAnimated(true, [&] { completed += 100; });
+  dialog->dismissAnimated(true, [&] { ++completed; });
+  ASSERT_EQ(dialog->state(), RQAlertViewState::Dismissing);
+  // On its way out it takes nothing more.
+  const auto soFar = journal.lines;
+  dialog->dismissAnimated(true, [&] { completed += 100; });
+  dialog->dismiss();
+  dialog->showAnimated();
+  dialog->forceCancel();
+  dialog->forceActionAtIndex(0);
+  dialog->transitionToAlertView(dialog);
+  EXPECT_THAT(journal.lines, ElementsAreArray(soFar));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return completed == 2; }));
+  dialog->show();
+  dialog->dismiss();
+  EXPECT_EQ(std::set<std::string>(journal.lines.begin(), journal.lines.end()).size(), journal.lines.size());
+  EXPECT_EQ(journal.lines.size(), 6 * 3U);
+  EXPECT_EQ(completed, 2);
+}
+
+TEST_F(Robustness, TakesAnyTextForATextAndNothingElse) {
+  setMotionEnabled(false);
+  const QString texts[] = {
+      none,
+      QStringLiteral(""),
+      QStringLiteral("<b>bold</b> <img src=\"/nowhere\"> &amp; A && B"),
+      QString(QChar(0)) + QStringLiteral("\x1b[31m\n\n\n\t"),
+      QString(QChar(0xD800)) + QChar(0xDC00) + QChar(0xDFFF),
+      QString::fromUtf8("\u202e\u2066 \u0645\u0644\u0641 / a.b / \U0001F642"),
+      QString(100 * 1024, u'x'),
+      QString::fromUtf8("\u0631\u0633\u0627\u0644\u0629 ").repeated(20 * 1024),
+  };
+  for (const auto style : {alertStyle, sheetStyle}) {
+    for (const QString& text : texts) {
+      SCOPED_TRACE(text.left(20).toStdString());
+      const QStringList buttons = text.isNull() ? QStringList{} : QStringList{text, text};
+      const Dialog dialog = RQAlertView::alertViewWithTitle(text, text, style, buttons, text, text);
+      QString heard;
+      dialog->setDismissOnAction(false);
+      dialog->setActionHandler([&](RQAlertView&, std::size_t, const QString& title) { heard = title; });
+      dialog->show();
+      dialog->view()->grab();
+      EXPECT_TRUE(dialog->view()->rect().contains(frameOf(dialog)->geometry()));
+      for (const auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_EQ(label->isHidden(), label->text().isEmpty());
+      }
+      if (buttons.isEmpty()) {
+        EXPECT_TRUE(dialog->view()->findChildren<RQAlertViewButton*>().isEmpty());
+        EXPECT_EQ(listOf(dialog), nullptr);
+      } else {
+        tap(dialog, text);
+        dialog->forceActionAtIndex(1);
+        EXPECT_EQ(heard, text);
+      }
+      dialog->dismiss();
+      letGo();
+    }
+  }
+}
+
+}  // namespace
