@@ -1,0 +1,199 @@
+// What the dialog component promises: opening a sheet of any length, smooth motion, and no memory kept. Needs
+// neither a display nor the device; exit status 0 when all hold.
+#include "RQAlertView/RQAlertView.h"
+#include "bench/FirstPaint.h"
+#include "bench/SideBySide.h"
+#include "platform/Motion.h"
+#include "platform/UIApplication.h"
+#include "platform/UIFont.h"
+#include "platform/UIScreen.h"
+#include "platform/UIViewController.h"
+#include "platform/UIWindow.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include <QAbstractEventDispatcher>
+#include <QLabel>
+#include <QListWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr double mebibyte = 1024 * 1024;
+
+class BackgroundController : public UIViewController {
+ protected:
+  void loadView() override {
+    auto* view = new QWidget;
+    auto* layout = new QVBoxLayout(view);
+    auto* list = new QListWidget;
+    for (int index = 0; index < 100; ++index) list->addItem(QStringLiteral("Source%1.x").arg(index));
+    layout->addWidget(new QLabel(QStringLiteral("Sunrise")));
+    layout->addWidget(list);
+    setView(view);
+  }
+};
+
+QStringList titles(int count) {
+  QStringList all;
+  for (int index = 0; index < count; ++index) all << QStringLiteral("Source%1.x").arg(index);
+  return all;
+}
+
+std::shared_ptr<RQAlertView> sheetOf(const QStringList& buttons) {
+  return RQAlertView::alertViewWithTitle(QStringLiteral("Which one?"), QStringLiteral("Choose."),
+                                         RQAlertViewStyle::ActionSheet, buttons, QStringLiteral("Cancel"),
+                                         QString());
+}
+
+std::shared_ptr<RQAlertView> alert() {
+  return RQAlertView::alertViewWithTitle(
+      QStringLiteral("Done"), QStringLiteral("Your package is ready in /var/mobile/Documents"),
+      RQAlertViewStyle::Alert, {QStringLiteral("Go to Folder")}, QStringLiteral("Cancel"), QString());
+}
+
+// Lets everything happen that the event loop has to do: painting, and the destruction of what has gone.
+void settle() {
+  for (int turn = 0; turn < 3; ++turn) {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+bool longSheet() {
+  setMotionEnabled(false);
+  const QStringList few = titles(10);
+  const QStringList many = titles(10000);
+  const auto opening = [](const QStringList& buttons) {
+    std::shared_ptr<RQAlertView> sheet;
+    const double taken = seconds([&] {
+      sheet = sheetOf(buttons);
+      sheet->show();
+      QCoreApplication::processEvents();
+    });
+    sheet->dismiss();
+    settle();
+    return 1000 * taken;
+  };
+  return compare(
+      {"opening a sheet of 10,000 titles", "of 10 titles", 2.0, 101}, "ms", [&] { return opening(many); },
+      [&] { return opening(few); });
+}
+
+// The time for which the event loop is busy with each turn in which something was painted.
+class FrameTimes : public QObject {
+ public:
+  FrameTimes() {
+    const auto* loop = QAbstractEventDispatcher::instance();
+    connect(loop, &QAbstractEventDispatcher::awake, this, [this] { begin(); });
+    connect(loop, &QAbstractEventDispatcher::aboutToBlock, this, [this] { end(); });
+    UIScreen::mainScreen()->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::UpdateRequest) painted_ = true;
+    return false;
+  }
+
+  void begin() {
+    painted_ = false;
+    start_ = Clock::now();
+  }
+
+  void end() {
+    if (painted_) all_.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start_).count());
+    painted_ = false;
+  }
+
+  std::vector<double> take() { return std::exchange(all_, {}); }
+
+ private:
+  Clock::time_point start_ = Clock::now();
+  bool painted_ = false;
+  std::vector<double> all_;
+};
+
+bool smoothMotion() {
+  constexpr double allowed = 1000 / 60.0;
+  setMotionEnabled(true);
+  UIScreen::mainScreen()->resize(800, 1200);
+  settle();
+  FrameTimes times;
+  bool holds = true;
+  for (const auto& [name, make] :
+       std::initializer_list<std::pair<const char*, std::shared_ptr<RQAlertView> (*)()>>{
+           {"alert", [] { return alert(); }}, {"sheet of 40", [] { return sheetOf(titles(40)); }}}) {
+    for (int round = 0; round < 10; ++round) {
+      const std::shared_ptr<RQAlertView> dialog = make();
+      // The first frame is what it takes from the call on.
+      times.begin();
+      dialog->showAnimated();
+      while (dialog->state() != RQAlertViewState::Shown) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+      }
+      setMotionEnabled(false);
+      dialog->dismiss();
+      settle();
+      setMotionEnabled(true);
+    }
+    std::vector<double> frames = times.take();
+    if (frames.size() < 100) {
+      std::printf("only %zu frames were painted\n", frames.size());
+      return false;
+    }
+    std::sort(frames.begin(), frames.end());
+    const double high = frames[frames.size() * 95 / 100];
+    const bool held = high <= allowed;
+    std::printf("%-34s %9.3f ms  (95th percentile of %zu, median %.3f, worst %.3f), at most %.2f: %s\n",
+                (std::string("a frame of showing, ") + name).c_str(), high, frames.size(),
+                frames[frames.size() / 2], frames.back(), allowed, held ? "holds" : "MISSED");
+    holds &= held;
+  }
+  return holds;
+}
+
+bool noMemoryKept() {
+  constexpr int dialogs = 1000;
+  constexpr double allowed = 0.25;
+  setMotionEnabled(false);
+  const auto run = [](int count) {
+    for (int index = 0; index < count; ++index) {
+      const std::shared_ptr<RQAlertView> dialog = index % 2 ? sheetOf(titles(5)) : alert();
+      dialog->show();
+      QCoreApplication::processEvents();
+      dialog->dismiss();
+      settle();
+    }
+  };
+  // Fonts, glyphs and the allocator's pools are filled once.
+  run(dialogs);
+  const double before = residentMemory();
+  run(dialogs);
+  const double grown = (residentMemory() - before) / mebibyte;
+  const bool holds = grown <= allowed;
+  std::printf("%-34s %9.3f MiB more resident, at most %.2f: %s\n", "1,000 dialogs shown and dismissed", grown,
+              allowed, holds ? "holds" : "MISSED");
+  return holds;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  UIApplication application(argc, argv);
+  const std::shared_ptr<UIWindow> window = makeUIWindow();
+  window->setRootViewController(std::make_shared<BackgroundController>());
+  window->makeKeyAndVisible();
+  UIScreen::mainScreen()->show();
+  settle();
+  bool hold = longSheet();
+  hold &= smoothMotion();
+  hold &= noMemoryKept();
+  return hold ? EXIT_SUCCESS : EXIT_FAILURE;
+}
