@@ -3,11 +3,15 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 constexpr std::size_t tabWidth = 8;
 constexpr std::size_t longestPiece = 4096;  // bytes
+constexpr std::size_t blockBytes = 4096;    // a block is full with this many bytes
+constexpr std::size_t blockLines = 64;      // or with this many lines
+constexpr std::uint8_t wide = 255;          // the width follows in four bytes
 
 // The column after `byte` when it begins at `column`.
 std::size_t advanced(std::size_t column, char byte) {
@@ -16,7 +20,10 @@ std::size_t advanced(std::size_t column, char byte) {
 }
 
 bool isPlain(std::string_view line) {
-  return std::all_of(line.begin(), line.end(), [](char byte) { return byte != '\t' && (byte & 0x80) == 0; });
+  // Without an early end, so that the compiler can look at many bytes at once.
+  bool plain = true;
+  for (const char byte : line) plain &= byte != '\t' && (byte & 0x80) == 0;
+  return plain;
 }
 
 std::size_t columnsOf(std::string_view line) {
@@ -30,13 +37,17 @@ std::size_t columnsOf(std::string_view line) {
 
 void LogText::setText(std::string text) {
   text_ = std::move(text);
-  lines_.clear();
-  lines_.reserve(static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
+  blocks_.clear();
+  widths_.clear();
+  widths_.reserve(static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
+  blockIsFull_ = true;
   for (std::size_t begin = 0; begin < text_.size();) {
     const std::size_t end = std::min(text_.find('\n', begin), text_.size());
     addLine(begin, end);
     begin = end + 1;
   }
+  widths_.shrink_to_fit();
+  blocks_.shrink_to_fit();
   setColumns(columns_);
 }
 
@@ -47,61 +58,128 @@ void LogText::addLine(std::size_t begin, std::size_t end) {
   do {
     std::size_t next = whole ? end : std::min(at + longestPiece, end);
     while (next < end && next > at + 1 && !startsCharacter(text_[next])) --next;
-    const std::size_t columns = columnsOf(std::string_view(text_).substr(at, next - at));
-    lines_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(columns)});
+    if (blockIsFull_) {
+      blocks_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(widths_.size()), 0});
+      linesInBlock_ = 0;
+    }
+    addWidth(columnsOf(std::string_view(text_).substr(at, next - at)));
+    ++linesInBlock_;
+    // Lines of one block are told apart by their line feeds alone, so a piece ends its block.
+    blockIsFull_ = next < end || linesInBlock_ == blockLines || next - blocks_.back().begin >= blockBytes;
     at = next;
   } while (at < end);
 }
 
+void LogText::addWidth(std::size_t columns) {
+  if (columns < wide) {
+    widths_.push_back(static_cast<std::uint8_t>(columns));
+    return;
+  }
+  const auto width = static_cast<std::uint32_t>(columns);
+  std::uint8_t bytes[1 + sizeof width] = {wide};
+  std::memcpy(bytes + 1, &width, sizeof width);
+  widths_.insert(widths_.end(), std::begin(bytes), std::end(bytes));
+}
+
+std::size_t LogText::nextWidth(std::size_t& place) const {
+  const std::uint8_t first = widths_[place++];
+  if (first != wide) return first;
+  std::uint32_t width = 0;
+  std::memcpy(&width, widths_.data() + place, sizeof width);
+  place += sizeof width;
+  return width;
+}
+
+std::size_t LogText::rowsOf(std::size_t columns) const {
+  return columns <= columns_ ? 1 : (columns + columns_ - 1) / columns_;
+}
+
 void LogText::setColumns(std::size_t columns) {
   columns_ = std::max<std::size_t>(columns, 1);
-  rowsBefore_.resize(lines_.size() + 1);
-  std::size_t rows = 0;
-  for (std::size_t line = 0; line < lines_.size(); ++line) {
-    rowsBefore_[line] = static_cast<std::uint32_t>(rows);
-    rows += std::max<std::size_t>((lines_[line].columns + columns_ - 1) / columns_, 1);
+  std::size_t place = 0;
+  rowCount_ = 0;
+  for (std::size_t block = 0; block < blocks_.size(); ++block) {
+    blocks_[block].rowsBefore = static_cast<std::uint32_t>(rowCount_);
+    const std::size_t end = block + 1 < blocks_.size() ? blocks_[block + 1].width : widths_.size();
+    while (place < end) rowCount_ += rowsOf(nextWidth(place));
   }
-  rowsBefore_.back() = static_cast<std::uint32_t>(rows);
 }
 
-std::string_view LogText::bytesOf(std::size_t line) const {
-  const std::size_t begin = lines_[line].begin;
-  const std::size_t next = line + 1 < lines_.size() ? lines_[line + 1].begin : text_.size();
-  std::string_view bytes = std::string_view(text_).substr(begin, next - begin);
-  if (bytes.ends_with('\n')) bytes.remove_suffix(1);
-  return bytes;
-}
+class LogText::Walk {
+ public:
+  Walk(const LogText& text, std::size_t block) : text_(text), place_(text.blocks_[block].width) {
+    const bool last = block + 1 == text.blocks_.size();
+    end_ = last ? text.text_.size() : text.blocks_[block + 1].begin;
+    widthsEnd_ = last ? text.widths_.size() : text.blocks_[block + 1].width;
+    next_ = text.blocks_[block].begin;
+    line_.rowsBefore = text.blocks_[block].rowsBefore;
+    read();
+  }
 
-std::size_t LogText::offsetInLine(std::size_t line, std::size_t column) const {
-  const std::string_view bytes = bytesOf(line);
+  const Line& line() const { return line_; }
+  std::size_t rows() const { return text_.rowsOf(line_.columns); }
+  // One past the line and its line feed.
+  std::size_t next() const { return next_; }
+  bool isLast() const { return place_ >= widthsEnd_; }
+
+  void advance() {
+    line_.rowsBefore += rows();
+    read();
+  }
+
+ private:
+  void read() {
+    line_.begin = next_;
+    line_.columns = text_.nextWidth(place_);
+    // The last line ends with its block; a long one need not be searched for its end.
+    const std::size_t feed = isLast() ? end_ - 1 : text_.text_.find('\n', line_.begin);
+    next_ = feed + 1;
+    line_.bytes = std::string_view(text_.text_).substr(line_.begin, next_ - line_.begin);
+    if (line_.bytes.ends_with('\n')) line_.bytes.remove_suffix(1);
+  }
+
+  const LogText& text_;
+  std::size_t place_;
+  std::size_t widthsEnd_;
+  std::size_t end_;
+  std::size_t next_;
+  Line line_{};
+};
+
+std::size_t LogText::offsetInLine(std::string_view line, std::size_t column) const {
   // Only plain lines are held in pieces longer than this.
-  if (bytes.size() > longestPiece || isPlain(bytes)) return std::min(column, bytes.size());
+  if (line.size() > longestPiece || isPlain(line)) return std::min(column, line.size());
   std::size_t at = 0;
   std::size_t reached = 0;
-  while (at < bytes.size() && (reached < column || !startsCharacter(bytes[at]))) {
-    const std::size_t next = advanced(reached, bytes[at]);
+  while (at < line.size() && (reached < column || !startsCharacter(line[at]))) {
     // A tab that crosses the edge belongs to the row in which it begins.
-    reached = next;
+    reached = advanced(reached, line[at]);
     ++at;
   }
   return at;
 }
 
 LogText::Row LogText::row(std::size_t number) const {
-  const auto after = std::upper_bound(rowsBefore_.begin(), rowsBefore_.end(), number);
-  const auto line = static_cast<std::size_t>(after - rowsBefore_.begin()) - 1;
-  const std::size_t column = (number - rowsBefore_[line]) * columns_;
-  const std::size_t begin = lines_[line].begin;
-  return {begin + offsetInLine(line, column), begin + offsetInLine(line, column + columns_)};
+  const auto after =
+      std::upper_bound(blocks_.begin(), blocks_.end(), number,
+                       [](std::size_t value, const Block& block) { return value < block.rowsBefore; });
+  Walk walk(*this, static_cast<std::size_t>(after - blocks_.begin()) - 1);
+  while (!walk.isLast() && number >= walk.line().rowsBefore + walk.rows()) walk.advance();
+  const Line& line = walk.line();
+  const std::size_t column = (number - line.rowsBefore) * columns_;
+  return {line.begin + offsetInLine(line.bytes, column),
+          line.begin + offsetInLine(line.bytes, column + columns_)};
 }
 
 std::size_t LogText::rowAt(std::size_t offset) const {
-  if (lines_.empty()) return 0;
-  const auto after = std::upper_bound(lines_.begin(), lines_.end(), offset,
-                                      [](std::size_t value, const Line& line) { return value < line.begin; });
-  const auto line = static_cast<std::size_t>(after - lines_.begin()) - 1;
-  const std::size_t inLine = std::min(offset - lines_[line].begin, bytesOf(line).size());
-  const std::size_t column = columnsOf(bytesOf(line).substr(0, inLine));
-  const std::size_t rows = rowsBefore_[line + 1] - rowsBefore_[line];
-  return rowsBefore_[line] + std::min(column / columns_, rows - 1);
+  if (blocks_.empty()) return 0;
+  const auto after =
+      std::upper_bound(blocks_.begin(), blocks_.end(), offset,
+                       [](std::size_t value, const Block& block) { return value < block.begin; });
+  Walk walk(*this, static_cast<std::size_t>(after - blocks_.begin()) - 1);
+  while (!walk.isLast() && offset >= walk.next()) walk.advance();
+  const Line& line = walk.line();
+  const std::size_t column =
+      columnsOf(line.bytes.substr(0, std::min(offset - line.begin, line.bytes.size())));
+  return line.rowsBefore + std::min(column / columns_, walk.rows() - 1);
 }

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-// Holds the text once, as UTF-8 of less than 4 GiB, and twelve bytes a line, so that a log of a hundred
-// megabytes costs little more than its size. Offsets are bytes into text(); a row is one line of the view.
-// What is not valid UTF-8 is shown as it decodes.
+// Holds the text once, as UTF-8 of less than 4 GiB, and little more than a byte a line, so that a log never
+// costs much more than twice its size, even one of empty lines. Offsets are bytes into text(); a row is one
+// line of the view. What is not valid UTF-8 is shown as it decodes.
 class LogText {
  public:
   struct Row {
@@ -23,24 +23,42 @@ class LogText {
   // How many columns a row has; at least 1. Costs time in proportion to the number of lines, not of bytes.
   void setColumns(std::size_t columns);
 
-  std::size_t rowCount() const { return rowsBefore_.empty() ? 0 : rowsBefore_.back(); }
+  std::size_t rowCount() const { return rowCount_; }
   Row row(std::size_t number) const;
   std::size_t rowAt(std::size_t offset) const;
 
  private:
-  // A line, or a piece of a line that is long and not plain ASCII, so that no place in it is far from a
-  // begin.
-  struct Line {
+  // Some lines, few enough to be walked through. A line that is long and not plain ASCII is cut into pieces,
+  // each the last of its block, so that no place in it is far from a begin.
+  struct Block {
     std::uint32_t begin;
-    std::uint32_t columns;  // what it takes unwrapped; equal to its bytes for plain ASCII
+    std::uint32_t width;       // where the widths of its lines begin
+    std::uint32_t rowsBefore;  // rows of all blocks before
   };
 
+  struct Line {
+    std::size_t begin;
+    std::string_view bytes;
+    std::size_t columns;     // what it takes unwrapped; equal to its bytes for plain ASCII
+    std::size_t rowsBefore;  // of the whole text
+  };
+
+  // Goes through the lines of a block.
+  class Walk;
+
+  // Adds the line that ends at `end`, without its line feed.
   void addLine(std::size_t begin, std::size_t end);
-  std::string_view bytesOf(std::size_t line) const;
-  std::size_t offsetInLine(std::size_t line, std::size_t column) const;
+  void addWidth(std::size_t columns);
+  std::size_t nextWidth(std::size_t& place) const;
+  std::size_t rowsOf(std::size_t columns) const;
+  std::size_t offsetInLine(std::string_view line, std::size_t column) const;
 
   std::string text_;
-  std::vector<Line> lines_;
-  std::vector<std::uint32_t> rowsBefore_;  // rows before each line, and of all lines as the last
+  std::vector<Block> blocks_;
+  // One byte a line, or that byte full and the width in the four that follow.
+  std::vector<std::uint8_t> widths_;
+  std::size_t linesInBlock_ = 0;
+  bool blockIsFull_ = true;
+  std::size_t rowCount_ = 0;
   std::size_t columns_ = 80;
 };

@@ -1,5 +1,9 @@
 #include "ui/LogText.h"
 
+#include <algorithm>
+#include <random>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -60,6 +64,55 @@ TEST(LogText, FindsTheRowOfEachByteAtEveryWidth) {
       }
     }
     EXPECT_EQ(covered + 1, text.text().size());
+  }
+}
+
+// The same rows, cut in the plainest way.
+std::vector<std::string> plainRows(const std::string& text, std::size_t columns) {
+  std::vector<std::string> all;
+  std::size_t begin = 0;
+  while (begin < text.size()) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    std::string row;
+    std::size_t taken = 0;
+    for (std::size_t at = begin; at < end;) {
+      std::size_t next = at + 1;
+      while (next < end && (text[next] & 0xC0) == 0x80) ++next;
+      if (taken == columns) {
+        all.push_back(std::exchange(row, {}));
+        taken = 0;
+      }
+      row += text.substr(at, next - at);
+      ++taken;
+      at = next;
+    }
+    all.push_back(row);
+    begin = end + 1;
+  }
+  return all;
+}
+
+TEST(LogText, CutsManyLinesOfAllLengthsLikeAFewOnes) {
+  std::mt19937 random(4711);
+  const char* const characters[] = {"a", "b", " ", "ب", "…", "🌹"};
+  std::string text;
+  for (int line = 0; line < 1500; ++line) {
+    const bool plain = random() % 2 == 0;
+    const unsigned longest = line % 100 == 0 ? 900 : line % 7 == 0 ? 400 : 30;
+    for (unsigned left = random() % longest; left > 0; --left) text += characters[random() % (plain ? 3 : 6)];
+    text += '\n';
+  }
+  LogText cut;
+  cut.setText(text);
+  for (const std::size_t columns : {1U, 13U, 80U, 254U, 255U, 5000U}) {
+    cut.setColumns(columns);
+    const std::vector<std::string> expected = plainRows(text, columns);
+    ASSERT_EQ(cut.rowCount(), expected.size()) << columns;
+    ASSERT_EQ(rows(cut), expected) << columns;
+    for (std::size_t number = 0; number < cut.rowCount(); number += 17) {
+      if (cut.row(number).begin == cut.row(number).end) continue;
+      ASSERT_EQ(cut.rowAt(cut.row(number).begin), number) << columns;
+    }
   }
 }
 
