@@ -1,0 +1,186 @@
+"""The main job as somebody does it who hears the screen: everything is found by role and name and used through its
+action or its text. Argument: the folder of the device."""
+
+import glob
+import os
+import sys
+
+import pyatspi
+from gi.repository import GLib
+
+PATIENCE = 120  # seconds
+PROJECT = "ReadTweak"
+BUTTON = pyatspi.ROLE_PUSH_BUTTON
+DIALOGS = (pyatspi.ROLE_DIALOG, pyatspi.ROLE_ALERT)
+
+
+class Missing(Exception):
+    pass
+
+
+def wait_for(find, what):
+    """What `find` returns once it is something; asked again whenever the bus has news, and now and then."""
+    late = []
+    tick = GLib.timeout_add(100, lambda: True)
+    limit = GLib.timeout_add_seconds(PATIENCE, lambda: late.append(True))
+    try:
+        while True:
+            try:
+                found = find()
+            except GLib.Error:  # gone while it was looked at
+                found = None
+            if found:
+                return found
+            if late:
+                raise Missing(what)
+            GLib.MainContext.default().iteration(True)
+    finally:
+        GLib.source_remove(tick)
+        if not late:
+            GLib.source_remove(limit)
+
+
+def everything(node):
+    node.clear_cache()
+    for index in range(node.childCount):
+        child = node.getChildAtIndex(index)
+        if child is not None:
+            yield child
+            yield from everything(child)
+
+
+def has(node, state):
+    return node.getState().contains(state)
+
+
+def application():
+    def find():
+        desktop = pyatspi.Registry.getDesktop(0)
+        desktop.clear_cache()
+        return next((app for app in desktop if app is not None and app.name == "Tweakbench"), None)
+
+    return wait_for(find, "the application is not on the bus")
+
+
+APPLICATION = None
+
+
+def showing(roles, name=None):
+    roles = roles if isinstance(roles, tuple) else (roles,)
+    for node in everything(APPLICATION):
+        if node.getRole() in roles and name in (None, node.name) and has(node, pyatspi.STATE_SHOWING):
+            if has(node, pyatspi.STATE_ENABLED):
+                return node
+    return None
+
+
+def get(roles, name):
+    return wait_for(lambda: showing(roles, name), f"not there: {name}")
+
+
+def use(roles, name):
+    node = get(roles, name)
+    action = node.queryAction()
+    names = [action.getName(index) for index in range(action.nActions)]
+    preferred = next((index for index, each in enumerate(names) if each in ("Press", "Toggle")), 0)
+    if not names or not action.doAction(preferred):
+        raise Missing(f"no action on {name}")
+
+
+def dialog(title):
+    """The modal dialog of that title, when it is there."""
+    found = get(DIALOGS, title)
+    assert has(found, pyatspi.STATE_MODAL), f"{title} is not modal"
+    return found
+
+
+def no_dialog():
+    wait_for(lambda: not showing(DIALOGS), "a dialog stays")
+
+
+def check_controls(screen):
+    """Role, name, state and action of whatever can be used."""
+    count = 0
+    for node in everything(APPLICATION):
+        if not has(node, pyatspi.STATE_SHOWING) or not has(node, pyatspi.STATE_FOCUSABLE):
+            continue
+        count += 1
+        what = f"{screen}: {node.getRoleName()} {node.name!r}"
+        assert node.getRole() not in (pyatspi.ROLE_UNKNOWN, pyatspi.ROLE_INVALID), what
+        assert node.name, what + " has no name"
+        assert has(node, pyatspi.STATE_ENABLED), what + " is disabled"
+        if node.getRole() in (BUTTON, pyatspi.ROLE_CHECK_BOX):
+            assert node.queryAction().nActions > 0, what + " has no action"
+    assert count > 2, f"{screen} shows {count} controls"
+
+
+def text_of(name):
+    text = get(pyatspi.ROLE_TEXT, name).queryText()
+    return text.getText(0, text.characterCount)
+
+
+def create_project():
+    check_controls("main")
+    use(BUTTON, "New Project")
+    dialog("Project Options")
+    use((BUTTON, pyatspi.ROLE_LIST_ITEM), "Create New Project")
+    dialog("Create New Project")
+    field = wait_for(lambda: showing(pyatspi.ROLE_TEXT), "no text field")
+    field.queryEditableText().setTextContents(PROJECT)
+    use(BUTTON, "Confirm")
+    no_dialog()
+
+
+def edit_file():
+    wait_for(lambda: PROJECT in [node.name for node in everything(APPLICATION)], "the project is not shown")
+    rows = [row.name for row in get(pyatspi.ROLE_LIST, "Files") if row.getRole() == pyatspi.ROLE_LIST_ITEM]
+    assert sorted(rows) == ["Makefile", f"{PROJECT}.plist", "Tweak.x", "control"], rows
+    use(pyatspi.ROLE_LIST_ITEM, "Tweak.x")
+    wait_for(lambda: "%hook" in text_of("File text"), "the file's text is not there")
+    check_controls("editor")
+    get(pyatspi.ROLE_TEXT, "File text").queryEditableText().insertText(0, "// by ear\n", len("// by ear\n"))
+    use(BUTTON, "Save")
+    get(pyatspi.ROLE_LIST, "Files")
+
+
+def build(device):
+    use(BUTTON, "Build")
+    get(BUTTON, "Make Package")
+    check_controls("build")
+    switch = get(pyatspi.ROLE_CHECK_BOX, "Show success alert")
+    for expected in (False, True):
+        use(pyatspi.ROLE_CHECK_BOX, "Show success alert")
+        wait_for(lambda: has(switch, pyatspi.STATE_CHECKED) == expected, "the switch does not turn")
+    # The first one updates Theos and builds nothing. When it has left its mark, its dialog has been up.
+    use(BUTTON, "Make Package")
+    wait_for(lambda: os.path.exists(f"{device}/var/Tweakyard/tmp/SuccessfullyUpdated.log"), "Theos is not updated")
+    no_dialog()
+    use(BUTTON, "Make Package")
+    dialog("Done")
+    use(BUTTON, "Cancel")
+    no_dialog()
+    assert f"Making all for tweak {PROJECT}" in text_of("Build log"), text_of("Build log")
+    assert has(get(pyatspi.ROLE_TEXT, "Build log"), pyatspi.STATE_READ_ONLY)
+
+
+def main():
+    global APPLICATION
+    device = sys.argv[1]
+    APPLICATION = application()
+    try:
+        create_project()
+        edit_file()
+        build(device)
+    except BaseException:
+        for node in everything(APPLICATION):
+            if has(node, pyatspi.STATE_SHOWING):
+                print(node.getRoleName(), repr(node.name), node.getState().getStates())
+        raise
+    with open(f"{device}/var/Tweakyard/Projects/{PROJECT}/Tweak.x", encoding="utf-8") as source:
+        assert source.readline() == "// by ear\n"
+    packages = glob.glob(f"{device}/var/mobile/Documents/Tweakbench/{PROJECT}/*.deb")
+    assert len(packages) == 1, packages
+    print("Built by ear:", packages[0])
+
+
+main()
