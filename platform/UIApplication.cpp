@@ -23,16 +23,17 @@ constexpr int pictureCacheKilobytes = 2048;
 QPalette darkPalette() {
   const QColor tint(10, 132, 255);
   QPalette palette(grey(53), grey(40));
-  palette.setColor(QPalette::WindowText, grey(235));
-  palette.setColor(QPalette::Text, grey(235));
-  palette.setColor(QPalette::ButtonText, grey(235));
+  palette.setColor(QPalette::WindowText, grey(240));
+  palette.setColor(QPalette::Text, grey(240));
+  palette.setColor(QPalette::ButtonText, grey(240));
   palette.setColor(QPalette::BrightText, Qt::white);
-  palette.setColor(QPalette::PlaceholderText, grey(153));
+  palette.setColor(QPalette::PlaceholderText, grey(165));
   palette.setColor(QPalette::Base, grey(53));
   palette.setColor(QPalette::AlternateBase, grey(48));
   palette.setColor(QPalette::ToolTipBase, grey(69));
-  palette.setColor(QPalette::ToolTipText, grey(235));
-  palette.setColor(QPalette::Highlight, tint);
+  palette.setColor(QPalette::ToolTipText, grey(240));
+  // Dark enough for white text on it, light enough to stand out from the window.
+  palette.setColor(QPalette::Highlight, QColor(0, 110, 230));
   palette.setColor(QPalette::HighlightedText, Qt::white);
   palette.setColor(QPalette::Link, tint);
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {

@@ -1,18 +1,14 @@
 #include "ui/Dev.h"
 
 #include "platform/EventBoundary.h"
-#include "platform/UIColor.h"
 #include "platform/UIFont.h"
+#include "ui/Colours.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
+#include "ui/Metrics.h"
 #include "ui/OpenAddress.h"
+#include "ui/Shortcut.h"
 #include "ui/ui_Dev.h"
-
-namespace {
-constexpr double creditSize = 20;
-constexpr double thanksSize = 15;
-const QColor linkColour(64, 95, 223);
-}  // namespace
 
 Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
 
@@ -22,10 +18,11 @@ void Dev::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
-  outlets_->creditLabel->setFont(boldSystemFontOfSize(creditSize));
-  outlets_->thanksLabel->setFont(systemFontOfSize(thanksSize));
+  outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
   outlets_->backButton->setPicture(QStringLiteral("back"));
   outlets_->backButton->setFollowsReadingDirection(true);
+  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
   outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
   setView(view);
   const auto wire = [this](UIButton* button, const char* address) {
@@ -41,10 +38,10 @@ void Dev::viewDidLoad() {
   UIViewController::viewDidLoad();
   outlets_->creditLabel->setText(localized(text::developedBy));
   outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
-  outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = grey(96)});
-  outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = grey(96)});
+  outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
+  outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
   for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
-    button->setLayer({.cornerRadius = 20, .backgroundColor = linkColour});
+    button->setLayer({.cornerRadius = 20, .backgroundColor = colours::linkGround});
   }
 }
 

@@ -1,8 +1,8 @@
 #include "ui/FileListView.h"
 
 #include "platform/EventBoundary.h"
-#include "platform/UIColor.h"
 #include "platform/UIFont.h"
+#include "ui/Colours.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
 #include "workspace/Selection.h"
@@ -34,7 +34,7 @@ class FileCell : public QStyledItemDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const bool underPointer = (option.state & QStyle::State_MouseOver) != 0;
     const bool focused = (option.state & QStyle::State_HasFocus) != 0;
-    painter->fillRect(option.rect, underPointer ? grey(62) : grey(53));
+    painter->fillRect(option.rect, underPointer ? colours::cellUnderPointer : colours::cellGround);
     const bool rightToLeft = option.direction == Qt::RightToLeft;
     const QRect inside = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
     const QSize pictureSize(metrics::iconSize, metrics::iconSize);
@@ -44,7 +44,7 @@ class FileCell : public QStyledItemDelegate {
     icon.paint(painter, picture);
     const int indent = metrics::iconSize + metrics::rowPadding;
     const QRect text = rightToLeft ? inside.adjusted(0, 0, -indent, 0) : inside.adjusted(indent, 0, 0, 0);
-    painter->setPen(grey(153));
+    painter->setPen(colours::cellText);
     painter->setFont(option.font);
     const QString name =
         option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, text.width());
@@ -56,7 +56,7 @@ class FileCell : public QStyledItemDelegate {
     painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
                       separatorColor);
     if (focused) {
-      painter->setPen(QPen(option.palette.color(QPalette::Highlight), metrics::focusRingWidth));
+      painter->setPen(QPen(colours::focusRing, metrics::focusRingWidth));
       painter->drawRect(option.rect.adjusted(1, 1, -1, -2));
     }
   }
@@ -84,7 +84,7 @@ FileListView::FileListView(QWidget* parent) : QListView(parent), model_(this) {
   setItemDelegate(new FileCell(this));
   setModel(&model_);
   setUniformItemSizes(true);
-  setFont(systemFontOfSize(metrics::listTextSize));
+  setFont(systemFontOfSize(metrics::bodyTextSize));
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
   setEditTriggers(NoEditTriggers);

@@ -1,6 +1,5 @@
 #include "ui/LogView.h"
 
-#include "platform/UIFont.h"
 #include "ui/LogViewAccessible.h"
 #include "ui/Metrics.h"
 
@@ -18,8 +17,9 @@
 
 namespace {
 
-constexpr int padding = 10;
+constexpr int padding = metrics::textPadding;
 constexpr QChar takesNoRoom(0x200B);
+constexpr int rowsAboveMatch = 3;
 
 bool isWordByte(char byte) {
   return byte != ' ' && byte != '\t' && byte != '\n' && byte != '\x1B';
@@ -40,7 +40,6 @@ std::size_t bytesOfUnits(std::string_view bytes, int units) {
 }  // namespace
 
 LogView::LogView(QWidget* parent) : QAbstractScrollArea(parent) {
-  setFont(fixedPitchFontOfSize(metrics::fixedPitchTextSize));
   setFocusPolicy(Qt::StrongFocus);
   setFrameShape(QFrame::NoFrame);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -54,6 +53,7 @@ void LogView::setText(std::string text) {
   const auto removed = static_cast<int>(std::min<std::size_t>(text_.text().size(), 1U << 30));
   text_.setText(std::move(text));
   anchor_ = cursor_ = 0;
+  ++revision_;
   fitColumns();
   verticalScrollBar()->setValue(0);
   viewport()->update();
@@ -65,6 +65,30 @@ void LogView::select(std::size_t anchor, std::size_t cursor) {
   anchor_ = std::min(anchor, text().size());
   cursor_ = std::min(cursor, text().size());
   viewport()->update();
+  if (!QAccessible::isActive()) return;
+  QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(this);
+  const int position = interface->textInterface()->cursorPosition();
+  QAccessibleTextCursorEvent moved(this, position);
+  QAccessible::updateAccessibility(&moved);
+}
+
+bool LogView::find(const QString& word, SearchDirection direction, bool mayStay) {
+  const QByteArray bytes = word.toUtf8();
+  const bool fromEnd = (direction == SearchDirection::Forward) != mayStay;
+  std::size_t from = topOffset();
+  if (hasSelection()) from = fromEnd ? selectionEnd() : selectionBegin();
+  const auto found =
+      findWordAround(text(), {bytes.data(), static_cast<std::size_t>(bytes.size())}, from, direction);
+  if (!found) return false;
+  select(*found, *found + static_cast<std::size_t>(bytes.size()));
+  scrollTo(*found);
+  return true;
+}
+
+void LogView::scrollTo(std::size_t offset) {
+  const int row = static_cast<int>(text_.rowAt(offset));
+  const int top = verticalScrollBar()->value();
+  if (row < top || row >= top + rowsShown()) verticalScrollBar()->setValue(row - rowsAboveMatch);
 }
 
 void LogView::copy() const {
@@ -83,14 +107,22 @@ int LogView::rowHeight() const {
   return std::max(fontMetrics().lineSpacing(), 1);
 }
 
+int LogView::rowsShown() const {
+  return std::max((viewport()->height() - 2 * padding) / rowHeight(), 1);
+}
+
+std::size_t LogView::topOffset() const {
+  if (text_.rowCount() == 0) return 0;
+  return text_.row(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
+}
+
 void LogView::fitColumns() {
   const int width = viewport()->width() - 2 * padding;
   text_.setColumns(
       static_cast<std::size_t>(std::max(width / std::max(fontMetrics().horizontalAdvance('0'), 1), 1)));
-  const int rowsShown = std::max((viewport()->height() - 2 * padding) / rowHeight(), 1);
   // The scroll bar counts rows; two billion of them are more than a log can have.
-  verticalScrollBar()->setRange(0, std::max(static_cast<int>(text_.rowCount()) - rowsShown, 0));
-  verticalScrollBar()->setPageStep(rowsShown);
+  verticalScrollBar()->setRange(0, std::max(static_cast<int>(text_.rowCount()) - rowsShown(), 0));
+  verticalScrollBar()->setPageStep(rowsShown());
 }
 
 QString LogView::shown(const LogText::Row& row) const {
@@ -114,6 +146,11 @@ void LogView::layOut(QTextLayout& layout) const {
   layout.endLayout();
 }
 
+int LogView::unitsBetween(std::size_t begin, std::size_t end) const {
+  return static_cast<int>(
+      QString::fromUtf8(text().data() + begin, static_cast<qsizetype>(end - begin)).size());
+}
+
 void LogView::paintEvent(QPaintEvent*) {
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::Text));
@@ -127,13 +164,9 @@ void LogView::paintEvent(QPaintEvent*) {
     const std::size_t from = std::clamp(selectionBegin(), row.begin, row.end);
     const std::size_t to = std::clamp(selectionEnd(), row.begin, row.end);
     if (from < to) {
-      const auto units = [&](std::size_t begin, std::size_t end) {
-        return static_cast<int>(
-            QString::fromUtf8(text().data() + begin, static_cast<qsizetype>(end - begin)).size());
-      };
       QTextLayout::FormatRange range;
-      range.start = units(row.begin, from);
-      range.length = units(from, to);
+      range.start = unitsBetween(row.begin, from);
+      range.length = unitsBetween(from, to);
       range.format.setBackground(palette().highlight());
       range.format.setForeground(palette().highlightedText());
       selection.append(range);
@@ -144,8 +177,7 @@ void LogView::paintEvent(QPaintEvent*) {
 
 void LogView::resizeEvent(QResizeEvent* event) {
   // What stood at the top stays there when the lines wrap anew.
-  const std::size_t top =
-      text_.rowCount() == 0 ? 0 : text_.row(static_cast<std::size_t>(verticalScrollBar()->value())).begin;
+  const std::size_t top = topOffset();
   QAbstractScrollArea::resizeEvent(event);
   fitColumns();
   verticalScrollBar()->setValue(static_cast<int>(text_.rowAt(top)));
@@ -153,7 +185,11 @@ void LogView::resizeEvent(QResizeEvent* event) {
 
 void LogView::changeEvent(QEvent* event) {
   QAbstractScrollArea::changeEvent(event);
-  if (event->type() == QEvent::FontChange) fitColumns();
+  if (event->type() != QEvent::FontChange) return;
+  const std::size_t top = topOffset();
+  fitColumns();
+  verticalScrollBar()->setValue(static_cast<int>(text_.rowAt(top)));
+  viewport()->update();
 }
 
 std::size_t LogView::offsetAt(const QPoint& position) const {
@@ -166,6 +202,21 @@ std::size_t LogView::offsetAt(const QPoint& position) const {
   layOut(layout);
   const int unit = layout.lineAt(0).xToCursor(position.x() - padding);
   return row.begin + bytesOfUnits(std::string_view(text()).substr(row.begin, row.end - row.begin), unit);
+}
+
+QRect LogView::characterRect(std::size_t offset) const {
+  if (text_.rowCount() == 0) return {};
+  const std::size_t number = text_.rowAt(offset);
+  const int down = static_cast<int>(number) - verticalScrollBar()->value();
+  if (down < 0 || down > rowsShown()) return {};
+  const LogText::Row row = text_.row(number);
+  QTextLayout layout(shown(row), font());
+  layOut(layout);
+  const int unit = unitsBetween(row.begin, std::clamp(offset, row.begin, row.end));
+  const qreal left = layout.lineAt(0).cursorToX(unit);
+  const qreal right = layout.lineAt(0).cursorToX(unit + 1);
+  return {padding + qRound(left), padding + down * rowHeight(), std::max(qRound(right - left), 1),
+          rowHeight()};
 }
 
 void LogView::mousePressEvent(QMouseEvent* event) {
@@ -190,10 +241,61 @@ void LogView::mouseDoubleClickEvent(QMouseEvent* event) {
   select(from, to);
 }
 
+void LogView::selectRows(qint64 rows) {
+  const auto count = static_cast<qint64>(text_.rowCount());
+  if (count == 0) return;
+  const qint64 row = std::clamp(static_cast<qint64>(text_.rowAt(cursor_)) + rows, qint64{0}, count);
+  select(anchor_, row == count ? text().size() : text_.row(static_cast<std::size_t>(row)).begin);
+}
+
+bool LogView::selectByKey(const QKeyEvent& event) {
+  if ((event.modifiers() & Qt::ShiftModifier) == 0) return false;
+  if (!hasSelection()) anchor_ = cursor_ = topOffset();
+  const auto inCharacter = [this](std::size_t at) {
+    return at < text().size() && (text()[at] & 0xC0) == 0x80;
+  };
+  std::size_t next = cursor_;
+  switch (event.key()) {
+    case Qt::Key_Up:
+      selectRows(-1);
+      break;
+    case Qt::Key_Down:
+      selectRows(1);
+      break;
+    case Qt::Key_PageUp:
+      selectRows(-rowsShown());
+      break;
+    case Qt::Key_PageDown:
+      selectRows(rowsShown());
+      break;
+    case Qt::Key_Home:
+      select(anchor_, 0);
+      break;
+    case Qt::Key_End:
+      select(anchor_, text().size());
+      break;
+    case Qt::Key_Left:
+      if (next > 0) --next;
+      while (next > 0 && inCharacter(next)) --next;
+      select(anchor_, next);
+      break;
+    case Qt::Key_Right:
+      ++next;
+      while (inCharacter(next)) ++next;
+      select(anchor_, next);
+      break;
+    default:
+      return false;
+  }
+  scrollTo(cursor_);
+  return true;
+}
+
 void LogView::keyPressEvent(QKeyEvent* event) {
   QScrollBar& bar = *verticalScrollBar();
   if (event->matches(QKeySequence::Copy)) return copy();
   if (event->matches(QKeySequence::SelectAll)) return selectAll();
+  if (selectByKey(*event)) return;
   switch (event->key()) {
     case Qt::Key_Up:
       return bar.triggerAction(QAbstractSlider::SliderSingleStepSub);

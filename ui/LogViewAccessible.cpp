@@ -32,9 +32,12 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
   }
 
   // Offsets are characters of this text.
-  QString whole() const {
-    const std::string& text = view_->text();
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(std::min(text.size(), mostAccessibleBytes)));
+  const QString& whole() const {
+    if (revision_ != view_->revision()) {
+      revision_ = view_->revision();
+      whole_ = QString::fromUtf8(view_->text().data(), static_cast<qsizetype>(accessibleBytes()));
+    }
+    return whole_;
   }
 
   void selection(int index, int* from, int* to) const override {
@@ -52,9 +55,15 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
   }
   QString text(int from, int to) const override { return whole().mid(from, to - from); }
   int characterCount() const override { return static_cast<int>(whole().size()); }
-  QRect characterRect(int) const override { return {}; }
-  int offsetAtPoint(const QPoint&) const override { return -1; }
-  void scrollToSubstring(int, int) override {}
+  QRect characterRect(int position) const override {
+    const QRect place = view_->characterRect(bytesBefore(position));
+    return place.isNull() ? QRect() : place.translated(view_->viewport()->mapToGlobal(QPoint()));
+  }
+  int offsetAtPoint(const QPoint& point) const override {
+    const QPoint place = view_->viewport()->mapFromGlobal(point);
+    return view_->viewport()->rect().contains(place) ? charactersBefore(view_->offsetAt(place)) : -1;
+  }
+  void scrollToSubstring(int from, int) override { view_->scrollTo(bytesBefore(from)); }
   QString attributes(int, int* from, int* to) const override {
     *from = 0;
     *to = characterCount();
@@ -62,14 +71,24 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
   }
 
  private:
+  std::size_t accessibleBytes() const {
+    const std::string& text = view_->text();
+    if (text.size() <= mostAccessibleBytes) return text.size();
+    std::size_t bytes = mostAccessibleBytes;
+    while (bytes > 0 && (text[bytes] & 0xC0) == 0x80) --bytes;
+    return bytes;
+  }
   int charactersBefore(std::size_t offset) const {
-    return static_cast<int>(QString::fromUtf8(view_->text().data(), static_cast<qsizetype>(offset)).size());
+    const std::size_t bytes = std::min(offset, accessibleBytes());
+    return static_cast<int>(QString::fromUtf8(view_->text().data(), static_cast<qsizetype>(bytes)).size());
   }
   std::size_t bytesBefore(int position) const {
     return static_cast<std::size_t>(whole().left(position).toUtf8().size());
   }
 
   LogView* view_;
+  mutable QString whole_;
+  mutable int revision_ = 0;
 };
 
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {

@@ -5,14 +5,17 @@
 #include "core/run_cmd.h"
 #include "platform/EventBoundary.h"
 #include "platform/UIApplication.h"
-#include "platform/UIColor.h"
 #include "platform/UIFont.h"
 #include "platform/dispatch.h"
+#include "ui/Colours.h"
 #include "ui/DialogLooks.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
 #include "ui/OpenAddress.h"
+#include "ui/Shortcut.h"
+#include "ui/TextZoom.h"
+#include "ui/WideLayout.h"
 #include "ui/ui_MakePackage.h"
 
 namespace {
@@ -44,6 +47,16 @@ void MakePackage::loadView() {
   outlets_->backButton->setFollowsReadingDirection(true);
   outlets_->infoButton->setPicture(QStringLiteral("about"));
   setView(view);
+  new WideLayout(view, outlets_->body, outlets_->controls);
+  LogView& log = *outlets_->OutPut;
+  new TextZoom(&log, [&log](const QFont& font) { log.setFont(font); });
+  outlets_->findBar->setText(&log, [&log](const QString& word, SearchDirection direction, bool mayStay) {
+    return log.find(word, direction, mayStay);
+  });
+  wireButtons();
+}
+
+void MakePackage::wireButtons() {
   const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {
     connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
   };
@@ -52,17 +65,24 @@ void MakePackage::loadView() {
   wire(outlets_->ClearLogButton, &MakePackage::ClearLog);
   wire(outlets_->RespringButton, &MakePackage::Respring);
   wire(outlets_->infoButton, &MakePackage::InfoButton);
-  wire(outlets_->backButton, &MakePackage::cancelOperation);
+  wire(outlets_->backButton, &MakePackage::goBack);
+  addShortcut(*outlets_->MP, Qt::CTRL | Qt::Key_B);
+  addShortcut(*outlets_->MPI, Qt::CTRL | Qt::Key_I);
+  addShortcut(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L);
+  addShortcut(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R);
+  addShortcut(*outlets_->infoButton, Qt::Key_F1);
+  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
   // When the application ends during a build, the commands have been stopped and the job waited for by now.
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });
 }
 
 void MakePackage::viewDidLoad() {
   UIViewController::viewDidLoad();
-  outlets_->SuccessLable->setFont(systemFontOfSize(metrics::listTextSize));
+  outlets_->SuccessLable->setFont(systemFontOfSize(metrics::bodyTextSize));
   outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
   const auto style = [](UIButton* button, qreal radius) {
-    button->setLayer({.cornerRadius = radius, .borderWidth = 1, .backgroundColor = grey(80)});
+    button->setLayer(
+        {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});
   };
   style(outlets_->RespringButton, 20);
   style(outlets_->ClearLogButton, 20);
@@ -128,5 +148,9 @@ void MakePackage::InfoButton() {
 }
 
 void MakePackage::cancelOperation() {
+  if (!outlets_->findBar->dismiss()) goBack();
+}
+
+void MakePackage::goBack() {
   dismissViewControllerAnimated(true);
 }

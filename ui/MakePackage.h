@@ -30,12 +30,15 @@ class MakePackage : public UIViewController {
   void ClearLog();
   void InfoButton();
 
+  // Closes the find bar, or else the screen.
   void cancelOperation() override;
 
  protected:
   void loadView() override;
 
  private:
+  void wireButtons();
+  void goBack();
   void startBuild(BuildVariant variant);
   void finishBuild(BuildVariant variant);
 

@@ -5,9 +5,11 @@ namespace metrics {
 
 inline constexpr int touchSize = 44;  // the smallest side of anything that is tapped
 inline constexpr int iconSize = 24;
+inline constexpr int tilePictureSize = 48;
+// The one scale of text: titles, everything that is tapped, and what is read beside it.
 inline constexpr double titleTextSize = 18;
-inline constexpr double buttonTextSize = 15;
-inline constexpr double listTextSize = 15;
+inline constexpr double bodyTextSize = 15;
+inline constexpr double smallTextSize = 13;
 inline constexpr double fixedPitchTextSize = 13;
 inline constexpr int buttonPadding = 16;
 inline constexpr int bareButtonRadius = 10;
@@ -16,5 +18,13 @@ inline constexpr int switchWidth = 52;
 inline constexpr int switchHeight = 32;
 inline constexpr int rowHeight = 48;
 inline constexpr int rowPadding = 16;
+inline constexpr int textPadding = 10;
+inline constexpr int barPadding = 8;
+inline constexpr int barSpacing = 4;
+inline constexpr int fieldHeight = 36;
+// From this width on, what is one below the other on a phone stands side by side.
+inline constexpr int wideScreen = 900;
+inline constexpr int sideColumnWidth = 320;
+inline constexpr int widestControls = 560;
 
 }  // namespace metrics

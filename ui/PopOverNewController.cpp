@@ -4,17 +4,18 @@
 #include "core/NSLog.h"
 #include "platform/EventBoundary.h"
 #include "platform/NSRunLoop.h"
-#include "platform/UIColor.h"
 #include "platform/UIFont.h"
+#include "ui/Colours.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
+#include "ui/Shortcut.h"
+#include "ui/TextZoom.h"
 #include "ui/ui_PopOverNewController.h"
 #include "workspace/Selection.h"
 
 #include <algorithm>
 #include <string_view>
 
-#include <QShortcut>
 #include <QTextBlock>
 
 namespace {
@@ -45,6 +46,22 @@ bool hasWindowsLines(std::string_view text) {
   return any;
 }
 
+// Selects the next place of `word`, once round the document.
+bool findInEditor(QPlainTextEdit& editor, const QString& word, SearchDirection direction, bool mayStay) {
+  const bool forward = direction == SearchDirection::Forward;
+  const QTextDocument::FindFlags flags = forward ? QTextDocument::FindFlags() : QTextDocument::FindBackward;
+  QTextCursor from = editor.textCursor();
+  if (mayStay) from.setPosition(forward ? from.selectionStart() : from.selectionEnd());
+  QTextCursor found = editor.document()->find(word, from, flags);
+  if (found.isNull()) {
+    from.movePosition(forward ? QTextCursor::Start : QTextCursor::End);
+    found = editor.document()->find(word, from, flags);
+  }
+  if (found.isNull()) return false;
+  editor.setTextCursor(found);
+  return true;
+}
+
 }  // namespace
 
 PopOverNewController::PopOverNewController() : outlets_(std::make_unique<Ui::PopOverNewController>()) {}
@@ -57,25 +74,31 @@ void PopOverNewController::loadView() {
   view->setAutoFillBackground(true);
   outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   QPlainTextEdit& editor = *outlets_->PopOvetText;
-  editor.setFont(fixedPitchFontOfSize(metrics::fixedPitchTextSize));
-  editor.setTabStopDistance(tabColumns * editor.fontMetrics().horizontalAdvance(' '));
   // Sources read from left to right, whatever language their comments are in.
   QTextOption option = editor.document()->defaultTextOption();
   option.setTextDirection(Qt::LeftToRight);
   editor.document()->setDefaultTextOption(option);
+  editor.document()->setDocumentMargin(metrics::textPadding);
   setView(view);
+  new TextZoom(&editor, [&editor](const QFont& font) {
+    editor.setFont(font);
+    editor.setTabStopDistance(tabColumns * QFontMetricsF(font).horizontalAdvance(' '));
+  });
+  outlets_->findBar->setText(&editor,
+                             [&editor](const QString& word, SearchDirection direction, bool mayStay) {
+                               return findInEditor(editor, word, direction, mayStay);
+                             });
   connect(outlets_->SaveButton, &QPushButton::clicked, this, atEventBoundary([this] { SaveButton(); }));
   connect(outlets_->CancelButton, &QPushButton::clicked, this, atEventBoundary([this] { DismissPop(); }));
-  auto* const save = new QShortcut(QKeySequence::Save, view);
-  connect(save, &QShortcut::activated, outlets_->SaveButton,
-          [button = outlets_->SaveButton] { button->click(); });
+  addShortcut(*outlets_->SaveButton, QKeySequence::Save);
+  nameShortcut(*outlets_->CancelButton, Qt::Key_Escape);
   view->setFocusProxy(outlets_->PopOvetText);
 }
 
 void PopOverNewController::viewDidLoad() {
   UIViewController::viewDidLoad();
-  outlets_->CancelButton->setLayer({.cornerRadius = 18, .backgroundColor = grey(32)});
-  outlets_->SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = grey(32)});
+  outlets_->CancelButton->setLayer({.cornerRadius = 18, .backgroundColor = colours::editorButtonGround});
+  outlets_->SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = colours::editorButtonGround});
   performSelectorAfterDelay(
       this, [this] { Rep(); }, loadDelay);
 }
@@ -120,5 +143,11 @@ void PopOverNewController::DismissPop() {
 }
 
 void PopOverNewController::cancelOperation() {
-  if (!outlets_->PopOvetText->document()->isModified()) DismissPop();
+  if (outlets_->findBar->dismiss()) return;
+  if (outlets_->PopOvetText->document()->isModified()) {
+    // Tab is typed into the text, so this is the way out of it for the keyboard.
+    outlets_->CancelButton->setFocus(Qt::ShortcutFocusReason);
+  } else {
+    DismissPop();
+  }
 }

@@ -29,7 +29,7 @@ class PopOverNewController : public UIViewController {
   // Closes the editor without saving.
   void DismissPop();
 
-  // Closes the editor as long as nothing has been typed into it.
+  // Closes the find bar, or else the editor; where something has been typed, only goes to Cancel.
   void cancelOperation() override;
 
  protected:

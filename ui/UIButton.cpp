@@ -1,6 +1,7 @@
 #include "ui/UIButton.h"
 
 #include "platform/UIFont.h"
+#include "ui/Colours.h"
 #include "ui/Metrics.h"
 
 #include <algorithm>
@@ -23,8 +24,10 @@ UIButton::UIButton(QWidget* parent) : UIButton(QString(), parent) {}
 
 UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
   setFlat(true);
+  // Return clicks it, as Space does.
+  setAutoDefault(true);
   setFocusPolicy(Qt::StrongFocus);
-  setFont(systemFontOfSize(metrics::buttonTextSize));
+  setFont(systemFontOfSize(metrics::bodyTextSize));
 }
 
 void UIButton::setLayer(const Layer& layer) {
@@ -42,10 +45,17 @@ void UIButton::setPicture(const QString& name) {
   update();
 }
 
-// The smallest of the three sizes that is drawn at least as fine as the screen shows it; read when it is
+void UIButton::setPictureSize(int side) {
+  pictureSize_ = side;
+  updateGeometry();
+  update();
+}
+
+// The smallest of the four sizes that is drawn at least as fine as the screen shows it; read when it is
 // first painted, so that a start reads nothing that is not seen.
 QPixmap UIButton::pictureFor(qreal ratio) const {
-  const QString ending = ratio > 2   ? QStringLiteral("@3x.png")
+  const QString ending = ratio > 3   ? QStringLiteral("@4x.png")
+                         : ratio > 2 ? QStringLiteral("@3x.png")
                          : ratio > 1 ? QStringLiteral("@2x.png")
                                      : QStringLiteral(".png");
   QPixmap pixmap;
@@ -68,7 +78,9 @@ QSize UIButton::sizeHint() const {
 QColor UIButton::ground() const {
   if (!isEnabled()) return layer_.backgroundColor;
   if (isDown()) return stated(layer_.backgroundColor, layer_.backgroundColor.isValid() ? -24 : 40);
-  if (underMouse()) return stated(layer_.backgroundColor, 16);
+  // A ground that is light already gets darker, so that the caption stays readable.
+  if (underMouse())
+    return stated(layer_.backgroundColor, layer_.backgroundColor.lightness() < 100 ? 16 : -12);
   return layer_.backgroundColor;
 }
 
@@ -78,19 +90,19 @@ void UIButton::paintEvent(QPaintEvent*) {
   if (!drawn.backgroundColor.isValid()) drawn.cornerRadius = metrics::bareButtonRadius;
   drawLayer(painter, rect(), drawn, ground());
   if (hasFocus()) {
-    Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), palette().color(QPalette::Highlight)};
+    Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), colours::focusRing};
     drawLayer(painter, rect(), ring, QColor());
   }
   painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
   if (!picture_.isEmpty()) {
-    QRect place(0, 0, metrics::iconSize, metrics::iconSize);
+    QRect place(0, 0, pictureSize_, pictureSize_);
     place.moveCenter(rect().center());
     if (followsReadingDirection_ && isRightToLeft()) {
       painter.translate(2 * rect().center().x() + 1, 0);
       painter.scale(-1, 1);
     }
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(place, pictureFor(devicePixelRatioF()));
+    painter.drawPixmap(place, pictureFor(devicePixelRatioF() * pictureSize_ / metrics::iconSize));
     return;
   }
   painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/Layer.h"
+#include "ui/Metrics.h"
 
 #include <QPixmap>
 #include <QPushButton>
@@ -22,6 +23,8 @@ class UIButton : public QPushButton {
 
   // Shows the picture `name` of the program's own instead of a caption.
   void setPicture(const QString& name);
+  // The side of the picture in logical pixels, a list icon's unless set.
+  void setPictureSize(int side);
   // A picture that points back or forward is drawn the other way round where reading goes from right to left.
   void setFollowsReadingDirection(bool follows);
 
@@ -39,6 +42,7 @@ class UIButton : public QPushButton {
   QPixmap pictureFor(qreal ratio) const;
 
   Layer layer_;
+  int pictureSize_ = metrics::iconSize;
   QString picture_;  // its file without the ending; empty where a caption is shown
   bool followsReadingDirection_ = false;
 };

@@ -1,12 +1,12 @@
 #include "ui/UISwitch.h"
 
+#include "ui/Colours.h"
 #include "ui/Layer.h"
 #include "ui/Metrics.h"
 
 #include <QPainter>
 
 namespace {
-constexpr QColor grooveOff(96, 96, 96);
 constexpr int knobInset = 3;
 }  // namespace
 
@@ -26,13 +26,14 @@ void UISwitch::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
   const qreal radius = height() / 2.0;
-  Layer groove{radius, 0, isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : grooveOff};
+  Layer groove{radius, 0,
+               isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : colours::switchOff};
   drawLayer(painter, rect(), groove, groove.backgroundColor);
   if (hasFocus())
-    drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), Qt::white}, QColor());
+    drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), colours::focusRing}, QColor());
   const int size = height() - 2 * knobInset;
   const bool atRight = isChecked() != isRightToLeft();
   painter.setPen(Qt::NoPen);
-  painter.setBrush(Qt::white);
+  painter.setBrush(colours::switchKnob);
   painter.drawEllipse(atRight ? width() - size - knobInset : knobInset, knobInset, size, size);
 }

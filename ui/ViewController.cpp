@@ -7,6 +7,7 @@
 #include "platform/UIApplication.h"
 #include "platform/UIColor.h"
 #include "platform/UIFont.h"
+#include "ui/Colours.h"
 #include "ui/DeleteMenu.h"
 #include "ui/Dev.h"
 #include "ui/DialogLooks.h"
@@ -17,12 +18,11 @@
 #include "ui/OptionsMenu.h"
 #include "ui/PopOverNewController.h"
 #include "ui/ProjectChooser.h"
+#include "ui/Shortcut.h"
 #include "ui/ui_ViewController.h"
 #include "workspace/Paths.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
-
-#include <QShortcut>
 
 namespace {
 
@@ -64,22 +64,30 @@ void ViewController::wireButtons() {
   wire(outlets_->reloadButton, "reload", &ViewController::Reload);
   wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
   wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
+  const Layer tile{.cornerRadius = 20,
+                   .borderWidth = 1,
+                   .backgroundColor = colours::tileGround,
+                   .borderColor = colours::tileBorder};
+  for (UIButton* const button : {outlets_->firstProjectButton, outlets_->otherProjectButton}) {
+    button->setPictureSize(metrics::tilePictureSize);
+    button->setLayer(tile);
+  }
+  wire(outlets_->firstProjectButton, "new", &ViewController::NewProject);
+  wire(outlets_->otherProjectButton, "choose", &ViewController::ChooseProjectButton);
   connect(outlets_->TableVV, &FileListView::rowPicked, this,
           atEventBoundary([this](int row) { didSelectRow(row); }));
 }
 
 void ViewController::wireShortcuts() {
-  const auto wire = [this](UIButton* button, const QKeySequence& keys) {
-    auto* const shortcut = new QShortcut(keys, view());
-    connect(shortcut, &QShortcut::activated, button, [button] { button->click(); });
-    button->setToolTip(
-        QStringLiteral("%1 (%2)").arg(button->accessibleName(), keys.toString(QKeySequence::NativeText)));
-  };
-  wire(outlets_->chooseProjectButton, QKeySequence::Open);
-  wire(outlets_->newProjectButton, QKeySequence::New);
-  wire(outlets_->deleteButton, QKeySequence(Qt::Key_Delete));
-  wire(outlets_->reloadButton, QKeySequence(Qt::Key_F5));
-  wire(outlets_->BB, QKeySequence(Qt::CTRL | Qt::Key_B));
+  addShortcut(*outlets_->chooseProjectButton, QKeySequence::Open);
+  addShortcut(*outlets_->newProjectButton, QKeySequence::New);
+  addShortcut(*outlets_->deleteButton, Qt::Key_Delete);
+  addShortcut(*outlets_->projectOptionsButton, Qt::CTRL | Qt::Key_P);
+  addShortcut(*outlets_->reloadButton, Qt::Key_F5);
+  addShortcut(*outlets_->BB, Qt::CTRL | Qt::Key_B);
+  addShortcut(*outlets_->BackButton, Qt::Key_F1);
+  nameShortcut(*outlets_->firstProjectButton, QKeySequence::New);
+  nameShortcut(*outlets_->otherProjectButton, QKeySequence::Open);
 }
 
 void ViewController::viewDidLoad() {
@@ -89,15 +97,23 @@ void ViewController::viewDidLoad() {
   recordTheosPath();
   createProjectsFolder();
   ArraySetUp();
-  outlets_->TableVV->setBackgroundColor(grey(40));
-  outlets_->TableVV->setSeparatorColor(grey(40));
+  outlets_->TableVV->setBackgroundColor(colours::listGround);
+  outlets_->TableVV->setSeparatorColor(colours::separator);
   const QString project = shownName(currentProjectLabel());
   if (project != outlets_->ProjLableName->text()) outlets_->TableVV->leavePlace();
   outlets_->TableVV->reloadData();
   outlets_->ProjLableName->setText(project);
+  showEmptyState();
   // The texts of this screen are the project's own; their surroundings follow the language of the next
   // dialog.
   QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
+}
+
+// Where there is no project, what can be done about it stands in the middle. Pictures only, so that a first
+// start need not load the fonts.
+void ViewController::showEmptyState() {
+  outlets_->emptyState->setVisible(MUArray().empty() && outlets_->ProjLableName->text().isEmpty());
+  outlets_->otherProjectButton->setVisible(!projectNames().empty());
 }
 
 void ViewController::viewDidLoadAfterDelay() {

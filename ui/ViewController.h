@@ -41,6 +41,7 @@ class ViewController : public UIViewController {
  private:
   void wireButtons();
   void wireShortcuts();
+  void showEmptyState();
   void presentBuildScreen();
   void presentAboutScreen();
   void didSelectRow(int row);

@@ -1,0 +1,133 @@
+// Every action without a mouse.
+#include "platform/UIApplication.h"
+#include "tests/ui/Screens.h"
+#include "ui/UIButton.h"
+
+#include <QListView>
+
+namespace {
+
+using finger::sees;
+using finger::waitToSee;
+
+class Keyboard : public Screens {
+ protected:
+  // Keys reach their shortcuts only in a window that is active.
+  void startActive() {
+    start();
+    UIScreen::mainScreen()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+  }
+  // To what has the focus, as a keyboard does.
+  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* const focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : UIScreen::mainScreen(), key, modifiers);
+  }
+  static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+  static bool focusIsOn(const char* name) {
+    const QWidget* const focused = QApplication::focusWidget();
+    return focused != nullptr && focused->accessibleName() == name;
+  }
+  static void tabTo(const char* name) {
+    for (int tabs = 0; tabs < 20 && !focusIsOn(name); ++tabs) press(Qt::Key_Tab);
+    ASSERT_TRUE(focusIsOn(name)) << name;
+  }
+};
+
+TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
+  startActive();
+  press(Qt::Key_N, Qt::ControlModifier);
+  waitToSee(localized(text::projectOptions));
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+  makeProject({{"Tweak.x", "%hook A\n"}, {"Makefile", "package:\n\t@echo built; mkdir packages\n"}});
+  putFile(updateMarker, "");
+  press(Qt::Key_O, Qt::ControlModifier);
+  waitToSee(localized(text::loadProject));
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+  press(Qt::Key_F5);
+  waitToSee("Tweak.x");
+
+  tabTo("Files");
+  const auto* const list = qobject_cast<QListView*>(QApplication::focusWidget());
+  press(Qt::Key_Home);
+  while (list->currentIndex().data() != "Tweak.x" &&
+         list->currentIndex().row() + 1 < list->model()->rowCount()) {
+    press(Qt::Key_Down);
+  }
+  press(Qt::Key_Return);
+  waitToSee("Tweak.x");
+  ASSERT_TRUE(focusIsOn("File text"));
+  typeText("// typed");
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(focusIsOn("Cancel")) << "what was typed is not lost by one key";
+  tabTo("File text");
+  press(Qt::Key_S, Qt::ControlModifier);
+  waitToSee("Reload");
+  EXPECT_EQ(fileAt(device::projects + "P/Tweak.x"), "// typed%hook A\n");
+
+  press(Qt::Key_B, Qt::ControlModifier);
+  waitToSee("Make Package");
+  tabTo("Show success alert");
+  press(Qt::Key_Space);
+  tabTo("Make Package");
+  press(Qt::Key_Return);
+  finger::waitUntil([] { return !log().text().empty(); }, "nothing is built");
+  finger::waitUntil([] { return sees("Clear Log"); }, "the dialog stays");
+  press(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(log().text(), "");
+  press(Qt::Key_Escape);
+  waitToSee("Reload");
+}
+
+TEST_F(Keyboard, EveryControlHasANameAndTheKeysAreInItsTooltip) {
+  makeProject({{"Tweak.x", ""}});
+  start();
+  const auto check = [](const char* screen) {
+    for (const UIButton* const button :
+         UIApplication::sharedApplication()->keyWindow()->findChildren<UIButton*>()) {
+      if (!button->isVisible()) continue;
+      EXPECT_FALSE(button->accessibleName().isEmpty()) << screen;
+      EXPECT_NE(button->focusPolicy() & Qt::TabFocus, 0) << button->accessibleName().toStdString();
+    }
+  };
+  const auto tip = [](const char* name) { return finger::find(name)->toolTip(); };
+  check("main");
+  EXPECT_EQ(tip("Reload"), "Reload (F5)");
+  EXPECT_EQ(tip("New Project"), "New Project (Ctrl+N)");
+  EXPECT_EQ(tip("Choose Project"), "Choose Project (Ctrl+O)");
+  EXPECT_EQ(tip("Build"), "Build (Ctrl+B)");
+  EXPECT_EQ(tip("Delete"), "Delete (Del)");
+  openEditor("Tweak.x");
+  check("editor");
+  EXPECT_EQ(tip("Save"), "Save (Ctrl+S)");
+  leaveEditor("Cancel");
+  openBuildScreen();
+  check("build");
+  EXPECT_EQ(tip("Back"), "Back (Esc)");
+}
+
+TEST_F(Keyboard, NoKeyActsUnderADialog) {
+  makeProject({{"Tweak.x", ""}});
+  startActive();
+  openBuildScreen();
+  putFile(device::application + "MakeLog.log", "kept");
+  const_cast<LogView&>(log()).setText("kept");
+  finger::tap("Info");
+  waitToSee("Tip");
+  const std::size_t windows = UIScreen::mainScreen()->windows().size();
+  for (const Qt::Key key : {Qt::Key_B, Qt::Key_I, Qt::Key_L, Qt::Key_R, Qt::Key_F, Qt::Key_N, Qt::Key_O})
+    press(key, Qt::ControlModifier);
+  for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F3, Qt::Key_F5, Qt::Key_Delete}) press(key);
+  EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
+  EXPECT_TRUE(sees("Tip"));
+  EXPECT_EQ(log().text(), "kept");
+  press(Qt::Key_Escape);
+  waitToSee("Make Package");
+  EXPECT_FALSE(sees("Find text"));
+  press(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(log().text(), "") << "the same keys act again";
+}
+
+}  // namespace

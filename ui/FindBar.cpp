@@ -1,0 +1,89 @@
+#include "ui/FindBar.h"
+
+#include "platform/EventBoundary.h"
+#include "platform/UIFont.h"
+#include "ui/Metrics.h"
+#include "ui/UIButton.h"
+
+#include <utility>
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QShortcut>
+
+FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)), result_(new QLabel(this)) {
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(metrics::rowPadding, metrics::barPadding, metrics::barPadding,
+                             metrics::barPadding);
+  layout->setSpacing(metrics::barSpacing);
+  word_->setAccessibleName(QStringLiteral("Find text"));
+  word_->setPlaceholderText(QStringLiteral("Find"));
+  word_->setFont(systemFontOfSize(metrics::bodyTextSize));
+  word_->setMinimumSize(0, metrics::fieldHeight);
+  word_->setTextMargins(metrics::barPadding, 0, metrics::barPadding, 0);
+  word_->installEventFilter(this);
+  layout->addWidget(word_, 1);
+  result_->setFont(systemFontOfSize(metrics::smallTextSize));
+  layout->addWidget(result_);
+  const auto add = [&](const char* name, const char* picture, const char* tip, auto action) {
+    auto* const button = new UIButton(this);
+    button->setAccessibleName(QLatin1String(name));
+    button->setToolTip(QLatin1String(tip));
+    button->setPicture(QLatin1String(picture));
+    connect(button, &QPushButton::clicked, this, atEventBoundary(action));
+    layout->addWidget(button);
+  };
+  add("Find previous", "previous", "Find previous (Shift+F3)",
+      [this] { find(SearchDirection::Backward, false); });
+  add("Find next", "next", "Find next (F3)", [this] { find(SearchDirection::Forward, false); });
+  add("Close find", "close", "Close (Esc)", [this] { dismiss(); });
+  connect(word_, &QLineEdit::textChanged, this,
+          atEventBoundary([this] { find(SearchDirection::Forward, true); }));
+  hide();
+}
+
+void FindBar::setText(QWidget* text, Find find) {
+  text_ = text;
+  find_ = std::move(find);
+  const auto wire = [&](QKeySequence::StandardKey keys, auto action) {
+    auto* const shortcut = new QShortcut(keys, text->parentWidget());
+    connect(shortcut, &QShortcut::activated, this, atEventBoundary(action));
+  };
+  wire(QKeySequence::Find, [this] { open(); });
+  wire(QKeySequence::FindNext, [this] { this->find(SearchDirection::Forward, false); });
+  wire(QKeySequence::FindPrevious, [this] { this->find(SearchDirection::Backward, false); });
+}
+
+void FindBar::open() {
+  show();
+  word_->setFocus(Qt::ShortcutFocusReason);
+  word_->selectAll();
+}
+
+bool FindBar::dismiss() {
+  if (isHidden()) return false;
+  hide();
+  if (text_ != nullptr) text_->setFocus(Qt::OtherFocusReason);
+  return true;
+}
+
+bool FindBar::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const auto* const key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Escape) return dismiss();
+    if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+      const bool back = (key->modifiers() & Qt::ShiftModifier) != 0;
+      find(back ? SearchDirection::Backward : SearchDirection::Forward, false);
+      return true;
+    }
+  }
+  return QWidget::eventFilter(object, event);
+}
+
+void FindBar::find(SearchDirection direction, bool mayStay) {
+  if (!find_) return;
+  const bool missing = !word_->text().isEmpty() && !find_(word_->text(), direction, mayStay);
+  result_->setText(missing ? QStringLiteral("No match") : QString());
+}

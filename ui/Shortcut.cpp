@@ -1,0 +1,17 @@
+#include "ui/Shortcut.h"
+
+#include "ui/UIButton.h"
+
+#include <QShortcut>
+
+void addShortcut(UIButton& button, const QKeySequence& keys) {
+  // The view as a whole, which has no parent yet while its buttons are wired.
+  auto* const shortcut = new QShortcut(keys, button.window());
+  QObject::connect(shortcut, &QShortcut::activated, &button, &QAbstractButton::click);
+  nameShortcut(button, keys);
+}
+
+void nameShortcut(UIButton& button, const QKeySequence& keys) {
+  const QString name = button.accessibleName().isEmpty() ? button.text() : button.accessibleName();
+  button.setToolTip(QStringLiteral("%1 (%2)").arg(name, keys.toString(QKeySequence::NativeText)));
+}
