@@ -1,6 +1,7 @@
 // The guided tour: the main job from an empty device to a built package, done on the real screens with real
 // clicks and keys, with a picture of each screen and dialog on the way. Runs in the device and prints, at its
-// end, the paths of the package and of the pictures there.
+// end, the paths of the package and of the pictures there. Its one argument, WIDTHxHEIGHT in logical pixels,
+// is the screen's size.
 #include "core/FileManager.h"
 #include "core/Text.h"
 #include "platform/Motion.h"
@@ -36,7 +37,11 @@ constexpr const char* packageFolder = "/var/mobile/Documents/Tweakbench/HelloTwe
 class Tour {
  public:
   // Reports go to `report`, since the application redirects its standard streams onto its logs.
-  explicit Tour(FILE* report) : report_(report) { createDirectoryAtPath(pictureFolder); }
+  explicit Tour(FILE* report) : report_(report) {
+    createDirectoryAtPath(pictureFolder);
+    // Out of the way, so that nothing in the pictures looks hovered over.
+    QCursor::setPos(UIScreen::mainScreen()->rect().center());
+  }
 
   void go() {
     mainJob();
@@ -83,6 +88,10 @@ class Tour {
     auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
     finger::waitUntil([editor] { return !editor->toPlainText().isEmpty(); }, "the editor stays empty");
     picture("editor");
+    QTest::keyClick(editor, Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(finger::find("Find text"), "hook");
+    picture("editor-find");
+    QTest::keyClick(finger::find("Find text"), Qt::Key_Escape);
     editor->moveCursor(QTextCursor::Start);
     QTest::keyClicks(editor, "// Edited on the tour.");
     QTest::keyClick(editor, Qt::Key_Return);
@@ -106,6 +115,10 @@ class Tour {
     const auto* const log = qobject_cast<LogView*>(finger::find("Build log"));
     if (log->text().empty()) throw finger::Missing("the build log is empty");
     picture("build-log");
+    QTest::keyClick(finger::find("Build log"), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(finger::find("Find text"), "nowhere");
+    picture("build-find");
+    tap("Close find");
   }
 
   void otherScreens(const char* language) {
@@ -127,6 +140,11 @@ class Tour {
   }
 
   void arabic() {
+    picture("main-arabic");
+    tap("Tweak.x");
+    waitToSee("Tweak.x");
+    picture("editor-arabic");
+    tap("Cancel");
     tap("New Project");
     waitToSee(localized(text::projectOptions));
     picture("project-sheet-arabic");
@@ -143,12 +161,20 @@ class Tour {
     waitToSee(localized(text::goToDebFolder));
     picture("build-success-arabic");
     tap(localized(text::cancel));
+    picture("build-log-arabic");
     otherScreens("-arabic");
   }
 
   FILE* report_;
   int number_ = 0;
 };
+
+void sizeScreen(int argc, char** argv) {
+  int width = 0;
+  int height = 0;
+  if (argc > 1 && std::sscanf(argv[1], "%dx%d", &width, &height) == 2)
+    UIScreen::mainScreen()->resize(width, height);
+}
 
 bool reportPackage(FILE* report) {
   for (const std::string& name :
@@ -170,6 +196,7 @@ int main(int argc, char** argv) {
     // A picture must not catch a dialog half way.
     setMotionEnabled(false);
     endCommandsWithApplication();
+    sizeScreen(argc, argv);
     dispatch_async(dispatch_get_main_queue(), [&] {
       try {
         Tour(report).go();
