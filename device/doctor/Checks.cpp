@@ -201,9 +201,19 @@ int firstNumber(const string& text) {
   return number;
 }
 
+// Enough of what a program said to look it up.
+string shortened(const string& said) {
+  constexpr std::size_t longest = 80;
+  if (said.size() <= longest) return said;
+  std::size_t end = longest;
+  // Not within a character.
+  while (end > 0 && (static_cast<unsigned char>(said[end]) & 0xC0) == 0x80) --end;
+  return said.substr(0, end) + "…";
+}
+
 // Empty where it started, whatever it then said.
 string reasonNotToStart(const Trial& trial) {
-  const string said = trial.said.empty() ? "" : ": " + trial.said;
+  const string said = trial.said.empty() ? "" : ": " + shortened(trial.said);
   if (trial.status == 124) return "it did not end within ten seconds";
   if (trial.said.find("xec format error") != string::npos ||
       trial.said.find("cannot execute binary file") != string::npos) {
@@ -238,7 +248,7 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   }
   string reason = reasonNotToStart(trial);
   if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0)
-    reason = "it fails with \"" + trial.said + "\"";
+    reason = "it fails with \"" + shortened(trial.said) + "\"";
   if (reason.empty()) {
     if (subject == "make" && firstNumber(trial.said) < kOldestMake) {
       return problem(subject,
