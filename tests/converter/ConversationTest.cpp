@@ -32,12 +32,14 @@ class Converter : public testing::Test {
   Converter() { putFile(places_.list, fileAt(TWEAKBENCH_FLEX_SAMPLE)); }
 
   // A run whose input is `answer`.
-  Ending run(const std::string& answer) {
+  Ending run(const std::string& answer) { return run(answer, places_); }
+
+  Ending run(const std::string& answer, const ConverterPlaces& places) {
     putFile(folder_ / "answer", answer);
     removeItemAtPath(folder_ / "log");
     const File in(std::fopen((folder_ / "answer").c_str(), "r"), std::fclose);
     const File out(std::fopen((folder_ / "log").c_str(), "a+"), std::fclose);
-    return converse(places_, in.get(), out.get());
+    return converse(places, in.get(), out.get());
   }
 
   std::string log() const { return fileAt(folder_ / "log"); }
@@ -85,6 +87,11 @@ TEST_F(Converter, RefusesAnAnswerThatMeansNoPatch) {
 TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
   const std::string none = "No Flex patches were found on this device.";
   const std::string damaged = "The list of Flex patches is damaged.";
+  const auto nested = [](int depth) {
+    std::string text;
+    for (int level = 0; level < depth; ++level) text = "<array>" + text + "</array>";
+    return text;
+  };
   const auto list = [](const std::string& inside) { return "<plist>" + inside + "</plist>"; };
   const struct {
     std::string bytes;
@@ -98,6 +105,7 @@ TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
       {binary(fileAt(TWEAKBENCH_FLEX_SAMPLE)).substr(0, 200), damaged},
       {list("<dict><key>patches</key><dict/></dict>"), damaged},
       {list("<array/>"), damaged},
+      {list("<dict><key>patches</key>" + nested(100) + "</dict>"), damaged},
       {std::string(2 << 20, 'x'), "The list of Flex patches cannot be read."},
   };
   const auto refused = [this](const std::string& reason) {
@@ -113,12 +121,24 @@ TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
   refused(none);
   mkfifo(places_.list.c_str(), 0600);
   refused("The list of Flex patches cannot be read.");
+  removeItemAtPath(places_.list);
+  createDirectoryAtPath(places_.list);
+  refused("The list of Flex patches cannot be read.");
 }
 
 TEST_F(Converter, SaysWhenTheSourceCannotBeWritten) {
-  putFile(places_.folder, "a file where the folder should be");
-  EXPECT_EQ(run("0\n"), Ending::Refused);
-  EXPECT_TRUE(log().ends_with(written() + " could not be written.\n")) << log();
+  const auto refused = [this](const std::string& folder) {
+    const ConverterPlaces places{places_.list, folder};
+    EXPECT_EQ(run("0\n", places), Ending::Refused);
+    EXPECT_TRUE(log().ends_with("\n" + folder + "/Tweak.xm could not be written.\n")) << log();
+  };
+  refused("/proc/no-folder-can-be-made-here");
+  putFile(folder_ / "file", "a file where the folder should be");
+  refused(folder_ / "file");
+  EXPECT_EQ(fileAt(folder_ / "file"), "a file where the folder should be");
+  createDirectoryAtPath(written());
+  refused(places_.folder);
+  EXPECT_EQ(contentsOfDirectoryAtPath(places_.folder)->size(), 1U) << "no temporary file is left";
 }
 
 // One byte of a good list after the other changed: whatever is read, what is written is well-formed.

@@ -54,9 +54,16 @@ TEST_F(Operations, AHeaderNeedsNeitherATweakNorAName) {
   chooseProject("P");
   EXPECT_TRUE(createHeader("   "));
   EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{".h", ""}, {"Tweak.x", "#import .h\n\n"}}));
-  put("P/Tweak.x", std::string(5'000'000, 'x'));
+  // Five megabytes of what echo and printf read as their own.
+  std::string large;
+  std::string expanded = "#import H.h\n";
+  while (large.size() < 5'000'000) {
+    large += R"(%s%%\\\n%n$(x)`"')";
+    expanded += "%s%%\\\n%n$(x)`\"'";
+  }
+  put("P/Tweak.x", large);
   EXPECT_TRUE(createHeader("H"));
-  EXPECT_EQ(at("P/Tweak.x").size(), 5'000'000U + 13);
+  EXPECT_TRUE(at("P/Tweak.x") == expanded + "\n") << at("P/Tweak.x").substr(0, 100);
   EXPECT_FALSE(createHeader(std::string(255, 'n'))) << "no file can be called so";
   removeCurrentProject();
   EXPECT_FALSE(createHeader("H"));
@@ -80,6 +87,109 @@ TEST_F(Operations, RenamingGivesTheListedProjectsFileANameAndMakesItCurrent) {
   removeItemAtPath(device::application + "Files.plist");
   renameFile("taken", "gone");
   EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"taken", "old"}}));
+}
+
+// Names stand unquoted in the command lines, so what happens is what the shell makes of them, and no more.
+const std::string longest(255, 'n');
+const Tree nasty{{"two", ""},   {"two words", ""}, {"it's", ""},    {"-rf", ""},
+                 {"ملف.x", ""}, {"keep", ""},      {longest, ""},   {"$(echo keep)", ""},
+                 {"star*", ""}, {"starfish", ""},  {"say\"it", ""}, {"a;b", ""}};
+
+Tree nastyWithout(const std::vector<std::string>& names, const std::string& more = "") {
+  Tree tree = nasty;
+  for (const std::string& name : names) tree.erase(name);
+  if (!more.empty()) tree[more];
+  return tree;
+}
+
+TEST_F(Operations, DeletingANastyNameDeletesWhatTheShellReads) {
+  const struct {
+    std::string entry;
+    std::vector<std::string> deleted;
+  } rows[] = {
+      {"two words", {"two"}},
+      {"it's", {}},
+      {"say\"it", {}},
+      {"-rf", {"-rf"}},
+      {"ملف.x", {"ملف.x"}},
+      {longest, {longest}},
+      {"$(echo keep)", {"keep"}},
+      {"star*", {"star*", "starfish"}},
+      {"a;b", {}},
+  };
+  setListedProject("P");
+  for (const auto& row : rows) {
+    removeItemAtPath(device::projects + "P");
+    for (const auto& [name, contents] : nasty) put("P/" + name, contents);
+    deleteProjectFile(row.entry);
+    EXPECT_EQ(treeAt(device::projects + "P"), nastyWithout(row.deleted)) << row.entry;
+  }
+}
+
+TEST_F(Operations, RenamingFromOrToANastyNameRenamesWhatTheShellReads) {
+  const struct {
+    std::string oldName;
+    std::string typed;
+    std::string moved;  // none where the command fails
+    std::string made;
+  } rows[] = {
+      {"two words", "new", "", ""},
+      {"it's", "new", "", ""},
+      {"-rf", "new name", "-rf", "newname"},
+      {"ملف.x", "اسم جديد", "ملف.x", "اسمجديد"},
+      {longest, "-n", longest, "-n"},
+      {"$(echo keep)", "new", "keep", "new"},
+      {"keep", "it's", "", ""},
+      {"keep", std::string(255, 'm'), "keep", std::string(255, 'm')},
+      {"keep", std::string(256, 'm'), "", ""},
+      {"keep", "$(pwd)x", "keep", "x"},
+  };
+  setListedProject("P");
+  for (const auto& row : rows) {
+    removeItemAtPath(device::projects + "P");
+    for (const auto& [name, contents] : nasty) put("P/" + name, contents);
+    renameFile(row.oldName, row.typed);
+    const Tree expected = row.moved.empty() ? nasty : nastyWithout({row.moved}, row.made);
+    EXPECT_EQ(treeAt(device::projects + "P"), expected) << row.oldName << " to " << row.typed;
+  }
+}
+
+TEST_F(Operations, AHeaderOfANastyNameIsMadeAndImportedAsTheShellReadsIt) {
+  const std::string longName(253, 'h');
+  const struct {
+    std::string typed;
+    std::string header;
+    std::string tweak;
+  } rows[] = {
+      {"-n", "-n.h", "#import -n.h\nold\n"},
+      {"ملف", "ملف.h", "#import ملف.h\nold\n"},
+      {longName, longName + ".h", "#import " + longName + ".h\nold\n"},
+      {"$(pwd)x", "$(pwd)x.h", "#import /x.h\nold\n"},
+      // The shell finds no end of the quotes and never comes to writing the file.
+      {"a\"b", "a\"b.h", "old"},
+      {"it's", "it's.h", "old"},
+  };
+  ASSERT_EQ(chdir("/"), 0);
+  setCurrentProject("P");
+  for (const auto& row : rows) {
+    removeItemAtPath(device::projects + "P");
+    put("P/Tweak.x", "old");
+    EXPECT_TRUE(createHeader(row.typed)) << row.typed;
+    EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{row.header, ""}, {"Tweak.x", row.tweak}})) << row.typed;
+  }
+}
+
+TEST_F(Operations, AProjectMayVanishWhileItIsRead) {
+  put("P/file", "");
+  run_cmd("cd /var/Tweakyard/Projects/P && seq -f file%.0f 2000 | xargs touch");
+  chooseProject("P");
+  run_cmd("rm -rf /var/Tweakyard/Projects/P > /dev/null 2>&1 &");
+  do {
+    ArraySetUp();
+    for (const std::string& name : MUArray()) ASSERT_EQ(name.substr(0, 4), "file");
+  } while (fileExistsAtPath(device::projects + "P"));
+  ArraySetUp();
+  EXPECT_TRUE(MUArray().empty());
 }
 
 TEST_F(Operations, DeletingTakesTheListedProjectsFileElseTheCurrentOnes) {
