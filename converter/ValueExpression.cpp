@@ -124,7 +124,10 @@ std::optional<std::string> boxedNumber(const PropertyListValue& value) {
 }
 
 std::optional<std::string> textExpression(const PropertyListValue& value) {
-  return value.text() == nullptr ? std::nullopt : std::optional(stringLiteral(*value.text()));
+  const std::string* const text = value.text();
+  // Theos takes warnings for errors, and the compiler warns of a zero within a literal.
+  if (text == nullptr || text->find('\0') != std::string::npos) return std::nullopt;
+  return stringLiteral(*text);
 }
 
 std::optional<std::string> objectExpression(const PropertyListValue& value, ValueKind kind) {

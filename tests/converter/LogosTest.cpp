@@ -104,6 +104,7 @@ TEST(Values, FitTheirTypesOrAreRefused) {
       {"NSString *", text("words"), "@\"words\""},
       {"NSString *", text("(null)"), "nil"},
       {"NSString *", whole(5), no},
+      {"NSString *", {std::string("a\0b", 3)}, no},
       {"NSMutableString *", text("m"), "[NSMutableString stringWithString:@\"m\"]"},
       {"id", text("words"), "@\"words\""},
       {"id", {true}, "@YES"},

@@ -248,6 +248,8 @@ TEST_F(ProjectFiles, AreNotBroughtBackByTheEditorWhenTheirProjectIsGone) {
   start();
   QPlainTextEdit& editor = openEditor("Tweak.x");
   QTest::keyClicks(&editor, "x");
+  QTest::keyClick(finger::find("Save"), Qt::Key_Delete);
+  EXPECT_FALSE(sees(localized(text::deleteFilesOrProjects)));
   deleteListedProject();
   leaveEditor("Save");
   EXPECT_EQ(treeAt(device::projects), Tree());
