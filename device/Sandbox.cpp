@@ -1,6 +1,7 @@
 #include "device/Sandbox.h"
 
 #include "device/Diagnosis.h"
+#include "device/Opener.h"
 #include "device/Refusal.h"
 #include "device/SystemLog.h"
 #include "device/Terminal.h"
@@ -133,7 +134,7 @@ class Signals {
 class Run {
  public:
   Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output, Terminal* terminal, SystemLog& log,
-      Signals& signals)
+      Signals& signals, Opener* opener)
       : child_(child),
         childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
         reports_(std::move(reports.readEnd)),
@@ -142,7 +143,8 @@ class Run {
         output_(std::move(output.readEnd)),
         terminal_(terminal),
         log_(log),
-        signals_(signals) {}
+        signals_(signals),
+        opener_(opener) {}
 
   Ending watch() {
     const auto limit = Clock::now() + kStartLimit;
@@ -176,7 +178,13 @@ class Run {
       watched.push_back({source, POLLIN, 0});
     }
     if (terminal_ != nullptr) terminal_->addTo(watched);
+    if (opener_ != nullptr) {
+      opener_->addTo(watched);
+      const int patience = opener_->patience();
+      if (patience >= 0) wait = wait < 0 ? patience : std::min(wait, patience);
+    }
     const int ready = poll(watched.data(), watched.size(), wait);
+    if (opener_ != nullptr && ready >= 0) opener_->serve(watched);
     if (ready <= 0) return ready;
     if (watched[0].revents != 0) hasEnded_ = true;
     if (watched[1].revents != 0) takeReports();
@@ -291,6 +299,7 @@ class Run {
   Terminal* terminal_;
   SystemLog& log_;
   Signals& signals_;
+  Opener* opener_;
   std::string message_;
   std::optional<int> startError_;
   std::optional<int> endStatus_;
@@ -302,7 +311,8 @@ class Run {
 
 }  // namespace
 
-Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program) {
+Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
+                   Opener* opener) {
   Pipe reports = makePipe();
   Pipe status = makePipe();
   Pipe messages = makePipe();
@@ -334,6 +344,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
                    arguments.get(),      request.statusOutput, reports.writeEnd.get(), errorOutput.get()};
   for (const auto& file : request.dataFiles) launch.passed.push_back(file.content);
   for (int descriptor : request.passedOn) launch.passed.push_back(descriptor);
+  if (opener != nullptr && opener->applicationEnd()) launch.passed.push_back(opener->applicationEnd().get());
   launch.words = {"bwrap",
                   "--args",
                   std::to_string(arguments.get()),
@@ -350,8 +361,9 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   for (Pipe* pipe : {&reports, &status, &messages, &output}) pipe->writeEnd.close();
   errorOutput.close();
   if (terminal) terminal->deviceSide().close();
+  if (opener != nullptr) opener->applicationEnd().close();
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(output),
-             terminal ? &*terminal : nullptr, log, signals)
+             terminal ? &*terminal : nullptr, log, signals, opener)
       .watch();
 }
 

@@ -9,6 +9,8 @@
 
 namespace device {
 
+class Opener;
+
 struct Program {
   enum class Streams {
     // The caller's own standard streams.
@@ -34,7 +36,9 @@ struct Ending {
 };
 
 // To be called from the main thread of a process without other threads: the device ends with that thread.
-// Returns when no process of the device is left. `request.statusOutput` is filled in here.
-Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program);
+// Returns when no process of the device is left. `request.statusOutput` is filled in here. `opener`, which
+// may be null, serves the program meanwhile and nobody else.
+Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
+                   Opener* opener = nullptr);
 
 }  // namespace device

@@ -8,6 +8,7 @@
 #include "device/Environment.h"
 #include "device/HostPrograms.h"
 #include "device/Interruption.h"
+#include "device/Opener.h"
 #include "device/Options.h"
 #include "device/Refusal.h"
 #include "device/Sandbox.h"
@@ -235,7 +236,8 @@ int run(const Options& options) {
   Host host = lookAt(options, caller, account.home);
   const fs::path device = deviceOf(options, caller, account);
   fs::path reached = device;
-  if (geteuid() == 0) reached = leaveRoot(host, device, account, calling.has_value());
+  const bool isRoots = geteuid() == 0;
+  if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
 
   const DeviceFolder folder(openOrMakeFolder(reached), device, {host.ownFiles, localeIdentifier(caller)});
   const bool isApplication = options.action == Options::Action::OpenApplication;
@@ -274,9 +276,18 @@ int run(const Options& options) {
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"
                                                                       : "The shell";
-  const Ending ending = runInDevice(host.bubblewrap, std::move(request), programFor(options));
+  std::optional<Opener> opener;
+  if (isApplication) {
+    // Root's start has become a user whose desktop session this is not.
+    opener.emplace(Opener::Setting{folder.applications(), folder.var(),
+                                   isRoots ? fs::path() : findOpenerProgram(caller),
+                                   openerEnvironment(caller), openerLogPath(caller, account.home)});
+  }
+  const Ending ending =
+      runInDevice(host.bubblewrap, std::move(request), programFor(options), opener ? &*opener : nullptr);
   // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();
+  opener.reset();
   return tell(ending, name);
 }
 

@@ -26,5 +26,6 @@ inline constexpr int fieldHeight = 36;
 inline constexpr int wideScreen = 900;
 inline constexpr int sideColumnWidth = 320;
 inline constexpr int widestControls = 560;
+inline constexpr int addressLines = 4;
 
 }  // namespace metrics

@@ -3,6 +3,7 @@
 #include "platform/UIApplication.h"
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
+#include "ui/OpenAddress.h"
 
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(QStringLiteral("org.example.Tweakbench"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/application.png")));
     endCommandsWithApplication();
+    openAddressesOnHost();
     return makeAppDelegate();
   });
 }

@@ -2,9 +2,12 @@
 #include "core/PropertyList.h"
 #include "platform/UIApplication.h"
 #include "tests/ui/Screens.h"
+#include "ui/OpenAddress.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/NewProject.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QUrl>
 
 namespace {
@@ -39,6 +42,27 @@ TEST_F(Menus, OptionsOpenTheProjectAndItsPackages) {
   EXPECT_EQ(opened, (QStringList{"filza://view/var/Tweakyard/Projects/P/",
                                  "filza:///var/mobile/Documents/Tweakbench/P/",
                                  "filza:///var/mobile/Documents/Tweakbench"}));
+}
+
+TEST_F(Menus, AnAddressThatNothingOpensIsShownAsTextToCopy) {
+  makeProject({{"Tweak.x", ""}});
+  for (const char* language : {"EN", "AR"}) {
+    device::speak(language);
+    start();
+    openAddressesOnHost();
+    optionsMenu(text::openInFilza);
+    waitToSee(localized(text::error));
+    QWidget* const address = finger::find("Address");
+    const QRect area = address->rect().translated(address->mapTo(address->window(), QPoint()));
+    EXPECT_TRUE(address->window()->rect().contains(area)) << "not all of it is on screen";
+    address->setFocus();
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(address, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza://view/var/Tweakyard/Projects/P/");
+    tap(localized(text::ok));
+    delegate_.reset();
+  }
+  UIApplication::sharedApplication()->setURLOpener({});
 }
 
 TEST_F(Menus, ProjectsComeInAndGoOut) {

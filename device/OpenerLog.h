@@ -1,0 +1,26 @@
+// The opener's own log: what the device asked for and did not get.
+#pragma once
+
+#include "device/Descriptor.h"
+
+#include <filesystem>
+#include <string>
+
+namespace device {
+
+// A file of the user's, outside the device. Starts anew when it has grown large, and takes so many lines of
+// one run only, since the device decides how many there are.
+class OpenerLog {
+ public:
+  // Makes the file's folder where missing. Where that cannot be, lines go nowhere.
+  explicit OpenerLog(const std::filesystem::path& file);
+
+  // One line, with the time in front; control characters are made visible, long texts cut.
+  void add(const std::string& words);
+
+ private:
+  Descriptor file_;
+  int lines_ = 0;
+};
+
+}  // namespace device

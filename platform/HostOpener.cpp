@@ -1,0 +1,77 @@
+#include "platform/HostOpener.h"
+
+#include "core/NSLog.h"
+#include "core/OpenerProtocol.h"
+#include "platform/EventBoundary.h"
+#include "platform/dispatch.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+#include <QSocketNotifier>
+
+namespace {
+
+bool isOpenerSocket(int descriptor) {
+  int domain = 0;
+  int type = 0;
+  socklen_t size = sizeof(int);
+  return getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &domain, &size) == 0 && domain == AF_UNIX &&
+         getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
+}
+
+}  // namespace
+
+HostOpener::HostOpener(std::function<void(const QUrl&)> unavailable, QObject* parent)
+    : QObject(parent), unavailable_(std::move(unavailable)) {}
+
+HostOpener::~HostOpener() {
+  delete answers_;
+  if (socket_ >= 0) close(socket_);
+}
+
+void HostOpener::connectTo(int descriptor) {
+  if (!isOpenerSocket(descriptor) || fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) return;
+  socket_ = descriptor;
+  answers_ = new QSocketNotifier(socket_, QSocketNotifier::Read, this);
+  connect(answers_, &QSocketNotifier::activated, this, atEventBoundary([this] { takeAnswers(); }));
+}
+
+bool HostOpener::open(const QUrl& url) {
+  const QByteArray text = url.toEncoded();
+  opener::Request request{};
+  const auto size = static_cast<std::size_t>(text.size());
+  if (size == 0 || size > opener::longestURL) {
+    NSLog("No URL that can be opened: " + text.left(opener::longestURL).toStdString());
+    return false;
+  }
+  request.number = ++lastNumber_;
+  std::copy(text.begin(), text.end(), request.url);
+  if (send(socket_, &request, opener::requestHead + size, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) {
+    report(url);
+    return false;
+  }
+  asked_.insert(request.number, url);
+  return true;
+}
+
+void HostOpener::takeAnswers() {
+  opener::Answer answer{};
+  const ssize_t got = recv(socket_, &answer, sizeof answer, MSG_DONTWAIT);
+  if (got < 0) return;
+  if (got != static_cast<ssize_t>(sizeof answer)) {
+    // The launcher is gone, and this process is about to go with it.
+    answers_->setEnabled(false);
+    return;
+  }
+  const QUrl url = asked_.take(answer.number);
+  if (answer.verdict == opener::Verdict::Unavailable && url.isValid()) report(url);
+}
+
+// From the event loop in any case: who opens a URL is in the middle of something.
+void HostOpener::report(const QUrl& url) {
+  dispatch_async(dispatch_get_main_queue(), [unavailable = unavailable_, url] { unavailable(url); });
+}

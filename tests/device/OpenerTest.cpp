@@ -1,0 +1,235 @@
+// What the opener opens for a device that means harm, and what it does not.
+#include "device/OpenableAddress.h"
+#include "device/Opener.h"
+#include "support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = OpenableAddress::Kind;
+using opener::Verdict;
+
+TEST(OpenableAddress, FoldersOfTheDeviceAndPagesAreAllThereIs) {
+  struct Row {
+    std::string url;
+    Kind kind;
+    const char* value;
+  };
+  const std::vector<Row> rows{
+      {"filza://view/var/Tweakyard/Projects/P/", Kind::FolderOfVar, "Tweakyard/Projects/P"},
+      {"filza:///var/mobile/Documents/Tweakbench", Kind::FolderOfVar, "mobile/Documents/Tweakbench"},
+      {"filza:///private/var//mobile/./x", Kind::FolderOfVar, "mobile/x"},
+      {"filza://view/var", Kind::FolderOfVar, "."},
+      {"filza:///var/%D9%85%20%25%2e%2e", Kind::FolderOfVar, "\u0645 %.."},
+      {"filza:///Applications/Tweakbench.app", Kind::FolderOfApplications, "Tweakbench.app"},
+      {"https://example.com/?a=b&c=%20#d", Kind::Page, "https://example.com/?a=b&c=%20#d"},
+      {"http://example.org", Kind::Page, "http://example.org"},
+      {"cydia://url/https://example.com/share#?source=https://example.org/packages", Kind::Page,
+       "cydia://url/https://example.com/share#?source=https://example.org/packages"},
+      {"filza:///variable", Kind::Refused, "not a folder"},
+      {"filza:///etc/passwd", Kind::Refused, "not a folder"},
+      {"filza:///usr/bin", Kind::Refused, "not a folder"},
+      {"filza://var/mobile", Kind::Refused, "not a folder"},
+      {"filza://view.example.com/var/x", Kind::Refused, "not a folder"},
+      {"filza://", Kind::Refused, "not a folder"},
+      {"filza:///var/../../etc", Kind::Refused, "goes up"},
+      {"filza:///var/x%2f%2e%2e/y", Kind::Refused, "goes up"},
+      {"filza:///var/a%00b", Kind::Refused, "not a path"},
+      {"filza:///var/a%0ab", Kind::Refused, "not a path"},
+      {"filza:///var/%zz", Kind::Refused, "not a path"},
+      {"filza:///var/%2", Kind::Refused, "not a path"},
+      {"filza:///var/a?b", Kind::Refused, "not a path"},
+      {"filza:///var/a#b", Kind::Refused, "not a path"},
+      {"file:///etc/passwd", Kind::Refused, "scheme"},
+      {"javascript:alert(1)", Kind::Refused, "scheme"},
+      {"-https://example.com", Kind::Refused, "scheme"},
+      {"--help", Kind::Refused, "scheme"},
+      {"/bin/sh", Kind::Refused, "scheme"},
+      {"HTTPS://example.com", Kind::Refused, "scheme"},
+      {"https:///path", Kind::Refused, "scheme"},
+      {"https://", Kind::Refused, "scheme"},
+      {"https://example.com/ x", Kind::Refused, "not written"},
+      {"https://example.com/\n", Kind::Refused, "not written"},
+      {"https://example.com/`id`", Kind::Refused, "not written"},
+      {"https://example.com/\xd9\x85", Kind::Refused, "not written"},
+      {std::string("https://example.com/\0x", 22), Kind::Refused, "not written"},
+      {"https://example.com/" + std::string(3000, 'x'), Kind::Refused, "too long"},
+      {"", Kind::Refused, "scheme"},
+  };
+  for (const auto& row : rows) {
+    const OpenableAddress address = readAddress(row.url);
+    EXPECT_EQ(address.kind, row.kind) << row.url;
+    if (row.kind == Kind::Refused) {
+      EXPECT_NE(address.reason.find(row.value), std::string::npos) << row.url << ": " << address.reason;
+    } else {
+      EXPECT_EQ(address.value, row.value) << row.url;
+    }
+  }
+}
+
+// An opener with a program that notes its arguments and environment, and the application's end of the socket.
+class OpenerTest : public testing::Test {
+ protected:
+  OpenerTest() {
+    putFile(device / "var/P/inside", "of P");
+    putFile(home / "precious", "kept");
+    fs::create_directory(device / "Applications");
+    applications_ = Descriptor(open((device / "Applications").c_str(), O_PATH | O_DIRECTORY));
+    var_ = Descriptor(open((device / "var").c_str(), O_PATH | O_DIRECTORY));
+    program("for a; do printf '%s\\n' \"$a\" >> \"$OUT\"; done; ls \"$1\" >> \"$OUT\" 2> /dev/null; true");
+    opener_.emplace(setting());
+  }
+
+  void program(const std::string& body) {
+    putFile(home / "xdg-open", "#!/bin/sh\n" + body + "\n");
+    chmod((home / "xdg-open").c_str(), 0755);
+  }
+  Opener::Setting setting() {
+    return {applications_.get(),
+            var_.get(),
+            home / "xdg-open",
+            {{"OUT", home / "out"}, {"PATH", "/usr/bin:/bin"}},
+            home / "state/opener.log"};
+  }
+  void send(std::string_view bytes) {
+    EXPECT_EQ(::send(opener_->applicationEnd().get(), bytes.data(), bytes.size(), 0),
+              static_cast<ssize_t>(bytes.size()));
+  }
+  // Serves the opener until it has answered.
+  opener::Answer answer() {
+    opener::Answer answer{};
+    while (recv(opener_->applicationEnd().get(), &answer, sizeof answer, MSG_DONTWAIT) < 0) {
+      std::vector<pollfd> watched;
+      opener_->addTo(watched);
+      poll(watched.data(), watched.size(), opener_->patience());
+      opener_->serve(watched);
+    }
+    return answer;
+  }
+  Verdict ask(const std::string& url) {
+    const std::uint32_t number = ++number_;
+    send(std::string(reinterpret_cast<const char*>(&number), sizeof number) + url);
+    const opener::Answer got = answer();
+    EXPECT_EQ(got.number, number);
+    return got.verdict;
+  }
+  std::string log() { return fileAt(home / "state/opener.log"); }
+  // What the program was given, as a path of this process.
+  std::string shown() {
+    const std::string out = fileAt(home / "out");
+    return out.substr(0, out.find('\n'));
+  }
+
+  TemporaryFolder device;
+  TemporaryFolder home;
+  Descriptor applications_;
+  Descriptor var_;
+  std::optional<Opener> opener_;
+  std::uint32_t number_ = 0;
+};
+
+TEST_F(OpenerTest, APageIsOneArgumentOfTheProgram) {
+  const std::string url = "https://example.com/?a='$(id)';&b=*";
+  EXPECT_EQ(ask(url), Verdict::Opened);
+  EXPECT_EQ(fileAt(home / "out"), url + "\n");
+  EXPECT_EQ(log(), "");
+}
+
+TEST_F(OpenerTest, AFolderIsShownWhateverBecomesOfItsName) {
+  EXPECT_EQ(ask("filza:///var/P/"), Verdict::Opened);
+  EXPECT_EQ(fileAt(home / "out"), shown() + "\ninside\n");
+  EXPECT_EQ(fs::path(shown()).filename(), "P");
+  // What a build puts in its place is not what the file manager gets.
+  fs::rename(device / "var/P", device / "var/Q");
+  fs::create_symlink(home / "precious", device / "var/P");
+  EXPECT_EQ(fileAt(shown() + "/inside"), "of P");
+  EXPECT_TRUE(fs::is_directory(shown()));
+  const std::string place = fs::path(shown()).parent_path().parent_path();
+  opener_.reset();
+  EXPECT_FALSE(fs::exists(place));
+}
+
+TEST_F(OpenerTest, FilesLinksAndMissingFoldersAreRefused) {
+  putFile(device / "var/run.desktop", "[Desktop Entry]\nExec=sh\n");
+  fs::create_directory_symlink(home.path(), device / "var/link");
+  fs::create_symlink(home / "precious", device / "var/file-link");
+  mkfifo((device / "var/pipe").c_str(), 0600);
+  fs::create_directory(home / "folder");
+  for (const char* path : {"run.desktop", "link", "link/", "link/folder", "file-link", "pipe", "missing"}) {
+    opener_.emplace(setting());
+    EXPECT_EQ(ask(std::string("filza:///var/") + path), Verdict::Refused) << path;
+    EXPECT_NE(log().find(std::string("Refused (no folder of the device): filza:///var/") + path + "\n"),
+              std::string::npos)
+        << log();
+  }
+  EXPECT_FALSE(fs::exists(home / "out"));
+}
+
+TEST_F(OpenerTest, WhoAsksTooOftenIsRefused) {
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(ask("https://example.com/"), Verdict::Opened);
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Refused);
+  EXPECT_NE(log().find("too often"), std::string::npos);
+  const std::string out = fileAt(home / "out");
+  EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 5);
+  for (int i = 0; i < 1000; ++i) ask("file:///etc/passwd");
+  EXPECT_LT(log().size(), 100'000U);
+}
+
+TEST_F(OpenerTest, WithoutAProgramThatWorksTheURLIsUnavailable) {
+  program("exit 3");
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Unavailable);
+  EXPECT_NE(log().find("xdg-open failed for https://example.com/"), std::string::npos);
+  fs::remove(home / "xdg-open");
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Unavailable);
+  Opener::Setting none = setting();
+  none.program.clear();
+  opener_.emplace(std::move(none));
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Unavailable);
+  EXPECT_EQ(ask("filza:///var/missing"), Verdict::Refused) << "nothing to show";
+}
+
+TEST_F(OpenerTest, AProgramThatRunsOnHasOpened) {
+  ASSERT_EQ(mkfifo((home / "end").c_str(), 0600), 0);
+  program("exec cat \"$(dirname \"$OUT\")/end\"");
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Opened);
+  // Lets it end.
+  const Descriptor end(open((home / "end").c_str(), O_WRONLY));
+  EXPECT_TRUE(end);
+}
+
+TEST_F(OpenerTest, PacketsThatAreNoRequestsDoNoHarm) {
+  send("abc");
+  EXPECT_EQ(answer().verdict, Verdict::Refused);
+  send(std::string(100'000, 'x'));
+  EXPECT_EQ(answer().verdict, Verdict::Refused);
+  send("abcd");
+  EXPECT_EQ(answer().verdict, Verdict::Refused);
+  EXPECT_EQ(ask(std::string("https://example.com/\033]0;x\a")), Verdict::Refused);
+  EXPECT_EQ(log().find('\033'), std::string::npos);
+  EXPECT_EQ(ask("https://example.com/"), Verdict::Opened);
+}
+
+TEST(OpenerProgram, GetsTheDesktopSessionAndNoSecrets) {
+  const Environment caller{{"DISPLAY", ":0"},        {"XDG_CURRENT_DESKTOP", "X"}, {"LC_ALL", "C"},
+                           {"LD_PRELOAD", "/x.so"},  {"TOKEN", "secret"},          {"HOME", "/home/me"},
+                           {"SSH_AUTH_SOCK", "/run"}};
+  EXPECT_EQ(
+      openerEnvironment(caller),
+      (Environment{{"DISPLAY", ":0"}, {"XDG_CURRENT_DESKTOP", "X"}, {"LC_ALL", "C"}, {"HOME", "/home/me"}}));
+  EXPECT_EQ(findOpenerProgram({{"PATH", "relative:/nonexistent"}}), "");
+  EXPECT_EQ(openerLogPath({{"XDG_STATE_HOME", "x"}}, "/home/me"),
+            "/home/me/.local/state/tweakbench/opener.log");
+}
+
+}  // namespace
+}  // namespace device

@@ -1,0 +1,78 @@
+// Stands in the application's place when the launcher opens it: the same screens, and a finger on them that
+// does what /var/tmp/step in the device says.
+#include "core/run_cmd.h"
+#include "platform/Motion.h"
+#include "platform/UIApplication.h"
+#include "platform/dispatch.h"
+#include "support/TemporaryFolder.h"
+#include "ui/AppDelegate.h"
+#include "ui/Links.h"
+#include "ui/Localized.h"
+#include "ui/OpenAddress.h"
+#include "ui/tour/Finger.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+#include <cstdlib>
+
+#include <QPlainTextEdit>
+
+namespace {
+
+constexpr const char* result = "/var/tmp/result";
+
+void tapOption(const TextPair& option) {
+  finger::tap("Project Options");
+  finger::tap(localized(option));
+}
+
+// What the dialog for an address that nothing opens shows.
+std::string addressShown() {
+  return qobject_cast<QPlainTextEdit*>(finger::find("Address"))->toPlainText().toStdString();
+}
+
+void take(const std::string& step) {
+  if (step == "open") {
+    tapOption(text::openInFilza);
+    openAddress(links::addPackageSource);
+    // Refused, and so nothing is shown.
+    openAddress("file:///etc/passwd");
+    run_cmd("ls -l /proc/self/fd > /var/tmp/descriptors");
+    putFile(result, "asked");
+    // The last of them is answered when the others are.
+    openAddress("https://example.com/last");
+    finger::waitUntil([] { return fileAt("/var/tmp/done") == "yes\n"; }, "nobody says that it is done");
+  } else if (step == "unavailable") {
+    openAddress(links::addPackageSource);
+    putFile(result, addressShown());
+  } else if (step == "language") {
+    tapOption(text::changeLanguage);
+    finger::tap(localized(text::arabic));
+  } else if (step == "read") {
+    finger::tap("Project Options");
+    finger::waitToSee(QString::fromUtf8(text::extraOptions.arabic));
+    putFile(result, "Arabic");
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return UIApplicationMain(argc, argv, [] {
+    setMotionEnabled(false);
+    openAddressesOnHost();
+    createProjectsFolder();
+    recordTheosPath();
+    putFile("/var/Tweakyard/Projects/P/Tweak.x", "");
+    chooseProject("P");
+    dispatch_async(dispatch_get_main_queue(), [] {
+      try {
+        take(fileAt("/var/tmp/step"));
+      } catch (const std::exception& error) {
+        putFile(result, error.what());
+      }
+      std::_Exit(7);
+    });
+    return makeAppDelegate();
+  });
+}
