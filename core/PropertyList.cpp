@@ -22,6 +22,23 @@ bool canStandInXML(std::string_view value) {
   return isValidUTF8(value) && std::none_of(value.begin(), value.end(), isControl);
 }
 
+// A hand-made list may hold a key twice, and the library would then read one of the two and replace the
+// other. Here the last one counts.
+PropertyListNode withoutRepeatedKeys(const PropertyListNode& dictionary) {
+  PropertyListNode unique(plist_new_dict());
+  plist_dict_iter start = nullptr;
+  plist_dict_new_iter(dictionary.get(), &start);
+  const std::unique_ptr<void, decltype(&std::free)> iterator(start, std::free);
+  for (;;) {
+    char* name = nullptr;
+    plist_t item = nullptr;
+    plist_dict_next_item(dictionary.get(), iterator.get(), &name, &item);
+    const std::unique_ptr<char, decltype(&std::free)> key(name, std::free);
+    if (item == nullptr || key == nullptr) return unique;
+    plist_dict_set_item(unique.get(), key.get(), plist_copy(item));
+  }
+}
+
 }  // namespace
 
 std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::string& path) {
@@ -29,7 +46,7 @@ std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::stri
   if (!bytes) return std::nullopt;
   PropertyListNode list = parsedPropertyList(*bytes);
   if (!list || plist_get_node_type(list.get()) != PLIST_DICT) return std::nullopt;
-  return PropertyList(std::move(list));
+  return PropertyList(withoutRepeatedKeys(list));
 }
 
 MaybeText PropertyList::objectForKey(const std::string& key) const {

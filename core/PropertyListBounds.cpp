@@ -33,6 +33,8 @@ std::size_t openings(std::string_view text, std::string_view tag) {
 }
 
 bool isXMLWithinBounds(std::string_view text) {
+  // The library takes texts by their length in one place and up to the zero in another.
+  if (text.find('\0') != std::string_view::npos) return false;
   // However the text is crafted so that the library reads its comments otherwise than the scan below does, it
   // cannot nest deeper than it has containers.
   if (openings(text, "<array") + openings(text, "<dict") > mostXMLContainers) return false;
@@ -107,18 +109,34 @@ class BinaryList {
     const std::uint64_t references = kind == dictionary ? 2 * *count : *count;
     if (references > (bytes_.size() - first) / referenceSize_) return false;
     for (std::uint64_t index = 0; index < references; ++index) {
-      if (!visit(number(first + index * referenceSize_, referenceSize_), depth + 1)) return false;
+      const std::uint64_t member = number(first + index * referenceSize_, referenceSize_);
+      if (!visit(member, depth + 1)) return false;
+      // The library ends the process over a key that is no text.
+      if (kind == dictionary && index < *count && !isText(member)) return false;
     }
     return true;
   }
 
-  // Adds a text's or a data's bytes to the sum.
+  bool isText(std::uint64_t object) const {
+    const unsigned kind =
+        static_cast<unsigned char>(bytes_[number(table_ + object * offsetSize_, offsetSize_)]) >> 4;
+    return kind == plainText || kind == wideText;
+  }
+
+  // Adds a text's or a data's bytes to the sum. False too for a text with a zero in it.
   bool countText(unsigned marker, std::uint64_t at) {
+    const unsigned kind = marker >> 4;
+    const unsigned unit = kind == wideText ? 2 : 1;
     std::uint64_t first = at + 1;
     const auto length = countAt(marker & 0xF, first, bytes_.size());
-    if (!length) return false;
-    text_ += marker >> 4 == wideText ? 2 * *length : *length;
-    return text_ <= mostPropertyListText;
+    if (!length || *length > (bytes_.size() - first) / unit) return false;
+    text_ += unit * *length;
+    if (text_ > mostPropertyListText) return false;
+    if (kind == data) return true;
+    for (std::uint64_t index = 0; index < *length; ++index) {
+      if (number(first + index * unit, unit) == 0) return false;
+    }
+    return true;
   }
 
   // The number of members; `first` is moved to the first of them. Absent when it is more than `most` or the
@@ -136,6 +154,7 @@ class BinaryList {
   }
 
   static constexpr unsigned data = 0x4;
+  static constexpr unsigned plainText = 0x5;
   static constexpr unsigned wideText = 0x6;  // two bytes a unit
 
   std::string_view bytes_;

@@ -128,6 +128,25 @@ TEST(PropertyLists, BinaryOnesAreReadAndWrittenBackAsXML) {
   EXPECT_EQ(propertyListValue(path, "XBRecentLocale"), "ar_SA");
 }
 
+TEST(PropertyLists, OfAKeyThatStandsTwiceTheLastCountsAndAnUpdateReplacesBoth) {
+  const TemporaryFolder folder;
+  const std::string path = folder / "list.plist";
+  const std::string once = "<key>Choose</key><string>";
+  putFile(path, xmlList("<dict>" + once + "first</string>" + once + "second</string></dict>"));
+  EXPECT_EQ(propertyListValue(path, "Choose"), "second");
+  setPropertyListValue(path, "Choose", "third");
+  EXPECT_EQ(propertyListValue(path, "Choose"), "third");
+  removePropertyListValue(path, "Choose");
+  EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt);
+
+  // The same in the binary form, whose dictionary may name one key twice.
+  putFile(path, std::string("bplist00\xD2\x01\x01\x02\x03QkQaQb\x08\x0D\x0F\x11", 23) + std::string(6, '\0') +
+                    std::string("\x01\x01\0\0\0\0\0\0\0\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x13", 26));
+  EXPECT_EQ(propertyListValue(path, "k"), "b");
+  setPropertyListValue(path, "k", "c");
+  EXPECT_EQ(propertyListValue(path, "k"), "c");
+}
+
 std::string nested(std::size_t levels) {
   std::string text;
   for (std::size_t level = 0; level < levels; ++level) text += "<array>";
@@ -172,6 +191,12 @@ TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
   for (int level = 0; level < 30'000; ++level) hidden += "<array><!--</array>-->";
   std::string selfReferring = binaryList;
   selfReferring[10] = '\0';
+  std::string zeroInKey = binaryList;
+  zeroInKey[zeroInKey.find("XBRecentLocale") + 3] = '\0';
+  std::string zeroInText = binaryList;
+  zeroInText[zeroInText.find("ar_SA") + 1] = '\0';
+  std::string numberAsKey = binaryList;
+  numberAsKey[numberAsKey.find("XBRecentLocale") - 1] = '\x13';
   const struct {
     const char* why;
     std::string bytes;
@@ -190,6 +215,11 @@ TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
       {"shared references that multiply", sharedReferences()},
       {"a shared text that multiplies", sharedText(200)},
       {"a dictionary that holds itself", selfReferring},
+      {"a key with a zero in it", zeroInKey},
+      {"a key that is a number", numberAsKey},
+      {"a text with a zero in it", zeroInText},
+      {"XML with a zero in it",
+       xmlList("<dict><key>k</key><string>a" + std::string(1, '\0') + "b</string></dict>")},
       {"binary, cut off", binaryList.substr(0, 40)},
       {"binary, only the magic", "bplist00"},
       {"binary, trailer of 0xFF", "bplist00" + std::string(40, '\xFF')},
