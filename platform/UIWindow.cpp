@@ -9,12 +9,21 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
+#include <QPixmapCache>
 #include <QResizeEvent>
 
 namespace {
 
 void post(const QString& name, UIWindow* window) {
   NSNotificationCenter::defaultCenter().postNotificationName(name, window);
+}
+
+// The style draws every control once for every palette that it meets and keeps the picture's name for good,
+// so what was drawn for palettes that are gone is thrown away from time to time.
+void forgetPicturesOfFormerPalettes() {
+  constexpr int palettesAtATime = 64;
+  static int palettes = 0;
+  if (++palettes % palettesAtATime == 0) QPixmapCache::clear();
 }
 
 bool canTakeFocus(const QWidget* widget) {
@@ -152,6 +161,7 @@ void UIWindow::setTakesInput(bool takesInput) {
   if (takesInput == isEnabled()) return;
   if (takesInput) {
     setPalette(QPalette());
+    forgetPicturesOfFormerPalettes();
   } else {
     // What lies behind is dimmed by the cover above it, not greyed out control by control as well.
     QPalette palette = this->palette();
