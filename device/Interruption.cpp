@@ -7,21 +7,21 @@ namespace {
 
 volatile sig_atomic_t came = 0;
 
-void setHandlers(void (*handler)(int)) {
-  struct sigaction action {};
-  action.sa_handler = handler;
-  for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaction(number, &action, nullptr);
-}
-
 }  // namespace
 
 Interruption::Interruption() {
   came = 0;
-  setHandlers([](int number) { came = number; });
+  struct sigaction note {};
+  note.sa_handler = [](int number) { came = number; };
+  for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    struct sigaction& before = before_[number];
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(number, &note, nullptr);
+  }
 }
 
 Interruption::~Interruption() {
-  setHandlers(SIG_DFL);
+  for (const auto& [number, before] : before_) sigaction(number, &before, nullptr);
 }
 
 void Interruption::check() {

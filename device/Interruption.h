@@ -1,6 +1,7 @@
 // Notes that somebody wants the launcher to end, so that it can tidy up first.
 #pragma once
 
+#include <map>
 #include <signal.h>
 
 namespace device {
@@ -10,7 +11,8 @@ struct Interrupted {
   int signal;
 };
 
-// While an object lives, SIGINT, SIGTERM, SIGHUP and SIGQUIT are only noted. One at a time.
+// While an object lives, SIGINT, SIGTERM, SIGHUP and SIGQUIT are only noted, or still ignored where the
+// caller has them ignored. One at a time.
 class Interruption {
  public:
   Interruption();
@@ -20,6 +22,9 @@ class Interruption {
 
   // Throws Interrupted once one of the signals has come.
   static void check();
+
+ private:
+  std::map<int, struct sigaction> before_;
 };
 
 }  // namespace device

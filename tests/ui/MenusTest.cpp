@@ -1,10 +1,14 @@
 // The menus of the main screen, from the tap to what it leaves on disk.
-#include "core/PropertyList.h"
 #include "platform/UIApplication.h"
+#include "support/Tree.h"
 #include "tests/ui/Screens.h"
 #include "ui/OpenAddress.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
+#include "workspace/Deletion.h"
+
+#include <functional>
+#include <unistd.h>
+#include <utility>
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -21,27 +25,83 @@ const std::string backups = "/var/mobile/Documents/TweakbenchBackups";
 
 class Menus : public Screens {
  protected:
-  Menus() { removeItemAtPath(backups); }
+  Menus() {
+    // Where typed paths are looked for, as in the application.
+    EXPECT_EQ(chdir("/"), 0);
+  }
+  ~Menus() override {
+    for (const std::string& folder : {backups, in, out}) removeItemAtPath(folder);
+    UIApplication::sharedApplication()->setURLOpener({});
+  }
+
+  // The same in each language, on a fresh device with the project P.
+  void inBothLanguages(const std::function<void()>& flow) {
+    for (const char* language : {"EN", "AR"}) {
+      SCOPED_TRACE(language);
+      device::reset();
+      for (const std::string& folder : {backups, in, out}) removeItemAtPath(folder);
+      device::speak(language);
+      for (const auto& [name, contents] : projectTree) {
+        if (!name.ends_with('/')) putFile(device::projects + "P/" + name, contents);
+      }
+      chooseProject("P");
+      start();
+      waitToSee("Tweak.x");
+      flow();
+      delegate_.reset();
+    }
+  }
+
+  static void answer(const TextPair& option, const char* typed, const QString& button) {
+    optionsMenu(option);
+    finger::type(QString::fromUtf8(typed));
+    tap(button);
+  }
+
+  static Tree below(const std::string& folder, const Tree& tree) {
+    Tree whole{{folder + "/", ""}};
+    for (const auto& [name, contents] : tree) whole[folder + "/" + name] = contents;
+    return whole;
+  }
+
+  static void expectCurrent(const char* name) {
+    EXPECT_EQ(device::setting("Choose", "Choose"), name);
+    EXPECT_EQ(device::setting("Files", "Files"), name);
+  }
+
+  const std::string in = "/var/mobile/Documents/In";
+  const std::string out = "/var/mobile/Documents/Out";
+  const Tree projectTree{{"Makefile", "TWEAK_NAME = P\nP_FILES = Tweak.x\n"},
+                         {"P.plist", "{ Filter = P; }\n"},
+                         {"Tweak.x", std::string("\0\xff\r\n%hook", 9)},
+                         {"control", "Package: com.example.P\nName: P\n"},
+                         {"sub/", ""},
+                         {"sub/.hidden", "\u0645\n"}};
 };
 
 TEST_F(Menus, OptionsOpenTheProjectAndItsPackages) {
-  makeProject({{"Tweak.x", ""}});
-  putFile(device::packages + "/P/x.deb", "");
-  start();
-  QStringList opened;
-  UIApplication::sharedApplication()->setURLOpener([&opened](const QUrl& url) {
-    opened.append(url.toString());
-    return true;
+  inBothLanguages([] {
+    putFile(device::packages + "/P/x.deb", "");
+    putFile(device::packages + "/Other/y.deb", "");
+    QStringList opened;
+    UIApplication::sharedApplication()->setURLOpener([&opened](const QUrl& url) {
+      opened.append(url.toString());
+      return true;
+    });
+    optionsMenu(text::openInFilza);
+    optionsMenu(text::goToDebsFolder);
+    optionsMenu(text::deleteDebsFolder);
+    waitUntil([] { return !fileExistsAtPath(device::packages); }, "the packages are still there");
+    optionsMenu(text::goToDebsFolder);
+    removeCurrentProject();
+    putFile(device::application + "Files.plist", device::emptyList());
+    optionsMenu(text::openInFilza);
+    waitUntil([&opened] { return opened.size() == 4; }, "an address is not opened");
+    EXPECT_EQ(opened, (QStringList{"filza://view/var/Tweakyard/Projects/P/",
+                                   "filza:///var/mobile/Documents/Tweakbench/P/",
+                                   "filza:///var/mobile/Documents/Tweakbench",
+                                   "filza://view/var/Tweakyard/Projects/(null)/"}));
   });
-  optionsMenu(text::openInFilza);
-  optionsMenu(text::goToDebsFolder);
-  optionsMenu(text::deleteDebsFolder);
-  waitUntil([] { return !fileExistsAtPath(device::packages); }, "the packages are still there");
-  optionsMenu(text::goToDebsFolder);
-  waitUntil([&opened] { return opened.size() == 3; }, "an address is not opened");
-  EXPECT_EQ(opened, (QStringList{"filza://view/var/Tweakyard/Projects/P/",
-                                 "filza:///var/mobile/Documents/Tweakbench/P/",
-                                 "filza:///var/mobile/Documents/Tweakbench"}));
 }
 
 TEST_F(Menus, AnAddressThatNothingOpensIsShownAsTextToCopy) {
@@ -62,65 +122,114 @@ TEST_F(Menus, AnAddressThatNothingOpensIsShownAsTextToCopy) {
     tap(localized(text::ok));
     delegate_.reset();
   }
-  UIApplication::sharedApplication()->setURLOpener({});
 }
 
 TEST_F(Menus, ProjectsComeInAndGoOut) {
-  ASSERT_EQ(chdir("/"), 0);
-  putFile("/var/mobile/Documents/In/Tweak.x", "in");
-  start();
-  optionsMenu(text::importFromPath);
-  waitToSee(localized(text::pathExample));
-  finger::type("var/mobile/Documents/nothing");
-  tap(localized(text::import_));
-  waitToSee(localized(text::noData));
-  tap(localized(text::ok));
-  optionsMenu(text::importFromPath);
-  finger::type("var/mobile/Documents/In");
-  tap(localized(text::import_));
-  waitToSee("Tweak.x");
-  removeItemAtPath("/var/mobile/Documents/In");
-  optionsMenu(text::exportProjectToPath);
-  finger::type("mobile/Documents/");
-  tap(localized(text::export_));
-  EXPECT_EQ(fileAt("/var/mobile/Documents/In/Tweak.x"), "in");
-  removeItemAtPath("/var/mobile/Documents/In");
+  inBothLanguages([this] {
+    putFile(in + "/Tweak.x", "in");
+    putFile(in + "/sub/file", "");
+    putFile(out + "/kept", "");
+    answer(text::importFromPath, "var/mobile/Documents/nothing", localized(text::import_));
+    waitToSee(localized(text::noData));
+    tap(localized(text::ok));
+    answer(text::importFromPath, "  ", localized(text::import_));
+    waitToSee(localized(text::noData));
+    tap(localized(text::ok));
+    answer(text::importFromPath, "var/mobile/Documents/In", localized(text::cancel));
+    EXPECT_EQ(treeAt(device::projects), below("P", projectTree));
+    expectCurrent("P");
+    EXPECT_FALSE(sees(localized(text::noData)));
+
+    answer(text::exportProjectToPath, "mobile/Documents/Out", localized(text::cancel));
+    answer(text::exportProjectToPath, "mobile/no/such/", localized(text::export_));
+    answer(text::exportProjectToPath, "mobile/Documents/Out", localized(text::export_));
+    Tree expected = below("P", projectTree);
+    expected["kept"];
+    waitUntil([&] { return treeAt(out) == expected; }, "the copy is not the project");
+    EXPECT_FALSE(fileExistsAtPath("/var/mobile/no"));
+
+    answer(text::importFromPath, "var/mobile/Documents/In", localized(text::import_));
+    waitToSee("sub");
+    expectCurrent("In");
+    expected = below("P", projectTree);
+    expected.merge(below("In", treeAt(in)));
+    EXPECT_EQ(treeAt(device::projects), expected);
+    // Once more: the shell's rules merge it with what is there.
+    putFile(device::projects + "In/own", "own");
+    putFile(in + "/Tweak.x", "newer");
+    answer(text::importFromPath, "var/mobile/Documents/In", localized(text::import_));
+    expected["In/own"] = "own";
+    expected["In/Tweak.x"] = "newer";
+    waitUntil([&] { return treeAt(device::projects) == expected; }, "the second import is not merged");
+  });
 }
 
 TEST_F(Menus, BackupsAreMadeRestoredAndDeleted) {
-  start();
-  optionsMenu(text::backUp);
-  waitToSee(localized(text::error));
-  tap(localized(text::ok));
-  makeProject({{"Tweak.x", "saved"}});
-  optionsMenu(text::backUp);
-  waitToSee(QString::fromStdString(backups + "/P"));
-  tap(localized(text::ok));
-  removeItemAtPath(device::projects + "P");
-  optionsMenu(text::restore);
-  waitToSee("P");
-  tap("P");
-  waitToSee(localized(text::done));
-  tap(localized(text::ok));
-  waitToSee("Tweak.x");
-  EXPECT_EQ(fileAt(device::projects + "P/Tweak.x"), "saved");
-  optionsMenu(text::deleteAllBackups);
-  tap(localized(text::confirm));
-  waitToSee(localized(text::done));
-  EXPECT_FALSE(fileExistsAtPath(backups));
-  tap(localized(text::ok));
+  inBothLanguages([this] {
+    optionsMenu(text::backUp);
+    waitToSee(localized(text::done));
+    waitToSee(QString::fromStdString(backups + "/P"));
+    tap(localized(text::ok));
+    EXPECT_EQ(treeAt(backups), below("P", projectTree));
+    // Listed like a backup, though it is none.
+    putFile(backups + "/stray", "stray");
+    putFile(device::projects + "P/Tweak.x", "spoilt");
+    putFile(device::projects + "P/new", "");
+    putFile(device::projects + "Q/q", "");
+    chooseProject("Q");
+
+    optionsMenu(text::restore);
+    waitToSee("stray");
+    tap(localized(text::cancel));
+    // The screen is brought up to date all the same.
+    waitToSee("q");
+    expectCurrent("Q");
+    for (const auto& [backup, file] : {std::pair{"stray", "Files"}, std::pair{"P", "Tweak.x"}}) {
+      optionsMenu(text::restore);
+      waitToSee("P");
+      tap(backup);
+      waitToSee(localized(text::done));
+      tap(localized(text::ok));
+      waitToSee(file);
+      expectCurrent(backup);
+    }
+    Tree expected = below("P", projectTree);
+    expected.merge(below("Q", {{"q", ""}}));
+    expected["stray"] = "stray";
+    EXPECT_EQ(treeAt(device::projects), expected);
+
+    deleteProject("P");
+    chooseProject("P");
+    optionsMenu(text::backUp);
+    waitToSee(localized(text::error));
+    waitToSee(localized(text::noData));
+    tap(localized(text::ok));
+    optionsMenu(text::deleteAllBackups);
+    waitToSee(localized(text::deleteAllBackupsQuestion));
+    tap(localized(text::cancel));
+    EXPECT_EQ(treeAt(backups).size(), below("P", projectTree).size() + 1);
+    optionsMenu(text::deleteAllBackups);
+    tap(localized(text::confirm));
+    waitToSee(localized(text::done));
+    EXPECT_FALSE(fileExistsAtPath(backups));
+    tap(localized(text::ok));
+  });
 }
 
 TEST_F(Menus, AProjectIsRenamedFromTheOptions) {
-  recordTheosPath();
-  createProject("Old");
-  start();
-  waitToSee("Old.plist");
-  optionsMenu(text::changeProjectName);
-  finger::type("Brand New");
-  tap("Change");
-  waitToSee("BrandNew");
-  waitToSee("BrandNew.plist");
+  inBothLanguages([this] {
+    answer(text::changeProjectName, "Brand New", localized(text::cancel));
+    expectCurrent("P");
+    answer(text::changeProjectName, "Brand New", "Change");
+    waitToSee("BrandNew.plist");
+    waitToSee("BrandNew");
+    expectCurrent("BrandNew");
+    Tree renamed = projectTree;
+    renamed["Makefile"] = "TWEAK_NAME = BrandNew\nBrandNew_FILES = Tweak.x\n";
+    renamed["control"] = "BrandNewackage: com.example.BrandNew\nName: BrandNew\n";
+    renamed.insert(std::pair{"BrandNew.plist", renamed.extract("P.plist").mapped()});
+    EXPECT_EQ(treeAt(device::projects), below("BrandNew", renamed));
+  });
 }
 
 }  // namespace

@@ -261,6 +261,9 @@ TEST_F(Operations, ExportCopiesBelowVarAndChangesNothing) {
   exportProject("mobile/Documents/Out/");
   EXPECT_EQ(treeAt("/var/mobile/Documents/Out"), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
   exportProject("no/such/folder/");
+  exportProject("../etc/");
+  exportProject("mobile/Documents/Out/P/Tweak.x");
+  EXPECT_EQ(treeAt("/var/mobile/Documents/Out"), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
   EXPECT_EQ(treeAt(device::projects), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
   removeItemAtPath("/var/mobile/Documents/Out");
 }
@@ -293,6 +296,39 @@ TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
   EXPECT_TRUE(backupNames().empty());
 }
 
+TEST_F(Operations, ABackupThatFindsTheDiskFullLeavesTheProjectAlone) {
+  // The backups on a small disk of their own.
+  const std::string disk = "/run/mobile/backups";
+  filesystem::create_directory(disk);
+  filesystem::create_directory_symlink(disk, "/var/mobile/Documents/TweakbenchBackups");
+  put("P/small", "s");
+  put("P/large", std::string(20 << 20, 'x'));
+  chooseProject("P");
+  const Tree before = treeAt(device::projects);
+  EXPECT_EQ(backUpProject(), "/var/mobile/Documents/TweakbenchBackups/P") << "no command's failure is told";
+  EXPECT_LT(sizeOfFile(disk + "/P/large"), 20U << 20) << "the disk is not full";
+  EXPECT_EQ(treeAt(device::projects), before);
+  EXPECT_EQ(currentProject(), "P");
+  filesystem::remove_all(disk);
+}
+
+TEST_F(Operations, AProjectOfTwentyThousandFilesIsBackedUpAndRestored) {
+  Tree whole{{"P/", ""}};
+  for (int i = 0; i < 20'000; ++i) {
+    const std::string folder = "P/" + std::to_string(i % 100) + "/";
+    const std::string name = folder + std::to_string(i);
+    whole[folder];
+    put(name, whole[name] = std::to_string(i));
+  }
+  chooseProject("P");
+  backUpProject();
+  EXPECT_EQ(treeAt("/var/mobile/Documents/TweakbenchBackups"), whole);
+  const Tree lost = treeAt(device::projects + "P/7");
+  removeItemAtPath(device::projects + "P/7");
+  restoreBackup("P");
+  EXPECT_EQ(treeAt(device::projects + "P/7"), lost);
+}
+
 TEST_F(Operations, RenamingAProjectFollowsItsNameThroughItsFiles) {
   recordTheosPath();
   createProject("Tweak");
@@ -317,6 +353,11 @@ TEST_F(Operations, ARenameThatTheShellRefusesStillNamesTheProject) {
   renameProject("Taken");
   EXPECT_EQ(currentProject(), "Taken");
   EXPECT_EQ(at("Taken/P/control"), "Name: P\n") << "mv moves into a folder that is there";
+  const Tree before = treeAt(device::projects);
+  renameProject("  ");
+  EXPECT_EQ(currentProject(), "");
+  EXPECT_EQ(treeAt(device::projects), before) << "nothing is called so";
+  chooseProject("Taken");
   renameProject("a/b");
   EXPECT_EQ(currentProject(), "a/b");
   EXPECT_TRUE(fileExistsAtPath(device::projects + "Taken/file"));
@@ -324,6 +365,21 @@ TEST_F(Operations, ARenameThatTheShellRefusesStillNamesTheProject) {
   renameProject("Fresh");
   EXPECT_EQ(currentProject(), "Fresh");
   EXPECT_FALSE(fileExistsAtPath(device::projects + "Fresh"));
+}
+
+TEST_F(Operations, ARenameLeavesWhatIsNoTextAloneAndRewritesTheRestHoweverLong) {
+  const std::string filler(5'000'000, 'x');
+  put("a/control", "Name: a\n\xff");
+  put("a/Makefile", "a" + filler + "ba\n");
+  chooseProject("a");
+  renameProject("long");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"long/", ""},
+                                            {"long/Makefile", "long" + filler + "blong\n"},
+                                            {"long/control", "Name: a\n\xff"}}));
+  removeItemAtPath(device::projects + "long/control");
+  removeItemAtPath(device::projects + "long/Makefile");
+  renameProject("bare");
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"bare/", ""}}));
 }
 
 TEST_F(Operations, TheLanguageIsWrittenOrRemoved) {
