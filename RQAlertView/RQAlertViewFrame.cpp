@@ -237,6 +237,12 @@ RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHei
   const double least = std::max(most - buttons, std::min<double>(heights.header, most * headerShare));
   heights.headerShown = rounded(std::clamp(least, 0.0, static_cast<double>(heights.header)));
   heights.buttons = rounded(std::min(buttons, std::max(most - heights.headerShown, 0.0)));
+  if (arrangement_ == Arrangement::List && heights.buttons < buttons) {
+    // The last row in sight is cut in half: that there are more below shows at a glance.
+    const double row = list_->leastRowHeight();
+    const double rows = std::floor(heights.buttons / row - 0.5) + 0.5;
+    if (rows > 1) heights.buttons = rounded(rows * row);
+  }
   if (arrangement_ == Arrangement::SideBySide) {
     // A row of buttons cannot scroll, so all of the shortage is the header's.
     heights.buttons = rounded(buttons);

@@ -37,6 +37,9 @@ class Layout : public Dialogs {
       EXPECT_TRUE(box.contains(inStage(list, dialog)));
       const int row = list->visualRect(list->model()->index(0, 0)).height();
       EXPECT_GE(list->height(), std::min(row * list->rows().count(), row)) << "no row is in sight";
+      if (list->height() < row * list->rows().count() && list->height() > 2 * row) {
+        EXPECT_NEAR(list->height() % row, row / 2, 2) << "the list does not look as if it went on";
+      }
     }
     const auto* header = dialog->view()->findChild<QScrollArea*>();
     for (auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {
