@@ -63,6 +63,7 @@ Captured capture(const std::vector<std::string>& words, std::chrono::seconds lim
   Captured result;
   std::array<Source, 2> sources{makeSource(result.output), makeSource(result.errors)};
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   const pid_t parent = getpid();
