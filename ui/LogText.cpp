@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -42,13 +43,33 @@ void LogText::setText(std::string text) {
   widths_.reserve(static_cast<std::size_t>(std::count(text_.begin(), text_.end(), '\n')) + 1);
   blockIsFull_ = true;
   for (std::size_t begin = 0; begin < text_.size();) {
+    if (text_[begin] == '\n') {
+      begin = addEmptyLines(begin);
+      continue;
+    }
     const std::size_t end = std::min(text_.find('\n', begin), text_.size());
     addLine(begin, end);
     begin = end + 1;
   }
   widths_.shrink_to_fit();
   blocks_.shrink_to_fit();
-  setColumns(columns_);
+  countRows();
+}
+
+void LogText::openBlock(std::size_t begin) {
+  if (!blockIsFull_) return;
+  blocks_.push_back({static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(widths_.size()), 0, 0});
+  linesInBlock_ = 0;
+}
+
+std::size_t LogText::addEmptyLines(std::size_t begin) {
+  openBlock(begin);
+  std::size_t end = begin;
+  while (end < text_.size() && text_[end] == '\n' && linesInBlock_ + (end - begin) < blockLines) ++end;
+  widths_.insert(widths_.end(), end - begin, 0);
+  linesInBlock_ += end - begin;
+  blockIsFull_ = linesInBlock_ == blockLines;
+  return end;
 }
 
 void LogText::addLine(std::size_t begin, std::size_t end) {
@@ -58,10 +79,7 @@ void LogText::addLine(std::size_t begin, std::size_t end) {
   do {
     std::size_t next = whole ? end : std::min(at + longestPiece, end);
     while (next < end && next > at + 1 && !startsCharacter(text_[next])) --next;
-    if (blockIsFull_) {
-      blocks_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(widths_.size()), 0});
-      linesInBlock_ = 0;
-    }
+    openBlock(at);
     addWidth(columnsOf(std::string_view(text_).substr(at, next - at)));
     ++linesInBlock_;
     // Lines of one block are told apart by their line feeds alone, so a piece ends its block.
@@ -71,6 +89,7 @@ void LogText::addLine(std::size_t begin, std::size_t end) {
 }
 
 void LogText::addWidth(std::size_t columns) {
+  blocks_.back().widest = std::max(blocks_.back().widest, static_cast<std::uint32_t>(columns));
   if (columns < wide) {
     widths_.push_back(static_cast<std::uint8_t>(columns));
     return;
@@ -95,12 +114,20 @@ std::size_t LogText::rowsOf(std::size_t columns) const {
 }
 
 void LogText::setColumns(std::size_t columns) {
-  columns_ = std::max<std::size_t>(columns, 1);
+  columns = std::max<std::size_t>(columns, 1);
+  if (columns != std::exchange(columns_, columns)) countRows();
+}
+
+void LogText::countRows() {
   std::size_t place = 0;
   rowCount_ = 0;
   for (std::size_t block = 0; block < blocks_.size(); ++block) {
     blocks_[block].rowsBefore = static_cast<std::uint32_t>(rowCount_);
     const std::size_t end = block + 1 < blocks_.size() ? blocks_[block + 1].width : widths_.size();
+    if (blocks_[block].widest < wide && blocks_[block].widest <= columns_) {
+      // A byte a line and a row a line.
+      rowCount_ += end - std::exchange(place, end);
+    }
     while (place < end) rowCount_ += rowsOf(nextWidth(place));
   }
 }

@@ -33,6 +33,7 @@ class LogText {
   struct Block {
     std::uint32_t begin;
     std::uint32_t width;       // where the widths of its lines begin
+    std::uint32_t widest;      // of its lines
     std::uint32_t rowsBefore;  // rows of all blocks before
   };
 
@@ -46,10 +47,14 @@ class LogText {
   // Goes through the lines of a block.
   class Walk;
 
+  void openBlock(std::size_t begin);
+  // Adds the empty lines from `begin` on that the block has room for; returns where they end.
+  std::size_t addEmptyLines(std::size_t begin);
   // Adds the line that ends at `end`, without its line feed.
   void addLine(std::size_t begin, std::size_t end);
   void addWidth(std::size_t columns);
   std::size_t nextWidth(std::size_t& place) const;
+  void countRows();
   std::size_t rowsOf(std::size_t columns) const;
   std::size_t offsetInLine(std::string_view line, std::size_t column) const;
 

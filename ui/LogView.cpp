@@ -1,5 +1,6 @@
 #include "ui/LogView.h"
 
+#include "core/Text.h"
 #include "ui/LogViewAccessible.h"
 #include "ui/Metrics.h"
 
@@ -252,7 +253,7 @@ bool LogView::selectByKey(const QKeyEvent& event) {
   if ((event.modifiers() & Qt::ShiftModifier) == 0) return false;
   if (!hasSelection()) anchor_ = cursor_ = topOffset();
   const auto inCharacter = [this](std::size_t at) {
-    return at < text().size() && (text()[at] & 0xC0) == 0x80;
+    return at < text().size() && !startsCharacter(text()[at]);
   };
   std::size_t next = cursor_;
   switch (event.key()) {

@@ -1,5 +1,6 @@
 #include "ui/LogViewAccessible.h"
 
+#include "core/Text.h"
 #include "ui/LogView.h"
 
 #include <algorithm>
@@ -75,7 +76,7 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
     const std::string& text = view_->text();
     if (text.size() <= mostAccessibleBytes) return text.size();
     std::size_t bytes = mostAccessibleBytes;
-    while (bytes > 0 && (text[bytes] & 0xC0) == 0x80) --bytes;
+    while (bytes > 0 && !startsCharacter(text[bytes])) --bytes;
     return bytes;
   }
   int charactersBefore(std::size_t offset) const {

@@ -1,0 +1,98 @@
+// What huge build logs cost the build screen's view: the time until they are painted, memory, scrolling,
+// finding. Runs in the device, from script/bench; exit status 0 when every promise holds.
+#include "bench/FirstPaint.h"
+#include "bench/SideBySide.h"
+#include "build/BuildRunner.h"
+#include "core/FileManager.h"
+#include "platform/UIApplication.h"
+#include "platform/UIFont.h"
+#include "ui/LogView.h"
+#include "workspace/Paths.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <malloc.h>
+#include <string>
+
+#include <QScrollBar>
+
+namespace {
+
+constexpr double megabyte = 1024 * 1024;
+constexpr double longestOpening = 2;  // seconds
+constexpr double largestMemory = 3;   // times the log
+constexpr double longestPage = 0.05;  // seconds, so that scrolling does not stutter
+constexpr double longestSearch = 1;   // seconds through the whole log
+constexpr int pages = 200;
+
+struct Log {
+  const char* what;
+  std::string text;
+};
+
+std::string repeated(const std::string& part, std::size_t size) {
+  std::string text;
+  text.reserve(size + part.size());
+  while (text.size() < size) text += part;
+  return text;
+}
+
+bool measure(Log log) {
+  const double size = static_cast<double>(log.text.size());
+  std::ofstream(paths::makeLog, std::ios::binary) << log.text;
+  log.text = std::string();
+  log.text.shrink_to_fit();
+  LogView view;
+  view.setFont(fixedPitchFontOfSize(13));
+  view.resize(390, 600);
+  view.show();
+  view.grab();
+  malloc_trim(0);
+  const double before = residentMemory();
+  const double opening = seconds([&view] {
+    view.setText(collectBuildResult(BuildVariant::Package).log.value_or(std::string()));
+    view.grab();
+  });
+  const double memory = (residentMemory() - before) / size;
+  double page = 0;
+  const int step = std::max(view.verticalScrollBar()->maximum() / pages, 1);
+  for (int number = 0; number < pages; ++number) {
+    page = std::max(page, seconds([&] {
+                      view.verticalScrollBar()->setValue(number * step);
+                      view.grab();
+                    }));
+  }
+  bool found = true;
+  const double search = seconds([&] { found = view.find("nowhere in it", SearchDirection::Forward, false); });
+  const double resizing = seconds([&view] {
+    view.resize(500, 600);
+    view.grab();
+  });
+  const bool whole = static_cast<double>(view.text().size()) > size / 2;
+  const bool holds = whole && !found && opening <= longestOpening && memory <= largestMemory &&
+                     page <= longestPage && search <= longestSearch;
+  std::printf(
+      "%-22s %6.1f MB  opens in %.2f s, takes %.2f times its size, slowest of %d pages %.1f ms, "
+      "searched in %.2f s, resized in %.2f s: %s\n",
+      log.what, size / megabyte, opening, memory, pages, 1000 * page, search, resizing,
+      holds ? "holds" : "MISSED");
+  std::fflush(stdout);
+  return holds;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  UIApplication application(argc, argv);
+  constexpr std::size_t huge = 100U << 20;
+  bool hold = measure(
+      {"compiler lines", repeated("==> Compiling Tweak.x (arm64)\xE2\x80\xA6\nclang -x objective-c -c "
+                                  "-I/opt/theos/include -o .theos/obj/arm64/Tweak.x.o\n",
+                                  huge)});
+  hold &= measure({"empty lines", std::string(huge, '\n')});
+  hold &= measure({"one plain line", std::string(10'000'000, 'x')});
+  hold &= measure({"one line of any script", repeated("…مشروع ", 20'000'000)});
+  removeItemAtPath(paths::makeLog);
+  return hold ? EXIT_SUCCESS : EXIT_FAILURE;
+}
