@@ -2,6 +2,8 @@
 
 #include "ui/Metrics.h"
 
+#include <algorithm>
+
 #include <QBoxLayout>
 #include <QResizeEvent>
 #include <QWidget>
@@ -21,7 +23,6 @@ void WideLayout::fit(int width) {
   if (!body_ || !column_) return;
   const bool wide = width >= metrics::wideScreen;
   body_->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  body_->setAlignment(column_, wide ? Qt::AlignTop : Qt::Alignment());
-  column_->setMinimumWidth(wide ? metrics::sideColumnWidth : 0);
-  column_->setMaximumWidth(wide ? metrics::sideColumnWidth : metrics::widestControls);
+  body_->setAlignment(column_, wide ? Qt::AlignTop : Qt::AlignHCenter);
+  column_->setFixedWidth(wide ? metrics::sideColumnWidth : std::min(width, metrics::widestControls));
 }

@@ -141,4 +141,29 @@ TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {
   EXPECT_EQ(text->text(0, text->characterCount()), QString((4 << 20) - 1, 'x'));
 }
 
+TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
+  LogView& view = openLog("built\n");
+  const auto placeOf = [](const char* name) {
+    QWidget* const widget = finger::find(name);
+    return QRect(widget->mapTo(UIScreen::mainScreen(), QPoint()), widget->size());
+  };
+  // From wide to narrow, as nothing may keep the width that it once had.
+  for (const QSize size : {QSize(1440, 900), QSize(820, 1180), QSize(390, 844), QSize(320, 480)}) {
+    UIScreen::mainScreen()->resize(size);
+    QCoreApplication::processEvents();
+    const QRect log(view.mapTo(UIScreen::mainScreen(), QPoint()), view.size());
+    const bool sideBySide = log.right() < placeOf("Make Package").left();
+    EXPECT_EQ(sideBySide, size.width() >= 900) << size.width();
+    for (const char* name :
+         {"Make Package", "Make Package Install", "Clear Log", "Respring", "Show success alert"}) {
+      const QRect place = placeOf(name);
+      EXPECT_TRUE(UIScreen::mainScreen()->rect().contains(place)) << name << " at " << size.width();
+      EXPECT_FALSE(place.intersects(log)) << name << " at " << size.width();
+    }
+    if (!sideBySide) {
+      EXPECT_NEAR(placeOf("Make Package").center().x(), size.width() / 2, 1);
+    }
+  }
+}
+
 }  // namespace
