@@ -9,12 +9,18 @@ namespace device {
 
 namespace fs = std::filesystem;
 
-fs::path findBubblewrap(const Environment& caller) {
+fs::path findProgram(const Environment& caller, const char* name) {
   std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
   for (std::string folder; std::getline(folders, folder, ':');) {
-    fs::path program = fs::path(folder) / "bwrap";
+    fs::path program = fs::path(folder) / name;
     if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
   }
+  return {};
+}
+
+fs::path findBubblewrap(const Environment& caller) {
+  fs::path program = findProgram(caller, "bwrap");
+  if (!program.empty()) return program;
   throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
 }
 

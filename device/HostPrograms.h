@@ -7,6 +7,9 @@
 
 namespace device {
 
+// The first program of that name in the caller's PATH; empty where there is none.
+std::filesystem::path findProgram(const Environment& caller, const char* name);
+
 // The first bwrap in the caller's PATH; throws Refusal where there is none.
 std::filesystem::path findBubblewrap(const Environment& caller);
 

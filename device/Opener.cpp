@@ -8,7 +8,6 @@
 #include <initializer_list>
 #include <signal.h>
 #include <spawn.h>
-#include <sstream>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -30,8 +29,10 @@ constexpr std::size_t kMostRunning = 16;
 
 pid_t spawn(const fs::path& program, const std::string& argument, const Environment& environment) {
   std::vector<std::string> variables;
-  for (const auto& [name, value] : environment) variables.push_back(name + "=" + value);
+  variables.reserve(environment.size());
+  for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
   std::vector<char*> passed;
+  passed.reserve(variables.size() + 1);
   for (auto& variable : variables) passed.push_back(variable.data());
   passed.push_back(nullptr);
   char* const words[] = {const_cast<char*>(program.c_str()), const_cast<char*>(argument.c_str()), nullptr};
@@ -163,15 +164,6 @@ void Opener::answer(std::uint32_t number, Verdict verdict) const {
   const opener::Answer answer{number, verdict};
   // An application that takes no answers gets none.
   send(own_.get(), &answer, sizeof answer, MSG_DONTWAIT | MSG_NOSIGNAL);
-}
-
-fs::path findOpenerProgram(const Environment& caller) {
-  std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
-  for (std::string folder; std::getline(folders, folder, ':');) {
-    fs::path program = fs::path(folder) / "xdg-open";
-    if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
-  }
-  return {};
 }
 
 Environment openerEnvironment(const Environment& caller) {

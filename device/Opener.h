@@ -76,9 +76,6 @@ class Opener {
   std::vector<Started> started_;
 };
 
-// The first xdg-open in the caller's PATH; empty where there is none.
-std::filesystem::path findOpenerProgram(const Environment& caller);
-
 // What of the caller's environment the opener program gets: the desktop session's own, and no secrets.
 Environment openerEnvironment(const Environment& caller);
 

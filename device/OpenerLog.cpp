@@ -23,10 +23,8 @@ OpenerLog::OpenerLog(const std::filesystem::path& file) {
       open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   struct stat status {};
   if (!file_) return;
-  if (fstat(file_.get(), &status) != 0 || !S_ISREG(status.st_mode))
-    file_.close();
-  else if (status.st_size > kLargest && ftruncate(file_.get(), 0) != 0)
-    file_.close();
+  const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
+  if (!isFile || (status.st_size > kLargest && ftruncate(file_.get(), 0) != 0)) file_.close();
 }
 
 void OpenerLog::add(const std::string& words) {

@@ -36,7 +36,7 @@ fs::path ShownFolders::show(Descriptor folder, const std::string& name) {
   }
   // Two folders may have the same name.
   const fs::path own = place_ / std::to_string(++count_);
-  const fs::path path = own / name;
+  fs::path path = own / name;
   const std::string open = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(folder.get());
   if (mkdir(own.c_str(), 0700) != 0 || symlink(open.c_str(), path.c_str()) != 0) {
     rmdir(own.c_str());

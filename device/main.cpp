@@ -280,7 +280,7 @@ int run(const Options& options) {
   if (isApplication) {
     // Root's start has become a user whose desktop session this is not.
     opener.emplace(Opener::Setting{folder.applications(), folder.var(),
-                                   isRoots ? fs::path() : findOpenerProgram(caller),
+                                   isRoots ? fs::path() : findProgram(caller, "xdg-open"),
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
   const Ending ending =

@@ -1,4 +1,5 @@
 // What the opener opens for a device that means harm, and what it does not.
+#include "device/HostPrograms.h"
 #include "device/OpenableAddress.h"
 #include "device/Opener.h"
 #include "support/TemporaryFolder.h"
@@ -226,7 +227,7 @@ TEST(OpenerProgram, GetsTheDesktopSessionAndNoSecrets) {
   EXPECT_EQ(
       openerEnvironment(caller),
       (Environment{{"DISPLAY", ":0"}, {"XDG_CURRENT_DESKTOP", "X"}, {"LC_ALL", "C"}, {"HOME", "/home/me"}}));
-  EXPECT_EQ(findOpenerProgram({{"PATH", "relative:/nonexistent"}}), "");
+  EXPECT_EQ(findProgram({{"PATH", "relative:/nonexistent"}}, "xdg-open"), "");
   EXPECT_EQ(openerLogPath({{"XDG_STATE_HOME", "x"}}, "/home/me"),
             "/home/me/.local/state/tweakbench/opener.log");
 }
