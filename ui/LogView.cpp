@@ -196,7 +196,8 @@ void LogView::changeEvent(QEvent* event) {
 std::size_t LogView::offsetAt(const QPoint& position) const {
   if (text_.rowCount() == 0) return 0;
   const int down = std::max(position.y() - padding, 0) / rowHeight();
-  const auto number = static_cast<std::size_t>(verticalScrollBar()->value() + down);
+  const std::size_t number =
+      static_cast<std::size_t>(verticalScrollBar()->value()) + static_cast<std::size_t>(down);
   if (number >= text_.rowCount()) return text().size();
   const LogText::Row row = text_.row(number);
   QTextLayout layout(shown(row), font());
