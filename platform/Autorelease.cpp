@@ -17,8 +17,8 @@ std::vector<std::shared_ptr<void>>& pool() {
 void autorelease(std::shared_ptr<void> object) {
   if (!object || !QCoreApplication::instance()) return;
   pool().push_back(std::move(object));
-  // The event holds no object: an application that ends with events left over drops them under a lock that the
-  // objects would need for going away.
+  // The event holds no object: an application that ends with events left over drops them under a lock that
+  // the objects would need for going away.
   QMetaObject::invokeMethod(QCoreApplication::instance(), drainAutoreleasePool, Qt::QueuedConnection);
 }
 

@@ -62,8 +62,8 @@ UIApplication::~UIApplication() {
   // Windows ask the application for the key window as they go, so they go while it is still whole.
   delegate_.reset();
   UIScreen::destroyMainScreen();
-  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order; and no
-  // event loop will come for what waits to be destroyed.
+  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order; and
+  // no event loop will come for what waits to be destroyed.
   QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
   drainAutoreleasePool();
   sendPostedEvents(nullptr, QEvent::DeferredDelete);
