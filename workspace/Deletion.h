@@ -1,5 +1,6 @@
 // Deleting files and projects, for good. An absent project is written out in the command line, whose
-// parentheses the shell refuses, so nothing is deleted then.
+// parentheses the shell refuses, so nothing is deleted then; a record that holds an empty name counts as
+// absent.
 #pragma once
 
 #include <string>

@@ -17,5 +17,6 @@ bool createHeader(const std::string& typedName);
 std::vector<std::string> listedProjectFiles();
 
 // Renames `oldName` of the listed project to `typedName` less its blanks, and makes the listed project the
-// current one. An existing file of the new name is replaced.
+// current one. An existing file of the new name is replaced. With no listed project nothing is renamed, and
+// no project is current afterwards either.
 void renameFile(const std::string& oldName, const std::string& typedName);

@@ -87,6 +87,7 @@ TEST_F(Operations, RenamingGivesTheListedProjectsFileANameAndMakesItCurrent) {
   removeItemAtPath(device::application + "Files.plist");
   renameFile("taken", "gone");
   EXPECT_EQ(treeAt(device::projects + "P"), (Tree{{"taken", "old"}}));
+  EXPECT_EQ(currentProject(), std::nullopt) << "the two records agree";
 }
 
 // Names stand unquoted in the command lines, so what happens is what the shell makes of them, and no more.
@@ -210,6 +211,21 @@ TEST_F(Operations, AnAbsentProjectDeletesNothing) {
   deleteProjectFile("x");
   deleteListedProject();
   EXPECT_EQ(treeAt(device::projects), before);
+}
+
+TEST_F(Operations, AProjectWithoutANameDeletesNothing) {
+  for (const char* file : {"A/x", "B/x"}) put(file, "");
+  createProject("  ");
+  ASSERT_EQ(listedProject(), "");
+  const Tree unpacked = treeAt(device::projects);
+  deleteProjectFile("A");
+  deleteListedProject();
+  EXPECT_EQ(treeAt(device::projects), unpacked);
+  EXPECT_EQ(currentProject(), std::nullopt);
+  setCurrentProject("B");
+  deleteProjectFile("x");
+  EXPECT_EQ(at("A/x"), "");
+  EXPECT_FALSE(fileExistsAtPath(device::projects + "B/x")) << "as where no project is listed";
 }
 
 TEST_F(Operations, ProjectsAreDeletedOneOrAll) {
