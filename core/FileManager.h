@@ -50,8 +50,7 @@ enum class Durability {
   // The new contents are on the disk when the call returns.
   Durable,
   // Left to the file system, which writes the contents before the new name: for files that come with many
-  // others
-  // which nobody syncs either, as those of a freshly unpacked project.
+  // others which nobody syncs either, as those of a freshly unpacked project.
   Deferred,
 };
 

@@ -23,8 +23,7 @@ inline bool startsCharacter(char byte) {
 std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement);
 
 // Fills each "%@" of `format`, in order, with the next value. An absent value, and a "%@" without a value,
-// becomes
-// "(null)"; never an empty field, which would turn a command line against the folder above.
+// becomes "(null)"; never an empty field, which would turn a command line against the folder above.
 std::string fill(std::string_view format, std::initializer_list<MaybeText> values);
 
 // A name as typed, without its blanks; nothing else is changed.
