@@ -12,5 +12,5 @@ struct ConverterPlaces {
 enum class Ending { Converted, Refused };
 
 // Prints to `out` and reads at most one line from `in`, which may be the very file that `out` goes to.
-// Refused: the last line says why, and no file was written.
+// Refused: one line says why, and no file was written.
 Ending converse(const ConverterPlaces& places, std::FILE* in, std::FILE* out);

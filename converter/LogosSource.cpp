@@ -36,8 +36,11 @@ std::string settingArguments(const PropertyListValue& values, const MethodSignat
   std::map<std::size_t, std::string> statements;
   for (const auto& [key, value] : *entries) {
     const std::size_t index = argumentIndex(key, signature);
-    statements[index] =
+    const std::string statement =
         "\t" + argumentName(index) + " = " + valueExpression(value, signature.arguments[index]) + ";\n";
+    if (!statements.emplace(index, statement).second) {
+      throw NotUnderstood("argument " + std::to_string(index + 1) + " is set twice");
+    }
   }
   std::string text;
   for (const auto& [index, statement] : statements) text += statement;
@@ -90,7 +93,7 @@ class SourceWriter {
  private:
   void add(const FlexUnit& unit) {
     if (unit.className.empty()) throw NotUnderstood("no class is named");
-    if (!isIdentifier(unit.className)) throw NotUnderstood("the class name is not understood");
+    if (!isClassName(unit.className)) throw NotUnderstood("the class name is not understood");
     const MethodSignature signature = methodSignature(unit.signature);
     const std::string method = "\n" + signature.declaration() + " {\n" + body(unit, signature) + "}\n";
     Hook& hook = hookFor(unit.className);

@@ -108,7 +108,10 @@ void appendEscaped(std::string& literal, std::string_view bytes) {
 }  // namespace
 
 std::string menuName(std::string_view name) {
-  std::string kept = onlyWhat(mayStandInMenu, name, longestMenuName);
+  // The import takes this word out of the menu wherever it stands, but not with a blank in it; of the key the
+  // blank goes again.
+  const std::string kept =
+      replaceAll(onlyWhat(mayStandInMenu, name, longestMenuName), "PleaseININN", "Please ININN");
   return kept.empty() ? "Unnamed" : kept;
 }
 

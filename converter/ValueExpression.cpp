@@ -55,6 +55,8 @@ std::optional<Whole> whole(const PropertyListValue& value) {
     const auto bits = static_cast<std::uint64_t>(*number);
     return *number < 0 ? Whole{0 - bits, Sign::Signed} : Whole{bits, Sign::Unsigned};
   }
+  if (const auto* const number = std::get_if<std::uint64_t>(&value.value))
+    return Whole{*number, Sign::Unsigned};
   return value.text() == nullptr ? std::nullopt : wholeOf(*value.text());
 }
 
@@ -75,6 +77,8 @@ std::optional<std::string> wholeExpression(const Whole& number, unsigned bits, S
 std::optional<double> real(const PropertyListValue& value) {
   if (const auto* const number = std::get_if<double>(&value.value)) return *number;
   if (const auto* const number = std::get_if<std::int64_t>(&value.value)) return static_cast<double>(*number);
+  if (const auto* const number = std::get_if<std::uint64_t>(&value.value))
+    return static_cast<double>(*number);
   const std::string* const text = value.text();
   // strtod would take blanks, words and hexadecimal too.
   if (text == nullptr || text->empty() || text->find_first_not_of("0123456789+-.eE") != std::string::npos) {

@@ -1,5 +1,6 @@
 #include "converter/ValueType.h"
 
+#include "converter/KnownNames.h"
 #include "converter/NotUnderstood.h"
 
 #include <algorithm>
@@ -11,39 +12,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-template <std::size_t count>
-bool isAmong(const std::array<std::string_view, count>& names, std::string_view name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
-constexpr std::array<std::string_view, 25> ignoredWords{
-    "nullable",
-    "nonnull",
-    "null_unspecified",
-    "_Nullable",
-    "_Nonnull",
-    "_Null_unspecified",
-    "__nullable",
-    "__nonnull",
-    "__kindof",
-    "__strong",
-    "__weak",
-    "__autoreleasing",
-    "__unused",
-    "volatile",
-    "oneway",
-    "in",
-    "out",
-    "inout",
-    "bycopy",
-    "byref",
-    "const",
-    "__unsafe_unretained",
-    "__block",
-    "restrict",
-    "__restrict",
-};
-
 struct ScalarName {
   std::string_view name;
   ValueKind kind;
@@ -52,7 +20,7 @@ struct ScalarName {
 };
 
 // Sizes are those of a 64-bit phone.
-constexpr std::array<ScalarName, 49> scalarNames{{
+constexpr std::array<ScalarName, 48> scalarNames{{
     {"BOOL", ValueKind::Boolean, 8},
     {"bool", ValueKind::Boolean, 8},
     {"_Bool", ValueKind::Boolean, 8},
@@ -101,46 +69,7 @@ constexpr std::array<ScalarName, 49> scalarNames{{
     {"Class", ValueKind::Object, 0},
     {"SEL", ValueKind::Pointer, 0},
     {"IMP", ValueKind::Pointer, 0},
-    {"CFTypeRef", ValueKind::Pointer, 0},
 }};
-
-// Of UIKit and what it brings with it, so that the one import is enough.
-constexpr std::array<std::string_view, 34> passedNames{
-    "CGRect",
-    "CGPoint",
-    "CGSize",
-    "CGVector",
-    "CGAffineTransform",
-    "CATransform3D",
-    "NSRange",
-    "NSZone",
-    "NSDecimal",
-    "NSFastEnumerationState",
-    "FILE",
-    "NSComparisonResult",
-    "NSStringEncoding",
-    "NSTextAlignment",
-    "NSLineBreakMode",
-    "NSOperatingSystemVersion",
-    "UIEdgeInsets",
-    "UIOffset",
-    "UIControlEvents",
-    "UIControlState",
-    "UIViewContentMode",
-    "UIViewAnimationOptions",
-    "UIViewAutoresizing",
-    "UIInterfaceOrientation",
-    "UIInterfaceOrientationMask",
-    "UIDeviceOrientation",
-    "UIStatusBarStyle",
-    "UIStatusBarAnimation",
-    "UIModalPresentationStyle",
-    "UIModalTransitionStyle",
-    "UIUserInterfaceIdiom",
-    "UITableViewStyle",
-    "UITableViewCellStyle",
-    "UIKeyboardType",
-};
 
 const ScalarName* scalarNamed(std::string_view name) {
   const auto isIt = [name](const ScalarName& scalar) { return scalar.name == name; };
@@ -186,7 +115,7 @@ Pieces piecesOf(std::string_view text) {
       const std::string word = plain.substr(at, end - at);
       if (!isIdentifier(word)) giveUp(text);
       if (word == "const" && pieces.stars == 0) pieces.isConstant = true;
-      if (!isAmong(ignoredWords, word)) {
+      if (!known::isIgnored(word)) {
         if (pieces.stars != 0) giveUp(text);
         pieces.words.push_back(word);
       }
@@ -235,8 +164,8 @@ std::optional<ValueType> scalar(const Words& words) {
     type = {name == "_Bool" ? "bool" : name, known->kind, known->bits, known->sign, {}};
     return type;
   }
-  const bool isReference = (name.starts_with("CF") || name.starts_with("CG")) && name.ends_with("Ref");
-  if (!isReference && !isAmong(passedNames, name)) return {};
+  const bool isReference = known::isReference(name);
+  if (!isReference && !known::isPassed(name)) return {};
   type.kind = isReference ? ValueKind::Pointer : ValueKind::Passed;
   type.written = name;
   return type;
@@ -255,13 +184,19 @@ ValueType pointer(const Pieces& pieces, std::string_view text) {
       (pieces.isConstant ? "const " : "") + joinedWords(pieces.words) + " " + std::string(pieces.stars, '*');
   type.kind = ValueKind::Pointer;
   const bool isStructure = pieces.words.size() == 2 && pieces.words.front() == "struct";
+  if (isStructure && !isClassName(pieces.words.back())) giveUp(text);
   if (isStructure || scalar(pieces.words)) return type;
   if (pieces.words.size() != 1) giveUp(text);
-  // Any other name is taken for a class, unless it is one of the C frameworks or not written as classes are
-  // (a word of the language, a structure): to declare those as classes would not compile.
   const std::string& name = pieces.words.front();
+  if (known::isPointedTo(name)) return type;
+  if (known::isAudioStructure(name)) {
+    type.written.insert(pieces.isConstant ? std::string_view("const ").size() : 0, "struct ");
+    return type;
+  }
+  // Any other name is taken for a class, unless it is one of the C frameworks or not written as classes are
+  // (a structure): to declare those as classes would not compile.
   const bool isLower = name.front() >= 'a' && name.front() <= 'z';
-  if (isLower || name.starts_with("CG") || name.starts_with("CF")) giveUp(text);
+  if (isLower || !isClassName(name) || name.starts_with("CG") || name.starts_with("CF")) giveUp(text);
   if (pieces.stars == 1) type.kind = kindOfObject(name);
   if (pieces.stars > 1 || type.kind == ValueKind::Object) type.forwardClass = name;
   return type;
@@ -277,6 +212,10 @@ bool isIdentifierCharacter(char character) {
 bool isIdentifier(std::string_view text) {
   if (text.empty() || (text.front() >= '0' && text.front() <= '9')) return false;
   return std::all_of(text.begin(), text.end(), isIdentifierCharacter);
+}
+
+bool isClassName(std::string_view text) {
+  return isIdentifier(text) && !known::isWordOfLanguage(text);
 }
 
 ValueType valueType(std::string_view text) {

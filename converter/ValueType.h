@@ -26,8 +26,8 @@ struct ValueType {
   ValueKind kind = ValueKind::AnyObject;
   unsigned bits = 0;  // of integers and reals
   Sign sign = Sign::Signed;
-  std::string
-      forwardClass;  // a class that source must declare before it names the type; empty when there is none
+  // A class that source must declare before it names the type; empty when there is none.
+  std::string forwardClass;
 };
 
 // Reads the text between a method's parentheses. Words that change nothing for the call (nullability,
@@ -36,4 +36,6 @@ struct ValueType {
 ValueType valueType(std::string_view text);
 
 bool isIdentifier(std::string_view text);
+// An identifier that is no word of the language.
+bool isClassName(std::string_view text);
 bool isIdentifierCharacter(char character);

@@ -52,6 +52,23 @@ PropertyListValue textOf(plist_t node) {
   return {std::string(text, length)};
 }
 
+// The library hands out a negative number and the large one of the same bits alike; only in writing does it
+// tell them apart.
+bool isNegative(plist_t node) {
+  char* text = nullptr;
+  std::uint32_t length = 0;
+  plist_to_xml(node, &text, &length);
+  const std::unique_ptr<char, decltype(&std::free)> written(text, std::free);
+  return std::string_view(text, length).find("<integer>-") != std::string_view::npos;
+}
+
+PropertyListValue wholeNumberOf(plist_t node) {
+  std::uint64_t number = 0;
+  plist_get_uint_val(node, &number);
+  if (number > INT64_MAX && !isNegative(node)) return {number};
+  return {static_cast<std::int64_t>(number)};
+}
+
 PropertyListValue valueOf(plist_t node) {
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -59,11 +76,8 @@ PropertyListValue valueOf(plist_t node) {
       plist_get_bool_val(node, &truth);
       return {truth != 0};
     }
-    case PLIST_UINT: {
-      std::uint64_t number = 0;
-      plist_get_uint_val(node, &number);
-      return {static_cast<std::int64_t>(number)};
-    }
+    case PLIST_UINT:
+      return wholeNumberOf(node);
     case PLIST_REAL: {
       double number = 0;
       plist_get_real_val(node, &number);

@@ -15,9 +15,9 @@ struct PropertyListValue {
   using Dictionary = std::map<std::string, PropertyListValue, std::less<>>;
 
   // std::monostate stands for what nobody here reads (dates, data) and for text that is not valid UTF-8. A
-  // whole number past INT64_MAX comes as the negative number of the same bits: the library does not tell them
-  // apart.
-  std::variant<std::monostate, bool, std::int64_t, double, std::string, Array, Dictionary> value;
+  // whole number is a std::uint64_t only where it is past INT64_MAX.
+  std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Array, Dictionary>
+      value;
 
   // The value as that kind; null when it is another. Valid as long as this value is.
   const std::string* text() const { return std::get_if<std::string>(&value); }

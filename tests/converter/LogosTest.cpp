@@ -54,6 +54,11 @@ TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
       {"- (int (*)(int))x", "the type int (*)(int) is not understood"},
       {"- (id<Open)x", "the type id<Open is not understood"},
       {"- (struct *)x", "the type struct * is not understood"},
+      {"- (struct int *)x", "the type struct int * is not understood"},
+      {"- (NSZone)zone", "the type NSZone is not understood"},
+      {"- (NULL *)x", "the type NULL * is not understood"},
+      {"- (CGImageRef)image:(CFStringRef)s", "- (CGImageRef)image:(CFStringRef)arg1"},
+      {"- (CGMadeUpRef)x", "the type CGMadeUpRef is not understood"},
       {"- (CGThing *)x", "the type CGThing * is not understood"},
       {"- ()x", "the type  is not understood"},
       {"", no},
@@ -72,6 +77,7 @@ TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
 
 TEST(Values, FitTheirTypesOrAreRefused) {
   const std::string no = "refused";
+  const PropertyListValue large{UINT64_MAX};
   const struct {
     const char* type;
     PropertyListValue value;
@@ -91,6 +97,11 @@ TEST(Values, FitTheirTypesOrAreRefused) {
       {"NSUInteger", whole(-1), no},
       {"NSUInteger", text("18446744073709551615"), "18446744073709551615ULL"},
       {"NSUInteger", text("18446744073709551616"), no},
+      {"NSUInteger", large, "18446744073709551615ULL"},
+      {"NSInteger", large, no},
+      {"int", large, no},
+      {"NSNumber *", large, "@(18446744073709551615ULL)"},
+      {"double", large, "18446744073709551616.0"},
       {"NSInteger", text("-0x10"), "-16"},
       {"long", text("-9223372036854775808"), "(-9223372036854775807LL - 1)"},
       {"long", text("-9223372036854775809"), no},
@@ -129,6 +140,32 @@ TEST(Values, FitTheirTypesOrAreRefused) {
     }
     EXPECT_EQ(expression, row.expression) << row.type;
   }
+}
+
+// A class is declared before it is named; what a header declares otherwise must not be declared as one.
+TEST(Signatures, DeclareTheClassesThatTheyNameAndNothingElse) {
+  const struct {
+    const char* type;
+    const char* written;
+    const char* forwardClass;
+  } rows[] = {
+      {"Person *", "Person *", "Person"},
+      {"Protocol *", "Protocol *", "Protocol"},
+      {"Person **", "Person **", "Person"},
+      {"NSZone *", "NSZone *", ""},
+      {"NSMapEnumerator *", "NSMapEnumerator *", ""},
+      {"UIEdgeInsets *", "UIEdgeInsets *", ""},
+      {"CGContextRef *", "CGContextRef *", ""},
+      {"AudioBufferList *", "struct AudioBufferList *", ""},
+      {"const AudioStreamBasicDescription *", "const struct AudioStreamBasicDescription *", ""},
+  };
+  for (const auto& row : rows) {
+    const ValueType type = valueType(row.type);
+    EXPECT_EQ(type.written, row.written);
+    EXPECT_EQ(type.forwardClass, row.forwardClass) << row.type;
+  }
+  EXPECT_EQ(valueType("NSZone *").kind, ValueKind::Pointer);
+  EXPECT_EQ(valueType("AudioBufferList *").kind, ValueKind::Pointer);
 }
 
 TEST(Literals, MeanTheirTextAndNeverEndEarly) {
@@ -172,6 +209,7 @@ TEST(Source, HooksEachClassOnceWithItsMethods) {
 TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
   const PropertyListValue arguments{PropertyListValue::Dictionary{{"1", whole(5)}}};
   const PropertyListValue zeroth{PropertyListValue::Dictionary{{"0", whole(5)}}};
+  const PropertyListValue twice{PropertyListValue::Dictionary{{"1", whole(5)}, {"01", whole(6)}}};
   const PropertyListValue beyond{PropertyListValue::Dictionary{{"2", whole(5)}}};
   const FlexPatch patch{
       "name */\n%ctor { evil(); }\n",
@@ -182,31 +220,42 @@ TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
           {"Good", "- (int)b:(int)x", {}, {}},
           {"Good", "- (int)b:(int)x", {}, zeroth},
           {"Good", "- (int)b:(int)x", {}, beyond},
+          {"Good", "- (int)b:(int)x", {}, twice},
           {"Good", "- (int)b:(int)x", {}, text("5")},
           {"Good", "- (int)b:(int)x", {}, PropertyListValue{PropertyListValue::Dictionary{}}},
           {"Good", "- (void)c", whole(1), {}},
           {"Good", "- (void)c:(int)x", text("nil"), arguments},
           {"Good\n%end\n%hook Evil", "- (int)a", whole(1), {}},
           {"Module.Swift", "- (int)a", whole(1), {}},
+          {"operator", "- (int)a", whole(1), {}},
+          {"id", "- (int)a", whole(1), {}},
           {"Only", "- (int)a { } %end //", whole(1), {}},
           {"", "", {}, {}},
           {"Good", "- (int)b:(int)x", {}, arguments},
       }};
   const LogosSource source = logosSource(patch);
   EXPECT_EQ(source.hooked, 2U);
-  EXPECT_EQ(source.skipped, 12U);
+  EXPECT_EQ(source.skipped, 15U);
   const ReadSource read = LogosReader::read(source.text);
   ASSERT_EQ(read.hooks.size(), 1U);
   EXPECT_EQ(read.hooks.at("Good"),
             (std::map<std::string, std::string>{{"- (int)a", "return 1;\n"},
                                                 {"- (int)b:(int)arg1", "arg1 = 5;\nreturn %orig(arg1);\n"}}));
-  const std::vector<std::string> reasons{
-      "an earlier unit has set the method", "it sets nothing",
-      "the method has no argument 0",       "the method has no argument 2",
-      "its arguments are no dictionary",    "it sets nothing",
-      "the method gives no value",          "arguments are set for a method that is not to be called",
-      "the class name is not understood",   "the class name is not understood",
-      "the method is not understood",       "no class is named"};
+  const std::vector<std::string> reasons{"an earlier unit has set the method",
+                                         "it sets nothing",
+                                         "the method has no argument 0",
+                                         "the method has no argument 2",
+                                         "argument 1 is set twice",
+                                         "its arguments are no dictionary",
+                                         "it sets nothing",
+                                         "the method gives no value",
+                                         "arguments are set for a method that is not to be called",
+                                         "the class name is not understood",
+                                         "the class name is not understood",
+                                         "the class name is not understood",
+                                         "the class name is not understood",
+                                         "the method is not understood",
+                                         "no class is named"};
   ASSERT_EQ(read.comments.size(), reasons.size() + 2);
   for (std::size_t index = 0; index < reasons.size(); ++index) {
     EXPECT_TRUE(read.comments[index + 2].ends_with(": " + reasons[index] + ".")) << read.comments[index + 2];

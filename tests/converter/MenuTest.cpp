@@ -85,6 +85,8 @@ TEST(Menu, EachPatchIsOneEntryWhoseKeyMeansIt) {
               "../../etc",
               "[0m[m",
               "Premium",
+              "PleaseININN",
+              "All PleasePleaseININNININN now",
               "a&b|c>d<e",
               std::string(5000, 'w'),
               "wide\xC2\xA0\xE2\x80\xAE"
@@ -108,7 +110,7 @@ TEST(Menu, EachPatchIsOneEntryWhoseKeyMeansIt) {
     EXPECT_LE(key.size() + std::string("FlexPatch").size(), 255U) << key;
   }
   EXPECT_EQ(entries[1], "\033  1 - 7 Days");
-  EXPECT_EQ(entries[18], "\033  18 - wide blanks");
+  EXPECT_EQ(entries[20], "\033  20 - wide blanks");
 }
 
 TEST(Menu, AnAnswerMeansAPatchOnlyByItsNumber) {

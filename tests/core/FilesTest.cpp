@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
+#include <plist/plist.h>
 
 namespace {
 
@@ -250,6 +251,29 @@ TEST(PropertyLists, AnyOneDamagedByteIsSurvived) {
     }
   }
   EXPECT_GE(stillRead, binaryList.size()) << "the unchanged list itself must be read";
+}
+
+TEST(PropertyLists, ANumberPastTheSignedOnesNeverBecomesNegative) {
+  const std::string xml = xmlList(
+      "<array><integer>18446744073709551615</integer><integer>9223372036854775808</integer>"
+      "<integer>-9223372036854775808</integer><integer>-1</integer></array>");
+  plist_t node = nullptr;
+  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
+  char* bytes = nullptr;
+  std::uint32_t size = 0;
+  plist_to_bin(node, &bytes, &size);
+  plist_free(node);
+  const std::string binary(bytes, size);
+  std::free(bytes);
+  for (const std::string& list : {xml, binary}) {
+    const auto tree = propertyListTree(list);
+    ASSERT_TRUE(tree && tree->array() != nullptr);
+    const PropertyListValue::Array& values = *tree->array();
+    EXPECT_EQ(std::get<std::uint64_t>(values.at(0).value), UINT64_MAX);
+    EXPECT_EQ(std::get<std::uint64_t>(values.at(1).value), std::uint64_t{1} << 63);
+    EXPECT_EQ(std::get<std::int64_t>(values.at(2).value), INT64_MIN);
+    EXPECT_EQ(std::get<std::int64_t>(values.at(3).value), -1);
+  }
 }
 
 TEST(PropertyLists, ATreeHoldsEveryKindOfValue) {
