@@ -18,8 +18,8 @@ void showBackups(ViewController& screen) {
   const std::vector<std::string> names = backupNames();
   const Owner owner(&screen);
   showMenu({localized(text::whichOne), QString(), titlesOf(names), MenuTexts::White},
-           [names, owner](const QString& title) {
-             forEachNamed(names, title, [&owner](const std::string& name) {
+           [names, owner](std::size_t index, const QString&) {
+             forEachNamed(names, index, [&owner](const std::string& name) {
                restoreBackup(name);
                showNotice(localized(text::done));
                chooseRestoredProject(name);

@@ -23,8 +23,8 @@ void showProjectsToDelete(const Owner& owner) {
   // first.
   entries.emplace_back(Languages(text::deleteAllProjects));
   showMenu({localized(text::deleteOptions), localized(text::whichOne), titlesOf(entries)},
-           [entries, owner](const QString& title) {
-             forEachNamed(entries, title, [&owner](const std::string& name) {
+           [entries, owner](std::size_t index, const QString& title) {
+             forEachNamed(entries, index, [&owner](const std::string& name) {
                deleteProject(name);
                refresh(owner);
              });
@@ -39,8 +39,8 @@ void showDeleteMenu(ViewController& screen) {
   entries.emplace_back(Languages(text::deleteCurrentProject));
   entries.emplace_back(Languages(text::deleteOptions));
   showMenu({localized(text::deleteFilesOrProjects), localized(text::whichOne), titlesOf(entries)},
-           [entries, owner = Owner(&screen)](const QString& title) {
-             forEachNamed(entries, title, [&owner](const std::string& entry) {
+           [entries, owner = Owner(&screen)](std::size_t index, const QString& title) {
+             forEachNamed(entries, index, [&owner](const std::string& entry) {
                deleteProjectFile(entry);
                refresh(owner);
              });

@@ -16,8 +16,8 @@ void showFlexMenu(ViewController& screen) {
       QString::fromUtf8(flexBanner.data(), static_cast<qsizetype>(flexBanner.size())),
       RQAlertViewStyle::ActionSheet, titlesOf(entries), QStringLiteral("Cancel"), QString());
   dressAsMenu(*sheet);
-  sheet->setActionHandler([entries, owner = Owner(&screen)](RQAlertView&, std::size_t, const QString& title) {
-    forEachNamed(entries, title, [&owner](const std::string& entry) {
+  sheet->setActionHandler([entries, owner = Owner(&screen)](RQAlertView&, std::size_t index, const QString&) {
+    forEachNamed(entries, index, [&owner](const std::string& entry) {
       convertFlexPatch(entry);
       refresh(owner);
       removeFlexMenu();

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-void showMenu(const Menu& menu, std::function<void(const QString& title)> chosen) {
+void showMenu(const Menu& menu, MenuChoice chosen) {
   const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet,
                                                      menu.entries, localized(text::cancel), QString());
   if (menu.texts == MenuTexts::White) {
@@ -14,8 +14,8 @@ void showMenu(const Menu& menu, std::function<void(const QString& title)> chosen
   } else {
     dressAsMenu(*sheet);
   }
-  sheet->setActionHandler(
-      [chosen = std::move(chosen)](RQAlertView&, std::size_t, const QString& title) { chosen(title); });
+  sheet->setActionHandler([chosen = std::move(chosen)](RQAlertView&, std::size_t index,
+                                                       const QString& title) { chosen(index, title); });
   sheet->showAnimated();
 }
 
@@ -26,9 +26,10 @@ QStringList titlesOf(const std::vector<std::string>& names) {
   return titles;
 }
 
-void forEachNamed(const std::vector<std::string>& names, const QString& title,
+void forEachNamed(const std::vector<std::string>& names, std::size_t index,
                   const std::function<void(const std::string&)>& visit) {
+  const std::string& chosen = names.at(index);
   for (const std::string& name : names) {
-    if (QString::fromStdString(name) == title) visit(name);
+    if (name == chosen) visit(name);
   }
 }

@@ -1,6 +1,7 @@
 // A sheet that lists titles and hands over the one that is tapped.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,13 +20,17 @@ struct Menu {
   MenuTexts texts = MenuTexts::AsTheComponentHasThem;
 };
 
+// `index`: the tapped entry's.
+using MenuChoice = std::function<void(std::size_t index, const QString& title)>;
+
 // Cancelling calls nothing.
-void showMenu(const Menu& menu, std::function<void(const QString& title)> chosen);
+void showMenu(const Menu& menu, MenuChoice chosen);
 
 // File names as the titles of a menu, each as it is.
 QStringList titlesOf(const std::vector<std::string>& names);
 
-// Calls `visit` for every name that reads like `title`: names that differ only in bytes that are no text look
-// alike, and equal entries are visited one by one.
-void forEachNamed(const std::vector<std::string>& names, const QString& title,
+// Calls `visit` for the name at `index` and for every other one of the same bytes, in their order. Names that
+// differ only in bytes that are no text have equal titles; they are not taken for each other. Throws
+// std::out_of_range.
+void forEachNamed(const std::vector<std::string>& names, std::size_t index,
                   const std::function<void(const std::string&)>& visit);

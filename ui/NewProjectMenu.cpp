@@ -48,9 +48,10 @@ void askForFileName(const Owner& owner, const std::string& file) {
 
 void showFilesToRename(const Owner& owner) {
   const std::vector<std::string> files = listedProjectFiles();
-  showMenu({localized(text::whichOne), QString(), titlesOf(files)}, [files, owner](const QString& title) {
-    forEachNamed(files, title, [&owner](const std::string& file) { askForFileName(owner, file); });
-  });
+  showMenu({localized(text::whichOne), QString(), titlesOf(files)},
+           [files, owner](std::size_t index, const QString&) {
+             forEachNamed(files, index, [&owner](const std::string& file) { askForFileName(owner, file); });
+           });
 }
 
 QStringList actionTitles() {
@@ -63,7 +64,7 @@ QStringList actionTitles() {
 void showNewProjectMenu(ViewController& screen) {
   const QStringList titles = actionTitles();
   showMenu({localized(text::projectOptions), QString(), titles},
-           [titles, owner = Owner(&screen)](const QString& title) {
+           [titles, owner = Owner(&screen)](std::size_t, const QString& title) {
              chooseListedProject(titles, actionTitles(), title, owner);
              if (title == localized(text::addFlexPatch) && owner) showFlexMenu(*owner);
              if (title == localized(text::changeFileName)) showFilesToRename(owner);

@@ -56,7 +56,7 @@ void showLanguages() {
             QStringLiteral(""),
             {localized(text::arabic), localized(text::english), automatic},
             MenuTexts::White},
-           [automatic](const QString& title) {
+           [automatic](std::size_t, const QString& title) {
              if (title == localized(text::arabic)) endWith(Language::Arabic);
              if (title == localized(text::english)) endWith(Language::English);
              if (title == automatic) endWith(Language::Automatic);
@@ -77,7 +77,7 @@ void showOptionsMenu(ViewController& screen) {
                             localized(text::changeProjectName),
                             localized(text::changeLanguage)};
   showMenu({localized(text::extraOptions), localized(text::whichOne), entries},
-           [owner = Owner(&screen)](const QString& title) {
+           [owner = Owner(&screen)](std::size_t, const QString& title) {
              if (title == localized(text::importFromPath)) askForImport(owner);
              if (title == localized(text::goToDebsFolder)) openAddress(packagesAddress());
              if (title == localized(text::deleteDebsFolder)) deletePackages();

@@ -8,9 +8,10 @@
 void showProjectChooser(ViewController& screen) {
   const std::vector<std::string> names = projectNames();
   const Owner owner(&screen);
-  showMenu({localized(text::loadProject), QString(), titlesOf(names)}, [names, owner](const QString& title) {
-    forEachNamed(names, title, [&owner](const std::string& name) {
-      if (chooseProject(name)) refresh(owner);
-    });
-  });
+  showMenu({localized(text::loadProject), QString(), titlesOf(names)},
+           [names, owner](std::size_t index, const QString&) {
+             forEachNamed(names, index, [&owner](const std::string& name) {
+               if (chooseProject(name)) refresh(owner);
+             });
+           });
 }

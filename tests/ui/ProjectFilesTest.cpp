@@ -207,6 +207,32 @@ TEST_F(ProjectFiles, NamedLikeAnActionAreTakenForBoth) {
   waitToSee("Delete Options");
 }
 
+TEST_F(ProjectFiles, WhoseNamesOnlyLookAlikeAreNotTakenForEachOther) {
+  makeProject({{"a\xFF", ""}, {"a\xFE", ""}, {"keep", ""}});
+  for (const char* project : {"b\xFF", "b\xFE"}) putFile(device::projects + project + "/x", "");
+  start();
+  const auto chooseFirstLike = [](const QString& title) {
+    const auto dialog = topDialog();
+    const auto index = dialog->buttonTitles().indexOf(title);
+    ASSERT_GE(index, 0) << title.toStdString();
+    dialog->forceActionAtIndex(static_cast<std::size_t>(index));
+  };
+  tap("Delete");
+  waitToSee(localized(text::deleteFilesOrProjects));
+  const auto looksLike = [](const std::string& name) { return name[0] == 'a'; };
+  const std::string chosenFile = *std::find_if(MUArray().begin(), MUArray().end(), looksLike);
+  chooseFirstLike(QStringLiteral("a\uFFFD"));
+  Tree left = treeAt(device::projects + "P");
+  EXPECT_EQ(left.size(), 2U);
+  EXPECT_EQ(left.count(chosenFile), 0U);
+
+  waitToSee("Reload");
+  deleteMenu(localized(text::deleteOptions));
+  waitToSee(localized(text::deleteAllProjects));
+  chooseFirstLike(QStringLiteral("b\uFFFD"));
+  EXPECT_EQ(projectNames().size(), 2U) << "P and one of the two";
+}
+
 TEST_F(ProjectFiles, KeepTheirPlaceInTheListWhenOneOfThemGoes) {
   const std::string folder = makeProject({});
   for (int number = 100; number < 180; ++number) putFile(folder + "f" + std::to_string(number), "");

@@ -1,6 +1,9 @@
 // The application on its screen, fresh for each test, as a user would have it.
 #pragma once
 
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewController.h"
+#include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/UIScreen.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
@@ -78,6 +81,14 @@ class Screens : public testing::Test {
   }
   static void waitToMiss(const QString& name) {
     finger::waitUntil([&name] { return !finger::sees(name); }, "still to be seen: " + name);
+  }
+
+  // Null when no dialog is shown.
+  static std::shared_ptr<RQAlertView> topDialog() {
+    const auto window = RQAlertViewWindowsObserver::sharedInstance()->lastWindow();
+    const auto controller =
+        window ? std::dynamic_pointer_cast<RQAlertViewController>(window->rootViewController()) : nullptr;
+    return controller ? controller->alertView() : nullptr;
   }
 
   // Whether or not a dialog lies above it.
