@@ -37,9 +37,10 @@ void convertFlexPatch(const std::string& title) {
   if (fileExistsAtPath(fill("/var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}))) {
     run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}).c_str());
   }
+  // With no project the result lands beside the projects, where it is seen.
   run_cmd(fill("mv /var/mobile/Documents/Wexley88/Tweak.xm /var/mobile/Documents/Wexley88/FlexPatch%@ && mv "
                "/var/mobile/Documents/Wexley88/FlexPatch%@ /var/Tweakyard/Projects/%@/",
-               {key, key, project})
+               {key, key, project.value_or("")})
               .c_str());
   removeWorkFolder();
 }

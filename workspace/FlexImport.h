@@ -10,7 +10,8 @@
 std::vector<std::string> harvestFlexMenu();
 
 // The second run: converts the chosen entry into the listed project, over the result of an earlier import of
-// the same entry. Without a result nothing lands in the project. Throws std::out_of_range when the title is
+// the same entry. Without a result nothing lands in the project; with no listed project the
+// result lands in the folder of all projects. Throws std::out_of_range when the title is
 // too short to name a patch.
 void convertFlexPatch(const std::string& title);
 

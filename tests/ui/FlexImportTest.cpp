@@ -63,6 +63,7 @@ TEST_F(FlexImport, OfAnEntryThatIsTooShortConvertsNothingAndGoesOn) {
   projectMenu(text::addFlexPatch);
   waitToSee("   long");
   EXPECT_FALSE(sees("x") || sees("y") || sees("1"));
+  EXPECT_TRUE(wasLogged("arrayOfComponents == (x, ab, y,    long, 1, 2, 3)")) << "the lines before any goes";
   tap("ab");
   expectLife();
   EXPECT_TRUE(wasLogged("the chosen entry is shorter than three characters"));
@@ -82,6 +83,18 @@ TEST_F(FlexImport, OfOneOfTwoEqualEntriesConvertsTwice) {
   // The first pass reads the menu's own first line.
   EXPECT_EQ(treeAt(folder_), (Tree{{"Tweak.x", ""}, {"FlexPatchabc", "x\nabc\nabc\n"}}));
   removeItemAtPath("/var/mobile/answers");
+}
+
+TEST_F(FlexImport, WithNoListedProjectPutsTheResultBesideTheProjects) {
+  startWithConverter(
+      "printf 'x\\n---abc\\ny\\n1\\n2\\n3'\n"
+      "mkdir /var/mobile/Documents/Wexley88 && echo made > /var/mobile/Documents/Wexley88/Tweak.xm\n");
+  projectMenu(text::addFlexPatch);
+  waitToSee("---abc");
+  putFile(device::application + "Files.plist", device::emptyList());
+  tap("---abc");
+  expectLife();
+  EXPECT_EQ(treeAt(device::projects), (Tree{{"FlexPatchabc", "made\n"}, {"P/", ""}, {"P/Tweak.x", ""}}));
 }
 
 TEST_F(FlexImport, FromAFloodIsStillAMenu) {
