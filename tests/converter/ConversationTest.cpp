@@ -1,31 +1,18 @@
 #include "converter/Conversation.h"
 #include "converter/LogosReader.h"
 #include "core/FileManager.h"
+#include "support/BinaryPropertyList.h"
 #include "support/TemporaryFolder.h"
 #include "workspace/FlexMenu.h"
 
-#include <cstdlib>
 #include <memory>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
-#include <plist/plist.h>
 
 namespace {
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-std::string binary(const std::string& xml) {
-  plist_t node = nullptr;
-  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
-  char* bytes = nullptr;
-  std::uint32_t size = 0;
-  plist_to_bin(node, &bytes, &size);
-  plist_free(node);
-  const std::string list(bytes, size);
-  std::free(bytes);
-  return list;
-}
 
 class Converter : public testing::Test {
  protected:
@@ -66,7 +53,7 @@ TEST_F(Converter, WritesTheChosenPatchFromEitherFormOfTheList) {
             "return 604800.5;\n");
   EXPECT_NE(log().find("1 of its 1 units."), std::string::npos);
 
-  putFile(places_.list, binary(fileAt(TWEAKBENCH_FLEX_SAMPLE)));
+  putFile(places_.list, binaryPropertyList(fileAt(TWEAKBENCH_FLEX_SAMPLE)));
   ASSERT_EQ(fileAt(places_.list).substr(0, 8), "bplist00");
   EXPECT_EQ(run("0\n"), Ending::Converted);
   EXPECT_NE(fileAt(written()), source) << "the older source is replaced";
@@ -102,7 +89,7 @@ TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
       {"", damaged},
       {"patches", damaged},
       {fileAt(TWEAKBENCH_FLEX_SAMPLE).substr(0, 900), damaged},
-      {binary(fileAt(TWEAKBENCH_FLEX_SAMPLE)).substr(0, 200), damaged},
+      {binaryPropertyList(fileAt(TWEAKBENCH_FLEX_SAMPLE)).substr(0, 200), damaged},
       {list("<dict><key>patches</key><dict/></dict>"), damaged},
       {list("<array/>"), damaged},
       {list("<dict><key>patches</key>" + nested(100) + "</dict>"), damaged},
@@ -143,7 +130,7 @@ TEST_F(Converter, SaysWhenTheSourceCannotBeWritten) {
 
 // One byte of a good list after the other changed: whatever is read, what is written is well-formed.
 TEST_F(Converter, WritesSoundSourceFromAnyDamagedList) {
-  const std::string good = binary(fileAt(TWEAKBENCH_FLEX_SAMPLE));
+  const std::string good = binaryPropertyList(fileAt(TWEAKBENCH_FLEX_SAMPLE));
   std::size_t converted = 0;
   for (std::size_t at = 8; at < good.size(); at += 5) {
     std::string bytes = good;

@@ -2,6 +2,7 @@
 #include "core/PropertyList.h"
 #include "core/PropertyListBounds.h"
 #include "core/PropertyListTree.h"
+#include "support/BinaryPropertyList.h"
 #include "support/TemporaryFolder.h"
 
 #include <csignal>
@@ -10,7 +11,6 @@
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
-#include <plist/plist.h>
 
 namespace {
 
@@ -257,15 +257,7 @@ TEST(PropertyLists, ANumberPastTheSignedOnesNeverBecomesNegative) {
   const std::string xml = xmlList(
       "<array><integer>18446744073709551615</integer><integer>9223372036854775808</integer>"
       "<integer>-9223372036854775808</integer><integer>-1</integer></array>");
-  plist_t node = nullptr;
-  plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
-  char* bytes = nullptr;
-  std::uint32_t size = 0;
-  plist_to_bin(node, &bytes, &size);
-  plist_free(node);
-  const std::string binary(bytes, size);
-  std::free(bytes);
-  for (const std::string& list : {xml, binary}) {
+  for (const std::string& list : {xml, binaryPropertyList(xml)}) {
     const auto tree = propertyListTree(list);
     ASSERT_TRUE(tree && tree->array() != nullptr);
     const PropertyListValue::Array& values = *tree->array();

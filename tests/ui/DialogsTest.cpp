@@ -90,20 +90,23 @@ void expectLooks(const Looks& looks, const RQAlertView& dialog) {
   if (looks.message) expectColour(looks.message, dialog.messageTextColor(), {}, "message");
 }
 
+// A text so that a failure can be read.
+std::string shown(const QString& text) {
+  return text.isNull() ? "none" : '"' + text.toStdString() + '"';
+}
+
 void expectDialog(const Expected& expected, const RQAlertView& dialog) {
   EXPECT_EQ(dialog.style(), expected.style);
-  EXPECT_EQ(dialog.title(), expected.title);
-  EXPECT_EQ(dialog.message(), expected.message);
-  EXPECT_EQ(dialog.message().isNull(), expected.message.isNull());
-  EXPECT_EQ(dialog.buttonTitles(), expected.buttons);
-  EXPECT_EQ(dialog.cancelButtonTitle(), expected.cancel);
-  EXPECT_EQ(dialog.cancelButtonTitle().isNull(), expected.cancel.isNull());
-  EXPECT_TRUE(dialog.destructiveButtonTitle().isNull());
+  EXPECT_EQ(shown(dialog.title()), shown(expected.title));
+  EXPECT_EQ(shown(dialog.message()), shown(expected.message));
+  EXPECT_EQ(shown(dialog.buttonTitles().join(" | ")), shown(expected.buttons.join(" | ")));
+  EXPECT_EQ(shown(dialog.cancelButtonTitle()), shown(expected.cancel));
+  EXPECT_EQ(shown(dialog.destructiveButtonTitle()), shown(none));
   expectLooks(expected.looks, dialog);
   const auto fields = dialog.textFieldsArray();
   ASSERT_EQ(fields.size(), expected.initialText ? 1U : 0U);
   if (fields.empty()) return;
-  EXPECT_EQ(fields.front()->text(), *expected.initialText);
+  EXPECT_EQ(shown(fields.front()->text()), shown(*expected.initialText));
   EXPECT_TRUE(fields.front()->placeholder().isEmpty());
   EXPECT_EQ(fields.front()->keyboardAppearance(), UIKeyboardAppearance::Dark);
   EXPECT_EQ(fields.front()->clearButtonMode(), UITextFieldViewMode::WhileEditing);
