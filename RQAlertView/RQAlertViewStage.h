@@ -78,8 +78,9 @@ class RQAlertViewStage : public QWidget {
   Motion motion_ = Motion::None;
   bool in_ = false;  // the box is in place once nothing moves
   double progress_ = 0;
-  QVariantAnimation animation_;
-  QVariantAnimation shift_;
+  // Children, so that what moves can be found from outside and its clock be turned.
+  QVariantAnimation animation_{this};
+  QVariantAnimation shift_{this};
   std::function<void()> finished_;
   QPixmap picture_;
   QPixmap earlierPicture_;

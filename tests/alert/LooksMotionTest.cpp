@@ -1,0 +1,195 @@
+// How a dialog comes, goes, gives way to a keyboard and changes into another one, looked at half-way.
+#include "alert/Pictures.h"
+#include "platform/UIKeyboard.h"
+
+#include <QVariantAnimation>
+
+namespace {
+
+class LooksInMotion : public Pictures {
+ protected:
+  void SetUp() override {
+    Pictures::SetUp();
+    setMotionEnabled(true);
+  }
+  void TearDown() override {
+    setMotionEnabled(false);
+    for (const Dialog& dialog : shown_) {
+      finish(dialog);
+      dialog->dismiss();
+    }
+    Pictures::TearDown();
+  }
+
+  // A box in one colour.
+  Dialog box(RQAlertViewStyle style) {
+    const Dialog dialog =
+        RQAlertView::alertViewWithTitle(none, QStringLiteral("A\nB\nC\nD"), style, {}, none, none);
+    dialog->setBackgroundColor(telling);
+    dialog->setMessageTextColor(telling);
+    dialog->setLayerCornerRadius(0);
+    shown_.push_back(dialog);
+    return dialog;
+  }
+
+  // What moves in the dialog now, stopped at this part of its time.
+  static QVariantAnimation* stoppedAt(const Dialog& dialog, double part) {
+    for (auto* animation : dialog->view()->findChildren<QVariantAnimation*>()) {
+      if (animation->state() == QAbstractAnimation::Stopped) continue;
+      animation->pause();
+      animation->setCurrentTime(static_cast<int>(animation->duration() * part));
+      return animation;
+    }
+    return nullptr;
+  }
+  // Lets it arrive.
+  static void finish(const Dialog& dialog) {
+    if (!dialog->view()) return;
+    for (auto* animation : dialog->view()->findChildren<QVariantAnimation*>()) {
+      if (animation->state() == QAbstractAnimation::Stopped) continue;
+      animation->resume();
+      animation->setCurrentTime(animation->duration());
+    }
+  }
+
+  // Where anything but white is to be seen.
+  static QRect extent(const Dialog& dialog) {
+    const QImage picture = seen(dialog->view());
+    QRect found;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) {
+        if (picture.pixelColor(x, y).green() < 250) found |= QRect(x, y, 1, 1);
+      }
+    }
+    return found;
+  }
+  // How much of the telling colour there is in the middle of the box, or at a place: from 0 to 1.
+  static double share(const Dialog& dialog, const QPoint& place) {
+    return 1 - seenAt(dialog->view(), place).green() / 255.0;
+  }
+
+ private:
+  std::vector<Dialog> shown_;
+};
+
+TEST_F(LooksInMotion, GrowOrShrinkAndFadeBetweenTheirScales) {
+  const Dialog dialog = box(alertStyle);
+  dialog->setInitialScale(1.3);
+  dialog->setFinalScale(0.5);
+  dialog->setAnimationDuration(3.5);
+  dialog->showAnimated();
+  const QRect place = frameOf(dialog)->geometry();
+  const auto expectHalfWay = [&](double in, double scale) {
+    const QRect found = extent(dialog);
+    EXPECT_NEAR(found.width(), place.width() * (scale + (1 - scale) * in), 2.5);
+    EXPECT_NEAR(found.height(), place.height() * (scale + (1 - scale) * in), 2.5);
+    EXPECT_NEAR(found.center().x(), place.center().x(), 2);
+    EXPECT_NEAR(found.center().y(), place.center().y(), 2);
+    EXPECT_NEAR(share(dialog, place.center()), in, 0.02);
+  };
+  for (const double part : {0.1, 0.3}) {
+    const QVariantAnimation* animation = stoppedAt(dialog, part);
+    ASSERT_TRUE(animation);
+    EXPECT_EQ(animation->duration(), 3500);
+    expectHalfWay(animation->currentValue().toDouble(), 1.3);
+  }
+  finish(dialog);
+  ASSERT_EQ(dialog->state(), RQAlertViewState::Shown);
+  EXPECT_EQ(extent(dialog), place);
+  dialog->dismissAnimated();
+  for (const double part : {0.1, 0.3}) {
+    const QVariantAnimation* animation = stoppedAt(dialog, part);
+    ASSERT_TRUE(animation);
+    EXPECT_EQ(animation->duration(), 3500);
+    expectHalfWay(1 - animation->currentValue().toDouble(), 0.5);
+  }
+  finish(dialog);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
+}
+
+TEST_F(LooksInMotion, SlideASheetUpAndDown) {
+  const Dialog dialog = box(sheetStyle);
+  dialog->showAnimated();
+  const QRect place = frameOf(dialog)->geometry();
+  const auto expectHalfWay = [&](double in) {
+    const QRect found = extent(dialog);
+    EXPECT_NEAR(found.top(), place.top() + (1 - in) * (844 - place.top()), 1.5);
+    EXPECT_EQ(found.left(), place.left());
+    EXPECT_EQ(found.width(), place.width());
+    EXPECT_EQ(share(dialog, {place.center().x(), found.top() + 5}), 1);
+  };
+  const QVariantAnimation* animation = stoppedAt(dialog, 0.2);
+  ASSERT_TRUE(animation);
+  EXPECT_EQ(animation->duration(), 500);
+  expectHalfWay(animation->currentValue().toDouble());
+  finish(dialog);
+  dialog->dismissAnimated();
+  animation = stoppedAt(dialog, 0.2);
+  ASSERT_TRUE(animation);
+  expectHalfWay(1 - animation->currentValue().toDouble());
+}
+
+TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
+  const QPoint corner(3, 3);
+  const auto covered = [this] {
+    const Dialog dialog = box(alertStyle);
+    dialog->setCoverColor(telling);
+    dialog->setCoverAlpha(0.5);
+    dialog->showAnimated();
+    return dialog;
+  };
+  const Dialog lower = covered();
+  const QVariantAnimation* animation = stoppedAt(lower, 0.2);
+  ASSERT_TRUE(animation);
+  EXPECT_NEAR(share(lower, corner), animation->currentValue().toDouble() / 2, 0.02);
+  finish(lower);
+  EXPECT_NEAR(share(lower, corner), 0.5, 0.02);
+  const Dialog upper = covered();
+  ASSERT_TRUE(stoppedAt(upper, 0.2));
+  EXPECT_NEAR(share(upper, corner), 0.5, 0.02);
+  finish(upper);
+  upper->dismissAnimated();
+  animation = stoppedAt(upper, 0.2);
+  ASSERT_TRUE(animation);
+  EXPECT_NEAR(share(upper, corner), (1 - animation->currentValue().toDouble()) / 2, 0.02);
+}
+
+TEST_F(LooksInMotion, ChangeTheSizeOfTheBoxIntoThatOfTheNextOne) {
+  const Dialog from = box(alertStyle);
+  from->show();
+  const QRect before = frameOf(from)->geometry();
+  const Dialog to = box(alertStyle);
+  to->setWidth(200);
+  to->setMessageFont(QFont(to->messageFont().family(), 24));
+  to->setAnimationDuration(2);
+  from->transitionToAlertView(to);
+  const QRect after = frameOf(to)->geometry();
+  ASSERT_GT(after.height(), before.height() + 20);
+  const QVariantAnimation* animation = stoppedAt(to, 0.2);
+  ASSERT_TRUE(animation);
+  EXPECT_EQ(animation->duration(), 2000);
+  const double progress = animation->currentValue().toDouble();
+  const QRect found = extent(to);
+  EXPECT_NEAR(found.width(), before.width() + (after.width() - before.width()) * progress, 2.5);
+  EXPECT_NEAR(found.height(), before.height() + (after.height() - before.height()) * progress, 2.5);
+}
+
+TEST_F(LooksInMotion, GiveWayToAKeyboardInItsTimeAndOnItsCurve) {
+  const Dialog dialog = box(alertStyle);
+  dialog->show();
+  const int before = frameOf(dialog)->y();
+  NSNotificationCenter::defaultCenter().postNotificationName(
+      UIKeyboardWillChangeFrameNotification, nullptr,
+      {{UIKeyboardFrameEndUserInfoKey, QRectF(0, 444, 390, 400)},
+       {UIKeyboardAnimationDurationUserInfoKey, 7.5},
+       {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::InQuad)}});
+  const QVariantAnimation* animation = stoppedAt(dialog, 0.5);
+  ASSERT_TRUE(animation);
+  EXPECT_EQ(animation->duration(), 7500);
+  // At half of the time a quarter of the way, which is half of what the keyboard covers.
+  EXPECT_NEAR(frameOf(dialog)->y(), before - 200.0 / 4, 1);
+  finish(dialog);
+  EXPECT_NEAR(frameOf(dialog)->y(), before - 200, 1);
+}
+
+}  // namespace
