@@ -15,7 +15,6 @@
 namespace device {
 namespace {
 
-constexpr const char* kSessionInDevice = "/.host/session";
 constexpr int kPatience = 3000;
 
 // Qt asks where the accessibility bus is and whether it is wanted. It cannot be told the address by a
@@ -156,11 +155,7 @@ Accessibility::~Accessibility() {
 }
 
 std::vector<SharedSocket> Accessibility::sockets() const {
-  return {{folder_ + "/session", kSessionInDevice}, {folder_ + "/bus", busPath_}};
-}
-
-void Accessibility::addTo(Environment& environment) const {
-  environment["DBUS_SESSION_BUS_ADDRESS"] = std::string("unix:path=") + kSessionInDevice;
+  return {{folder_ + "/session", sessionBusInDevice}, {folder_ + "/bus", busPath_}};
 }
 
 }  // namespace device

@@ -26,8 +26,8 @@ class Accessibility {
   Accessibility& operator=(Accessibility&&) = delete;
   ~Accessibility();
 
+  // Where the application looks for them by itself.
   std::vector<SharedSocket> sockets() const;
-  void addTo(Environment& environment) const;
 
  private:
   Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath);

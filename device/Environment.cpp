@@ -1,5 +1,7 @@
 #include "device/Environment.h"
 
+#include "device/guard/HomeFolders.h"
+
 #include <algorithm>
 #include <string_view>
 #include <unistd.h>
@@ -47,7 +49,7 @@ std::optional<std::string> lookUp(const Environment& environment, std::string_vi
 
 Environment deviceEnvironment(const Environment& caller, Audience audience) {
   Environment result{
-      {"HOME", "/var/mobile"},
+      {"HOME", guard::homeOfCommands},
       {"USER", "mobile"},
       {"LOGNAME", "mobile"},
       {"SHELL", "/bin/sh"},
@@ -59,9 +61,12 @@ Environment deviceEnvironment(const Environment& caller, Audience audience) {
   };
   if (audience == Audience::Application) {
     // What a build leaves under the home folder must not become the interface's fonts, styles or key maps.
-    result["XDG_CONFIG_HOME"] = "/.host/empty";
-    result["XDG_DATA_HOME"] = "/.host/empty";
-    result["XDG_CACHE_HOME"] = "/run/mobile/cache";
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+      result[name] = guard::homeOfApplication;
+    // Where a bus has no address, its library looks for one and starts a program of /usr/bin to make one, and
+    // builds can write there. With these, a bus that is not shown is just not there.
+    result["DBUS_SESSION_BUS_ADDRESS"] = std::string("unix:path=") + sessionBusInDevice;
+    result["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/.host/no-system-bus";
     for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "QT_QPA_PLATFORM",
                              "XCURSOR_THEME", "XCURSOR_SIZE", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON"}) {
       if (auto value = lookUp(caller, name)) result[name] = *value;

@@ -18,6 +18,9 @@ Environment callerEnvironment();
 // Absent also where the variable is empty.
 std::optional<std::string> lookUp(const Environment& environment, std::string_view name);
 
+// Where the device shows the session's bus, if it does.
+inline constexpr const char* sessionBusInDevice = "/.host/session";
+
 // What every program in the device gets. `forApplication` adds what the interface needs and the caller has
 // set.
 enum class Audience { Commands, Application };

@@ -271,7 +271,6 @@ int run(const Options& options) {
   auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
   if (accessibility) {
     for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
-    accessibility->addTo(request.environment);
   }
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"

@@ -3,6 +3,7 @@
 // Every command line of the application goes through here, and so does everything that a build starts. It
 // never runs a command unguarded: where the filter cannot be put on, it ends with status 126.
 #include "FilterProgram.h"
+#include "device/guard/HomeFolders.h"
 #include "device/guard/Probe.h"
 
 #include <cerrno>
@@ -81,6 +82,9 @@ void cleanEnvironment() {
     if (!isForTheInterfaceOnly(*variable)) *kept++ = *variable;
   }
   *kept = nullptr;
+  const char* home = getenv("HOME");
+  if (home != nullptr && strcmp(home, guard::homeOfApplication) == 0)
+    setenv("HOME", guard::homeOfCommands, 1);
 }
 
 }  // namespace

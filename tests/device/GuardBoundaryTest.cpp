@@ -46,11 +46,17 @@ TEST(GuardBoundary, CommandsDoNotInheritTheInterface) {
   setenv("AT_SPI_BUS_ADDRESS", "unix:path=/.host/accessibility", 1);
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x", 1);
   setenv("KEPT_FOR_COMMANDS", "yes", 1);
+  const std::string home = getenv("HOME");
+  setenv("HOME", "/.host/empty", 1);
   const std::string environment = outputOf("env");
   for (const char* name : {"DISPLAY", "XAUTHORITY", "AT_SPI", "DBUS_", "QT_"}) {
     EXPECT_EQ(environment.find(name), std::string::npos) << name;
   }
   EXPECT_NE(environment.find("KEPT_FOR_COMMANDS=yes"), std::string::npos);
+  EXPECT_NE(environment.find("HOME=/var/mobile\n"), std::string::npos);
+  setenv("HOME", "/var/tmp", 1);
+  EXPECT_EQ(outputOf("echo $HOME"), "/var/tmp\n") << "a build's own choice";
+  setenv("HOME", home.c_str(), 1);
   // The descriptor is open here and closed there.
   EXPECT_EQ(outputOf("cat /dev/fd/" + std::to_string(authority)).find("cookie"), std::string::npos);
   for (const char* name :

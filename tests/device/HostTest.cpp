@@ -50,6 +50,8 @@ TEST(Environment, NothingOfTheCallersGetsInUnasked) {
   const Environment application = deviceEnvironment(caller, Audience::Application);
   EXPECT_EQ(lookUp(application, "QT_SCALE_FACTOR"), "2");
   EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
+  for (const auto& [name, value] : application)
+    EXPECT_EQ(value.find("/var/"), std::string::npos) << name << " leads where builds write: " << value;
 }
 
 TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
