@@ -133,16 +133,35 @@ std::vector<std::string> promises() {
 class Promise : public testing::TestWithParam<std::string> {
  protected:
   static void TearDownTestSuite() {
-    int counted = 0;
-    int stopped = 0;
-    for (const auto& [promise, tries] : allTries()) {
-      for (const Try& each : tries) {
-        if (!each.succeedsOutside) continue;
-        ++counted;
-        if (!each.succeedsInside) ++stopped;
-      }
+    Count all;
+    for (const std::string& promise : promises()) {
+      const Count user = count(promise, "user");
+      const Count root = count(promise, "root");
+      std::printf("%-56s user %2d of %2d   root %2d of %2d\n", promise.c_str(), user.stopped, user.tried,
+                  root.stopped, root.tried);
+      all.tried += user.tried + root.tried;
+      all.stopped += user.stopped + root.stopped;
     }
-    std::cout << stopped << " of " << counted << " escape attempts stopped\n";
+    std::printf("%d of %d escape attempts stopped\n", all.stopped, all.tried);
+  }
+
+ private:
+  struct Count {
+    int tried = 0;
+    int stopped = 0;
+  };
+
+  // Of the attempts that succeed outside.
+  static Count count(const std::string& promise, const std::string& caller) {
+    Count result;
+    const auto found = allTries().find(promise);
+    if (found == allTries().end()) return result;
+    for (const Try& each : found->second) {
+      if (each.caller != caller || !each.succeedsOutside) continue;
+      ++result.tried;
+      if (!each.succeedsInside) ++result.stopped;
+    }
+    return result;
   }
 };
 
