@@ -1,5 +1,6 @@
 // The application's entry.
 #include "core/NSLog.h"
+#include "core/RefusedWrites.h"
 #include "platform/UIApplication.h"
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
@@ -23,6 +24,7 @@ void logQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, con
 int main(int argc, char** argv) {
   // What a build starts runs as the same user: it must not be able to look into this process.
   prctl(PR_SET_DUMPABLE, 0);
+  surviveRefusedWrites();
   // On a phone every command runs as root; elsewhere this fails and the user's own rights do.
   if (setuid(0) != 0) NSLog("Running with the rights of the user who started the program");
   qInstallMessageHandler(logQtMessage);
