@@ -1,11 +1,14 @@
 // Stands in the application's place when the launcher opens it: the same screens, and a finger on them that
 // does what /var/tmp/step in the device says.
+#include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
 #include "platform/dispatch.h"
 #include "support/TemporaryFolder.h"
 #include "ui/AppDelegate.h"
+#include "ui/EndOfProcess.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
 #include "ui/OpenAddress.h"
@@ -20,6 +23,8 @@
 namespace {
 
 constexpr const char* result = "/var/tmp/result";
+
+struct WindowIsClosed {};
 
 void tapOption(const TextPair& option) {
   finger::tap("Project Options");
@@ -52,6 +57,13 @@ void take(const std::string& step) {
     finger::tap("Project Options");
     finger::waitToSee(QString::fromUtf8(text::extraOptions.arabic));
     putFile(result, "Arabic");
+  } else if (step == "build") {
+    // Until somebody ends it, or wants the window to be closed.
+    finger::tap("Build");
+    finger::tap("Make Package");
+    finger::waitUntil([] { return fileExistsAtPath("/var/tmp/close"); }, "nobody ends the build");
+    UIScreen::mainScreen()->close();
+    throw WindowIsClosed();
   }
 }
 
@@ -60,6 +72,7 @@ void take(const std::string& step) {
 int main(int argc, char** argv) {
   return UIApplicationMain(argc, argv, [] {
     setMotionEnabled(false);
+    endCommandsWithApplication();
     openAddressesOnHost();
     createProjectsFolder();
     recordTheosPath();
@@ -68,6 +81,8 @@ int main(int argc, char** argv) {
     dispatch_async(dispatch_get_main_queue(), [] {
       try {
         take(fileAt("/var/tmp/step"));
+      } catch (const WindowIsClosed&) {
+        return;
       } catch (const std::exception& error) {
         putFile(result, error.what());
       }
