@@ -1,0 +1,141 @@
+# The operations in a device that lacks something, or shares it.
+
+# in_starved_device OPTIONS...: every operation under strace with these options.
+in_starved_device() {
+  rm -rf "$place/starved"
+  status=0
+  start starved strace -f -qq -o /var/tmp/trace "$@" "$in_device/faults_subject" operate > /dev/null 2>&1 || status=$?
+}
+injected() { grep -c INJECTED "$place/starved/var/tmp/trace"; }
+
+row_fork() {
+  local call tries=0 fired=0 bad=0 hits=0
+  in_starved_device -e trace=clone,clone3,vfork -e inject=clone,clone3,vfork:error=EAGAIN
+  tries=1
+  hits=$(injected)
+  fired=$((hits > 0))
+  [ "$status" -eq 0 ] || bad=1
+  # Where nothing can be started, nothing is created and nothing deleted, and the settings are whole.
+  [ "$(start starved "$in_device/faults_subject" build > /dev/null 2>&1; echo $?)" -eq 1 ] || bad=1
+  start starved "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
+    start starved "$in_device/faults_subject" build > /dev/null 2>&1 || { bad=1; complain "no build afterwards"; }
+  report "processes refused (clone, clone3, vfork)" "$tries" "$fired" "$bad" "$hits commands refused, every operation ended"
+}
+
+row_shell() {
+  local error tries=0 fired=0 bad=0 hits=0
+  for error in ENOENT EACCES E2BIG ENOMEM; do
+    tries=$((tries + 1))
+    in_starved_device -e trace=execve -P /bin/sh -e inject=execve:error=$error
+    [ "$(injected)" -eq 0 ] || fired=$((fired + 1))
+    hits=$((hits + $(injected)))
+    [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "$error: ends with $status"; }
+    start starved "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
+      start starved "$in_device/faults_subject" build > /dev/null 2>&1 ||
+      { bad=$((bad + 1)); complain "$error: no build afterwards"; }
+  done
+  report "/bin/sh missing or not to be run" "$tries" "$fired" "$bad" "$hits commands refused, every operation ended"
+}
+
+# A folder $place/disk on a small disk of its own, for the command that follows.
+on_small_disk() {
+  mkdir -p "$place/disk"
+  if [ "$(id -u)" -eq 0 ]; then
+    unshare -m bash -c 'mount -t tmpfs -o size=24m,mode=755 tmpfs "$0" && exec "$@"' "$place/disk" "$@"
+  else
+    unshare -r -m bash -c 'mount -t tmpfs -o size=24m,mode=755 tmpfs "$0" && exec "$@"' "$place/disk" \
+      unshare -U --map-user="$(id -u)" --map-group="$(id -g)" "$@"
+  fi
+}
+
+row_disk() {
+  local counts tries fired bad
+  counts=$(on_small_disk timeout 300 "$launcher" --device "$place/disk/device" --theos "$files/theos" --no-filter \
+    exec "$in_device/faults_subject" disk 2> "$place/errors") || counts="0 0 1"
+  grep -E 'pages left|refused .* times|tweakbench:' "$place/errors" >&2
+  read -r tries fired bad <<< "$counts"
+  report "disk full in eight operations" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries with settings whole and nobody dead"
+}
+
+row_removed() {
+  local tries=0 fired=0 bad=0 status first
+  for _ in 1 2 3; do
+    tries=$((tries + 1))
+    start removed sh -c "touch /var/tmp/up; while [ -e /var/tmp/up ]; do :; done; exec $in_device/faults_subject operate" \
+      > /dev/null 2>&1 &
+    first=$!
+    until [ -e "$place/removed/var/tmp/up" ]; do kill -0 $first || break; done
+    # What runs goes on making files meanwhile, so not all of it need go.
+    rm -rf "$place/removed" 2> /dev/null
+    [ -e "$place/removed/lock" ] || fired=$((fired + 1))
+    status=0
+    wait $first || status=$?
+    [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "ends with $status"; }
+    rm -rf "$place/removed"
+    start removed "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
+      start removed "$in_device/faults_subject" build > /dev/null 2>&1 ||
+      { bad=$((bad + 1)); complain "the next start does not build"; }
+  done
+  report "the device removed while it runs" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries ended, and a new device builds"
+}
+
+row_two() {
+  local tries=0 fired=0 bad=0 round number status running
+  # Whoever finds the folder is not alone.
+  local hold='mkdir /var/tmp/held || exit 99; n=0; while [ $n -lt 100000 ]; do n=$((n + 1)); done; rmdir /var/tmp/held'
+  start two true
+  for round in 1 2 3 4; do
+    running=()
+    for number in 1 2 3 4 5; do
+      start two sh -c "$hold" > /dev/null 2> "$place/two-$number" &
+      running+=($!)
+    done
+    for number in 1 2 3 4 5; do
+      tries=$((tries + 1))
+      status=0
+      wait "${running[number - 1]}" || status=$?
+      [ "$status" -ne 125 ] || fired=$((fired + 1))
+      [ "$status" -eq 0 ] || { [ "$status" -eq 125 ] && grep -q 'in use by another' "$place/two-$number"; } ||
+        { bad=$((bad + 1)); complain "ends with $status: $(cat "$place/two-$number")"; }
+    done
+  done
+  [ "$fired" -lt "$tries" ] || bad=$((bad + 1))
+  report "five launchers at once on one device" "$tries" "$fired" "$bad" "$fired refused in words, never two inside"
+}
+
+row_clock() {
+  local tries=0 fired=0 bad=0 date faketime
+  faketime=$(find /usr/lib -name libfaketime.so.1 2> /dev/null | head -n 1)
+  start clock "$in_device/faults_subject" prepare > /dev/null 2>&1
+  for date in 1970-01-01 2039-06-01; do
+    tries=$((tries + 1))
+    start clock sh -c "find /var /Applications -exec touch -h -d $date {} + 2> /dev/null; test /var/Tweakyard/Projects/P/Makefile -$(
+      [ $date = 1970-01-01 ] && echo ot || echo nt) /proc/self/stat" && fired=$((fired + 1))
+    start clock "$in_device/faults_subject" build > /dev/null 2>&1 || { bad=$((bad + 1)); complain "files of $date"; }
+  done
+  for date in 1970-01-02 2039-06-01; do
+    [ -n "$faketime" ] || { complain "faketime is not installed"; break; }
+    tries=$((tries + 1))
+    [[ $(start clock env LD_PRELOAD="$faketime" FAKETIME="@$date 00:00:00" date +%Y) != "${date%%-*}" ]] || fired=$((fired + 1))
+    start clock env LD_PRELOAD="$faketime" FAKETIME="@$date 00:00:00" "$in_device/faults_subject" build > /dev/null 2>&1 ||
+      { bad=$((bad + 1)); complain "in $date"; }
+  done
+  [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
+  report "files and clock of 1970 and 2039" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries built"
+}
+
+snapshot() { find "$1" -printf '%p %m %s %T@ %u %l\n' | sort; cat "$1/precious"; }
+
+row_names() {
+  local names=0 strikes=0 bad=1 before home=$place/home
+  mkdir -p "$home/.config" && echo kept > "$home/precious" && chmod -R a+rwX "$home"
+  before=$(snapshot "$home")
+  # The small disk bounds what is copied under a name that means more than a project. The second start is the one that
+  # a link or a folder left behind would lead astray.
+  # shellcheck disable=SC2016
+  read -r names strikes < <(on_small_disk timeout 300 bash -c '"$@" names 1000 "$0"; "$@" prepare > /dev/null' "$home" \
+    "$launcher" --device "$place/disk/device" --theos "$files/theos" --no-filter exec "$in_device/faults_subject" \
+    2> /dev/null)
+  [ "${names:-0}" -eq 1000 ] && [ "$(snapshot "$home")" = "$before" ] && bad=0
+  report "nasty names in command lines" "${names:-0}" "${strikes:-0}" "$bad" "${strikes:-0} struck in the device, none outside it"
+}

@@ -1,0 +1,134 @@
+# Changing a settings file while the system turns against it. These rows need no device.
+
+# A settings file of several thousand bytes in folder settings: old and new are what it may be.
+make_settings() {
+  rm -rf "$place/settings" && mkdir "$place/settings"
+  if [ ! -e "$place/new" ]; then
+    { printf '<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict><key>Choose</key><string>old</string>'
+      printf '<key>Key%d</key><string>value</string>' $(seq 200)
+      printf '</dict></plist>'; } > "$place/settings/list.plist"
+    "$subject" update "$place/settings/list.plist" old && cp "$place/settings/list.plist" "$place/old"
+    "$subject" update "$place/settings/list.plist" new && cp "$place/settings/list.plist" "$place/new"
+  fi
+  cp "$place/old" "$place/settings/list.plist"
+}
+
+is_old() { cmp -s "$place/settings/list.plist" "$place/old"; }
+is_new() { cmp -s "$place/settings/list.plist" "$place/new"; }
+strays() { find "$place/settings" -name '.tweakbench-*' | wc -l; }
+
+# traced_update STRACE-OPTIONS...: leaves its status in $status and its record in trace.
+traced_update() {
+  make_settings
+  status=0
+  quietly timeout 20 strace -qq -o "$place/trace" "$@" "$subject" update "$place/settings/list.plist" new || status=$?
+}
+
+row_killed() {
+  local tries=0 fired=0 bad=0 stray=0 old=0 name number rest
+  traced_update
+  calls "$place/trace" > "$place/points"
+  while read -r name number rest; do
+    # The program has to be started to be killed, and lives no more when it exits.
+    [ "$name" != execve ] && [ "$name" != exit_group ] || continue
+    tries=$((tries + 1))
+    traced_update -e trace="$name" -e inject="$name:signal=KILL:when=$number"
+    [ "$status" -ne 137 ] || fired=$((fired + 1))
+    stray=$((stray + $(strays)))
+    if is_old; then old=$((old + 1)); elif ! is_new; then bad=$((bad + 1)); fi
+    # What is left over must not be in the way of the next change.
+    "$subject" update "$place/settings/list.plist" new && is_new || bad=$((bad + 1))
+  done < "$place/points"
+  [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
+  report "kill -9 at every call of a settings update" "$tries" "$fired" "$bad" \
+    "$((tries - bad)) of $tries old ($old) or new whole, $stray temporary files left and in nobody's way"
+}
+
+row_calls() {
+  local tries=0 fired=0 bad=0 lies=0 seen='' name number rest error when
+  traced_update
+  calls "$place/trace" > "$place/points"
+  while read -r name number rest; do
+    # What comes before is the loader's.
+    [[ $rest != *settings/list.plist* ]] || seen=yes
+    # No system answers a futex so, and the C library ends a process to which that happens.
+    [ -n "$seen" ] && [ "$name" != exit_group ] && [ "$name" != futex ] || continue
+    for error in EIO ENOSPC EDQUOT EROFS EACCES EMFILE EINTR; do
+      for when in "$number" "$number+"; do
+        # No system interrupts for ever; ten times in a row is a lot.
+        [ "$error $when" != "EINTR $number+" ] || when="$number..$((number + 9))"
+        tries=$((tries + 1))
+        traced_update -e trace="$name" -e inject="$name:error=$error:when=$when"
+        ! grep -q INJECTED "$place/trace" || fired=$((fired + 1))
+        is_old || is_new || { bad=$((bad + 1)); complain "$name $when $error: damaged"; }
+        if [ "$status" -eq 0 ] && ! is_new; then
+          lies=$((lies + 1))
+          complain "$name $when $error: claims success"
+        elif [ "$status" -gt 2 ]; then
+          bad=$((bad + 1))
+          complain "$name $when $error: ends with $status"
+        fi
+        # Where unlink itself fails, nobody can tidy up.
+        [ "$(strays)" -eq 0 ] || [ "$name" = unlink ] || { bad=$((bad + 1)); complain "$name $when $error: leaves a file"; }
+      done
+    done
+  done < "$place/points"
+  [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
+  report "each call fails once, or from then on" "$tries" "$fired" "$((bad + lies))" \
+    "$((tries - bad)) of $tries whole, $lies false successes"
+}
+
+row_order() {
+  local order
+  traced_update -y
+  # The temporary file is written, synced and renamed over the old one, and then its folder is synced.
+  order=$(awk -v folder="$place/settings" '
+    /^write\(/ && index($0, folder "/.tweakbench-") { print "write" }
+    /^fsync\(/ && index($0, folder "/.tweakbench-") { print "fsync" }
+    /^rename/ && index($0, folder "/list.plist") { print "rename" }
+    /^fsync\(/ && index($0, "<" folder ">") { print "folder" }' "$place/trace" | xargs)
+  local bad=0
+  [ "$order" = "write fsync rename folder" ] && is_new || { bad=1; complain "order: $order"; }
+  report "order of a save's calls" 1 1 "$bad" "$order"
+}
+
+row_descriptors() {
+  local tries=0 fired=0 bad=0 limit status
+  for limit in $(seq 0 20); do
+    make_settings
+    status=0
+    quietly prlimit --nofile="$limit" "$subject" update "$place/settings/list.plist" new || status=$?
+    tries=$((tries + 1))
+    [ "$status" -eq 0 ] || fired=$((fired + 1))
+    if [ "$status" -eq 0 ]; then is_new; else is_old || is_new; fi || { bad=$((bad + 1)); complain "limit $limit"; }
+  done
+  report "no more descriptors (0 to 20)" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries whole, no false success"
+}
+
+row_memory() {
+  local tries=0 fired=0 bad=0 kilobytes status
+  for kilobytes in $(seq 1000 100 16000); do
+    make_settings
+    status=0
+    # It may die of this; the file may not.
+    quietly prlimit --as=$((kilobytes * 1024)) --core=0 "$subject" update "$place/settings/list.plist" new || status=$?
+    tries=$((tries + 1))
+    [ "$status" -eq 0 ] || fired=$((fired + 1))
+    if [ "$status" -eq 0 ]; then is_new; else is_old || is_new; fi || { bad=$((bad + 1)); complain "limit $kilobytes"; }
+  done
+  [ "$fired" -lt "$tries" ] || bad=$((bad + 1))
+  report "out of memory (1 to 16 MB)" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries whole, no false success"
+}
+
+row_size_limit() {
+  local tries=0 fired=0 bad=0 bytes status
+  for bytes in 0 1 100 4096 6000; do
+    make_settings
+    status=0
+    quietly prlimit --fsize="$bytes" "$subject" update "$place/settings/list.plist" new || status=$?
+    tries=$((tries + 1))
+    [ "$status" -eq 0 ] || fired=$((fired + 1))
+    [ "$status" -eq 1 ] && is_old && [ "$(strays)" -eq 0 ] || { bad=$((bad + 1)); complain "$bytes: ends with $status"; }
+  done
+  report "a limit on the size of files" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries told as failures, no SIGXFSZ"
+}

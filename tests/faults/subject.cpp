@@ -1,0 +1,89 @@
+// The system's operations without the interface, for script/faults: a small program that can be traced,
+// killed and starved.
+#include "tests/faults/Subject.h"
+
+#include "build/BuildRunner.h"
+#include "core/RefusedWrites.h"
+#include "support/Device.h"
+#include "workspace/Backups.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Deletion.h"
+#include "workspace/NewProject.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectName.h"
+#include "workspace/ProjectOptions.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+enum Ending { Done = 0, NotWritten = 1, NotRead = 2, WrongCall = 64 };
+
+// Sets one key as every change of a setting does, but says how it went. Anywhere.
+int update(const std::string& file, const std::string& value) {
+  auto list = PropertyList::initWithContentsOfFile(file);
+  if (!list) return NotRead;
+  list->setObject(value, "Choose");
+  return list->writeToFile(file) ? Done : NotWritten;
+}
+
+// Everything that the menus lead to, one after the other; whether any of it works is for others to see.
+int operate() {
+  createProjectsFolder();
+  recordTheosPath();
+  createProject("Made");
+  createHeader("Header");
+  renameFile("Header.h", "Other.h");
+  renameProject("Renamed");
+  backUpProject();
+  restoreBackup("Renamed");
+  chooseRestoredProject("Renamed");
+  exportProject("tmp/Exported");
+  importProject("/var/tmp/Exported");
+  ArraySetUp();
+  fileCheckRejects("Tweak.x");
+  SS("Tweak.x");
+  createDirectoryAtPath("/var/Tweakyard/tmp");
+  createFileAtPath("/var/Tweakyard/tmp/SuccessfullyUpdated.log");
+  runBuildJob(BuildVariant::Package, [] {});
+  collectBuildResult(BuildVariant::Package);
+  deleteProjectFile("Tweak.x");
+  deleteListedProject();
+  setLanguage(Language::Arabic);
+  return Done;
+}
+
+// Whether the package of the current project comes out of a build.
+int build() {
+  removeItemAtPath(device::packages);
+  runBuildJob(BuildVariant::Package, [] {});
+  return collectBuildResult(BuildVariant::Package).hasPackages ? Done : NotWritten;
+}
+
+}  // namespace
+
+void subject::prepare() {
+  device::reset();
+  removeItemAtPath("/var/mobile/Documents/TweakbenchBackups");
+  createProjectsFolder();
+  recordTheosPath();
+  createProject("P");
+  putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
+}
+
+int main(int count, char** values) {
+  surviveRefusedWrites();
+  const std::string task = count > 1 ? values[1] : "";
+  if (task == "update" && count == 4) return update(values[2], values[3]);
+  // The rest deletes what lies at fixed paths: never outside a device.
+  if (!fileExistsAtPath("/.host/tweakbench")) return WrongCall;
+  if (task == "operate") return operate();
+  if (task == "prepare") return subject::prepare(), Done;
+  if (task == "build") return build();
+  if (task == "disk") return subject::fillTheDisk();
+  if (task == "names" && count == 4) return subject::runNastyNames(std::atoi(values[2]), values[3]);
+  return WrongCall;
+}
