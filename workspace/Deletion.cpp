@@ -5,18 +5,20 @@
 
 namespace {
 
-// An empty record counts as none: as an empty field it would turn the command line against the folder of all
-// projects.
-MaybeText named(const MaybeText& project) {
-  return project && project->empty() ? std::nullopt : project;
+// A name of nothing that the shell keeps counts as none: as an empty field it would turn the command line
+// against the folder that the named item lies in.
+MaybeText named(const MaybeText& name) {
+  const bool isEmpty = name && name->find_first_not_of(" \t\n") == std::string::npos;
+  return isEmpty ? std::nullopt : name;
 }
 
 }  // namespace
 
 void deleteProjectFile(const std::string& entry) {
   const MaybeText listed = named(listedProject());
-  run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@/%@", {listed ? listed : named(currentProject()), entry})
-              .c_str());
+  run_cmd(
+      fill("rm -rf /var/Tweakyard/Projects/%@/%@", {listed ? listed : named(currentProject()), named(entry)})
+          .c_str());
 }
 
 void deleteListedProject() {
@@ -25,7 +27,7 @@ void deleteListedProject() {
 }
 
 void deleteProject(const std::string& name) {
-  run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@", {name}).c_str());
+  run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@", {named(name)}).c_str());
 }
 
 void deleteAllProjects() {

@@ -1,5 +1,5 @@
 // Deleting files and projects, for good. An absent project is written out in the command line, whose
-// parentheses the shell refuses, so nothing is deleted then; a record that holds an empty name counts as
+// parentheses the shell refuses, so nothing is deleted then; a name that is empty or all blanks counts as
 // absent.
 #pragma once
 

@@ -220,8 +220,17 @@ TEST_F(Operations, AProjectWithoutANameDeletesNothing) {
   const Tree unpacked = treeAt(device::projects);
   deleteProjectFile("A");
   deleteListedProject();
+  deleteProject("");
+  for (const char* blank : {" ", "\t\n"}) {
+    setListedProject(blank);
+    deleteListedProject();
+    deleteProject(blank);
+    setListedProject("A");
+    deleteProjectFile(blank);
+  }
   EXPECT_EQ(treeAt(device::projects), unpacked);
   EXPECT_EQ(currentProject(), std::nullopt);
+  setListedProject(" ");
   setCurrentProject("B");
   deleteProjectFile("x");
   EXPECT_EQ(at("A/x"), "");
