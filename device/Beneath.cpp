@@ -6,11 +6,18 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <memory>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace device {
+namespace {
+
+// A folder that a build fills with names must not fill the memory.
+constexpr std::size_t kMostNames = 1'000'000;
+
+}  // namespace
 
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
   open_how how{};
@@ -122,20 +129,27 @@ bool removeBeneath(int folder, const std::string& name) {
   return unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
 }
 
-std::optional<std::vector<std::string>> namesIn(int folder) {
+std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause) {
   const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (copy < 0) return std::nullopt;
-  DIR* stream = fdopendir(copy);
-  if (stream == nullptr) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(copy), closedir);
+  if (!stream) {
     close(copy);
     return std::nullopt;
   }
   std::vector<std::string> names;
-  while (const dirent* entry = readdir(stream)) {
+  errno = 0;
+  while (const dirent* entry = readdir(stream.get())) {
     const std::string name = entry->d_name;
+    if (pause) pause();
     if (name != "." && name != "..") names.push_back(name);
+    if (names.size() > kMostNames) {
+      errno = E2BIG;
+      return std::nullopt;
+    }
+    errno = 0;
   }
-  closedir(stream);
+  if (errno != 0) return std::nullopt;
   return names;
 }
 

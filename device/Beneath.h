@@ -5,6 +5,7 @@
 #include "device/Descriptor.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -35,7 +36,8 @@ bool writeAtomically(int folder, const std::string& name, const std::string& con
 // something is left, errno tells why.
 bool removeBeneath(int folder, const std::string& name);
 
-// What fdopendir() would give, "." and ".." dropped; empty with errno set on failure.
-std::optional<std::vector<std::string>> namesIn(int folder);
+// What fdopendir() would give, "." and ".." dropped; absent with errno set on failure, E2BIG where there are
+// more than a million. `pause` is called again and again, and what it throws goes through.
+std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause = {});
 
 }  // namespace device

@@ -31,7 +31,7 @@ class Copy {
   void folder(int source, int target, const fs::path& at, int depth) {
     if (depth > kDeepest) throw Refusal("The folder " + name(at) + " lies too deep.");
     reader_.assume();
-    const auto names = namesIn(source);
+    const auto names = namesIn(source, rules_.pause);
     if (!names) fail(at, "could not be read:");
     for (const auto& each : *names) {
       if (rules_.pause) rules_.pause();
@@ -110,6 +110,7 @@ class Copy {
         if (rules_.pause) rules_.pause();
         const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, kPiece));
         const ssize_t got = pread(from, piece_.data(), wanted, start);
+        if (got < 0 && errno == EINTR) continue;
         if (got < 0) fail(at, "could not be read:");
         if (got == 0) throw Refusal("The entry " + name(at) + " changed while it was copied.");
         write(to, static_cast<std::size_t>(got), start, at);
@@ -123,6 +124,7 @@ class Copy {
   void write(int to, std::size_t size, off_t start, const fs::path& at) const {
     for (std::size_t done = 0; done < size;) {
       const ssize_t written = pwrite(to, piece_.data() + done, size - done, start + static_cast<off_t>(done));
+      if (written < 0 && errno == EINTR) continue;
       if (written <= 0) fail(at, "could not be written:");
       done += static_cast<std::size_t>(written);
     }

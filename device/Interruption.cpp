@@ -13,6 +13,8 @@ Interruption::Interruption() {
   came = 0;
   struct sigaction note {};
   note.sa_handler = [](int number) { came = number; };
+  // The signal is asked for between two steps; none of them is to fail for it.
+  note.sa_flags = SA_RESTART;
   for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     struct sigaction& before = before_[number];
     sigaction(number, nullptr, &before);

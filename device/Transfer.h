@@ -38,9 +38,10 @@ struct Transferred {
 // in the device they lead to nothing else. Throws Refusal.
 Transferred importProject(const Transfer& transfer, const std::filesystem::path& source);
 
-// Copies the project `name` into the folder `target` or, where there is none, under that name into the folder
-// above. Links that lead out of the project stay behind: on the host whoever reads or writes through them
-// would reach the user's own files. Throws Refusal.
+// Copies the project `name`, its packages included, into the folder `target` or, where there is none, under
+// that name into the folder above. Links that lead out of the project stay behind: on the host whoever reads
+// or writes through them would reach the user's own files. Packages that lie outside the project get into the
+// copy's "packages", unless the project has such a folder of its own. Throws Refusal.
 Transferred exportProject(const Transfer& transfer, const std::string& name,
                           const std::filesystem::path& target);
 

@@ -96,6 +96,44 @@ TEST_F(TransferTest, AProjectComesInAndGoesOutAsItWas) {
   EXPECT_EQ(treeAt(home / "copy"), brought);
 }
 
+TEST_F(TransferTest, ItsPackagesGoOutWithAProject) {
+  const std::string packages = device / "var/mobile/Documents/Tweakbench";
+  putFile(project("Built/Tweak.x"), "");
+  putFile(packages + "/Built/built.deb", "of the application");
+  fs::create_symlink(home / "precious", packages + "/Built/link");
+  EXPECT_EQ(exportProject(transfer(), "Built", home / "Built").leftOut,
+            std::vector<std::string>{"packages/link"});
+  EXPECT_EQ(treeAt(home / "Built"),
+            (std::map<std::string, std::string>{{"Tweak.x", "100644 "},
+                                                {"packages", "040755 "},
+                                                {"packages/built.deb", "100644 of the application"}}));
+  // Made by make alone, and newer or not, the project's own.
+  putFile(project("Own/packages/own.deb"), "of make");
+  putFile(packages + "/Own/built.deb", "of the application");
+  exportProject(transfer(), "Own", home / "Own");
+  EXPECT_EQ(treeAt(home / "Own/packages"),
+            (std::map<std::string, std::string>{{"own.deb", "100644 of make"}}));
+  // What a build plants there keeps no project in.
+  putFile(project("Planted/Tweak.x"), "");
+  fs::create_directory_symlink(home.path(), packages + "/Planted");
+  EXPECT_EQ(exportProject(transfer(), "Planted", home / "Planted").leftOut,
+            std::vector<std::string>{"packages"});
+  EXPECT_EQ(treeAt(home / "Planted").size(), 1U);
+}
+
+TEST_F(TransferTest, APathLeadsWhereItLeadsForEverybodyElse) {
+  // Not to what is above the link.
+  putFile(home / "far/Away/file", "of Away");
+  fs::create_directory(home / "far/Away/sub");
+  fs::create_directory_symlink(home / "far/Away/sub", home / "link");
+  EXPECT_EQ(importProject(transfer(), home / "link/..").what, "Away");
+  EXPECT_EQ(fileAt(project("Away/file")), "of Away");
+  EXPECT_EQ(importProject(transfer(), home / "far/Away/sub/./").what, "sub");
+  EXPECT_EQ(importProject(transfer(), home / "link/").what, "link") << "its name as it was typed";
+  EXPECT_EQ(exportProject(transfer(), "Away", home / "link/../copy").what, home / "far/Away/copy");
+  EXPECT_EQ(fileAt(home / "far/Away/copy/file"), "of Away");
+}
+
 TEST_F(TransferTest, AHugeHoleCostsNothing) {
   fs::create_directories(project("P"));
   putFile(project("P/holes"), "start");
@@ -137,6 +175,7 @@ TEST_F(TransferTest, WhatCannotComeInLeavesTheDeviceAsItWas) {
   fs::create_directory(home / "two words");
   fs::create_directory(home / "line\nbreak");
   fs::create_directory(home / "-rf");
+  fs::create_directory(home / "\xd9");
   const auto before = treeAt(device.path());
   EXPECT_NE(importing(home / "nothing").find("No such file"), std::string::npos);
   EXPECT_NE(importing(home / "precious").find("Not a directory"), std::string::npos);
@@ -144,6 +183,7 @@ TEST_F(TransferTest, WhatCannotComeInLeavesTheDeviceAsItWas) {
   EXPECT_NE(importing(home / "line\nbreak").find("\"line?break\" is no project's name"), std::string::npos);
   for (const char* name : {"two words", "-rf"})
     EXPECT_NE(importing(home / name).find("command lines"), std::string::npos) << name;
+  EXPECT_NE(importing(home / "\xd9").find("UTF-8"), std::string::npos);
   EXPECT_NE(importing(home / "Taken").find("already"), std::string::npos);
   EXPECT_NE(importing(device / "var/Tweakyard/Projects/Taken").find("lies in the device"), std::string::npos);
   EXPECT_NE(importing("/tmp").find("has the device in it"), std::string::npos);
