@@ -64,3 +64,22 @@ row_ended() {
   report "application, window or launcher ended" "$tries" "$fired" "$bad" \
     "$((tries - bad)) of $tries left no process and no lock"
 }
+
+# The running of commands and builds under ThreadSanitizer, which is shown a race first.
+row_races() {
+  local test tries=0 fired=0 bad=0 output status
+  script/build tsan faults_subject build_tests core_tests > /dev/null || bad=1
+  output=$(out/tsan/lib/tweakbench/tests/faults_subject race 2>&1)
+  grep -q 'WARNING: ThreadSanitizer: data race' <<< "$output" || { bad=1; complain "a race is not seen"; }
+  for test in "out/tsan/tests/core/core_tests" "tests/run-in-device out/tsan/bin/tweakbench off build_tests"; do
+    tries=$((tries + 1))
+    status=0
+    # shellcheck disable=SC2086
+    output=$($test 2>&1) || status=$?
+    ! grep -q '^\[  PASSED  \]' <<< "$output" || fired=$((fired + 1))
+    ! grep -q 'WARNING: ThreadSanitizer' <<< "$output" && [ "$status" -eq 0 ] ||
+      { bad=$((bad + 1)); tail -n 40 <<< "$output" >&2; }
+  done
+  [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
+  report "races in running commands and builds" "$tries" "$fired" "$bad" "no report by ThreadSanitizer"
+}

@@ -17,6 +17,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace {
 
@@ -63,6 +64,16 @@ int build() {
   return collectBuildResult(BuildVariant::Package).hasPackages ? Done : NotWritten;
 }
 
+// What ThreadSanitizer has to report, to show that it would.
+int race() {
+  int counter = 0;
+  const auto count = [&counter] { ++counter; };
+  std::thread other(count);
+  count();
+  other.join();
+  return counter > 0 ? Done : NotWritten;
+}
+
 }  // namespace
 
 void subject::prepare() {
@@ -78,6 +89,7 @@ int main(int count, char** values) {
   surviveRefusedWrites();
   const std::string task = count > 1 ? values[1] : "";
   if (task == "update" && count == 4) return update(values[2], values[3]);
+  if (task == "race") return race();
   // The rest deletes what lies at fixed paths: never outside a device.
   if (!fileExistsAtPath("/.host/tweakbench")) return WrongCall;
   if (task == "operate") return operate();
