@@ -111,13 +111,13 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
       if (row >= 0) tap(row);
       return;
     case Qt::Key_Up:
-      if (row <= 0) {
+      if (row <= firstEnabledRow()) {
         focusNextPrevChild(false);
         return;
       }
       break;
     case Qt::Key_Down:
-      if (row == rows().count() - 1) {
+      if (row >= lastEnabledRow()) {
         focusNextPrevChild(true);
         return;
       }
@@ -156,16 +156,31 @@ void RQAlertViewButtonList::mouseReleaseEvent(QMouseEvent* event) {
 
 void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
   if (event->reason() == Qt::BacktabFocusReason) {
-    setCurrentIndex(model_->index(rows().count() - 1));
-  } else if (event->reason() == Qt::TabFocusReason || !currentIndex().isValid()) {
-    setCurrentIndex(model_->index(0));
+    setCurrentIndex(model_->index(lastEnabledRow()));
+  } else if (event->reason() == Qt::TabFocusReason) {
+    setCurrentIndex(model_->index(firstEnabledRow()));
   }
+  const QModelIndex chosen = currentIndex();
   QListView::focusInEvent(event);
+  // The list view itself would choose the first row, which may be one that destroys something.
+  setCurrentIndex(chosen);
   // A screen reader follows the row, not the list.
   if (!QAccessible::isActive() || !currentIndex().isValid()) return;
   QAccessibleEvent focused(this, QAccessible::Focus);
   focused.setChild(currentIndex().row());
   QAccessible::updateAccessibility(&focused);
+}
+
+int RQAlertViewButtonList::firstEnabledRow() const {
+  int row = 0;
+  while (row < rows().count() && !isRowEnabled(row)) ++row;
+  return row < rows().count() ? row : -1;
+}
+
+int RQAlertViewButtonList::lastEnabledRow() const {
+  int row = rows().count() - 1;
+  while (row >= 0 && !isRowEnabled(row)) --row;
+  return row;
 }
 
 void RQAlertViewButtonList::setPressedRow(int row) {

@@ -13,7 +13,7 @@ class RQAlertViewCell;
 class RQAlertViewListModel;
 
 // Tapping a row, or Return or Space on it, taps the button. At the ends the arrow keys go on to what comes
-// before or after the list.
+// before or after the list. The focus is on the row that is current, if any, unless Tab brings it.
 class RQAlertViewButtonList : public QListView {
   Q_OBJECT
 
@@ -60,6 +60,9 @@ class RQAlertViewButtonList : public QListView {
   void setPressedRow(int row);
   int rowAt(const QPoint& position) const;
   bool isRowEnabled(int row) const;
+  // -1 where no row is enabled.
+  int firstEnabledRow() const;
+  int lastEnabledRow() const;
 
   RQAlertViewListModel* model_;
   RQAlertViewCell* cell_;

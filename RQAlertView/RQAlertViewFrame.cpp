@@ -323,8 +323,7 @@ QWidget* RQAlertViewFrame::initialFocus() {
     }
   }
   if (arrangement_ == Arrangement::List) {
-    const int first = alertView_.destructiveButtonTitle().isNull() ? 0 : 1;
-    list_->setCurrentIndex(list_->model()->index(std::min(first, rows_.count() - 1), 0));
+    list_->setCurrentIndex(list_->model()->index(safeRow(), 0));
     return list_;
   }
   return this;
@@ -334,6 +333,14 @@ RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) co
   if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
   for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
     if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
+int RQAlertViewFrame::safeRow() const {
+  for (int row = 0; row < rows_.count(); ++row) {
+    const RQAlertViewRow each = rows_.at(row);
+    if (each.kind != RQAlertViewButtonKind::Destructive && alertView_.isButtonEnabled(each)) return row;
+  }
+  return -1;
+}
+
   }
   return nullptr;
 }

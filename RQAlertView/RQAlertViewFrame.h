@@ -58,6 +58,8 @@ class RQAlertViewFrame : public QWidget {
 
   bool holdsFocus() const;
   void applyLooks(int width);
+  // The first row of the list that can be tapped and destroys nothing, or -1.
+  int safeRow() const;
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
   void arrangeButtons(int width);
   void rebuildSideBySide(const RQAlertViewRows& rows);

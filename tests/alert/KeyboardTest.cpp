@@ -16,7 +16,8 @@ class Keys : public Dialogs {
   static std::string focused(const Dialog& dialog) {
     if (auto* button = qobject_cast<RQAlertViewButton*>(focus())) return button->title().toStdString();
     if (auto* list = qobject_cast<RQAlertViewButtonList*>(focus())) {
-      return list->rows().at(list->currentIndex().row()).title.toStdString();
+      const int row = list->currentIndex().row();
+      return row < 0 ? "no row" : list->rows().at(row).title.toStdString();
     }
     const auto fields = dialog->textFieldsArray();
     for (std::size_t index = 0; index < fields.size(); ++index) {
@@ -54,6 +55,48 @@ TEST_F(Keys, BeginAtTheSafeAnswer) {
   bottom->show();
   EXPECT_EQ(focused(bottom), "Cancel");
   bottom->dismiss();
+}
+
+TEST_F(Keys, SkipRowsThatCannotBeTapped) {
+  const QStringList titles{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")};
+  const Dialog dialog = sheet(titles, none, QStringLiteral("Delete"));
+  dialog->setDismissOnAction(false);
+  int destroyed = 0;
+  dialog->setDestructiveHandler([&](RQAlertView&) { ++destroyed; });
+  dialog->setButtonEnabled(false, 0);
+  dialog->show();
+  EXPECT_EQ(focused(dialog), "B");
+  // Where nothing safe can be tapped, Return does nothing until the user has chosen.
+  dialog->setButtonsEnabled(false);
+  appField->setFocus();
+  listOf(dialog)->setCurrentIndex({});
+  listOf(dialog)->setFocus(Qt::OtherFocusReason);
+  EXPECT_EQ(focused(dialog), "no row");
+  press(Qt::Key_Return);
+  EXPECT_EQ(destroyed, 0);
+  EXPECT_THAT(round(dialog, Qt::Key_Down, 1), ElementsAre("Delete"));
+  press(Qt::Key_Return);
+  EXPECT_EQ(destroyed, 1);
+  dialog->dismiss();
+  letGo();
+
+  const Dialog destructiveOnly = sheet(titles, none, QStringLiteral("Delete"));
+  destructiveOnly->setButtonsEnabled(false);
+  destructiveOnly->show();
+  EXPECT_EQ(focused(destructiveOnly), "no row");
+  destructiveOnly->dismiss();
+  letGo();
+
+  // The ends of the list are the first and the last row that can be tapped.
+  const Dialog between = sheet(titles, QStringLiteral("Cancel"));
+  between->setButtonEnabled(false, 0);
+  between->setButtonEnabled(false, 2);
+  between->show();
+  EXPECT_THAT(round(between, Qt::Key_Tab, 2), ElementsAre("B", "Cancel"));
+  EXPECT_THAT(round(between, Qt::Key_Backtab, 2), ElementsAre("B", "Cancel"));
+  EXPECT_THAT(round(between, Qt::Key_Down, 2), ElementsAre("B", "Cancel"));
+  EXPECT_THAT(round(between, Qt::Key_Up, 2), ElementsAre("B", "Cancel"));
+  between->dismiss();
 }
 
 TEST_F(Keys, GoRoundInsideTheDialog) {
