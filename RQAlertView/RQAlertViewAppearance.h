@@ -22,7 +22,9 @@ inline constexpr double RQAlertViewNotSet = static_cast<double>(INT64_MAX);
 
 // One row for each property: type, name, the name's form in the setter, starting value. Lengths are logical
 // pixels, durations seconds; an invalid colour or an empty picture means none. A value may name a property
-// above it: the button colours are the tint as it is when the object is made.
+// above it: the button colours are the tint as it is when the object is made. A blur is a picture of the
+// application's window below the colour of the same place, so it is seen as far as coverColor or
+// backgroundColor, which is opaque to start with, is see-through.
 // clang-format off
 #define RQ_ALERT_VIEW_APPEARANCE(PROPERTY)                                                                      \
   PROPERTY(std::shared_ptr<RQAlertViewCell>, heightCell, HeightCell, std::make_shared<RQAlertViewCell>())       \

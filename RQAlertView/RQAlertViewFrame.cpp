@@ -37,7 +37,9 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
       alertView_(alertView),
       card_(new RQAlertViewShadowView(this)),
       cancelCard_(new RQAlertViewShadowView(this)),
-      header_(new RQAlertViewHeader(alertView, content, this)) {
+      header_(new RQAlertViewHeader(alertView, content, this)),
+      border_(new RQAlertViewBorderView(this)),
+      cancelBorder_(new RQAlertViewBorderView(this)) {
   // Shown one by one: a picture of the box is taken before the box itself is shown.
   card_->show();
   header_->show();
@@ -83,6 +85,8 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
     separateCancel_->setGeometry(cancel);
     separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
   }
+  border_->frame(*card_);
+  cancelBorder_->frame(*cancelCard_);
   // The button that had it may have become a row, or the other way round.
   if (heldFocus && !holdsFocus()) initialFocus()->setFocus(Qt::OtherFocusReason);
 }
@@ -329,10 +333,6 @@ QWidget* RQAlertViewFrame::initialFocus() {
   return this;
 }
 
-RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) const {
-  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
-  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
-    if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
 int RQAlertViewFrame::safeRow() const {
   for (int row = 0; row < rows_.count(); ++row) {
     const RQAlertViewRow each = rows_.at(row);
@@ -341,6 +341,10 @@ int RQAlertViewFrame::safeRow() const {
   return -1;
 }
 
+RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) const {
+  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
+  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
+    if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
   }
   return nullptr;
 }

@@ -2,6 +2,7 @@
 // cancel button on a card of its own.
 #pragma once
 
+#include "RQAlertView/RQAlertViewBorderView.h"
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
 #include "RQAlertView/RQAlertViewRows.h"
@@ -57,9 +58,9 @@ class RQAlertViewFrame : public QWidget {
   };
 
   bool holdsFocus() const;
-  void applyLooks(int width);
   // The first row of the list that can be tapped and destroys nothing, or -1.
   int safeRow() const;
+  void applyLooks(int width);
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
   void arrangeButtons(int width);
   void rebuildSideBySide(const RQAlertViewRows& rows);
@@ -75,6 +76,8 @@ class RQAlertViewFrame : public QWidget {
   RQAlertViewShadowView* card_;
   RQAlertViewShadowView* cancelCard_;
   RQAlertViewHeader* header_;
+  RQAlertViewBorderView* border_;
+  RQAlertViewBorderView* cancelBorder_;
   QPixmap backdrop_;
   RQAlertViewButtonList* list_ = nullptr;
   std::vector<RQAlertViewButton*> sideBySide_;

@@ -40,9 +40,9 @@ QPainterPath RQAlertViewShadowView::outline() const {
 }
 
 int RQAlertViewShadowView::shadowMargin(const Look& look) {
-  if (!look.shadowColor.isValid() || look.shadowRadius <= 0) return 0;
+  if (!look.shadowColor.isValid()) return 0;
   const double offset = std::max(std::abs(look.shadowOffset.x()), std::abs(look.shadowOffset.y()));
-  return static_cast<int>(std::ceil(look.shadowRadius * 2 + offset));
+  return static_cast<int>(std::ceil(std::max(look.shadowRadius, 0.0) * 2 + offset));
 }
 
 void RQAlertViewShadowView::paintEvent(QPaintEvent*) {
@@ -70,22 +70,20 @@ void RQAlertViewShadowView::paintEvent(QPaintEvent*) {
     line.width() > line.height() ? line.setHeight(hairline) : line.setWidth(hairline);
     painter.fillRect(line, look_.separatorsColor);
   }
-  if (look_.borderColor.isValid() && look_.borderWidth > 0) {
-    const double inset = look_.borderWidth / 2;
-    painter.setPen(QPen(look_.borderColor, look_.borderWidth));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(card.adjusted(inset, inset, -inset, -inset), look_.cornerRadius - inset,
-                            look_.cornerRadius - inset);
-  }
 }
 
 void RQAlertViewShadowView::paintShadow(QPainter& painter, const QRectF& card) const {
   if (shadowMargin(look_) == 0) return;
+  painter.setPen(Qt::NoPen);
+  if (look_.shadowRadius <= 0) {
+    painter.setBrush(look_.shadowColor);
+    painter.drawRoundedRect(card.translated(look_.shadowOffset), look_.cornerRadius, look_.cornerRadius);
+    return;
+  }
   // Rings that overlap from the outside in add up to the soft edge of a blur.
   const int rings = static_cast<int>(std::ceil(look_.shadowRadius * 2));
   QColor ring = look_.shadowColor;
   ring.setAlphaF(static_cast<float>(1 - std::pow(1 - look_.shadowColor.alphaF() * 0.9, 1.0 / rings)));
-  painter.setPen(Qt::NoPen);
   painter.setBrush(ring);
   for (int step = 0; step < rings; ++step) {
     const double grow = look_.shadowRadius - step;

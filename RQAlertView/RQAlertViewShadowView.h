@@ -1,4 +1,4 @@
-// A card of a dialog: the rounded background with its border and shadow.
+// A card of a dialog: the rounded background with its shadow. Its border is a view of its own.
 #pragma once
 
 #include <QPainterPath>
@@ -32,7 +32,8 @@ class RQAlertViewShadowView : public QWidget {
   const QRect& cardGeometry() const { return card_; }
   // Hairlines, in the parent's coordinates: horizontal where wider than high, else vertical.
   void setSeparators(const QList<QRect>& separators);
-  // What is painted on the card instead of the background colour, as large as the card; empty: the colour.
+  // What is painted below the background colour, as large as the card; empty for nothing. It is seen as far
+  // as that colour is see-through.
   void setBackdrop(const QPixmap& backdrop);
 
   // In the parent's coordinates.

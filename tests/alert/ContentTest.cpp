@@ -176,6 +176,28 @@ TEST_F(Content, PaintsAButtonAsItsStateAndItsOwnPropertiesSay) {
   dialog->dismiss();
 }
 
+TEST_F(Content, PaintsTheBorderAboveTheButtonsAndAShadowWithoutARadius) {
+  const Dialog dialog = alert();
+  dialog->setButtonsBackgroundColor(Qt::green);
+  dialog->setLayerBorderColor(Qt::red);
+  dialog->setLayerBorderWidth(4);
+  dialog->setLayerShadowColor(Qt::blue);
+  dialog->setLayerShadowOffset({10, 10});
+  dialog->show();
+  const auto* button = buttonOf(dialog, QStringLiteral("One"));
+  const QRect place = button->geometry();
+  const QImage picture = frameOf(dialog)->grab().toImage();
+  EXPECT_EQ(picture.pixelColor(place.left() + 2, place.center().y()), QColor(Qt::red));
+  EXPECT_EQ(picture.pixelColor(place.left() + 6, place.center().y()), QColor(Qt::green));
+  EXPECT_EQ(picture.pixelColor(place.right() + 5, place.center().y()), QColor(Qt::blue));
+  // The border takes no taps.
+  int tapped = 0;
+  dialog->setActionHandler([&](RQAlertView&, std::size_t, const QString&) { ++tapped; });
+  QTest::mouseClick(UIScreen::mainScreen()->windowHandle(), Qt::LeftButton, {},
+                    frameOf(dialog)->mapTo(UIScreen::mainScreen(), place.center()));
+  EXPECT_EQ(tapped, 1);
+}
+
 TEST_F(Content, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   std::vector<std::size_t> indices;
   const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
