@@ -42,6 +42,8 @@ class UIApplication : public QApplication {
   // The application's own window, above which dialogs lie: the lowest of the normal level that is shown, else
   // the lowest of that level; null where there is none.
   UIWindow* appWindow() const;
+  // Makes the topmost visible window key, in place of the one that is.
+  void passKeyOn();
 
  private:
   friend class UIWindow;
@@ -49,8 +51,6 @@ class UIApplication : public QApplication {
   void setKeyWindow(UIWindow* window);
   // `window` is being destroyed and already off the screen.
   void forgetWindow(const UIWindow* window);
-  // Makes the topmost visible window key.
-  void passKeyOn();
   void stateChanged(Qt::ApplicationState state);
 
   std::unique_ptr<UIApplicationDelegate> delegate_;

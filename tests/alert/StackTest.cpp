@@ -27,7 +27,7 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
   EXPECT_TRUE(observer().isWindowsArrayContains(lower->window().get()));
 
   upper->dismiss();
-  // The lower one comes back with the event loop, not before.
+  // The lower one comes back with the event loop, not before. What is typed meanwhile is nobody's.
   EXPECT_TRUE(lower->window()->isHidden());
   letGo();
   EXPECT_FALSE(lower->window()->isHidden());
@@ -134,6 +134,30 @@ TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
   bottom->dismiss();
   letGo();
   EXPECT_EQ(keyWindow(), appWindow.get());
+}
+
+TEST_F(Stack, GivesTheInputBackWhereNoDialogIsLeftToComeBack) {
+  const Dialog lower = alert();
+  lower->show();
+  const Dialog upper = alert();
+  upper->show();
+  upper->dismiss();
+  lower->dismiss();
+  letGo();
+  EXPECT_EQ(keyWindow(), appWindow.get());
+  EXPECT_EQ(focus(), appField);
+  // A window that is hidden for a while keeps the one below it away.
+  const Dialog kept = alert();
+  kept->show();
+  const Dialog hidden = alert();
+  hidden->show();
+  hidden->window()->setHidden(true);
+  letGo();
+  EXPECT_EQ(keyWindow(), appWindow.get());
+  EXPECT_TRUE(kept->window()->isHidden());
+  hidden->dismiss();
+  letGo();
+  kept->dismiss();
 }
 
 TEST_F(Stack, ShowsADialogFromAHandlerOfAnother) {
