@@ -48,12 +48,16 @@ std::shared_ptr<RQAlertView> RQAlertView::alloc() {
 const std::shared_ptr<RQAlertView>& RQAlertView::appearance() {
   std::shared_ptr<RQAlertView>& shared = sharedAppearance();
   if (!shared) {
-    shared = alloc();
-    shared->isAppearance_ = true;
+    shared = alloc()->initAsAppearance();
     // Its fonts and pictures must not outlive the application.
     qAddPostRoutine([] { sharedAppearance().reset(); });
   }
   return shared;
+}
+
+std::shared_ptr<RQAlertView> RQAlertView::initAsAppearance() {
+  isAppearance_ = true;
+  return shared_from_this();
 }
 
 void RQAlertView::resetAppearance() {
@@ -70,10 +74,21 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQ
   handlers_.cancelHandler = std::move(reports.cancel);
   handlers_.destructiveHandler = std::move(reports.destructive);
   setDelegate(std::move(reports.to));
+  // The set-up handler gets a dialog that is whole, and may drop the last reference to it.
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  setupDefaults();
+  const auto setupHandler = std::exchange(contents_.textFieldsSetupHandler, nullptr);
+  if (setupHandler && content_) content_->setUpTextFields(setupHandler);
+  return alive;
+}
+
+void RQAlertView::setupDefaults() {
+  buttonsEnabled_.assign(static_cast<std::size_t>(contents_.buttonTitles.size()), true);
   appearance_ = appearance()->appearance_;
-  buttonsEnabled_.assign(static_cast<std::size_t>(contents_.buttonTitles.size()), appearance_.buttonsEnabled);
+  // Copying this property, like setting it, reaches every button of the list; else it would say nothing.
+  setButtonsEnabled(appearance_.buttonsEnabled);
   buildViews();
-  return shared_from_this();
+  setInitialized();
 }
 
 void RQAlertView::buildViews() {
@@ -81,7 +96,6 @@ void RQAlertView::buildViews() {
   RQAlertViewWindowsObserver::sharedInstance()->startObserving();
   stage_ = new RQAlertViewStage(*this);
   content_ = new RQAlertViewContent(contents_, appearance_, stage_);
-  contents_.textFieldsSetupHandler = nullptr;
   auto* frame = new RQAlertViewFrame(*this, content_, stage_);
   stage_->setFrame(frame);
   connect(frame, &RQAlertViewFrame::tapped, this,
@@ -97,6 +111,9 @@ void RQAlertView::buildViews() {
   const std::shared_ptr<UIWindow> covered = RQAlertViewWindowsObserver::sharedInstance()->lastWindow();
   stage_->setCoversDialog(covered && !covered->isHidden());
   window_->makeKeyAndVisible();
+}
+
+void RQAlertView::setInitialized() {
   state_ = RQAlertViewState::Made;
 }
 

@@ -133,7 +133,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                  RQAlertViewReports(std::move(reports)...));
   }
 
-  // Always an alert. `textFieldsSetupHandler`, which may be null, is called once for each field, in order.
+  // Always an alert. `textFieldsSetupHandler`, which may be null, is called once for each field, in order,
+  // when everything else has been made.
   template <typename... Reports>
   std::shared_ptr<RQAlertView> initWithTextFieldsAndTitle(
       const QString& title, const QString& message, std::size_t numberOfTextFields,
@@ -251,6 +252,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   const std::vector<bool>& buttonsEnabledArray() const { return buttonsEnabled_; }
   QWidget* innerView() const { return contents_.innerView; }
   // In order; the fields live as long as the dialog is not dismissed.
+  // The application's own view; null where there is none, or where it has been destroyed.
   std::vector<RQAlertViewTextField*> textFieldsArray() const;
 
   double progress() const { return contents_.progress; }
@@ -317,8 +319,11 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // Creation.
   std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
   void buildViews();
+  std::shared_ptr<RQAlertView> initAsAppearance();
   void requireInitialized() const;
+  void setupDefaults();
   void appearanceChanged();
+  void setInitialized();
 
   // Showing and dismissing. An entrance brings the box in and calls what it is given when it is in place.
   using Entrance = std::function<void(double duration, std::function<void()> finished)>;

@@ -19,9 +19,11 @@ Qt::Alignment alignmentFor(NSTextAlignment alignment) {
     case NSTextAlignment::Center:
       return Qt::AlignHCenter | Qt::AlignVCenter;
     case NSTextAlignment::Right:
-      return Qt::AlignRight | Qt::AlignVCenter;
+      return Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter;
+    case NSTextAlignment::Left:
+      return Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter;
     default:
-      return Qt::AlignLeft | Qt::AlignVCenter;
+      return Qt::AlignLeading | Qt::AlignVCenter;
   }
 }
 
@@ -54,9 +56,13 @@ RQAlertViewContent::RQAlertViewContent(const RQAlertViewContents& contents,
       break;
   }
   applyAppearance(appearance);
-  if (!contents.textFieldsSetupHandler) return;
-  for (std::size_t index = 0; index < fields_.size(); ++index) {
-    if (fields_[index]) atEventBoundary(contents.textFieldsSetupHandler)(*fields_[index], index);
+}
+
+void RQAlertViewContent::setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler) {
+  // A copy: the handler may destroy the window, and this with it.
+  const auto fields = fields_;
+  for (std::size_t index = 0; index < fields.size(); ++index) {
+    if (fields[index]) atEventBoundary(handler)(*fields[index], index);
   }
 }
 
@@ -67,7 +73,7 @@ bool RQAlertViewContent::isEmpty() const {
 void RQAlertViewContent::addTextFields(const RQAlertViewContents& contents) {
   for (std::size_t index = 0; index < contents.numberOfTextFields; ++index) {
     auto* field = new RQAlertViewTextField(this);
-    field->setAccessibleName(contents.title.isEmpty() ? contents.message : contents.title);
+    field->setTitle(contents.title.isEmpty() ? contents.message : contents.title);
     connect(field, &QLineEdit::returnPressed, this, atEventBoundary([this, index] { fieldEntered(index); }));
     field->show();
     fields_.emplace_back(field);
@@ -108,8 +114,9 @@ void RQAlertViewContent::applyToTextField(RQAlertViewTextField& field,
   const auto changed = [this](const auto& was, const auto& is) { return !everApplied_ || !(was == is); };
   if (changed(before.textFieldsBackgroundColor, now.textFieldsBackgroundColor) ||
       changed(before.textFieldsTextColor, now.textFieldsTextColor)) {
-    field.setColors(now.textFieldsBackgroundColor, now.textFieldsTextColor, now.tintColor);
+    field.setColors(now.textFieldsBackgroundColor, now.textFieldsTextColor);
   }
+  if (changed(before.tintColor, now.tintColor)) field.setTintColor(now.tintColor);
   if (changed(before.textFieldsFont, now.textFieldsFont)) field.setFont(now.textFieldsFont);
   if (changed(before.textFieldsTextAlignment, now.textFieldsTextAlignment)) {
     field.setAlignment(alignmentFor(now.textFieldsTextAlignment));

@@ -20,9 +20,12 @@ class RQAlertViewContent : public QWidget {
   Q_OBJECT
 
  public:
-  // Takes `contents.innerView` over. Calls the set-up handler of every text field.
+  // Takes `contents.innerView` over.
   RQAlertViewContent(const RQAlertViewContents& contents, const RQAlertViewAppearance& appearance,
                      QWidget* parent);
+
+  // Calls `handler` once for each field, in order. It may destroy a field, and the content with all of them.
+  void setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler);
 
   // There is nothing to show: the content takes no room.
   bool isEmpty() const;

@@ -6,9 +6,9 @@
 
 #include <memory>
 
+#include <QPointer>
 #include <QStringList>
-
-class QWidget;
+#include <QWidget>
 
 // Null texts are absent ones.
 struct RQAlertViewContents {
@@ -20,7 +20,7 @@ struct RQAlertViewContents {
   QString cancelButtonTitle{};
   QString destructiveButtonTitle{};
 
-  QWidget* innerView = nullptr;
+  QPointer<QWidget> innerView{};
   double progress = 0;
   QString progressLabelText{};
   std::size_t numberOfTextFields = 0;

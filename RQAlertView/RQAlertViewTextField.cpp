@@ -48,7 +48,25 @@ RQAlertViewTextField::RQAlertViewTextField(QWidget* parent)
     updateClearButton();
     fitFont();
   });
+  fullFont_ = font();
   updateClearButton();
+}
+
+void RQAlertViewTextField::setPlaceholderText(const QString& placeholder) {
+  QLineEdit::setPlaceholderText(placeholder);
+  updateAccessibleName();
+}
+
+void RQAlertViewTextField::setTitle(const QString& title) {
+  title_ = title;
+  updateAccessibleName();
+}
+
+void RQAlertViewTextField::updateAccessibleName() {
+  // A name that the application has given stays.
+  if (accessibleName() != nameFromTexts_) return;
+  nameFromTexts_ = placeholder().isEmpty() ? title_ : placeholder();
+  setAccessibleName(nameFromTexts_);
 }
 
 void RQAlertViewTextField::setClearButtonMode(UITextFieldViewMode mode) {
@@ -60,9 +78,8 @@ void RQAlertViewTextField::setSecureTextEntry(bool secure) {
   setEchoMode(secure ? QLineEdit::Password : QLineEdit::Normal);
 }
 
-void RQAlertViewTextField::setColors(const QColor& background, const QColor& text, const QColor& accent) {
+void RQAlertViewTextField::setColors(const QColor& background, const QColor& text) {
   background_ = background;
-  accent_ = accent;
   QPalette colors = palette();
   // The background is painted here, with rounded corners.
   colors.setColor(QPalette::Base, Qt::transparent);
@@ -70,16 +87,21 @@ void RQAlertViewTextField::setColors(const QColor& background, const QColor& tex
   QColor placeholder = text;
   placeholder.setAlphaF(0.5F);
   colors.setColor(QPalette::PlaceholderText, placeholder);
-  colors.setColor(QPalette::Highlight, accent);
-  colors.setColor(QPalette::HighlightedText, Qt::white);
   setPalette(colors);
   clearAction_->setIcon(clearIcon(text));
+}
+
+void RQAlertViewTextField::setTintColor(const QColor& tint) {
+  tint_ = tint;
+  QPalette colors = palette();
+  colors.setColor(QPalette::Highlight, tint);
+  colors.setColor(QPalette::HighlightedText, Qt::white);
+  setPalette(colors);
 }
 
 void RQAlertViewTextField::setAdjustsFontSizeToFitWidth(bool adjusts, double minimumSize) {
   adjustsFontSize_ = adjusts;
   minimumFontSize_ = minimumSize;
-  fullFont_ = font();
   fitFont();
 }
 
@@ -111,6 +133,13 @@ void RQAlertViewTextField::focusOutEvent(QFocusEvent* event) {
   updateClearButton();
 }
 
+void RQAlertViewTextField::changeEvent(QEvent* event) {
+  QLineEdit::changeEvent(event);
+  if (event->type() != QEvent::FontChange || fitting_) return;
+  fullFont_ = font();
+  fitFont();
+}
+
 void RQAlertViewTextField::resizeEvent(QResizeEvent* event) {
   QLineEdit::resizeEvent(event);
   fitFont();
@@ -121,7 +150,7 @@ void RQAlertViewTextField::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double inset = focusBorderWidth / 2;
-    painter.setPen(hasFocus() ? QPen(accent_, focusBorderWidth) : QPen(Qt::NoPen));
+    painter.setPen(hasFocus() ? QPen(tint_, focusBorderWidth) : QPen(Qt::NoPen));
     painter.setBrush(background_);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), textFieldCornerRadius,
                             textFieldCornerRadius);
@@ -150,13 +179,17 @@ void RQAlertViewTextField::updateClearButton() {
 }
 
 void RQAlertViewTextField::fitFont() {
-  if (!adjustsFontSize_ || fullFont_.pointSizeF() <= 0) return;
-  const double room = width() - 2.0 * textFieldPadding - (clearAction_->isVisible() ? 2 * clearIconSide : 0);
-  const double natural = RQAlertViewTextLayout::singleLineWidth(text(), fullFont_);
-  const double least = minimumFontSize_ * 72.0 / 96.0;
   QFont fitted = fullFont_;
-  if (natural > room && room > 0) {
-    fitted.setPointSizeF(std::max(least, fullFont_.pointSizeF() * room / natural));
+  const double full = fullFont_.pointSizeF();
+  if (adjustsFontSize_ && full > 0) {
+    const double room =
+        width() - 2.0 * textFieldPadding - (clearAction_->isVisible() ? 2 * clearIconSide : 0);
+    const double natural = RQAlertViewTextLayout::singleLineWidth(text(), fullFont_);
+    const double least = std::min(minimumFontSize_ * 72.0 / 96.0, full);
+    if (natural > room && room > 0) fitted.setPointSizeF(std::max(least, full * room / natural));
   }
-  if (fitted != font()) setFont(fitted);
+  if (fitted == font()) return;
+  fitting_ = true;
+  setFont(fitted);
+  fitting_ = false;
 }

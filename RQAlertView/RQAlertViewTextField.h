@@ -17,6 +17,10 @@ class RQAlertViewTextField : public QLineEdit {
 
   QString placeholder() const { return placeholderText(); }
   void setPlaceholder(const QString& placeholder) { setPlaceholderText(placeholder); }
+  // Hides the base class's: the accessible name follows the placeholder.
+  void setPlaceholderText(const QString& placeholder);
+  // What the field is called as long as it has no placeholder.
+  void setTitle(const QString& title);
 
   // A hint for an on-screen keyboard; a desktop's keyboard has no appearance.
   void setKeyboardAppearance(UIKeyboardAppearance appearance) { keyboardAppearance_ = appearance; }
@@ -32,10 +36,12 @@ class RQAlertViewTextField : public QLineEdit {
   void setClearsOnBeginEditing(bool clears) { clearsOnBeginEditing_ = clears; }
   bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
 
-  // `accent` marks the field that has the focus, and selected text.
-  void setColors(const QColor& background, const QColor& text, const QColor& accent);
+  void setColors(const QColor& background, const QColor& text);
+  // Marks the field that has the focus, and selected text.
+  void setTintColor(const QColor& tint);
 
-  // A text that is too wide is made smaller, down to a font of `minimumSize` logical pixels.
+  // A text that is too wide is made smaller, down to a font of `minimumSize` logical pixels. The font that
+  // was set comes back when there is room for it, or when this is switched off.
   void setAdjustsFontSizeToFitWidth(bool adjusts, double minimumSize);
 
   // Takes or gives up the input focus. Answers whether the field has it, or has it not, afterwards; a field
@@ -47,17 +53,22 @@ class RQAlertViewTextField : public QLineEdit {
  protected:
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
+  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
  private:
   void updateClearButton();
+  void updateAccessibleName();
   void fitFont();
 
   QAction* clearAction_;
   QColor background_;
-  QColor accent_;
+  QColor tint_;
+  QString title_;
+  QString nameFromTexts_;
   QFont fullFont_;
+  bool fitting_ = false;
   bool adjustsFontSize_ = false;
   double minimumFontSize_ = 0;
 

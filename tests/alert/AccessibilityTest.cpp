@@ -106,9 +106,10 @@ TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
 
 TEST_F(Accessibility, LabelsFieldsAndReadsTexts) {
   const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-      QStringLiteral("Name of the <b>file</b>"), QStringLiteral("~ root$"), 2,
+      QStringLiteral("Name of the <b>file</b>"), QStringLiteral("~ root$"), 3,
       [](RQAlertViewTextField& field, std::size_t index) {
         if (index == 1) field.setAccessibleName(QStringLiteral("Second"));
+        if (index > 0) field.setPlaceholder(QStringLiteral("Here"));
       },
       {QStringLiteral("OK")}, none, none);
   dialog->show();
@@ -116,6 +117,9 @@ TEST_F(Accessibility, LabelsFieldsAndReadsTexts) {
   EXPECT_EQ(interfaceOf(fields[0])->role(), QAccessible::EditableText);
   EXPECT_EQ(interfaceOf(fields[0])->text(QAccessible::Name), "Name of the <b>file</b>");
   EXPECT_EQ(interfaceOf(fields[1])->text(QAccessible::Name), "Second");
+  EXPECT_EQ(interfaceOf(fields[2])->text(QAccessible::Name), "Here");
+  fields[2]->setPlaceholderText(none);
+  EXPECT_EQ(interfaceOf(fields[2])->text(QAccessible::Name), "Name of the <b>file</b>");
   std::vector<std::string> texts;
   for (auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {
     EXPECT_EQ(interfaceOf(label)->role(), QAccessible::StaticText);

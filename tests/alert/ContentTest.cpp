@@ -1,4 +1,4 @@
-// Buttons, fields, indicator and progress of a dialog that is shown.
+// Buttons, indicator, progress and custom view of a dialog that is shown.
 #include "RQAlertView/RQAlertViewLabel.h"
 #include "alert/Dialogs.h"
 #include "platform/UIActivityIndicatorView.h"
@@ -198,59 +198,6 @@ TEST_F(Content, PaintsTheBorderAboveTheButtonsAndAShadowWithoutARadius) {
   EXPECT_EQ(tapped, 1);
 }
 
-TEST_F(Content, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
-  std::vector<std::size_t> indices;
-  const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-      QStringLiteral("Title"), none, 3,
-      [&](RQAlertViewTextField& field, std::size_t index) {
-        indices.push_back(index);
-        EXPECT_EQ(field.clearButtonMode(), UITextFieldViewMode::Always);
-        field.setKeyboardAppearance(UIKeyboardAppearance::Dark);
-        field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
-        field.setText(QString::number(index));
-        field.resignFirstResponder();
-      },
-      {QStringLiteral("OK")}, none, none);
-  EXPECT_THAT(indices, ElementsAre(0U, 1U, 2U));
-  dialog->setTextFieldsTextColor(Qt::yellow);
-  dialog->setTextFieldsBackgroundColor(Qt::black);
-  dialog->show();
-  const auto fields = dialog->textFieldsArray();
-  ASSERT_EQ(fields.size(), 3U);
-  EXPECT_TRUE(fields[0]->isFirstResponder());
-  EXPECT_EQ(fields[2]->text(), "2");
-  EXPECT_EQ(fields[1]->clearButtonMode(), UITextFieldViewMode::WhileEditing);
-  EXPECT_EQ(fields[1]->palette().color(QPalette::Text), QColor(Qt::yellow));
-  dialog->dismiss();
-}
-
-TEST_F(Content, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
-  using Mode = UITextFieldViewMode;
-  const Dialog dialog = withFields(2);
-  dialog->show();
-  RQAlertViewTextField* field = dialog->textFieldsArray()[0];
-  RQAlertViewTextField* other = dialog->textFieldsArray()[1];
-  const auto shown = [&] { return field->actions().front()->isVisible(); };
-  for (const auto& [mode, editing, resting] :
-       std::initializer_list<std::tuple<Mode, bool, bool>>{{Mode::Never, false, false},
-                                                           {Mode::WhileEditing, true, false},
-                                                           {Mode::UnlessEditing, false, true},
-                                                           {Mode::Always, true, true}}) {
-    field->setClearButtonMode(mode);
-    field->setText(QStringLiteral("text"));
-    field->setFocus();
-    EXPECT_EQ(shown(), editing) << static_cast<int>(mode);
-    other->setFocus();
-    EXPECT_EQ(shown(), resting) << static_cast<int>(mode);
-    field->clear();
-    EXPECT_FALSE(shown());
-  }
-  field->setText(QStringLiteral("text"));
-  field->actions().front()->trigger();
-  EXPECT_TRUE(field->text().isEmpty());
-  dialog->dismiss();
-}
-
 TEST_F(Content, FollowsItsProgressWhileShown) {
   const Dialog dialog = RQAlertView::alertViewWithProgressViewAndTitle(
       QStringLiteral("Title"), none, alertStyle, 7, QStringLiteral("Starting"), {}, none, none);
@@ -301,9 +248,9 @@ TEST_F(Content, TakesAViewOfTheApplicationsOwnOver) {
   EXPECT_TRUE(view->isVisible());
   EXPECT_EQ(view->height(), 77);
   dialog->dismiss();
-  dialog.reset();
   letGo();
   EXPECT_TRUE(watched.isNull());
+  EXPECT_EQ(dialog->innerView(), nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,154 @@
+// The text fields of a dialog.
+#include "alert/Pictures.h"
+
+#include <functional>
+
+namespace {
+
+using testing::ElementsAre;
+
+class Fields : public Dialogs {};
+
+TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
+  std::vector<std::size_t> indices;
+  const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
+      QStringLiteral("Title"), none, 3,
+      [&](RQAlertViewTextField& field, std::size_t index) {
+        indices.push_back(index);
+        EXPECT_EQ(field.clearButtonMode(), UITextFieldViewMode::Always);
+        field.setKeyboardAppearance(UIKeyboardAppearance::Dark);
+        field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
+        field.setText(QString::number(index));
+        field.resignFirstResponder();
+      },
+      {QStringLiteral("OK")}, none, none);
+  EXPECT_THAT(indices, ElementsAre(0U, 1U, 2U));
+  dialog->setTextFieldsTextColor(Qt::yellow);
+  dialog->setTextFieldsBackgroundColor(Qt::black);
+  dialog->show();
+  const auto fields = dialog->textFieldsArray();
+  ASSERT_EQ(fields.size(), 3U);
+  EXPECT_TRUE(fields[0]->isFirstResponder());
+  EXPECT_EQ(fields[2]->text(), "2");
+  EXPECT_EQ(fields[1]->clearButtonMode(), UITextFieldViewMode::WhileEditing);
+  EXPECT_EQ(fields[1]->palette().color(QPalette::Text), QColor(Qt::yellow));
+  dialog->dismiss();
+}
+
+TEST_F(Fields, HandsAWholeDialogToASetUpHandler) {
+  const auto makeWith = [](const Dialog& dialog, const std::function<void()>& handler) {
+    return dialog->initWithTextFieldsAndTitle(
+        QStringLiteral("Title"), none, 2, [&](RQAlertViewTextField&, std::size_t) { handler(); },
+        {QStringLiteral("OK")}, QStringLiteral("Cancel"), none);
+  };
+  const Dialog changed = RQAlertView::alloc();
+  makeWith(changed, [&] {
+    changed->setButtonEnabled(false, 0);
+    changed->setTextFieldsTextColor(Qt::yellow);
+    EXPECT_EQ(changed->textFieldsArray().size(), 2U);
+  });
+  changed->show();
+  EXPECT_FALSE(buttonOf(changed, QStringLiteral("OK"))->isEnabled());
+  EXPECT_EQ(changed->textFieldsArray()[0]->palette().color(QPalette::Text), QColor(Qt::yellow));
+  changed->dismiss();
+
+  Dialog only = RQAlertView::alloc();
+  const Dialog returned = makeWith(Dialog(only), [&] { only.reset(); });
+  EXPECT_EQ(returned->state(), RQAlertViewState::Made);
+
+  const Dialog destroyed = RQAlertView::alloc();
+  makeWith(destroyed, [&] { delete destroyed->window().get(); });
+  EXPECT_EQ(destroyed->state(), RQAlertViewState::Dismissed);
+}
+
+TEST_F(Fields, FitsATextIntoItsFieldAndGoesBackToTheFontItWasGiven) {
+  const Dialog dialog = withFields(1);
+  dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
+  dialog->show();
+  RQAlertViewTextField* field = dialog->textFieldsArray()[0];
+  const double full = field->font().pointSizeF();
+  field->setText(QString(60, u'm'));
+  EXPECT_LT(field->font().pointSizeF(), full);
+  // The font in between is not taken for the one that was given.
+  dialog->setTextFieldsMinimumFontSize(10);
+  field->clear();
+  EXPECT_EQ(field->font().pointSizeF(), full);
+  field->setText(QString(60, u'm'));
+  dialog->setTextFieldsAdjustsFontSizeToFitWidth(false);
+  EXPECT_EQ(field->font().pointSizeF(), full);
+  // Nor does the least size make a small font larger.
+  dialog->setTextFieldsMinimumFontSize(40);
+  dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
+  EXPECT_EQ(field->font().pointSizeF(), full);
+  dialog->dismiss();
+}
+
+TEST_F(Fields, TintsTheFieldsOfADialogThatIsShown) {
+  const Dialog dialog = withFields(1);
+  dialog->show();
+  RQAlertViewTextField* field = dialog->textFieldsArray()[0];
+  field->setColors(Qt::black, Qt::yellow);
+  dialog->setTintColor(Qt::magenta);
+  EXPECT_EQ(field->palette().color(QPalette::Highlight), QColor(Qt::magenta));
+  EXPECT_EQ(field->palette().color(QPalette::Text), QColor(Qt::yellow));
+  EXPECT_EQ(field->grab().toImage().pixelColor(field->width() / 2, 0).red(), 255);
+  dialog->dismiss();
+}
+
+TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
+  const Dialog dialog = withFields(2);
+  dialog->setTextFieldsBackgroundColor(Qt::white);
+  dialog->setTextFieldsTextColor(Qt::magenta);
+  dialog->show();
+  RQAlertViewTextField* field = dialog->textFieldsArray()[1];
+  // Without the corners.
+  const QRect inner = field->rect().adjusted(8, 8, -8, -8);
+  for (const char* placeholder : {"Name", "\u0627\u0644\u0627\u0633\u0645"}) {
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+      UIApplication::setLayoutDirection(direction);
+      field->setPlaceholder(QString::fromUtf8(placeholder));
+      for (const auto side : {NSTextAlignment::Left, NSTextAlignment::Right}) {
+        SCOPED_TRACE(std::string(placeholder) + std::to_string(direction) + std::to_string(int(side)));
+        dialog->setTextFieldsTextAlignment(side);
+        const bool left = side == NSTextAlignment::Left;
+        // Painting places the text, and the caret with it. The placeholder's colour is half the text's.
+        const QRect letters = extentOf(field->grab(inner).toImage(), QColor(255, 100, 255));
+        EXPECT_FALSE(letters.isNull());
+        EXPECT_EQ(letters.right() < inner.width() / 2, left);
+        EXPECT_EQ(letters.left() < inner.width() / 2, left);
+        EXPECT_EQ(field->inputMethodQuery(Qt::ImCursorRectangle).toRect().center().x() < inner.center().x(),
+                  left);
+      }
+    }
+  }
+  dialog->dismiss();
+}
+
+TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
+  using Mode = UITextFieldViewMode;
+  const Dialog dialog = withFields(2);
+  dialog->show();
+  RQAlertViewTextField* field = dialog->textFieldsArray()[0];
+  RQAlertViewTextField* other = dialog->textFieldsArray()[1];
+  const auto shown = [&] { return field->actions().front()->isVisible(); };
+  for (const auto& [mode, editing, resting] :
+       std::initializer_list<std::tuple<Mode, bool, bool>>{{Mode::Never, false, false},
+                                                           {Mode::WhileEditing, true, false},
+                                                           {Mode::UnlessEditing, false, true},
+                                                           {Mode::Always, true, true}}) {
+    field->setClearButtonMode(mode);
+    field->setText(QStringLiteral("text"));
+    field->setFocus();
+    EXPECT_EQ(shown(), editing) << static_cast<int>(mode);
+    other->setFocus();
+    EXPECT_EQ(shown(), resting) << static_cast<int>(mode);
+    field->clear();
+    EXPECT_FALSE(shown());
+  }
+  field->setText(QStringLiteral("text"));
+  field->actions().front()->trigger();
+  EXPECT_TRUE(field->text().isEmpty());
+  dialog->dismiss();
+}
+
+}  // namespace
