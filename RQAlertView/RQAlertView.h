@@ -348,7 +348,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // `sender`: the button that was tapped, which keeps its highlighted look while the dialog goes, or null.
   void cancelAction(RQAlertViewButton* sender);
   void destructiveAction(RQAlertViewButton* sender);
-  // `now` and, once the dialog has gone, `afterwards` get the delegate as it was when the user answered.
+  // `now` gets the delegate itself, which a handler may change; `afterwards`, once the dialog has gone, gets
+  // the one that there was when `now` had returned.
   using Report = std::function<void(RQAlertView&, const std::weak_ptr<RQAlertViewDelegate>&)>;
   void answer(RQAlertViewButtonKind kind, RQAlertViewButton* sender, const Report& now, Report afterwards);
   RQAlertViewButton* buttonOfKind(RQAlertViewButtonKind kind) const;

@@ -63,8 +63,6 @@ void RQAlertView::tapped(RQAlertViewButtonKind kind, std::size_t index) {
 
 void RQAlertView::coverTapped() {
   if (state_ != RQAlertViewState::Shown || !cancelOnTouch()) return;
-  // A cancel button that cannot be tapped cannot be got round either.
-  if (!cancelButtonTitle().isNull() && !cancelButtonEnabled()) return;
   cancelAction(nullptr);
 }
 
@@ -128,15 +126,15 @@ void RQAlertView::answer(RQAlertViewButtonKind kind, RQAlertViewButton* sender, 
   if (leaving || answeredAlready) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   const Answering answering(answeredAlready);
-  // The dismissal clears the delegate, which is still to hear what comes after it.
-  const std::weak_ptr<RQAlertViewDelegate> delegate = delegate_;
   const QPointer<RQAlertViewButton> marked(sender);
   if (marked) marked->setSelected(true);
-  now(*this, delegate);
+  now(*this, delegate_);
   if (!dismissOnAction()) {
     if (marked) marked->setSelected(false);
     return;
   }
+  // The dismissal clears the delegate, which is still to hear what comes after it.
+  const std::weak_ptr<RQAlertViewDelegate> delegate = delegate_;
   dismissAnimated(shouldDismissAnimated(),
                   [alive, delegate, afterwards = std::move(afterwards)] { afterwards(*alive, delegate); });
 }

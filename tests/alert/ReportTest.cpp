@@ -126,6 +126,26 @@ TEST_F(Reports, ReachOnlyWhatTheDelegateRespondsToAndNoneOnceItHasGone) {
   EXPECT_EQ(shown, 1);
 }
 
+TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
+  Lines heard;
+  const auto named = [&](const std::string& name) {
+    auto delegate = std::make_shared<RQAlertViewDelegate>();
+    delegate->alertViewCancelled = [&heard, name](RQAlertView&) { heard.push_back(name + " cancelled"); };
+    delegate->alertViewDidDismissAfterCancelled = [&heard, name](RQAlertView&) {
+      heard.push_back(name + " afterwards");
+    };
+    return delegate;
+  };
+  const auto before = named("before");
+  const auto after = named("after");
+  const Dialog dialog = everyButton(alertStyle);
+  dialog->setDelegate(before);
+  dialog->setCancelHandler([&](RQAlertView& self) { self.setDelegate(after); });
+  dialog->show();
+  dialog->forceCancel();
+  EXPECT_THAT(heard, ElementsAre("after cancelled", "after afterwards"));
+}
+
 // Every way of making a dialog, told apart by who hears of the action.
 struct EntryPoint {
   const char* name;
