@@ -108,8 +108,6 @@ void RQAlertView::buildViews() {
   window_ = makeUIWindow<RQAlertViewWindow>(levelFor(appearance_.windowLevel));
   window_->setRootViewController(viewController_);
   connect(window_.get(), &QObject::destroyed, this, [this] { windowGone(); });
-  const std::shared_ptr<UIWindow> covered = RQAlertViewWindowsObserver::sharedInstance()->lastWindow();
-  stage_->setCoversDialog(covered && !covered->isHidden());
   window_->makeKeyAndVisible();
 }
 
@@ -124,7 +122,7 @@ void RQAlertView::requireInitialized() const {
 }
 
 QWidget* RQAlertView::view() const {
-  return stage_;
+  return window_ ? stage_.data() : nullptr;
 }
 
 std::vector<RQAlertViewTextField*> RQAlertView::textFieldsArray() const {

@@ -203,7 +203,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
 
   // Showing does nothing when the dialog is shown already or has been. A dialog that no initializer has set
   // up throws InternalInconsistency. Without an argument: animated for showAnimated, at once for show. The
-  // completion handler is the last report.
+  // completion handler is the last report of the show. It comes, too, where a report dismisses the dialog
+  // before it is in sight; not where nothing is done, nor where the window is destroyed while the box moves.
   void show();
   void showAnimated();
   void showAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
@@ -217,7 +218,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void dismissAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
 
   // Dismisses this dialog and shows `alertView`, which stands in its place: the cover stays, the box changes
-  // its size and content. Where this dialog is not shown, the other one is shown as usual.
+  // its size and content. Where this dialog is not shown, the other one is shown as usual. Does nothing where
+  // the other one is shown already or has been.
   void transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView);
   void transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView,
                              RQAlertViewCompletionHandler completionHandler);
@@ -250,9 +252,9 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   const QString& cancelButtonTitle() const { return contents_.cancelButtonTitle; }
   const QString& destructiveButtonTitle() const { return contents_.destructiveButtonTitle; }
   const std::vector<bool>& buttonsEnabledArray() const { return buttonsEnabled_; }
+  // The application's own view; null where there is none, or where it has been destroyed.
   QWidget* innerView() const { return contents_.innerView; }
   // In order; the fields live as long as the dialog is not dismissed.
-  // The application's own view; null where there is none, or where it has been destroyed.
   std::vector<RQAlertViewTextField*> textFieldsArray() const;
 
   double progress() const { return contents_.progress; }
@@ -298,7 +300,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   std::int64_t tag() const { return tag_; }
   void setTag(std::int64_t tag) { tag_ = tag; }
 
-  // Null before an initializer and after the dismissal.
+  // Null before an initializer and after the dismissal; the event loop then destroys the view.
   std::shared_ptr<RQAlertViewWindow> window() const { return window_; }
   std::shared_ptr<RQAlertViewController> viewController() const { return viewController_; }
   QWidget* view() const;
@@ -317,13 +319,13 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   RQAlertView();
 
   // Creation.
-  std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
-  void buildViews();
   std::shared_ptr<RQAlertView> initAsAppearance();
-  void requireInitialized() const;
+  std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
   void setupDefaults();
-  void appearanceChanged();
+  void buildViews();
   void setInitialized();
+  void requireInitialized() const;
+  void appearanceChanged();
 
   // Showing and dismissing. An entrance brings the box in and calls what it is given when it is in place.
   using Entrance = std::function<void(double duration, std::function<void()> finished)>;
@@ -336,7 +338,10 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void releaseViews();
   void addObservers();
   void removeObservers();
-  void keyboardChanged(const NSNotification& notification);
+  void keyboardVisibleChanged(const NSNotification& notification);
+  void keyboardFrameChanged(const NSNotification& notification);
+  // Lays the dialog out above `keyboard`, with the duration and the curve that the notification gives.
+  void moveFor(const QRectF& keyboard, const NSNotification& notification);
   void windowVisibleChanged(const NSNotification& notification);
   void windowGone();
 

@@ -5,6 +5,7 @@
 #include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewStage.h"
 #include "RQAlertView/RQAlertViewWindow.h"
+#include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
 #include "platform/NSNotificationCenter.h"
@@ -12,11 +13,24 @@
 #include "platform/UIKeyboard.h"
 #include "platform/dispatch.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QGuiApplication>
 
 namespace {
+
+// Whether a dialog that is shown lies below `window`.
+bool coversDialog(const UIWindow* window) {
+  const auto& stack = RQAlertViewWindowsObserver::sharedInstance()->windowsArray();
+  return std::any_of(stack.begin(), stack.end(), [window](const RQAlertViewWindowContainer& container) {
+    const std::shared_ptr<UIWindow> other = container.window();
+    if (!other || other.get() == window) return false;
+    const auto* controller = qobject_cast<RQAlertViewController*>(other->rootViewController().get());
+    const std::shared_ptr<RQAlertView> dialog = controller ? controller->alertView() : nullptr;
+    return dialog && dialog->isShowing();
+  });
+}
 
 void call(const RQAlertViewCompletionHandler& completionHandler) {
   if (completionHandler) atEventBoundary(completionHandler)();
@@ -55,6 +69,7 @@ void RQAlertView::showBy(const Entrance& entrance, bool animated,
   state_ = RQAlertViewState::Showing;
   stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
   stage_->layoutSubviews();
+  stage_->setCoversDialog(coversDialog(window_.get()));
   if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
   window_->makeKeyAndVisible();
   addObservers();
@@ -64,8 +79,11 @@ void RQAlertView::showBy(const Entrance& entrance, bool animated,
     reportAnimations(handlers_.showAnimationsBlock, &RQAlertViewDelegate::showAnimationsForAlertView,
                      RQAlertViewShowAnimationsNotification);
   }
-  // A report may have dismissed the dialog.
-  if (state_ != RQAlertViewState::Showing) return;
+  if (state_ != RQAlertViewState::Showing) {
+    // A report has dismissed the dialog.
+    call(completionHandler);
+    return;
+  }
   entrance(animated ? animationDuration() : 0,
            [this, completionHandler = std::move(completionHandler)] { showComplete(completionHandler); });
 }
@@ -78,13 +96,15 @@ void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& aler
                                         RQAlertViewCompletionHandler completionHandler) {
   if (!alertView) return;
   alertView->requireInitialized();
-  if (alertView.get() == this) return;
+  if (alertView.get() == this || alertView->state_ != RQAlertViewState::Made) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  // A did-show report may have dismissed this dialog, or used the other one up.
+  if (alertView->state_ != RQAlertViewState::Made) return;
   if (!isShowing() || !stage_) {
     alertView->showAnimated(true, std::move(completionHandler));
     return;
   }
-  const std::shared_ptr<RQAlertView> alive = shared_from_this();
-  if (state_ == RQAlertViewState::Showing) stage_->finishMotion();
   // The other dialog covers this one already; the picture is to show it as it was before.
   const bool enabled = !window_ || window_->isEnabled();
   if (window_) window_->setEnabled(true);
@@ -195,8 +215,11 @@ void RQAlertView::addObservers() {
   NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
   for (const QString& name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification,
                               UIKeyboardWillChangeFrameNotification}) {
-    center.addObserver(this, name, nullptr,
-                       [this](const NSNotification& notification) { keyboardChanged(notification); });
+    const auto changed = name == UIKeyboardWillChangeFrameNotification ? &RQAlertView::keyboardFrameChanged
+                                                                       : &RQAlertView::keyboardVisibleChanged;
+    center.addObserver(this, name, nullptr, [this, changed](const NSNotification& notification) {
+      (this->*changed)(notification);
+    });
   }
   center.addObserver(this, UIWindowDidBecomeVisibleNotification, nullptr,
                      [this](const NSNotification& notification) { windowVisibleChanged(notification); });
@@ -211,12 +234,20 @@ void RQAlertView::removeObservers() {
   NSNotificationCenter::defaultCenter().removeObserver(this);
 }
 
-void RQAlertView::keyboardChanged(const NSNotification& notification) {
-  if (!isShowing() || !window_ || window_->isHidden()) return;
+void RQAlertView::keyboardVisibleChanged(const NSNotification& notification) {
   const bool hides = notification.name == UIKeyboardWillHideNotification;
-  const QRectF frame = notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF();
+  moveFor(hides ? QRectF() : notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(),
+          notification);
+}
+
+void RQAlertView::keyboardFrameChanged(const NSNotification& notification) {
+  moveFor(notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(), notification);
+}
+
+void RQAlertView::moveFor(const QRectF& keyboard, const NSNotification& notification) {
+  if (!isShowing() || !window_ || window_->isHidden()) return;
   stage_->setKeyboardFrame(
-      hides ? QRect() : frame.toAlignedRect(),
+      keyboard.toAlignedRect(),
       notification.userInfo.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
       static_cast<QEasingCurve::Type>(
           notification.userInfo.value(UIKeyboardAnimationCurveUserInfoKey, QEasingCurve::OutCubic).toInt()));

@@ -2,10 +2,14 @@
 
 #include "platform/UIWindow.h"
 
-RQAlertViewWindowContainer RQAlertViewWindowContainer::containerWithWindow(
+RQAlertViewWindowContainer& RQAlertViewWindowContainer::initWithWindow(
     const std::shared_ptr<UIWindow>& window) {
-  return RQAlertViewWindowContainer(window);
+  window_ = window;
+  identity_ = window.get();
+  return *this;
 }
 
-RQAlertViewWindowContainer::RQAlertViewWindowContainer(const std::shared_ptr<UIWindow>& window)
-    : window_(window), identity_(window.get()) {}
+RQAlertViewWindowContainer RQAlertViewWindowContainer::containerWithWindow(
+    const std::shared_ptr<UIWindow>& window) {
+  return RQAlertViewWindowContainer().initWithWindow(window);
+}

@@ -7,6 +7,8 @@ class UIWindow;
 
 class RQAlertViewWindowContainer {
  public:
+  RQAlertViewWindowContainer() = default;
+  RQAlertViewWindowContainer& initWithWindow(const std::shared_ptr<UIWindow>& window);
   static RQAlertViewWindowContainer containerWithWindow(const std::shared_ptr<UIWindow>& window);
 
   // Null once the window has been released.
@@ -15,8 +17,6 @@ class RQAlertViewWindowContainer {
   bool holds(const UIWindow* window) const { return identity_ == window; }
 
  private:
-  explicit RQAlertViewWindowContainer(const std::shared_ptr<UIWindow>& window);
-
   std::weak_ptr<UIWindow> window_;
-  const UIWindow* identity_;  // compared only: the window may be gone
+  const UIWindow* identity_ = nullptr;  // compared only: the window may be gone
 };

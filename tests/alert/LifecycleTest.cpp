@@ -59,6 +59,7 @@ TEST_F(Lifecycle, IsShownOnceAndDismissedOnce) {
   EXPECT_TRUE(journal.take().empty());
   EXPECT_EQ(dialog->window(), nullptr);
   EXPECT_EQ(dialog->viewController(), nullptr);
+  EXPECT_EQ(dialog->view(), nullptr);
 }
 
 TEST_F(Lifecycle, StaysOutOfSightWhereItIsShownHidden) {
@@ -200,6 +201,16 @@ TEST_F(Lifecycle, MayBeDismissedFromAnyOfItsOwnReports) {
     EXPECT_TRUE(weak.expired());
     EXPECT_EQ(keyWindow(), appWindow.get());
   }
+}
+
+TEST_F(Lifecycle, CompletesAShowThatIsDismissedBeforeItIsSeen) {
+  const Dialog dialog = alert();
+  std::vector<std::string> order;
+  dialog->setWillShowHandler([](RQAlertView& self) { self.dismiss(); });
+  dialog->setDidShowHandler([&](RQAlertView&) { order.emplace_back("shown"); });
+  dialog->setDidDismissHandler([&](RQAlertView&) { order.emplace_back("dismissed"); });
+  dialog->showAnimated(true, [&] { order.emplace_back("completed"); });
+  EXPECT_THAT(order, ElementsAre("dismissed", "completed"));
 }
 
 TEST_F(Lifecycle, DoesNotAnswerItselfForEver) {

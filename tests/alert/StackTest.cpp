@@ -29,6 +29,10 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
   upper->dismiss();
   // The lower one comes back with the event loop, not before. What is typed meanwhile is nobody's.
   EXPECT_TRUE(lower->window()->isHidden());
+  EXPECT_EQ(keyWindow(), nullptr);
+  EXPECT_FALSE(appField->isEnabled());
+  QTest::keyClick(UIScreen::mainScreen()->windowHandle(), Qt::Key_A);
+  EXPECT_TRUE(appField->text().isEmpty());
   letGo();
   EXPECT_FALSE(lower->window()->isHidden());
   EXPECT_EQ(keyWindow(), lower->window().get());
@@ -160,6 +164,28 @@ TEST_F(Stack, GivesTheInputBackWhereNoDialogIsLeftToComeBack) {
   kept->dismiss();
 }
 
+TEST_F(Stack, TakesACoverOverOnlyFromADialogThatIsShown) {
+  setMotionEnabled(true);
+  const auto coverAtTheStart = [](const Dialog& dialog) {
+    dialog->setCoverColor(Qt::blue);
+    dialog->setAnimationDuration(30);
+    dialog->showAnimated();
+    return dialog->view()->grab().toImage().pixelColor(3, 3);
+  };
+  const Dialog never = alert();
+  const Dialog first = alert();
+  EXPECT_NE(coverAtTheStart(first), QColor(Qt::blue));
+  const Dialog second = alert();
+  EXPECT_EQ(coverAtTheStart(second), QColor(Qt::blue));
+  // Made while the others are shown, shown when they have gone.
+  const Dialog last = alert();
+  first->dismiss();
+  second->dismiss();
+  letGo();
+  EXPECT_NE(coverAtTheStart(last), QColor(Qt::blue));
+  last->dismiss();
+}
+
 TEST_F(Stack, ShowsADialogFromAHandlerOfAnother) {
   const Dialog first = alert({QStringLiteral("Next")});
   Dialog second;
@@ -263,6 +289,47 @@ TEST_F(Stack, ShowsTheOtherDialogAsUsualWhereThereIsNothingToTurn) {
   EXPECT_EQ(other->state(), RQAlertViewState::Shown);
   EXPECT_EQ(keyWindow(), other->window().get());
   other->dismiss();
+}
+
+TEST_F(Stack, ShowsTheOtherDialogOnceWhereADidShowReportDismissesTheFirst) {
+  setMotionEnabled(true);
+  for (const bool covered : {false, true}) {
+    SCOPED_TRACE(covered);
+    Dialog other = covered ? nullptr : alert();
+    const Dialog first = alert();
+    first->setAnimationDuration(30);
+    Journal journal(*first);
+    first->setDidShowHandler([](RQAlertView& self) { self.dismissAnimated(); });
+    first->showAnimated();
+    if (!other) other = alert();
+    other->setAnimationDuration(0.02);
+    bool completed = false;
+    first->transitionToAlertView(other, [&] { completed = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return completed; }));
+    EXPECT_EQ(other->state(), RQAlertViewState::Shown);
+    EXPECT_EQ(std::count(journal.lines.begin(), journal.lines.end(), "posted WillDismiss"), covered ? 0 : 1);
+    setMotionEnabled(false);
+    other->dismiss();
+    delete first->window().get();
+    letGo();
+    setMotionEnabled(true);
+  }
+}
+
+TEST_F(Stack, KeepsADialogWhereTheOtherOneHasBeenShown) {
+  const Dialog other = alert();
+  other->show();
+  const Dialog dialog = alert();
+  dialog->show();
+  Journal journal(*dialog);
+  dialog->transitionToAlertView(other);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
+  other->dismiss();
+  letGo();
+  dialog->transitionToAlertView(other);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
+  EXPECT_TRUE(journal.take().empty());
+  dialog->dismiss();
 }
 
 }  // namespace
