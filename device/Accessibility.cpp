@@ -7,6 +7,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <stdlib.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -135,10 +136,15 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
 }
 
 Accessibility::Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath)
-    : proxy_(proxy), alive_(std::move(alive)), folder_(std::move(folder)), busPath_(std::move(busPath)) {}
+    : proxy_(proxy),
+      process_(proxy < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, proxy, 0))),
+      alive_(std::move(alive)),
+      folder_(std::move(folder)),
+      busPath_(std::move(busPath)) {}
 
 Accessibility::Accessibility(Accessibility&& other) noexcept
     : proxy_(std::exchange(other.proxy_, -1)),
+      process_(std::move(other.process_)),
       alive_(std::move(other.alive_)),
       folder_(std::exchange(other.folder_, {})),
       busPath_(std::move(other.busPath_)) {}
@@ -146,7 +152,8 @@ Accessibility::Accessibility(Accessibility&& other) noexcept
 Accessibility::~Accessibility() {
   alive_.close();
   if (proxy_ > 0) {
-    kill(proxy_, SIGTERM);
+    // One that ended early may have been waited for, and its number be somebody else's.
+    syscall(SYS_pidfd_send_signal, process_.get(), SIGTERM, nullptr, 0);
     waitpid(proxy_, nullptr, 0);
   }
   if (folder_.empty()) return;

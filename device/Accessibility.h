@@ -34,6 +34,7 @@ class Accessibility {
 
   // Ends when `alive_` is closed.
   pid_t proxy_;
+  Descriptor process_;
   Descriptor alive_;
   std::string folder_;
   std::string busPath_;

@@ -14,13 +14,37 @@ OpenableAddress refused(std::string reason) {
   return {OpenableAddress::Kind::Refused, {}, std::move(reason)};
 }
 
-// What a URL is written with; quotes, blanks and brackets come as %xx, and what is left means nothing to a
-// program that should hand it to a shell in quotes.
+// What a URL is written with; blanks, double quotes, backslashes and most brackets come as %xx.
 bool isWrittenAsURL(std::string_view url) {
   return std::all_of(url.begin(), url.end(), [](char character) {
     return character > 0x20 && character < 0x7f &&
            std::string_view("\"<>\\^`{|}").find(character) == std::string_view::npos;
   });
+}
+
+// Opener programs are shell scripts more often than not, and may quote badly. What ends single quotes or
+// means something within double ones is written as %xx, which leads a browser to the same page.
+std::string plainInQuotes(std::string_view url) {
+  std::string plain;
+  for (const char character : url) {
+    switch (character) {
+      case '\'':
+        plain += "%27";
+        break;
+      case '$':
+        plain += "%24";
+        break;
+      case '(':
+        plain += "%28";
+        break;
+      case ')':
+        plain += "%29";
+        break;
+      default:
+        plain += character;
+    }
+  }
+  return plain;
 }
 
 int hexadecimal(char digit) {
@@ -97,7 +121,7 @@ OpenableAddress readAddress(std::string_view url) {
   if (url.starts_with(folderScheme)) return readFolder(url.substr(folderScheme.size()));
   for (const std::string_view scheme : {"https://", "http://", "cydia://"}) {
     if (url.starts_with(scheme) && url.size() > scheme.size() && url[scheme.size()] != '/')
-      return {OpenableAddress::Kind::Page, std::string(url), {}};
+      return {OpenableAddress::Kind::Page, plainInQuotes(url), {}};
   }
   return refused("another scheme");
 }

@@ -13,11 +13,12 @@ struct OpenableAddress {
     FolderOfVar,
     // A folder below the device's /Applications.
     FolderOfApplications,
-    // Goes to the opener program as it is.
+    // For the opener program.
     Page,
   };
   Kind kind = Kind::Refused;
-  // Folders: the path below /var or /Applications, "." for these themselves. Page: the URL.
+  // Folders: the path below /var or /Applications, "." for these themselves. Page: the URL; within
+  // quotes of either kind it is nothing but text to a shell.
   std::string value;
   // Refused: why, in a few words.
   std::string reason;

@@ -93,6 +93,11 @@ int Opener::patience() const {
   return patience;
 }
 
+bool Opener::hasStarted(pid_t process) const {
+  return std::any_of(started_.begin(), started_.end(),
+                     [process](const Started& started) { return started.process == process; });
+}
+
 void Opener::takeRequest() {
   opener::Request request{};
   const ssize_t got = recv(own_.get(), &request, sizeof request, MSG_DONTWAIT | MSG_TRUNC);
@@ -111,6 +116,7 @@ void Opener::takeRequest() {
 Verdict Opener::open(std::uint32_t number, const std::string& url) {
   const OpenableAddress address = readAddress(url);
   if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
+  if (started_.size() >= kMostRunning) return refuse(url, "too many opener programs are running");
   if (isTooOften()) return refuse(url, "too often");
   if (address.kind == OpenableAddress::Kind::Page) return start(number, url, address.value);
   const bool isVar = address.kind == OpenableAddress::Kind::FolderOfVar;
@@ -144,18 +150,21 @@ Verdict Opener::refuse(const std::string& url, const std::string& reason) {
 bool Opener::isTooOften() {
   const auto now = Clock::now();
   while (!recent_.empty() && now - recent_.front() >= kWithin) recent_.pop_front();
-  if (recent_.size() >= kMostAtOnce || started_.size() >= kMostRunning) return true;
+  if (recent_.size() >= kMostAtOnce) return true;
   recent_.push_back(now);
   return false;
 }
 
 void Opener::lookAfter(Started& started) {
   int status = 0;
-  const bool hasEnded = waitpid(started.process, &status, WNOHANG) != 0;
+  const pid_t ended = waitpid(started.process, &status, WNOHANG);
+  const bool hasEnded = ended != 0;
+  // How it went cannot be told any more.
+  const bool isLost = ended < 0;
   if (hasEnded) started.process = -1;
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
   started.isAnswered = true;
-  if (!hasEnded || status == 0) return answer(started.number, Verdict::Opened);
+  if (!hasEnded || (status == 0 && !isLost)) return answer(started.number, Verdict::Opened);
   log_.add(setting_.program.string() + " failed for " + started.url);
   answer(started.number, Verdict::Unavailable);
 }

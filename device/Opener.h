@@ -46,6 +46,9 @@ class Opener {
   // How long poll() may wait, in milliseconds; -1 for ever.
   int patience() const;
 
+  // Whether this is one of the opener's own processes, for which it waits itself.
+  bool hasStarted(pid_t process) const;
+
  private:
   using Clock = std::chrono::steady_clock;
   // An opener program that has not ended yet.

@@ -16,11 +16,11 @@ constexpr std::size_t kLongestLine = 300;
 
 }  // namespace
 
-OpenerLog::OpenerLog(const std::filesystem::path& file) {
+void OpenerLog::open() {
   std::error_code error;
-  std::filesystem::create_directories(file.parent_path(), error);
+  std::filesystem::create_directories(path_.parent_path(), error);
   file_ = Descriptor(
-      open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+      ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   struct stat status {};
   if (!file_) return;
   const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
@@ -28,9 +28,11 @@ OpenerLog::OpenerLog(const std::filesystem::path& file) {
 }
 
 void OpenerLog::add(const std::string& words) {
-  if (!file_ || lines_ > kMostLines) return;
+  if (lines_ > kMostLines) return;
+  if (lines_ == 0) open();
   const std::string last = "Nothing more is noted in this run.";
   const std::string said = ++lines_ > kMostLines ? last : visible(words.substr(0, kLongestLine));
+  if (!file_) return;
   std::array<char, 32> time{};
   const std::time_t now = std::time(nullptr);
   std::tm parts{};

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 namespace device {
 
@@ -12,13 +13,16 @@ namespace device {
 // one run only, since the device decides how many there are.
 class OpenerLog {
  public:
-  // Makes the file's folder where missing. Where that cannot be, lines go nowhere.
-  explicit OpenerLog(const std::filesystem::path& file);
+  // The first line makes the file, and its folder where missing. Where that cannot be, lines go nowhere.
+  explicit OpenerLog(std::filesystem::path file) : path_(std::move(file)) {}
 
   // One line, with the time in front; control characters are made visible, long texts cut.
   void add(const std::string& words);
 
  private:
+  void open();
+
+  std::filesystem::path path_;
   Descriptor file_;
   int lines_ = 0;
 };

@@ -185,6 +185,7 @@ class Run {
     }
     const int ready = poll(watched.data(), watched.size(), wait);
     if (opener_ != nullptr && ready >= 0) opener_->serve(watched);
+    reapAdopted();
     if (ready <= 0) return ready;
     if (watched[0].revents != 0) hasEnded_ = true;
     if (watched[1].revents != 0) takeReports();
@@ -195,6 +196,16 @@ class Run {
     log_.passOn();
     if (terminal_ != nullptr) terminal_->serve(watched);
     return ready;
+  }
+
+  // What opener programs leave running becomes this process's child, and nobody else's to wait for.
+  void reapAdopted() {
+    siginfo_t ended{};
+    while (waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0) {
+      if (ended.si_pid == child_ || (opener_ != nullptr && opener_->hasStarted(ended.si_pid))) return;
+      waitpid(ended.si_pid, nullptr, 0);
+      ended = {};
+    }
   }
 
   void stop() { kill(child_, SIGKILL); }

@@ -296,6 +296,8 @@ int main(int count, char** arguments) {
   closeInheritedDescriptors();
   // The device's files have fixed modes, whatever the caller's umask.
   const mode_t callerUmask = umask(022);
+  // A caller that ignores it has the kernel throw away how children end.
+  signal(SIGCHLD, SIG_DFL);
   try {
     const Options options = parseOptions(count, arguments);
     if (options.action == Options::Action::ShowText) {

@@ -45,7 +45,9 @@ bool HostOpener::open(const QUrl& url) {
   opener::Request request{};
   const auto size = static_cast<std::size_t>(text.size());
   if (size == 0 || size > opener::longestURL) {
-    NSLog("No URL that can be opened: " + text.left(opener::longestURL).toStdString());
+    // Of one that is not valid, only the reason has the text.
+    const QByteArray asked = url.isValid() ? text : url.errorString().toUtf8();
+    NSLog("No URL that can be opened: " + asked.left(opener::longestURL).toStdString());
     return false;
   }
   request.number = ++lastNumber_;
