@@ -8,7 +8,4 @@ class RQAlertViewWindow : public UIWindow {
 
  public:
   using UIWindow::UIWindow;
-
-  // When a dialog below is about to come back, the application's window does not take input meanwhile.
-  void setVisible(bool visible) override;
 };

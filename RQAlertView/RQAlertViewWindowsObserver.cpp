@@ -1,7 +1,6 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 
 #include "platform/NSNotificationCenter.h"
-#include "platform/UIApplication.h"
 #include "platform/UIWindow.h"
 #include "platform/dispatch.h"
 
@@ -38,12 +37,6 @@ bool RQAlertViewWindowsObserver::isWindowsArrayContains(const UIWindow* window) 
                      [window](const auto& container) { return container.window().get() == window; });
 }
 
-bool RQAlertViewWindowsObserver::isAboveAnother(const UIWindow* window) const {
-  return !windowsArray_.empty() && windowsArray_.back().holds(window) &&
-         std::any_of(windowsArray_.begin(), windowsArray_.end() - 1,
-                     [](const auto& container) { return container.window() != nullptr; });
-}
-
 void RQAlertViewWindowsObserver::windowVisibleChanged(const NSNotification& notification) {
   auto* window = qobject_cast<UIWindow*>(notification.object);
   if (!window || !std::strstr(window->metaObject()->className(), "Alert")) return;
@@ -64,13 +57,8 @@ void RQAlertViewWindowsObserver::push(UIWindow* window) {
 void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
   dispatch_after(0, dispatch_get_main_queue(), [hidden] {
-    // A window that is only hidden, to be shown again later, keeps its place.
-    const std::shared_ptr<UIWindow> last = hidden.expired() ? sharedInstance()->lastWindow() : nullptr;
-    UIApplication* application = UIApplication::sharedApplication();
-    if (last) {
-      last->makeKeyAndVisible();
-    } else if (!application->keyWindow()) {
-      application->passKeyOn();
-    }
+    // Hidden only, to be shown again later: it keeps its place.
+    if (!hidden.expired()) return;
+    if (const std::shared_ptr<UIWindow> last = sharedInstance()->lastWindow()) last->makeKeyAndVisible();
   });
 }

@@ -25,8 +25,6 @@ class RQAlertViewWindowsObserver : public QObject {
   // Drops the entries whose window is gone, then answers the topmost window, or null.
   std::shared_ptr<UIWindow> lastWindow();
   bool isWindowsArrayContains(const UIWindow* window) const;
-  // Whether `window` is the topmost one of several: when it has gone, the one below it comes back.
-  bool isAboveAnother(const UIWindow* window) const;
 
  private:
   using QObject::QObject;
