@@ -3,6 +3,7 @@
 #include "core/NSLog.h"
 #include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
+#include "platform/TakesInput.h"
 #include "platform/UIApplicationDelegate.h"
 #include "platform/UIColor.h"
 #include "platform/UIKeyboard.h"
@@ -131,7 +132,7 @@ void UIApplication::setKeyWindow(UIWindow* window) {
   // The new one takes the focus before the others lose the right to it.
   window->becomeKey();
   for (UIWindow* each : UIScreen::mainScreen()->windows()) {
-    if (each != keyWindow_) each->setTakesInput(false);
+    if (each != keyWindow_) setTakesInput(*each, false);
   }
 }
 

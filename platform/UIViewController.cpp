@@ -4,6 +4,7 @@
 #include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
 #include "platform/PresentationLayer.h"
+#include "platform/TakesInput.h"
 #include "platform/UIWindow.h"
 
 #include <utility>
@@ -73,6 +74,8 @@ void UIViewController::presentViewController(std::shared_ptr<UIViewController> c
   shown.layer_->show();
   shown.layer_->raise();
   shown.view()->setFocus(Qt::OtherFocusReason);
+  // Its keys are not for a screen that is on its way out of sight.
+  if (layer_) setTakesInput(*layer_, false);
   shown.layer_->slide(1, 0, animated,
                       [weak = weak_from_this(), animated, completion = std::move(completion)] {
                         const std::shared_ptr<UIViewController> self = weak.lock();
@@ -117,6 +120,9 @@ void UIViewController::dismissPresented(bool animated, std::function<void()> com
     }
   };
   if (leaving->layer_) {
+    // Neither this screen nor that one takes keys until the change is over.
+    if (UIWindow* const window = this->window()) window->setFocus(Qt::OtherFocusReason);
+    setTakesInput(*leaving->layer_, false);
     leaving->layer_->slide(0, 1, animated, std::move(ended));
   } else {
     ended();
@@ -134,6 +140,7 @@ void UIViewController::presentedWentAway(bool animated, const std::function<void
     left->layer_->deleteLater();
     left->layer_ = nullptr;
   }
+  if (layer_) setTakesInput(*layer_, true);
   if (focusBelow_) {
     focusBelow_->setFocus(Qt::OtherFocusReason);
   } else if (view_) {

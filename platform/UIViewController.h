@@ -38,15 +38,16 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
   // The window that shows the view, or null.
   UIWindow* window() const;
 
-  // Shows `controller` over this one's view, sliding up when `animated` and motion is on. The covered view is
-  // hidden once it is covered and keeps its focus for later. Logged and ignored: null, a controller that is
-  // already presented, presenting twice, and presenting from a view that is in no window. `completion` is
-  // called when the presented view is in place; it is called early when the controller is dismissed while it
-  // still moves.
+  // Shows `controller` over this one's view, sliding up when `animated` and motion is on. The covered view
+  // takes no input from now on, is hidden once it is covered, and keeps its focus for later. Logged and
+  // ignored: null, a controller that is already presented, presenting twice, and presenting from a view that
+  // is in no window. `completion` is called when the presented view is in place; it is called early when the
+  // controller is dismissed while it still moves.
   void presentViewController(std::shared_ptr<UIViewController> controller, bool animated,
                              std::function<void()> completion = {});
   // Takes away what this controller presents, and all that is presented from there; a controller that
-  // presents nothing is itself taken away by its presenter. Otherwise nothing happens and `completion` is not
+  // presents nothing is itself taken away by its presenter. What slides away takes no input, and what it
+  // covered takes input again once it is gone. Otherwise nothing happens and `completion` is not
   // called.
   void dismissViewControllerAnimated(bool animated, std::function<void()> completion = {});
 

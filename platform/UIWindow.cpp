@@ -2,6 +2,7 @@
 
 #include "platform/NSNotificationCenter.h"
 #include "platform/PresentationLayer.h"
+#include "platform/TakesInput.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
@@ -9,21 +10,12 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
-#include <QPixmapCache>
 #include <QResizeEvent>
 
 namespace {
 
 void post(const QString& name, UIWindow* window) {
   NSNotificationCenter::defaultCenter().postNotificationName(name, window);
-}
-
-// The style draws every control once for every palette that it meets and keeps the picture's name for good,
-// so what was drawn for palettes that are gone is thrown away from time to time.
-void forgetPicturesOfFormerPalettes() {
-  constexpr int palettesAtATime = 64;
-  static int palettes = 0;
-  if (++palettes % palettesAtATime == 0) QPixmapCache::clear();
 }
 
 bool canTakeFocus(const QWidget* widget) {
@@ -135,7 +127,7 @@ bool UIWindow::focusNextPrevChild(bool next) {
 }
 
 void UIWindow::becomeKey() {
-  setTakesInput(true);
+  setTakesInput(*this, true);
   restoreFocus();
   post(UIWindowDidBecomeKeyNotification, this);
 }
@@ -159,23 +151,6 @@ void UIWindow::restoreFocus() {
   } else {
     setFocus(Qt::ActiveWindowFocusReason);
   }
-}
-
-void UIWindow::setTakesInput(bool takesInput) {
-  if (takesInput == isEnabled()) return;
-  if (takesInput) {
-    setPalette(QPalette());
-    forgetPicturesOfFormerPalettes();
-  } else {
-    // What lies behind is dimmed by the cover above it, not greyed out control by control as well.
-    QPalette palette = this->palette();
-    for (int role = 0; role < QPalette::NColorRoles; ++role) {
-      const auto colorRole = static_cast<QPalette::ColorRole>(role);
-      palette.setBrush(QPalette::Disabled, colorRole, palette.brush(QPalette::Active, colorRole));
-    }
-    setPalette(palette);
-  }
-  setEnabled(takesInput);
 }
 
 void retireUIWindow(UIWindow* window) {

@@ -70,7 +70,6 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void resignKey();
   void rememberFocus();
   void restoreFocus();
-  void setTakesInput(bool takesInput);
 
   double windowLevel_;
   std::shared_ptr<UIViewController> rootViewController_;

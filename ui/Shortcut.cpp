@@ -7,6 +7,8 @@
 void addShortcut(UIButton& button, const QKeySequence& keys) {
   // The view as a whole, which has no parent yet while its buttons are wired.
   auto* const shortcut = new QShortcut(keys, button.window());
+  // A key that is held down does what it does once: the next screen may have it mean something else.
+  shortcut->setAutoRepeat(false);
   QObject::connect(shortcut, &QShortcut::activated, &button, &QAbstractButton::click);
   nameShortcut(button, keys);
 }

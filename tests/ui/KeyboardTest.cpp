@@ -1,4 +1,5 @@
 // Every action without a mouse.
+#include "platform/Motion.h"
 #include "platform/UIApplication.h"
 #include "tests/ui/Screens.h"
 #include "ui/UIButton.h"
@@ -12,6 +13,8 @@ using finger::waitToSee;
 
 class Keyboard : public Screens {
  protected:
+  ~Keyboard() override { setMotionEnabled(false); }
+
   // Keys reach their shortcuts only in a window that is active.
   void startActive() {
     start();
@@ -106,6 +109,60 @@ TEST_F(Keyboard, EveryControlHasANameAndTheKeysAreInItsTooltip) {
   openBuildScreen();
   check("build");
   EXPECT_EQ(tip("Back"), "Back (Esc)");
+}
+
+TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
+  makeProject({{"Tweak.x", "%hook A\n"}});
+  startActive();
+  setMotionEnabled(true);
+  const std::size_t windows = UIScreen::mainScreen()->windows().size();
+  const QColor captions = finger::find("Reload")->palette().color(QPalette::Disabled, QPalette::ButtonText);
+  tabTo("Files");
+  press(Qt::Key_Home);
+  auto* const list = qobject_cast<QListView*>(QApplication::focusWidget());
+  while (list->currentIndex().data() != "Tweak.x") press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  ASSERT_TRUE(list->isVisible()) << "the editor slides over it";
+  EXPECT_FALSE(list->isEnabled());
+  EXPECT_NE(list->palette().color(QPalette::Disabled, QPalette::ButtonText), captions)
+      << "nothing looks dimmed";
+  for (const Qt::Key key : {Qt::Key_N, Qt::Key_O, Qt::Key_P, Qt::Key_B}) press(key, Qt::ControlModifier);
+  EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
+  waitToMiss("Reload");
+  ASSERT_TRUE(focusIsOn("File text"));
+  typeText("// typed");
+  QTest::mouseClick(finger::find("Cancel"), Qt::LeftButton);
+  ASSERT_TRUE(sees("Save")) << "the editor slides away";
+  press(Qt::Key_S, Qt::ControlModifier);
+  press(Qt::Key_N, Qt::ControlModifier);
+  EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
+  waitToMiss("Save");
+  EXPECT_EQ(fileAt(device::projects + "P/Tweak.x"), "%hook A\n");
+  EXPECT_TRUE(focusIsOn("Files"));
+  press(Qt::Key_N, Qt::ControlModifier);
+  waitToSee(localized(text::projectOptions));  // in place, it takes keys again
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+}
+
+TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
+  makeProject({{"Tweak.x", ""}});
+  startActive();
+  openBuildScreen();
+  auto& shown = const_cast<LogView&>(log());
+  shown.setText("kept");
+  shown.setFocus();
+  const auto hold = [&shown](Qt::Key key) {
+    QTest::simulateEvent(&shown, true, key, Qt::ControlModifier, QString(), true);
+  };
+  hold(Qt::Key_L);
+  EXPECT_EQ(log().text(), "kept");
+  const int before = shown.fontMetrics().height();
+  for (int repeats = 0; repeats < 5; ++repeats) hold(Qt::Key_Plus);
+  EXPECT_GT(shown.fontMetrics().height(), before);
+  hold(Qt::Key_0);
+  press(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(log().text(), "");
 }
 
 TEST_F(Keyboard, NoKeyActsUnderADialog) {
