@@ -10,6 +10,9 @@
 #include "ui/Shortcut.h"
 #include "ui/ui_Dev.h"
 
+#include <QEvent>
+#include <QIcon>
+
 Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
 
 Dev::~Dev() = default;
@@ -23,7 +26,7 @@ void Dev::loadView() {
   outlets_->backButton->setPicture(QStringLiteral("back"));
   outlets_->backButton->setFollowsReadingDirection(true);
   nameShortcut(*outlets_->backButton, Qt::Key_Escape);
-  outlets_->picture->setPixmap(QPixmap(QStringLiteral(":/pictures/application.png")));
+  view->installEventFilter(this);
   setView(view);
   const auto wire = [this](UIButton* button, const char* address) {
     connect(button, &QPushButton::clicked, this, atEventBoundary([address] { openAddress(address); }));
@@ -43,6 +46,17 @@ void Dev::viewDidLoad() {
   for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
     button->setLayer({.cornerRadius = 20, .backgroundColor = colours::linkGround});
   }
+}
+
+bool Dev::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Resize) {
+    const auto& view = *static_cast<QWidget*>(object);
+    // Low screens have room for the texts and links first.
+    const int side = view.height() < metrics::lowScreen ? metrics::smallEmblemSize : metrics::emblemSize;
+    const QIcon emblem(QStringLiteral(":/pictures/application.png"));
+    outlets_->picture->setPixmap(emblem.pixmap(QSize(side, side), view.devicePixelRatioF()));
+  }
+  return UIViewController::eventFilter(object, event);
 }
 
 void Dev::cancelOperation() {

@@ -21,6 +21,7 @@ class Dev : public UIViewController {
 
  protected:
   void loadView() override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   std::unique_ptr<Ui::Dev> outlets_;

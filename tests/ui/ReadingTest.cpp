@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QWheelEvent>
@@ -139,6 +140,27 @@ TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {
   EXPECT_EQ(to, text->characterCount());
   EXPECT_EQ(text->cursorPosition(), text->characterCount());
   EXPECT_EQ(text->text(0, text->characterCount()), QString((4 << 20) - 1, 'x'));
+}
+
+TEST_F(Reading, TheAboutScreenFitsTheSmallestScreen) {
+  start();
+  UIScreen::mainScreen()->resize(320, 480);
+  finger::tap("About");
+  finger::waitToSee(localized(text::developedBy));
+  QCoreApplication::processEvents();
+  const QWidget& bar = *finger::find("Back")->parentWidget();
+  int below = bar.mapTo(UIScreen::mainScreen(), QPoint(0, bar.height())).y();
+  const QWidget& panel = *finger::find("Profile")->parentWidget();
+  EXPECT_LE(panel.mapTo(UIScreen::mainScreen(), QPoint(0, panel.height())).y(), 480);
+  for (int place = 0; place < panel.layout()->count(); ++place) {
+    const QWidget& part = *panel.layout()->itemAt(place)->widget();
+    const int top = part.mapTo(UIScreen::mainScreen(), QPoint()).y();
+    EXPECT_GE(top, below) << part.objectName().toStdString();
+    EXPECT_GE(part.height(),
+              part.hasHeightForWidth() ? part.heightForWidth(part.width()) : part.minimumSizeHint().height())
+        << part.objectName().toStdString();
+    below = top + part.height();
+  }
 }
 
 TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
