@@ -78,15 +78,20 @@ void RQAlertViewTextField::setSecureTextEntry(bool secure) {
   setEchoMode(secure ? QLineEdit::Password : QLineEdit::Normal);
 }
 
+QColor RQAlertViewTextField::placeholderColor(const QColor& text) {
+  // Weaker than what is typed, and still strong enough to be read.
+  QColor color = text;
+  color.setAlphaF(0.6F);
+  return color;
+}
+
 void RQAlertViewTextField::setColors(const QColor& background, const QColor& text) {
   background_ = background;
   QPalette colors = palette();
   // The background is painted here, with rounded corners.
   colors.setColor(QPalette::Base, Qt::transparent);
   colors.setColor(QPalette::Text, text);
-  QColor placeholder = text;
-  placeholder.setAlphaF(0.5F);
-  colors.setColor(QPalette::PlaceholderText, placeholder);
+  colors.setColor(QPalette::PlaceholderText, placeholderColor(text));
   setPalette(colors);
   clearAction_->setIcon(clearIcon(text));
 }

@@ -36,6 +36,7 @@ class RQAlertViewTextField : public QLineEdit {
   void setClearsOnBeginEditing(bool clears) { clearsOnBeginEditing_ = clears; }
   bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
 
+  static QColor placeholderColor(const QColor& text);
   void setColors(const QColor& background, const QColor& text);
   // Marks the field that has the focus, and selected text.
   void setTintColor(const QColor& tint);

@@ -75,12 +75,19 @@ QSize UIButton::sizeHint() const {
           std::max(font.height() + metrics::buttonPadding, metrics::touchSize)};
 }
 
+QColor UIButton::groundPressed(const QColor& own) {
+  return stated(own, own.isValid() ? -24 : 40);
+}
+
+QColor UIButton::groundUnderPointer(const QColor& own) {
+  // A ground that is light already gets darker, so that the caption stays readable.
+  return stated(own, own.lightness() < 100 ? 16 : -12);
+}
+
 QColor UIButton::ground() const {
   if (!isEnabled()) return layer_.backgroundColor;
-  if (isDown()) return stated(layer_.backgroundColor, layer_.backgroundColor.isValid() ? -24 : 40);
-  // A ground that is light already gets darker, so that the caption stays readable.
-  if (underMouse())
-    return stated(layer_.backgroundColor, layer_.backgroundColor.lightness() < 100 ? 16 : -12);
+  if (isDown()) return groundPressed(layer_.backgroundColor);
+  if (underMouse()) return groundUnderPointer(layer_.backgroundColor);
   return layer_.backgroundColor;
 }
 

@@ -28,6 +28,10 @@ class UIButton : public QPushButton {
   // A picture that points back or forward is drawn the other way round where reading goes from right to left.
   void setFollowsReadingDirection(bool follows);
 
+  // The grounds of the two states of a button whose own ground is `own`; one that has none gets a veil.
+  static QColor groundPressed(const QColor& own);
+  static QColor groundUnderPointer(const QColor& own);
+
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -1,11 +1,16 @@
 // What stands on what, and how well it can be told from it. Prints the table.
+#include "RQAlertView/RQAlertView.h"
 #include "ui/Colours.h"
+#include "ui/DialogLooks.h"
+#include "ui/UIButton.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <memory>
 
 #include <QApplication>
+#include <QImage>
 #include <QPalette>
 #include <gtest/gtest.h>
 
@@ -24,13 +29,48 @@ double contrast(const QColor& one, const QColor& other) {
   return std::max(ratio, 1 / ratio);
 }
 
+// What is seen of a translucent colour.
+QColor over(const QColor& ground, const QColor& veil) {
+  const double share = veil.alphaF();
+  const auto mix = [share](double below, double above) { return below + (above - below) * share; };
+  return QColor::fromRgbF(static_cast<float>(mix(ground.redF(), veil.redF())),
+                          static_cast<float>(mix(ground.greenF(), veil.greenF())),
+                          static_cast<float>(mix(ground.blueF(), veil.blueF())));
+}
+
+// What a picture of one colour is drawn in.
+QColor inkOf(const QString& picture) {
+  const QImage image(picture);
+  QColor ink = Qt::transparent;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (image.pixelColor(x, y).alpha() > ink.alpha()) ink = image.pixelColor(x, y);
+    }
+  }
+  return ink;
+}
+
+std::shared_ptr<RQAlertView> dialog(RQAlertViewStyle style, void (*dress)(RQAlertView&)) {
+  auto made = RQAlertView::alertViewWithTitle("title", "message", style, {"other"}, "cancel", "destructive");
+  dress(*made);
+  return made;
+}
+
 TEST(Contrast, TextsAndControlsStandOut) {
   constexpr double text = 4.5;
   constexpr double control = 3;
+  // For text, where the colours of both are settled: what large text and controls need.
+  constexpr double settled = 3;
   const QPalette palette = QApplication::palette();
   const QColor window = palette.color(QPalette::Window);
   const QColor caption = palette.color(QPalette::ButtonText);
   const QColor body = palette.color(QPalette::Text);
+  const auto prompt = dialog(RQAlertViewStyle::Alert, dressAsPrompt);
+  const auto menu = dialog(RQAlertViewStyle::ActionSheet, dressAsMenu);
+  const auto progress = dialog(RQAlertViewStyle::Alert, dressAsProgress);
+  const QColor placeholder = RQAlertViewTextField::placeholderColor(prompt->textFieldsTextColor());
+  const QColor icon = inkOf(":/pictures/new@4x.png");
+  const QColor pane = prompt->backgroundColor();
   const struct {
     const char* what;
     QColor front;
@@ -44,14 +84,25 @@ TEST(Contrast, TextsAndControlsStandOut) {
       {"file names (both greys settled)", colours::cellText, colours::cellGround, 4.3},
       {"file names under the pointer", colours::cellText, colours::cellUnderPointer, text},
       {"build buttons", caption, colours::buildButtonGround, text},
-      {"build buttons under the pointer", caption, grey(96), text},
+      {"build buttons under the pointer", caption, UIButton::groundUnderPointer(colours::buildButtonGround),
+       text},
+      {"build buttons, pressed", caption, UIButton::groundPressed(colours::buildButtonGround), text},
       {"Save and Cancel", caption, colours::editorButtonGround, text},
+      {"Save and Cancel under the pointer", caption,
+       UIButton::groundUnderPointer(colours::editorButtonGround), text},
+      {"Save and Cancel, pressed", caption, UIButton::groundPressed(colours::editorButtonGround), text},
       {"credits", palette.color(QPalette::WindowText), colours::labelGround, text},
       {"links", caption, colours::linkGround, text},
+      {"links under the pointer", caption, UIButton::groundUnderPointer(colours::linkGround), text},
+      {"links, pressed", caption, UIButton::groundPressed(colours::linkGround), text},
+      {"bare pictures", icon, window, control},
+      {"bare pictures, pressed", icon, over(window, UIButton::groundPressed({})), control},
+      {"tiles' pictures", icon, colours::tileGround, control},
+      {"tiles' pictures, pressed", icon, UIButton::groundPressed(colours::tileGround), control},
       {"tooltips", palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase), text},
       {"placeholder in the find bar", palette.color(QPalette::PlaceholderText), palette.color(QPalette::Base),
-       4.3},
-      {"row pictures", colours::cellText, colours::cellGround, control},
+       text},
+      {"row pictures", inkOf(":/pictures/na@4x.png"), colours::cellGround, control},
       {"tiles' borders", colours::tileBorder, window, control},
       {"switch, off", colours::switchOff, window, control},
       {"switch, on", palette.color(QPalette::Highlight), window, control},
@@ -61,10 +112,26 @@ TEST(Contrast, TextsAndControlsStandOut) {
       {"focus on a file", colours::focusRing, colours::cellGround, control},
       {"focus on a build button", colours::focusRing, colours::buildButtonGround, control},
       {"focus on a link", colours::focusRing, colours::linkGround, control},
+      {"dialog: title and message", prompt->titleTextColor(), pane, text},
+      {"dialog: progress", progress->progressLabelTextColor(), progress->backgroundColor(), text},
+      {"dialog: prompt's buttons", prompt->buttonsTitleColor(), pane, text},
+      {"dialog: pressed (settled)", prompt->buttonsTitleColorHighlighted(),
+       prompt->buttonsBackgroundColorHighlighted(), settled},
+      {"dialog: cancel (settled)", prompt->cancelButtonTitleColor(), pane, settled},
+      {"dialog: cancel, pressed (settled)", prompt->cancelButtonTitleColorHighlighted(),
+       prompt->cancelButtonBackgroundColorHighlighted(), settled},
+      {"dialog: destructive (settled)", menu->destructiveButtonTitleColor(), pane, settled},
+      {"dialog: destructive, pressed (settled)", menu->destructiveButtonTitleColorHighlighted(),
+       menu->destructiveButtonBackgroundColorHighlighted(), settled},
+      {"menu: title (settled)", menu->titleTextColor(), menu->backgroundColor(), settled},
+      {"menu: entries (settled)", menu->buttonsTitleColor(), menu->backgroundColor(), settled},
+      {"prompt: typed text", prompt->textFieldsTextColor(), prompt->textFieldsBackgroundColor(), text},
+      {"prompt: placeholder", over(prompt->textFieldsBackgroundColor(), placeholder),
+       prompt->textFieldsBackgroundColor(), text},
   };
   for (const auto& row : table) {
     const double reached = contrast(row.front, row.ground);
-    std::printf("%-34s %s on %s  %5.2f, at least %.1f\n", row.what, qUtf8Printable(row.front.name()),
+    std::printf("%-38s %s on %s  %5.2f, at least %.1f\n", row.what, qUtf8Printable(row.front.name()),
                 qUtf8Printable(row.ground.name()), reached, row.least);
     EXPECT_GE(reached, row.least) << row.what;
   }
