@@ -1,6 +1,7 @@
 #include "device/doctor/BuildLog.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 namespace device::doctor {
@@ -108,15 +109,19 @@ bool isFailureOfMake(const string& line) {
   return line.starts_with("make") && stars != string::npos;
 }
 
-Finding noteOn(std::size_t line, string_view meaning) {
-  return {Verdict::Note, "last build", "Line " + std::to_string(line) + " of its log: " + string(meaning)};
+// The line's number in a whole log, absent for one without its beginning.
+Finding noteOn(std::optional<std::size_t> line, string_view meaning) {
+  const string place = line ? "Line " + std::to_string(*line) + " of its log: " : "Near the end of its log: ";
+  return {Verdict::Note, "last build", place + string(meaning)};
 }
 
 }  // namespace
 
-std::vector<Finding> explainBuildLog(string_view log) {
+std::vector<Finding> explainBuildLog(string_view log, bool cut) {
+  if (cut) log.remove_prefix(std::min(log.find('\n'), log.size()));
   std::vector<Finding> findings;
   std::set<string_view> told;
+  const auto place = [cut](std::size_t number) { return cut ? std::nullopt : std::optional(number); };
   std::size_t failure = 0;
   for (std::size_t number = 1; !log.empty(); ++number) {
     const auto end = log.find('\n');
@@ -125,11 +130,12 @@ std::vector<Finding> explainBuildLog(string_view log) {
     if (failure == 0 && isFailureOfMake(line)) failure = number;
     for (const auto& message : messages()) {
       if (hasAll(line, message.phrases) && told.insert(message.meaning).second)
-        findings.push_back(noteOn(number, message.meaning));
+        findings.push_back(noteOn(place(number), message.meaning));
     }
   }
   if (findings.empty() && failure != 0) {
-    findings.push_back(noteOn(failure, "the build failed for a reason that only the lines above it tell."));
+    findings.push_back(
+        noteOn(place(failure), "the build failed for a reason that only the lines above it tell."));
   }
   return findings;
 }

@@ -41,7 +41,7 @@ constexpr ProgramCheck kPrograms[] = {
      "install it with \"apt install fakeroot\""},
     {"clang", Need::Required, Need::None, "compiles the sources", kToolchain},
     {"ldid", Need::Required, Need::None, "signs what was compiled", kToolchain},
-    {"lipo", Need::Required, Need::None, "joins the parts for several processors", kToolchain},
+    {"lipo", Need::Useful, Need::None, "joins the parts for several processors", kToolchain},
 };
 
 struct EntryCheck {
@@ -301,7 +301,7 @@ std::vector<Finding> findingsFor(const Facts& facts) {
     findings.push_back(ok("last build", "There is no log of one."));
     return findings;
   }
-  const auto told = explainBuildLog(*facts.buildLog);
+  const auto told = explainBuildLog(*facts.buildLog, facts.buildLogCut);
   if (told.empty()) findings.push_back(ok("last build", "Its log tells of no failure."));
   findings.insert(findings.end(), told.begin(), told.end());
   return findings;

@@ -56,6 +56,8 @@ struct Facts {
 
   // The end of the last build's log; absent where there is none or it is no plain file.
   std::optional<std::string> buildLog;
+  // Whether the log is longer and its beginning is missing.
+  bool buildLogCut = false;
 };
 
 }  // namespace device::doctor

@@ -96,8 +96,10 @@ void lookAtDeviceFolder(const Account* account, Facts& facts) {
   facts.deviceFolder = !exists(folder.get(), "lock") ? Facts::DeviceFolder::OtherFiles
                        : isOwn                       ? Facts::DeviceFolder::Good
                                                      : Facts::DeviceFolder::OfAnotherUser;
-  if (facts.deviceFolder == Facts::DeviceFolder::Good)
-    facts.buildLog = readEndBeneath(folder.get(), kLog, kLogEnd);
+  if (facts.deviceFolder != Facts::DeviceFolder::Good) return;
+  // One byte more tells whether there is more.
+  facts.buildLog = readEndBeneath(folder.get(), kLog, kLogEnd + 1);
+  facts.buildLogCut = facts.buildLog && facts.buildLog->size() > kLogEnd;
 }
 
 }  // namespace

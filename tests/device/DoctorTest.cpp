@@ -109,6 +109,7 @@ TEST(Doctor, EveryFaultIsNamedOnceWithWhatToDo) {
       {"old make", trial("make", {"/usr/bin/make", 0, "GNU Make 3.82"}), "problem make: ", "GNU Make 4"},
       {"half a perl", trial("perl", {"/usr/bin/perl", 2, "Can't locate Archive/Tar.pm"}),
        "problem perl: ", "apt install perl"},
+      {"no lipo", trial("lipo", {}), "note lipo: ", "several processors"},
       {"no rsync", trial("rsync", {}), "problem rsync: ", "apt install rsync"},
       {"no fakeroot", trial("fakeroot", {}), "note fakeroot: ", "apt install fakeroot"},
       {"fakeroot refused",
@@ -116,6 +117,12 @@ TEST(Doctor, EveryFaultIsNamedOnceWithWhatToDo) {
        "problem fakeroot: ", "Permission denied"},
       {"no Arabic font", [](Facts& facts) { facts.inDevice->arabicFonts = 0; },
        "note fonts: ", "fonts-noto-core"},
+      {"long log of a failed build",
+       [](Facts& facts) {
+         facts.buildLog = "make: *** No space left on device\nmake: *** [Makefile:6: all] Error 2\n";
+         facts.buildLogCut = true;
+       },
+       "note last build: Near the end of its log: the build failed", "lines above"},
       {"failed build", [](Facts& facts) { facts.buildLog = "make: *** [Makefile:6: all] Error 2\n"; },
        "note last build: Line 1", "lines above"},
   };
@@ -218,6 +225,7 @@ TEST(BuildLog, KnownMessagesAreExplainedAtTheirLine) {
 TEST(BuildLog, AGoodBuildIsLeftAlone) {
   EXPECT_TRUE(explainBuildLog("").empty());
   EXPECT_TRUE(explainBuildLog("\033[").empty());
+  EXPECT_TRUE(explainBuildLog("half a line: no space left on device", true).empty());
   EXPECT_TRUE(explainBuildLog("> Making all for tweak Killed137…\n==> Compiling NoControlFile.m (arm64)…\n"
                               "make[1]: Nothing to be done\n==> Warning: Building for iOS 6.0\n"
                               "dpkg-deb: building package 'com.example.spaces' in './packages/x.deb'.\n")
