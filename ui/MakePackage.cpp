@@ -80,6 +80,8 @@ void MakePackage::viewDidLoad() {
   UIViewController::viewDidLoad();
   outlets_->SuccessLable->setFont(systemFontOfSize(metrics::bodyTextSize));
   outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
+  // The caption beside it, which the switch does not show itself.
+  outlets_->SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
   const auto style = [](UIButton* button, qreal radius) {
     button->setLayer(
         {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});

@@ -197,6 +197,7 @@ TEST_F(Screens, SuccessIsAnnouncedOnlyWhenAskedForAndReached) {
   auto* const asked = qobject_cast<UISwitch*>(finger::find("Show success alert"));
   tap("Show success alert");
   EXPECT_FALSE(asked->isOn());
+  EXPECT_EQ(asked->accessibleDescription(), localized(text::showSuccessAlert));
   build("Make Package");
   EXPECT_EQ(log().text(), "fine\n");
   EXPECT_FALSE(sees(localized(text::done)));
