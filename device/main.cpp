@@ -10,6 +10,7 @@
 #include "device/Interruption.h"
 #include "device/Opener.h"
 #include "device/Options.h"
+#include "device/ReducedMotion.h"
 #include "device/Refusal.h"
 #include "device/Sandbox.h"
 #include "device/Stage.h"
@@ -271,6 +272,10 @@ int run(const Options& options) {
   auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
   if (accessibility) {
     for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
+  }
+  // Root's start has become a user whose settings these are not.
+  if (isApplication && !isRoots && prefersReducedMotion(caller, account.home)) {
+    addReducedMotion(request.environment);
   }
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"

@@ -1,9 +1,10 @@
 #include "platform/Motion.h"
 
+#include "core/ReducedMotion.h"
+
 #include <optional>
 
-#include <QApplication>
-#include <QStyle>
+#include <QtGlobal>
 
 namespace {
 
@@ -16,9 +17,8 @@ std::optional<bool>& chosen() {
 
 bool motionEnabled() {
   if (!chosen()) {
-    // Desktops with animations switched off hand that on as a duration of none.
-    const QStyle* style = QApplication::style();
-    return style && style->styleHint(QStyle::SH_Widget_Animation_Duration) > 0;
+    // The desktop's settings cannot be seen from in here; the launcher has looked.
+    return !qEnvironmentVariableIsSet(reducedMotionVariable);
   }
   return *chosen();
 }

@@ -70,7 +70,7 @@ void stepAsideFromTheApplication() {
 
 bool isForTheInterfaceOnly(const char* variable) {
   for (const char* prefix : {"DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "AT_SPI_BUS_ADDRESS=", "QT_",
-                             "DBUS_", "XCURSOR_", "XDG_"}) {
+                             "DBUS_", "XCURSOR_", "XDG_", "TWEAKBENCH_"}) {
     if (strncmp(variable, prefix, strlen(prefix)) == 0) return true;
   }
   return false;

@@ -45,11 +45,12 @@ TEST(GuardBoundary, CommandsDoNotInheritTheInterface) {
   setenv("XAUTHORITY", path.c_str(), 1);
   setenv("AT_SPI_BUS_ADDRESS", "unix:path=/.host/accessibility", 1);
   setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x", 1);
+  setenv("TWEAKBENCH_REDUCED_MOTION", "1", 1);
   setenv("KEPT_FOR_COMMANDS", "yes", 1);
   const std::string home = getenv("HOME");
   setenv("HOME", "/.host/empty", 1);
   const std::string environment = outputOf("env");
-  for (const char* name : {"DISPLAY", "XAUTHORITY", "AT_SPI", "DBUS_", "QT_"}) {
+  for (const char* name : {"DISPLAY", "XAUTHORITY", "AT_SPI", "DBUS_", "QT_", "TWEAKBENCH_"}) {
     EXPECT_EQ(environment.find(name), std::string::npos) << name;
   }
   EXPECT_NE(environment.find("KEPT_FOR_COMMANDS=yes"), std::string::npos);

@@ -4,9 +4,12 @@
 #include "device/DataFiles.h"
 #include "device/Diagnosis.h"
 #include "device/Environment.h"
+#include "device/ReducedMotion.h"
 #include "device/Refusal.h"
+#include "support/TemporaryFolder.h"
 
 #include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -52,6 +55,34 @@ TEST(Environment, NothingOfTheCallersGetsInUnasked) {
   EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
   for (const auto& [name, value] : application)
     EXPECT_EQ(value.find("/var/"), std::string::npos) << name << " leads where builds write: " << value;
+}
+
+TEST(ReducedMotion, EitherDesktopMayAskForIt) {
+  const TemporaryFolder place;
+  const std::string home = place.path();
+  std::filesystem::create_directories(home + "/.config");
+  const auto plasma = [&](const char* settings) {
+    std::ofstream(home + "/.config/kdeglobals") << settings;
+    return prefersReducedMotion({{"PATH", home}}, home);
+  };
+  EXPECT_FALSE(plasma("[General]\nAnimationDurationFactor=0\n[KDE]\nAnimationDurationFactor=0.5\n"));
+  EXPECT_FALSE(plasma("[KDE]\nAnimationDurationFactor=\n"));
+  EXPECT_TRUE(plasma("[General]\nx=1\n[KDE]\nLook=y\nAnimationDurationFactor=0\n"));
+  EXPECT_FALSE(prefersReducedMotion({{"PATH", home}, {"XDG_CONFIG_HOME", "/no/such"}}, home));
+  std::filesystem::remove(home + "/.config/kdeglobals");
+  const auto gnome = [&](const char* script) {
+    const std::string program = home + "/gsettings";
+    std::ofstream(program) << "#!/bin/sh\n" << script;
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    return prefersReducedMotion({{"PATH", home}}, home);
+  };
+  EXPECT_TRUE(gnome("[ \"$*\" = 'get org.gnome.desktop.interface enable-animations' ] && echo false\n"));
+  EXPECT_FALSE(gnome("echo true\n"));
+  EXPECT_FALSE(gnome("echo 'No such schema' >&2; exit 1\n"));
+  EXPECT_FALSE(gnome("echo false; exec /bin/sleep 1000\n")) << "no answer in time means no";
+  Environment environment;
+  addReducedMotion(environment);
+  EXPECT_EQ(environment.size(), 1U);
 }
 
 TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
