@@ -54,6 +54,7 @@ class LogViewAccessible : public QAccessibleWidget, public QAccessibleTextInterf
   void setCursorPosition(int position) override {
     view_->select(bytesBefore(position), bytesBefore(position));
   }
+  using QAccessibleWidget::text;
   QString text(int from, int to) const override { return whole().mid(from, to - from); }
   int characterCount() const override { return static_cast<int>(whole().size()); }
   QRect characterRect(int position) const override {
