@@ -98,8 +98,16 @@ def no_dialog():
     wait_for(lambda: not showing(DIALOGS), "a dialog stays")
 
 
+def at_rest():
+    """Whether no screen is on its way: one that comes or goes takes no input until it is there."""
+    usable = [node for node in everything(APPLICATION) if has(node, pyatspi.STATE_SHOWING)
+              and has(node, pyatspi.STATE_FOCUSABLE)]
+    return all(has(node, pyatspi.STATE_ENABLED) for node in usable)
+
+
 def check_controls(screen):
     """Role, name, state and action of whatever can be used."""
+    wait_for(at_rest, f"{screen}: a control is disabled")
     count = 0
     for node in everything(APPLICATION):
         if not has(node, pyatspi.STATE_SHOWING) or not has(node, pyatspi.STATE_FOCUSABLE):
