@@ -60,8 +60,12 @@ TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
     dispatch_async(dispatch_get_main_queue(), [&closed] {
       finger::tap("Build");
       finger::tap("Make Package");
-      finger::waitUntil([] { return fileExistsAtPath(device::projects + "P/packages"); },
-                        "make does not start");
+      finger::waitUntil(
+          [] {
+            return fileExistsAtPath(device::projects + "P/packages") &&
+                   fileAt(device::application + "MakeLog.log").find("printing") != std::string::npos;
+          },
+          "make does not start");
       closed = UIScreen::mainScreen()->close();
     });
     return makeAppDelegate();
