@@ -63,10 +63,6 @@ bool UIWindow::isKeyWindow() const {
   return application && application->keyWindow() == this;
 }
 
-void UIWindow::resignKeyWindow() {
-  if (isKeyWindow()) UIApplication::sharedApplication()->setKeyWindow(nullptr);
-}
-
 void UIWindow::setVisible(bool visible) {
   if (visible != isHidden()) {
     QWidget::setVisible(visible);

@@ -43,9 +43,6 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   // Brings the window to the front of its level, shows it and makes it the one that takes input.
   void makeKeyAndVisible();
   bool isKeyWindow() const;
-  // Gives the input up: no window takes any until one is made key, or UIApplication::passKeyOn() chooses one.
-  // Does nothing where the window is not key.
-  void resignKeyWindow();
   // Showing and hiding a window (setHidden, setVisible, show, hide) posts the notifications above. When the
   // key window is hidden, the topmost one that is still visible becomes key.
   void setVisible(bool visible) override;

@@ -205,16 +205,12 @@ TEST_F(Operations, DeletingTakesTheListedProjectsFileElseTheCurrentOnes) {
   EXPECT_EQ(treeAt(device::projects), (Tree{{"A/", ""}, {"A/keep", ""}, {"B/", ""}, {"B/keep", ""}}));
 }
 
-TEST_F(Operations, AnAbsentProjectDeletesNothing) {
+TEST_F(Operations, AProjectThatIsAbsentOrHasNoNameDeletesNothing) {
   for (const char* file : {"A/x", "B/x"}) put(file, "");
   const Tree before = treeAt(device::projects);
   deleteProjectFile("x");
   deleteListedProject();
   EXPECT_EQ(treeAt(device::projects), before);
-}
-
-TEST_F(Operations, AProjectWithoutANameDeletesNothing) {
-  for (const char* file : {"A/x", "B/x"}) put(file, "");
   createProject("  ");
   ASSERT_EQ(listedProject(), "");
   const Tree unpacked = treeAt(device::projects);
