@@ -4,10 +4,11 @@
 #include <unistd.h>
 #include <utility>
 
-// Holds one descriptor or none (-1).
+// Holds one descriptor or none (-1). Movable, not copyable.
 class Descriptor {
  public:
   Descriptor() = default;
+  // Takes ownership.
   explicit Descriptor(int number) : number_(number) {}
   ~Descriptor() { close(); }
   Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
@@ -19,7 +20,7 @@ class Descriptor {
     return *this;
   }
 
-  int number() const { return number_; }
+  int get() const { return number_; }
   explicit operator bool() const { return number_ != -1; }
   void close() {
     if (number_ != -1) ::close(std::exchange(number_, -1));

@@ -83,13 +83,13 @@ Descriptor openRegularFile(const std::string& path) {
   // O_NONBLOCK: opening a FIFO for reading would wait for a writer that may never come.
   Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat information {};
-  if (file && fstat(file.number(), &information) == 0 && S_ISREG(information.st_mode)) return file;
+  if (file && fstat(file.get(), &information) == 0 && S_ISREG(information.st_mode)) return file;
   return {};
 }
 
 std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::size_t size) {
   for (;;) {
-    const ssize_t got = read(file.number(), buffer, size);
+    const ssize_t got = read(file.get(), buffer, size);
     if (got >= 0) return static_cast<std::size_t>(got);
     if (errno != EINTR) return std::nullopt;
   }
@@ -98,13 +98,13 @@ std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::s
 std::size_t sizeOfFile(const std::string& path) {
   const Descriptor file = openRegularFile(path);
   struct stat information {};
-  return file && fstat(file.number(), &information) == 0 ? static_cast<std::size_t>(information.st_size) : 0;
+  return file && fstat(file.get(), &information) == 0 ? static_cast<std::size_t>(information.st_size) : 0;
 }
 
 MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
   const Descriptor file = openRegularFile(path);
   struct stat information {};
-  if (!file || fstat(file.number(), &information) != 0) return std::nullopt;
+  if (!file || fstat(file.get(), &information) != 0) return std::nullopt;
   if (static_cast<std::size_t>(information.st_size) > limit) return std::nullopt;
   // The size is a hint: the file may still grow, or may lie in a file system that reports none.
   std::string contents(static_cast<std::size_t>(information.st_size) + 1, '\0');
@@ -133,7 +133,7 @@ AtomicFile::AtomicFile(const std::string& path) : target_(resolved(path)) {
   // A short name of its own: the target's name may already be as long as a name can be.
   temporary_ = folderOf(target_) + "/.tweakbench-XXXXXX";
   file_ = Descriptor(mkostemp(temporary_.data(), O_CLOEXEC));
-  if (file_ && fchmod(file_.number(), *mode) != 0) discard();
+  if (file_ && fchmod(file_.get(), *mode) != 0) discard();
 }
 
 AtomicFile::~AtomicFile() {
@@ -141,20 +141,20 @@ AtomicFile::~AtomicFile() {
 }
 
 void AtomicFile::write(std::string_view contents) {
-  if (file_ && !writeWhole(file_.number(), contents)) discard();
+  if (file_ && !writeWhole(file_.get(), contents)) discard();
 }
 
 bool AtomicFile::commit(Durability durability) {
   if (!file_) return false;
   const bool durable = durability == Durability::Durable;
-  if ((durable && fsync(file_.number()) != 0) || rename(temporary_.c_str(), target_.c_str()) != 0) {
+  if ((durable && fsync(file_.get()) != 0) || rename(temporary_.c_str(), target_.c_str()) != 0) {
     discard();
     return false;
   }
   file_.close();
   if (durable) {
     const Descriptor folder(open(folderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder) fsync(folder.number());
+    if (folder) fsync(folder.get());
   }
   return true;
 }

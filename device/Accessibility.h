@@ -1,8 +1,8 @@
 // Lets screen readers of the host reach the application, and the application nothing but them.
 #pragma once
 
+#include "core/Descriptor.h"
 #include "device/Arguments.h"
-#include "device/Descriptor.h"
 #include "device/Environment.h"
 
 #include <optional>

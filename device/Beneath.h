@@ -2,7 +2,7 @@
 // is reached.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <filesystem>
 #include <functional>

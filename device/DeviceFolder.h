@@ -11,8 +11,8 @@
 // reached through descriptors only, never by following a link.
 #pragma once
 
+#include "core/Descriptor.h"
 #include "device/Account.h"
-#include "device/Descriptor.h"
 #include "device/Environment.h"
 
 #include <filesystem>

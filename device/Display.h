@@ -1,7 +1,7 @@
 // Which display the application gets: one socket, and what signs in to it.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 #include "device/Environment.h"
 
 #include <filesystem>

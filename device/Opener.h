@@ -2,8 +2,8 @@
 // nowhere else.
 #pragma once
 
+#include "core/Descriptor.h"
 #include "core/OpenerProtocol.h"
-#include "device/Descriptor.h"
 #include "device/Environment.h"
 #include "device/OpenerLog.h"
 #include "device/ShownFolders.h"

@@ -1,7 +1,7 @@
 // The opener's own log: what the device asked for and did not get.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <filesystem>
 #include <string>

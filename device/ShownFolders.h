@@ -1,7 +1,7 @@
 // Folders of the device under paths of the host's that nothing in the device can lead astray.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <deque>
 #include <filesystem>

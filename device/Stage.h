@@ -1,7 +1,7 @@
 // Where root shows the device's user what that user could not reach by itself.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <filesystem>
 #include <string>

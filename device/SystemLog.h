@@ -1,7 +1,7 @@
 // Passes on to the host's system log what the device writes to its own.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <string>
 

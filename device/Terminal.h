@@ -1,7 +1,7 @@
 // A terminal of the device's own, joined to the user's for as long as a shell runs.
 #pragma once
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 
 #include <poll.h>
 #include <string>

@@ -1,8 +1,8 @@
 // Projects on their way between the host and the device.
 #pragma once
 
+#include "core/Descriptor.h"
 #include "device/CopyTree.h"
-#include "device/Descriptor.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "device/doctor/Capture.h"
 
-#include "device/Descriptor.h"
+#include "core/Descriptor.h"
 #include "device/Refusal.h"
 
 #include <array>

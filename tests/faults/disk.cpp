@@ -62,8 +62,8 @@ void leavePages(int pages) {
   const Descriptor file(open(filler, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
   const std::string piece(256 * page, 'f');
   off_t size = 0;
-  for (ssize_t wrote = 0; (wrote = write(file.number(), piece.data(), piece.size())) > 0;) size += wrote;
-  if (ftruncate(file.number(), std::max<off_t>(0, size / page - pages) * page) != 0) std::perror(filler);
+  for (ssize_t wrote = 0; (wrote = write(file.get(), piece.data(), piece.size())) > 0;) size += wrote;
+  if (ftruncate(file.get(), std::max<off_t>(0, size / page - pages) * page) != 0) std::perror(filler);
 }
 
 // What must hold whatever could not be written.
@@ -126,16 +126,16 @@ int subject::fillTheDisk() {
       const std::string loss = lossAfter(operation, status);
       if (loss.empty()) continue;
       ++bad;
-      dprintf(complaints.number(), "%s with %d pages left: %s\n", operation.name, pages, loss.c_str());
+      dprintf(complaints.get(), "%s with %d pages left: %s\n", operation.name, pages, loss.c_str());
     }
     removeItemAtPath(filler);
     fired += refusedHere;
     // A sweep that never refused, or never went through, has tried nothing.
     if (refusedHere > 0 && wasDone) continue;
     ++bad;
-    dprintf(complaints.number(), "%s: refused %d times, done at last: %d\n", operation.name, refusedHere,
+    dprintf(complaints.get(), "%s: refused %d times, done at last: %d\n", operation.name, refusedHere,
             wasDone);
   }
-  dprintf(report.number(), "%d %d %d\n", tries, fired, bad);
+  dprintf(report.get(), "%d %d %d\n", tries, fired, bad);
   return 0;
 }

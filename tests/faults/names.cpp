@@ -221,6 +221,6 @@ int subject::runNastyNames(int count, const std::string& outside) {
     run_cmd("chmod -R u+rwX /var/canary 2> /dev/null");
     plantCanary();
   }
-  dprintf(report.number(), "%d %d\n", count, strikes);
+  dprintf(report.get(), "%d %d\n", count, strikes);
   return 0;
 }
