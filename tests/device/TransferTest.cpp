@@ -2,8 +2,8 @@
 #include "device/Beneath.h"
 #include "device/DeviceFolder.h"
 #include "device/Interruption.h"
-#include "device/Refusal.h"
 #include "device/Transfer.h"
+#include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -13,16 +13,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
-
 namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
 // Everything below a folder: its kind and mode, and what it holds or leads to.
-std::map<std::string, std::string> treeAt(const std::string& folder) {
-  std::map<std::string, std::string> tree;
+using Tree = std::map<std::string, std::string>;
+
+Tree treeAt(const std::string& folder) {
+  Tree tree;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     struct stat status {};
     lstat(entry.path().c_str(), &status);
@@ -52,20 +52,12 @@ class TransferTest : public testing::Test {
             Rights::own(), Rights::own(),
             022,           std::move(pause)};
   }
-  std::string importing(const std::string& path, std::function<void()> pause = {}) {
-    return refusalOf([&] { importProject(transfer(std::move(pause)), path); });
+  void expectNoImport(const std::string& path, const std::string& reason, std::function<void()> pause = {}) {
+    expectRefusal([&] { importProject(transfer(std::move(pause)), path); }, reason);
   }
-  std::string exporting(const std::string& name, const std::string& path, std::function<void()> pause = {}) {
-    return refusalOf([&] { exportProject(transfer(std::move(pause)), name, path); });
-  }
-  template <typename Action>
-  static std::string refusalOf(const Action& action) {
-    try {
-      action();
-    } catch (const Refusal& refusal) {
-      return refusal.what();
-    }
-    return "none";
+  void expectNoExport(const std::string& name, const std::string& path, const std::string& reason,
+                      std::function<void()> pause = {}) {
+    expectRefusal([&] { exportProject(transfer(std::move(pause)), name, path); }, reason);
   }
   std::string project(const std::string& path) { return device / ("var/Tweakyard/Projects/" + path); }
 
@@ -83,11 +75,11 @@ TEST_F(TransferTest, AProjectComesInAndGoesOutAsItWas) {
   fs::last_write_time(home / "P/script", fs::file_time_type::clock::now() - std::chrono::hours(1000));
   EXPECT_EQ(importProject(transfer(), (home / "P/")).what, "P");
   const auto brought = treeAt(project("P"));
-  EXPECT_EQ(brought, (std::map<std::string, std::string>{{"Tweak.x", "100644 " + std::string("\0\xff\n", 3)},
-                                                         {"script", "100755 #!/bin/sh\n"},
-                                                         {"sub", "040755 "},
-                                                         {"sub/.hidden", "100644 "},
-                                                         {"sub/inside", "120777 ../script"}}));
+  EXPECT_EQ(brought, (Tree{{"Tweak.x", "100644 " + std::string("\0\xff\n", 3)},
+                           {"script", "100755 #!/bin/sh\n"},
+                           {"sub", "040755 "},
+                           {"sub/.hidden", "100644 "},
+                           {"sub/inside", "120777 ../script"}}));
   fs::create_directory(home / "out");
   EXPECT_EQ(exportProject(transfer(), "P", home / "out").what, home / "out/P");
   EXPECT_EQ(treeAt(home / "out/P"), brought);
@@ -103,16 +95,14 @@ TEST_F(TransferTest, ItsPackagesGoOutWithAProject) {
   fs::create_symlink(home / "precious", packages + "/Built/link");
   EXPECT_EQ(exportProject(transfer(), "Built", home / "Built").leftOut,
             std::vector<std::string>{"packages/link"});
-  EXPECT_EQ(treeAt(home / "Built"),
-            (std::map<std::string, std::string>{{"Tweak.x", "100644 "},
-                                                {"packages", "040755 "},
-                                                {"packages/built.deb", "100644 of the application"}}));
+  EXPECT_EQ(treeAt(home / "Built"), (Tree{{"Tweak.x", "100644 "},
+                                          {"packages", "040755 "},
+                                          {"packages/built.deb", "100644 of the application"}}));
   // Made by make alone, and newer or not, the project's own.
   putFile(project("Own/packages/own.deb"), "of make");
   putFile(packages + "/Own/built.deb", "of the application");
   exportProject(transfer(), "Own", home / "Own");
-  EXPECT_EQ(treeAt(home / "Own/packages"),
-            (std::map<std::string, std::string>{{"own.deb", "100644 of make"}}));
+  EXPECT_EQ(treeAt(home / "Own/packages"), (Tree{{"own.deb", "100644 of make"}}));
   // What a build plants there keeps no project in.
   putFile(project("Planted/Tweak.x"), "");
   fs::create_directory_symlink(home.path(), packages + "/Planted");
@@ -146,16 +136,17 @@ TEST_F(TransferTest, AHugeHoleCostsNothing) {
 }
 
 TEST_F(TransferTest, ALinkLeavesOnlyWhereItCannotLeadOut) {
-  struct Row {
-    const char* target;
-    int depth;
-    bool stays;
-  };
-  const std::vector<Row> rows{
-      {"file", 0, true},    {"./a//b", 0, true},       {"..", 1, true},           {"../../x/y", 2, true},
-      {"", 0, false},       {"/etc/passwd", 3, false}, {"..", 0, false},          {"../..", 1, false},
-      {"./../x", 0, false}, {"link/..", 0, false},     {"a/b/../../..", 2, false}};
-  for (const auto& row : rows) EXPECT_EQ(staysInside(row.target, row.depth), row.stays) << row.target;
+  using Links = std::vector<std::pair<const char*, int>>;  // with the depth of the folder that they lie in
+  for (const auto& [target, depth] : Links{{"file", 0}, {"./a//b", 0}, {"..", 1}, {"../../x/y", 2}})
+    EXPECT_TRUE(staysInside(target, depth)) << target;
+  for (const auto& [target, depth] : Links{{"", 0},
+                                           {"/etc/passwd", 3},
+                                           {"..", 0},
+                                           {"../..", 1},
+                                           {"./../x", 0},
+                                           {"link/..", 0},
+                                           {"a/b/../../..", 2}})
+    EXPECT_FALSE(staysInside(target, depth)) << target;
 
   putFile(project("P/file"), "");
   fs::create_symlink(home / "precious", project("P/absolute"));
@@ -165,8 +156,7 @@ TEST_F(TransferTest, ALinkLeavesOnlyWhereItCannotLeadOut) {
   auto left = exportProject(transfer(), "P", home / "P").leftOut;
   std::sort(left.begin(), left.end());
   EXPECT_EQ(left, (std::vector<std::string>{"above", "absolute", "pipe"}));
-  EXPECT_EQ(treeAt(home / "P"),
-            (std::map<std::string, std::string>{{"file", "100644 "}, {"within", "120777 file"}}));
+  EXPECT_EQ(treeAt(home / "P"), (Tree{{"file", "100644 "}, {"within", "120777 file"}}));
 }
 
 TEST_F(TransferTest, WhatCannotComeInLeavesTheDeviceAsItWas) {
@@ -177,24 +167,21 @@ TEST_F(TransferTest, WhatCannotComeInLeavesTheDeviceAsItWas) {
   fs::create_directory(home / "-rf");
   fs::create_directory(home / "\xd9");
   const auto before = treeAt(device.path());
-  EXPECT_NE(importing(home / "nothing").find("No such file"), std::string::npos);
-  EXPECT_NE(importing(home / "precious").find("Not a directory"), std::string::npos);
-  EXPECT_NE(importing("/").find("no project's name"), std::string::npos);
-  EXPECT_NE(importing(home / "line\nbreak").find("\"line?break\" is no project's name"), std::string::npos);
-  for (const char* name : {"two words", "-rf"})
-    EXPECT_NE(importing(home / name).find("command lines"), std::string::npos) << name;
-  EXPECT_NE(importing(home / "\xd9").find("UTF-8"), std::string::npos);
-  EXPECT_NE(importing(home / "Taken").find("already"), std::string::npos);
-  EXPECT_NE(importing(device / "var/Tweakyard/Projects/Taken").find("lies in the device"), std::string::npos);
-  EXPECT_NE(importing("/tmp").find("has the device in it"), std::string::npos);
+  expectNoImport(home / "nothing", "No such file");
+  expectNoImport(home / "precious", "Not a directory");
+  expectNoImport("/", "no project's name");
+  expectNoImport(home / "line\nbreak", "\"line?break\" is no project's name");
+  for (const char* name : {"two words", "-rf"}) expectNoImport(home / name, "command lines");
+  expectNoImport(home / "\xd9", "UTF-8");
+  expectNoImport(home / "Taken", "already");
+  expectNoImport(device / "var/Tweakyard/Projects/Taken", "lies in the device");
+  expectNoImport("/tmp", "has the device in it");
   putFile(home / "P/a", "");
   putFile(home / "P/b", "");
   int steps = 0;
-  EXPECT_EQ(importing(home / "P",
-                      [&steps] {
-                        if (++steps == 2) throw Refusal("enough");
-                      }),
-            "enough");
+  expectNoImport(home / "P", "enough", [&steps] {
+    if (++steps == 2) throw Refusal("enough");
+  });
   EXPECT_EQ(treeAt(device.path()), before);
 }
 
@@ -205,14 +192,14 @@ TEST_F(TransferTest, WhatCannotGoOutLeavesTheHostAsItWas) {
   fs::create_symlink("nowhere", home / "dangling");
   const auto before = treeAt(home.path());
   for (const char* name : {"", ".", "..", "P/../P", "../Projects/P", "a\nb"})
-    EXPECT_NE(exporting(name, home / "out").find("is no project's name"), std::string::npos) << name;
-  EXPECT_NE(exporting("Q", home / "out").find("no project Q"), std::string::npos);
-  EXPECT_NE(exporting("P", home / "there").find("already"), std::string::npos);
-  EXPECT_NE(exporting("P", home / "precious").find("already"), std::string::npos);
-  EXPECT_NE(exporting("P", home / "dangling").find("already"), std::string::npos);
-  EXPECT_NE(exporting("P", home / "no/such").find("No such file"), std::string::npos);
-  EXPECT_NE(exporting("P", device / "var").find("lies in the device"), std::string::npos);
-  EXPECT_EQ(exporting("P", home / "out", [] { throw Refusal("enough"); }), "enough");
+    expectNoExport(name, home / "out", "is no project's name");
+  expectNoExport("Q", home / "out", "no project Q");
+  expectNoExport("P", home / "there", "already");
+  expectNoExport("P", home / "precious", "already");
+  expectNoExport("P", home / "dangling", "already");
+  expectNoExport("P", home / "no/such", "No such file");
+  expectNoExport("P", device / "var", "lies in the device");
+  expectNoExport("P", home / "out", "enough", [] { throw Refusal("enough"); });
   EXPECT_EQ(treeAt(home.path()), before);
 }
 
@@ -221,26 +208,29 @@ TEST_F(TransferTest, LinksThatABuildPlantsAreNotFollowed) {
   putFile(project("P/sub/file"), "");
   const auto before = treeAt(home.path());
   fs::create_symlink(home / "P", project("Link"));
-  EXPECT_NE(exporting("Link", home / "out").find("cannot be opened"), std::string::npos);
+  expectNoExport("Link", home / "out", "cannot be opened");
 
   // A folder is exchanged for a link while the copy is on its way to it.
   putFile(project("Q/sub/file"), "");
-  exporting("Q", home / "out", [this] {
-    std::error_code ignored;
-    fs::remove_all(project("Q/sub"), ignored);
-    fs::create_directory_symlink(home.path(), project("Q/sub"), ignored);
+  refusalOf([this] {
+    const auto exchange = [this] {
+      std::error_code ignored;
+      fs::remove_all(project("Q/sub"), ignored);
+      fs::create_directory_symlink(home.path(), project("Q/sub"), ignored);
+    };
+    exportProject(transfer(exchange), "Q", home / "out");
   });
   EXPECT_FALSE(fs::exists(home / "out/sub/precious"));
   fs::remove_all(home / "out");
 
   fs::remove_all(device / "var/Tweakyard");
   fs::create_directory_symlink(home.path(), device / "var/Tweakyard");
-  EXPECT_NE(importing(home / "P").find("cannot be opened"), std::string::npos);
-  EXPECT_NE(exporting("P", home / "out").find("cannot be opened"), std::string::npos);
+  expectNoImport(home / "P", "cannot be opened");
+  expectNoExport("P", home / "out", "cannot be opened");
   fs::remove(device / "var/Tweakyard");
   fs::create_directory(device / "var/Tweakyard");
   fs::create_directory_symlink(home.path(), device / "var/Tweakyard/Projects");
-  EXPECT_NE(importing(home / "P").find("cannot be opened"), std::string::npos);
+  expectNoImport(home / "P", "cannot be opened");
   EXPECT_EQ(treeAt(home.path()), before);
 }
 
@@ -248,7 +238,7 @@ TEST_F(TransferTest, ATreeWithoutEndIsRefused) {
   std::string deep = project("P");
   for (int i = 0; i < 300; ++i) deep += "/d";
   fs::create_directories(deep);
-  EXPECT_NE(exporting("P", home / "out").find("too deep"), std::string::npos);
+  expectNoExport("P", home / "out", "too deep");
   EXPECT_FALSE(fs::exists(home / "out"));
 }
 

@@ -1,0 +1,29 @@
+// What the launcher refuses to do, in its own words.
+#pragma once
+
+#include "device/Refusal.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace device {
+
+// "none" where the action goes through.
+template <typename Action>
+std::string refusalOf(const Action& action) {
+  try {
+    action();
+  } catch (const Refusal& refusal) {
+    return refusal.what();
+  }
+  return "none";
+}
+
+template <typename Action>
+void expectRefusal(const Action& action, const std::string& reason) {
+  const std::string said = refusalOf(action);
+  EXPECT_NE(said.find(reason), std::string::npos) << "\"" << said << "\" does not say \"" << reason << "\"";
+}
+
+}  // namespace device
