@@ -17,7 +17,7 @@ PropertyListValue whole(std::int64_t number) {
   return {number};
 }
 
-std::string declared(const char* signature) {
+std::string declared(const std::string& signature) {
   try {
     return methodSignature(signature).declaration();
   } catch (const NotUnderstood& reason) {
@@ -26,11 +26,7 @@ std::string declared(const char* signature) {
 }
 
 TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
-  const std::string no = "the method is not understood";
-  const struct {
-    const char* signature;
-    std::string declaration;
-  } rows[] = {
+  const std::pair<const char*, const char*> rows[] = {
       {"- (BOOL)isPremium", "- (BOOL)isPremium"},
       {"  -(BOOL) isPremium ; ", "- (BOOL)isPremium"},
       {"- isPremium", "- (id)isPremium"},
@@ -47,99 +43,80 @@ TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
       {"- (unsigned long  long)a:(const char*)b c:(struct _x*)d e:(NSError**)f",
        "- (unsigned long long)a:(const char *)arg1 c:(struct _x *)arg2 e:(NSError **)arg3"},
       {"- (struct CGRect)frame:(id<Reader, Writer>)x", "- (CGRect)frame:(id)arg1"},
-      {"- (PriceKind)kind", "the type PriceKind is not understood"},
-      {"- (struct Own)own", "the type struct Own is not understood"},
-      {"- (long double)x", "the type long double is not understood"},
-      {"- (short long)x", "the type short long is not understood"},
-      {"- (int (*)(int))x", "the type int (*)(int) is not understood"},
-      {"- (id<Open)x", "the type id<Open is not understood"},
-      {"- (struct *)x", "the type struct * is not understood"},
-      {"- (struct int *)x", "the type struct int * is not understood"},
-      {"- (NSZone)zone", "the type NSZone is not understood"},
-      {"- (NULL *)x", "the type NULL * is not understood"},
       {"- (CGImageRef)image:(CFStringRef)s", "- (CGImageRef)image:(CFStringRef)arg1"},
-      {"- (CGMadeUpRef)x", "the type CGMadeUpRef is not understood"},
-      {"- (CGThing *)x", "the type CGThing * is not understood"},
-      {"- ()x", "the type  is not understood"},
-      {"", no},
-      {"(void)x", no},
-      {"- (void)", no},
-      {"- (void)x {", no},
-      {"- (void)x\n%end", no},
-      {"- (void)x:(void)y", no},
-      {"- (void)x:(int)a, ...", no},
-      {"- (void)x:(int)a y:(int)b z", no},
-      {"- (void)2x", no},
-      {"- (void", no},
   };
-  for (const auto& row : rows) EXPECT_EQ(declared(row.signature), row.declaration) << row.signature;
+  for (const auto& [signature, declaration] : rows) EXPECT_EQ(declared(signature), declaration) << signature;
+  for (const std::string type :
+       {"PriceKind", "struct Own", "long double", "short long", "int (*)(int)", "id<Open", "struct *",
+        "struct int *", "NSZone", "NULL *", "CGMadeUpRef", "CGThing *", ""})
+    EXPECT_EQ(declared("- (" + type + ")x"), "the type " + type + " is not understood");
+  for (const char* none : {"", "(void)x", "- (void)", "- (void)x {", "- (void)x\n%end", "- (void)x:(void)y",
+                           "- (void)x:(int)a, ...", "- (void)x:(int)a y:(int)b z", "- (void)2x", "- (void"})
+    EXPECT_EQ(declared(none), "the method is not understood") << none;
+}
+
+// Empty where it is refused.
+std::string expressed(const char* type, const PropertyListValue& value) {
+  try {
+    return valueExpression(value, valueType(type));
+  } catch (const NotUnderstood&) {
+    return "";
+  }
 }
 
 TEST(Values, FitTheirTypesOrAreRefused) {
-  const std::string no = "refused";
   const PropertyListValue large{UINT64_MAX};
   const struct {
     const char* type;
     PropertyListValue value;
-    std::string expression;
+    const char* expression;
   } rows[] = {
       {"BOOL", {true}, "YES"},
       {"bool", text("NO"), "NO"},
       {"BOOL", whole(1), "YES"},
-      {"BOOL", whole(2), no},
-      {"BOOL", text("maybe"), no},
       {"int", whole(-2147483648), "-2147483648"},
-      {"int", whole(2147483648), no},
       {"int", {true}, "1"},
-      {"int", {1.5}, no},
       {"unsigned char", whole(255), "255"},
-      {"unsigned char", whole(256), no},
-      {"NSUInteger", whole(-1), no},
       {"NSUInteger", text("18446744073709551615"), "18446744073709551615ULL"},
-      {"NSUInteger", text("18446744073709551616"), no},
       {"NSUInteger", large, "18446744073709551615ULL"},
-      {"NSInteger", large, no},
-      {"int", large, no},
       {"NSNumber *", large, "@(18446744073709551615ULL)"},
       {"double", large, "18446744073709551616.0"},
       {"NSInteger", text("-0x10"), "-16"},
       {"long", text("-9223372036854775808"), "(-9223372036854775807LL - 1)"},
-      {"long", text("-9223372036854775809"), no},
-      {"long", text("1); system(\"x\""), no},
       {"double", {0.1}, "0.1"},
       {"CGFloat", whole(3), "3.0"},
       {"double", text("1e300"), "1e+300"},
-      {"float", text("1e300"), no},
-      {"double", text("nan"), no},
-      {"double", text("1.5 "), no},
       {"NSString *", text("words"), "@\"words\""},
       {"NSString *", text("(null)"), "nil"},
-      {"NSString *", whole(5), no},
-      {"NSString *", {std::string("a\0b", 3)}, no},
       {"NSMutableString *", text("m"), "[NSMutableString stringWithString:@\"m\"]"},
       {"id", text("words"), "@\"words\""},
       {"id", {true}, "@YES"},
       {"NSNumber *", text("-5"), "@(-5)"},
       {"NSNumber *", text("1.5"), "@(1.5)"},
       {"NSNumber *", text("NO"), "@NO"},
-      {"NSNumber *", text("many"), no},
       {"Person *", text("nil"), "nil"},
-      {"Person *", text("words"), no},
       {"void (^)(int)", text("null"), "nil"},
       {"const char *", text("NULL"), "NULL"},
-      {"const char *", text("words"), no},
-      {"CGRect", text("nil"), no},
-      {"int", text("nil"), no},
-      {"id", {PropertyListValue::Array{}}, no},
   };
-  for (const auto& row : rows) {
-    std::string expression = no;
-    try {
-      expression = valueExpression(row.value, valueType(row.type));
-    } catch (const NotUnderstood&) {
-    }
-    EXPECT_EQ(expression, row.expression) << row.type;
-  }
+  for (const auto& row : rows) EXPECT_EQ(expressed(row.type, row.value), row.expression) << row.type;
+  const std::map<const char*, std::vector<PropertyListValue>> refused{
+      {"BOOL", {whole(2), text("maybe")}},
+      {"int", {whole(2147483648), {1.5}, large, text("nil")}},
+      {"unsigned char", {whole(256)}},
+      {"NSUInteger", {whole(-1), text("18446744073709551616")}},
+      {"NSInteger", {large}},
+      {"long", {text("-9223372036854775809"), text("1); system(\"x\"")}},
+      {"float", {text("1e300")}},
+      {"double", {text("nan"), text("1.5 ")}},
+      {"NSString *", {whole(5), {std::string("a\0b", 3)}}},
+      {"NSNumber *", {text("many")}},
+      {"Person *", {text("words")}},
+      {"const char *", {text("words")}},
+      {"CGRect", {text("nil")}},
+      {"id", {{PropertyListValue::Array{}}}},
+  };
+  for (const auto& [type, values] : refused)
+    for (const auto& value : values) EXPECT_EQ(expressed(type, value), "") << type;
 }
 
 // A class is declared before it is named; what a header declares otherwise must not be declared as one.
@@ -207,32 +184,33 @@ TEST(Source, HooksEachClassOnceWithItsMethods) {
 }
 
 TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
-  const PropertyListValue arguments{PropertyListValue::Dictionary{{"1", whole(5)}}};
-  const PropertyListValue zeroth{PropertyListValue::Dictionary{{"0", whole(5)}}};
-  const PropertyListValue twice{PropertyListValue::Dictionary{{"1", whole(5)}, {"01", whole(6)}}};
-  const PropertyListValue beyond{PropertyListValue::Dictionary{{"2", whole(5)}}};
-  const FlexPatch patch{
-      "name */\n%ctor { evil(); }\n",
-      "com.example\n%hook Evil",
-      {
-          {"Good", "- (int)a", whole(1), {}},
-          {"Good", "- (int)a", whole(2), {}},
-          {"Good", "- (int)b:(int)x", {}, {}},
-          {"Good", "- (int)b:(int)x", {}, zeroth},
-          {"Good", "- (int)b:(int)x", {}, beyond},
-          {"Good", "- (int)b:(int)x", {}, twice},
-          {"Good", "- (int)b:(int)x", {}, text("5")},
-          {"Good", "- (int)b:(int)x", {}, PropertyListValue{PropertyListValue::Dictionary{}}},
-          {"Good", "- (void)c", whole(1), {}},
-          {"Good", "- (void)c:(int)x", text("nil"), arguments},
-          {"Good\n%end\n%hook Evil", "- (int)a", whole(1), {}},
-          {"Module.Swift", "- (int)a", whole(1), {}},
-          {"operator", "- (int)a", whole(1), {}},
-          {"id", "- (int)a", whole(1), {}},
-          {"Only", "- (int)a { } %end //", whole(1), {}},
-          {"", "", {}, {}},
-          {"Good", "- (int)b:(int)x", {}, arguments},
-      }};
+  const auto setting = [](PropertyListValue::Dictionary arguments) {
+    return PropertyListValue{std::move(arguments)};
+  };
+  const PropertyListValue arguments = setting({{"1", whole(5)}});
+  const std::pair<FlexUnit, const char*> rows[] = {
+      {{"Good", "- (int)a", whole(1), {}}, ""},
+      {{"Good", "- (int)a", whole(2), {}}, "an earlier unit has set the method"},
+      {{"Good", "- (int)b:(int)x", {}, {}}, "it sets nothing"},
+      {{"Good", "- (int)b:(int)x", {}, setting({{"0", whole(5)}})}, "the method has no argument 0"},
+      {{"Good", "- (int)b:(int)x", {}, setting({{"2", whole(5)}})}, "the method has no argument 2"},
+      {{"Good", "- (int)b:(int)x", {}, setting({{"1", whole(5)}, {"01", whole(6)}})},
+       "argument 1 is set twice"},
+      {{"Good", "- (int)b:(int)x", {}, text("5")}, "its arguments are no dictionary"},
+      {{"Good", "- (int)b:(int)x", {}, setting({})}, "it sets nothing"},
+      {{"Good", "- (void)c", whole(1), {}}, "the method gives no value"},
+      {{"Good", "- (void)c:(int)x", text("nil"), arguments},
+       "arguments are set for a method that is not to be called"},
+      {{"Good\n%end\n%hook Evil", "- (int)a", whole(1), {}}, "the class name is not understood"},
+      {{"Module.Swift", "- (int)a", whole(1), {}}, "the class name is not understood"},
+      {{"operator", "- (int)a", whole(1), {}}, "the class name is not understood"},
+      {{"id", "- (int)a", whole(1), {}}, "the class name is not understood"},
+      {{"Only", "- (int)a { } %end //", whole(1), {}}, "the method is not understood"},
+      {{"", "", {}, {}}, "no class is named"},
+      {{"Good", "- (int)b:(int)x", {}, arguments}, ""},
+  };
+  FlexPatch patch{"name */\n%ctor { evil(); }\n", "com.example\n%hook Evil", {}};
+  for (const auto& [unit, reason] : rows) patch.units.push_back(unit);
   const LogosSource source = logosSource(patch);
   EXPECT_EQ(source.hooked, 2U);
   EXPECT_EQ(source.skipped, 15U);
@@ -241,24 +219,12 @@ TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
   EXPECT_EQ(read.hooks.at("Good"),
             (std::map<std::string, std::string>{{"- (int)a", "return 1;\n"},
                                                 {"- (int)b:(int)arg1", "arg1 = 5;\nreturn %orig(arg1);\n"}}));
-  const std::vector<std::string> reasons{"an earlier unit has set the method",
-                                         "it sets nothing",
-                                         "the method has no argument 0",
-                                         "the method has no argument 2",
-                                         "argument 1 is set twice",
-                                         "its arguments are no dictionary",
-                                         "it sets nothing",
-                                         "the method gives no value",
-                                         "arguments are set for a method that is not to be called",
-                                         "the class name is not understood",
-                                         "the class name is not understood",
-                                         "the class name is not understood",
-                                         "the class name is not understood",
-                                         "the method is not understood",
-                                         "no class is named"};
-  ASSERT_EQ(read.comments.size(), reasons.size() + 2);
-  for (std::size_t index = 0; index < reasons.size(); ++index) {
-    EXPECT_TRUE(read.comments[index + 2].ends_with(": " + reasons[index] + ".")) << read.comments[index + 2];
+  ASSERT_EQ(read.comments.size(), source.skipped + 2) << "behind the name and the application";
+  auto comment = read.comments.begin() + 2;
+  for (const auto& [unit, reason] : rows) {
+    if (*reason == '\0') continue;
+    EXPECT_TRUE(comment->ends_with(std::string(": ") + reason + ".")) << *comment;
+    ++comment;
   }
 }
 
