@@ -155,15 +155,15 @@ std::string nested(std::size_t levels) {
   return xmlList(text);
 }
 
-// Each level refers ten times to the one below, so 135 bytes would become gigabytes.
+// Each level refers ten times to the one below, so a hundred bytes would become a million values. The last is
+// no text, whose length is bounded by itself.
 std::string sharedReferences() {
   std::string bytes = "bplist00";
   std::string offsets;
-  constexpr int levels = 9;
+  constexpr int levels = 7;
   for (int level = 0; level < levels; ++level) {
     offsets += static_cast<char>(bytes.size());
-    bytes += level + 1 < levels ? '\xAA' : '\x51';
-    bytes += level + 1 < levels ? std::string(10, static_cast<char>(level + 1)) : std::string("x");
+    bytes += level + 1 < levels ? '\xAA' + std::string(10, static_cast<char>(level + 1)) : "\x09";
   }
   const char table = static_cast<char>(bytes.size());
   bytes += offsets + std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') + static_cast<char>(levels);

@@ -193,11 +193,13 @@ TEST(Beneath, NothingAboveOrThroughALinkIsReached) {
   putFile(outside / "secret", "secret");
   putFile(folder / "inner/file", "own");
   fs::create_directory_symlink(outside.path(), folder / "link");
+  fs::create_directory_symlink("inner", folder / "within");
   const Descriptor opened(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   EXPECT_EQ(readBeneath(opened.get(), "inner/file", 10), "own");
   EXPECT_FALSE(readBeneath(opened.get(), "inner/file", 2));
   const std::string above = "../" + fs::path(outside.path()).filename().string() + "/secret";
-  for (const std::string& path : {std::string("link/secret"), above, outside / "secret"}) {
+  for (const std::string& path :
+       {std::string("link/secret"), std::string("within/file"), above, outside / "secret"}) {
     EXPECT_FALSE(readBeneath(opened.get(), path, 10)) << path;
   }
   EXPECT_FALSE(makeFolderBeneath(opened.get(), "link/made"));

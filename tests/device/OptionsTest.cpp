@@ -63,7 +63,7 @@ TEST(Options, NonsenseIsRefusedWithItsReason) {
       {{"exec"}, "exec needs a command"},        {{"exec", "--"}, "exec needs a command"},
       {{"shell", "x"}, "shell takes no"},        {{"open"}, "no command open"},
       {{"--devise", "x"}, "no option --devise"}, {{"--device"}, "--device"},
-      {{"--device", ""}, "needs a folder"},      {{"--theos="}, "--theos"},
+      {{"--device", ""}, "needs a folder"},      {{"--theos", ""}, "needs a folder"},
       {{"import"}, "import HOSTPATH"},           {{"import", "a", "b"}, "import HOSTPATH"},
       {{"import", ""}, "import HOSTPATH"},       {{"export", "a"}, "export NAME HOSTPATH"},
       {{"doctor", "now"}, "takes no arguments"},

@@ -80,6 +80,7 @@ TEST_F(TransferTest, AProjectComesInAndGoesOutAsItWas) {
                            {"sub", "040755 "},
                            {"sub/.hidden", "100644 "},
                            {"sub/inside", "120777 ../script"}}));
+  EXPECT_EQ(fs::status(project("P")).permissions(), fs::perms(0755));
   fs::create_directory(home / "out");
   EXPECT_EQ(exportProject(transfer(), "P", home / "out").what, home / "out/P");
   EXPECT_EQ(treeAt(home / "out/P"), brought);
@@ -115,9 +116,11 @@ TEST_F(TransferTest, APathLeadsWhereItLeadsForEverybodyElse) {
   // Not to what is above the link.
   putFile(home / "far/Away/file", "of Away");
   fs::create_directory(home / "far/Away/sub");
+  fs::create_symlink("/etc/passwd", home / "far/Away/out");
   fs::create_directory_symlink(home / "far/Away/sub", home / "link");
   EXPECT_EQ(importProject(transfer(), home / "link/..").what, "Away");
   EXPECT_EQ(fileAt(project("Away/file")), "of Away");
+  EXPECT_TRUE(fs::is_symlink(project("Away/out"))) << "wherever it leads, in it comes";
   EXPECT_EQ(importProject(transfer(), home / "far/Away/sub/./").what, "sub");
   EXPECT_EQ(importProject(transfer(), home / "link/").what, "link") << "its name as it was typed";
   EXPECT_EQ(exportProject(transfer(), "Away", home / "link/../copy").what, home / "far/Away/copy");

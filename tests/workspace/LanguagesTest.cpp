@@ -18,6 +18,7 @@ TEST(Languages, FollowTheSettingAndInAutomaticModeTheDevice) {
       {"anything else", "English", "ar_SA", false},
       {"automatic, Arabic device", "Auto", "ar_SA", true},
       {"automatic, English device", "Auto", "en_US", false},
+      {"automatic, Catalan device", "Auto", "ca_ES", false},
       {"automatic, no locale", "Auto", nullptr, false},
       {"automatic, ar anywhere", "Auto", "en_DE@calendar=gregorian;x-ar", true},
       {"automatic, upper case only", "Auto", "es_AR", false},
