@@ -6,7 +6,6 @@
 #include "device/doctor/Capture.h"
 
 #include <charconv>
-#include <chrono>
 #include <fstream>
 #include <string>
 
@@ -15,7 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr auto kPatience = std::chrono::seconds(2);
 constexpr int kMostLines = 10'000;
 
 bool isZero(const std::string& number) {
@@ -39,12 +37,12 @@ bool isOffInPlasma(const fs::path& settings) {
   return false;
 }
 
-bool isOffInGnome(const Environment& caller) {
+bool isOffInGnome(const Environment& caller, std::chrono::milliseconds patience) {
   const fs::path program = findProgram(caller, "gsettings");
   if (program.empty()) return false;
   try {
     const auto answer = doctor::capture(
-        {program.string(), "get", "org.gnome.desktop.interface", "enable-animations"}, kPatience);
+        {program.string(), "get", "org.gnome.desktop.interface", "enable-animations"}, patience);
     return answer.status == 0 && answer.output == "false\n";
   } catch (const Refusal&) {
     return false;
@@ -53,11 +51,12 @@ bool isOffInGnome(const Environment& caller) {
 
 }  // namespace
 
-bool prefersReducedMotion(const Environment& caller, const fs::path& home) {
+bool prefersReducedMotion(const Environment& caller, const fs::path& home,
+                          std::chrono::milliseconds patience) {
   fs::path settings = lookUp(caller, "XDG_CONFIG_HOME").value_or("");
   // A relative value is to be ignored.
   if (!settings.is_absolute()) settings = home / ".config";
-  return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller);
+  return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller, patience);
 }
 
 void addReducedMotion(Environment& environment) {

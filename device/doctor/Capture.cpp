@@ -59,7 +59,7 @@ int shellStatus(int status) {
 
 }  // namespace
 
-Captured capture(const std::vector<std::string>& words, std::chrono::seconds limit) {
+Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit) {
   Captured result;
   std::array<Source, 2> sources{makeSource(result.output), makeSource(result.errors)};
   std::vector<char*> arguments;

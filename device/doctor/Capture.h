@@ -17,6 +17,6 @@ struct Captured {
 
 // Runs `words`, whose first is a path, with the caller's environment and no input. At the time limit the
 // program gets SIGTERM, which it must obey. Throws Refusal where it could not be started at all.
-Captured capture(const std::vector<std::string>& words, std::chrono::seconds limit);
+Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit);
 
 }  // namespace device::doctor

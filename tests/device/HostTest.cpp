@@ -70,16 +70,17 @@ TEST(ReducedMotion, EitherDesktopMayAskForIt) {
   EXPECT_TRUE(plasma("[General]\nx=1\n[KDE]\nLook=y\nAnimationDurationFactor=0\n"));
   EXPECT_FALSE(prefersReducedMotion({{"PATH", home}, {"XDG_CONFIG_HOME", "/no/such"}}, home));
   std::filesystem::remove(home + "/.config/kdeglobals");
-  const auto gnome = [&](const char* script) {
+  const auto gnome = [&](const char* script, std::chrono::milliseconds patience = std::chrono::minutes(1)) {
     const std::string program = home + "/gsettings";
     std::ofstream(program) << "#!/bin/sh\n" << script;
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-    return prefersReducedMotion({{"PATH", home}}, home);
+    return prefersReducedMotion({{"PATH", home}}, home, patience);
   };
   EXPECT_TRUE(gnome("[ \"$*\" = 'get org.gnome.desktop.interface enable-animations' ] && echo false\n"));
   EXPECT_FALSE(gnome("echo true\n"));
   EXPECT_FALSE(gnome("echo 'No such schema' >&2; exit 1\n"));
-  EXPECT_FALSE(gnome("echo false; exec /bin/sleep 1000\n")) << "no answer in time means no";
+  EXPECT_FALSE(gnome("echo false; exec /bin/sleep 1000\n", std::chrono::milliseconds(50)))
+      << "no answer in time means no";
   Environment environment;
   addReducedMotion(environment);
   EXPECT_EQ(environment.size(), 1U);
