@@ -112,7 +112,11 @@ Finding bubblewrapFinding(const Facts& facts) {
 
 Finding startFinding(const Facts& facts) {
   const char* subject = "user namespaces";
-  if (!facts.deviceRefusal.empty()) return problem(subject, facts.deviceRefusal);
+  if (!facts.deviceRefusal.empty()) {
+    // Another refusal is not the system's.
+    const bool isSystems = facts.deviceRefusal.starts_with("The device could not be set up");
+    return problem(isSystems ? subject : "start", facts.deviceRefusal);
+  }
   if (!facts.inDevice)
     return note(subject, "Not looked at, since no device can be started before the rest is mended.");
   return ok(subject, "A device starts, and its shell runs commands.");

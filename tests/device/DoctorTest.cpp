@@ -163,6 +163,8 @@ TEST(Doctor, WithoutADeviceItTellsWhyAndJudgesNothingUnseen) {
   facts.inDevice.reset();
   facts.deviceRefusal = "The device could not be set up: user namespaces are switched off.";
   EXPECT_EQ(complaints(facts), "problem user namespaces: " + facts.deviceRefusal + "\n");
+  facts.deviceRefusal = "Theos cannot be read by the device's user.";
+  EXPECT_EQ(complaints(facts), "problem start: " + facts.deviceRefusal + "\n");
   facts.deviceRefusal.clear();
   facts.bubblewrapRefusal = "bubblewrap is not installed.";
   EXPECT_TRUE(complaints(facts).starts_with("problem bubblewrap: bubblewrap is not installed.\n"));
