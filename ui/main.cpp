@@ -6,6 +6,8 @@
 #include "ui/EndOfProcess.h"
 #include "ui/OpenAddress.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -15,8 +17,17 @@
 namespace {
 
 // Standard error may be a captured log, which holds only what commands print.
-void logQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
+void logQtMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
   NSLog(message.toStdString());
+  // Qt ends by an abort where its display is dead or lets nobody in, and says so in a paragraph about
+  // plugins.
+  if (type == QtFatalMsg && QGuiApplication::platformName().isEmpty()) {
+    std::fputs(
+        "tweakbench: The application could not open its display; start Tweakbench as the user whose desktop "
+        "session it is.\n",
+        stderr);
+    _exit(EXIT_FAILURE);
+  }
 }
 
 }  // namespace
