@@ -86,7 +86,8 @@ void UIWindow::setWindowLevel(double level) {
 }
 
 void UIWindow::endEditing() {
-  QGuiApplication::inputMethod()->commit();
+  // Where no keyboard is plugged in, nothing has the focus, and Qt's part for Wayland must not be asked.
+  if (QGuiApplication::focusObject() != nullptr) QGuiApplication::inputMethod()->commit();
   rememberFocus();
   if (lastFocus_ && lastFocus_ == window()->focusWidget()) setFocus(Qt::OtherFocusReason);
 }
