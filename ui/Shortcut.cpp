@@ -9,7 +9,11 @@ void addShortcut(UIButton& button, const QKeySequence& keys) {
   auto* const shortcut = new QShortcut(keys, button.window());
   // A key that is held down does what it does once: the next screen may have it mean something else.
   shortcut->setAutoRepeat(false);
-  QObject::connect(shortcut, &QShortcut::activated, &button, &QAbstractButton::click);
+  QObject::connect(shortcut, &QShortcut::activated, &button, [&button] {
+    // Who uses the keyboard has to see what has the focus in the dialog that comes.
+    button.window()->setAttribute(Qt::WA_KeyboardFocusChange);
+    button.click();
+  });
   nameShortcut(button, keys);
 }
 

@@ -41,6 +41,7 @@ TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
   startActive();
   press(Qt::Key_N, Qt::ControlModifier);
   waitToSee(localized(text::projectOptions));
+  EXPECT_TRUE(UIScreen::mainScreen()->testAttribute(Qt::WA_KeyboardFocusChange)) << "a ring shows the focus";
   press(Qt::Key_Escape);
   waitToSee("Files");
   makeProject({{"Tweak.x", "%hook A\n"}, {"Makefile", "package:\n\t@echo built; mkdir packages\n"}});
