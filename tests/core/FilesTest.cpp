@@ -3,11 +3,10 @@
 #include "core/PropertyListBounds.h"
 #include "core/PropertyListTree.h"
 #include "support/BinaryPropertyList.h"
+#include "support/SizeLimit.h"
 #include "support/TemporaryFolder.h"
 
-#include <csignal>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -64,14 +63,10 @@ TEST(Writing, AFailureKeepsTheOldFileAndLeavesNothingBehind) {
   EXPECT_FALSE(writeToFileAtomically(folder / "taken", "x"));
   EXPECT_FALSE(writeToFileAtomically(folder / "no/such/folder", "x"));
   putFile(folder / "kept", "old and whole");
-  // A file may not grow past the limit, so the write fails half way, as on a full disk.
-  rlimit unlimited{};
-  getrlimit(RLIMIT_FSIZE, &unlimited);
-  const rlimit tight{100, unlimited.rlim_max};
-  signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &tight);
-  const bool written = writeToFileAtomically(folder / "kept", std::string(1000, 'n'));
-  setrlimit(RLIMIT_FSIZE, &unlimited);
+  const bool written = [&folder] {
+    const SizeLimit limit(100);
+    return writeToFileAtomically(folder / "kept", std::string(1000, 'n'));
+  }();
   EXPECT_FALSE(written);
   EXPECT_EQ(fileAt(folder / "kept"), "old and whole");
   EXPECT_EQ(contentsOfDirectoryAtPath(folder.path())->size(), 2U);

@@ -1,4 +1,5 @@
 #include "support/Device.h"
+#include "support/SizeLimit.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/NewProject.h"
@@ -114,6 +115,12 @@ TEST_F(Workspace, ThePickIsCheckedByTheShellAndRecorded) {
   EXPECT_EQ(device::setting("Checker", "FullPath"), "/var/Tweakyard/Projects/P/Tweak.x");
   SS("packages");
   EXPECT_EQ(pickedFile(), "/var/Tweakyard/Projects/P/packages");
+  {
+    const SizeLimit full(filesystem::file_size(device::application + "Checker.plist"));
+    SS(std::string(200, 'n'));
+  }
+  // A pick that could not be recorded leaves none, rather than the editor on the file before.
+  EXPECT_EQ(pickedFile(), std::nullopt);
   removeItemAtPath(device::application + "Checker.plist");
   SS("Tweak.x");
   EXPECT_EQ(pickedFile(), std::nullopt);
