@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <QApplication>
 #include <QImage>
@@ -71,30 +73,20 @@ TEST(Contrast, TextsAndControlsStandOut) {
   const QColor placeholder = RQAlertViewTextField::placeholderColor(prompt->textFieldsTextColor());
   const QColor icon = inkOf(":/pictures/new@4x.png");
   const QColor pane = prompt->backgroundColor();
-  const struct {
-    const char* what;
+  struct Pair {
+    std::string what;
     QColor front;
     QColor ground;
     double least;
-  } table[] = {
+  };
+  std::vector<Pair> table{
       {"titles on the window", palette.color(QPalette::WindowText), window, text},
       {"log and editor", body, palette.color(QPalette::Base), text},
       {"selected text", palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight), text},
       // Both greys are settled; large text would need 3 only.
       {"file names (both greys settled)", colours::cellText, colours::cellGround, 4.3},
       {"file names under the pointer", colours::cellText, colours::cellUnderPointer, text},
-      {"build buttons", caption, colours::buildButtonGround, text},
-      {"build buttons under the pointer", caption, UIButton::groundUnderPointer(colours::buildButtonGround),
-       text},
-      {"build buttons, pressed", caption, UIButton::groundPressed(colours::buildButtonGround), text},
-      {"Save and Cancel", caption, colours::editorButtonGround, text},
-      {"Save and Cancel under the pointer", caption,
-       UIButton::groundUnderPointer(colours::editorButtonGround), text},
-      {"Save and Cancel, pressed", caption, UIButton::groundPressed(colours::editorButtonGround), text},
       {"credits", palette.color(QPalette::WindowText), colours::labelGround, text},
-      {"links", caption, colours::linkGround, text},
-      {"links under the pointer", caption, UIButton::groundUnderPointer(colours::linkGround), text},
-      {"links, pressed", caption, UIButton::groundPressed(colours::linkGround), text},
       {"bare pictures", icon, window, control},
       {"bare pictures, pressed", icon, over(window, UIButton::groundPressed({})), control},
       {"tiles' pictures", icon, colours::tileGround, control},
@@ -108,10 +100,6 @@ TEST(Contrast, TextsAndControlsStandOut) {
       {"switch, on", palette.color(QPalette::Highlight), window, control},
       {"knob, off", colours::switchKnob, colours::switchOff, control},
       {"knob, on", colours::switchKnob, palette.color(QPalette::Highlight), text},
-      {"focus on the window", colours::focusRing, window, control},
-      {"focus on a file", colours::focusRing, colours::cellGround, control},
-      {"focus on a build button", colours::focusRing, colours::buildButtonGround, control},
-      {"focus on a link", colours::focusRing, colours::linkGround, control},
       {"dialog: title and message", prompt->titleTextColor(), pane, text},
       {"dialog: progress", progress->progressLabelTextColor(), progress->backgroundColor(), text},
       {"dialog: prompt's buttons", prompt->buttonsTitleColor(), pane, text},
@@ -129,9 +117,20 @@ TEST(Contrast, TextsAndControlsStandOut) {
       {"prompt: placeholder", over(prompt->textFieldsBackgroundColor(), placeholder),
        prompt->textFieldsBackgroundColor(), text},
   };
+  const auto buttonsOn = [&](const std::string& what, const QColor& ground) {
+    table.push_back({what, caption, ground, text});
+    table.push_back({what + " under the pointer", caption, UIButton::groundUnderPointer(ground), text});
+    table.push_back({what + ", pressed", caption, UIButton::groundPressed(ground), text});
+    table.push_back({what + ", focus", colours::focusRing, ground, control});
+  };
+  buttonsOn("build buttons", colours::buildButtonGround);
+  buttonsOn("Save and Cancel", colours::editorButtonGround);
+  buttonsOn("links", colours::linkGround);
+  table.push_back({"focus on the window", colours::focusRing, window, control});
+  table.push_back({"focus on a file", colours::focusRing, colours::cellGround, control});
   for (const auto& row : table) {
     const double reached = contrast(row.front, row.ground);
-    std::printf("%-38s %s on %s  %5.2f, at least %.1f\n", row.what, qUtf8Printable(row.front.name()),
+    std::printf("%-38s %s on %s  %5.2f, at least %.1f\n", row.what.c_str(), qUtf8Printable(row.front.name()),
                 qUtf8Printable(row.ground.name()), reached, row.least);
     EXPECT_GE(reached, row.least) << row.what;
   }

@@ -1,7 +1,8 @@
 // What each dialog of the main screen says and how it is dressed, in both languages.
+#include "support/Tree.h"
 #include "tests/ui/Screens.h"
+#include "workspace/CurrentProject.h"
 
-#include <functional>
 #include <optional>
 #include <sys/stat.h>
 #include <vector>
@@ -10,35 +11,37 @@ namespace {
 
 using finger::tap;
 
-const std::string backups = "/var/mobile/Documents/TweakbenchBackups";
+// Those of background, separators, cancel button, cancel button when pressed, title, message, buttons, typed
+// text and field.
+using Colours = std::vector<std::string>;
 
-// Colours as "#aarrggbb"; absent: the component's own.
-using Colour = std::optional<const char*>;
+Colours coloursOf(const RQAlertView& dialog) {
+  Colours names;
+  for (const QColor& colour :
+       {dialog.backgroundColor(), dialog.separatorsColor(), dialog.cancelButtonTitleColor(),
+        dialog.cancelButtonBackgroundColorHighlighted(), dialog.titleTextColor(), dialog.messageTextColor(),
+        dialog.buttonsTitleColor(), dialog.textFieldsTextColor(), dialog.textFieldsBackgroundColor()})
+    names.push_back(colour.name(QColor::HexArgb).toStdString());
+  return names;
+}
 
-struct Looks {
-  Colour background;
-  Colour separators;
-  Colour cancelTitle;
-  Colour cancelHighlighted;
-  Colour title;
-  Colour message;
-  Colour buttonTitles;
-  Colour fieldText;
-  Colour fieldGround;
-};
+const std::string red = "#ffff0000";
+const std::string white = "#ffffffff";
+const std::string grey32 = "#ff202020";
+const std::string grey40 = "#ff282828";
+const std::string grey48 = "#ff303030";
+const std::string grey51 = "#ff333333";
+const std::string grey69 = "#ff454545";
+// The component's own.
+const std::string black = "#ff000000";
+const std::string blue = "#ff0080ff";
+const std::string grey128 = "#ff808080";
+const std::string grey247 = "#fff7f7f7";
 
-const char* const red = "#ffff0000";
-const char* const white = "#ffffffff";
-const char* const grey32 = "#ff202020";
-const char* const grey40 = "#ff282828";
-const char* const grey48 = "#ff303030";
-const char* const grey51 = "#ff333333";
-const char* const grey69 = "#ff454545";
-
-const Looks menuLooks{grey40, grey51, red, red, {}, {}, {}, {}, {}};
-const Looks messageLooks{grey40, grey51, red, red, white, white, {}, {}, {}};
-const Looks promptLooks{grey40, grey48, red, red, white, white, white, white, grey69};
-const Looks refusalLooks{grey32, grey32, {}, {}, white, white, {}, {}, {}};
+const Colours menuLooks{grey40, grey51, red, red, grey128, grey128, blue, black, grey247};
+const Colours messageLooks{grey40, grey51, red, red, white, white, blue, black, grey247};
+const Colours promptLooks{grey40, grey48, red, red, white, white, white, white, grey69};
+const Colours refusalLooks{grey32, grey32, blue, blue, white, white, blue, black, grey247};
 
 const QString none;  // null: no such text
 
@@ -48,7 +51,7 @@ struct Expected {
   QString message;
   QStringList buttons;
   QString cancel;
-  const Looks& looks;
+  const Colours& looks;
   std::optional<QString> initialText = std::nullopt;  // of the one field
 };
 
@@ -66,30 +69,6 @@ QStringList entriesOf(const std::string& folder, std::initializer_list<TextPair>
   return titles + localizedAll(more);
 }
 
-void expectColour(const Colour& expected, const QColor& colour, const QColor& own, const char* what) {
-  EXPECT_EQ(colour.name(QColor::HexArgb).toStdString(),
-            expected ? std::string(*expected) : own.name(QColor::HexArgb).toStdString())
-      << what;
-}
-
-void expectLooks(const Looks& looks, const RQAlertView& dialog) {
-  const RQAlertView& own = *RQAlertView::appearance();
-  expectColour(looks.background, dialog.backgroundColor(), own.backgroundColor(), "background");
-  expectColour(looks.separators, dialog.separatorsColor(), own.separatorsColor(), "separators");
-  expectColour(looks.cancelTitle, dialog.cancelButtonTitleColor(), own.cancelButtonTitleColor(),
-               "cancel title");
-  expectColour(looks.cancelHighlighted, dialog.cancelButtonBackgroundColorHighlighted(),
-               own.cancelButtonBackgroundColorHighlighted(), "highlighted cancel background");
-  expectColour(looks.buttonTitles, dialog.buttonsTitleColor(), own.buttonsTitleColor(), "button titles");
-  expectColour(looks.fieldText, dialog.textFieldsTextColor(), own.textFieldsTextColor(), "field text");
-  expectColour(looks.fieldGround, dialog.textFieldsBackgroundColor(), own.textFieldsBackgroundColor(),
-               "field background");
-  EXPECT_EQ(dialog.isUserTitleTextColor(), looks.title.has_value());
-  if (looks.title) expectColour(looks.title, dialog.titleTextColor(), {}, "title");
-  EXPECT_EQ(dialog.isUserMessageTextColor(), looks.message.has_value());
-  if (looks.message) expectColour(looks.message, dialog.messageTextColor(), {}, "message");
-}
-
 // A text so that a failure can be read.
 std::string shown(const QString& text) {
   return text.isNull() ? "none" : '"' + text.toStdString() + '"';
@@ -102,7 +81,7 @@ void expectDialog(const Expected& expected, const RQAlertView& dialog) {
   EXPECT_EQ(shown(dialog.buttonTitles().join(" | ")), shown(expected.buttons.join(" | ")));
   EXPECT_EQ(shown(dialog.cancelButtonTitle()), shown(expected.cancel));
   EXPECT_EQ(shown(dialog.destructiveButtonTitle()), shown(none));
-  expectLooks(expected.looks, dialog);
+  EXPECT_EQ(coloursOf(dialog), expected.looks);
   const auto fields = dialog.textFieldsArray();
   ASSERT_EQ(fields.size(), expected.initialText ? 1U : 0U);
   if (fields.empty()) return;
@@ -123,14 +102,13 @@ class Dialogs : public Screens {
   ~Dialogs() override {
     removeItemAtPath("/usr/bin/ftt");
     rename("/usr/bin/ftt-away", "/usr/bin/ftt");
-    removeItemAtPath(backups);
   }
 
-  // Opens the dialog, compares it, and closes it by its cancel button or, where it has none, its only button.
-  static void check(const std::function<void()>& open, const std::function<Expected()>& expectedAfterwards) {
-    open();
-    const Expected expected = expectedAfterwards();
+  // Opens the dialog with these taps, compares it, and closes it by its cancel button or, where it has none,
+  // its only button.
+  static void check(const QStringList& taps, const Expected& expected) {
     SCOPED_TRACE(expected.title.toStdString());
+    for (const QString& name : taps) tap(name);
     finger::waitUntil(
         [&expected] {
           const auto dialog = topDialog();
@@ -143,7 +121,7 @@ class Dialogs : public Screens {
   }
 
   static Expected sheet(const TextPair& title, const QString& message, const QStringList& buttons,
-                        const Looks& looks = menuLooks) {
+                        const Colours& looks = menuLooks) {
     return {
         RQAlertViewStyle::ActionSheet, localized(title), message, buttons, localized(text::cancel), looks};
   }
@@ -160,137 +138,77 @@ class Dialogs : public Screens {
     return {RQAlertViewStyle::Alert, localized(title), message, {localized(text::ok)}, none, messageLooks};
   }
 
-  void inBothLanguages(const std::function<void()>& flow) {
-    for (const char* language : {"EN", "AR"}) {
-      SCOPED_TRACE(language);
-      device::reset();
-      removeItemAtPath(backups);
-      device::speak(language);
+  void amongProjects(const std::function<void()>& flow) {
+    inBothLanguages([&] {
       putFile(device::projects + "Q/x", "");
       makeProject({{"Tweak.x", ""}, {"Makefile", ""}, {"folder/x", ""}});
       start();
       flow();
-      delegate_.reset();
-    }
+    });
   }
 
   static QString confirm() { return localized(text::confirm); }
 };
 
 const std::string project = device::projects + "P";
-const QString shell = QStringLiteral("~ root$");
+const QString shell = "~ root$";
 
 TEST_F(Dialogs, OfProjectsAndTheirFilesSayAndWearWhatTheyShould) {
-  inBothLanguages([] {
-    check([] { tap("Choose Project"); },
-          [] { return sheet(text::loadProject, none, entriesOf(device::projects)); });
-    check([] { tap("folder"); },
-          [] {
-            return Expected{RQAlertViewStyle::Alert, "Not supported yet", "(null)", {},
-                            localized(text::ok),     refusalLooks};
-          });
-    check([] { tap("New Project"); },
-          [] {
-            return sheet(text::projectOptions, none,
-                         localizedAll({text::createNewProject, text::createHeaderFile, text::changeFileName,
-                                       text::addFlexPatch}));
-          });
-    check([] { projectMenu(text::createNewProject); },
-          [] { return question(localized(text::createNewProject), shell, confirm()); });
-    check([] { projectMenu(text::createHeaderFile); },
-          [] { return question(localized(text::createHeaderFile), shell, confirm()); });
-    check([] { projectMenu(text::changeFileName); },
-          [] { return sheet(text::whichOne, none, entriesOf(project)); });
-    check(
-        [] {
-          projectMenu(text::changeFileName);
-          tap("Makefile");
-        },
-        [] { return question("Makefile", shell, confirm(), "Makefile"); });
-    check([] { projectMenu(text::addFlexPatch); },
-          [] {
-            Expected expected = sheet(text::addFlexPatch, "Flex to Theos by Mossgrove & updated by Wexley88",
-                                      {"  0 - One", "  1 - Two"});
-            expected.cancel = "Cancel";  // in both languages
-            return expected;
-          });
-    check([] { tap("Delete"); },
-          [] {
-            return sheet(text::deleteFilesOrProjects, localized(text::whichOne),
-                         entriesOf(project, {text::deleteCurrentProject, text::deleteOptions}));
-          });
-    check([] { deleteMenu(localized(text::deleteOptions)); },
-          [] {
-            return sheet(text::deleteOptions, localized(text::whichOne),
-                         entriesOf(device::projects, {text::deleteAllProjects}));
-          });
-    check(
-        [] {
-          deleteMenu(localized(text::deleteOptions));
-          tap(localized(text::deleteAllProjects));
-        },
-        [] {
-          return confirmation(text::deleteAllProjects, localized(text::deleteAllProjectsQuestion),
-                              text::imSure);
-        });
+  amongProjects([] {
+    const Tree before = treeAt(device::projects);
+    check({"Choose Project"}, sheet(text::loadProject, none, entriesOf(device::projects)));
+    check({"folder"},
+          {RQAlertViewStyle::Alert, "Not supported yet", "(null)", {}, localized(text::ok), refusalLooks});
+    const QStringList actions = localizedAll(
+        {text::createNewProject, text::createHeaderFile, text::changeFileName, text::addFlexPatch});
+    check({"New Project"}, sheet(text::projectOptions, none, actions));
+    for (const QString& creating : actions.first(2))
+      check({"New Project", creating}, question(creating, shell, confirm()));
+    const QString renaming = localized(text::changeFileName);
+    check({"New Project", renaming}, sheet(text::whichOne, none, entriesOf(project)));
+    check({"New Project", renaming, "Makefile"}, question("Makefile", shell, confirm(), "Makefile"));
+    Expected converter = sheet(text::addFlexPatch, "Flex to Theos by Mossgrove & updated by Wexley88",
+                               {"  0 - One", "  1 - Two"});
+    converter.cancel = "Cancel";  // in both languages
+    check({"New Project", localized(text::addFlexPatch)}, converter);
+    check({"Delete"}, sheet(text::deleteFilesOrProjects, localized(text::whichOne),
+                            entriesOf(project, {text::deleteCurrentProject, text::deleteOptions})));
+    const QString more = localized(text::deleteOptions);
+    check({"Delete", more}, sheet(text::deleteOptions, localized(text::whichOne),
+                                  entriesOf(device::projects, {text::deleteAllProjects})));
+    check({"Delete", more, localized(text::deleteAllProjects)},
+          confirmation(text::deleteAllProjects, localized(text::deleteAllProjectsQuestion), text::imSure));
+    EXPECT_EQ(treeAt(device::projects), before) << "cancelling changes nothing";
+    EXPECT_EQ(currentProject(), "P");
   });
 }
 
 TEST_F(Dialogs, OfTheOptionsSayAndWearWhatTheyShould) {
-  inBothLanguages([] {
-    check([] { tap("Project Options"); },
-          [] {
-            return sheet(
-                text::extraOptions, localized(text::whichOne),
+  amongProjects([] {
+    const auto options = [](const TextPair& entry) {
+      return QStringList{"Project Options", localized(entry)};
+    };
+    check({"Project Options"},
+          sheet(text::extraOptions, localized(text::whichOne),
                 localizedAll({text::openInFilza, text::goToDebsFolder, text::importFromPath,
                               text::exportProjectToPath, text::backUp, text::restore, text::deleteAllBackups,
-                              text::deleteDebsFolder, text::changeProjectName, text::changeLanguage}));
-          });
-    check([] { optionsMenu(text::importFromPath); },
-          [] {
-            return question(localized(text::importFromPath), localized(text::pathExample),
-                            localized(text::import_));
-          });
-    check(
-        [] {
-          optionsMenu(text::importFromPath);
-          finger::type("no/such/path");
-          tap(localized(text::import_));
-        },
-        [] { return notice(text::noData); });
-    check([] { optionsMenu(text::exportProjectToPath); },
-          [] {
-            return question(localized(text::exportProjectToPath), localized(text::pathExample),
-                            localized(text::export_));
-          });
-    check([] { optionsMenu(text::changeProjectName); },
-          [] { return question(localized(text::changeProjectName), "", "Change"); });
-    check([] { optionsMenu(text::changeLanguage); },
-          [] {
-            return sheet(text::changeLanguage, "",
-                         {localized(text::arabic), "English", QString::fromUtf8(text::autoLanguage)},
-                         messageLooks);
-          });
-    check([] { optionsMenu(text::backUp); },
-          [] { return notice(text::done, QString::fromStdString(backups + "/P")); });
-    check([] { optionsMenu(text::restore); },
-          [] { return sheet(text::whichOne, none, {"P"}, messageLooks); });
-    check(
-        [] {
-          optionsMenu(text::restore);
-          tap("P");
-        },
-        [] { return notice(text::done); });
-    check([] { optionsMenu(text::deleteAllBackups); },
-          [] { return confirmation(text::deleteAllBackupsQuestion, none, text::confirm); });
-    check(
-        [] {
-          optionsMenu(text::deleteAllBackups);
-          tap(confirm());
-        },
-        [] { return notice(text::done); });
+                              text::deleteDebsFolder, text::changeProjectName, text::changeLanguage})));
+    check(options(text::importFromPath),
+          question(localized(text::importFromPath), localized(text::pathExample), localized(text::import_)));
+    check(options(text::exportProjectToPath),
+          question(localized(text::exportProjectToPath), localized(text::pathExample),
+                   localized(text::export_)));
+    check(options(text::changeProjectName), question(localized(text::changeProjectName), "", "Change"));
+    check(options(text::changeLanguage),
+          sheet(text::changeLanguage, "",
+                {localized(text::arabic), "English", QString::fromUtf8(text::autoLanguage)}, messageLooks));
+    check(options(text::backUp), notice(text::done, QString::fromStdString(backups + "/P")));
+    check(options(text::restore), sheet(text::whichOne, none, {"P"}, messageLooks));
+    check(options(text::restore) << "P", notice(text::done));
+    check(options(text::deleteAllBackups), confirmation(text::deleteAllBackupsQuestion, none, text::confirm));
+    check(options(text::deleteAllBackups) << confirm(), notice(text::done));
     putFile(device::application + "Files.plist", device::emptyList());
-    check([] { optionsMenu(text::backUp); }, [] { return notice(text::error, localized(text::noData)); });
+    check(options(text::backUp), notice(text::error, localized(text::noData)));
   });
 }
 

@@ -106,18 +106,24 @@ TEST_F(Reading, TextIsZoomedAndKeepsItsSizeOnTheNextScreen) {
   QTest::keyClick(&editor, Qt::Key_0, Qt::ControlModifier);
 }
 
-TEST_F(Reading, TheLogIsSelectedWithKeys) {
-  LogView& view = openLog("first\nمشروع\nthird\n");
+TEST_F(Reading, TheLogIsSelectedAndCopiedAsItIs) {
+  LogView& view = openLog("first \x1B[0;36mline\nمشروع\nthird\n");
+  const auto copied = [&view] {
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    return QGuiApplication::clipboard()->text();
+  };
   view.setFocus();
   QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
   QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
   QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
   QTest::keyClick(&view, Qt::Key_Left, Qt::ShiftModifier);
-  QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString("first\nم"));
+  EXPECT_EQ(copied(), QString("first \x1B[0;36mline\nم"));
   QTest::keyClick(&view, Qt::Key_End, Qt::ShiftModifier);
-  view.copy();
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(view.text()));
+  EXPECT_EQ(copied(), QString::fromStdString(view.text()));
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(15, 15));
+  EXPECT_EQ(copied(), "first");
+  QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(copied(), QString::fromStdString(view.text()));
 }
 
 TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {

@@ -4,6 +4,7 @@
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewController.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
+#include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
@@ -14,6 +15,7 @@
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -21,8 +23,10 @@
 
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QUrl>
 #include <gtest/gtest.h>
 
+inline const std::string backups = "/var/mobile/Documents/TweakbenchBackups";
 inline const std::string updateMarker = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
 
 class Screens : public testing::Test {
@@ -35,6 +39,8 @@ class Screens : public testing::Test {
   ~Screens() override {
     delegate_.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    removeItemAtPath(backups);
+    UIApplication::sharedApplication()->setURLOpener({});
   }
 
   void start() {
@@ -42,6 +48,18 @@ class Screens : public testing::Test {
     UIScreen::mainScreen()->resize(390, 844);
     UIScreen::mainScreen()->show();
     finger::waitToSee("Files");
+  }
+
+  // The same in each language, each time on a fresh device.
+  void inBothLanguages(const std::function<void()>& flow) {
+    for (const char* language : {"EN", "AR"}) {
+      SCOPED_TRACE(language);
+      device::reset();
+      removeItemAtPath(backups);
+      device::speak(language);
+      flow();
+      delegate_.reset();
+    }
   }
 
   // A project of the given files, current when the application starts.
@@ -79,6 +97,15 @@ class Screens : public testing::Test {
   static void deleteMenu(const QString& entry) {
     chooseFrom("Delete", localized(text::deleteFilesOrProjects), entry);
   }
+  // The addresses that are opened from now on.
+  QStringList& watchAddresses() {
+    UIApplication::sharedApplication()->setURLOpener([this](const QUrl& url) {
+      opened_.append(url.toString());
+      return true;
+    });
+    opened_.clear();
+    return opened_;
+  }
   static void waitToMiss(const QString& name) {
     finger::waitUntil([&name] { return !finger::sees(name); }, "still to be seen: " + name);
   }
@@ -107,4 +134,5 @@ class Screens : public testing::Test {
 
   const StandardStreams restored_;
   std::unique_ptr<AppDelegate> delegate_;
+  QStringList opened_;
 };
