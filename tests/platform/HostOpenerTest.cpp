@@ -44,7 +44,7 @@ class HostOpenerTest : public testing::Test {
 };
 
 TEST_F(HostOpenerTest, HandsURLsOverAndTellsWhichCouldNotBeOpened) {
-  EXPECT_TRUE(opener_.open(QUrl(QStringLiteral("filza://view/var/\u0645 b/"))));
+  EXPECT_TRUE(opener_.open(QUrl("filza://view/var/\u0645 b/")));
   const opener::Request first = request();
   EXPECT_EQ(std::string(first.url, size_), "filza://view/var/%D9%85%20b/");
   for (const char* url : {"https://example.com/2", "https://example.com/3", "https://example.com/4"})
@@ -68,8 +68,8 @@ TEST_F(HostOpenerTest, KeepsItsSocketFromCommands) {
 }
 
 TEST_F(HostOpenerTest, SendsNothingThatIsTooLong) {
-  EXPECT_FALSE(opener_.open(QUrl(QStringLiteral("https://example.com/") + QString(3000, QLatin1Char('x')))));
-  EXPECT_FALSE(opener_.open(QUrl(QStringLiteral("https://[example"))));
+  EXPECT_FALSE(opener_.open(QUrl(QString("https://example.com/") + QString(3000, QLatin1Char('x')))));
+  EXPECT_FALSE(opener_.open(QUrl("https://[example")));
   request();
   EXPECT_EQ(size_, 0U);
   EXPECT_THAT(systemlog::take(),
@@ -83,12 +83,12 @@ TEST_F(HostOpenerTest, WithoutALauncherEveryURLIsUnavailable) {
   const int file = ::open("/dev/null", O_RDWR);
   for (int other : {-1, file}) {
     alone.connectTo(other);
-    EXPECT_FALSE(alone.open(QUrl(QStringLiteral("https://example.com/"))));
+    EXPECT_FALSE(alone.open(QUrl("https://example.com/")));
   }
   close(file);
   // The launcher's end is closed.
   shutdown(ends_[1], SHUT_RDWR);
-  EXPECT_FALSE(opener_.open(QUrl(QStringLiteral("https://example.org/"))));
+  EXPECT_FALSE(opener_.open(QUrl("https://example.org/")));
   EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() == 2 && unavailable_.size() == 1; }));
 }
 

@@ -20,7 +20,7 @@ class Notifications : public testing::Test {
   }
 
   NSNotificationCenter center;
-  const QString name = QStringLiteral("SomethingHappened");
+  const QString name = "SomethingHappened";
   QObject first;
   QObject second;
   std::vector<std::string> heard;
@@ -32,14 +32,14 @@ TEST_F(Notifications, ReachThoseWhoAskedForTheNameAndTheObjectInOrder) {
   observe(&first, "any");
   observe(&second, "this", &sender);
   observe(&first, "other", &other);
-  center.addObserver(&second, QStringLiteral("SomethingElse"), nullptr,
+  center.addObserver(&second, "SomethingElse", nullptr,
                      [this](const NSNotification&) { heard.push_back("else"); });
   center.addObserver(&second, name, nullptr, [&](const NSNotification& notification) {
     EXPECT_EQ(notification.object, &sender);
     EXPECT_EQ(notification.name, name);
-    heard.push_back(notification.userInfo.value(QStringLiteral("key")).toString().toStdString());
+    heard.push_back(notification.userInfo.value("key").toString().toStdString());
   });
-  center.postNotificationName(name, &sender, {{QStringLiteral("key"), QStringLiteral("value")}});
+  center.postNotificationName(name, &sender, {{"key", "value"}});
   EXPECT_THAT(heard, ElementsAre("any", "this", "value"));
 }
 

@@ -142,14 +142,14 @@ TEST(OpeningAURL, AsksTheOpenerAndReportsItsAnswerLater) {
     return asked.size() == 1;
   });
   const auto remember = [&](bool opened) { answers.push_back(opened); };
-  application->openURL(QUrl(QStringLiteral("some://first")), {}, remember);
-  application->openURL(QUrl(QStringLiteral("some://second")), {}, remember);
+  application->openURL(QUrl("some://first"), {}, remember);
+  application->openURL(QUrl("some://second"), {}, remember);
   application->setURLOpener({});
-  application->openURL(QUrl(QStringLiteral("some://third")), {}, remember);
+  application->openURL(QUrl("some://third"), {}, remember);
   EXPECT_TRUE(answers.empty());
   EXPECT_TRUE(QTest::qWaitFor([&] { return answers.size() == 3; }));
   EXPECT_THAT(answers, ElementsAre(true, false, false));
-  EXPECT_THAT(asked, ElementsAre(QStringLiteral("some://first"), QStringLiteral("some://second")));
+  EXPECT_THAT(asked, ElementsAre("some://first", "some://second"));
   EXPECT_THAT(systemlog::take(), ElementsAre(HasSubstr("some://third")));
 }
 

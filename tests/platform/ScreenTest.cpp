@@ -79,19 +79,19 @@ TEST_F(Windows, TakeTheInputFromTheOneBelowAndGiveItBackWhereItWas) {
   EXPECT_FALSE(QAccessible::queryAccessibleInterface(below->second)->state().disabled);
   QTest::keyClick(UIScreen::mainScreen()->windowHandle(), Qt::Key_B, Qt::ControlModifier);
   EXPECT_EQ(shortcuts, 1);
-}
 
-TEST_F(Windows, GiveTheKeyBackWhenTheyAreReleased) {
-  below->first->setFocus();
+  // So they do when they are released, also where the field had been left meanwhile.
+  lower->endEditing();
+  EXPECT_NE(focus(), below->second);
   upper->makeKeyAndVisible();
   upper.reset();
   EXPECT_EQ(keyWindow(), lower.get());
-  EXPECT_EQ(focus(), below->first);
+  EXPECT_EQ(focus(), below->second);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_THAT(UIScreen::mainScreen()->windows(), ElementsAre(lower.get()));
 }
 
-TEST_F(Windows, KeepTheTabKeyInside) {
+TEST_F(Windows, KeepTheKeysInside) {
   upper->makeKeyAndVisible();
   above->first->setFocus();
   QTest::keyClick(focus(), Qt::Key_Tab);
@@ -100,10 +100,7 @@ TEST_F(Windows, KeepTheTabKeyInside) {
   EXPECT_EQ(focus(), above->first);
   QTest::keyClick(focus(), Qt::Key_Backtab);
   EXPECT_EQ(focus(), above->second);
-}
-
-TEST_F(Windows, HandEscapeToTheTopControllerOfTheKeyWindow) {
-  upper->makeKeyAndVisible();
+  // And Escape goes to the controller of the key window alone.
   QTest::keyClick(upper.get(), Qt::Key_Escape);
   EXPECT_EQ(above->cancelled, 1);
   EXPECT_EQ(below->cancelled, 0);
@@ -136,15 +133,6 @@ TEST_F(Windows, AlwaysFillTheScreen) {
   UIScreen::mainScreen()->resize(820, 1180);
   EXPECT_EQ(UIDevice::currentDevice().userInterfaceIdiom(), UIUserInterfaceIdiom::Pad);
   UIScreen::mainScreen()->resize(390, 844);
-}
-
-TEST_F(Windows, LeaveTheFieldBeingEditedAndComeBackToIt) {
-  below->first->setFocus();
-  lower->endEditing();
-  EXPECT_NE(focus(), below->first);
-  upper->makeKeyAndVisible();
-  upper->setHidden(true);
-  EXPECT_EQ(focus(), below->first);
 }
 
 TEST(TheKeyboard, ReportsItsFrameAndWhetherItShows) {
