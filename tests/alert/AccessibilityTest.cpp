@@ -22,14 +22,14 @@ class Accessibility : public Dialogs {
 };
 
 TEST_F(Accessibility, ExposesAnAlertAsAnAlertAndAQuestionAsADialog) {
-  const auto indicator = RQAlertView::alertViewWithActivityIndicatorAndTitle(
-      none, none, alertStyle, QStringLiteral("Please wait"), {}, none, none);
+  const Dialog untitled = RQAlertView::alertViewWithActivityIndicatorAndTitle(none, none, alertStyle,
+                                                                              "Please wait", {}, none, none);
   for (const auto& [dialog, role, name] :
        std::initializer_list<std::tuple<Dialog, QAccessible::Role, const char*>>{
            {alert(), QAccessible::AlertMessage, "Title"},
-           {sheet({QStringLiteral("A")}), QAccessible::Dialog, "Title"},
+           {sheet({"A"}), QAccessible::Dialog, "Title"},
            {withFields(1), QAccessible::Dialog, "Title"},
-           {indicator, QAccessible::AlertMessage, "Please wait"}}) {
+           {untitled, QAccessible::AlertMessage, "Please wait"}}) {
     dialog->show();
     QAccessibleInterface* box = interfaceOf(frameOf(dialog));
     EXPECT_EQ(box->role(), role);
@@ -37,45 +37,38 @@ TEST_F(Accessibility, ExposesAnAlertAsAnAlertAndAQuestionAsADialog) {
     EXPECT_EQ(box->text(QAccessible::Description), dialog->message());
     EXPECT_TRUE(box->state().modal);
     EXPECT_TRUE(box->state().active);
-    dialog->dismiss();
-    letGo();
+    close(dialog);
   }
 }
 
 TEST_F(Accessibility, MovesTheFocusInAndBackOut) {
-  const Dialog dialog = alert({QStringLiteral("A && B")}, QStringLiteral("Cancel"));
+  const Dialog dialog = alert({"A && B"}, "Cancel");
   dialog->show();
   EXPECT_EQ(focusName(), "Cancel");
   QTest::keyClick(focus(), Qt::Key_Tab);
   EXPECT_EQ(focusName(), "A && B");
-  appField->setAccessibleName(QStringLiteral("Behind"));
+  appField->setAccessibleName("Behind");
   EXPECT_TRUE(interfaceOf(appField)->state().disabled);
-  dialog->dismiss();
-  letGo();
+  close(dialog);
   EXPECT_EQ(focusName(), "Behind");
   EXPECT_FALSE(interfaceOf(appField)->state().disabled);
 }
 
 TEST_F(Accessibility, ExposesButtonsByTheirTitlesWithAPress) {
-  const Dialog dialog = alert({QStringLiteral("Save & quit")}, QStringLiteral("Cancel"));
-  int actions = 0;
-  dialog->setActionHandler([&](RQAlertView&, std::size_t, const QString&) { ++actions; });
-  dialog->show();
-  QAccessibleInterface* button = interfaceOf(buttonOf(dialog, QStringLiteral("Save & quit")));
+  const Dialog dialog = alert({"Save & quit"}, "Cancel");
+  show(dialog);
+  QAccessibleInterface* button = interfaceOf(buttonOf(dialog, "Save & quit"));
   EXPECT_EQ(button->role(), QAccessible::Button);
   EXPECT_EQ(button->text(QAccessible::Name), "Save & quit");
   button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   // The button is seen to go down and up again.
-  EXPECT_TRUE(QTest::qWaitFor([&] { return actions == 1; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return heard == std::vector<std::string>{"Save & quit"}; }));
 }
 
 TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
-  const Dialog dialog = sheet({QStringLiteral("A"), QStringLiteral("B")}, none, QStringLiteral("Delete"));
-  std::vector<std::size_t> tapped;
-  dialog->setDismissOnAction(false);
-  dialog->setActionHandler([&](RQAlertView&, std::size_t index, const QString&) { tapped.push_back(index); });
+  const Dialog dialog = sheet({"A", "B"}, none, "Delete");
   dialog->setButtonEnabled(false, 0);
-  dialog->show();
+  show(dialog);
   QAccessibleInterface* list = interfaceOf(listOf(dialog));
   ASSERT_EQ(list->role(), QAccessible::List);
   ASSERT_EQ(list->childCount(), 3);
@@ -91,7 +84,7 @@ TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
     item->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   }
   EXPECT_THAT(names, ElementsAre("Delete", "A", "B"));
-  EXPECT_THAT(tapped, ElementsAre(1U));
+  EXPECT_THAT(answered(), ElementsAre("destroyed", "B"));
   EXPECT_TRUE(list->child(1)->state().disabled);
 
   // Moving among the rows is told row by row.
@@ -101,17 +94,16 @@ TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
   EXPECT_EQ(focusName(), "B");
   EXPECT_TRUE(list->child(2)->state().focused);
   EXPECT_EQ(list->focusChild(), list->child(2));
-  dialog->dismiss();
 }
 
 TEST_F(Accessibility, LabelsFieldsAndReadsTexts) {
   const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-      QStringLiteral("Name of the <b>file</b>"), QStringLiteral("~ root$"), 3,
+      "Name of the <b>file</b>", "~ root$", 3,
       [](RQAlertViewTextField& field, std::size_t index) {
-        if (index == 1) field.setAccessibleName(QStringLiteral("Second"));
-        if (index > 0) field.setPlaceholder(QStringLiteral("Here"));
+        if (index == 1) field.setAccessibleName("Second");
+        if (index > 0) field.setPlaceholder("Here");
       },
-      {QStringLiteral("OK")}, none, none);
+      {"OK"}, none, none);
   dialog->show();
   const auto fields = dialog->textFieldsArray();
   EXPECT_EQ(interfaceOf(fields[0])->role(), QAccessible::EditableText);
@@ -126,7 +118,6 @@ TEST_F(Accessibility, LabelsFieldsAndReadsTexts) {
     texts.push_back(interfaceOf(label)->text(QAccessible::Name).toStdString());
   }
   EXPECT_THAT(texts, ElementsAre("Name of the <b>file</b>", "~ root$"));
-  dialog->dismiss();
 }
 
 }  // namespace

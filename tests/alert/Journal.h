@@ -67,7 +67,7 @@ class Journal {
     for (const char* name : {"WillShow", "ShowAnimations", "DidShow", "Action", "Cancel", "Destructive",
                              "WillDismiss", "DismissAnimations", "DidDismiss", "DidDismissAfterAction",
                              "DidDismissAfterCancel", "DidDismissAfterDestructive"}) {
-      const QString whole = QStringLiteral("RQAlertView%1Notification").arg(QLatin1String(name));
+      const QString whole = QString("RQAlertView%1Notification").arg(QLatin1String(name));
       NSNotificationCenter::defaultCenter().addObserver(
           &observer_, whole, &dialog, [this, name](const NSNotification& notification) {
             std::string line = std::string("posted ") + name;

@@ -23,8 +23,7 @@ class LooksInMotion : public Pictures {
 
   // A box in one colour.
   Dialog box(RQAlertViewStyle style) {
-    const Dialog dialog =
-        RQAlertView::alertViewWithTitle(none, QStringLiteral("A\nB\nC\nD"), style, {}, none, none);
+    const Dialog dialog = RQAlertView::alertViewWithTitle(none, "A\nB\nC\nD", style, {}, none, none);
     dialog->setBackgroundColor(telling);
     dialog->setMessageTextColor(telling);
     dialog->setLayerCornerRadius(0);
@@ -131,27 +130,35 @@ TEST_F(LooksInMotion, SlideASheetUpAndDown) {
 
 TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
   const QPoint corner(3, 3);
-  const auto covered = [this] {
-    const Dialog dialog = box(alertStyle);
-    dialog->setCoverColor(telling);
-    dialog->setCoverAlpha(0.5);
+  RQAlertView::appearance()->setCoverColor(telling);
+  RQAlertView::appearance()->setCoverAlpha(0.5);
+  const auto expectFadingIn = [&](const Dialog& dialog) {
     dialog->showAnimated();
-    return dialog;
+    const QVariantAnimation* animation = stoppedAt(dialog, 0.2);
+    ASSERT_TRUE(animation);
+    EXPECT_NEAR(share(dialog, corner), animation->currentValue().toDouble() / 2, 0.02);
+    finish(dialog);
+    EXPECT_NEAR(share(dialog, corner), 0.5, 0.02);
   };
-  const Dialog lower = covered();
-  const QVariantAnimation* animation = stoppedAt(lower, 0.2);
-  ASSERT_TRUE(animation);
-  EXPECT_NEAR(share(lower, corner), animation->currentValue().toDouble() / 2, 0.02);
-  finish(lower);
-  EXPECT_NEAR(share(lower, corner), 0.5, 0.02);
-  const Dialog upper = covered();
+  // What was never shown has no cover that could be taken over.
+  const Dialog never = alert();
+  const Dialog lower = box(alertStyle);
+  expectFadingIn(lower);
+  const Dialog upper = box(alertStyle);
+  upper->showAnimated();
   ASSERT_TRUE(stoppedAt(upper, 0.2));
   EXPECT_NEAR(share(upper, corner), 0.5, 0.02);
   finish(upper);
   upper->dismissAnimated();
-  animation = stoppedAt(upper, 0.2);
+  const QVariantAnimation* animation = stoppedAt(upper, 0.2);
   ASSERT_TRUE(animation);
   EXPECT_NEAR(share(upper, corner), (1 - animation->currentValue().toDouble()) / 2, 0.02);
+  // Made while the others are shown, shown when they have gone.
+  const Dialog last = box(alertStyle);
+  finish(upper);
+  lower->dismiss();
+  letGo();
+  expectFadingIn(last);
 }
 
 TEST_F(LooksInMotion, ChangeTheSizeOfTheBoxIntoThatOfTheNextOne) {

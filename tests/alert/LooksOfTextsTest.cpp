@@ -9,69 +9,66 @@
 
 namespace {
 
-const QString action = QStringLiteral("Act");
-const QString cancel = QStringLiteral("No");
-const QString destructive = QStringLiteral("Del");
+const QString action = "Act";
+const QString cancel = "No";
+const QString destructive = "Del";
 
 class LooksOfTexts : public Pictures {
  protected:
-  // A text of its own in a dialog of its own.
+  // A text of its own in a dialog of its own, and what it can be given.
   struct Text {
     const char* name;
     Dialog (*make)(const QString& text);
     void (RQAlertView::*setColor)(const QColor&);
     void (RQAlertView::*setAlignment)(const NSTextAlignment&);
     void (RQAlertView::*setFont)(const QFont&);
+    // Of those that can be cut off.
+    void (RQAlertView::*setNumberOfLines)(const int&) = nullptr;
+    void (RQAlertView::*setLineBreakMode)(const NSLineBreakMode&) = nullptr;
+    // Of buttons.
+    void (RQAlertView::*setAdjusts)(const bool&) = nullptr;
+    void (RQAlertView::*setMinimumScale)(const double&) = nullptr;
+    void (RQAlertView::*setIconPosition)(const RQAlertViewButtonIconPosition&) = nullptr;
+    void (*setIcon)(RQAlertView& dialog, const QPixmap& icon) = nullptr;
   };
-  // Those that can be cut off.
-  struct Limited : Text {
-    void (RQAlertView::*setNumberOfLines)(const int&);
-    void (RQAlertView::*setLineBreakMode)(const NSLineBreakMode&);
-  };
-  struct Button : Limited {
-    void (RQAlertView::*setAdjusts)(const bool&);
-    void (RQAlertView::*setMinimumScale)(const double&);
-    void (RQAlertView::*setIconPosition)(const RQAlertViewButtonIconPosition&);
-    void (*setIcon)(RQAlertView& dialog, const QPixmap& icon);
+#define OF_TEXT(Name, make, Kind)                                                            \
+#Name, make, &RQAlertView::set##Name##Kind##Color, &RQAlertView::set##Name##TextAlignment, \
+      &RQAlertView::set##Name##Font
+#define OF_LIMITED(Name) &RQAlertView::set##Name##NumberOfLines, &RQAlertView::set##Name##LineBreakMode
+#define OF_BUTTON(Name)                                                 \
+  OF_LIMITED(Name), &RQAlertView::set##Name##AdjustsFontSizeToFitWidth, \
+      &RQAlertView::set##Name##MinimumScaleFactor, &RQAlertView::set##Name##IconPosition
+
+  const std::vector<Text> texts{
+      {OF_TEXT(
+          Title, [](const QString& text) { return headed(text, "Words"); }, Text)},
+      {OF_TEXT(
+          Message, [](const QString& text) { return headed("Words", text); }, Text)},
+      {OF_TEXT(TextFields, withText, Text)},
+      {OF_TEXT(ProgressLabel, withProgress, Text), OF_LIMITED(ProgressLabel)},
+      {OF_TEXT(
+           Buttons, [](const QString& text) { return alert({text}); }, Title),
+       OF_BUTTON(Buttons),
+       [](RQAlertView& dialog, const QPixmap& icon) {
+         dialog.setButtonPropertiesAtIndex(
+             0, [&](RQAlertViewButtonProperties& properties) { properties.iconImage = icon; });
+       }},
+      {OF_TEXT(
+           CancelButton, [](const QString& text) { return alert({}, text); }, Title),
+       OF_BUTTON(CancelButton),
+       [](RQAlertView& dialog, const QPixmap& icon) { dialog.setCancelButtonIconImage(icon); }},
+      {OF_TEXT(
+           DestructiveButton, [](const QString& text) { return alert({}, none, text); }, Title),
+       OF_BUTTON(DestructiveButton),
+       [](RQAlertView& dialog, const QPixmap& icon) { dialog.setDestructiveButtonIconImage(icon); }},
   };
 
-#define TEXT(Name, make)                                                                        \
-  Text {                                                                                        \
-    "" #Name, make, &RQAlertView::set##Name##TextColor, &RQAlertView::set##Name##TextAlignment, \
-        &RQAlertView::set##Name##Font                                                           \
+  static Dialog withText(const QString& text) {
+    const Dialog dialog = withFields(1);
+    dialog->setTextFieldsClearButtonMode(UITextFieldViewMode::Never);
+    dialog->textFieldsArray()[0]->setText(text);
+    return dialog;
   }
-#define BUTTON(Name, make, setIcon)                                                                      \
-  Button {                                                                                               \
-    {{#Name, make, &RQAlertView::set##Name##TitleColor, &RQAlertView::set##Name##TextAlignment,          \
-      &RQAlertView::set##Name##Font},                                                                    \
-     &RQAlertView::set##Name##NumberOfLines,                                                             \
-     &RQAlertView::set##Name##LineBreakMode},                                                            \
-        &RQAlertView::set##Name##AdjustsFontSizeToFitWidth, &RQAlertView::set##Name##MinimumScaleFactor, \
-        &RQAlertView::set##Name##IconPosition, setIcon                                                   \
-  }
-
-  static std::vector<Button> buttons() {
-    return {
-        BUTTON(
-            Buttons, [](const QString& text) { return alert({text}); },
-            [](RQAlertView& dialog, const QPixmap& icon) {
-              dialog.setButtonPropertiesAtIndex(
-                  0, [&](RQAlertViewButtonProperties& properties) { properties.iconImage = icon; });
-            }),
-        BUTTON(
-            CancelButton, [](const QString& text) { return alert({}, text); },
-            [](RQAlertView& dialog, const QPixmap& icon) { dialog.setCancelButtonIconImage(icon); }),
-        BUTTON(
-            DestructiveButton, [](const QString& text) { return alert({}, none, text); },
-            [](RQAlertView& dialog, const QPixmap& icon) { dialog.setDestructiveButtonIconImage(icon); })};
-  }
-  static std::vector<Limited> limitedTexts() {
-    std::vector<Limited> all{{TEXT(ProgressLabel, withProgress), &RQAlertView::setProgressLabelNumberOfLines,
-                              &RQAlertView::setProgressLabelLineBreakMode}};
-    for (const Button& button : buttons()) all.push_back(button);
-    return all;
-  }
-
   static Dialog headed(const QString& title, const QString& message) {
     return RQAlertView::alertViewWithTitle(title, message, alertStyle, {action}, none, none);
   }
@@ -92,19 +89,9 @@ class LooksOfTexts : public Pictures {
 };
 
 TEST_F(LooksOfTexts, HaveTheirOwnColorFontAndAlignment) {
-  std::vector<Text> texts{
-      TEXT(Title, [](const QString& text) { return headed(text, QStringLiteral("Words")); }),
-      TEXT(Message, [](const QString& text) { return headed(QStringLiteral("Words"), text); }),
-      TEXT(TextFields, [](const QString& text) {
-        const Dialog dialog = withFields(1);
-        dialog->setTextFieldsClearButtonMode(UITextFieldViewMode::Never);
-        dialog->textFieldsArray()[0]->setText(text);
-        return dialog;
-      })};
-  for (const Limited& limited : limitedTexts()) texts.push_back(limited);
   for (const Text& text : texts) {
     SCOPED_TRACE(text.name);
-    const Dialog dialog = shown(text, QStringLiteral("Hm"));
+    const Dialog dialog = shown(text, "Hm");
     const QRect before = ink(dialog);
     ASSERT_FALSE(before.isNull());
     EXPECT_LT(before.height(), 20) << "another text has this colour too";
@@ -117,14 +104,15 @@ TEST_F(LooksOfTexts, HaveTheirOwnColorFontAndAlignment) {
     EXPECT_NEAR(ink(dialog).center().x(), middle, 3);
     ((*dialog).*text.setFont)(systemFontOfSize(40));
     EXPECT_GT(ink(dialog).height(), before.height() + 8);
-    dialog->dismiss();
+    close(dialog);
   }
 }
 
 TEST_F(LooksOfTexts, TakeNoMoreLinesThanTheyMay) {
-  for (const Limited& text : limitedTexts()) {
+  for (const Text& text : texts) {
+    if (!text.setNumberOfLines) continue;
     SCOPED_TRACE(text.name);
-    const Dialog dialog = shown(text, QStringLiteral("Hm ").repeated(60));
+    const Dialog dialog = shown(text, QString("Hm ").repeated(60));
     const int one = ink(dialog).height();
     ((*dialog).*text.setNumberOfLines)(2);
     const int two = ink(dialog).height();
@@ -135,14 +123,15 @@ TEST_F(LooksOfTexts, TakeNoMoreLinesThanTheyMay) {
     EXPECT_NEAR(three - two, two - one, 4);
     ((*dialog).*text.setNumberOfLines)(0);
     EXPECT_GT(ink(dialog).height(), three + 12);
-    dialog->dismiss();
+    close(dialog);
   }
 }
 
 TEST_F(LooksOfTexts, AreCutOffWhereTheirLineBreakModeSays) {
   // Only the second half of it is high.
-  const QString text = QStringLiteral(".").repeated(400) + QStringLiteral("H").repeated(200);
-  for (const Limited& limited : limitedTexts()) {
+  const QString text = QString(".").repeated(400) + QString("H").repeated(200);
+  for (const Text& limited : texts) {
+    if (!limited.setLineBreakMode) continue;
     SCOPED_TRACE(limited.name);
     const Dialog dialog = shown(limited, text);
     ((*dialog).*limited.setFont)(fixedPitchFontOfSize(16));
@@ -160,12 +149,13 @@ TEST_F(LooksOfTexts, AreCutOffWhereTheirLineBreakModeSays) {
       letGo();
       EXPECT_EQ(isHigh(), std::pair(left, right)) << static_cast<int>(mode);
     }
-    dialog->dismiss();
+    close(dialog);
   }
 }
 
 TEST_F(LooksOfTexts, OfButtonsShrinkAsFarAsTheyMay) {
-  for (const Button& button : buttons()) {
+  for (const Text& button : texts) {
+    if (!button.setIcon) continue;
     SCOPED_TRACE(button.name);
     const QFont font = systemFontOfSize(40);
     QString wide;
@@ -180,18 +170,19 @@ TEST_F(LooksOfTexts, OfButtonsShrinkAsFarAsTheyMay) {
     EXPECT_NEAR(ink(dialog).height() / whole, 264.0 / 400, 0.08);
     ((*dialog).*button.setMinimumScale)(0.9);
     EXPECT_NEAR(ink(dialog).height() / whole, 0.9, 0.06);
-    dialog->dismiss();
+    close(dialog);
   }
 }
 
 TEST_F(LooksOfTexts, OfButtonsHaveTheirIconBesideThem) {
   using Position = RQAlertViewButtonIconPosition;
-  for (const Button& button : buttons()) {
+  for (const Text& button : texts) {
+    if (!button.setIcon) continue;
     for (const auto alignment : {NSTextAlignment::Left, NSTextAlignment::Center, NSTextAlignment::Right}) {
       for (const auto position : {Position::Left, Position::Right}) {
         SCOPED_TRACE(std::string(button.name) + ", alignment " + std::to_string(static_cast<int>(alignment)) +
                      ", position " + std::to_string(static_cast<int>(position)));
-        const Dialog dialog = shown(button, QStringLiteral("Hm"));
+        const Dialog dialog = shown(button, "Hm");
         const QColor iconColor(Qt::green);
         button.setIcon(*dialog, pixmapOf(iconColor, 12));
         ((*dialog).*button.setAlignment)(alignment);
@@ -205,16 +196,12 @@ TEST_F(LooksOfTexts, OfButtonsHaveTheirIconBesideThem) {
         const QRect both = text | icon;
         const int before = both.left();
         const int after = frameOf(dialog)->width() - both.right() - 1;
-        if (alignment == NSTextAlignment::Left) {
-          EXPECT_LT(before, 15);
-        }
         if (alignment == NSTextAlignment::Center) {
           EXPECT_NEAR(before, after, 4);
+        } else {
+          EXPECT_LT(alignment == NSTextAlignment::Left ? before : after, 15);
         }
-        if (alignment == NSTextAlignment::Right) {
-          EXPECT_LT(after, 15);
-        }
-        dialog->dismiss();
+        close(dialog);
       }
     }
   }
@@ -299,8 +286,7 @@ TEST_F(LooksOfButtons, AreThoseOfTheirKindAndState) {
     EXPECT_EQ(shows(picture), expected) << kind.name << name << " at " << lookedAt.name << ", state "
                                         << static_cast<int>(state) << (list ? ", in a list" : "");
     EXPECT_EQ(picture.pixelColor(14, 14) == telling, expected && fills) << kind.name << name;
-    dialog->dismiss();
-    letGo();
+    close(dialog);
   };
   for (const bool list : {false, true}) {
     for (const Kind& kind : kinds) {
@@ -326,8 +312,7 @@ TEST_F(LooksOfButtons, MayHaveAnIconForEachState) {
       });
       dialog->show();
       const QImage picture = seenIn(state, dialog, action);
-      dialog->dismiss();
-      letGo();
+      close(dialog);
       return std::vector<bool>{shows(picture), shows(picture, Qt::green), shows(picture, Qt::yellow)};
     };
     EXPECT_THAT(showsIn(State::Normal, true), testing::ElementsAre(true, false, false));

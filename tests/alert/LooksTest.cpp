@@ -12,14 +12,8 @@ namespace {
 
 class Looks : public Pictures {
  protected:
-  static Dialog threeInARow() {
-    return alert({QStringLiteral("Action")}, QStringLiteral("Cancel"), QStringLiteral("Delete"));
-  }
-  static Dialog twoRows() { return sheet({QStringLiteral("A"), QStringLiteral("B")}); }
-  static Dialog waiting() {
-    return RQAlertView::alertViewWithActivityIndicatorAndTitle(QStringLiteral("Title"), none, alertStyle,
-                                                               none, {}, none, none);
-  }
+  static Dialog threeInARow() { return alert({"Action"}, "Cancel", "Delete"); }
+  static Dialog twoRows() { return sheet({"A", "B"}); }
   static QImage half(const QWidget* part, bool left) {
     const int middle = part->width() / 2;
     return seen(part, QRect(left ? 0 : middle, 0, middle, part->height()));
@@ -52,8 +46,8 @@ TEST_F(Looks, HaveTheColorsTheyWereGiven) {
       {"background", &RQAlertView::setBackgroundColor, threeInARow,
        [](const Dialog& dialog) { return leftEdge(dialog); }},
       {"background of the sheet's own cancel button", &RQAlertView::setBackgroundColor,
-       [] { return sheet({QStringLiteral("A")}, QStringLiteral("Cancel")); },
-       [](const Dialog& dialog) { return seen(buttonOf(dialog, QStringLiteral("Cancel"))); }},
+       [] { return sheet({"A"}, "Cancel"); },
+       [](const Dialog& dialog) { return seen(buttonOf(dialog, "Cancel")); }},
       {"separator below the header", &RQAlertView::setSeparatorsColor, threeInARow,
        [](const Dialog& dialog) {
          return seen(frameOf(dialog), QRect(0, 0, 30, frameOf(dialog)->height()));
@@ -80,7 +74,7 @@ TEST_F(Looks, HaveTheColorsTheyWereGiven) {
        [](const Dialog& dialog) { return seen(partOf<RQAlertViewHeader>(dialog), QRect(-4, 20, 4, 1)); }},
       {"cover", &RQAlertView::setCoverColor, threeInARow,
        [](const Dialog& dialog) { return seen(dialog->view(), QRect(0, 0, 20, 20)); }},
-      {"indicator", &RQAlertView::setActivityIndicatorViewColor, waiting,
+      {"indicator", &RQAlertView::setActivityIndicatorViewColor, [] { return waiting(); },
        [](const Dialog& dialog) { return seen(partOf<UIActivityIndicatorView>(dialog)); }},
       {"progress", &RQAlertView::setProgressViewProgressTintColor, [] { return withProgress(); },
        [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), true); }},
@@ -96,8 +90,7 @@ TEST_F(Looks, HaveTheColorsTheyWereGiven) {
     ((*dialog).*set)(telling);
     letGo();
     EXPECT_TRUE(shows(look(dialog))) << property;
-    dialog->dismiss();
-    letGo();
+    close(dialog);
   }
 }
 
@@ -125,7 +118,7 @@ TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
   const auto rowHeight = [](const Dialog& dialog) {
     return listOf(dialog)->visualRect(listOf(dialog)->model()->index(0, 0)).height();
   };
-  const auto bottomSheet = [] { return sheet({QStringLiteral("A")}, QStringLiteral("Cancel")); };
+  const auto bottomSheet = [] { return sheet({"A"}, "Cancel"); };
   const std::vector<Row> rows{
       {"corner radius", [](RQAlertView& dialog) { dialog.setLayerCornerRadius(0); },
        [] {
@@ -138,6 +131,17 @@ TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
          return extentOf(seen(frameOf(dialog), QRect(0, 0, 100, 1)), telling).left() > 10 ? 1 : 0;
        },
        1, 0},
+      {"corner radius below a button", [](RQAlertView& dialog) { dialog.setLayerCornerRadius(0); },
+       [] {
+         const Dialog dialog = threeInARow();
+         dialog->setButtonsBackgroundColor(telling);
+         return dialog;
+       },
+       [](const Dialog& dialog) {
+         const RQAlertViewButton* button = buttonOf(dialog, "Action");
+         return seenAt(button, button->rect().bottomRight()) == telling ? 1 : 0;
+       },
+       0, 1},
       {"border width", [](RQAlertView& dialog) { dialog.setLayerBorderWidth(6); }, edged,
        [](const Dialog& dialog) { return extentOf(leftEdge(dialog), telling).width(); }, 0, 6},
       {"shadow radius", [](RQAlertView& dialog) { dialog.setLayerShadowRadius(10); }, edged,
@@ -152,16 +156,21 @@ TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
          dialog.setLayerShadowOffset({7, 0});
        },
        shadowed, [](const Dialog& dialog) { return shadowReach(dialog, false); }, 10, 17},
+      {"shadow offset without a radius",
+       [](RQAlertView& dialog) {
+         dialog.setLayerShadowOffset({7, 0});
+       },
+       edged, [](const Dialog& dialog) { return shadowReach(dialog, false); }, 0, 7},
       {"vertical offset", [](RQAlertView& dialog) { dialog.setOffsetVertical(30); }, bottomSheet,
        [](const Dialog& dialog) { return 844 - 1 - frameOf(dialog)->geometry().bottom(); }, 8, 30},
       {"offset of the cancel button", [](RQAlertView& dialog) { dialog.setCancelButtonOffsetY(25); },
        bottomSheet,
        [](const Dialog& dialog) {
-         return buttonOf(dialog, QStringLiteral("Cancel"))->y() - listOf(dialog)->geometry().bottom() - 1;
+         return buttonOf(dialog, "Cancel")->y() - listOf(dialog)->geometry().bottom() - 1;
        },
        8, 25},
       {"height of buttons", [](RQAlertView& dialog) { dialog.setButtonsHeight(70); }, threeInARow,
-       [](const Dialog& dialog) { return buttonOf(dialog, QStringLiteral("Action"))->height(); }, 44, 70},
+       [](const Dialog& dialog) { return buttonOf(dialog, "Action")->height(); }, 44, 70},
       {"height of rows", [](RQAlertView& dialog) { dialog.setButtonsHeight(70); }, twoRows, rowHeight, 56,
        70},
       {"height of rows that nothing measures", [](RQAlertView& dialog) { dialog.setHeightCell(nullptr); },
@@ -170,17 +179,14 @@ TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
          dialog->setButtonsFont(systemFontOfSize(60));
          return dialog;
        },
-       [](const Dialog& dialog) {
-         return listOf(dialog)->visualRect(listOf(dialog)->model()->index(0, 0)).height() > 70 ? 1 : 0;
-       },
-       1, 0},
+       rowHeight, 100, 56},
       {"height of text fields", [](RQAlertView& dialog) { dialog.setTextFieldsHeight(60); },
        [] { return withFields(1); },
        [](const Dialog& dialog) { return dialog->textFieldsArray()[0]->height(); }, 44, 60},
       {"style of the indicator",
        [](RQAlertView& dialog) { dialog.setActivityIndicatorViewStyle(UIActivityIndicatorViewStyle::Gray); },
-       waiting, [](const Dialog& dialog) { return partOf<UIActivityIndicatorView>(dialog)->width(); }, 37,
-       20},
+       [] { return waiting(); },
+       [](const Dialog& dialog) { return partOf<UIActivityIndicatorView>(dialog)->width(); }, 37, 20},
   };
   for (const auto& [property, set, make, measure, before, after] : rows) {
     const Dialog dialog = make();
@@ -190,8 +196,7 @@ TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
     set(*dialog);
     letGo();
     EXPECT_EQ(measure(dialog), after) << property;
-    dialog->dismiss();
-    letGo();
+    close(dialog);
   }
 }
 
@@ -208,7 +213,6 @@ TEST_F(Looks, OfAnIndicatorWithoutAColorAreThoseOfItsStyle) {
   letGo();
   EXPECT_FALSE(showsColor(Qt::white));
   EXPECT_TRUE(showsColor(Qt::gray));
-  dialog->dismiss();
 }
 
 TEST_F(Looks, OfAProgressBarMayBePictures) {
@@ -223,7 +227,6 @@ TEST_F(Looks, OfAProgressBarMayBePictures) {
   dialog->setProgressViewTrackImage({});
   EXPECT_FALSE(shows(seen(bar)));
   EXPECT_TRUE(shows(half(bar, true), Qt::green));
-  dialog->dismiss();
 }
 
 TEST_F(Looks, OfTheCoverLetThroughWhatTheirAlphaSays) {
@@ -234,7 +237,6 @@ TEST_F(Looks, OfTheCoverLetThroughWhatTheirAlphaSays) {
   EXPECT_NEAR(seenAt(dialog->view(), {3, 3}).green(), 191, 2);
   dialog->setCoverColor(QColor(255, 0, 255, 128));
   EXPECT_NEAR(seenAt(dialog->view(), {3, 3}).green(), 223, 2);
-  dialog->dismiss();
 }
 
 TEST_F(Looks, BlurWhatLiesBehind) {
@@ -271,8 +273,7 @@ TEST_F(Looks, BlurWhatLiesBehind) {
         EXPECT_GT(differenceAt(elsewhere, {100, 10}), 200) << property;
       }
       if (style) brightness.push_back(seenAt(there, {100, 10}).red());
-      dialog->dismiss();
-      letGo();
+      close(dialog);
     }
     EXPECT_LT(brightness[0] + 40, brightness[1]) << property;
     EXPECT_LT(brightness[1] + 40, brightness[2]) << property;
@@ -282,8 +283,7 @@ TEST_F(Looks, BlurWhatLiesBehind) {
 TEST_F(Looks, ShowHowFarTextsAndRowsAreScrolledWhereTheyAreToldTo) {
   QStringList buttons;
   for (int number = 0; number < 60; ++number) buttons << QString::number(number);
-  const Dialog dialog = RQAlertView::alertViewWithTitle(
-      QStringLiteral("Title"), QStringLiteral("Many words. ").repeated(300), alertStyle, buttons, none, none);
+  const Dialog dialog = withMessage(QString("Many words. ").repeated(300), alertStyle, buttons);
   dialog->setBackgroundColor(telling);
   dialog->setButtonsTitleColor(telling);
   dialog->setSeparatorsColor(telling);
@@ -310,33 +310,6 @@ TEST_F(Looks, ShowHowFarTextsAndRowsAreScrolledWhereTheyAreToldTo) {
     letGo();
     EXPECT_STREQ(barSeen(part), "black");
   }
-  dialog->dismiss();
-}
-
-TEST_F(Looks, OfTextFieldsFollowWhatIsTyped) {
-  const Dialog dialog = withFields(2);
-  dialog->show();
-  RQAlertViewTextField* field = dialog->textFieldsArray()[1];
-  const auto begin = [&] {
-    dialog->textFieldsArray()[0]->setFocus();
-    field->setText(QStringLiteral("a text that is far too long for the field"));
-    field->setFocus();
-    return field->text().isEmpty();
-  };
-  EXPECT_FALSE(begin());
-  EXPECT_EQ(field->font(), dialog->textFieldsFont());
-  dialog->setTextFieldsClearsOnBeginEditing(true);
-  EXPECT_TRUE(begin());
-  dialog->setTextFieldsClearsOnBeginEditing(false);
-
-  dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
-  begin();
-  EXPECT_EQ(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
-  dialog->setTextFieldsMinimumFontSize(6);
-  begin();
-  EXPECT_LT(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
-  EXPECT_GT(field->font().pointSizeF(), systemFontOfSize(6).pointSizeF());
-  dialog->dismiss();
 }
 
 }  // namespace

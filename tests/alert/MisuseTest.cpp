@@ -23,7 +23,7 @@ class Misuse : public Dialogs {
 };
 
 TEST_F(Misuse, OfButtonsThatThereAreNotIsAnInconsistency) {
-  const Dialog dialog = alert({QStringLiteral("A"), QStringLiteral("B")});
+  const Dialog dialog = alert({"A", "B"});
   EXPECT_EQ(messageOf([&] { dialog->forceCancel(); }), "Cancel button is not exists");
   EXPECT_EQ(messageOf([&] { dialog->forceDestructive(); }), "Destructive button is not exists");
   EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(2); }), "Button at index 2 is not exists");
@@ -48,7 +48,7 @@ TEST_F(Misuse, OfADialogThatWasNotInitializedIsAnInconsistency) {
 }
 
 TEST_F(Misuse, OfAnIndexIsIgnoredWhereAButtonIsEnabledAndOutOfRangeElsewhere) {
-  const Dialog dialog = alert({QStringLiteral("A")});
+  const Dialog dialog = alert({"A"});
   dialog->setButtonEnabled(false, 1);
   EXPECT_TRUE(dialog->isButtonEnabledAtIndex(0));
   EXPECT_THROW(dialog->isButtonEnabledAtIndex(1), std::out_of_range);

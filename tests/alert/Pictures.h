@@ -74,8 +74,8 @@ class Pictures : public Dialogs {
   }
 
   static Dialog withProgress(const QString& label = none) {
-    return RQAlertView::alertViewWithProgressViewAndTitle(QStringLiteral("Title"), none, alertStyle, 0.5,
-                                                          label, {QStringLiteral("OK")}, none, none);
+    return RQAlertView::alertViewWithProgressViewAndTitle("Title", none, alertStyle, 0.5, label, {"OK"}, none,
+                                                          none);
   }
 
   template <typename Part>

@@ -28,9 +28,8 @@ const Lines didDismiss{"handler didDismiss", "delegate didDismiss", "posted DidD
 class Reports : public Dialogs {
  protected:
   static Dialog everyButton(RQAlertViewStyle style) {
-    const Dialog dialog = RQAlertView::alertViewWithTitle(QStringLiteral("Title"), none, style,
-                                                          {QStringLiteral("One"), QStringLiteral("Two")},
-                                                          QStringLiteral("Cancel"), QStringLiteral("Delete"));
+    const Dialog dialog =
+        RQAlertView::alertViewWithTitle("Title", none, style, {"One", "Two"}, "Cancel", "Delete");
     dialog->setShouldDismissAnimated(false);
     return dialog;
   }
@@ -127,11 +126,10 @@ TEST_F(Reports, ReachOnlyWhatTheDelegateRespondsToAndNoneOnceItHasGone) {
 }
 
 TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
-  Lines heard;
   const auto named = [&](const std::string& name) {
     auto delegate = std::make_shared<RQAlertViewDelegate>();
-    delegate->alertViewCancelled = [&heard, name](RQAlertView&) { heard.push_back(name + " cancelled"); };
-    delegate->alertViewDidDismissAfterCancelled = [&heard, name](RQAlertView&) {
+    delegate->alertViewCancelled = [this, name](RQAlertView&) { heard.push_back(name + " cancelled"); };
+    delegate->alertViewDidDismissAfterCancelled = [this, name](RQAlertView&) {
       heard.push_back(name + " afterwards");
     };
     return delegate;
@@ -143,7 +141,7 @@ TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
   dialog->setCancelHandler([&](RQAlertView& self) { self.setDelegate(after); });
   dialog->show();
   dialog->forceCancel();
-  EXPECT_THAT(heard, ElementsAre("after cancelled", "after afterwards"));
+  EXPECT_THAT(answered(), ElementsAre("after cancelled", "after afterwards"));
 }
 
 // Every way of making a dialog, told apart by who hears of the action.
@@ -183,12 +181,11 @@ TEST_F(Reports, AreAttachedByEveryEntryPoint) {
   ASSERT_EQ(entryPoints.size() * 3, 30U);
   for (const EntryPoint& entry : entryPoints) {
     SCOPED_TRACE(entry.name);
-    Lines heard;
     const auto action = [&](RQAlertView&, std::size_t, const QString& title) {
       heard.push_back(title.toStdString());
     };
     const auto plain = [&](const char* what) {
-      return [&heard, what](RQAlertView&) { heard.push_back(what); };
+      return [this, what](RQAlertView&) { heard.push_back(what); };
     };
     auto delegate = std::make_shared<RQAlertViewDelegate>();
     delegate->alertViewClickedButtonAtIndex = action;
@@ -216,7 +213,7 @@ TEST_F(Reports, AreAttachedByEveryEntryPoint) {
       dialog->forceCancel();
       dialog->forceDestructive();
     }
-    EXPECT_THAT(heard, ElementsAre("B", "cancelled", "destructed", "B", "cancelled", "destructed"));
+    EXPECT_THAT(answered(), ElementsAre("B", "cancelled", "destructed", "B", "cancelled", "destructed"));
   }
 }
 

@@ -34,8 +34,7 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
   EXPECT_EQ(keyWindow(), lower->window().get());
   EXPECT_EQ(focus(), lower->textFieldsArray()[1]);
   EXPECT_EQ(observer().lastWindow(), lower->window());
-  lower->dismiss();
-  letGo();
+  close(lower);
   EXPECT_EQ(observer().lastWindow(), nullptr);
   EXPECT_TRUE(observer().windowsArray().empty());
 }
@@ -52,7 +51,7 @@ TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
          dialog.setTitleFont(boldSystemFontOfSize(30));
          dialog.setButtonsFont(systemFontOfSize(60));
        }},
-      {"label", [](RQAlertView& dialog) { dialog.setProgressLabelText(QStringLiteral("Nearly done")); }},
+      {"label", [](RQAlertView& dialog) { dialog.setProgressLabelText("Nearly done"); }},
       {"arrangement", [](RQAlertView& dialog) { dialog.setOneRowOneButton(true); }},
       {"one button",
        [](RQAlertView& dialog) {
@@ -69,9 +68,7 @@ TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
     for (const Change& change : changes) {
       SCOPED_TRACE(std::string(change.name) + (madeLater ? "" : ", in sight"));
       Dialog upper = madeLater ? nullptr : alert();
-      const Dialog lower = RQAlertView::alertViewWithActivityIndicatorAndTitle(
-          QStringLiteral("Title"), none, alertStyle, QStringLiteral("Wait"), {QStringLiteral("A")},
-          QStringLiteral("Cancel"), none);
+      const Dialog lower = waiting("Wait", {"A"}, "Cancel");
       lower->show();
       if (!upper) upper = alert();
       upper->show();
@@ -86,15 +83,13 @@ TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
       EXPECT_EQ(focus(), focused);
       EXPECT_FALSE(lower->window()->isEnabled());
 
-      upper->dismiss();
-      letGo();
+      close(upper);
       EXPECT_EQ(keyWindow(), lower->window().get());
       EXPECT_TRUE(frameOf(lower)->isVisible());
       EXPECT_TRUE(frameOf(lower)->isAncestorOf(focus()));
-      lower->dismiss();
-      UIScreen::mainScreen()->resize(390, 844);
+      close(lower);
       UIApplication::setLayoutDirection(Qt::LeftToRight);
-      letGo();
+      resize(390, 844);
     }
   }
 }
@@ -107,12 +102,10 @@ TEST_F(Stack, GivesTheFocusToADialogThatWasCoveredWhileItCame) {
   const Dialog upper = alert();
   upper->show();
   const QWidget* focused = focus();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return lower->state() == RQAlertViewState::Shown; }));
+  ASSERT_TRUE(becomes(lower, RQAlertViewState::Shown));
   EXPECT_EQ(focus(), focused);
-  upper->dismiss();
-  letGo();
+  close(upper);
   EXPECT_EQ(focus(), lower->textFieldsArray()[0]);
-  lower->dismiss();
 }
 
 TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
@@ -128,11 +121,9 @@ TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
               ElementsAre("handler didDismiss", "delegate didDismiss", "posted DidDismiss", "completed"));
   letGo();
   EXPECT_EQ(keyWindow(), top->window().get());
-  top->dismiss();
-  letGo();
+  close(top);
   EXPECT_EQ(keyWindow(), bottom->window().get());
-  bottom->dismiss();
-  letGo();
+  close(bottom);
   EXPECT_EQ(keyWindow(), appWindow.get());
 }
 
@@ -155,72 +146,36 @@ TEST_F(Stack, GivesTheInputBackWhereNoDialogIsLeftToComeBack) {
   letGo();
   EXPECT_EQ(keyWindow(), appWindow.get());
   EXPECT_TRUE(kept->window()->isHidden());
-  hidden->dismiss();
-  letGo();
-  kept->dismiss();
 }
 
-TEST_F(Stack, TakesACoverOverOnlyFromADialogThatIsShown) {
-  setMotionEnabled(true);
-  const auto coverAtTheStart = [](const Dialog& dialog) {
-    dialog->setCoverColor(Qt::blue);
-    dialog->setAnimationDuration(30);
-    dialog->showAnimated();
-    return dialog->view()->grab().toImage().pixelColor(3, 3);
-  };
-  const Dialog never = alert();
-  const Dialog first = alert();
-  EXPECT_NE(coverAtTheStart(first), QColor(Qt::blue));
-  const Dialog second = alert();
-  EXPECT_EQ(coverAtTheStart(second), QColor(Qt::blue));
-  // Made while the others are shown, shown when they have gone.
-  const Dialog last = alert();
-  first->dismiss();
-  second->dismiss();
-  letGo();
-  EXPECT_NE(coverAtTheStart(last), QColor(Qt::blue));
-  last->dismiss();
-}
-
-TEST_F(Stack, ShowsADialogFromAHandlerOfAnother) {
-  const Dialog first = alert({QStringLiteral("Next")});
-  Dialog second;
-  first->setActionHandler([&](RQAlertView&, std::size_t, const QString&) {
-    second = alert({QStringLiteral("Done")});
-    second->show();
-  });
-  first->show();
-  tap(first, QStringLiteral("Next"));
-  EXPECT_EQ(first->state(), RQAlertViewState::Dismissed);
-  letGo();
-  ASSERT_TRUE(second);
-  EXPECT_EQ(keyWindow(), second->window().get());
-  EXPECT_TRUE(frameOf(second)->isVisible());
-  second->dismiss();
-  letGo();
-  EXPECT_EQ(keyWindow(), appWindow.get());
-  EXPECT_EQ(focus(), appField);
-}
-
-TEST_F(Stack, ShowsThreeDialogsFromOneHandlerTheLastOneOnTop) {
+TEST_F(Stack, ShowsThreeDialogsFromAHandlerOfAnotherTheLastOneOnTop) {
   std::vector<Dialog> shown;
-  const Dialog first = alert();
-  first->setDidDismissHandler([&](RQAlertView&) {
+  const auto showThree = [&] {
     for (int count = 0; count < 3; ++count) {
       shown.push_back(alert());
       shown.back()->show();
     }
-  });
-  first->show();
-  first->dismiss();
-  letGo();
-  ASSERT_EQ(shown.size(), 3U);
-  for (auto dialog = shown.rbegin(); dialog != shown.rend(); ++dialog) {
-    EXPECT_EQ(keyWindow(), (*dialog)->window().get());
-    (*dialog)->dismiss();
+  };
+  for (const bool answering : {true, false}) {
+    const Dialog first = alert({"Next"});
+    if (answering) {
+      first->setActionHandler([&](RQAlertView&, std::size_t, const QString&) { showThree(); });
+    } else {
+      first->setDidDismissHandler([&](RQAlertView&) { showThree(); });
+    }
+    first->show();
+    tap(first, "Next");
+    EXPECT_EQ(first->state(), RQAlertViewState::Dismissed);
     letGo();
+    ASSERT_EQ(shown.size(), 3U);
+    for (; !shown.empty(); shown.pop_back()) {
+      EXPECT_EQ(keyWindow(), shown.back()->window().get());
+      EXPECT_TRUE(frameOf(shown.back())->isVisible());
+      close(shown.back());
+    }
+    EXPECT_EQ(keyWindow(), appWindow.get());
+    EXPECT_EQ(focus(), appField);
   }
-  EXPECT_EQ(keyWindow(), appWindow.get());
 }
 
 TEST_F(Stack, IsNotEnteredByWindowsOfOtherClasses) {
@@ -233,17 +188,15 @@ TEST_F(Stack, IsNotEnteredByWindowsOfOtherClasses) {
   // The dialog stays modal.
   letGo();
   EXPECT_EQ(keyWindow(), dialog->window().get());
-  dialog->dismiss();
 }
 
 TEST_F(Stack, BringsTheLowerDialogBackWhenTheUpperOneWasNeverShown) {
   const Dialog lower = alert();
   lower->show();
-  Dialog upper = alert();
-  upper.reset();
+  const std::weak_ptr<RQAlertView> upper = alert();
+  EXPECT_TRUE(upper.expired());
   letGo();
   EXPECT_EQ(keyWindow(), lower->window().get());
-  lower->dismiss();
 }
 
 TEST_F(Stack, TurnsOneDialogIntoAnother) {
@@ -252,7 +205,7 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
     const Dialog from = alert();
     from->show();
     Journal fromJournal(*from);
-    const Dialog to = sheet({QStringLiteral("A")}, QStringLiteral("Cancel"));
+    const Dialog to = sheet({"A"}, "Cancel");
     to->setAnimationDuration(0.05);
     Journal toJournal(*to);
     bool completed = false;
@@ -269,14 +222,13 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
     EXPECT_EQ(keyWindow(), to->window().get());
     EXPECT_TRUE(frameOf(to)->isVisible());
     setMotionEnabled(false);
-    to->dismiss();
-    letGo();
+    close(to);
   }
 }
 
 TEST_F(Stack, ShowsTheOtherDialogAsUsualWhereThereIsNothingToTurn) {
   const Dialog never = alert();
-  const Dialog other = alert({QStringLiteral("Other")});
+  const Dialog other = alert({"Other"});
   never->transitionToAlertView(never);
   never->transitionToAlertView(nullptr);
   EXPECT_EQ(never->state(), RQAlertViewState::Made);
@@ -284,7 +236,14 @@ TEST_F(Stack, ShowsTheOtherDialogAsUsualWhereThereIsNothingToTurn) {
   EXPECT_EQ(never->state(), RQAlertViewState::Made);
   EXPECT_EQ(other->state(), RQAlertViewState::Shown);
   EXPECT_EQ(keyWindow(), other->window().get());
-  other->dismiss();
+  // Into one that is shown already, or has gone, nothing turns.
+  const Dialog dialog = alert();
+  dialog->show();
+  dialog->transitionToAlertView(other);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
+  close(other);
+  dialog->transitionToAlertView(other);
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
 }
 
 TEST_F(Stack, ShowsTheOtherDialogOnceWhereADidShowReportDismissesTheFirst) {
@@ -310,22 +269,6 @@ TEST_F(Stack, ShowsTheOtherDialogOnceWhereADidShowReportDismissesTheFirst) {
     letGo();
     setMotionEnabled(true);
   }
-}
-
-TEST_F(Stack, KeepsADialogWhereTheOtherOneHasBeenShown) {
-  const Dialog other = alert();
-  other->show();
-  const Dialog dialog = alert();
-  dialog->show();
-  Journal journal(*dialog);
-  dialog->transitionToAlertView(other);
-  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
-  other->dismiss();
-  letGo();
-  dialog->transitionToAlertView(other);
-  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
-  EXPECT_TRUE(journal.take().empty());
-  dialog->dismiss();
 }
 
 }  // namespace
