@@ -5,10 +5,7 @@
 #include "support/SystemLog.h"
 
 #include <atomic>
-#include <cerrno>
-#include <dlfcn.h>
 #include <memory>
-#include <pthread.h>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -22,22 +19,6 @@
 
 namespace {
 
-std::atomic<bool> refuseThreads = false;
-
-}  // namespace
-
-// Comes before the system's own, which it calls unless threads are to be refused.
-extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
-                              void* argument) {
-  if (refuseThreads) return EAGAIN;
-  using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
-  static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
-  return create(thread, attributes, start, argument);
-}
-
-namespace {
-
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -61,18 +42,6 @@ TEST(Queues, RunMainJobsInOrderAndNeverBeforeTheCallReturns) {
   EXPECT_TRUE(order.empty());
   EXPECT_TRUE(QTest::qWaitFor([&] { return order.size() == 3; }));
   EXPECT_THAT(order, ElementsAre(1, 2, 3));
-}
-
-TEST(Queues, RunAJobOnTheMainThreadWhenTheSystemRefusesAThread) {
-  systemlog::take();
-  dispatch_wait_for_global_queues();
-  bool ranOnMain = false;
-  refuseThreads = true;
-  dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0),
-                 [&] { ranOnMain = QThread::currentThread() == qApp->thread(); });
-  refuseThreads = false;
-  EXPECT_TRUE(QTest::qWaitFor([&] { return ranOnMain; }));
-  EXPECT_THAT(systemlog::take(), Contains(HasSubstr("No thread")));
 }
 
 TEST(Queues, LogWhatAJobThrowsAndGoOn) {

@@ -81,12 +81,13 @@ TEST_F(Windows, TakeTheInputFromTheOneBelowAndGiveItBackWhereItWas) {
   EXPECT_EQ(shortcuts, 1);
 
   // So they do when they are released, also where the field had been left meanwhile.
+  below->first->setFocus();
   lower->endEditing();
-  EXPECT_NE(focus(), below->second);
+  EXPECT_NE(focus(), below->first);
   upper->makeKeyAndVisible();
   upper.reset();
   EXPECT_EQ(keyWindow(), lower.get());
-  EXPECT_EQ(focus(), below->second);
+  EXPECT_EQ(focus(), below->first);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_THAT(UIScreen::mainScreen()->windows(), ElementsAre(lower.get()));
 }

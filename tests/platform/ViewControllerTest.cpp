@@ -10,7 +10,6 @@
 #include <vector>
 
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -160,18 +159,6 @@ TEST_F(Presenting, SurvivesAnyEndInTheMiddleOfAMotion) {
   letGo();
   EXPECT_EQ(std::count(log.begin(), log.end(), "child gone"), 1);
   EXPECT_EQ(std::count(log.begin(), log.end(), "never"), 0);
-}
-
-TEST_F(Presenting, MayBeDismissedFromAButtonOfItsOwn) {
-  auto child = std::make_shared<Recorder>("child", log);
-  auto* button = new QPushButton(child->view());
-  QObject::connect(button, &QPushButton::clicked, child.get(),
-                   [weak = std::weak_ptr(child)] { weak.lock()->dismissViewControllerAnimated(false); });
-  root->presentViewController(child, false);
-  child.reset();
-  QTest::mouseClick(button, Qt::LeftButton);
-  letGo();
-  EXPECT_EQ(log.back(), "child gone");
 }
 
 }  // namespace
