@@ -4,7 +4,6 @@
 #include "platform/UIDevice.h"
 #include "platform/UIFont.h"
 
-#include <cmath>
 #include <functional>
 #include <limits>
 
@@ -24,39 +23,16 @@ class Appearance : public Dialogs {
 // A value as text, so that one table can hold colours, fonts, numbers and switches.
 std::string text(const QColor& color) {
   if (!color.isValid()) return "none";
-  const auto part = [](float value) {
-    return QString::number(std::round(value * 1000) / 1000).toStdString();
-  };
+  const auto part = [](float value) { return QString::number(value, 'g', 3).toStdString(); };
   return part(color.redF()) + "," + part(color.greenF()) + "," + part(color.blueF()) + "," +
          part(color.alphaF());
 }
 std::string text(const QFont& font) {
   return (font.bold() ? "bold " : "system ") + QString::number(font.pointSizeF() * 96 / 72).toStdString();
 }
-std::string text(const QPixmap& picture) {
-  return picture.isNull() ? "none" : "picture";
-}
-std::string text(const QPointF& point) {
-  return QString::number(point.x()).toStdString() + "," + QString::number(point.y()).toStdString();
-}
-std::string text(bool value) {
-  return value ? "yes" : "no";
-}
-std::string text(double value) {
-  return QString::number(value, 'g', 16).toStdString();
-}
-std::string text(int value) {
-  return std::to_string(value);
-}
-std::string text(const std::optional<UIBlurEffectStyle>& style) {
-  return style ? "blur" : "none";
-}
-std::string text(const std::shared_ptr<RQAlertViewCell>& cell) {
-  return cell ? "cell" : "none";
-}
-template <typename Value>
-requires std::is_enum_v<Value> std::string text(Value value) {
-  return std::to_string(static_cast<int>(value));
+template <typename Number>
+requires std::is_arithmetic_v<Number> || std::is_enum_v<Number> std::string text(Number value) {
+  return QString::number(static_cast<double>(value), 'g', 16).toStdString();
 }
 
 using Property = std::pair<const char*, std::function<std::string(RQAlertView&)>>;
@@ -80,32 +56,24 @@ const std::vector<std::pair<std::string, std::vector<Property>>> defaults{
     {"0.97,0.97,0.97,1", {OF(textFieldsBackgroundColor)}},
     {"1,1,1,1", {OF(backgroundColor), OF_EVERY_KIND(TitleColorHighlighted)}},
     {"1,0,0,1", {OF(destructiveButtonTitleColor), OF(destructiveButtonBackgroundColorHighlighted)}},
-    {"none",
-     {OF(coverBlurEffect), OF(backgroundBlurEffect), OF(layerBorderColor), OF(layerShadowColor),
-      OF_EVERY_KIND(BackgroundColorDisabled), OF(progressViewProgressImage), OF(progressViewTrackImage),
-      OF(cancelButtonIconImage), OF(destructiveButtonIconImage)}},
-    {"cell", {OF(heightCell)}},
+    {"none", {OF(layerBorderColor), OF(layerShadowColor), OF_EVERY_KIND(BackgroundColorDisabled)}},
     {"system 14", {OF(messageFont), OF(progressLabelFont)}},
     {"system 16", {OF(textFieldsFont)}},
     {"system 18", {OF(buttonsFont), OF(destructiveButtonFont)}},
     {"bold 18", {OF(cancelButtonFont)}},
-    {"yes",
-     {OF(dismissOnAction), OF(shouldDismissAnimated), OF(buttonsEnabled), OF(cancelButtonEnabled),
-      OF(destructiveButtonEnabled), OF_EVERY_KIND(AdjustsFontSizeToFitWidth)}},
-    {"no",
-     {OF(showsVerticalScrollIndicator), OF(padShowsActionSheetFromBottom), OF(oneRowOneButton),
-      OF(textFieldsClearsOnBeginEditing), OF(textFieldsAdjustsFontSizeToFitWidth)}},
     {"0",
-     {OF(windowLevel), OF(layerBorderWidth), OF(layerShadowRadius), OF_EVERY_KIND(IconPosition),
+     {OF(showsVerticalScrollIndicator), OF(padShowsActionSheetFromBottom), OF(oneRowOneButton),
+      OF(textFieldsClearsOnBeginEditing), OF(textFieldsAdjustsFontSizeToFitWidth), OF(windowLevel),
+      OF(layerBorderWidth), OF(layerShadowRadius), OF_EVERY_KIND(IconPosition),
       OF(activityIndicatorViewStyle), OF(textFieldsTextAlignment)}},
-    {"0,0", {OF(layerShadowOffset)}},
     {"0.5", {OF(animationDuration)}},
     {"0.7777777777777778", {OF_EVERY_KIND(MinimumScaleFactor)}},
     {"0.95", {OF(finalScale)}},
     {"1",
-     {OF(coverAlpha), OF(indicatorStyle), OF(titleTextAlignment), OF(messageTextAlignment),
-      OF_EVERY_KIND(TextAlignment), OF_EVERY_KIND(NumberOfLines), OF(progressLabelTextAlignment),
-      OF(progressLabelNumberOfLines)}},
+     {OF(dismissOnAction), OF(shouldDismissAnimated), OF(buttonsEnabled), OF(cancelButtonEnabled),
+      OF(destructiveButtonEnabled), OF_EVERY_KIND(AdjustsFontSizeToFitWidth), OF(coverAlpha),
+      OF(indicatorStyle), OF(titleTextAlignment), OF(messageTextAlignment), OF_EVERY_KIND(TextAlignment),
+      OF_EVERY_KIND(NumberOfLines), OF(progressLabelTextAlignment), OF(progressLabelNumberOfLines)}},
     {"1.2", {OF(initialScale)}},
     {"3", {OF(textFieldsClearButtonMode)}},
     {"4", {OF(progressLabelLineBreakMode)}},
@@ -124,6 +92,12 @@ TEST_F(Appearance, StartsFromTheSharedDefaultsAndANewDialogCopiesThem) {
       EXPECT_EQ(read(*dialog), value) << name;
     }
   }
+  EXPECT_TRUE(dialog->heightCell());
+  EXPECT_FALSE(dialog->coverBlurEffect() || dialog->backgroundBlurEffect());
+  EXPECT_EQ(dialog->layerShadowOffset(), QPointF());
+  for (const QPixmap& picture : {dialog->progressViewProgressImage(), dialog->progressViewTrackImage(),
+                                 dialog->cancelButtonIconImage(), dialog->destructiveButtonIconImage()})
+    EXPECT_TRUE(picture.isNull());
   EXPECT_EQ(dialog->tag(), std::numeric_limits<std::int64_t>::max());
   EXPECT_EQ(RQAlertView::appearance()->width(), RQAlertView::appearance()->heightMax());
 }

@@ -130,15 +130,17 @@ TEST_F(LooksInMotion, SlideASheetUpAndDown) {
 
 TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
   const QPoint corner(3, 3);
-  RQAlertView::appearance()->setCoverColor(telling);
-  RQAlertView::appearance()->setCoverAlpha(0.5);
+  // Three tenths of it are seen, of a colour that lets half of what is behind through.
+  constexpr double whole = 0.3 * 128 / 255;
+  RQAlertView::appearance()->setCoverColor(QColor(255, 0, 255, 128));
+  RQAlertView::appearance()->setCoverAlpha(0.3);
   const auto expectFadingIn = [&](const Dialog& dialog) {
     dialog->showAnimated();
     const QVariantAnimation* animation = stoppedAt(dialog, 0.2);
     ASSERT_TRUE(animation);
-    EXPECT_NEAR(share(dialog, corner), animation->currentValue().toDouble() / 2, 0.02);
+    EXPECT_NEAR(share(dialog, corner), animation->currentValue().toDouble() * whole, 0.02);
     finish(dialog);
-    EXPECT_NEAR(share(dialog, corner), 0.5, 0.02);
+    EXPECT_NEAR(share(dialog, corner), whole, 0.02);
   };
   // What was never shown has no cover that could be taken over.
   const Dialog never = alert();
@@ -147,12 +149,12 @@ TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
   const Dialog upper = box(alertStyle);
   upper->showAnimated();
   ASSERT_TRUE(stoppedAt(upper, 0.2));
-  EXPECT_NEAR(share(upper, corner), 0.5, 0.02);
+  EXPECT_NEAR(share(upper, corner), whole, 0.02);
   finish(upper);
   upper->dismissAnimated();
   const QVariantAnimation* animation = stoppedAt(upper, 0.2);
   ASSERT_TRUE(animation);
-  EXPECT_NEAR(share(upper, corner), (1 - animation->currentValue().toDouble()) / 2, 0.02);
+  EXPECT_NEAR(share(upper, corner), (1 - animation->currentValue().toDouble()) * whole, 0.02);
   // Made while the others are shown, shown when they have gone.
   const Dialog last = box(alertStyle);
   finish(upper);

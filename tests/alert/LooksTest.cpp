@@ -229,16 +229,6 @@ TEST_F(Looks, OfAProgressBarMayBePictures) {
   EXPECT_TRUE(shows(half(bar, true), Qt::green));
 }
 
-TEST_F(Looks, OfTheCoverLetThroughWhatTheirAlphaSays) {
-  const Dialog dialog = alert();
-  dialog->setCoverColor(telling);
-  dialog->setCoverAlpha(0.25);
-  dialog->show();
-  EXPECT_NEAR(seenAt(dialog->view(), {3, 3}).green(), 191, 2);
-  dialog->setCoverColor(QColor(255, 0, 255, 128));
-  EXPECT_NEAR(seenAt(dialog->view(), {3, 3}).green(), 223, 2);
-}
-
 TEST_F(Looks, BlurWhatLiesBehind) {
   // Stripes of black and white behind; the difference between neighbours tells how sharp they are.
   QImage stripes(2, 2, QImage::Format_RGB32);
