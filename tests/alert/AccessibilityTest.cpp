@@ -42,8 +42,7 @@ TEST_F(Accessibility, ExposesAnAlertAsAnAlertAndAQuestionAsADialog) {
 }
 
 TEST_F(Accessibility, MovesTheFocusInAndBackOut) {
-  const Dialog dialog = alert({"A && B"}, "Cancel");
-  dialog->show();
+  const Dialog dialog = showing(alert({"A && B"}, "Cancel"));
   EXPECT_EQ(focusName(), "Cancel");
   QTest::keyClick(focus(), Qt::Key_Tab);
   EXPECT_EQ(focusName(), "A && B");
@@ -55,8 +54,7 @@ TEST_F(Accessibility, MovesTheFocusInAndBackOut) {
 }
 
 TEST_F(Accessibility, ExposesButtonsByTheirTitlesWithAPress) {
-  const Dialog dialog = alert({"Save & quit"}, "Cancel");
-  show(dialog);
+  const Dialog dialog = listeningTo(alert({"Save & quit"}, "Cancel"));
   QAccessibleInterface* button = interfaceOf(buttonOf(dialog, "Save & quit"));
   EXPECT_EQ(button->role(), QAccessible::Button);
   EXPECT_EQ(button->text(QAccessible::Name), "Save & quit");
@@ -68,7 +66,7 @@ TEST_F(Accessibility, ExposesButtonsByTheirTitlesWithAPress) {
 TEST_F(Accessibility, ExposesRowsAsItemsThatCanBePressed) {
   const Dialog dialog = sheet({"A", "B"}, none, "Delete");
   dialog->setButtonEnabled(false, 0);
-  show(dialog);
+  listeningTo(dialog);
   QAccessibleInterface* list = interfaceOf(listOf(dialog));
   ASSERT_EQ(list->role(), QAccessible::List);
   ASSERT_EQ(list->childCount(), 3);

@@ -28,13 +28,11 @@ class Content : public Dialogs {
 };
 
 TEST_F(Content, OrdersItsButtonsByTheirKind) {
-  const Dialog many = alert({"A", "B"}, "Cancel", "Delete");
-  many->show();
+  const Dialog many = showing(alert({"A", "B"}, "Cancel", "Delete"));
   EXPECT_THAT(titlesOf(*listOf(many)), ElementsAre("Delete", "A", "B", "Cancel"));
   close(many);
 
-  const Dialog phoneSheet = sheet({"A", "B"}, "Cancel", "Delete");
-  phoneSheet->show();
+  const Dialog phoneSheet = showing(sheet({"A", "B"}, "Cancel", "Delete"));
   EXPECT_THAT(titlesOf(*listOf(phoneSheet)), ElementsAre("Delete", "A", "B"));
   EXPECT_TRUE(buttonOf(phoneSheet, "Cancel"));
   // On a pad the same sheet stands in the middle and keeps its cancel button in the list.
@@ -43,8 +41,7 @@ TEST_F(Content, OrdersItsButtonsByTheirKind) {
   EXPECT_FALSE(buttonOf(phoneSheet, "Cancel"));
   close(phoneSheet);
 
-  const Dialog row = alert({"A"}, "Cancel", "Delete");
-  row->show();
+  const Dialog row = showing(alert({"A"}, "Cancel", "Delete"));
   EXPECT_EQ(listOf(row), nullptr);
   EXPECT_THAT(buttonsInARow(row), ElementsAre("Cancel", "Delete", "A"));
   UIApplication::setLayoutDirection(Qt::RightToLeft);
@@ -54,8 +51,7 @@ TEST_F(Content, OrdersItsButtonsByTheirKind) {
   EXPECT_THAT(titlesOf(*listOf(row)), ElementsAre("Delete", "A", "Cancel"));
   close(row);
 
-  const Dialog wide = alert({"A title that takes more than half of the box"}, "Cancel");
-  wide->show();
+  const Dialog wide = showing(alert({"A title that takes more than half of the box"}, "Cancel"));
   EXPECT_TRUE(listOf(wide));
 }
 
@@ -64,7 +60,7 @@ TEST_F(Content, TapsOnlyWhatIsEnabled) {
   for (const Dialog& dialog :
        {alert(titles, "Cancel"), sheet(titles, "Cancel"), alert({titles[0]}, "Cancel")}) {
     dialog->setButtonEnabled(false, 0);
-    show(dialog);
+    listeningTo(dialog);
     tap(dialog, "A");
     tap(dialog, "Cancel");
     EXPECT_THAT(answered(), ElementsAre("cancelled"));
@@ -109,8 +105,7 @@ TEST_F(Content, KeepsAnAnsweringButtonHighlightedWhileTheDialogGoes) {
 }
 
 TEST_F(Content, TakesATapBackThatSlidesOffTheButton) {
-  const Dialog dialog = sheet({"A", "B"});
-  show(dialog);
+  const Dialog dialog = listeningTo(sheet({"A", "B"}));
   RQAlertViewButtonList* list = listOf(dialog);
   const auto middle = [&](int row) { return list->visualRect(list->model()->index(row, 0)).center(); };
   QTest::mousePress(list->viewport(), Qt::LeftButton, {}, middle(0));
@@ -124,7 +119,7 @@ TEST_F(Content, LetsTouchesThroughTheBorderAboveTheButtons) {
   dialog->setButtonsBackgroundColor(Qt::green);
   dialog->setLayerBorderColor(Qt::red);
   dialog->setLayerBorderWidth(4);
-  show(dialog);
+  listeningTo(dialog);
   const QRect place = buttonOf(dialog, "One")->geometry();
   const QImage picture = frameOf(dialog)->grab().toImage();
   EXPECT_EQ(picture.pixelColor(place.left() + 2, place.center().y()), QColor(Qt::red));

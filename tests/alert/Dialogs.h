@@ -86,14 +86,18 @@ class Dialogs : public testing::Test {
                                                         none);
   }
 
-  // Shows the dialog and keeps it open; its answers are written down.
-  void show(const Dialog& dialog) {
+  static Dialog showing(const Dialog& dialog) {
+    dialog->show();
+    return dialog;
+  }
+  // Keeps it open too, and writes its answers down.
+  Dialog listeningTo(const Dialog& dialog) {
     dialog->setDismissOnAction(false);
     dialog->setActionHandler(
         [this](RQAlertView&, std::size_t, const QString& title) { heard.push_back(title.toStdString()); });
     dialog->setCancelHandler([this](RQAlertView&) { heard.emplace_back("cancelled"); });
     dialog->setDestructiveHandler([this](RQAlertView&) { heard.emplace_back("destroyed"); });
-    dialog->show();
+    return showing(dialog);
   }
   // What has been answered since the last call.
   std::vector<std::string> answered() { return std::exchange(heard, {}); }

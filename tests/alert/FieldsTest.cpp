@@ -85,8 +85,7 @@ TEST_F(Fields, FitsATextIntoItsFieldAndGoesBackToTheFontItWasGiven) {
 }
 
 TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
-  const Dialog dialog = withFields(2);
-  dialog->show();
+  const Dialog dialog = showing(withFields(2));
   RQAlertViewTextField* field = dialog->textFieldsArray()[1];
   for (const bool clears : {false, true}) {
     dialog->setTextFieldsClearsOnBeginEditing(clears);
@@ -98,8 +97,7 @@ TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
 }
 
 TEST_F(Fields, TintsTheFieldsOfADialogThatIsShown) {
-  const Dialog dialog = withFields(1);
-  dialog->show();
+  const Dialog dialog = showing(withFields(1));
   RQAlertViewTextField* field = dialog->textFieldsArray()[0];
   field->setColors(Qt::black, Qt::yellow);
   dialog->setTintColor(Qt::magenta);
@@ -138,8 +136,7 @@ TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
 
 TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
   using Mode = UITextFieldViewMode;
-  const Dialog dialog = withFields(2);
-  dialog->show();
+  const Dialog dialog = showing(withFields(2));
   RQAlertViewTextField* field = dialog->textFieldsArray()[0];
   RQAlertViewTextField* other = dialog->textFieldsArray()[1];
   const auto shown = [&] { return field->actions().front()->isVisible(); };

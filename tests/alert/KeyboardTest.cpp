@@ -50,14 +50,14 @@ TEST_F(Keys, SkipRowsThatCannotBeTapped) {
   const QStringList titles{"A", "B", "C"};
   const Dialog dialog = sheet(titles, none, "Delete");
   dialog->setButtonEnabled(false, 0);
-  show(dialog);
+  listeningTo(dialog);
   EXPECT_EQ(focused(dialog), "B");
   close(dialog);
 
   // Where nothing safe can be tapped, Return does nothing until the user has chosen.
   const Dialog destructiveOnly = sheet(titles, none, "Delete");
   destructiveOnly->setButtonsEnabled(false);
-  show(destructiveOnly);
+  listeningTo(destructiveOnly);
   EXPECT_EQ(focused(destructiveOnly), "no row");
   press(Qt::Key_Return);
   EXPECT_THAT(answered(), ElementsAre());
@@ -76,16 +76,14 @@ TEST_F(Keys, SkipRowsThatCannotBeTapped) {
 }
 
 TEST_F(Keys, GoRoundInsideTheDialog) {
-  const Dialog fields = withFields(2);
-  fields->show();
+  const Dialog fields = showing(withFields(2));
   EXPECT_THAT(round(fields, Qt::Key_Tab, 4), ElementsAre("field 1", "Cancel", "OK", "field 0"));
   EXPECT_THAT(round(fields, Qt::Key_Backtab, 2), ElementsAre("OK", "Cancel"));
   EXPECT_THAT(round(fields, Qt::Key_Down, 2), ElementsAre("OK", "field 0"));
   EXPECT_THAT(round(fields, Qt::Key_Up, 1), ElementsAre("OK"));
   close(fields);
 
-  const Dialog list = sheet({"A", "B"}, "Cancel");
-  list->show();
+  const Dialog list = showing(sheet({"A", "B"}, "Cancel"));
   EXPECT_THAT(round(list, Qt::Key_Down, 4), ElementsAre("A", "B", "Cancel", "A"));
   EXPECT_THAT(round(list, Qt::Key_Up, 3), ElementsAre("Cancel", "B", "A"));
   EXPECT_THAT(round(list, Qt::Key_Tab, 2), ElementsAre("Cancel", "A"));
@@ -118,21 +116,18 @@ TEST_F(Keys, ScrollALongMessageAndGoOnAtItsEnds) {
 
 TEST_F(Keys, StayInsideWhereTheFocusedButtonGoesAway) {
   // A row becomes a list, a list takes the cancel button in, and every button is disabled.
-  const Dialog row = alert({"A"}, "Cancel");
-  row->show();
+  const Dialog row = showing(alert({"A"}, "Cancel"));
   row->setOneRowOneButton(true);
   letGo();
   EXPECT_TRUE(frameOf(row)->isAncestorOf(focus()));
   close(row);
 
-  const Dialog bottom = sheet({"A"}, "Cancel");
-  bottom->show();
+  const Dialog bottom = showing(sheet({"A"}, "Cancel"));
   resize(820, 1180);
   EXPECT_TRUE(frameOf(bottom)->isAncestorOf(focus()));
   close(bottom);
 
-  const Dialog disabled = alert({"A"}, "Cancel");
-  show(disabled);
+  const Dialog disabled = listeningTo(alert({"A"}, "Cancel"));
   disabled->setCancelButtonEnabled(false);
   EXPECT_EQ(focused(disabled), "A");
   disabled->setButtonsEnabled(false);
@@ -147,7 +142,7 @@ TEST_F(Keys, StayInsideWhereTheFocusedButtonGoesAway) {
 TEST_F(Keys, PressTheFocusedButtonAndCancelWithEscape) {
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Enter}) {
     for (const Dialog& dialog : {alert({"A"}, "Cancel"), sheet({"A"}, "Cancel")}) {
-      show(dialog);
+      listeningTo(dialog);
       press(key);
       press(Qt::Key_Tab);
       press(key);
@@ -156,21 +151,18 @@ TEST_F(Keys, PressTheFocusedButtonAndCancelWithEscape) {
       close(dialog);
     }
   }
-  const Dialog fields = withFields(1);
-  show(fields);
+  const Dialog fields = listeningTo(withFields(1));
   press(Qt::Key_Escape);
   EXPECT_THAT(answered(), ElementsAre("cancelled"));
   close(fields);
-  const Dialog without = alert({"A"});
-  show(without);
+  const Dialog without = listeningTo(alert({"A"}));
   press(Qt::Key_Escape);
   EXPECT_THAT(answered(), ElementsAre());
 }
 
 TEST_F(Keys, GoThroughTheFieldsWithReturnAndPressTheOnlyButton) {
   for (const QStringList& buttons : {QStringList{"OK"}, QStringList{"OK", "Other"}}) {
-    const Dialog dialog = withFields(2, buttons);
-    show(dialog);
+    const Dialog dialog = listeningTo(withFields(2, buttons));
     press(Qt::Key_Return);
     EXPECT_EQ(focused(dialog), "field 1");
     EXPECT_THAT(answered(), ElementsAre());
@@ -184,8 +176,7 @@ TEST_F(Keys, GoThroughTheFieldsWithReturnAndPressTheOnlyButton) {
 }
 
 TEST_F(Keys, NeverReachWhatLiesBehind) {
-  const Dialog dialog = waiting();
-  dialog->show();
+  const Dialog dialog = showing(waiting());
   for (const Qt::Key key : {Qt::Key_A, Qt::Key_Tab, Qt::Key_B, Qt::Key_Return})
     QTest::keyClick(UIScreen::mainScreen()->windowHandle(), key);
   EXPECT_EQ(appField->text(), "");

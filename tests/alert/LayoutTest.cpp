@@ -64,9 +64,8 @@ TEST_F(Layout, ReadsNaturallyAtEverySizeWithAnyNumberOfButtons) {
           SCOPED_TRACE(std::to_string(size.width()) + "x" + std::to_string(size.height()) + " style " +
                        std::to_string(static_cast<int>(style)) + " lines " + std::to_string(messageLines) +
                        " buttons " + std::to_string(buttons.size()));
-          const Dialog dialog =
-              withMessage(messageLines ? lines(messageLines) : none, style, buttons, "Cancel", "Delete");
-          dialog->show();
+          const Dialog dialog = showing(
+              withMessage(messageLines ? lines(messageLines) : none, style, buttons, "Cancel", "Delete"));
           QCoreApplication::processEvents();
           expectWhole(dialog);
           close(dialog);
@@ -113,9 +112,8 @@ TEST_F(Layout, KeepsToTheLargestHeightThatWasSet) {
 TEST_F(Layout, GivesWayToAKeyboardAndKeepsTheFieldBeingTypedInInSight) {
   UIKeyboard keyboard(nullptr);
   resize(320, 568);
-  const Dialog dialog =
-      RQAlertView::alertViewWithTextFieldsAndTitle("Title", lines(6), 3, nullptr, {"OK"}, "Cancel", none);
-  dialog->show();
+  const Dialog dialog = showing(
+      RQAlertView::alertViewWithTextFieldsAndTitle("Title", lines(6), 3, nullptr, {"OK"}, "Cancel", none));
   const QRect before = frameOf(dialog)->geometry();
   keyboard.setFrame({0, 568 - 260, 320, 260});
   EXPECT_LT(frameOf(dialog)->geometry().bottom(), 568 - 260);
@@ -136,8 +134,7 @@ TEST_F(Layout, OpensAHundredThousandButtonsAtOnce) {
   const auto opening = [&](const QStringList& buttons) {
     QElapsedTimer timer;
     timer.start();
-    const Dialog dialog = sheet(buttons, "Cancel");
-    dialog->show();
+    const Dialog dialog = showing(sheet(buttons, "Cancel"));
     dialog->view()->grab();
     const auto taken = timer.nsecsElapsed();
     close(dialog);
@@ -149,8 +146,7 @@ TEST_F(Layout, OpensAHundredThousandButtonsAtOnce) {
 }
 
 TEST_F(Layout, TakesAVeryLongMessageInItsStride) {
-  const Dialog dialog = withMessage(QString("Many words, all of them plain. ").repeated(3300));
-  dialog->show();
+  const Dialog dialog = showing(withMessage(QString("Many words, all of them plain. ").repeated(3300)));
   expectWhole(dialog);
   auto* header = dialog->view()->findChild<QScrollArea*>();
   header->verticalScrollBar()->setValue(header->verticalScrollBar()->maximum());

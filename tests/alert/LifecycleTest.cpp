@@ -151,7 +151,7 @@ TEST_F(Lifecycle, ClosesByATouchOnTheCoverWhereItMay) {
     SCOPED_TRACE(name);
     if (cancelOnTouch) dialog->setCancelOnTouch(*cancelOnTouch);
     dialog->setCancelButtonEnabled(false);
-    show(dialog);
+    listeningTo(dialog);
     // On the box itself a touch does nothing.
     QTest::mouseClick(frameOf(dialog), Qt::LeftButton, {}, QPoint(frameOf(dialog)->width() / 2, 4));
     EXPECT_THAT(answered(), ElementsAre());

@@ -31,15 +31,18 @@ class LooksInMotion : public Pictures {
     return dialog;
   }
 
-  // What moves in the dialog now, stopped at this part of its time.
-  static QVariantAnimation* stoppedAt(const Dialog& dialog, double part) {
+  // Stops what moves in the dialog, in so many milliseconds, at this part of its time; how far it has come
+  // then.
+  static double stopAt(const Dialog& dialog, double part, int milliseconds = 500) {
     for (auto* animation : dialog->view()->findChildren<QVariantAnimation*>()) {
       if (animation->state() == QAbstractAnimation::Stopped) continue;
+      EXPECT_EQ(animation->duration(), milliseconds);
       animation->pause();
       animation->setCurrentTime(static_cast<int>(animation->duration() * part));
-      return animation;
+      return animation->currentValue().toDouble();
     }
-    return nullptr;
+    ADD_FAILURE() << "nothing moves";
+    return 0;
   }
   // Lets it arrive.
   static void finish(const Dialog& dialog) {
@@ -86,22 +89,12 @@ TEST_F(LooksInMotion, GrowOrShrinkAndFadeBetweenTheirScales) {
     EXPECT_NEAR(found.center().y(), place.center().y(), 2);
     EXPECT_NEAR(share(dialog, place.center()), in, 0.02);
   };
-  for (const double part : {0.1, 0.3}) {
-    const QVariantAnimation* animation = stoppedAt(dialog, part);
-    ASSERT_TRUE(animation);
-    EXPECT_EQ(animation->duration(), 3500);
-    expectHalfWay(animation->currentValue().toDouble(), 1.3);
-  }
+  for (const double part : {0.1, 0.3}) expectHalfWay(stopAt(dialog, part, 3500), 1.3);
   finish(dialog);
   ASSERT_EQ(dialog->state(), RQAlertViewState::Shown);
   EXPECT_EQ(extent(dialog), place);
   dialog->dismissAnimated();
-  for (const double part : {0.1, 0.3}) {
-    const QVariantAnimation* animation = stoppedAt(dialog, part);
-    ASSERT_TRUE(animation);
-    EXPECT_EQ(animation->duration(), 3500);
-    expectHalfWay(1 - animation->currentValue().toDouble(), 0.5);
-  }
+  for (const double part : {0.1, 0.3}) expectHalfWay(1 - stopAt(dialog, part, 3500), 0.5);
   finish(dialog);
   EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
 }
@@ -117,15 +110,10 @@ TEST_F(LooksInMotion, SlideASheetUpAndDown) {
     EXPECT_EQ(found.width(), place.width());
     EXPECT_EQ(share(dialog, {place.center().x(), found.top() + 5}), 1);
   };
-  const QVariantAnimation* animation = stoppedAt(dialog, 0.2);
-  ASSERT_TRUE(animation);
-  EXPECT_EQ(animation->duration(), 500);
-  expectHalfWay(animation->currentValue().toDouble());
+  expectHalfWay(stopAt(dialog, 0.2));
   finish(dialog);
   dialog->dismissAnimated();
-  animation = stoppedAt(dialog, 0.2);
-  ASSERT_TRUE(animation);
-  expectHalfWay(1 - animation->currentValue().toDouble());
+  expectHalfWay(1 - stopAt(dialog, 0.2));
 }
 
 TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
@@ -136,9 +124,8 @@ TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
   RQAlertView::appearance()->setCoverAlpha(0.3);
   const auto expectFadingIn = [&](const Dialog& dialog) {
     dialog->showAnimated();
-    const QVariantAnimation* animation = stoppedAt(dialog, 0.2);
-    ASSERT_TRUE(animation);
-    EXPECT_NEAR(share(dialog, corner), animation->currentValue().toDouble() * whole, 0.02);
+    const double in = stopAt(dialog, 0.2);
+    EXPECT_NEAR(share(dialog, corner), in * whole, 0.02);
     finish(dialog);
     EXPECT_NEAR(share(dialog, corner), whole, 0.02);
   };
@@ -148,13 +135,12 @@ TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
   expectFadingIn(lower);
   const Dialog upper = box(alertStyle);
   upper->showAnimated();
-  ASSERT_TRUE(stoppedAt(upper, 0.2));
+  stopAt(upper, 0.2);
   EXPECT_NEAR(share(upper, corner), whole, 0.02);
   finish(upper);
   upper->dismissAnimated();
-  const QVariantAnimation* animation = stoppedAt(upper, 0.2);
-  ASSERT_TRUE(animation);
-  EXPECT_NEAR(share(upper, corner), (1 - animation->currentValue().toDouble()) * whole, 0.02);
+  const double out = stopAt(upper, 0.2);
+  EXPECT_NEAR(share(upper, corner), (1 - out) * whole, 0.02);
   // Made while the others are shown, shown when they have gone.
   const Dialog last = box(alertStyle);
   finish(upper);
@@ -164,8 +150,7 @@ TEST_F(LooksInMotion, FadeTheCoverUnlessItIsUpAlready) {
 }
 
 TEST_F(LooksInMotion, ChangeTheSizeOfTheBoxIntoThatOfTheNextOne) {
-  const Dialog from = box(alertStyle);
-  from->show();
+  const Dialog from = showing(box(alertStyle));
   const QRect before = frameOf(from)->geometry();
   const Dialog to = box(alertStyle);
   to->setWidth(200);
@@ -174,27 +159,21 @@ TEST_F(LooksInMotion, ChangeTheSizeOfTheBoxIntoThatOfTheNextOne) {
   from->transitionToAlertView(to);
   const QRect after = frameOf(to)->geometry();
   ASSERT_GT(after.height(), before.height() + 20);
-  const QVariantAnimation* animation = stoppedAt(to, 0.2);
-  ASSERT_TRUE(animation);
-  EXPECT_EQ(animation->duration(), 2000);
-  const double progress = animation->currentValue().toDouble();
+  const double progress = stopAt(to, 0.2, 2000);
   const QRect found = extent(to);
   EXPECT_NEAR(found.width(), before.width() + (after.width() - before.width()) * progress, 2.5);
   EXPECT_NEAR(found.height(), before.height() + (after.height() - before.height()) * progress, 2.5);
 }
 
 TEST_F(LooksInMotion, GiveWayToAKeyboardInItsTimeAndOnItsCurve) {
-  const Dialog dialog = box(alertStyle);
-  dialog->show();
+  const Dialog dialog = showing(box(alertStyle));
   const int before = frameOf(dialog)->y();
   NSNotificationCenter::defaultCenter().postNotificationName(
       UIKeyboardWillChangeFrameNotification, nullptr,
       {{UIKeyboardFrameEndUserInfoKey, QRectF(0, 444, 390, 400)},
        {UIKeyboardAnimationDurationUserInfoKey, 7.5},
        {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::InQuad)}});
-  const QVariantAnimation* animation = stoppedAt(dialog, 0.5);
-  ASSERT_TRUE(animation);
-  EXPECT_EQ(animation->duration(), 7500);
+  stopAt(dialog, 0.5, 7500);
   // At half of the time a quarter of the way, which is half of what the keyboard covers.
   EXPECT_NEAR(frameOf(dialog)->y(), before - 200.0 / 4, 1);
   finish(dialog);

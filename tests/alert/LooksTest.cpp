@@ -6,14 +6,19 @@
 #include "platform/UIActivityIndicatorView.h"
 #include "platform/UIFont.h"
 
-#include <functional>
+#include <algorithm>
 
 namespace {
 
 class Looks : public Pictures {
  protected:
   static Dialog threeInARow() { return alert({"Action"}, "Cancel", "Delete"); }
-  static Dialog twoRows() { return sheet({"A", "B"}); }
+  static Dialog edged(double borderWidth, double shadowRadius) {
+    const Dialog dialog = threeInARow();
+    dialog->setLayerBorderWidth(borderWidth);
+    dialog->setLayerShadowRadius(shadowRadius);
+    return dialog;
+  }
   static QImage half(const QWidget* part, bool left) {
     const int middle = part->width() / 2;
     return seen(part, QRect(left ? 0 : middle, 0, middle, part->height()));
@@ -36,168 +41,110 @@ class Looks : public Pictures {
 };
 
 TEST_F(Looks, HaveTheColorsTheyWereGiven) {
-  struct Row {
-    const char* property;
-    void (RQAlertView::*set)(const QColor&);
-    Dialog (*make)();
-    QImage (*look)(const Dialog&);
-  };
-  const std::vector<Row> rows{
-      {"background", &RQAlertView::setBackgroundColor, threeInARow,
-       [](const Dialog& dialog) { return leftEdge(dialog); }},
-      {"background of the sheet's own cancel button", &RQAlertView::setBackgroundColor,
-       [] { return sheet({"A"}, "Cancel"); },
-       [](const Dialog& dialog) { return seen(buttonOf(dialog, "Cancel")); }},
-      {"separator below the header", &RQAlertView::setSeparatorsColor, threeInARow,
-       [](const Dialog& dialog) {
-         return seen(frameOf(dialog), QRect(0, 0, 30, frameOf(dialog)->height()));
-       }},
-      {"separator between buttons", &RQAlertView::setSeparatorsColor, threeInARow,
-       [](const Dialog& dialog) {
-         return seen(frameOf(dialog), QRect(0, frameOf(dialog)->height() - 5, 280, 1));
-       }},
-      {"separator between rows", &RQAlertView::setSeparatorsColor, twoRows,
-       [](const Dialog& dialog) { return seen(listOf(dialog)); }},
-      {"border", &RQAlertView::setLayerBorderColor,
-       [] {
-         const Dialog dialog = threeInARow();
-         dialog->setLayerBorderWidth(3);
-         return dialog;
-       },
-       [](const Dialog& dialog) { return leftEdge(dialog); }},
-      {"shadow", &RQAlertView::setLayerShadowColor,
-       [] {
-         const Dialog dialog = threeInARow();
-         dialog->setLayerShadowRadius(10);
-         return dialog;
-       },
-       [](const Dialog& dialog) { return seen(partOf<RQAlertViewHeader>(dialog), QRect(-4, 20, 4, 1)); }},
-      {"cover", &RQAlertView::setCoverColor, threeInARow,
-       [](const Dialog& dialog) { return seen(dialog->view(), QRect(0, 0, 20, 20)); }},
-      {"indicator", &RQAlertView::setActivityIndicatorViewColor, [] { return waiting(); },
-       [](const Dialog& dialog) { return seen(partOf<UIActivityIndicatorView>(dialog)); }},
-      {"progress", &RQAlertView::setProgressViewProgressTintColor, [] { return withProgress(); },
-       [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), true); }},
-      {"track", &RQAlertView::setProgressViewTrackTintColor, [] { return withProgress(); },
-       [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), false); }},
-      {"text field", &RQAlertView::setTextFieldsBackgroundColor, [] { return withFields(1); },
-       [](const Dialog& dialog) { return seen(dialog->textFieldsArray()[0]); }},
-  };
-  for (const auto& [property, set, make, look] : rows) {
-    const Dialog dialog = make();
+  const auto expect = [](const char* property, const Dialog& dialog, auto set, auto look) {
     dialog->show();
     EXPECT_FALSE(shows(look(dialog))) << property;
     ((*dialog).*set)(telling);
     letGo();
     EXPECT_TRUE(shows(look(dialog))) << property;
     close(dialog);
-  }
+  };
+  expect("background", threeInARow(), &RQAlertView::setBackgroundColor, leftEdge);
+  expect("background of the sheet's own cancel button", sheet({"A"}, "Cancel"),
+         &RQAlertView::setBackgroundColor,
+         [](const Dialog& dialog) { return seen(buttonOf(dialog, "Cancel")); });
+  expect(
+      "separator below the header", threeInARow(), &RQAlertView::setSeparatorsColor,
+      [](const Dialog& dialog) { return seen(frameOf(dialog), QRect(0, 0, 30, frameOf(dialog)->height())); });
+  expect("separator between buttons", threeInARow(), &RQAlertView::setSeparatorsColor,
+         [](const Dialog& dialog) {
+           return seen(frameOf(dialog), QRect(0, frameOf(dialog)->height() - 5, 280, 1));
+         });
+  expect("separator between rows", sheet({"A", "B"}), &RQAlertView::setSeparatorsColor,
+         [](const Dialog& dialog) { return seen(listOf(dialog)); });
+  expect("border", edged(3, 0), &RQAlertView::setLayerBorderColor, leftEdge);
+  expect("shadow", edged(0, 10), &RQAlertView::setLayerShadowColor,
+         [](const Dialog& dialog) { return seen(partOf<RQAlertViewHeader>(dialog), QRect(-4, 20, 4, 1)); });
+  expect("cover", threeInARow(), &RQAlertView::setCoverColor,
+         [](const Dialog& dialog) { return seen(dialog->view(), QRect(0, 0, 20, 20)); });
+  expect("indicator", waiting(), &RQAlertView::setActivityIndicatorViewColor,
+         [](const Dialog& dialog) { return seen(partOf<UIActivityIndicatorView>(dialog)); });
+  expect("progress", withProgress(), &RQAlertView::setProgressViewProgressTintColor,
+         [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), true); });
+  expect("track", withProgress(), &RQAlertView::setProgressViewTrackTintColor,
+         [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), false); });
+  expect("text field", withFields(1), &RQAlertView::setTextFieldsBackgroundColor,
+         [](const Dialog& dialog) { return seen(dialog->textFieldsArray()[0]); });
 }
 
 TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
-  struct Row {
-    const char* property;
-    std::function<void(RQAlertView&)> set;
-    Dialog (*make)();
-    int (*measure)(const Dialog&);
-    int before;
-    int after;
+  const auto expect = [](const char* property, const Dialog& dialog, auto set, const auto& value,
+                         auto measure, int before, int after) {
+    dialog->show();
+    letGo();
+    EXPECT_EQ(measure(dialog), before) << property;
+    ((*dialog).*set)(value);
+    letGo();
+    EXPECT_EQ(measure(dialog), after) << property;
+    close(dialog);
   };
-  const auto edged = [] {
-    const Dialog dialog = threeInARow();
+  const auto inColor = [](const Dialog& dialog) {
     dialog->setLayerBorderColor(telling);
     dialog->setLayerShadowColor(telling);
     return dialog;
   };
-  const auto shadowed = [] {
-    const Dialog dialog = threeInARow();
-    dialog->setLayerShadowColor(telling);
-    dialog->setLayerShadowRadius(10);
-    return dialog;
+  const auto border = [](const Dialog& dialog) { return extentOf(leftEdge(dialog), telling).width(); };
+  const auto leftShadow = [](const Dialog& dialog) { return shadowReach(dialog, true); };
+  const auto rightShadow = [](const Dialog& dialog) { return shadowReach(dialog, false); };
+  const QPointF aside(7, 0);
+  expect("border width", inColor(edged(0, 0)), &RQAlertView::setLayerBorderWidth, 6, border, 0, 6);
+  expect("shadow radius", inColor(edged(0, 0)), &RQAlertView::setLayerShadowRadius, 10, leftShadow, 0, 10);
+  expect("shadow offset, on the left", inColor(edged(0, 10)), &RQAlertView::setLayerShadowOffset, aside,
+         leftShadow, 10, 3);
+  expect("shadow offset, on the right", inColor(edged(0, 10)), &RQAlertView::setLayerShadowOffset, aside,
+         rightShadow, 10, 17);
+  expect("shadow offset without a radius", inColor(edged(0, 0)), &RQAlertView::setLayerShadowOffset, aside,
+         rightShadow, 0, 7);
+
+  const Dialog filled = edged(0, 0);
+  filled->setBackgroundColor(telling);
+  filled->setButtonsBackgroundColor(telling);
+  const auto filledCorners = [](const Dialog& dialog) {
+    const QRect box = frameOf(dialog)->rect();
+    const auto corners = {box.topLeft(), box.topRight(), box.bottomLeft(), box.bottomRight()};
+    return static_cast<int>(std::count_if(corners.begin(), corners.end(), [&](const QPoint& corner) {
+      return seenAt(frameOf(dialog), corner) == telling;
+    }));
   };
+  expect("corner radius", filled, &RQAlertView::setLayerCornerRadius, 0, filledCorners, 0, 4);
+
+  expect(
+      "vertical offset", sheet({"A"}, "Cancel"), &RQAlertView::setOffsetVertical, 30,
+      [](const Dialog& dialog) { return 844 - 1 - frameOf(dialog)->geometry().bottom(); }, 8, 30);
+  expect(
+      "offset of the cancel button", sheet({"A"}, "Cancel"), &RQAlertView::setCancelButtonOffsetY, 25,
+      [](const Dialog& dialog) {
+        return buttonOf(dialog, "Cancel")->y() - listOf(dialog)->geometry().bottom() - 1;
+      },
+      8, 25);
+  expect(
+      "height of buttons", threeInARow(), &RQAlertView::setButtonsHeight, 70,
+      [](const Dialog& dialog) { return buttonOf(dialog, "Action")->height(); }, 44, 70);
   const auto rowHeight = [](const Dialog& dialog) {
     return listOf(dialog)->visualRect(listOf(dialog)->model()->index(0, 0)).height();
   };
-  const auto bottomSheet = [] { return sheet({"A"}, "Cancel"); };
-  const std::vector<Row> rows{
-      {"corner radius", [](RQAlertView& dialog) { dialog.setLayerCornerRadius(0); },
-       [] {
-         const Dialog dialog = threeInARow();
-         dialog->setBackgroundColor(telling);
-         dialog->setLayerCornerRadius(20);
-         return dialog;
-       },
-       [](const Dialog& dialog) {
-         return extentOf(seen(frameOf(dialog), QRect(0, 0, 100, 1)), telling).left() > 10 ? 1 : 0;
-       },
-       1, 0},
-      {"corner radius below a button", [](RQAlertView& dialog) { dialog.setLayerCornerRadius(0); },
-       [] {
-         const Dialog dialog = threeInARow();
-         dialog->setButtonsBackgroundColor(telling);
-         return dialog;
-       },
-       [](const Dialog& dialog) {
-         const RQAlertViewButton* button = buttonOf(dialog, "Action");
-         return seenAt(button, button->rect().bottomRight()) == telling ? 1 : 0;
-       },
-       0, 1},
-      {"border width", [](RQAlertView& dialog) { dialog.setLayerBorderWidth(6); }, edged,
-       [](const Dialog& dialog) { return extentOf(leftEdge(dialog), telling).width(); }, 0, 6},
-      {"shadow radius", [](RQAlertView& dialog) { dialog.setLayerShadowRadius(10); }, edged,
-       [](const Dialog& dialog) { return shadowReach(dialog, true); }, 0, 10},
-      {"shadow offset, on the left",
-       [](RQAlertView& dialog) {
-         dialog.setLayerShadowOffset({7, 0});
-       },
-       shadowed, [](const Dialog& dialog) { return shadowReach(dialog, true); }, 10, 3},
-      {"shadow offset, on the right",
-       [](RQAlertView& dialog) {
-         dialog.setLayerShadowOffset({7, 0});
-       },
-       shadowed, [](const Dialog& dialog) { return shadowReach(dialog, false); }, 10, 17},
-      {"shadow offset without a radius",
-       [](RQAlertView& dialog) {
-         dialog.setLayerShadowOffset({7, 0});
-       },
-       edged, [](const Dialog& dialog) { return shadowReach(dialog, false); }, 0, 7},
-      {"vertical offset", [](RQAlertView& dialog) { dialog.setOffsetVertical(30); }, bottomSheet,
-       [](const Dialog& dialog) { return 844 - 1 - frameOf(dialog)->geometry().bottom(); }, 8, 30},
-      {"offset of the cancel button", [](RQAlertView& dialog) { dialog.setCancelButtonOffsetY(25); },
-       bottomSheet,
-       [](const Dialog& dialog) {
-         return buttonOf(dialog, "Cancel")->y() - listOf(dialog)->geometry().bottom() - 1;
-       },
-       8, 25},
-      {"height of buttons", [](RQAlertView& dialog) { dialog.setButtonsHeight(70); }, threeInARow,
-       [](const Dialog& dialog) { return buttonOf(dialog, "Action")->height(); }, 44, 70},
-      {"height of rows", [](RQAlertView& dialog) { dialog.setButtonsHeight(70); }, twoRows, rowHeight, 56,
-       70},
-      {"height of rows that nothing measures", [](RQAlertView& dialog) { dialog.setHeightCell(nullptr); },
-       [] {
-         const Dialog dialog = twoRows();
-         dialog->setButtonsFont(systemFontOfSize(60));
-         return dialog;
-       },
-       rowHeight, 100, 56},
-      {"height of text fields", [](RQAlertView& dialog) { dialog.setTextFieldsHeight(60); },
-       [] { return withFields(1); },
-       [](const Dialog& dialog) { return dialog->textFieldsArray()[0]->height(); }, 44, 60},
-      {"style of the indicator",
-       [](RQAlertView& dialog) { dialog.setActivityIndicatorViewStyle(UIActivityIndicatorViewStyle::Gray); },
-       [] { return waiting(); },
-       [](const Dialog& dialog) { return partOf<UIActivityIndicatorView>(dialog)->width(); }, 37, 20},
-  };
-  for (const auto& [property, set, make, measure, before, after] : rows) {
-    const Dialog dialog = make();
-    dialog->show();
-    letGo();
-    EXPECT_EQ(measure(dialog), before) << property;
-    set(*dialog);
-    letGo();
-    EXPECT_EQ(measure(dialog), after) << property;
-    close(dialog);
-  }
+  expect("height of rows", sheet({"A"}), &RQAlertView::setButtonsHeight, 70, rowHeight, 56, 70);
+  const Dialog large = sheet({"A"});
+  large->setButtonsFont(systemFontOfSize(60));
+  expect("height of rows that nothing measures", large, &RQAlertView::setHeightCell, nullptr, rowHeight, 100,
+         56);
+  expect(
+      "height of text fields", withFields(1), &RQAlertView::setTextFieldsHeight, 60,
+      [](const Dialog& dialog) { return dialog->textFieldsArray()[0]->height(); }, 44, 60);
+  expect(
+      "style of the indicator", waiting(), &RQAlertView::setActivityIndicatorViewStyle,
+      UIActivityIndicatorViewStyle::Gray,
+      [](const Dialog& dialog) { return partOf<UIActivityIndicatorView>(dialog)->width(); }, 37, 20);
 }
 
 TEST_F(Looks, OfAnIndicatorWithoutAColorAreThoseOfItsStyle) {

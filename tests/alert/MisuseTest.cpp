@@ -40,8 +40,7 @@ TEST_F(Misuse, OfADialogThatWasNotInitializedIsAnInconsistency) {
   EXPECT_EQ(messageOf([&] { dialog->showAnimated(); }), message);
   EXPECT_EQ(messageOf([&] { dialog->showAnimated(true, [] {}); }), message);
   EXPECT_EQ(messageOf([&] { RQAlertView::appearance()->show(); }), message);
-  const Dialog shown = alert();
-  shown->show();
+  const Dialog shown = showing(alert());
   EXPECT_EQ(messageOf([&] { shown->transitionToAlertView(dialog); }), message);
   EXPECT_TRUE(shown->isShowing());
   shown->dismiss();

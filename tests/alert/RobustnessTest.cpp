@@ -144,8 +144,8 @@ TEST_F(Robustness, TakesAnyTextForATextAndNothingElse) {
     for (const QString& text : texts) {
       SCOPED_TRACE(text.left(20).toStdString());
       const QStringList buttons = text.isNull() ? QStringList{} : QStringList{text, text};
-      const Dialog dialog = RQAlertView::alertViewWithTitle(text, text, style, buttons, text, text);
-      show(dialog);
+      const Dialog dialog =
+          listeningTo(RQAlertView::alertViewWithTitle(text, text, style, buttons, text, text));
       dialog->view()->grab();
       EXPECT_TRUE(dialog->view()->rect().contains(frameOf(dialog)->geometry()));
       for (const auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {

@@ -16,8 +16,7 @@ class Stack : public Dialogs {
 };
 
 TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
-  const Dialog lower = withFields(2);
-  lower->show();
+  const Dialog lower = showing(withFields(2));
   lower->textFieldsArray()[1]->setFocus();
   const Dialog upper = alert();
   EXPECT_TRUE(lower->window()->isHidden());
@@ -68,8 +67,7 @@ TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
     for (const Change& change : changes) {
       SCOPED_TRACE(std::string(change.name) + (madeLater ? "" : ", in sight"));
       Dialog upper = madeLater ? nullptr : alert();
-      const Dialog lower = waiting("Wait", {"A"}, "Cancel");
-      lower->show();
+      const Dialog lower = showing(waiting("Wait", {"A"}, "Cancel"));
       if (!upper) upper = alert();
       upper->show();
       const QWidget* focused = focus();
@@ -99,8 +97,7 @@ TEST_F(Stack, GivesTheFocusToADialogThatWasCoveredWhileItCame) {
   const Dialog lower = withFields(2);
   lower->setAnimationDuration(0.05);
   lower->showAnimated();
-  const Dialog upper = alert();
-  upper->show();
+  const Dialog upper = showing(alert());
   const QWidget* focused = focus();
   ASSERT_TRUE(becomes(lower, RQAlertViewState::Shown));
   EXPECT_EQ(focus(), focused);
@@ -109,12 +106,9 @@ TEST_F(Stack, GivesTheFocusToADialogThatWasCoveredWhileItCame) {
 }
 
 TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
-  const Dialog bottom = alert();
-  bottom->show();
-  const Dialog middle = alert();
-  middle->show();
-  const Dialog top = alert();
-  top->show();
+  const Dialog bottom = showing(alert());
+  const Dialog middle = showing(alert());
+  const Dialog top = showing(alert());
   Journal journal(*middle);
   middle->dismissAnimated(true, [&] { journal.note("completed"); });
   EXPECT_THAT(journal.take(),
@@ -128,20 +122,16 @@ TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
 }
 
 TEST_F(Stack, GivesTheInputBackWhereNoDialogIsLeftToComeBack) {
-  const Dialog lower = alert();
-  lower->show();
-  const Dialog upper = alert();
-  upper->show();
+  const Dialog lower = showing(alert());
+  const Dialog upper = showing(alert());
   upper->dismiss();
   lower->dismiss();
   letGo();
   EXPECT_EQ(keyWindow(), appWindow.get());
   EXPECT_EQ(focus(), appField);
   // A window that is hidden for a while keeps the one below it away.
-  const Dialog kept = alert();
-  kept->show();
-  const Dialog hidden = alert();
-  hidden->show();
+  const Dialog kept = showing(alert());
+  const Dialog hidden = showing(alert());
   hidden->window()->setHidden(true);
   letGo();
   EXPECT_EQ(keyWindow(), appWindow.get());
@@ -179,8 +169,7 @@ TEST_F(Stack, ShowsThreeDialogsFromAHandlerOfAnotherTheLastOneOnTop) {
 }
 
 TEST_F(Stack, IsNotEnteredByWindowsOfOtherClasses) {
-  const Dialog dialog = alert();
-  dialog->show();
+  const Dialog dialog = showing(alert());
   const std::shared_ptr<UIWindow> other = makeUIWindow();
   other->makeKeyAndVisible();
   EXPECT_FALSE(observer().isWindowsArrayContains(other.get()));
@@ -191,8 +180,7 @@ TEST_F(Stack, IsNotEnteredByWindowsOfOtherClasses) {
 }
 
 TEST_F(Stack, BringsTheLowerDialogBackWhenTheUpperOneWasNeverShown) {
-  const Dialog lower = alert();
-  lower->show();
+  const Dialog lower = showing(alert());
   const std::weak_ptr<RQAlertView> upper = alert();
   EXPECT_TRUE(upper.expired());
   letGo();
@@ -202,8 +190,7 @@ TEST_F(Stack, BringsTheLowerDialogBackWhenTheUpperOneWasNeverShown) {
 TEST_F(Stack, TurnsOneDialogIntoAnother) {
   for (const bool moving : {false, true}) {
     setMotionEnabled(moving);
-    const Dialog from = alert();
-    from->show();
+    const Dialog from = showing(alert());
     Journal fromJournal(*from);
     const Dialog to = sheet({"A"}, "Cancel");
     to->setAnimationDuration(0.05);
@@ -237,8 +224,7 @@ TEST_F(Stack, ShowsTheOtherDialogAsUsualWhereThereIsNothingToTurn) {
   EXPECT_EQ(other->state(), RQAlertViewState::Shown);
   EXPECT_EQ(keyWindow(), other->window().get());
   // Into one that is shown already, or has gone, nothing turns.
-  const Dialog dialog = alert();
-  dialog->show();
+  const Dialog dialog = showing(alert());
   dialog->transitionToAlertView(other);
   EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
   close(other);
