@@ -35,6 +35,16 @@ class Keyboard : public Screens {
     for (int tabs = 0; tabs < 20 && !focusIsOn(name); ++tabs) press(Qt::Key_Tab);
     ASSERT_TRUE(focusIsOn(name)) << name;
   }
+  // In the list of files, which is returned.
+  static QListView& pickTweak() {
+    tabTo("Files");
+    auto& list = *qobject_cast<QListView*>(QApplication::focusWidget());
+    press(Qt::Key_Home);
+    for (int row = 0; row < list.model()->rowCount() && list.currentIndex().data() != "Tweak.x"; ++row)
+      press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    return list;
+  }
 };
 
 TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
@@ -53,14 +63,7 @@ TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
   press(Qt::Key_F5);
   waitToSee("Tweak.x");
 
-  tabTo("Files");
-  const auto* const list = qobject_cast<QListView*>(QApplication::focusWidget());
-  press(Qt::Key_Home);
-  while (list->currentIndex().data() != "Tweak.x" &&
-         list->currentIndex().row() + 1 < list->model()->rowCount()) {
-    press(Qt::Key_Down);
-  }
-  press(Qt::Key_Return);
+  pickTweak();
   waitToSee("Tweak.x");
   ASSERT_TRUE(focusIsOn("File text"));
   typeText("// typed");
@@ -117,14 +120,10 @@ TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   setMotionEnabled(true);
   const std::size_t windows = UIScreen::mainScreen()->windows().size();
   const QColor captions = finger::find("Reload")->palette().color(QPalette::Disabled, QPalette::ButtonText);
-  tabTo("Files");
-  press(Qt::Key_Home);
-  auto* const list = qobject_cast<QListView*>(QApplication::focusWidget());
-  while (list->currentIndex().data() != "Tweak.x") press(Qt::Key_Down);
-  press(Qt::Key_Return);
-  ASSERT_TRUE(list->isVisible()) << "the editor slides over it";
-  EXPECT_FALSE(list->isEnabled());
-  EXPECT_NE(list->palette().color(QPalette::Disabled, QPalette::ButtonText), captions)
+  const QListView& list = pickTweak();
+  ASSERT_TRUE(list.isVisible()) << "the editor slides over it";
+  EXPECT_FALSE(list.isEnabled());
+  EXPECT_NE(list.palette().color(QPalette::Disabled, QPalette::ButtonText), captions)
       << "nothing looks dimmed";
   for (const Qt::Key key : {Qt::Key_N, Qt::Key_O, Qt::Key_P, Qt::Key_B}) press(key, Qt::ControlModifier);
   EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
