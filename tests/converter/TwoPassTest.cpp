@@ -1,5 +1,6 @@
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
+#include "core/run_logged.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
@@ -67,6 +68,9 @@ TEST_F(TwoPasses, WhatTheConverterRefusesLandsNowhere) {
   const std::string project = device::projects + "P/";
   createDirectoryAtPath(project);
   setListedProject("P");
+  EXPECT_EQ(run_logged("echo 7 | ftt > /dev/null; echo $?; echo 0 | ftt > /dev/null; echo $?", menuLog),
+            "1\n0\n");
+  removeItemAtPath(work);
   convertFlexPatch("\033  7 - Gone");
   EXPECT_THROW(convertFlexPatch("ab"), std::out_of_range);
   putFile(list, "damaged");

@@ -248,6 +248,7 @@ TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
   put("P/sub/.hidden", "h");
   chooseProject("P");
   EXPECT_EQ(backUpProject(), "/var/mobile/Documents/TweakbenchBackups/P");
+  EXPECT_EQ(at("P/sub/.hidden"), "h") << "the project stays";
   put("P/Tweak.x", "second");
   removeItemAtPath(device::projects + "P/sub");
   backUpProject();
