@@ -211,8 +211,12 @@ TEST_F(Operations, AddressesNameTheListedProject) {
 }
 
 TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
-  ASSERT_EQ(chdir("/"), 0);
   putFile("/var/mobile/Documents/In/Tweak.x", "imported");
+  ASSERT_EQ(chdir("/var"), 0);
+  EXPECT_TRUE(importProject("mobile/Documents/In")) << "there from here";
+  EXPECT_TRUE(treeAt(device::projects).empty()) << "and not from the root";
+  removeCurrentProject();
+  ASSERT_EQ(chdir("/"), 0);
   EXPECT_FALSE(importProject("var/mobile/Documents/No"));
   EXPECT_FALSE(importProject(""));
   EXPECT_EQ(currentProject(), std::nullopt);
