@@ -212,7 +212,7 @@ TEST_F(OpenerTest, WhoAsksTooOftenIsRefused) {
   const std::string out = fileAt(home / "out");
   EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 5);
   for (int i = 0; i < 1000; ++i) ask("file:///etc/passwd");
-  EXPECT_LT(log().size(), 100'000U);
+  EXPECT_TRUE(log().ends_with("Nothing more is noted in this run.\n")) << "the log has an end";
 }
 
 TEST_F(OpenerTest, WithoutAProgramThatWorksTheURLIsUnavailable) {
