@@ -4,6 +4,7 @@
 #include "RQAlertView/RQAlertViewText.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QAction>
 #include <QFocusEvent>
@@ -85,6 +86,16 @@ QColor RQAlertViewTextField::placeholderColor(const QColor& text) {
   return color;
 }
 
+QColor RQAlertViewTextField::selectedTextColor(const QColor& tint) {
+  const auto linear = [](float part) {
+    return part <= 0.04045F ? part / 12.92F : std::pow((part + 0.055F) / 1.055F, 2.4F);
+  };
+  const float luminance =
+      0.2126F * linear(tint.redF()) + 0.7152F * linear(tint.greenF()) + 0.0722F * linear(tint.blueF());
+  // From here on black stands out more than white.
+  return luminance > 0.179F ? Qt::black : Qt::white;
+}
+
 void RQAlertViewTextField::setColors(const QColor& background, const QColor& text) {
   background_ = background;
   QPalette colors = palette();
@@ -100,7 +111,7 @@ void RQAlertViewTextField::setTintColor(const QColor& tint) {
   tint_ = tint;
   QPalette colors = palette();
   colors.setColor(QPalette::Highlight, tint);
-  colors.setColor(QPalette::HighlightedText, Qt::white);
+  colors.setColor(QPalette::HighlightedText, selectedTextColor(tint));
   setPalette(colors);
 }
 

@@ -37,6 +37,8 @@ class RQAlertViewTextField : public QLineEdit {
   bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
 
   static QColor placeholderColor(const QColor& text);
+  // On the tint, which may be light or dark.
+  static QColor selectedTextColor(const QColor& tint);
   void setColors(const QColor& background, const QColor& text);
   // Marks the field that has the focus, and selected text.
   void setTintColor(const QColor& tint);

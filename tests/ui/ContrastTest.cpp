@@ -114,6 +114,8 @@ TEST(Contrast, TextsAndControlsStandOut) {
       {"menu: title (settled)", menu->titleTextColor(), menu->backgroundColor(), settled},
       {"menu: entries (settled)", menu->buttonsTitleColor(), menu->backgroundColor(), settled},
       {"prompt: typed text", prompt->textFieldsTextColor(), prompt->textFieldsBackgroundColor(), text},
+      {"prompt: selected text", RQAlertViewTextField::selectedTextColor(prompt->tintColor()),
+       prompt->tintColor(), text},
       {"prompt: placeholder", over(prompt->textFieldsBackgroundColor(), placeholder),
        prompt->textFieldsBackgroundColor(), text},
   };
