@@ -1,6 +1,7 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 
 #include "platform/NSNotificationCenter.h"
+#include "platform/UIApplication.h"
 #include "platform/UIWindow.h"
 #include "platform/dispatch.h"
 
@@ -50,7 +51,10 @@ void RQAlertViewWindowsObserver::windowVisibleChanged(const NSNotification& noti
 void RQAlertViewWindowsObserver::push(UIWindow* window) {
   if (isWindowsArrayContains(window)) return;
   const std::shared_ptr<UIWindow> covered = lastWindow();
-  if (covered && covered.get() != window) covered->setHidden(true);
+  if (covered && covered.get() != window) {
+    covered->setHidden(true);
+    window->setPassesKeyOn(false);
+  }
   windowsArray_.push_back(RQAlertViewWindowContainer::containerWithWindow(window->shared_from_this()));
 }
 
@@ -58,7 +62,12 @@ void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
   dispatch_after(0, dispatch_get_main_queue(), [hidden] {
     // Hidden only, to be shown again later: it keeps its place.
-    if (!hidden.expired()) return;
-    if (const std::shared_ptr<UIWindow> last = sharedInstance()->lastWindow()) last->makeKeyAndVisible();
+    const std::shared_ptr<UIWindow> last = hidden.expired() ? sharedInstance()->lastWindow() : nullptr;
+    if (last) {
+      last->makeKeyAndVisible();
+    } else if (UIApplication& application = *UIApplication::sharedApplication(); !application.keyWindow()) {
+      // What was covered has gone meanwhile.
+      application.passKeyOn();
+    }
   });
 }

@@ -128,7 +128,12 @@ void UIApplication::setKeyWindow(UIWindow* window) {
   }
   if (before) before->resignKey();
   keyWindow_ = window;
-  if (!window) return;
+  if (!window) {
+    // What is out of sight takes no keys.
+    QWidget* const focused = before ? before->window()->focusWidget() : nullptr;
+    if (focused) focused->clearFocus();
+    return;
+  }
   // The new one takes the focus before the others lose the right to it.
   window->becomeKey();
   for (UIWindow* each : UIScreen::mainScreen()->windows()) {

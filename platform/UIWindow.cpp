@@ -74,7 +74,10 @@ void UIWindow::setVisible(bool visible) {
   QWidget::setVisible(visible);
   if (rootViewController_) visible ? rootViewController_->appear() : rootViewController_->disappear();
   if (!alive) return;
-  if (!visible && isKeyWindow()) UIApplication::sharedApplication()->passKeyOn();
+  if (!visible && isKeyWindow()) {
+    UIApplication& application = *UIApplication::sharedApplication();
+    passesKeyOn_ ? application.passKeyOn() : application.setKeyWindow(nullptr);
+  }
   if (alive) post(visible ? UIWindowDidBecomeVisibleNotification : UIWindowDidBecomeHiddenNotification, this);
 }
 

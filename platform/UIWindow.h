@@ -44,8 +44,12 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void makeKeyAndVisible();
   bool isKeyWindow() const;
   // Showing and hiding a window (setHidden, setVisible, show, hide) posts the notifications above. When the
-  // key window is hidden, the topmost one that is still visible becomes key.
+  // key window is hidden, the topmost one that is still visible becomes key, unless told otherwise below.
   void setVisible(bool visible) override;
+
+  // False where a window that is hidden now is to come back in this one's place: when this one is hidden as
+  // the key window, nothing takes input until somebody makes the other one key.
+  void setPassesKeyOn(bool passes) { passesKeyOn_ = passes; }
 
   double windowLevel() const { return windowLevel_; }
   // Moves the window to the front of its new level; does nothing where that is the level it has.
@@ -69,6 +73,7 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void restoreFocus();
 
   double windowLevel_;
+  bool passesKeyOn_ = true;
   std::shared_ptr<UIViewController> rootViewController_;
   QPointer<PresentationLayer> rootLayer_;
   QPointer<QWidget> lastFocus_;

@@ -26,8 +26,10 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
   EXPECT_TRUE(observer().isWindowsArrayContains(lower->window().get()));
 
   upper->dismiss();
-  // The lower one comes back with the event loop, not before.
+  // The lower one comes back with the event loop, not before, and nothing else takes its input meanwhile.
   EXPECT_TRUE(lower->window()->isHidden());
+  EXPECT_EQ(keyWindow(), nullptr);
+  EXPECT_EQ(focus(), nullptr);
   letGo();
   EXPECT_FALSE(lower->window()->isHidden());
   EXPECT_EQ(keyWindow(), lower->window().get());
