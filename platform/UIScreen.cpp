@@ -1,12 +1,15 @@
 #include "platform/UIScreen.h"
 
+#include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
 
 #include <algorithm>
+#include <memory>
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QPointer>
 #include <QResizeEvent>
 
@@ -58,6 +61,16 @@ void UIScreen::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   for (UIWindow* window : windows_) window->setGeometry(rect());
   emit boundsChanged(rect());
+}
+
+void UIScreen::closeEvent(QCloseEvent* event) {
+  for (const UIWindow* window : windows_) {
+    const std::shared_ptr<UIViewController> top = window->topViewController();
+    if (!top || top->screenShouldClose()) continue;
+    event->ignore();
+    return;
+  }
+  QWidget::closeEvent(event);
 }
 
 void UIScreen::add(UIWindow* window) {

@@ -27,6 +27,8 @@ class UIScreen : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  // Closes unless the controller on top of one of the windows has something against it.
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   friend class UIApplication;

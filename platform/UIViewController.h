@@ -64,6 +64,9 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
 
   // Esc was pressed while this controller was on top and nothing in its view took the key.
   virtual void cancelOperation() {}
+  // The user wants the screen to be closed, and with it the application, while this controller is on top in
+  // its window. False leaves it open.
+  virtual bool screenShouldClose() { return true; }
 
  protected:
   // Makes the view and hands it to setView(). The view has no parent yet.

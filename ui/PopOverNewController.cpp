@@ -1,13 +1,17 @@
 #include "ui/PopOverNewController.h"
 
+#include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
 #include "core/NSLog.h"
 #include "platform/EventBoundary.h"
 #include "platform/NSRunLoop.h"
 #include "platform/UIFont.h"
+#include "platform/UIScreen.h"
 #include "ui/Colours.h"
+#include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
+#include "ui/Notice.h"
 #include "ui/Shortcut.h"
 #include "ui/TextZoom.h"
 #include "ui/ui_PopOverNewController.h"
@@ -16,6 +20,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include <QPointer>
 #include <QTextBlock>
 
 namespace {
@@ -131,15 +136,45 @@ std::string PopOverNewController::editedText() const {
   return text.toStdString();
 }
 
-void PopOverNewController::SaveButton() {
+bool PopOverNewController::writeText() {
   const MaybeText path = pickedFile();
   // The empty editor of a file that is only too large for it must not take the file's place.
-  if (path && !isTooLarge_) writeToFileAtomically(*path, editedText());
+  return path && !isTooLarge_ && writeToFileAtomically(*path, editedText());
+}
+
+void PopOverNewController::SaveButton() {
+  writeText();
   dismissViewControllerAnimated(true);
 }
 
 void PopOverNewController::DismissPop() {
   dismissViewControllerAnimated(true);
+}
+
+bool PopOverNewController::screenShouldClose() {
+  if (!outlets_->PopOvetText->document()->isModified()) return true;
+  if (question_.expired()) askBeforeClosing();
+  return false;
+}
+
+// Saving closes the screen after all. Who wants none of it cancels, here and in the editor.
+void PopOverNewController::askBeforeClosing() {
+  const auto question = RQAlertView::alertViewWithTitle(
+      outlets_->NavTitle->text(), QString(), RQAlertViewStyle::Alert,
+      QStringList{outlets_->SaveButton->text()}, localized(text::cancel), QString());
+  dressAsMessage(*question);
+  question->setDidDismissAfterActionHandler(
+      [editor = QPointer<PopOverNewController>(this)](RQAlertView&, std::size_t, const QString&) {
+        if (!editor) return;
+        if (editor->writeText()) {
+          editor->outlets_->PopOvetText->document()->setModified(false);
+          UIScreen::mainScreen()->close();
+        } else {
+          showNotice(localized(text::error));
+        }
+      });
+  question_ = question;
+  question->showAnimated();
 }
 
 void PopOverNewController::cancelOperation() {

@@ -9,6 +9,7 @@
 namespace Ui {
 class PopOverNewController;
 }
+class RQAlertView;
 
 // Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a
 // folder stays empty, and saving then empties it; only a file that is too large to be edited is left as it
@@ -31,15 +32,22 @@ class PopOverNewController : public UIViewController {
 
   // Closes the find bar, or else the editor; where something has been typed, only goes to Cancel.
   void cancelOperation() override;
+  // Asks where something has been typed, and stays meanwhile.
+  bool screenShouldClose() override;
 
  protected:
   void loadView() override;
 
  private:
   std::string editedText() const;
+  // False when the file is as it was.
+  bool writeText();
+  void askBeforeClosing();
 
   std::unique_ptr<Ui::PopOverNewController> outlets_;
   // The text as it was loaded; what was not edited is written back to the byte.
   std::string loaded_;
   bool isTooLarge_ = false;
+  // While it asks.
+  std::weak_ptr<RQAlertView> question_;
 };

@@ -1,5 +1,5 @@
-// Closing the window while a build prints for ever: the process ends in order, and so does everything that it
-// started.
+// Closing the window: what has been typed is not lost without a word; and while a build prints for ever, the
+// process ends in order, and so does everything that it started.
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <sys/wait.h>
 
+#include <QPlainTextEdit>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -45,6 +46,46 @@ TEST(Closing, ALanguageIsWrittenAndTheProcessEndsWithSuccess) {
   ASSERT_EQ(waitpid(child, &status, 0), child);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
   EXPECT_EQ(device::setting("LangFile", "Language"), "AR");
+}
+
+TEST(Closing, AsksBeforeUnsavedTextIsLost) {
+  device::reset();
+  const std::string file = device::projects + "P/Tweak.x";
+  putFile(file, "old");
+  chooseProject("P");
+  const QString save = QStringLiteral("Save");
+  const QString cancel = localized(text::cancel);
+  const auto closes = [] { return UIScreen::mainScreen()->close(); };
+  const int status = UIApplicationMain(applicationArguments, applicationVector, [&] {
+    dispatch_async(dispatch_get_main_queue(), [&] {
+      finger::tap("Tweak.x");
+      auto& editor = *qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+      finger::waitUntil([&editor] { return editor.toPlainText() == "old"; }, "the file is not loaded");
+      QTest::keyClicks(&editor, "new, ");
+      EXPECT_FALSE(closes());
+      EXPECT_FALSE(closes()) << "it asks already";
+      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask");
+      finger::tap(cancel);
+      finger::waitToSee("File text");
+      EXPECT_EQ(editor.toPlainText(), "new, old");
+      EXPECT_EQ(fileAt(file), "old");
+      // A folder in the file's place: it cannot be written, so the text stays where it is.
+      removeItemAtPath(file);
+      putFile(file + "/x", "");
+      EXPECT_FALSE(closes());
+      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask again");
+      finger::tap(save);
+      finger::tap(localized(text::ok));
+      finger::waitToSee("File text");
+      removeItemAtPath(file);
+      EXPECT_FALSE(closes());
+      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask a third time");
+      finger::tap(save);
+    });
+    return makeAppDelegate();
+  });
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(fileAt(file), "new, old");
 }
 
 TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
