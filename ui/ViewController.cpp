@@ -14,6 +14,7 @@
 #include "ui/Localized.h"
 #include "ui/MakePackage.h"
 #include "ui/Metrics.h"
+#include "ui/MissingTheosNotice.h"
 #include "ui/NewProjectMenu.h"
 #include "ui/OptionsMenu.h"
 #include "ui/PopOverNewController.h"
@@ -27,14 +28,6 @@
 namespace {
 
 constexpr double refreshDelay = 0.1;  // seconds
-
-void showMissingTheos() {
-  const auto dialog = RQAlertView::alertViewWithTitle(
-      localized(text::couldNotFindTheos), localized(text::mustInstallTheos), RQAlertViewStyle::Alert,
-      QStringList{localized(text::ok)}, QString(), QString());
-  dressAsMessage(*dialog);
-  dialog->showAnimated();
-}
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include "ui/tour/Finger.h"
 
 #include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 
 #include <QAbstractButton>
@@ -74,6 +75,9 @@ void waitUntil(const std::function<bool()>& condition, const QString& what) {
 void tap(const QString& name) {
   waitUntil([&name] { return enabledButton(name) != nullptr || enabledRow(name).view != nullptr; },
             QStringLiteral("nothing to tap is called ") + name);
+  // The rings around what has the focus go with a click, which this one, made on the widget itself, does not
+  // come to be told.
+  UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
   if (QAbstractButton* const button = enabledButton(name)) {
     QTest::mouseClick(button, Qt::LeftButton);
     return;

@@ -35,7 +35,4 @@ void type(const QString& text);
 // The widget with this accessible name anywhere in the key window, waiting for it.
 QWidget* find(const QString& accessibleName);
 
-// Waits until nothing moves and nothing of the key window is disabled by a dialog on its way.
-void settle();
-
 }  // namespace finger
