@@ -1,6 +1,7 @@
 #include "platform/UIApplication.h"
 
 #include "core/NSLog.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
 #include "platform/TakesInput.h"
@@ -46,7 +47,7 @@ QPalette darkPalette() {
 }  // namespace
 
 UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) {
-  setStyle(QStringLiteral("Fusion"));
+  setStyle(new ApplicationStyle);
   setPalette(darkPalette());
   // The style keeps a picture of every control for every palette, and each dialog brings palettes of its own.
   QPixmapCache::setCacheLimit(pictureCacheKilobytes);

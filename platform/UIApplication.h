@@ -18,7 +18,7 @@ class UIApplication : public QApplication {
   Q_OBJECT
 
  public:
-  // Sets the Fusion style and the dark palette, so that the application looks the same on every desktop.
+  // Sets the style and the dark palette, so that the application looks the same on every desktop.
   UIApplication(int& argc, char** argv);
   // Waits for the jobs of the global queues.
   ~UIApplication() override;

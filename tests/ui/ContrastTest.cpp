@@ -1,5 +1,6 @@
 // What stands on what, and how well it can be told from it. Prints the table.
 #include "RQAlertView/RQAlertView.h"
+#include "platform/ApplicationStyle.h"
 #include "ui/Colours.h"
 #include "ui/DialogLooks.h"
 #include "ui/UIButton.h"
@@ -96,6 +97,7 @@ TEST(Contrast, TextsAndControlsStandOut) {
        text},
       {"row pictures", inkOf(":/pictures/na@4x.png"), colours::cellGround, control},
       {"tiles' borders", colours::tileBorder, window, control},
+      {"scroll bars", ApplicationStyle::scrollBarThumb(), palette.color(QPalette::Base), control},
       {"switch, off", colours::switchOff, window, control},
       {"switch, on", palette.color(QPalette::Highlight), window, control},
       {"knob, off", colours::switchKnob, colours::switchOff, control},

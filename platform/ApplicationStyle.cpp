@@ -1,0 +1,85 @@
+#include "platform/ApplicationStyle.h"
+
+#include "platform/UIColor.h"
+
+#include <algorithm>
+
+#include <QPainter>
+#include <QStyleOptionSlider>
+
+namespace {
+
+// Logical pixels.
+constexpr int scrollBarRoom = 12;
+constexpr int thumbWidth = 6;
+constexpr int leastThumb = 32;
+
+}  // namespace
+
+ApplicationStyle::ApplicationStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+QColor ApplicationStyle::scrollBarThumb() {
+  return grey(145);
+}
+
+void ApplicationStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                          QPainter* painter, const QWidget* widget) const {
+  const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_ScrollBar || !bar) {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    return;
+  }
+  if (bar->maximum <= bar->minimum) return;
+  QRectF thumb = subControlRect(control, option, SC_ScrollBarSlider, widget);
+  const bool lies = bar->orientation == Qt::Horizontal;
+  const double margin = ((lies ? thumb.height() : thumb.width()) - thumbWidth) / 2;
+  thumb = lies ? thumb.adjusted(0, margin, 0, -margin) : thumb.adjusted(margin, 0, -margin, 0);
+  const bool isTouched = (bar->activeSubControls & SC_ScrollBarSlider) != 0 &&
+                         (bar->state & (State_MouseOver | State_Sunken)) != 0;
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(Qt::NoPen);
+  painter->setBrush(isTouched ? scrollBarThumb().lighter(130) : scrollBarThumb());
+  painter->drawRoundedRect(thumb, thumbWidth / 2.0, thumbWidth / 2.0);
+  painter->restore();
+}
+
+QRect ApplicationStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                       SubControl part, const QWidget* widget) const {
+  const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+  if (control != CC_ScrollBar || !bar) return QProxyStyle::subControlRect(control, option, part, widget);
+  const bool lies = bar->orientation == Qt::Horizontal;
+  const QRect whole = bar->rect;
+  const int room = lies ? whole.width() : whole.height();
+  const qint64 range = qint64{bar->maximum} - bar->minimum;
+  const qint64 shown = std::max(bar->pageStep, 1);
+  const int length = range <= 0 ? room
+                                : std::clamp(static_cast<int>(room * shown / (range + shown)),
+                                             std::min(leastThumb, room), room);
+  const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, room - length,
+                                            bar->upsideDown);
+  const auto stretch = [&](int from, int to) {
+    const QRect rect = lies ? QRect(whole.x() + from, whole.y(), to - from, whole.height())
+                            : QRect(whole.x(), whole.y() + from, whole.width(), to - from);
+    return visualRect(bar->direction, whole, rect);
+  };
+  switch (part) {
+    case SC_ScrollBarGroove:
+      return whole;
+    case SC_ScrollBarSlider:
+      return stretch(start, start + length);
+    case SC_ScrollBarSubPage:
+      return stretch(0, start);
+    case SC_ScrollBarAddPage:
+      return stretch(start + length, room);
+    default:
+      return {};
+  }
+}
+
+int ApplicationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                  const QWidget* widget) const {
+  if (metric == PM_ScrollBarExtent) return scrollBarRoom;
+  if (metric == PM_ScrollBarSliderMin) return leastThumb;
+  return QProxyStyle::pixelMetric(metric, option, widget);
+}
