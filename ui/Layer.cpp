@@ -20,3 +20,7 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
 bool isDimmed(const QWidget& control) {
   return control.testAttribute(Qt::WA_ForceDisabled);
 }
+
+bool showsFocus(const QWidget& control) {
+  return control.hasFocus() && control.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+}

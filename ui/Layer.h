@@ -23,3 +23,6 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
 // Whether a control shows that it is disabled: only when it is so itself. What lies under a dialog is
 // disabled as a whole, and the dialog's cover shows that already.
 bool isDimmed(const QWidget& control);
+
+// Whether a control shows that it has the focus: to who uses the keyboard.
+bool showsFocus(const QWidget& control);

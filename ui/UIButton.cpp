@@ -96,7 +96,7 @@ void UIButton::paintEvent(QPaintEvent*) {
   Layer drawn = layer_;
   if (!drawn.backgroundColor.isValid()) drawn.cornerRadius = metrics::bareButtonRadius;
   drawLayer(painter, rect(), drawn, ground());
-  if (hasFocus()) {
+  if (showsFocus(*this)) {
     Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), colours::focusRing};
     drawLayer(painter, rect(), ring, QColor());
   }

@@ -29,7 +29,7 @@ void UISwitch::paintEvent(QPaintEvent*) {
   Layer groove{radius, 0,
                isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : colours::switchOff};
   drawLayer(painter, rect(), groove, groove.backgroundColor);
-  if (hasFocus())
+  if (showsFocus(*this))
     drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), colours::focusRing}, QColor());
   const int size = height() - 2 * knobInset;
   const bool atRight = isChecked() != isRightToLeft();
