@@ -15,9 +15,11 @@
 
 FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)), result_(new QLabel(this)) {
   auto* const layout = new QHBoxLayout(this);
-  layout->setContentsMargins(metrics::rowPadding, metrics::barPadding, metrics::barPadding,
+  layout->setContentsMargins(metrics::barPadding, metrics::barPadding, metrics::barPadding,
                              metrics::barPadding);
   layout->setSpacing(metrics::barSpacing);
+  // The field stands in line with the texts above it, whichever side that is.
+  layout->addSpacing(metrics::rowPadding - metrics::barPadding - metrics::barSpacing);
   word_->setAccessibleName(QStringLiteral("Find text"));
   word_->setPlaceholderText(QStringLiteral("Find"));
   word_->setFont(systemFontOfSize(metrics::bodyTextSize));
@@ -34,10 +36,11 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
     button->setPicture(QLatin1String(picture));
     connect(button, &QPushButton::clicked, this, atEventBoundary(action));
     layout->addWidget(button);
+    return button;
   };
-  add("Find previous", "previous", "Find previous (Shift+F3)",
-      [this] { find(SearchDirection::Backward, false); });
-  add("Find next", "next", "Find next (F3)", [this] { find(SearchDirection::Forward, false); });
+  previous_ = add("Find previous", "previous", "Find previous (Shift+F3)",
+                  [this] { find(SearchDirection::Backward, false); });
+  next_ = add("Find next", "next", "Find next (F3)", [this] { find(SearchDirection::Forward, false); });
   add("Close find", "close", "Close (Esc)", [this] { dismiss(); });
   connect(word_, &QLineEdit::textChanged, this,
           atEventBoundary([this] { find(SearchDirection::Forward, true); }));
@@ -86,4 +89,7 @@ void FindBar::find(SearchDirection direction, bool mayStay) {
   if (!find_) return;
   const bool missing = !word_->text().isEmpty() && !find_(word_->text(), direction, mayStay);
   result_->setText(missing ? QStringLiteral("No match") : QString());
+  // On a narrow screen there is not room for the message and for what would lead nowhere.
+  previous_->setVisible(!missing);
+  next_->setVisible(!missing);
 }

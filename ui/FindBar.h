@@ -9,6 +9,7 @@
 
 class QLabel;
 class QLineEdit;
+class UIButton;
 
 // Hidden until Ctrl+F. What is typed is found at once; Return goes on to the next place, Shift+Return to the
 // one before, as do F3 and Shift+F3; Esc closes the bar and leaves the place selected.
@@ -37,6 +38,8 @@ class FindBar : public QWidget {
 
   QLineEdit* word_;
   QLabel* result_;
+  UIButton* previous_ = nullptr;
+  UIButton* next_ = nullptr;
   QWidget* text_ = nullptr;
   Find find_;
 };
