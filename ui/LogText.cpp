@@ -14,16 +14,21 @@ constexpr std::size_t blockBytes = 4096;    // a block is full with this many by
 constexpr std::size_t blockLines = 64;      // or with this many lines
 constexpr std::uint8_t wide = 255;          // the width follows in four bytes
 
+// Such as the start of a colour: it is not seen.
+bool takesNoColumn(char byte) {
+  return static_cast<unsigned char>(byte) < ' ' && byte != '\t';
+}
+
 // The column after `byte` when it begins at `column`.
 std::size_t advanced(std::size_t column, char byte) {
   if (byte == '\t') return column - column % tabWidth + tabWidth;
-  return startsCharacter(byte) ? column + 1 : column;
+  return startsCharacter(byte) && !takesNoColumn(byte) ? column + 1 : column;
 }
 
 bool isPlain(std::string_view line) {
   // Without an early end, so that the compiler can look at many bytes at once.
   bool plain = true;
-  for (const char byte : line) plain &= byte != '\t' && (byte & 0x80) == 0;
+  for (const char byte : line) plain &= byte >= ' ' && (byte & 0x80) == 0;
   return plain;
 }
 
@@ -194,8 +199,10 @@ LogText::Row LogText::row(std::size_t number) const {
   while (!walk.isLast() && number >= walk.line().rowsBefore + walk.rows()) walk.advance();
   const Line& line = walk.line();
   const std::size_t column = (number - line.rowsBefore) * columns_;
+  // What takes no column belongs to the row that follows it, and at the end to the last one.
+  const bool last = column + columns_ >= line.columns;
   return {line.begin + offsetInLine(line.bytes, column),
-          line.begin + offsetInLine(line.bytes, column + columns_)};
+          line.begin + (last ? line.bytes.size() : offsetInLine(line.bytes, column + columns_))};
 }
 
 std::size_t LogText::rowAt(std::size_t offset) const {

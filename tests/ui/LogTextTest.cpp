@@ -31,6 +31,7 @@ TEST(LogText, WrapsLinesAtTheColumnsAndCutsNoCharacter) {
       {"wrapped", "abcdefghi", {"abcd", "efgh", "i"}},
       {"two bytes a letter", "مشروع", {"مشرو", "ع"}},
       {"four bytes a sign", "🌹🌹🌹🌹🌹", {"🌹🌹🌹🌹", "🌹"}},
+      {"a colour's start takes no column", "\033abcd\033\n\033abcde", {"\033abcd\033", "\033abcd", "e"}},
       {"a tab fills its columns", "a\tbc", {"a\t", "", "bc"}},
   };
   for (const auto& row : table) {
@@ -58,17 +59,19 @@ std::vector<std::string> plainRows(const std::string& text, std::size_t columns)
   std::size_t begin = 0;
   while (begin < text.size()) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());
+    std::size_t seen = end;
+    while (seen > begin && text[seen - 1] == '\033') --seen;
     std::string row;
     std::size_t taken = 0;
     for (std::size_t at = begin; at < end;) {
       std::size_t next = at + 1;
       while (next < end && (text[next] & 0xC0) == 0x80) ++next;
-      if (taken == columns) {
+      if (taken == columns && at < seen) {
         all.push_back(std::exchange(row, {}));
         taken = 0;
       }
       row += text.substr(at, next - at);
-      ++taken;
+      if (text[at] != '\033') ++taken;
       at = next;
     }
     all.push_back(row);
@@ -79,12 +82,12 @@ std::vector<std::string> plainRows(const std::string& text, std::size_t columns)
 
 TEST(LogText, CutsManyLinesOfAllLengthsLikeAFewOnes) {
   std::mt19937 random(4711);
-  const char* const characters[] = {"a", "b", " ", "ب", "…", "🌹"};
+  const char* const characters[] = {"a", "b", " ", "ب", "…", "🌹", "\033"};
   std::string text;
   for (int line = 0; line < 1500; ++line) {
     const bool plain = random() % 2 == 0;
     const unsigned longest = line % 100 == 0 ? 900 : line % 7 == 0 ? 400 : 30;
-    for (unsigned left = random() % longest; left > 0; --left) text += characters[random() % (plain ? 3 : 6)];
+    for (unsigned left = random() % longest; left > 0; --left) text += characters[random() % (plain ? 3 : 7)];
     text += '\n';
   }
   LogText cut;
