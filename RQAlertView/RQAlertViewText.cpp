@@ -13,6 +13,7 @@ namespace {
 constexpr QChar leftToRightIsolate(0x2066);
 constexpr QChar popIsolate(0x2069);
 constexpr QChar ellipsis(0x2026);
+constexpr QChar takesNoRoom(0x200b);
 
 constexpr qsizetype longestWord = 1000;
 
@@ -46,6 +47,8 @@ QChar visible(QChar character) {
   const char16_t code = character.unicode();
   if (code == u'\n' || code == u'\t') return character == u'\t' ? QChar(u' ') : character;
   if (code == QChar::LineSeparator || code == QChar::ParagraphSeparator) return u'\n';
+  // What begins a colour on a terminal is nothing to be seen.
+  if (code == 0x1b) return takesNoRoom;
   if (code < 0x20) return QChar(0x2400 + code);
   if (code == 0x7f) return QChar(0x2421);
   const bool override = code >= 0x202a && code <= 0x202e;
@@ -189,9 +192,13 @@ QString RQAlertViewText::displayText(const QString& text) {
   QString shown = text;
   shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   for (QChar& character : shown) character = visible(character);
-  if (direction(shown) == Qt::LeftToRight) return shown;
+  const bool fromRight = direction(shown) == Qt::RightToLeft;
   QStringList lines = shown.split(u'\n');
-  for (QString& line : lines) line = isolated(line);
+  for (QString& line : lines) {
+    if (fromRight) line = isolated(line);
+    // A mark that closes a quotation does not stand in a line alone.
+    if (line.endsWith(QStringLiteral(" \""))) line[line.size() - 2] = QChar::Nbsp;
+  }
   return lines.join(u'\n');
 }
 

@@ -22,7 +22,9 @@ TEST(DisplayText, ShowsTheTextAsItIsAndTrickeryAsWhatItIs) {
       {"each line for itself", u"سطر\nfoo.x", u"سطر\n\u2066foo.x\u2069"},
       {"Latin text is left alone", u"file ملف.x", u"file ملف.x"},
       {"overrides are made visible", u"a\u202Etxt.exe", u"a\uFFFDtxt.exe"},
-      {"control characters too", u"a\x1b[31mb\x7f", u"a\u241B[31mb\u2421"},
+      {"control characters too", u"a\x07[31mb\x7f", u"a\u2407[31mb\u2421"},
+      {"what begins a colour takes no room", u"\x1b  0 - Name", u"\u200B  0 - Name"},
+      {"a closing mark keeps to its word", u"say \" a/b \"", u"say \" a/b\u00A0\""},
       {"line ends are one line end", u"a\r\nb\u2028c", u"a\nb\nc"},
       {"tabs are blanks", u"a\tb", u"a b"},
   };
