@@ -1,3 +1,4 @@
+#include "platform/UIScreen.h"
 #include "ui/Localized.h"
 #include "ui/LogView.h"
 #include "ui/tour/Album.h"
@@ -42,6 +43,11 @@ void edit(Album& album) {
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClick(editor, Qt::Key_Escape);
   album.picture("editor-unsaved");
+  // Typed text is not lost by closing the window: a dialog asks.
+  UIScreen::mainScreen()->close();
+  finger::waitUntil([] { return !finger::sees("File text"); }, "closing does not ask");
+  album.picture("close-unsaved");
+  tap(localized(text::cancel));
   tap("Save");
   waitToSee("Reload");
 }
