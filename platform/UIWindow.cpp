@@ -118,7 +118,6 @@ bool UIWindow::focusNextPrevChild(bool next) {
   for (QWidget* to = next ? from->nextInFocusChain() : from->previousInFocusChain(); to != from;
        to = next ? to->nextInFocusChain() : to->previousInFocusChain()) {
     if (!trap->isAncestorOf(to) || !canTakeFocus(to)) continue;
-    window()->setAttribute(Qt::WA_KeyboardFocusChange);
     to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
   }
