@@ -37,6 +37,8 @@ class Screens : public testing::Test {
     recordTheosPath();
   }
   ~Screens() override {
+    // A dialog left open would come back in the next test.
+    for (auto dialog = topDialog(); dialog && dialog->isShowing(); dialog = topDialog()) dialog->dismiss();
     delegate_.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     removeItemAtPath(backups);
