@@ -153,7 +153,8 @@ void PopOverNewController::DismissPop() {
 
 bool PopOverNewController::screenShouldClose() {
   if (!outlets_->PopOvetText->document()->isModified()) return true;
-  if (question_.expired()) askBeforeClosing();
+  const std::shared_ptr<RQAlertView> asked = question_.lock();
+  if (!asked || asked->state() == RQAlertViewState::Dismissed) askBeforeClosing();
   return false;
 }
 

@@ -48,6 +48,6 @@ class PopOverNewController : public UIViewController {
   // The text as it was loaded; what was not edited is written back to the byte.
   std::string loaded_;
   bool isTooLarge_ = false;
-  // While it asks.
+  // The last time that it asked.
   std::weak_ptr<RQAlertView> question_;
 };

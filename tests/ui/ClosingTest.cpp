@@ -13,6 +13,8 @@
 #include "workspace/Selection.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <functional>
 #include <sys/wait.h>
 
 #include <QPlainTextEdit>
@@ -25,20 +27,32 @@ int applicationArguments = 1;
 char applicationName[] = "closing_tests";
 char* applicationVector[] = {applicationName, nullptr};
 
+// Runs the application with a finger that does `steps`. Ends it too where something is missing.
+int run(const std::function<void()>& steps) {
+  return UIApplicationMain(applicationArguments, applicationVector, [&steps] {
+    dispatch_async(dispatch_get_main_queue(), [&steps] {
+      try {
+        steps();
+      } catch (const finger::Missing& missing) {
+        ADD_FAILURE() << missing.what();
+        QCoreApplication::exit(EXIT_FAILURE);
+      }
+    });
+    return makeAppDelegate();
+  });
+}
+
 // First, since the child must be made before this process has threads.
 TEST(Closing, ALanguageIsWrittenAndTheProcessEndsWithSuccess) {
   device::reset();
   const pid_t child = fork();
   ASSERT_NE(child, -1);
   if (child == 0) {
-    UIApplicationMain(applicationArguments, applicationVector, [] {
-      setMotionEnabled(false);
-      dispatch_async(dispatch_get_main_queue(), [] {
-        finger::tap("Project Options");
-        finger::tap(localized(text::changeLanguage));
-        finger::tap(localized(text::arabic));
-      });
-      return makeAppDelegate();
+    setMotionEnabled(false);
+    run([] {
+      finger::tap("Project Options");
+      finger::tap(localized(text::changeLanguage));
+      finger::tap(localized(text::arabic));
     });
     _exit(99);
   }
@@ -49,6 +63,7 @@ TEST(Closing, ALanguageIsWrittenAndTheProcessEndsWithSuccess) {
 }
 
 TEST(Closing, AsksBeforeUnsavedTextIsLost) {
+  const StandardStreams restored;
   device::reset();
   const std::string file = device::projects + "P/Tweak.x";
   putFile(file, "old");
@@ -56,33 +71,30 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
   const QString save = QStringLiteral("Save");
   const QString cancel = localized(text::cancel);
   const auto closes = [] { return UIScreen::mainScreen()->close(); };
-  const int status = UIApplicationMain(applicationArguments, applicationVector, [&] {
-    dispatch_async(dispatch_get_main_queue(), [&] {
-      finger::tap("Tweak.x");
-      auto& editor = *qobject_cast<QPlainTextEdit*>(finger::find("File text"));
-      finger::waitUntil([&editor] { return editor.toPlainText() == "old"; }, "the file is not loaded");
-      QTest::keyClicks(&editor, "new, ");
-      EXPECT_FALSE(closes());
-      EXPECT_FALSE(closes()) << "it asks already";
-      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask");
-      finger::tap(cancel);
-      finger::waitToSee("File text");
-      EXPECT_EQ(editor.toPlainText(), "new, old");
-      EXPECT_EQ(fileAt(file), "old");
-      // A folder in the file's place: it cannot be written, so the text stays where it is.
-      removeItemAtPath(file);
-      putFile(file + "/x", "");
-      EXPECT_FALSE(closes());
-      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask again");
-      finger::tap(save);
-      finger::tap(localized(text::ok));
-      finger::waitToSee("File text");
-      removeItemAtPath(file);
-      EXPECT_FALSE(closes());
-      finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask a third time");
-      finger::tap(save);
-    });
-    return makeAppDelegate();
+  const int status = run([&] {
+    finger::tap("Tweak.x");
+    auto& editor = *qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+    finger::waitUntil([&editor] { return editor.toPlainText() == "old"; }, "the file is not loaded");
+    QTest::keyClicks(&editor, "new, ");
+    EXPECT_FALSE(closes());
+    EXPECT_FALSE(closes()) << "it asks already";
+    finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask");
+    finger::tap(cancel);
+    finger::waitToSee("File text");
+    EXPECT_EQ(editor.toPlainText(), "new, old");
+    EXPECT_EQ(fileAt(file), "old");
+    // A folder in the file's place: it cannot be written, so the text stays where it is.
+    removeItemAtPath(file);
+    putFile(file + "/x", "");
+    EXPECT_FALSE(closes());
+    finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask again");
+    finger::tap(save);
+    finger::tap(localized(text::ok));
+    finger::waitToSee("File text");
+    removeItemAtPath(file);
+    EXPECT_FALSE(closes());
+    finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask a third time");
+    finger::tap(save);
   });
   EXPECT_EQ(status, 0);
   EXPECT_EQ(fileAt(file), "new, old");
@@ -96,20 +108,17 @@ TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
   putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
   chooseProject("P");
   bool closed = false;
-  const int status = UIApplicationMain(applicationArguments, applicationVector, [&closed] {
+  const int status = run([&closed] {
     endCommandsWithApplication();
-    dispatch_async(dispatch_get_main_queue(), [&closed] {
-      finger::tap("Build");
-      finger::tap("Make Package");
-      finger::waitUntil(
-          [] {
-            return fileExistsAtPath(device::projects + "P/packages") &&
-                   fileAt(device::application + "MakeLog.log").find("printing") != std::string::npos;
-          },
-          "make does not start");
-      closed = UIScreen::mainScreen()->close();
-    });
-    return makeAppDelegate();
+    finger::tap("Build");
+    finger::tap("Make Package");
+    finger::waitUntil(
+        [] {
+          return fileExistsAtPath(device::projects + "P/packages") &&
+                 fileAt(device::application + "MakeLog.log").find("printing") != std::string::npos;
+        },
+        "make does not start");
+    closed = UIScreen::mainScreen()->close();
   });
   EXPECT_EQ(status, 0);
   EXPECT_TRUE(closed);
