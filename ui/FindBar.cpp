@@ -19,7 +19,7 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
                              metrics::barPadding);
   layout->setSpacing(metrics::barSpacing);
   // The field stands in line with the texts above it, whichever side that is.
-  layout->addSpacing(metrics::rowPadding - metrics::barPadding - metrics::barSpacing);
+  layout->addSpacing(metrics::rowPadding - metrics::barPadding);
   word_->setAccessibleName(QStringLiteral("Find text"));
   word_->setPlaceholderText(QStringLiteral("Find"));
   word_->setFont(systemFontOfSize(metrics::bodyTextSize));

@@ -17,9 +17,9 @@ constexpr const char* folder = "/var/mobile/Pictures";
 
 Album::Album(FILE* report) : report_(report) {
   createDirectoryAtPath(folder);
-  // Out of the way, so that nothing in the pictures looks hovered over.
+  // Where every screen has nothing, so that nothing in the pictures looks hovered over.
   const UIScreen& screen = *UIScreen::mainScreen();
-  QCursor::setPos(screen.mapToGlobal(QPoint(screen.width() - 1, screen.height() * 2 / 3)));
+  QCursor::setPos(screen.mapToGlobal(QPoint(screen.width() / 4, 2)));
 }
 
 void Album::picture(const std::string& name) {
