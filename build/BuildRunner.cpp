@@ -69,5 +69,5 @@ BuildResult collectBuildResult(BuildVariant variant) {
 }
 
 void removeBuildLog() {
-  removeItemAtPath(paths::makeLog);
+  discardLog(paths::makeLog);
 }

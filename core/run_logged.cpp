@@ -4,6 +4,8 @@
 #include "core/run_cmd.h"
 
 #include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -23,9 +25,17 @@ void redirectStandardStreams(const std::string& log) {
   reopen(log, stdin);
 }
 
-MaybeText run_logged(const std::string& cmd, const std::string& log) {
+bool discardLog(const std::string& log) {
   removeItemAtPath(log);
+  struct stat left {};
+  if (lstat(log.c_str(), &left) != 0) return true;
+  const Descriptor file(open(log.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  return file && ftruncate(file.get(), 0) == 0;
+}
+
+MaybeText run_logged(const std::string& cmd, const std::string& log) {
+  const bool isNew = discardLog(log);
   redirectStandardStreams(log);
   run_cmd(cmd.c_str());
-  return stringWithContentsOfFile(log);
+  return isNew ? stringWithContentsOfFile(log) : std::nullopt;
 }

@@ -10,6 +10,11 @@
 // writes there too, until the next redirection. One captured run at a time; the interface sees to that.
 void redirectStandardStreams(const std::string& log);
 
-// The captured run: deletes `log`, redirects the standard streams onto it, runs `cmd` and waits for it, and
-// returns what the log then holds; absent when it cannot be read or is not UTF-8. The log stays where it is.
+// Takes what an earlier run printed away: removes `log` or, where its folder cannot be changed, empties it.
+// False where it still holds something.
+bool discardLog(const std::string& log);
+
+// The captured run: discards `log`, redirects the standard streams onto it, runs `cmd` and waits for it, and
+// returns what the log then holds; absent when it cannot be read, is not UTF-8, or could not be discarded.
+// The log stays where it is.
 MaybeText run_logged(const std::string& cmd, const std::string& log);
