@@ -1,5 +1,7 @@
 #include "core/FileManager.h"
 
+#include "core/TemporaryName.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <dirent.h>
@@ -52,6 +54,12 @@ std::optional<mode_t> modeFor(const std::string& path) {
 bool fileExistsAtPath(const std::string& path) {
   struct stat information {};
   return stat(path.c_str(), &information) == 0;
+}
+
+bool mayBeReadForEver(const std::string& path) {
+  struct stat information {};
+  return stat(path.c_str(), &information) == 0 &&
+         (S_ISFIFO(information.st_mode) || S_ISCHR(information.st_mode));
 }
 
 void removeItemAtPath(const std::string& path) {
@@ -130,8 +138,7 @@ MaybeText stringWithContentsOfFile(const std::string& path, std::size_t limit) {
 AtomicFile::AtomicFile(const std::string& path) : target_(resolved(path)) {
   const auto mode = modeFor(target_);
   if (!mode) return;
-  // A short name of its own: the target's name may already be as long as a name can be.
-  temporary_ = folderOf(target_) + "/.tweakbench-XXXXXX";
+  temporary_ = folderOf(target_) + "/" + std::string(temporaryNamePattern);
   file_ = Descriptor(mkostemp(temporary_.data(), O_CLOEXEC));
   if (file_ && fchmod(file_.get(), *mode) != 0) discard();
 }

@@ -54,6 +54,9 @@ enum class Durability {
   Deferred,
 };
 
+// Whether a command that reads what `path` leads to may never end: it is a FIFO or a device.
+bool mayBeReadForEver(const std::string& path);
+
 // A regular file opened for reading; none when it is missing, something else, or unreadable.
 Descriptor openRegularFile(const std::string& path);
 

@@ -10,10 +10,12 @@ bool createHeader(const std::string& typedName) {
   const MaybeText project = currentProject();
   const std::string header = fill("/var/Tweakyard/Projects/%@/%@.h", {project, name});
   createFileAtPath(header);
-  run_cmd(fill("echo -e \"#import \"%@.h\"\n$(cat /var/Tweakyard/Projects/%@/Tweak.x)\" > "
-               "/var/Tweakyard/Projects/%@/Tweak.x",
-               {name, project, project})
-              .c_str());
+  if (!mayBeReadForEver(fill("/var/Tweakyard/Projects/%@/Tweak.x", {project}))) {
+    run_cmd(fill("echo -e \"#import \"%@.h\"\n$(cat /var/Tweakyard/Projects/%@/Tweak.x)\" > "
+                 "/var/Tweakyard/Projects/%@/Tweak.x",
+                 {name, project, project})
+                .c_str());
+  }
   return fileExistsAtPath(header);
 }
 
