@@ -17,10 +17,20 @@
 
 #include <QPalette>
 #include <QPixmapCache>
+#include <QThreadPool>
 
 namespace {
 
 constexpr int pictureCacheKilobytes = 2048;
+
+// Painting hands pieces to the threads of this pool and waits for them, for ever where none can be started.
+// So there is one from the beginning, which takes them all and never ends.
+void startPaintingThread() {
+  QThreadPool& threads = *QThreadPool::globalInstance();
+  threads.setMaxThreadCount(1);
+  threads.setExpiryTimeout(-1);
+  threads.start([] {});
+}
 
 QPalette darkPalette() {
   const QColor tint(10, 132, 255);
@@ -51,6 +61,7 @@ UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) 
   setPalette(darkPalette());
   // The style keeps a picture of every control for every palette, and each dialog brings palettes of its own.
   QPixmapCache::setCacheLimit(pictureCacheKilobytes);
+  startPaintingThread();
   new UIKeyboard(this);
   connect(this, &QGuiApplication::applicationStateChanged, this,
           atEventBoundary([this](Qt::ApplicationState state) { stateChanged(state); }));
