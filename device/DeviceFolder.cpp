@@ -1,5 +1,6 @@
 #include "device/DeviceFolder.h"
 
+#include "core/TemporaryName.h"
 #include "device/Beneath.h"
 #include "device/ProgramLinks.h"
 #include "device/Refusal.h"
@@ -21,6 +22,7 @@ constexpr const char* kShipped = "shipped";
 constexpr const char* kUserPrograms = "usr-bin";
 constexpr const char* kShellPrograms = "bin";
 constexpr const char* kApplicationFolder = "Tweakbench.app";
+constexpr const char* kProjectsFolder = "Tweakyard/Projects";
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
 
@@ -57,8 +59,12 @@ void refuseForeignFolder(int folder, const fs::path& device) {
   }
 }
 
+Descriptor makeLock(int folder) {
+  return Descriptor(openat(folder, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+}
+
 Descriptor openLock(int folder, const fs::path& device) {
-  Descriptor lock(openat(folder, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  Descriptor lock = makeLock(folder);
   if (!lock) refuseWithError("The device " + device.string() + " could not be locked:");
   return lock;
 }
@@ -141,6 +147,7 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   // without.
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     makeFolderBeneath(var_.get(), standard);
+  removeLeftovers();
   refreshPreferences(contents.locale);
   refreshLinks(kUserPrograms);
   refreshLinks(kShellPrograms);
@@ -152,6 +159,31 @@ void DeviceFolder::lock() {
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return;
   if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
   throw Refusal("The device " + name_.string() + " is in use by another Tweakbench; close that one first.");
+}
+
+void DeviceFolder::remainDevice() const {
+  const auto names = namesIn(folder_.get());
+  if (names && !names->empty()) makeLock(folder_.get());
+}
+
+// What an application that was killed in the middle of a save left beside the file. Nothing else of the
+// device runs while it is locked, so nobody is writing such a file now.
+void DeviceFolder::removeLeftovers() const {
+  const auto sweep = [](const Descriptor& folder) {
+    const auto names = folder ? namesIn(folder.get()) : std::nullopt;
+    for (const auto& name : names.value_or(std::vector<std::string>())) {
+      struct stat status {};
+      if (isTemporaryName(name) && fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+          S_ISREG(status.st_mode) && status.st_nlink == 1) {
+        unlinkat(folder.get(), name.c_str(), 0);
+      }
+    }
+  };
+  sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
+  const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
+  const auto names = projects ? namesIn(projects.get()) : std::nullopt;
+  for (const auto& name : names.value_or(std::vector<std::string>()))
+    sweep(openFolderBeneath(projects.get(), name));
 }
 
 void DeviceFolder::refreshPreferences(const std::string& locale) const {

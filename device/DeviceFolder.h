@@ -56,8 +56,13 @@ class DeviceFolder {
   int userPrograms() const { return userPrograms_.get(); }
   int shellPrograms() const { return shellPrograms_.get(); }
 
+  // Where somebody deleted the device while it was used, and something was made there meanwhile: makes what
+  // is left a device again, which the next start completes.
+  void remainDevice() const;
+
  private:
   void lock();
+  void removeLeftovers() const;
   void refreshPreferences(const std::string& locale) const;
   void refreshLinks(const std::string& programs) const;
   void refreshApplication(const std::filesystem::path& shipped) const;

@@ -65,6 +65,37 @@ TEST_F(DeviceFolderTest, ALaterStartKeepsWhatIsThereAndCompletesWhatAKilledOneLe
   EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
 }
 
+TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {
+  DeviceFolder used(openOrMakeFolder(device.path()), "the device", {files.path(), "ar_SA"});
+  fs::remove_all(device / "Applications");
+  fs::remove(device / "lock");
+  EXPECT_NE(refusalOf([&] { start(); }), "none");
+  used.remainDevice();
+  start();
+  EXPECT_EQ(fileAt(application("Choose.plist")), "list 1");
+  for (const auto& entry : fs::directory_iterator(device.path())) fs::remove_all(entry);
+  used.remainDevice();
+  EXPECT_TRUE(fs::is_empty(device.path())) << "where nothing is left, nothing is made";
+}
+
+TEST_F(DeviceFolderTest, WhatAKilledSaveLeftGoesAtTheNextStart) {
+  start();
+  putFile(application(".tweakbench-Ab3dEf"), "half");
+  putFile(device / "var/Tweakyard/Projects/P/.tweakbench-zyxwvu", "half");
+  const std::vector<std::string> kept{application(".tweakbench-Ab3d.f"),
+                                      device / "var/Tweakyard/Projects/P/.tweakbench-notes",
+                                      device / "var/Tweakyard/Projects/P/.tweakbench-folder/file",
+                                      device / "var/Tweakyard/Projects/P/deep/.tweakbench-zyxwvu"};
+  for (const std::string& file : kept) putFile(file, "mine");
+  fs::create_symlink(home.path(), device / "var/Tweakyard/Projects/link");
+  putFile(home / ".tweakbench-zyxwvu", "the user's");
+  start();
+  EXPECT_FALSE(fs::exists(application(".tweakbench-Ab3dEf")));
+  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/Projects/P/.tweakbench-zyxwvu"));
+  for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine") << file;
+  EXPECT_EQ(fileAt(home / ".tweakbench-zyxwvu"), "the user's");
+}
+
 TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {
   ship("ftt", "converter 1");
   start();
