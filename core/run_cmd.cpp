@@ -26,7 +26,8 @@ struct RunningCommands {
 };
 
 RunningCommands& running() {
-  static RunningCommands commands;
+  // Never destroyed: a worker may be on its way out of here when the process ends.
+  static RunningCommands& commands = *new RunningCommands;
   return commands;
 }
 
