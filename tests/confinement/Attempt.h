@@ -27,6 +27,9 @@ inline constexpr const char* kAskForRights = "--rights";
 const std::string& given(const std::string& name);
 int givenNumber(const std::string& name);
 
+// An entry of the victim's folder in /proc: the process of the host that none is to reach.
+std::string ofVictim(const char* entry);
+
 // True and closes it where `descriptor` is one.
 bool opened(int descriptor);
 bool canRead(const std::string& path);

@@ -21,10 +21,6 @@ constexpr const char* kRights = "No rights can be gained";
 // The descriptor that the stage leaves open on the home.
 constexpr int kLeaked = 9;
 
-std::string process(const char* file) {
-  return "/proc/" + given("victim") + "/" + file;
-}
-
 // A file without a name, which leaves nothing behind.
 bool canWriteBelow(const std::string& folder) {
   return !folder.empty() && opened(open(folder.c_str(), O_TMPFILE | O_WRONLY, 0600));
@@ -83,11 +79,11 @@ std::vector<Attempt> attemptsOnFiles() {
       {kHome, "through a descriptor that was left open", Control::Everyone,
        [] { return opened(openat(kLeaked, "secret", O_RDONLY)); }},
       {kHome, "through the root of another process", Control::Machine,
-       [] { return canRead(process("root") + given("home") + "/secret"); }},
+       [] { return canRead(ofVictim("root") + given("home") + "/secret"); }},
       {kHome, "through the working folder of another process", Control::Machine,
-       [] { return canRead(process("cwd/secret")); }},
+       [] { return canRead(ofVictim("cwd/secret")); }},
       {kHome, "through an open file of another process", Control::Machine,
-       [] { return canRead(process("fd/9/secret")); }},
+       [] { return canRead(ofVictim("fd/9/secret")); }},
       {kHome, "through the root of the first process", Control::Machine,
        [] { return canRead("/proc/1/root" + given("home") + "/secret"); }},
       {kHome, "through a file handle", Control::Root,
@@ -105,7 +101,10 @@ std::vector<Attempt> attemptsOnFiles() {
        }},
       {kOthers, "read /etc/shadow", Control::Root, [] { return canRead("/etc/shadow"); }},
       {kOthers, "list /root", Control::Root, [] { return canList("/root"); }},
+      {kOthers, "write below /root", Control::Root, [] { return canWriteBelow("/root"); }},
       {kOthers, "read another user's file", Control::Root, [] { return canRead(given("others")); }},
+      {kOthers, "write another user's file", Control::Root,
+       [] { return opened(open(given("others").c_str(), O_WRONLY)); }},
       {kSystem, "write below /usr", Control::Root, [] { return canWriteBelow("/usr"); }},
       {kSystem, "write below /usr by another name", Control::Root,
        [] { return canWriteBelow(given("usr")); }},

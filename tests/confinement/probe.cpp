@@ -42,6 +42,10 @@ int givenNumber(const std::string& name) {
   return std::atoi(given(name).c_str());
 }
 
+std::string ofVictim(const char* entry) {
+  return "/proc/" + given("victim") + "/" + entry;
+}
+
 bool opened(int descriptor) {
   if (descriptor < 0) return false;
   close(descriptor);

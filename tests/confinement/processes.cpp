@@ -29,6 +29,8 @@ constexpr const char* kMemory = "No memory or queue is shared with the host";
 constexpr const char* kTerminal = "Nothing can be typed into the caller's terminal";
 constexpr const char* kSecrets = "The caller's environment stays outside";
 
+constexpr char kForegroundConsole = 12;  // of TIOCLINUX: asks, and changes nothing
+
 std::string contentOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -37,7 +39,7 @@ std::string contentOf(const std::string& path) {
 // The victim's number, or one that no process has where that number is some process of the device.
 pid_t victim() {
   constexpr pid_t kNobody = 4194304;
-  const std::string commandLine = contentOf("/proc/" + given("victim") + "/cmdline");
+  const std::string commandLine = contentOf(ofVictim("cmdline"));
   const bool isAnother = !commandLine.empty() && commandLine.find("the-victim") == std::string::npos;
   return isAnother ? kNobody : givenNumber("victim");
 }
@@ -89,7 +91,7 @@ std::vector<Attempt> attemptsOnProcesses() {
          return process_vm_readv(victim(), &here, 1, &there, 1, 0) == 1 || errno == EFAULT;
        }},
       {kProcesses, "read one's environment", Control::Machine,
-       [] { return holdsSecret("/proc/" + given("victim") + "/environ"); }},
+       [] { return holdsSecret(ofVictim("environ")); }},
       {kProcesses, "read one's limits", Control::Machine,
        [] {
          rlimit limit{};
@@ -120,7 +122,7 @@ std::vector<Attempt> attemptsOnProcesses() {
       {kProcesses, "enter one's namespaces", Control::Root,
        [] {
          return inChild([] {
-           const int network = open(("/proc/" + given("victim") + "/ns/net").c_str(), O_RDONLY);
+           const int network = open(ofVictim("ns/net").c_str(), O_RDONLY);
            return network >= 0 && setns(network, 0) == 0;
          });
        }},
@@ -146,10 +148,16 @@ std::vector<Attempt> attemptsOnProcesses() {
        [] { return typesWith(TIOCSTI | 1UL << 32); }},
       {kTerminal, "open the caller's terminal", Control::Everyone,
        [] { return opened(open("/dev/tty", O_RDWR | O_NOCTTY)); }},
+      {kTerminal, "open it by its name", Control::Everyone,
+       [] { return opened(open(given("terminal").c_str(), O_RDWR | O_NOCTTY)); }},
+      {kTerminal, "speak to the machine's console", Control::Machine,
+       [] {
+         char question = kForegroundConsole;
+         return wasReached(ioctl(STDIN_FILENO, TIOCLINUX, &question));
+       }},
       {kTerminal, "take the terminal for one's own", Control::Everyone,
        [] { return tcgetsid(STDIN_FILENO) > 0 && tcgetpgrp(STDIN_FILENO) >= 0; }},
-      {kSecrets, "in one's own environment", Control::Everyone,
-       [] { return std::getenv("CALLERS_TOKEN") != nullptr; }},
+      {kSecrets, "in one's own environment", Control::Everyone, [] { return hasVariable("CALLERS_TOKEN"); }},
       {kSecrets, "in the environment of another process", Control::Everyone,
        [] {
          return holdsSecret("/proc/1/environ") ||

@@ -121,8 +121,6 @@ std::vector<Attempt> attemptsOnServices() {
       {kDisplay, "connect to the X server's twin outside the file system", Control::Everyone,
        [] { return connects("@" + given("x11")); }},
       {kDisplay, "connect to the compositor", Control::Everyone, [] { return connects(given("wayland")); }},
-      {kDisplay, "send to the display from a pair of one's own", Control::Everyone,
-       [] { return sendsFromPair(given("letters")); }},
       {kNetwork, "connect to a service of the machine", Control::Everyone,
        [] { return connectsOverNetwork(local(givenNumber("port"))); }},
       {kNetwork, "get an answer from a service of the machine", Control::Everyone, isAnswered},

@@ -183,7 +183,8 @@ class Stage {
     grantpt(ours);
     unlockpt(ours);
     setsid();
-    const int theirs = must(open(ptsname(ours), O_RDWR | O_NOCTTY), "terminal");
+    words_["terminal"] = ptsname(ours);
+    const int theirs = must(open(words_["terminal"].c_str(), O_RDWR | O_NOCTTY), "terminal");
     must(ioctl(theirs, TIOCSCTTY, 0), "TIOCSCTTY");
     must(dup2(theirs, STDIN_FILENO), "dup2");
   }
