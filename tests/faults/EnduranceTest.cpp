@@ -1,5 +1,5 @@
-// Much of one thing, for script/faults: what piles up shows in the end. Numbers are printed as "NAME
-// VALUE...".
+// Much of one thing, for script/faults: what piles up shows in the end.
+#include "support/FaultReport.h"
 #include "tests/ui/Screens.h"
 
 #include <chrono>
@@ -35,8 +35,13 @@ Use useNow() {
   return use;
 }
 
-// Where the program's output went at its start: builds turn the standard streams to their log.
-const int report = dup(STDOUT_FILENO);
+std::string growth(const Use& before, const Use& after) {
+  char words[80];
+  std::snprintf(words, sizeof words, "grown by %.2f MB and %d descriptors",
+                after.mebibytes - before.mebibytes,
+                static_cast<int>(after.descriptors) - static_cast<int>(before.descriptors));
+  return words;
+}
 
 void settle() {
   for (int turn = 0; turn < 3; ++turn) {
@@ -67,8 +72,10 @@ TEST_F(Endurance, BuildsLeaveNothingBehind) {
   EXPECT_LE(after.mebibytes - before.mebibytes, 2);
   EXPECT_LE(after.descriptors, before.descriptors);
   EXPECT_LE(after.processes, before.processes);
-  dprintf(report, "builds %d %.2f %zu %zu\n", builds, after.mebibytes - before.mebibytes,
-          after.descriptors - before.descriptors, after.processes - before.processes);
+  reportFault("builds in a row", builds, "-",
+              growth(before, after) + ", " +
+                  std::to_string(static_cast<int>(after.processes) - static_cast<int>(before.processes)) +
+                  " processes");
 }
 
 TEST_F(Endurance, DialogsLeaveNothingBehind) {
@@ -92,8 +99,7 @@ TEST_F(Endurance, DialogsLeaveNothingBehind) {
   EXPECT_LE(after.mebibytes - before.mebibytes, 2);
   EXPECT_EQ(after.descriptors, before.descriptors);
   EXPECT_EQ(QApplication::allWidgets().size(), widgets);
-  dprintf(report, "dialogs %d %.2f %zu\n", rounds, after.mebibytes - before.mebibytes,
-          after.descriptors - before.descriptors);
+  reportFault("dialogs opened and dismissed", rounds, "-", growth(before, after));
 }
 
 TEST_F(Endurance, AFolderOfAHundredThousandEntriesIsListed) {
@@ -111,7 +117,46 @@ TEST_F(Endurance, AFolderOfAHundredThousandEntriesIsListed) {
       std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
   EXPECT_EQ(MUArray().size(), entries + 1U);
   EXPECT_LE(taken, patience);
-  dprintf(report, "entries %d %.0f\n", entries, taken);
+  reportFault("entries in a project", static_cast<int>(MUArray().size()), "-",
+              "listed in " + std::to_string(static_cast<int>(taken)) + " ms");
+}
+
+TEST_F(Endurance, ALargeLogIsShown) {
+  constexpr std::size_t size = std::size_t{64} << 20;
+  constexpr double patience = 5000;            // milliseconds
+  constexpr double memory = 4 * (size >> 20);  // mebibytes
+  const std::string bytes = std::to_string(size);
+  const std::string sources[] = {"yes '\033[0;32mcompiling\033[0m a line' | head -c " + bytes,
+                                 "head -c " + bytes + " /dev/zero | tr '\\0' x",
+                                 "head -c " + bytes + " /dev/zero"};
+  double slowest = 0;
+  double grown = 0;
+  int large = 0;
+  for (const std::string& source : sources) {
+    makeProject({{"Makefile", "package:\n\t@" + source + "; touch /var/tmp/printed\n"}});
+    putFile(updateMarker, "");
+    removeItemAtPath("/var/tmp/printed");
+    start();
+    openBuildScreen();
+    tap("Make Package");
+    finger::waitUntil([] { return fileExistsAtPath("/var/tmp/printed"); }, "make does not print");
+    if (sizeOfFile(device::application + "MakeLog.log") >= size) ++large;
+    const Use before = useNow();
+    const auto begin = std::chrono::steady_clock::now();
+    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); }, "the build does not end");
+    settle();
+    slowest = std::max(
+        slowest, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count());
+    grown = std::max(grown, useNow().mebibytes - before.mebibytes);
+    EXPECT_GT(log().text().size(), 0U);
+    tap("Clear Log");
+    delegate_.reset();
+  }
+  EXPECT_LE(slowest, patience);
+  EXPECT_LE(grown, memory);
+  reportFault("a log of 64 MiB: lines, one line, zeros", 3, std::to_string(large),
+              "shown in " + std::to_string(static_cast<int>(slowest)) + " ms, with " +
+                  std::to_string(static_cast<int>(grown)) + " MB more");
 }
 
 }  // namespace

@@ -1,40 +1,53 @@
 # The operations in a device that lacks something, or shares it.
 
-# in_starved_device OPTIONS...: every operation under strace with these options.
-in_starved_device() {
-  rm -rf "$place/starved"
-  status=0
-  start starved strace -f -qq -o /var/tmp/trace "$@" "$in_device/faults_subject" operate > /dev/null 2>&1 || status=$?
+# Whether a project is made and its package built in that device.
+builds_in() {
+  start "$1" "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
+    start "$1" "$in_device/faults_subject" build > /dev/null 2>&1
 }
-injected() { grep -c INJECTED "$place/starved/var/tmp/trace"; }
+
+# starve PATTERN OPTIONS...: one try of every operation in a device where strace, or what it starts, lets it lack
+# something. PATTERN is what the trace says of that. Counts in the caller's tries, fired, hits and bad.
+starve() {
+  local pattern=$1 here status=0
+  shift
+  rm -rf "$place/starved"
+  start starved strace -f -qq -o /var/tmp/trace "$@" "$in_device/faults_subject" operate > /dev/null 2>&1 || status=$?
+  tries=$((tries + 1))
+  here=$(grep -c "$pattern" "$place/starved/var/tmp/trace")
+  fired=$((fired + (here > 0)))
+  hits=$((hits + here))
+  [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "$*: ends with $status"; }
+  start starved sh -c "for list in Choose Files LangFile Checker; do
+    $in_device/faults_subject update /Applications/Tweakbench.app/\$list.plist P || exit
+  done" || { bad=$((bad + 1)); complain "$*: settings are damaged"; }
+  builds_in starved || { bad=$((bad + 1)); complain "$*: no build afterwards"; }
+}
 
 row_fork() {
-  local call tries=0 fired=0 bad=0 hits=0
-  in_starved_device -e trace=clone,clone3,vfork -e inject=clone,clone3,vfork:error=EAGAIN
-  tries=1
-  hits=$(injected)
-  fired=$((hits > 0))
-  [ "$status" -eq 0 ] || bad=1
-  # Where nothing can be started, nothing is created and nothing deleted, and the settings are whole.
-  [ "$(start starved "$in_device/faults_subject" build > /dev/null 2>&1; echo $?)" -eq 1 ] || bad=1
-  start starved "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
-    start starved "$in_device/faults_subject" build > /dev/null 2>&1 || { bad=1; complain "no build afterwards"; }
-  report "processes refused (clone, clone3, vfork)" "$tries" "$fired" "$bad" "$hits commands refused, every operation ended"
+  local tries=0 fired=0 bad=0 hits=0
+  # The application's own, and the first of every shell and make, which try again.
+  starve INJECTED -e trace=clone3 -e inject=clone3:error=EAGAIN
+  starve INJECTED -e trace=clone,vfork -e inject=clone,vfork:error=EAGAIN:when=1
+  starve INJECTED -e trace=clone,clone3,vfork -e inject=clone,clone3,vfork:error=EAGAIN
+  report "processes refused" "$tries" "$fired" "$bad" "$hits refused, every operation ended, builds afterwards"
 }
 
 row_shell() {
   local error tries=0 fired=0 bad=0 hits=0
   for error in ENOENT EACCES E2BIG ENOMEM; do
-    tries=$((tries + 1))
-    in_starved_device -e trace=execve -P /bin/sh -e inject=execve:error=$error
-    [ "$(injected)" -eq 0 ] || fired=$((fired + 1))
-    hits=$((hits + $(injected)))
-    [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "$error: ends with $status"; }
-    start starved "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
-      start starved "$in_device/faults_subject" build > /dev/null 2>&1 ||
-      { bad=$((bad + 1)); complain "$error: no build afterwards"; }
+    starve INJECTED -e trace=execve -P /bin/sh -e inject=execve:error=$error
   done
   report "/bin/sh missing or not to be run" "$tries" "$fired" "$bad" "$hits commands refused, every operation ended"
+}
+
+row_descriptors() {
+  local limit tries=0 fired=0 bad=0 hits=0
+  # With fewer the program is not loaded.
+  for limit in $(seq 4 16); do
+    starve EMFILE -e trace=%desc prlimit --nofile="$limit"
+  done
+  report "no more than 4 to 16 descriptors" "$tries" "$fired" "$bad" "$hits calls refused, every operation ended, builds afterwards"
 }
 
 # A folder $place/disk on a small disk of its own, for the command that follows.
@@ -71,12 +84,10 @@ row_removed() {
     status=0
     wait $first || status=$?
     [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "ends with $status"; }
+    builds_in removed || { bad=$((bad + 1)); complain "the next start does not build"; }
     rm -rf "$place/removed"
-    start removed "$in_device/faults_subject" prepare > /dev/null 2>&1 &&
-      start removed "$in_device/faults_subject" build > /dev/null 2>&1 ||
-      { bad=$((bad + 1)); complain "the next start does not build"; }
   done
-  report "the device removed while it runs" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries ended, and a new device builds"
+  report "the device removed while it runs" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries ended, and what was left builds again"
 }
 
 row_two() {

@@ -93,7 +93,8 @@ std::string lossAfter(const Operation& operation, int status) {
 }  // namespace
 
 int subject::fillTheDisk() {
-  constexpr int enough = 512;
+  constexpr int enough = 512;  // pages, for the largest of them
+  constexpr int further = 4;   // pages beyond the fewest that it needs
   // Builds and what commands say go to wherever a build log is.
   const Descriptor report(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 200));
   const Descriptor complaints(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 200));
@@ -103,8 +104,9 @@ int subject::fillTheDisk() {
   int bad = 0;
   for (const Operation& operation : operations) {
     int refusedHere = 0;
-    bool wasDone = false;
-    for (int pages = 0; pages <= enough; pages += pages < 8 ? 1 : pages / 4) {
+    int done = 0;
+    // So its every write comes to the end of the disk once.
+    for (int pages = 0; done <= further && pages <= enough; ++pages) {
       removeItemAtPath(filler);
       prepare();
       putFile(tweak, longText);
@@ -121,8 +123,7 @@ int subject::fillTheDisk() {
       int status = 0;
       waitpid(child, &status, 0);
       ++tries;
-      wasDone = operation.isDone();
-      if (!wasDone) ++refusedHere;
+      (operation.isDone() ? done : refusedHere) += 1;
       const std::string loss = lossAfter(operation, status);
       if (loss.empty()) continue;
       ++bad;
@@ -131,10 +132,9 @@ int subject::fillTheDisk() {
     removeItemAtPath(filler);
     fired += refusedHere;
     // A sweep that never refused, or never went through, has tried nothing.
-    if (refusedHere > 0 && wasDone) continue;
+    if (refusedHere > 0 && done > 0) continue;
     ++bad;
-    dprintf(complaints.get(), "%s: refused %d times, done at last: %d\n", operation.name, refusedHere,
-            wasDone);
+    dprintf(complaints.get(), "%s: refused %d times, done %d times\n", operation.name, refusedHere, done);
   }
   dprintf(report.get(), "%d %d %d\n", tries, fired, bad);
   return 0;

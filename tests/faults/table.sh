@@ -24,14 +24,15 @@ trap clean_up EXIT
 heading() { printf '%-44s %6s %6s  %s\n' fault tries fired outcome; }
 
 # report FAULT TRIES FIRED BAD WORDS: one line of the table. FIRED is in how many tries the fault was really there;
-# where it never was, nothing has been tried. BAD counts the tries with a bad outcome.
+# where it never was, nothing has been tried. It is "-" where nothing is broken and only much of something is done or
+# measured. BAD counts the tries with a bad outcome.
 report() {
   local verdict=ok
-  if [ "${2:-0}" -eq 0 ] || [ "${3:-0}" -eq 0 ] || [ "${4:-1}" -ne 0 ]; then
+  if [ "${2:-0}" -eq 0 ] || [ "${3:-0}" = 0 ] || [ "${4:-1}" -ne 0 ]; then
     verdict=FAILED
     faults=$((faults + 1))
   fi
-  printf '%-44s %6d %6d  %s: %s\n' "$1" "${2:-0}" "${3:-0}" "$5" "$verdict"
+  printf '%-44s %6d %6s  %s: %s\n' "$1" "${2:-0}" "${3:-0}" "$5" "$verdict"
 }
 
 # complain WORDS...: what went wrong in one try; standard output is the table's.
