@@ -2,6 +2,7 @@
 
 #include "core/NSLog.h"
 #include "platform/EventBoundary.h"
+#include "platform/HandOver.h"
 #include "platform/NSRunLoop.h"
 
 #include <memory>
@@ -29,13 +30,21 @@ std::vector<std::unique_ptr<QThread>>& workers() {
 
 void runOnMainQueue(std::function<void()> job) {
   if (QCoreApplication* application = QCoreApplication::instance()) {
-    QMetaObject::invokeMethod(application, atEventBoundary(std::move(job)), Qt::QueuedConnection);
+    auto handed = [job = atEventBoundary(std::move(job))]() mutable {
+      handover::taken();
+      job();
+    };
+    handover::given();
+    QMetaObject::invokeMethod(application, std::move(handed), Qt::QueuedConnection);
   }
 }
 
 void runOnWorker(std::function<void()> job, QThread::Priority priority) {
   auto kept = std::make_shared<std::function<void()>>(std::move(job));
-  std::unique_ptr<QThread> worker(QThread::create([kept] { atEventBoundary(std::move(*kept))(); }));
+  std::unique_ptr<QThread> worker(QThread::create([kept] {
+    atEventBoundary(std::move(*kept))();
+    handover::given();
+  }));
   worker->start(priority);
   // A refused thread is told by nothing but this: no signal comes, and no exception.
   if (worker->isRunning() || worker->isFinished()) {
@@ -93,5 +102,6 @@ void dispatch_wait_for_global_queues() {
       workers().pop_back();
     }
     worker->wait();
+    handover::taken();
   }
 }

@@ -9,6 +9,6 @@ extern "C" const char* __tsan_default_suppressions() {
          "called_from_lib:libQt6Gui.so.6\n"
          "called_from_lib:libQt6Widgets.so.6\n"
          "called_from_lib:libglib-2.0.so.0\n"  // whose event loop the threads of Qt have
-         // A job for the main queue that is posted by a worker, and taken back at the end of the application.
+         // A job that a worker posted and that is taken back, unrun, at the end of the application.
          "race:QMetaCallEvent\n";
 }
