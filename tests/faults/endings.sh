@@ -77,6 +77,6 @@ row_races() {
   local output tries fired=0 bad=0
   output=$(script/threads 2>&1) || { bad=1; tail -n 40 <<< "$output" >&2; }
   tries=$(grep -c ' Passed ' <<< "$output")
-  out/tsan/lib/tweakbench/tests/faults_subject race 2>&1 | grep -q 'WARNING: ThreadSanitizer: data race' && fired=1
+  ! grep -q 'WARNING: ThreadSanitizer: data race' < <(out/tsan/lib/tweakbench/tests/faults_subject race 2>&1) || fired=1
   report "a race planted for ThreadSanitizer" 1 "$fired" "$bad" "seen, and no other in $tries test programs"
 }
