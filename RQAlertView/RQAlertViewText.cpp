@@ -14,6 +14,7 @@ constexpr QChar leftToRightIsolate(0x2066);
 constexpr QChar popIsolate(0x2069);
 constexpr QChar ellipsis(0x2026);
 constexpr QChar takesNoRoom(0x200b);
+constexpr QChar wordJoiner(0x2060);
 
 constexpr qsizetype longestWord = 1000;
 
@@ -86,6 +87,18 @@ QString isolated(QStringView line) {
   closeRun();
   result += line.mid(written);
   return result;
+}
+
+// A mark that closes a quotation does not stand in a line alone, but goes with the word before it, a path as
+// a whole.
+void keepClosingMark(QString& line) {
+  if (!line.endsWith(QStringLiteral(" \""))) return;
+  line[line.size() - 2] = QChar::Nbsp;
+  const qsizetype word = line.lastIndexOf(u' ') + 1;
+  for (qsizetype at = line.lastIndexOf(u'/'); at >= word; at = line.lastIndexOf(u'/', at - 1)) {
+    line.insert(at + 1, wordJoiner);
+    if (at == 0) return;
+  }
 }
 
 // Where a stretch without a blank is so long, looking for the ends of words would take a time that grows with
@@ -196,8 +209,7 @@ QString RQAlertViewText::displayText(const QString& text) {
   QStringList lines = shown.split(u'\n');
   for (QString& line : lines) {
     if (fromRight) line = isolated(line);
-    // A mark that closes a quotation does not stand in a line alone.
-    if (line.endsWith(QStringLiteral(" \""))) line[line.size() - 2] = QChar::Nbsp;
+    keepClosingMark(line);
   }
   return lines.join(u'\n');
 }

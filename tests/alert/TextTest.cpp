@@ -24,7 +24,7 @@ TEST(DisplayText, ShowsTheTextAsItIsAndTrickeryAsWhatItIs) {
       {"overrides are made visible", u"a\u202Etxt.exe", u"a\uFFFDtxt.exe"},
       {"control characters too", u"a\x07[31mb\x7f", u"a\u2407[31mb\u2421"},
       {"what begins a colour takes no room", u"\x1b  0 - Name", u"\u200B  0 - Name"},
-      {"a closing mark keeps to its word", u"say \" a/b \"", u"say \" a/b\u00A0\""},
+      {"a closing mark keeps to its word", u"say \" a/b \"", u"say \" a/\u2060b\u00A0\""},
       {"line ends are one line end", u"a\r\nb\u2028c", u"a\nb\nc"},
       {"tabs are blanks", u"a\tb", u"a b"},
   };
