@@ -95,10 +95,8 @@ void keepClosingMark(QString& line) {
   if (!line.endsWith(QStringLiteral(" \""))) return;
   line[line.size() - 2] = QChar::Nbsp;
   const qsizetype word = line.lastIndexOf(u' ') + 1;
-  for (qsizetype at = line.lastIndexOf(u'/'); at >= word; at = line.lastIndexOf(u'/', at - 1)) {
-    line.insert(at + 1, wordJoiner);
-    if (at == 0) return;
-  }
+  const QString joined = line.mid(word).replace(u'/', QStringLiteral("/") + wordJoiner);
+  line.replace(word, line.size() - word, joined);
 }
 
 // Where a stretch without a blank is so long, looking for the ends of words would take a time that grows with
