@@ -234,5 +234,5 @@ void RQAlertViewStage::mouseReleaseEvent(QMouseEvent* event) {
   const bool tapped = std::exchange(pressed_, false) && event->button() == Qt::LeftButton &&
                       rect().contains(event->position().toPoint()) &&
                       !frame_->geometry().contains(event->position().toPoint());
-  if (tapped && in_ && motion_ == Motion::None) emit coverTapped();
+  if (tapped) emit coverTapped();
 }
