@@ -75,7 +75,7 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQ
   handlers_.destructiveHandler = std::move(reports.destructive);
   setDelegate(std::move(reports.to));
   // The set-up handler gets a dialog that is whole, and may drop the last reference to it.
-  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  std::shared_ptr<RQAlertView> alive = shared_from_this();
   setupDefaults();
   const auto setupHandler = std::exchange(contents_.textFieldsSetupHandler, nullptr);
   if (setupHandler && content_) content_->setUpTextFields(setupHandler);

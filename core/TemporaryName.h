@@ -7,7 +7,7 @@
 
 // The pattern for mkostemp. Short, whatever the file is called: its name may already be as long as a name can
 // be.
-inline constexpr std::string_view temporaryNamePattern = ".tweakbench-XXXXXX";
+inline constexpr std::string_view temporaryNamePattern = ".tweakbench-saving-XXXXXX";
 
 // Whether a file of that name is one of them.
 inline bool isTemporaryName(std::string_view name) {

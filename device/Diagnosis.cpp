@@ -35,7 +35,7 @@ NamespaceSettings readNamespaceSettings() {
 }
 
 std::string explainFailure(const std::string& message, const NamespaceSettings& settings) {
-  const std::string start = "The device could not be set up: ";
+  const std::string start = kSetUpFailed;
   if (contains(message, {"Unknown option"})) {
     return start + "this bubblewrap is too old; install version 0.8.0-2+deb12u1, 0.10 or later.";
   }

@@ -15,6 +15,9 @@ struct NamespaceSettings {
 
 NamespaceSettings readNamespaceSettings();
 
+// Begins what is said where the system refuses a device.
+inline constexpr const char* kSetUpFailed = "The device could not be set up: ";
+
 // `message` is what bubblewrap wrote, possibly nothing. The answer says what to do where something can be
 // done.
 std::string explainFailure(const std::string& message, const NamespaceSettings& settings);

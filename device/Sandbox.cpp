@@ -288,7 +288,7 @@ class Run {
   Ending ending() const {
     if (isTooSlow_) {
       return {Ending::Kind::SetUpFailed, 0,
-              "The device could not be set up: bubblewrap was not ready in time."};
+              "Bubblewrap did not set the device up in time; try again when the machine is less busy."};
     }
     if (interruption_ != 0) return {Ending::Kind::Interrupted, interruption_, {}};
     if (startError_) return {Ending::Kind::NotStarted, *startError_, {}};

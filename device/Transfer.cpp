@@ -149,7 +149,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
                           {CopiedLinks::Inside, transfer.umask, transfer.pause});
   transfer.host.assume();
   if (fchmod(to.get(), 0777 & ~transfer.umask) != 0) refuseWithError("The packages could not be written:");
-  for (auto& each : leftOut) each = std::string(kOwnPackages) + "/" + each;
+  for (auto& each : leftOut) each = std::string(kOwnPackages).append("/").append(each);
   return leftOut;
 }
 

@@ -289,8 +289,8 @@ int run(const Options& options) {
   }
   const Ending ending =
       runInDevice(host.bubblewrap, std::move(request), programFor(options), opener ? &*opener : nullptr);
-  // Not left to the end of the process, which a signal may make sudden.
   folder.remainDevice();
+  // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();
   opener.reset();
   return tell(ending, name);

@@ -1,5 +1,5 @@
 // Tells ThreadSanitizer of what one thread hands over to another through Qt, whose locks it does not see.
-// Costs nothing elsewhere.
+// One place for all of it, so a race between two jobs may hide behind a third. Costs nothing elsewhere.
 #pragma once
 
 #if defined(__SANITIZE_THREAD__)

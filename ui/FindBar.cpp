@@ -90,6 +90,7 @@ void FindBar::find(SearchDirection direction, bool mayStay) {
   const bool missing = !word_->text().isEmpty() && !find_(word_->text(), direction, mayStay);
   result_->setText(missing ? QStringLiteral("No match") : QString());
   // On a narrow screen there is not room for the message and for what would lead nowhere.
+  if (missing && (previous_->hasFocus() || next_->hasFocus())) word_->setFocus(Qt::OtherFocusReason);
   previous_->setVisible(!missing);
   next_->setVisible(!missing);
 }

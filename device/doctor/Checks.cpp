@@ -1,5 +1,6 @@
 #include "device/doctor/Checks.h"
 
+#include "device/Diagnosis.h"
 #include "device/doctor/BuildLog.h"
 
 #include <algorithm>
@@ -114,7 +115,7 @@ Finding startFinding(const Facts& facts) {
   const char* subject = "user namespaces";
   if (!facts.deviceRefusal.empty()) {
     // Another refusal is not the system's.
-    const bool isSystems = facts.deviceRefusal.starts_with("The device could not be set up");
+    const bool isSystems = facts.deviceRefusal.starts_with(kSetUpFailed);
     return problem(isSystems ? subject : "start", facts.deviceRefusal);
   }
   if (!facts.inDevice)

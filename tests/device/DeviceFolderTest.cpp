@@ -80,20 +80,20 @@ TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneSti
 
 TEST_F(DeviceFolderTest, WhatAKilledSaveLeftGoesAtTheNextStart) {
   start();
-  putFile(application(".tweakbench-Ab3dEf"), "half");
-  putFile(device / "var/Tweakyard/Projects/P/.tweakbench-zyxwvu", "half");
-  const std::vector<std::string> kept{application(".tweakbench-Ab3d.f"),
-                                      device / "var/Tweakyard/Projects/P/.tweakbench-notes",
-                                      device / "var/Tweakyard/Projects/P/.tweakbench-folder/file",
-                                      device / "var/Tweakyard/Projects/P/deep/.tweakbench-zyxwvu"};
+  putFile(application(".tweakbench-saving-Ab3dEf"), "half");
+  putFile(device / "var/Tweakyard/Projects/P/.tweakbench-saving-zyxwvu", "half");
+  const std::vector<std::string> kept{application(".tweakbench-saving-Ab3d.f"),
+                                      device / "var/Tweakyard/Projects/P/.tweakbench-config",
+                                      device / "var/Tweakyard/Projects/P/.tweakbench-saving-folder/file",
+                                      device / "var/Tweakyard/Projects/P/deep/.tweakbench-saving-zyxwvu"};
   for (const std::string& file : kept) putFile(file, "mine");
   fs::create_symlink(home.path(), device / "var/Tweakyard/Projects/link");
-  putFile(home / ".tweakbench-zyxwvu", "the user's");
+  putFile(home / ".tweakbench-saving-zyxwvu", "the user's");
   start();
-  EXPECT_FALSE(fs::exists(application(".tweakbench-Ab3dEf")));
-  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/Projects/P/.tweakbench-zyxwvu"));
+  EXPECT_FALSE(fs::exists(application(".tweakbench-saving-Ab3dEf")));
+  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/Projects/P/.tweakbench-saving-zyxwvu"));
   for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine") << file;
-  EXPECT_EQ(fileAt(home / ".tweakbench-zyxwvu"), "the user's");
+  EXPECT_EQ(fileAt(home / ".tweakbench-saving-zyxwvu"), "the user's");
 }
 
 TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {

@@ -1,7 +1,7 @@
 // The guided tour: the main job from an empty device to a built package, and all that lies beside the way,
 // done on the real screens with real clicks and keys, in each language, with a picture of every screen and
-// dialog. Runs in the device and prints, at its end, the paths of the package and of the pictures there. Its
-// one argument, WIDTHxHEIGHT in logical pixels, is the screen's size.
+// dialog. Runs in a device without projects and backups and prints, at its end, the paths of the package and
+// of the pictures there. Its one argument, WIDTHxHEIGHT in logical pixels, is the screen's size.
 #include "core/FileManager.h"
 #include "core/Text.h"
 #include "platform/Motion.h"
@@ -14,11 +14,13 @@
 #include "ui/tour/Album.h"
 #include "ui/tour/Finger.h"
 #include "ui/tour/Stops.h"
+#include "workspace/Backups.h"
 #include "workspace/ProjectName.h"
+#include "workspace/Selection.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace {
@@ -43,7 +45,14 @@ void goEverywhere(Album& album) {
   stops::end(album);
 }
 
+// The tour ends with the dialogs that delete projects and backups, all of them.
+void requireNothingToLose() {
+  if (!projectNames().empty() || !backupNames().empty())
+    throw std::runtime_error("there are projects or backups in this device, and it would delete them");
+}
+
 void goTour(FILE* report) {
+  requireNothingToLose();
   Album album(report);
   goEverywhere(album);
   turnToArabic();
@@ -86,7 +95,8 @@ int main(int argc, char** argv) {
       } catch (const std::exception& error) {
         std::fprintf(report, "The tour stopped: %s\n", error.what());
       }
-      QCoreApplication::quit();
+      // Not by closing the window, which asks where text is not saved.
+      QCoreApplication::exit(status);
     });
     return makeAppDelegate();
   });
