@@ -1,7 +1,7 @@
 #include "device/doctor/Checks.h"
 
-#include "device/Diagnosis.h"
 #include "device/doctor/BuildLog.h"
+#include "device/sandbox/Diagnosis.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,9 +1,9 @@
 #include "device/doctor/Doctor.h"
 
-#include "device/Environment.h"
 #include "device/Refusal.h"
 #include "device/doctor/Checks.h"
 #include "device/doctor/LookAround.h"
+#include "device/sandbox/Environment.h"
 
 #include <algorithm>
 #include <iostream>

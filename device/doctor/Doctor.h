@@ -1,7 +1,7 @@
 // tweakbench doctor: looks from outside the application at what builds need, and says what is wrong.
 #pragma once
 
-#include "device/Options.h"
+#include "device/launcher/Options.h"
 
 namespace device::doctor {
 

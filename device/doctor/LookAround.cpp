@@ -1,12 +1,12 @@
 #include "device/doctor/LookAround.h"
 
-#include "device/Account.h"
-#include "device/Beneath.h"
-#include "device/Environment.h"
-#include "device/HostPrograms.h"
 #include "device/Refusal.h"
 #include "device/doctor/Capture.h"
 #include "device/doctor/DeviceProbe.h"
+#include "device/folder/Beneath.h"
+#include "device/sandbox/Account.h"
+#include "device/sandbox/Environment.h"
+#include "device/sandbox/HostPrograms.h"
 
 #include <cstdlib>
 #include <fcntl.h>

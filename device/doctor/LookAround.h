@@ -1,8 +1,8 @@
 // Gathers the facts.
 #pragma once
 
-#include "device/Options.h"
 #include "device/doctor/Facts.h"
+#include "device/launcher/Options.h"
 
 namespace device::doctor {
 

@@ -1,4 +1,4 @@
-#include "device/Arguments.h"
+#include "device/sandbox/Arguments.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // The device's folder as its own builds may have left it.
-#include "device/Beneath.h"
-#include "device/DeviceFolder.h"
-#include "device/ProgramLinks.h"
-#include "device/ShippedFiles.h"
+#include "device/folder/Beneath.h"
+#include "device/folder/DeviceFolder.h"
+#include "device/folder/ProgramLinks.h"
+#include "device/folder/ShippedFiles.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 

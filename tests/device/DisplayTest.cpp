@@ -1,4 +1,4 @@
-#include "device/Display.h"
+#include "device/session/Display.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,9 +1,9 @@
 // The doctor: what it makes of what it has seen, and of a build's log.
-#include "device/Beneath.h"
 #include "device/doctor/BuildLog.h"
 #include "device/doctor/Capture.h"
 #include "device/doctor/Checks.h"
 #include "device/doctor/DeviceProbe.h"
+#include "device/folder/Beneath.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 // What the launcher makes of the host: environment, paths, accounts, and why bubblewrap failed.
-#include "device/Accessibility.h"
-#include "device/Account.h"
-#include "device/DataFiles.h"
-#include "device/Diagnosis.h"
-#include "device/Environment.h"
-#include "device/ReducedMotion.h"
 #include "device/Refusal.h"
+#include "device/sandbox/Account.h"
+#include "device/sandbox/DataFiles.h"
+#include "device/sandbox/Diagnosis.h"
+#include "device/sandbox/Environment.h"
+#include "device/session/Accessibility.h"
+#include "device/session/ReducedMotion.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>

@@ -1,8 +1,8 @@
 // What the opener opens for a device that means harm, and what it does not.
-#include "device/HostPrograms.h"
-#include "device/OpenableAddress.h"
-#include "device/Opener.h"
-#include "device/ShownFolders.h"
+#include "device/opener/OpenableAddress.h"
+#include "device/opener/Opener.h"
+#include "device/opener/ShownFolders.h"
+#include "device/sandbox/HostPrograms.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>

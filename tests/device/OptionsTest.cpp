@@ -1,4 +1,4 @@
-#include "device/Options.h"
+#include "device/launcher/Options.h"
 #include "support/RefusalOf.h"
 
 namespace device {

@@ -1,4 +1,4 @@
-#include "device/SystemLog.h"
+#include "device/session/SystemLog.h"
 
 #include <gtest/gtest.h>
 

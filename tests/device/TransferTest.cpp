@@ -1,8 +1,8 @@
 // Projects copied in and out of a device whose programs may mean harm.
-#include "device/Beneath.h"
-#include "device/DeviceFolder.h"
-#include "device/Interruption.h"
-#include "device/Transfer.h"
+#include "device/folder/Beneath.h"
+#include "device/folder/DeviceFolder.h"
+#include "device/sandbox/Interruption.h"
+#include "device/transfer/Transfer.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,0 +1,156 @@
+#include "device/folder/Beneath.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <memory>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+// A folder that a build fills with names must not fill the memory.
+constexpr std::size_t kMostNames = 1'000'000;
+
+}  // namespace
+
+Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
+  open_how how{};
+  how.flags = static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW);
+  how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
+  return Descriptor(static_cast<int>(syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
+}
+
+Descriptor openFolderBeneath(int folder, const std::filesystem::path& path) {
+  return openBeneath(folder, path, O_RDONLY | O_DIRECTORY);
+}
+
+bool makeFolderBeneath(int folder, const std::filesystem::path& path) {
+  std::filesystem::path sofar;
+  Descriptor parent = openFolderBeneath(folder, ".");
+  for (const auto& part : path) {
+    if (!parent) return false;
+    mkdirat(parent.get(), part.c_str(), 0755);
+    sofar /= part;
+    parent = openFolderBeneath(folder, sofar);
+  }
+  return static_cast<bool>(parent);
+}
+
+bool exists(int folder, const std::string& name) {
+  struct stat status {};
+  return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+namespace {
+
+// Empty for what is no regular file.
+Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
+  // A pipe must not stop the launcher.
+  Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
+  struct stat status {};
+  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return file;
+}
+
+}  // namespace
+
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+  const Descriptor file = openPlainFile(folder, path);
+  if (!file) return std::nullopt;
+  std::string content;
+  char piece[16384];
+  while (content.size() <= limit) {
+    const ssize_t got = read(file.get(), piece, sizeof piece);
+    if (got == 0) return content;
+    if (got < 0 && errno != EINTR) return std::nullopt;
+    if (got > 0) content.append(piece, static_cast<std::size_t>(got));
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+  const Descriptor file = openPlainFile(folder, path);
+  struct stat status {};
+  if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  std::string content(std::min(size, limit), '\0');
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const auto place = static_cast<off_t>(size - content.size() + done);
+    const ssize_t got = pread(file.get(), content.data() + done, content.size() - done, place);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    // Cut short while it was read.
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  content.resize(done);
+  return content;
+}
+
+bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode) {
+  const std::string temporary = name + ".new-" + std::to_string(getpid());
+  unlinkat(folder, temporary.c_str(), 0);
+  Descriptor file(
+      openat(folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+  if (!file) return false;
+  std::size_t done = 0;
+  while (done < content.size()) {
+    const ssize_t written = write(file.get(), content.data() + done, content.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) break;
+    done += static_cast<std::size_t>(written);
+  }
+  if (done == content.size() && fsync(file.get()) == 0 &&
+      renameat(folder, temporary.c_str(), folder, name.c_str()) == 0) {
+    return true;
+  }
+  const int error = errno;
+  unlinkat(folder, temporary.c_str(), 0);
+  errno = error;
+  return false;
+}
+
+bool removeBeneath(int folder, const std::string& name) {
+  if (unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT) return true;
+  if (errno != EISDIR) return false;
+  const Descriptor inside = openFolderBeneath(folder, name);
+  const auto names = inside ? namesIn(inside.get()) : std::nullopt;
+  if (!names) return false;
+  for (const auto& each : *names) {
+    if (!removeBeneath(inside.get(), each)) return false;
+  }
+  return unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
+}
+
+std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause) {
+  const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (copy < 0) return std::nullopt;
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(copy), closedir);
+  if (!stream) {
+    close(copy);
+    return std::nullopt;
+  }
+  std::vector<std::string> names;
+  errno = 0;
+  while (const dirent* entry = readdir(stream.get())) {
+    const std::string name = entry->d_name;
+    if (pause) pause();
+    if (name != "." && name != "..") names.push_back(name);
+    if (names.size() > kMostNames) {
+      errno = E2BIG;
+      return std::nullopt;
+    }
+    errno = 0;
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+}  // namespace device

@@ -1,0 +1,216 @@
+#include "device/folder/DeviceFolder.h"
+
+#include "core/TemporaryName.h"
+#include "device/Refusal.h"
+#include "device/folder/Beneath.h"
+#include "device/folder/ProgramLinks.h"
+#include "device/folder/ShippedFiles.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLock = "lock";
+constexpr const char* kShipped = "shipped";
+constexpr const char* kUserPrograms = "usr-bin";
+constexpr const char* kShellPrograms = "bin";
+constexpr const char* kApplicationFolder = "Tweakbench.app";
+constexpr const char* kProjectsFolder = "Tweakyard/Projects";
+constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
+constexpr const char* kPreferences = "com.apple.springboard.plist";
+
+std::string preferencesWithLocale(const std::string& locale) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+         "<plist version=\"1.0\">\n<dict>\n\t<key>XBRecentLocale</key>\n\t<string>" +
+         locale + "</string>\n</dict>\n</plist>\n";
+}
+
+std::string when(const timespec& time) {
+  return std::to_string(time.tv_sec) + "." + std::to_string(time.tv_nsec);
+}
+
+// Changes whenever the host's programs or the folder's entries do: a program in the device can set the
+// folder's modification time, but not its change time.
+std::string stateOfLinks(int folder) {
+  struct stat host {};
+  struct stat own {};
+  if (stat("/usr/bin", &host) != 0 || fstat(folder, &own) != 0) return {};
+  return when(host.st_mtim) + " " + when(own.st_ctim) + " " + std::to_string(own.st_ino);
+}
+
+void refuseForeignFolder(int folder, const fs::path& device) {
+  struct stat status {};
+  if (fstat(folder, &status) != 0 || status.st_uid != geteuid()) {
+    throw Refusal("The device " + device.string() + " belongs to another user (number " +
+                  std::to_string(status.st_uid) + ").");
+  }
+  const auto names = namesIn(folder);
+  if (!names) refuseWithError("The device " + device.string() + " could not be read:");
+  if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
+    throw Refusal("The folder " + device.string() +
+                  " holds other files and is no device; give --device a new folder.");
+  }
+}
+
+Descriptor makeLock(int folder) {
+  return Descriptor(openat(folder, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+}
+
+Descriptor openLock(int folder, const fs::path& device) {
+  Descriptor lock = makeLock(folder);
+  if (!lock) refuseWithError("The device " + device.string() + " could not be locked:");
+  return lock;
+}
+
+Descriptor openTop(int device, const char* folder, const fs::path& name) {
+  mkdirat(device, folder, 0755);
+  Descriptor opened(openat(device, folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  struct stat status {};
+  if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
+    throw Refusal("The device " + name.string() + " is damaged: " + folder + " is no folder of its user's.");
+  }
+  // A build may have closed it; nothing in the device can put something else in its place.
+  if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(device, folder, 0755, 0);
+  return opened;
+}
+
+}  // namespace
+
+Descriptor openOrMakeFolder(const fs::path& path) {
+  std::error_code error;
+  // Links above the device are the user's own.
+  const fs::path whole = fs::weakly_canonical(fs::absolute(path), error);
+  if (error) throw Refusal("The device " + path.string() + " cannot be reached: " + error.message() + ".");
+  fs::path sofar;
+  for (const auto& part : whole) {
+    sofar /= part;
+    // Only its owner may look in, as with all data folders.
+    if (mkdir(sofar.c_str(), 0700) != 0 && errno != EEXIST && errno != EROFS && errno != EACCES) {
+      refuseWithError("The device " + whole.string() + " could not be made:");
+    }
+  }
+  Descriptor folder(::open(whole.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder) refuseWithError("The device " + whole.string() + " could not be opened:");
+  return folder;
+}
+
+Descriptor openFolderForAccount(const fs::path& path, const Environment& caller, bool isSettled,
+                                Account& account) {
+  Descriptor folder;
+  if (isSettled) {
+    // Below the user's own home, folders are made with the user's own rights.
+    if (setegid(account.group) != 0 || seteuid(account.user) != 0)
+      refuseWithError("Root could not change its user:");
+    try {
+      folder = openOrMakeFolder(path);
+    } catch (const Refusal&) {
+    }
+    if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
+  }
+  if (!folder) folder = openOrMakeFolder(path);
+  struct stat status {};
+  fstat(folder.get(), &status);
+  if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, caller);
+  if (status.st_uid == 0) {
+    if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
+      throw Refusal("The folder " + path.string() + " is root's and not empty; give --device a new folder.");
+    }
+    if (fchown(folder.get(), account.user, account.group) != 0)
+      refuseWithError("The device could not be given away:");
+  }
+  return folder;
+}
+
+Descriptor openVar(int folder, const fs::path& name) {
+  refuseForeignFolder(folder, name);
+  // Makes a new folder a device, which the next start completes.
+  openLock(folder, name);
+  return openTop(folder, "var", name);
+}
+
+DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const DeviceContents& contents)
+    : folder_(std::move(folder)), name_(name) {
+  refuseForeignFolder(folder_.get(), name_);
+  lock();
+  applications_ = openTop(folder_.get(), "Applications", name_);
+  var_ = openTop(folder_.get(), "var", name_);
+  userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
+  // Where a build put links in the place of folders, they stay what they are, and the application does
+  // without.
+  for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
+    makeFolderBeneath(var_.get(), standard);
+  removeLeftovers();
+  refreshPreferences(contents.locale);
+  refreshLinks(kUserPrograms);
+  refreshLinks(kShellPrograms);
+  refreshApplication(contents.ownFiles / kApplicationFolder);
+}
+
+void DeviceFolder::lock() {
+  lock_ = openLock(folder_.get(), name_);
+  if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return;
+  if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
+  throw Refusal("The device " + name_.string() + " is in use by another Tweakbench; close that one first.");
+}
+
+void DeviceFolder::remainDevice() const {
+  const auto names = namesIn(folder_.get());
+  if (names && !names->empty()) makeLock(folder_.get());
+}
+
+// What an application that was killed in the middle of a save left beside the file. Nothing else of the
+// device runs while it is locked, so nobody is writing such a file now.
+void DeviceFolder::removeLeftovers() const {
+  const auto sweep = [](const Descriptor& folder) {
+    const auto names = folder ? namesIn(folder.get()) : std::nullopt;
+    for (const auto& name : names.value_or(std::vector<std::string>())) {
+      struct stat status {};
+      if (isTemporaryName(name) && fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+          S_ISREG(status.st_mode) && status.st_nlink == 1) {
+        unlinkat(folder.get(), name.c_str(), 0);
+      }
+    }
+  };
+  sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
+  const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
+  const auto names = projects ? namesIn(projects.get()) : std::nullopt;
+  for (const auto& name : names.value_or(std::vector<std::string>()))
+    sweep(openFolderBeneath(projects.get(), name));
+}
+
+void DeviceFolder::refreshPreferences(const std::string& locale) const {
+  const Descriptor preferences = openFolderBeneath(var_.get(), kPreferencesFolder);
+  if (!preferences || exists(preferences.get(), kPreferences)) return;
+  if (!writeAtomically(preferences.get(), kPreferences, preferencesWithLocale(locale), 0644)) {
+    refuseWithError("The device's preferences could not be written:");
+  }
+}
+
+void DeviceFolder::refreshLinks(const std::string& programs) const {
+  const Descriptor folder = openFolderBeneath(folder_.get(), programs);
+  const std::string record = programs + ".state";
+  const std::string state = stateOfLinks(folder.get());
+  if (!state.empty() && readBeneath(folder_.get(), record, 4096) == state) return;
+  putLinks(folder.get(), hostProgramLinks());
+  writeAtomically(folder_.get(), record, stateOfLinks(folder.get()), 0644);
+}
+
+void DeviceFolder::refreshApplication(const fs::path& shipped) const {
+  mkdirat(folder_.get(), kShipped, 0755);
+  const bool isNew = mkdirat(applications_.get(), kApplicationFolder, 0755) == 0;
+  const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);
+  if (!application) return;
+  const Descriptor programs = openFolderBeneath(folder_.get(), kUserPrograms);
+  shipFiles(shipped, {application.get(), programs.get()}, openFolderBeneath(folder_.get(), kShipped).get(),
+            isNew ? ApplicationFolder::New : ApplicationFolder::Kept);
+}
+
+}  // namespace device

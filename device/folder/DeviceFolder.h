@@ -1,0 +1,79 @@
+// The device's folder on the host: made, kept in order, locked and opened for the launcher.
+//
+//   DEVICE/lock               held by the launcher that uses the device
+//   DEVICE/Applications, var  shown as they are, writable
+//   DEVICE/usr-bin            shown as /usr/bin, writable
+//   DEVICE/bin                shown as /bin, read-only
+//   DEVICE/shipped            what was last put into the application folder; not shown
+//   DEVICE/*.state            what the folders of links were made from; not shown
+//
+// What is below Applications, var and usr-bin was written by programs in the device and is hostile: it is
+// reached through descriptors only, never by following a link.
+#pragma once
+
+#include "core/Descriptor.h"
+#include "device/sandbox/Account.h"
+#include "device/sandbox/Environment.h"
+
+#include <filesystem>
+#include <string>
+#include <sys/types.h>
+
+namespace device {
+
+// Opens the folder of a device, which is made where missing, parents too. Throws Refusal.
+Descriptor openOrMakeFolder(const std::filesystem::path& path);
+
+// As root: the same, and the folder belongs afterwards to the account that the device runs as. `isSettled`:
+// the account is known; otherwise the folder's owner tells it. Throws Refusal, also for a folder of root's
+// files.
+Descriptor openFolderForAccount(const std::filesystem::path& path, const Environment& caller, bool isSettled,
+                                Account& account);
+
+// Opens DEVICE/var for copying in and out, whether or not a launcher uses the device at the time, and makes
+// it where missing. To be used as the device's user. Throws Refusal, also where the folder is no device.
+Descriptor openVar(int folder, const std::filesystem::path& name);
+
+struct DeviceContents {
+  // Tweakbench's own files on the host, with the application folder as it is shipped.
+  std::filesystem::path ownFiles;
+  // For the device's preferences, where it has none yet.
+  std::string locale;
+};
+
+// A device, locked for this process as long as the object lives. To be used as the device's user, with umask
+// 022.
+class DeviceFolder {
+ public:
+  // Locks the device in `folder` and makes what is missing in it: everything the first time, the rest after a
+  // start that was killed or a build that removed it. `name` is what messages call the device. Throws
+  // Refusal, also where another launcher holds the lock.
+  DeviceFolder(Descriptor folder, const std::filesystem::path& name, const DeviceContents& contents);
+
+  // Opened O_PATH, owned by this user and no links, so that they can be mounted as they are.
+  int applications() const { return applications_.get(); }
+  int var() const { return var_.get(); }
+  int userPrograms() const { return userPrograms_.get(); }
+  int shellPrograms() const { return shellPrograms_.get(); }
+
+  // Where somebody deleted the device while it was used, and something was made there meanwhile: makes what
+  // is left a device again, which the next start completes.
+  void remainDevice() const;
+
+ private:
+  void lock();
+  void removeLeftovers() const;
+  void refreshPreferences(const std::string& locale) const;
+  void refreshLinks(const std::string& programs) const;
+  void refreshApplication(const std::filesystem::path& shipped) const;
+
+  Descriptor folder_;
+  std::filesystem::path name_;
+  Descriptor lock_;
+  Descriptor applications_;
+  Descriptor var_;
+  Descriptor userPrograms_;
+  Descriptor shellPrograms_;
+};
+
+}  // namespace device

@@ -1,0 +1,111 @@
+#include "device/launcher/Options.h"
+
+#include "device/Refusal.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+namespace device {
+namespace {
+
+constexpr const char* kPurpose = "Tweakbench: a workbench for tweak packages, in a device of its own.";
+constexpr const char* kCommands =
+    "Commands:\n"
+    "  (none)                      Open the application\n"
+    "  exec COMMAND [ARGUMENT...]  Run a command in the device and pass its exit status on\n"
+    "  shell                       Open a shell in the device\n"
+    "  import HOSTPATH             Copy this folder into the device as a project\n"
+    "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
+    "  doctor                      Say whether builds can work, and what to do where they cannot\n\n"
+    "import and export work beside an open application too. HOSTPATH of an export is the folder to put the\n"
+    "copy into, or else the copy's own new name; nothing is replaced.\n\n"
+    "Exit status: the command's; 128 + n if signal n killed it; 125 if the device could not be set up;\n"
+    "the doctor's: 0 if a build can work, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
+
+// The words of a command that takes exactly `count`, two dashes before them aside.
+std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
+  if (!words.empty() && words.front() == "--") words.erase(words.begin());
+  const bool hasEmpty = std::find(words.begin(), words.end(), "") != words.end();
+  if (words.size() != count || hasEmpty) throw Refusal(std::string("It is: tweakbench ") + usage + ".");
+  return words;
+}
+
+void takeCommand(Options& options, std::vector<std::string> words) {
+  if (words.empty()) return;
+  const std::string name = words.front();
+  words.erase(words.begin());
+  if (name == "exec") {
+    if (!words.empty() && words.front() == "--") words.erase(words.begin());
+    if (words.empty()) throw Refusal("exec needs a command to run in the device.");
+    options.action = Options::Action::Execute;
+    options.command = std::move(words);
+  } else if (name == "shell") {
+    if (!words.empty()) throw Refusal("shell takes no arguments; use exec to run a command.");
+    options.action = Options::Action::OpenShell;
+  } else if (name == "doctor") {
+    if (!words.empty()) throw Refusal("doctor takes no arguments.");
+    options.action = Options::Action::Examine;
+  } else if (name == "import") {
+    options.action = Options::Action::Import;
+    options.hostPath = operands(std::move(words), 1, "import HOSTPATH").front();
+  } else if (name == "export") {
+    words = operands(std::move(words), 2, "export NAME HOSTPATH");
+    options.action = Options::Action::Export;
+    options.project = words[0];
+    options.hostPath = words[1];
+  } else if (name.starts_with("-")) {
+    throw Refusal("There is no option " + name + "; see tweakbench --help.");
+  } else {
+    throw Refusal("There is no command " + name + "; see tweakbench --help.");
+  }
+}
+
+}  // namespace
+
+Options parseOptions(int count, const char* const* arguments) {
+  Options options;
+  bool writableTheos = false;
+  bool network = false;
+  CLI::App parser(kPurpose, "tweakbench");
+  parser.footer(kCommands);
+  // What follows the command is the command's own.
+  parser.prefix_command();
+  parser.set_version_flag("--version", "tweakbench " TWEAKBENCH_VERSION);
+  parser.add_option("--device", options.device, "Keep the device in this folder")->type_name("DIR");
+  parser.add_option("--theos", options.theos, "Use this Theos")->type_name("DIR");
+  parser.add_flag("--writable-theos", writableTheos, "Let the device change Theos");
+  parser.add_flag("--network", network, "Let the device reach the network");
+#ifdef TWEAKBENCH_TEST_OPTIONS
+  bool noFilter = false;
+  parser.add_flag("--no-filter", noFilter,
+                  "Start the command without the filter, as the application is (tests)");
+  bool asApplication = false;
+  parser.add_flag("--as-application", asApplication, "Give the command the application's display (tests)");
+#endif
+  try {
+    parser.parse(count, arguments);
+  } catch (const CLI::CallForHelp&) {
+    options.action = Options::Action::ShowText;
+    options.text = parser.help();
+    return options;
+  } catch (const CLI::CallForVersion& version) {
+    options.action = Options::Action::ShowText;
+    options.text = std::string(version.what()) + "\n";
+    return options;
+  } catch (const CLI::ParseError& error) {
+    throw Refusal(std::string(error.what()) + "; see tweakbench --help.");
+  }
+  if (options.device && options.device->empty()) throw Refusal("--device needs a folder.");
+  if (options.theos && options.theos->empty()) throw Refusal("--theos needs a folder.");
+  if (writableTheos) options.theosAccess = Options::Theos::Writable;
+  if (network) options.network = Options::Network::On;
+#ifdef TWEAKBENCH_TEST_OPTIONS
+  if (noFilter) options.filter = Options::Filter::Off;
+  if (asApplication) options.surroundings = Options::Surroundings::Application;
+#endif
+  takeCommand(options, parser.remaining());
+  return options;
+}
+
+}  // namespace device

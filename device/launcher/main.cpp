@@ -1,0 +1,52 @@
+// tweakbench, the launcher: opens the application, a shell or a command in the device.
+#include "device/doctor/Doctor.h"
+#include "device/launcher/Commands.h"
+
+#include <fcntl.h>
+#include <iostream>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace device;
+
+void closeInheritedDescriptors() {
+  syscall(SYS_close_range, 3U, ~0U, 0U);
+  // A standard stream that is missing would become some file of ours.
+  while (true) {
+    const int descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (descriptor > STDERR_FILENO) {
+      close(descriptor);
+      return;
+    }
+    if (descriptor < 0) return;
+    fcntl(descriptor, F_SETFD, 0);
+  }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  closeInheritedDescriptors();
+  // The device's files have fixed modes, whatever the caller's umask.
+  const mode_t callerUmask = umask(022);
+  // A caller that ignores it has the kernel throw away how children end.
+  signal(SIGCHLD, SIG_DFL);
+  try {
+    const Options options = parseOptions(count, arguments);
+    if (options.action == Options::Action::ShowText) {
+      std::cout << options.text << std::flush;
+      return std::cout ? 0 : kFailed;
+    }
+    if (options.action == Options::Action::Examine) return doctor::examine(options);
+    const bool copies =
+        options.action == Options::Action::Import || options.action == Options::Action::Export;
+    return copies ? transfer(options, callerUmask) : run(options);
+  } catch (const std::exception& error) {
+    std::cerr << "tweakbench: " << error.what() << "\n";
+    return kFailed;
+  }
+}

@@ -1,0 +1,215 @@
+// How the device is opened and what runs in it: the application, a shell, a command.
+#include "device/Refusal.h"
+#include "device/folder/DeviceFolder.h"
+#include "device/launcher/Commands.h"
+#include "device/opener/Opener.h"
+#include "device/sandbox/Arguments.h"
+#include "device/sandbox/DataFiles.h"
+#include "device/sandbox/HostPrograms.h"
+#include "device/sandbox/Sandbox.h"
+#include "device/sandbox/Stage.h"
+#include "device/session/Accessibility.h"
+#include "device/session/Display.h"
+#include "device/session/ReducedMotion.h"
+#include "device/session/Terminal.h"
+
+#include <cstring>
+#include <iostream>
+#include <signal.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Everything about the host that root may know and the device's user perhaps not.
+struct Host {
+  Environment caller;
+  fs::path bubblewrap;
+  fs::path ownFiles;
+  fs::path theos;
+  std::optional<Display> display;
+  Descriptor authority;
+};
+
+fs::path findOwnFiles() {
+  const fs::path program = fs::read_symlink("/proc/self/exe");
+  fs::path files;
+  // In the build tree, and after installation.
+  for (const char* way : {"../lib/tweakbench", TWEAKBENCH_INSTALLED_FILES}) {
+    files = (program.parent_path() / way).lexically_normal();
+    if (fs::exists(files / "starter")) return files;
+  }
+  throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
+}
+
+bool isForTheApplication(const Options& options) {
+  return options.action == Options::Action::OpenApplication ||
+         options.surroundings == Options::Surroundings::Application;
+}
+
+Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
+  Host host{caller, findBubblewrap(caller), findOwnFiles(), findTheos(options, caller, home), {}, {}};
+  if (isForTheApplication(options)) {
+    host.display = findDisplay(caller, waylandSupport());
+    host.authority = authorityFor(*host.display);
+    if (options.action == Options::Action::OpenApplication && !fs::exists(host.ownFiles / "Tweakbench")) {
+      throw Refusal("The application is not at " + (host.ownFiles / "Tweakbench").string() +
+                    "; install it again.");
+    }
+  }
+  return host;
+}
+
+// As root: settles whom the device belongs to, shows that user all it needs, and becomes it. Changes the
+// paths of `host` to where they are shown; returns where the device is.
+fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool isSettled) {
+  Stage stage;
+  const Descriptor folder = openFolderForAccount(device, host.caller, isSettled, account);
+  fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
+  host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
+  if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
+  if (host.display && host.display->kind == Display::Kind::Wayland) {
+    host.display->socket = stage.add(host.display->socket, "wayland");
+  }
+  stage.mount();
+  become(account);
+  return shown;
+}
+
+std::vector<RootLink> rootLinks() {
+  std::vector<RootLink> links{{"/usr/sbin", "/sbin"}};
+  for (const char* name : {"/lib", "/lib32", "/lib64", "/libx32"}) {
+    std::error_code error;
+    const fs::path target = fs::read_symlink(name, error);
+    if (!error) links.push_back({target.string(), name});
+  }
+  std::error_code noZone;
+  const fs::path zone = fs::read_symlink("/etc/localtime", noZone);
+  if (zone.string().starts_with("/usr/share/zoneinfo/")) links.push_back({zone.string(), "/etc/localtime"});
+  return links;
+}
+
+Descriptor inMemory(const std::string& content) {
+  Descriptor file(memfd_create("data", MFD_CLOEXEC));
+  if (!file || write(file.get(), content.data(), content.size()) != static_cast<ssize_t>(content.size()) ||
+      lseek(file.get(), 0, SEEK_SET) != 0) {
+    refuseWithError("The device's files could not be made:");
+  }
+  return file;
+}
+
+Program programFor(const Options& options) {
+  switch (options.action) {
+    case Options::Action::Execute: {
+      if (options.filter == Options::Filter::Off) return {options.command, Program::Streams::Passed};
+      std::vector<std::string> command{"/bin/sh", "-c", "exec \"$@\"", "sh"};
+      command.insert(command.end(), options.command.begin(), options.command.end());
+      return {command, Program::Streams::Passed};
+    }
+    case Options::Action::OpenShell:
+      return {{"/bin/sh"}, Terminal::isAvailable() ? Program::Streams::Terminal : Program::Streams::Passed};
+    default:
+      return {{"/.host/tweakbench/Tweakbench"}, Program::Streams::Relayed};
+  }
+}
+
+// Says in one sentence how it ended, unless the program has said all by itself; returns the launcher's
+// status.
+int tell(const Ending& ending, const std::string& program) {
+  switch (ending.kind) {
+    case Ending::Kind::SetUpFailed:
+      throw Refusal(ending.message);
+    case Ending::Kind::NotStarted:
+      std::cerr << "tweakbench: " << program << " could not be started: " << std::strerror(ending.value)
+                << ".\n";
+      return ending.value == ENOENT ? 127 : 126;
+    case Ending::Kind::Exited:
+      return ending.value;
+    case Ending::Kind::Killed:
+      std::cerr << "tweakbench: " << program << " was killed by signal " << ending.value << " ("
+                << strsignal(ending.value) << ").\n";
+      return 128 + ending.value;
+    case Ending::Kind::Interrupted:
+      signal(ending.value, SIG_DFL);
+      raise(ending.value);
+      return 128 + ending.value;
+  }
+  return kFailed;
+}
+
+}  // namespace
+
+fs::path deviceOf(const Options& options, const Environment& caller, const Account& account) {
+  return options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
+}
+
+int run(const Options& options) {
+  const Environment caller = callerEnvironment();
+  auto calling = callingAccount(caller);
+  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
+  Host host = lookAt(options, caller, account.home);
+  const fs::path device = deviceOf(options, caller, account);
+  fs::path reached = device;
+  const bool isRoots = geteuid() == 0;
+  if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
+
+  const DeviceFolder folder(openOrMakeFolder(reached), device, {host.ownFiles, localeIdentifier(caller)});
+  const bool isApplication = options.action == Options::Action::OpenApplication;
+  Request request;
+  request.applications = folder.applications();
+  request.var = folder.var();
+  request.userPrograms = folder.userPrograms();
+  request.shellPrograms = folder.shellPrograms();
+  request.ownFiles = host.ownFiles;
+  request.theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
+  if (!isTheos(request.theos)) {
+    throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(account.user) +
+                  "); open it up with \"chmod -R go+rX\" and its folder's name.");
+  }
+  request.theosAccess = options.theosAccess;
+  request.network = options.network;
+  request.environment =
+      deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
+  request.rootLinks = rootLinks();
+  std::vector<Descriptor> contents;
+  for (const auto& file : deviceDataFiles(account, options.network)) {
+    contents.push_back(inMemory(file.content));
+    request.dataFiles.push_back({contents.back().get(), file.path});
+  }
+  if (host.display && host.display->kind != Display::Kind::None) {
+    request.sockets.push_back({host.display->socket, socketInDevice(*host.display)});
+    addDisplay(request.environment, *host.display, host.authority.get());
+    if (host.authority) request.passedOn.push_back(host.authority.get());
+  }
+  // Without an account of its own the device's user has no session.
+  auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
+  if (accessibility) {
+    for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
+  }
+  // Root's start has become a user whose settings these are not.
+  if (isApplication && !isRoots && prefersReducedMotion(caller, account.home)) {
+    addReducedMotion(request.environment);
+  }
+  const std::string name = options.action == Options::Action::Execute ? options.command.front()
+                           : isApplication                            ? "The application"
+                                                                      : "The shell";
+  std::optional<Opener> opener;
+  if (isApplication) {
+    // Root's start has become a user whose desktop session this is not.
+    opener.emplace(Opener::Setting{folder.applications(), folder.var(),
+                                   isRoots ? fs::path() : findProgram(caller, "xdg-open"),
+                                   openerEnvironment(caller), openerLogPath(caller, account.home)});
+  }
+  const Ending ending =
+      runInDevice(host.bubblewrap, std::move(request), programFor(options), opener ? &*opener : nullptr);
+  folder.remainDevice();
+  // Not left to the end of the process, which a signal may make sudden.
+  accessibility.reset();
+  opener.reset();
+  return tell(ending, name);
+}
+
+}  // namespace device

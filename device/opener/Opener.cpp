@@ -1,0 +1,200 @@
+#include "device/opener/Opener.h"
+
+#include "device/folder/Beneath.h"
+#include "device/opener/OpenableAddress.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <initializer_list>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <utility>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+using opener::Verdict;
+
+// Opener programs end at once where they hand on to a running desktop, and run on where they become the
+// browser.
+constexpr auto kSoonEnough = std::chrono::seconds(3);
+// As often as a person taps; a program in the device must not fill the desktop with windows.
+constexpr std::size_t kMostAtOnce = 5;
+constexpr auto kWithin = std::chrono::seconds(10);
+constexpr std::size_t kMostRunning = 16;
+
+pid_t spawn(const fs::path& program, const std::string& argument, const Environment& environment) {
+  std::vector<std::string> variables;
+  variables.reserve(environment.size());
+  for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
+  std::vector<char*> passed;
+  passed.reserve(variables.size() + 1);
+  for (auto& variable : variables) passed.push_back(variable.data());
+  passed.push_back(nullptr);
+  char* const words[] = {const_cast<char*>(program.c_str()), const_cast<char*>(argument.c_str()), nullptr};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  // What the launcher blocks and ignores is its own affair, and Control-C at its terminal ends no browser.
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  sigset_t signals;
+  sigemptyset(&signals);
+  posix_spawnattr_setsigmask(&attributes, &signals);
+  sigaddset(&signals, SIGPIPE);
+  posix_spawnattr_setsigdefault(&attributes, &signals);
+  pid_t child = -1;
+  const int error = posix_spawn(&child, program.c_str(), &actions, &attributes, words, passed.data());
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  return error == 0 ? child : -1;
+}
+
+}  // namespace
+
+Opener::Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.log) {
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return;
+  own_ = Descriptor(ends[0]);
+  const Descriptor other(ends[1]);
+  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, opener::applicationDescriptor));
+  // The application would not find it under another number.
+  if (applicationEnd_.get() != opener::applicationDescriptor) applicationEnd_.close();
+}
+
+void Opener::addTo(std::vector<pollfd>& watched) const {
+  if (own_) watched.push_back({own_.get(), POLLIN, 0});
+  for (const auto& started : started_) watched.push_back({started.end.get(), POLLIN, 0});
+}
+
+void Opener::serve(const std::vector<pollfd>& watched) {
+  for (auto& started : started_) lookAfter(started);
+  std::erase_if(started_, [](const Started& started) { return started.process < 0; });
+  for (const auto& one : watched) {
+    if (own_ && one.fd == own_.get() && one.revents != 0) return takeRequest();
+  }
+}
+
+int Opener::patience() const {
+  int patience = -1;
+  for (const auto& started : started_) {
+    if (started.isAnswered) continue;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(started.answerBy - Clock::now()).count();
+    const int wait = static_cast<int>(std::max<long>(0, left));
+    patience = patience < 0 ? wait : std::min(patience, wait);
+  }
+  return patience;
+}
+
+bool Opener::hasStarted(pid_t process) const {
+  return std::any_of(started_.begin(), started_.end(),
+                     [process](const Started& started) { return started.process == process; });
+}
+
+void Opener::takeRequest() {
+  opener::Request request{};
+  const ssize_t got = recv(own_.get(), &request, sizeof request, MSG_DONTWAIT | MSG_TRUNC);
+  if (got < 0) return;
+  // The application has ended, or sends nothing.
+  if (got == 0) return own_.close();
+  const auto size = static_cast<std::size_t>(got);
+  if (size <= opener::requestHead || size > sizeof request)
+    return answer(request.number, refuse({}, "a request of " + std::to_string(size) + " bytes"));
+  const std::string url(request.url, size - opener::requestHead);
+  const Verdict verdict = open(request.number, url);
+  // One that was started is answered when it is known how that went.
+  if (verdict != Verdict::Opened) answer(request.number, verdict);
+}
+
+Verdict Opener::open(std::uint32_t number, const std::string& url) {
+  const OpenableAddress address = readAddress(url);
+  if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
+  if (started_.size() >= kMostRunning) return refuse(url, "too many opener programs are running");
+  if (isTooOften()) return refuse(url, "too often");
+  if (address.kind == OpenableAddress::Kind::Page) return start(number, url, address.value);
+  const bool isVar = address.kind == OpenableAddress::Kind::FolderOfVar;
+  // Never a file: a file manager might run it.
+  Descriptor folder =
+      openBeneath(isVar ? setting_.var : setting_.applications, address.value, O_PATH | O_DIRECTORY);
+  if (!folder) return refuse(url, "no folder of the device");
+  std::string name = fs::path(address.value).filename();
+  if (name == ".") name = isVar ? "var" : "Applications";
+  const fs::path path = folders_.show(std::move(folder), name);
+  return path.empty() ? refuse(url, "it could not be shown") : start(number, url, path);
+}
+
+Verdict Opener::start(std::uint32_t number, const std::string& url, const std::string& argument) {
+  if (setting_.program.empty()) return Verdict::Unavailable;
+  const pid_t process = spawn(setting_.program, argument, setting_.environment);
+  if (process < 0) {
+    log_.add(setting_.program.string() + " could not be started for " + url);
+    return Verdict::Unavailable;
+  }
+  Descriptor end(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+  started_.push_back({process, std::move(end), number, url, Clock::now() + kSoonEnough, false});
+  return Verdict::Opened;
+}
+
+Verdict Opener::refuse(const std::string& url, const std::string& reason) {
+  log_.add("Refused (" + reason + "): " + url);
+  return Verdict::Refused;
+}
+
+bool Opener::isTooOften() {
+  const auto now = Clock::now();
+  while (!recent_.empty() && now - recent_.front() >= kWithin) recent_.pop_front();
+  if (recent_.size() >= kMostAtOnce) return true;
+  recent_.push_back(now);
+  return false;
+}
+
+void Opener::lookAfter(Started& started) {
+  int status = 0;
+  const pid_t ended = waitpid(started.process, &status, WNOHANG);
+  const bool hasEnded = ended != 0;
+  // How it went cannot be told any more.
+  const bool isLost = ended < 0;
+  if (hasEnded) started.process = -1;
+  if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
+  started.isAnswered = true;
+  if (!hasEnded || (status == 0 && !isLost)) return answer(started.number, Verdict::Opened);
+  log_.add(setting_.program.string() + " failed for " + started.url);
+  answer(started.number, Verdict::Unavailable);
+}
+
+void Opener::answer(std::uint32_t number, Verdict verdict) const {
+  const opener::Answer answer{number, verdict};
+  // An application that takes no answers gets none.
+  send(own_.get(), &answer, sizeof answer, MSG_DONTWAIT | MSG_NOSIGNAL);
+}
+
+Environment openerEnvironment(const Environment& caller) {
+  Environment kept;
+  for (const auto& [name, value] : caller) {
+    bool isKept = false;
+    for (const char* known :
+         {"HOME", "PATH", "USER", "LOGNAME", "SHELL", "LANG", "LANGUAGE", "DISPLAY", "WAYLAND_DISPLAY",
+          "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "DESKTOP_SESSION", "GNOME_DESKTOP_SESSION_ID",
+          "KDE_FULL_SESSION", "KDE_SESSION_VERSION", "BROWSER"}) {
+      isKept = isKept || name == known;
+    }
+    if (isKept || name.starts_with("XDG_") || name.starts_with("LC_")) kept.emplace(name, value);
+  }
+  return kept;
+}
+
+fs::path openerLogPath(const Environment& caller, const fs::path& home) {
+  fs::path state = lookUp(caller, "XDG_STATE_HOME").value_or("");
+  // A relative value is to be ignored.
+  if (!state.is_absolute()) state = home / ".local/state";
+  return state / "tweakbench/opener.log";
+}
+
+}  // namespace device

@@ -1,0 +1,88 @@
+// Opens URLs that the application in the device hands out: in the host's file manager and browser, and
+// nowhere else.
+#pragma once
+
+#include "core/Descriptor.h"
+#include "core/OpenerProtocol.h"
+#include "device/opener/OpenerLog.h"
+#include "device/opener/ShownFolders.h"
+#include "device/sandbox/Environment.h"
+
+#include <chrono>
+#include <deque>
+#include <filesystem>
+#include <poll.h>
+#include <string>
+#include <vector>
+
+namespace device {
+
+// Stands outside the device and trusts nothing that comes: the application may have been taken over. Every
+// request is one packet and gets one answer. A URL is one argument of the opener program, which is started
+// without a shell.
+class Opener {
+ public:
+  struct Setting {
+    // The device's folders, which stay open as long as the opener lives.
+    int applications;
+    int var;
+    // xdg-open or what stands in its place; empty where there is none.
+    std::filesystem::path program;
+    // What the program is started with.
+    Environment environment;
+    std::filesystem::path log;
+  };
+  // Where the sockets cannot be made, applicationEnd() is -1 and nothing ever comes.
+  explicit Opener(Setting setting);
+  Opener(const Opener&) = delete;
+  Opener& operator=(const Opener&) = delete;
+
+  // For the device, under this very number; to be closed here once the device has it.
+  Descriptor& applicationEnd() { return applicationEnd_; }
+
+  // Adds what to wait for, and serves it after poll().
+  void addTo(std::vector<pollfd>& watched) const;
+  void serve(const std::vector<pollfd>& watched);
+  // How long poll() may wait, in milliseconds; -1 for ever.
+  int patience() const;
+
+  // Whether this is one of the opener's own processes, for which it waits itself.
+  bool hasStarted(pid_t process) const;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  // An opener program that has not ended yet.
+  struct Started {
+    pid_t process;
+    Descriptor end;
+    std::uint32_t number;
+    std::string url;
+    // When it counts as successful, running or not.
+    Clock::time_point answerBy;
+    bool isAnswered;
+  };
+
+  void takeRequest();
+  opener::Verdict open(std::uint32_t number, const std::string& url);
+  opener::Verdict start(std::uint32_t number, const std::string& url, const std::string& argument);
+  opener::Verdict refuse(const std::string& url, const std::string& reason);
+  bool isTooOften();
+  void lookAfter(Started& started);
+  void answer(std::uint32_t number, opener::Verdict verdict) const;
+
+  Setting setting_;
+  OpenerLog log_;
+  ShownFolders folders_;
+  Descriptor own_;
+  Descriptor applicationEnd_;
+  std::deque<Clock::time_point> recent_;
+  std::vector<Started> started_;
+};
+
+// What of the caller's environment the opener program gets: the desktop session's own, and no secrets.
+Environment openerEnvironment(const Environment& caller);
+
+// $XDG_STATE_HOME/tweakbench/opener.log
+std::filesystem::path openerLogPath(const Environment& caller, const std::filesystem::path& home);
+
+}  // namespace device

@@ -1,0 +1,81 @@
+#include "device/sandbox/Arguments.h"
+
+#include <initializer_list>
+
+namespace device {
+namespace {
+
+// Memory that the device can take by files that are in no folder: above what builds need, below what hurts.
+constexpr const char* kTemporarySize = "536870912";
+constexpr const char* kSharedMemorySize = "67108864";
+constexpr const char* kRuntimeSize = "16777216";
+
+class ArgumentList {
+ public:
+  void add(std::initializer_list<std::string> words) { list_.insert(list_.end(), words); }
+  std::vector<std::string> take() { return std::move(list_); }
+
+ private:
+  std::vector<std::string> list_;
+};
+
+void addNamespaces(ArgumentList& list, const Request& request) {
+  list.add({"--unshare-user", "--unshare-pid", "--unshare-ipc", "--unshare-uts", "--unshare-cgroup"});
+  if (request.network == Options::Network::Off) list.add({"--unshare-net"});
+  list.add({"--hostname", "device", "--disable-userns", "--assert-userns-disabled", "--cap-drop", "ALL",
+            "--new-session", "--die-with-parent"});
+}
+
+void addSystem(ArgumentList& list, const Request& request) {
+  for (const char* folder : {"/.host", "/etc", "/opt", "/private", "/run"}) list.add({"--dir", folder});
+  list.add({"--ro-bind", "/usr", "/usr", "--ro-bind", "/usr", "/.host/usr"});
+  for (const auto& link : request.rootLinks) list.add({"--symlink", link.target, link.path});
+  for (const char* folder : {"/etc/alternatives", "/etc/fonts", "/etc/ssl", "/etc/ld.so.cache"}) {
+    list.add({"--ro-bind-try", folder, folder});
+  }
+  for (const auto& file : request.dataFiles) {
+    list.add({"--perms", "0444", "--ro-bind-data", std::to_string(file.content), file.path});
+  }
+  list.add({"--proc", "/proc", "--dev", "/dev"});
+  // Followed only where a log is shown there.
+  list.add({"--symlink", "/.host/log", "/dev/log"});
+  list.add({"--perms", "1777", "--size", kSharedMemorySize, "--tmpfs", "/dev/shm", "--remount-ro", "/dev"});
+  list.add({"--perms", "1777", "--size", kTemporarySize, "--tmpfs", "/tmp"});
+  list.add({"--perms", "0700", "--size", kRuntimeSize, "--tmpfs", "/run/mobile"});
+}
+
+void addOwnFiles(ArgumentList& list, const Request& request) {
+  list.add({"--ro-bind", request.ownFiles.string(), "/.host/tweakbench", "--dir", "/.host/empty"});
+  // Below /var it would be the device's to change.
+  list.add({"--ro-bind-try", "/var/cache/fontconfig", "/.host/fontconfig"});
+}
+
+// Whole top-level folders only: a mount point below a folder that the device can write would be led astray by
+// a link that a build left there.
+void addDeviceFolders(ArgumentList& list, const Request& request) {
+  list.add({"--bind-fd", std::to_string(request.applications), "/Applications"});
+  list.add({"--bind-fd", std::to_string(request.var), "/var"});
+  list.add({"--bind-fd", std::to_string(request.userPrograms), "/usr/bin"});
+  list.add({"--ro-bind-fd", std::to_string(request.shellPrograms), "/bin"});
+  list.add({"--symlink", "/var", "/private/var"});
+  const bool isWritable = request.theosAccess == Options::Theos::Writable;
+  list.add({isWritable ? "--bind" : "--ro-bind", request.theos.string(), "/opt/theos"});
+}
+
+}  // namespace
+
+std::vector<std::string> bwrapArguments(const Request& request) {
+  ArgumentList list;
+  addNamespaces(list, request);
+  list.add({"--clearenv"});
+  for (const auto& [name, value] : request.environment) list.add({"--setenv", name, value});
+  addSystem(list, request);
+  addOwnFiles(list, request);
+  addDeviceFolders(list, request);
+  for (const auto& socket : request.sockets) list.add({"--ro-bind", socket.host.string(), socket.path});
+  list.add({"--json-status-fd", std::to_string(request.statusOutput)});
+  list.add({"--remount-ro", "/", "--chdir", "/"});
+  return list.take();
+}
+
+}  // namespace device

@@ -1,0 +1,58 @@
+// From what a start needs to bubblewrap's arguments.
+#pragma once
+
+#include "device/launcher/Options.h"
+#include "device/sandbox/Environment.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace device {
+
+// A small read-only file of the device's own: what lies in the open descriptor, at this path.
+struct DataFile {
+  int content;
+  std::string path;
+};
+
+// A local socket of the host's, shown at this path.
+struct SharedSocket {
+  std::filesystem::path host;
+  std::string path;
+};
+
+// A link in the device's root folder, such as /lib to usr/lib.
+struct RootLink {
+  std::string target;
+  std::string path;
+};
+
+// Everything that decides what the device looks like. Descriptors stay open until bubblewrap has read them.
+struct Request {
+  // The device's folders, opened O_PATH.
+  int applications = -1;
+  int var = -1;
+  int userPrograms = -1;
+  int shellPrograms = -1;
+  // Tweakbench's own files on the host.
+  std::filesystem::path ownFiles;
+  std::filesystem::path theos;
+  Options::Theos theosAccess = Options::Theos::ReadOnly;
+  Options::Network network = Options::Network::Off;
+  Environment environment;
+  std::vector<RootLink> rootLinks;
+  std::vector<DataFile> dataFiles;
+  std::vector<SharedSocket> sockets;
+  // Descriptors that the program in the device gets under the same numbers.
+  std::vector<int> passedOn;
+  // Where bubblewrap tells the number of the device's first process.
+  int statusOutput = -1;
+};
+
+// The arguments for --args, without the command.
+std::vector<std::string> bwrapArguments(const Request& request);
+
+}  // namespace device

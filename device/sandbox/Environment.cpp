@@ -1,0 +1,106 @@
+#include "device/sandbox/Environment.h"
+
+#include "device/guard/HomeFolders.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+// Values go on into the device as they are, so only plain ones do.
+bool isPlain(std::string_view value) {
+  return value.size() <= 128 && std::all_of(value.begin(), value.end(), [](char character) {
+           return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+                  (character >= '0' && character <= '9') ||
+                  std::string_view("_.@+-").find(character) != std::string_view::npos;
+         });
+}
+
+std::string plainOr(std::optional<std::string> value, std::string_view otherwise) {
+  return value && isPlain(*value) ? *value : std::string(otherwise);
+}
+
+std::optional<std::string> callerLocale(const Environment& caller) {
+  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+    if (auto value = lookUp(caller, name)) return value;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+Environment callerEnvironment() {
+  Environment result;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string_view line(*variable);
+    const auto equals = line.find('=');
+    if (equals != std::string_view::npos) result.emplace(line.substr(0, equals), line.substr(equals + 1));
+  }
+  return result;
+}
+
+std::optional<std::string> lookUp(const Environment& environment, std::string_view name) {
+  const auto found = environment.find(name);
+  if (found == environment.end() || found->second.empty()) return std::nullopt;
+  return found->second;
+}
+
+Environment deviceEnvironment(const Environment& caller, Audience audience) {
+  Environment result{
+      {"HOME", guard::homeOfCommands},
+      {"USER", "mobile"},
+      {"LOGNAME", "mobile"},
+      {"SHELL", "/bin/sh"},
+      {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"},
+      {"LANG", plainOr(callerLocale(caller), "C.UTF-8")},
+      {"TERM", plainOr(lookUp(caller, "TERM"), "dumb")},
+      {"FONTCONFIG_FILE", "/.host/fonts.conf"},
+      {"XDG_RUNTIME_DIR", "/run/mobile"},
+  };
+  if (audience == Audience::Application) {
+    // What a build leaves under the home folder must not become the interface's fonts, styles or key maps.
+    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+      result[name] = guard::homeOfApplication;
+    // Where a bus has no address, its library looks for one and starts a program of /usr/bin to make one, and
+    // builds can write there. With these, a bus that is not shown is just not there.
+    result["DBUS_SESSION_BUS_ADDRESS"] = std::string("unix:path=") + sessionBusInDevice;
+    result["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/.host/no-system-bus";
+    for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI", "QT_QPA_PLATFORM",
+                             "XCURSOR_THEME", "XCURSOR_SIZE", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON"}) {
+      if (auto value = lookUp(caller, name)) result[name] = *value;
+    }
+  }
+  return result;
+}
+
+std::string localeIdentifier(const Environment& caller) {
+  std::string locale = callerLocale(caller).value_or("C");
+  locale = locale.substr(0, locale.find_first_of(".@"));
+  if (locale == "C" || locale == "POSIX" || !isPlain(locale)) return "en_US";
+  return locale;
+}
+
+std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {
+  std::filesystem::path data = lookUp(caller, "XDG_DATA_HOME").value_or("");
+  // A relative value is to be ignored.
+  if (!data.is_absolute()) data = home / ".local/share";
+  return data / "tweakbench/device";
+}
+
+std::vector<std::filesystem::path> theosCandidates(const Options& options, const Environment& caller,
+                                                   const std::filesystem::path& home) {
+  if (options.theos) return {*options.theos};
+  std::vector<std::filesystem::path> result;
+  if (auto given = lookUp(caller, "THEOS")) result.emplace_back(*given);
+  result.insert(result.end(), {"/opt/theos", "/var/theos", home / "theos"});
+  return result;
+}
+
+bool isTheos(const std::filesystem::path& folder) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(folder / "makefiles/common.mk", error);
+}
+
+}  // namespace device

@@ -1,0 +1,42 @@
+// The caller's environment as a value, and what of it the device gets.
+#pragma once
+
+#include "device/launcher/Options.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace device {
+
+using Environment = std::map<std::string, std::string, std::less<>>;
+
+Environment callerEnvironment();
+
+// Absent also where the variable is empty.
+std::optional<std::string> lookUp(const Environment& environment, std::string_view name);
+
+// Where the device shows the session's bus, if it does.
+inline constexpr const char* sessionBusInDevice = "/.host/session";
+
+// What every program in the device gets. `forApplication` adds what the interface needs and the caller has
+// set.
+enum class Audience { Commands, Application };
+Environment deviceEnvironment(const Environment& caller, Audience audience);
+
+// The locale as the phone's preferences spell it, such as ar_SA; en_US where the caller has none.
+std::string localeIdentifier(const Environment& caller);
+
+// Where the device lies when no --device is given.
+std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home);
+
+// The folders that may hold Theos, best first. A given --theos is the only one.
+std::vector<std::filesystem::path> theosCandidates(const Options& options, const Environment& caller,
+                                                   const std::filesystem::path& home);
+
+// Whether `folder` can be used as Theos: it has makefiles/common.mk.
+bool isTheos(const std::filesystem::path& folder);
+
+}  // namespace device

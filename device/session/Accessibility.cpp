@@ -1,0 +1,168 @@
+#include "device/session/Accessibility.h"
+
+#include <array>
+#include <fcntl.h>
+#include <filesystem>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <stdlib.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace device {
+namespace {
+
+constexpr int kPatience = 3000;
+
+// Qt asks where the accessibility bus is and whether it is wanted. It cannot be told the address by a
+// variable alone: Qt 6.4 then connects and never signs in.
+constexpr std::array kAllowedInSession{
+    "--call=org.a11y.Bus=org.a11y.Bus.GetAddress@/org/a11y/bus",
+    "--call=org.a11y.Bus=org.freedesktop.DBus.Properties.Get@/org/a11y/bus",
+    "--call=org.a11y.Bus=org.freedesktop.DBus.Properties.GetAll@/org/a11y/bus",
+    "--broadcast=org.a11y.Bus=org.freedesktop.DBus.Properties.PropertiesChanged@/org/a11y/bus",
+};
+
+// What an application calls on the registry, and what it has to hear from it.
+constexpr std::array kAllowed{
+    "--call=org.a11y.atspi.Registry=org.a11y.atspi.Socket.Embed@/org/a11y/atspi/accessible/root",
+    "--call=org.a11y.atspi.Registry=org.a11y.atspi.Socket.Unembed@/org/a11y/atspi/accessible/root",
+    "--call=org.a11y.atspi.Registry=org.a11y.atspi.Registry.GetRegisteredEvents@/org/a11y/atspi/registry",
+    "--call=org.a11y.atspi.Registry=org.a11y.atspi.DeviceEventController.*@/org/a11y/atspi/registry/"
+    "deviceeventcontroller",
+    "--broadcast=org.a11y.atspi.Registry=org.a11y.atspi.Registry.EventListenerRegistered@/org/a11y/atspi/"
+    "registry",
+    "--broadcast=org.a11y.atspi.Registry=org.a11y.atspi.Registry.EventListenerDeregistered@/org/a11y/atspi/"
+    "registry",
+};
+
+// Starts a program with no input and no messages. It gets `output` as its standard output or as descriptor 3.
+enum class Output { Standard, Third };
+pid_t spawn(const std::vector<std::string>& words, int output, Output as) {
+  std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, as == Output::Standard ? output : STDIN_FILENO, STDOUT_FILENO);
+  // A descriptor that is its own target only loses its close-on-exec flag.
+  if (as == Output::Third) posix_spawn_file_actions_adddup2(&actions, output, 3);
+  pid_t child = -1;
+  const int error = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return error == 0 ? child : -1;
+}
+
+// What a program prints, or as much of it as comes in time.
+std::string outputOf(const std::vector<std::string>& words) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return {};
+  Descriptor readEnd(ends[0]);
+  Descriptor writeEnd(ends[1]);
+  const pid_t child = spawn(words, writeEnd.get(), Output::Standard);
+  writeEnd.close();
+  if (child < 0) return {};
+  std::string text;
+  std::array<char, 1024> piece;
+  pollfd waiting{readEnd.get(), POLLIN, 0};
+  while (text.size() < 4096 && poll(&waiting, 1, kPatience) > 0) {
+    const ssize_t got = read(readEnd.get(), piece.data(), piece.size());
+    if (got <= 0) break;
+    text.append(piece.data(), static_cast<std::size_t>(got));
+  }
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  return text;
+}
+
+// Absent rather than asking for a bus to be started: that is the session's to decide.
+std::optional<std::string> findSession(const Environment& caller) {
+  if (auto given = lookUp(caller, "DBUS_SESSION_BUS_ADDRESS")) return given;
+  const auto runtime = lookUp(caller, "XDG_RUNTIME_DIR");
+  std::error_code error;
+  if (!runtime || !std::filesystem::is_socket(*runtime + "/bus", error)) return std::nullopt;
+  return "unix:path=" + *runtime + "/bus";
+}
+
+}  // namespace
+
+std::optional<BusAddress> busAddress(const std::string& printed) {
+  const std::string scheme = "unix:path=";
+  const auto start = printed.find_first_not_of(" \t\n");
+  if (start == std::string::npos) return std::nullopt;
+  const std::string whole = printed.substr(start, printed.find_first_of(" \t\n", start) - start);
+  if (!whole.starts_with(scheme)) return std::nullopt;
+  std::string path = whole.substr(scheme.size());
+  path = path.substr(0, path.find_first_of(",;"));
+  // Escapes are left to others, and below a folder of the device nothing is mounted.
+  const bool isShown = path.starts_with("/run/") || path.starts_with("/tmp/") || path.starts_with("/home/");
+  if (!isShown || path.find_first_of("%\\") != std::string::npos || path.find("/..") != std::string::npos)
+    return std::nullopt;
+  return BusAddress{whole, path};
+}
+
+std::optional<Accessibility> Accessibility::join(const Environment& caller) {
+  const auto session = findSession(caller);
+  if (!session) return std::nullopt;
+  const auto bus =
+      busAddress(outputOf({"dbus-send", "--bus=" + *session, "--print-reply=literal", "--reply-timeout=2000",
+                           "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"}));
+  if (!bus) return std::nullopt;
+  std::string folder = lookUp(caller, "XDG_RUNTIME_DIR").value_or("/tmp") + "/tweakbench-XXXXXX";
+  int ends[2];
+  if (mkdtemp(folder.data()) == nullptr || pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
+  Descriptor alive(ends[0]);
+  Descriptor proxyEnd(ends[1]);
+  std::vector<std::string> words{"xdg-dbus-proxy", "--fd=3", *session, folder + "/session", "--filter"};
+  words.insert(words.end(), kAllowedInSession.begin(), kAllowedInSession.end());
+  words.insert(words.end(), {bus->whole, folder + "/bus", "--filter", "--sloppy-names"});
+  words.insert(words.end(), kAllowed.begin(), kAllowed.end());
+  const pid_t proxy = spawn(words, proxyEnd.get(), Output::Third);
+  proxyEnd.close();
+  Accessibility joined(proxy, std::move(alive), folder, bus->path);
+  if (proxy < 0) return std::nullopt;
+  // One byte when the socket is there; the end of the pipe if there will be none.
+  pollfd waiting{joined.alive_.get(), POLLIN, 0};
+  char ready = 0;
+  if (poll(&waiting, 1, kPatience) <= 0 || read(joined.alive_.get(), &ready, 1) != 1) return std::nullopt;
+  return joined;
+}
+
+Accessibility::Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath)
+    : proxy_(proxy),
+      process_(proxy < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, proxy, 0))),
+      alive_(std::move(alive)),
+      folder_(std::move(folder)),
+      busPath_(std::move(busPath)) {}
+
+Accessibility::Accessibility(Accessibility&& other) noexcept
+    : proxy_(std::exchange(other.proxy_, -1)),
+      process_(std::move(other.process_)),
+      alive_(std::move(other.alive_)),
+      folder_(std::exchange(other.folder_, {})),
+      busPath_(std::move(other.busPath_)) {}
+
+Accessibility::~Accessibility() {
+  alive_.close();
+  if (proxy_ > 0) {
+    // One that ended early may have been waited for, and its number be somebody else's.
+    syscall(SYS_pidfd_send_signal, process_.get(), SIGTERM, nullptr, 0);
+    waitpid(proxy_, nullptr, 0);
+  }
+  if (folder_.empty()) return;
+  std::error_code ignored;
+  for (const char* left : {"/session", "/bus", ""}) std::filesystem::remove(folder_ + left, ignored);
+}
+
+std::vector<SharedSocket> Accessibility::sockets() const {
+  return {{folder_ + "/session", sessionBusInDevice}, {folder_ + "/bus", busPath_}};
+}
+
+}  // namespace device

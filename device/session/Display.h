@@ -1,0 +1,44 @@
+// Which display the application gets: one socket, and what signs in to it.
+#pragma once
+
+#include "core/Descriptor.h"
+#include "device/sandbox/Environment.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace device {
+
+// Whether Qt on this host can use Wayland at all.
+enum class WaylandSupport { Missing, Present };
+WaylandSupport waylandSupport();
+
+struct Display {
+  enum class Kind {
+    Wayland,
+    X11,
+    // The caller has chosen a platform of Qt that needs no display.
+    None,
+  };
+  Kind kind = Kind::None;
+  // The socket on the host.
+  std::filesystem::path socket;
+  // X11: the display's number, as in ":0".
+  std::string number;
+};
+
+// Throws Refusal where there is no display, or one that lies across the network.
+Display findDisplay(const Environment& caller, WaylandSupport support);
+
+// Where the device shows the display's socket.
+std::string socketInDevice(const Display& display);
+
+// X11: a file with the one entry that signs in to this display, valid under any host name; empty where the
+// caller has none. Reads the caller's file, so it is called before root becomes another user.
+Descriptor authorityFor(const Display& display);
+
+// Adds what tells Qt where the display is. `authority` is a descriptor of the application's, or -1.
+void addDisplay(Environment& environment, const Display& display, int authority);
+
+}  // namespace device

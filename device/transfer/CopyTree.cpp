@@ -1,0 +1,175 @@
+#include "device/transfer/CopyTree.h"
+
+#include "device/Refusal.h"
+#include "device/Visible.h"
+#include "device/folder/Beneath.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Two descriptors each, within what a process may open.
+constexpr int kDeepest = 256;
+constexpr std::size_t kPiece = 1 << 20;
+
+class Copy {
+ public:
+  Copy(const CopyEnd& source, const CopyEnd& target, const CopyRules& rules)
+      : reader_(source.rights), writer_(target.rights), rules_(rules), piece_(kPiece) {}
+
+  std::vector<std::string> leftOut;
+
+  void folder(int source, int target, const fs::path& at, int depth) {
+    if (depth > kDeepest) throw Refusal("The folder " + name(at) + " lies too deep.");
+    reader_.assume();
+    const auto names = namesIn(source, rules_.pause);
+    if (!names) fail(at, "could not be read:");
+    for (const auto& each : *names) {
+      if (rules_.pause) rules_.pause();
+      entry(source, target, each, at / each, depth);
+    }
+  }
+
+ private:
+  static std::string name(const fs::path& at) { return at.empty() ? "itself" : visible(at.string()); }
+  [[noreturn]] static void fail(const fs::path& at, const std::string& what) {
+    refuseWithError("The entry " + name(at) + " " + what);
+  }
+
+  void entry(int source, int target, const std::string& entry, const fs::path& at, int depth) {
+    reader_.assume();
+    struct stat status {};
+    if (fstatat(source, entry.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) fail(at, "could not be read:");
+    switch (status.st_mode & S_IFMT) {
+      case S_IFDIR: {
+        const Descriptor from = openFolderBeneath(source, entry);
+        if (!from) fail(at, "could not be read:");
+        writer_.assume();
+        // Closed to others until it is whole.
+        if (mkdirat(target, entry.c_str(), 0700) != 0) fail(at, "could not be written:");
+        const Descriptor to = openFolderBeneath(target, entry);
+        if (!to) fail(at, "could not be written:");
+        folder(from.get(), to.get(), at, depth + 1);
+        writer_.assume();
+        finish(to.get(), 0777, status, at);
+        return;
+      }
+      case S_IFREG:
+        file(source, target, entry, at);
+        return;
+      case S_IFLNK:
+        link(source, target, entry, at, depth);
+        return;
+      default:
+        leftOut.push_back(name(at));
+    }
+  }
+
+  void finish(int made, mode_t mode, const struct stat& like, const fs::path& at) const {
+    const timespec times[2] = {like.st_atim, like.st_mtim};
+    if (fchmod(made, mode & ~rules_.umask) != 0 || futimens(made, times) != 0)
+      fail(at, "could not be written:");
+  }
+
+  void file(int source, int target, const std::string& entry, const fs::path& at) {
+    // What was a file a moment ago may be a pipe now.
+    const Descriptor from = openBeneath(source, entry, O_RDONLY | O_NONBLOCK);
+    struct stat status {};
+    if (!from || fstat(from.get(), &status) != 0) fail(at, "could not be read:");
+    if (!S_ISREG(status.st_mode)) throw Refusal("The entry " + name(at) + " changed while it was copied.");
+    writer_.assume();
+    const Descriptor to(
+        openat(target, entry.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!to) fail(at, "could not be written:");
+    contents(from.get(), to.get(), status.st_size, at);
+    finish(to.get(), (status.st_mode & S_IXUSR) != 0 ? 0777 : 0666, status, at);
+  }
+
+  // No more than the file had at the start, since it may grow for ever; holes stay holes, since they may be
+  // larger than any disk.
+  void contents(int from, int to, off_t size, const fs::path& at) {
+    for (off_t done = 0; done < size;) {
+      off_t start = lseek(from, done, SEEK_DATA);
+      if (start < 0 && errno == ENXIO) break;
+      off_t end = size;
+      if (start < 0) {
+        start = done;
+      } else if (const off_t hole = lseek(from, start, SEEK_HOLE); hole >= 0) {
+        end = std::min(hole, size);
+      }
+      while (start < end) {
+        if (rules_.pause) rules_.pause();
+        const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, kPiece));
+        const ssize_t got = pread(from, piece_.data(), wanted, start);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) fail(at, "could not be read:");
+        if (got == 0) throw Refusal("The entry " + name(at) + " changed while it was copied.");
+        write(to, static_cast<std::size_t>(got), start, at);
+        start += got;
+      }
+      done = std::max(end, start);
+    }
+    if (ftruncate(to, size) != 0) fail(at, "could not be written:");
+  }
+
+  void write(int to, std::size_t size, off_t start, const fs::path& at) const {
+    for (std::size_t done = 0; done < size;) {
+      const ssize_t written = pwrite(to, piece_.data() + done, size - done, start + static_cast<off_t>(done));
+      if (written < 0 && errno == EINTR) continue;
+      if (written <= 0) fail(at, "could not be written:");
+      done += static_cast<std::size_t>(written);
+    }
+  }
+
+  void link(int source, int target, const std::string& entry, const fs::path& at, int depth) {
+    std::string leadsTo(PATH_MAX, '\0');
+    const ssize_t size = readlinkat(source, entry.c_str(), leadsTo.data(), leadsTo.size());
+    if (size < 0) fail(at, "could not be read:");
+    leadsTo.resize(static_cast<std::size_t>(size));
+    if (rules_.links == CopiedLinks::Inside && !staysInside(leadsTo, depth)) {
+      leftOut.push_back(name(at));
+      return;
+    }
+    writer_.assume();
+    if (symlinkat(leadsTo.c_str(), target, entry.c_str()) != 0) fail(at, "could not be written:");
+  }
+
+  const Rights& reader_;
+  const Rights& writer_;
+  const CopyRules& rules_;
+  std::vector<char> piece_;
+};
+
+}  // namespace
+
+std::vector<std::string> copyTree(const CopyEnd& source, const CopyEnd& target, const CopyRules& rules) {
+  Copy copy(source, target, rules);
+  copy.folder(source.folder, target.folder, {}, 0);
+  return std::move(copy.leftOut);
+}
+
+bool staysInside(const std::string& target, int depth) {
+  const fs::path path = target;
+  if (target.empty() || path.is_absolute()) return false;
+  bool descends = false;
+  for (const auto& part : path) {
+    if (part.empty() || part == ".") continue;
+    if (part != "..") {
+      descends = true;
+    } else if (descends || --depth < 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace device

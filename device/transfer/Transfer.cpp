@@ -1,0 +1,217 @@
+#include "device/transfer/Transfer.h"
+
+#include "core/Text.h"
+#include "device/Refusal.h"
+#include "device/Visible.h"
+#include "device/folder/Beneath.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <random>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kProjects = "Tweakyard/Projects";
+// On the same file system as the projects, and not one of them.
+constexpr const char* kBesideProjects = "Tweakyard";
+// Where builds of the application leave packages, in a folder for each project; those of make alone stay in
+// the project.
+constexpr const char* kPackages = "mobile/Documents/Tweakbench";
+constexpr const char* kOwnPackages = "packages";
+
+// Kept short of what a file name may have, for the rest of a temporary name.
+constexpr std::size_t kLongestName = 200;
+
+void requireEntryName(const std::string& name) {
+  const bool hasControl = visible(name) != name;
+  if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
+      name.size() > kLongestName) {
+    throw Refusal("\"" + visible(name) + "\" is no project's name.");
+  }
+}
+
+fs::path pathOf(int folder) {
+  return fs::read_symlink("/proc/self/fd/" + std::to_string(folder));
+}
+
+bool isWithin(const fs::path& path, const fs::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+Descriptor openHostFolder(const fs::path& path) {
+  Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!folder) refuseWithError(visible(path.string()) + " cannot be opened as a folder:");
+  return folder;
+}
+
+// What lies in the device is reached by descriptors only, and a path of the host would be a name.
+void requireOutside(int folder, const fs::path& path, const fs::path& device) {
+  std::error_code error;
+  const fs::path whole = fs::weakly_canonical(device, error);
+  if (isWithin(pathOf(folder), whole)) {
+    throw Refusal(visible(path.string()) + " lies in the device; use a folder outside it.");
+  }
+}
+
+fs::path withoutTrailingSlash(const fs::path& path) {
+  return path.has_filename() ? path : path.parent_path();
+}
+
+// The last component as it was typed, or where that names no entry, the folder's own name.
+std::string nameOf(int folder, const fs::path& typed) {
+  const std::string name = withoutTrailingSlash(typed).filename();
+  const bool isEntry = !name.empty() && name != "." && name != "..";
+  return isEntry ? name : pathOf(folder).filename().string();
+}
+
+// A new folder under a name of its own, which gets its real name when everything is in it, or is deleted.
+class Unfinished {
+ public:
+  // `name` is the beginning of the folder's own.
+  Unfinished(int parent, const std::string& name, const Rights& rights) : parent_(parent), rights_(rights) {
+    rights_.assume();
+    std::random_device random;
+    int made = 0;
+    // Whatever has the name already is somebody else's.
+    do {
+      name_ = name + std::to_string(random());
+      made = mkdirat(parent_, name_.c_str(), 0700);
+    } while (made != 0 && errno == EEXIST);
+    if (made != 0) refuseWithError("The copy could not be made:");
+    folder_ = openFolderBeneath(parent_, name_);
+    if (!folder_) refuseWithError("The copy could not be made:");
+  }
+  ~Unfinished() {
+    if (!folder_) return;
+    try {
+      rights_.assume();
+      removeBeneath(parent_, name_);
+    } catch (const Refusal&) {
+    }
+  }
+  Unfinished(const Unfinished&) = delete;
+  Unfinished& operator=(const Unfinished&) = delete;
+
+  int folder() const { return folder_.get(); }
+
+  void finish(int parent, const std::string& name, mode_t mode) {
+    rights_.assume();
+    if (fchmod(folder_.get(), mode) != 0 || !renameToNew(parent, name)) {
+      if (errno == EEXIST || errno == ENOTEMPTY) throw Refusal(visible(name) + " is there already.");
+      refuseWithError("The copy could not be named " + visible(name) + ":");
+    }
+    folder_.close();
+  }
+
+ private:
+  bool renameToNew(int parent, const std::string& name) const {
+    if (renameat2(parent_, name_.c_str(), parent, name.c_str(), RENAME_NOREPLACE) == 0) return true;
+    // Some file systems know the plain step only, which still replaces nothing but an empty folder.
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    if (exists(parent, name)) {
+      errno = EEXIST;
+      return false;
+    }
+    return renameat(parent_, name_.c_str(), parent, name.c_str()) == 0;
+  }
+
+  int parent_;
+  std::string name_;
+  const Rights& rights_;
+  Descriptor folder_;
+};
+
+Descriptor openProjects(const Transfer& transfer, const char* folder) {
+  transfer.inDevice.assume();
+  Descriptor opened = openFolderBeneath(transfer.var.get(), folder);
+  if (!opened) refuseWithError("The device's folder /var/" + std::string(folder) + " cannot be opened:");
+  return opened;
+}
+
+// The project's packages that lie outside it, as those of a copy that has none. Returns what is left out.
+std::vector<std::string> addPackages(const Transfer& transfer, const std::string& name, int copy) {
+  if (exists(copy, kOwnPackages)) return {};
+  transfer.inDevice.assume();
+  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(kPackages) / name);
+  if (!from && errno == ENOENT) return {};
+  // A build may have put anything there, which is no reason to keep the project in.
+  if (!from) return {kOwnPackages};
+  transfer.host.assume();
+  if (mkdirat(copy, kOwnPackages, 0700) != 0) refuseWithError("The packages could not be written:");
+  const Descriptor to = openFolderBeneath(copy, kOwnPackages);
+  if (!to) refuseWithError("The packages could not be written:");
+  auto leftOut = copyTree({from.get(), transfer.inDevice}, {to.get(), transfer.host},
+                          {CopiedLinks::Inside, transfer.umask, transfer.pause});
+  transfer.host.assume();
+  if (fchmod(to.get(), 0777 & ~transfer.umask) != 0) refuseWithError("The packages could not be written:");
+  for (auto& each : leftOut) each = std::string(kOwnPackages).append("/").append(each);
+  return leftOut;
+}
+
+}  // namespace
+
+void requireProjectName(const std::string& name) {
+  requireEntryName(name);
+  if (!isValidUTF8(name)) throw Refusal("A project's name has to be UTF-8 text: rename the folder.");
+  if (name.starts_with('-') || name.find_first_of(" \"'\\`$&|;<>()*?[]{}!#~%=") != std::string::npos) {
+    throw Refusal("\"" + name +
+                  "\" is no name for a project, since it goes into command lines as it is: rename the folder "
+                  "without blanks and other characters that a shell minds.");
+  }
+}
+
+Transferred importProject(const Transfer& transfer, const fs::path& source) {
+  transfer.host.assume();
+  const Descriptor from = openHostFolder(source);
+  const std::string name = nameOf(from.get(), source);
+  requireProjectName(name);
+  requireOutside(from.get(), source, transfer.device);
+  std::error_code error;
+  if (isWithin(fs::weakly_canonical(transfer.device, error), pathOf(from.get()))) {
+    throw Refusal(visible(source.string()) + " has the device in it; a copy of it would never end.");
+  }
+  transfer.inDevice.assume();
+  makeFolderBeneath(transfer.var.get(), kProjects);
+  const Descriptor projects = openProjects(transfer, kProjects);
+  const Descriptor beside = openProjects(transfer, kBesideProjects);
+  if (exists(projects.get(), name)) throw Refusal("There is a project " + name + " in the device already.");
+  Unfinished copy(beside.get(), ".import-", transfer.inDevice);
+  auto leftOut = copyTree({from.get(), transfer.host}, {copy.folder(), transfer.inDevice},
+                          {CopiedLinks::All, 022, transfer.pause});
+  copy.finish(projects.get(), name, 0755);
+  return {name, std::move(leftOut)};
+}
+
+Transferred exportProject(const Transfer& transfer, const std::string& name, const fs::path& target) {
+  requireEntryName(name);
+  transfer.inDevice.assume();
+  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(kProjects) / name);
+  if (!from && errno == ENOENT) throw Refusal("There is no project " + name + " in the device.");
+  if (!from) refuseWithError("The project " + name + " cannot be opened:");
+  transfer.host.assume();
+  std::error_code error;
+  const bool isFolder = fs::is_directory(target, error);
+  const fs::path whole = withoutTrailingSlash(target);
+  // As typed: behind a link, ".." is not what the text says.
+  const fs::path above = whole.has_parent_path() ? whole.parent_path() : ".";
+  const fs::path parent = isFolder ? target : above;
+  const std::string copyName = isFolder ? name : whole.filename().string();
+  requireEntryName(copyName);
+  const Descriptor into = openHostFolder(parent);
+  requireOutside(into.get(), parent, transfer.device);
+  if (exists(into.get(), copyName))
+    throw Refusal(visible((parent / copyName).string()) + " is there already.");
+  Unfinished copy(into.get(), "." + copyName + ".export-", transfer.host);
+  auto leftOut = copyTree({from.get(), transfer.inDevice}, {copy.folder(), transfer.host},
+                          {CopiedLinks::Inside, transfer.umask, transfer.pause});
+  for (auto& each : addPackages(transfer, name, copy.folder())) leftOut.push_back(std::move(each));
+  copy.finish(into.get(), copyName, 0777 & ~transfer.umask);
+  return {(pathOf(into.get()) / copyName).string(), std::move(leftOut)};
+}
+
+}  // namespace device

@@ -1,0 +1,51 @@
+// Projects on their way between the host and the device.
+#pragma once
+
+#include "core/Descriptor.h"
+#include "device/transfer/CopyTree.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace device {
+
+// What both ways need. The device may be in use meanwhile: what is copied appears in one step, and a failure
+// leaves nothing.
+struct Transfer {
+  // DEVICE, for messages and to keep the host's side out of it.
+  std::filesystem::path device;
+  // DEVICE/var, as openVar() gives it.
+  Descriptor var;
+  // Who called, and whom the device belongs to.
+  Rights host;
+  Rights inDevice;
+  // The caller's, for what is made on the host.
+  mode_t umask;
+  // Called again and again; what it throws ends the copy, of which nothing stays.
+  std::function<void()> pause;
+};
+
+struct Transferred {
+  // Import: the project's name. Export: where the copy is.
+  std::string what;
+  // As from copyTree().
+  std::vector<std::string> leftOut;
+};
+
+// Makes a copy of the folder `source` of the host a project of the same name. Links come along as they are:
+// in the device they lead to nothing else. Throws Refusal.
+Transferred importProject(const Transfer& transfer, const std::filesystem::path& source);
+
+// Copies the project `name`, its packages included, into the folder `target` or, where there is none, under
+// that name into the folder above. Links that lead out of the project stay behind: on the host whoever reads
+// or writes through them would reach the user's own files. Packages that lie outside the project get into the
+// copy's "packages", unless the project has such a folder of its own. Throws Refusal.
+Transferred exportProject(const Transfer& transfer, const std::string& name,
+                          const std::filesystem::path& target);
+
+// Throws Refusal for a folder name that cannot go into command lines as it stands, as project names do.
+void requireProjectName(const std::string& name);
+
+}  // namespace device
