@@ -117,6 +117,17 @@ bool writeAtomically(int folder, const std::string& name, const std::string& con
   return false;
 }
 
+bool renameToNew(int folder, const std::string& name, int newFolder, const std::string& newName) {
+  if (renameat2(folder, name.c_str(), newFolder, newName.c_str(), RENAME_NOREPLACE) == 0) return true;
+  // Some file systems know the plain step only, which replaces nothing but files and empty folders.
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  if (exists(newFolder, newName)) {
+    errno = EEXIST;
+    return false;
+  }
+  return renameat(folder, name.c_str(), newFolder, newName.c_str()) == 0;
+}
+
 bool removeBeneath(int folder, const std::string& name) {
   if (unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT) return true;
   if (errno != EISDIR) return false;

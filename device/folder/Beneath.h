@@ -29,6 +29,10 @@ std::optional<std::string> readBeneath(int folder, const std::filesystem::path& 
 // The last `limit` bytes of a regular file, or all of it where it is shorter; absent for anything else.
 std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
 
+// Gives an entry another name, also in another folder of the same file system. False, with errno EEXIST or
+// ENOTEMPTY, where that name is taken.
+bool renameToNew(int folder, const std::string& name, int newFolder, const std::string& newName);
+
 // Replaces the file `name` in `folder` in one step; on false, errno tells why and the old file stands.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
 

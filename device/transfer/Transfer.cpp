@@ -101,7 +101,7 @@ class Unfinished {
 
   void finish(int parent, const std::string& name, mode_t mode) {
     rights_.assume();
-    if (fchmod(folder_.get(), mode) != 0 || !renameToNew(parent, name)) {
+    if (fchmod(folder_.get(), mode) != 0 || !renameToNew(parent_, name_, parent, name)) {
       if (errno == EEXIST || errno == ENOTEMPTY) throw Refusal(visible(name) + " is there already.");
       refuseWithError("The copy could not be named " + visible(name) + ":");
     }
@@ -109,17 +109,6 @@ class Unfinished {
   }
 
  private:
-  bool renameToNew(int parent, const std::string& name) const {
-    if (renameat2(parent_, name_.c_str(), parent, name.c_str(), RENAME_NOREPLACE) == 0) return true;
-    // Some file systems know the plain step only, which still replaces nothing but an empty folder.
-    if (errno != EINVAL && errno != ENOSYS) return false;
-    if (exists(parent, name)) {
-      errno = EEXIST;
-      return false;
-    }
-    return renameat(parent_, name_.c_str(), parent, name.c_str()) == 0;
-  }
-
   int parent_;
   std::string name_;
   const Rights& rights_;

@@ -1,0 +1,221 @@
+#include "device/folder/HistoryFolder.h"
+
+#include "device/Refusal.h"
+#include "device/folder/Beneath.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <fcntl.h>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kHistory = "history";
+constexpr const char* kSetAside = "set-aside";
+constexpr const char* kAbout = "about";
+constexpr const char* kBackupNote = "backup-note";
+constexpr const char* kNameFormat = "%Y-%m-%dT%H-%M-%SZ";
+constexpr std::size_t kLongestAbout = 1 << 20;
+// Against a clock that was wrong for a while.
+constexpr int kNeverTooOld = 3;
+constexpr long kHour = 3600;
+constexpr long kDay = 24 * kHour;
+constexpr long kMonth = 31 * kDay;
+
+std::string nameAt(std::time_t time) {
+  char name[32];
+  struct tm parts {};
+  gmtime_r(&time, &parts);
+  strftime(name, sizeof name, kNameFormat, &parts);
+  return name;
+}
+
+// Whether a shell takes the name as one word, and as it stands.
+bool isPlain(const std::string& name) {
+  return !name.empty() && name.size() <= 255 && name != "." && name != ".." &&
+         std::all_of(name.begin(), name.end(), [](unsigned char character) {
+           return character >= 0x80 || std::isalnum(character) != 0 ||
+                  std::strchr("._+-@,:", character) != nullptr;
+         });
+}
+
+}  // namespace
+
+const char* folderInDevice(Kept kind) {
+  switch (kind) {
+    case Kept::Project:
+      return "Tweakyard/Projects";
+    case Kept::Backup:
+      return "mobile/Documents/TweakbenchBackups";
+    default:
+      return "mobile/Documents/Tweakbench";
+  }
+}
+
+const char* folderInHistory(Kept kind) {
+  return std::strrchr(folderInDevice(kind), '/') + 1;
+}
+
+std::time_t timeOf(const std::string& when) {
+  struct tm parts {};
+  const char* end = strptime(when.c_str(), kNameFormat, &parts);
+  return end != nullptr && *end == '\0' ? timegm(&parts) : -1;
+}
+
+std::string localName(const std::string& when) {
+  const std::time_t time = timeOf(when);
+  char name[32];
+  struct tm parts {};
+  localtime_r(&time, &parts);
+  strftime(name, sizeof name, "%Y-%m-%dT%H:%M:%S", &parts);
+  return name;
+}
+
+HistoryFolder::HistoryFolder(int device) {
+  mkdirat(device, kHistory, 0700);
+  folder_ = openFolderBeneath(device, kHistory);
+  struct stat status {};
+  if (!folder_ || fstat(folder_.get(), &status) != 0)
+    refuseWithError("The device's history cannot be opened:");
+  if (status.st_uid != geteuid()) throw Refusal("The device's history belongs to another user.");
+  mkdirat(folder_.get(), kSetAside, 0700);
+}
+
+std::vector<HistoryEntry> HistoryFolder::entries() const {
+  std::vector<HistoryEntry> entries;
+  const auto add = [&entries](const Descriptor& folder, bool isSetAside) {
+    const auto names = folder ? namesIn(folder.get()) : std::nullopt;
+    for (const auto& name : names.value_or(std::vector<std::string>())) {
+      if (timeOf(name) < 0) continue;
+      HistoryEntry entry{name, isSetAside, true, {}};
+      if (!isSetAside) {
+        std::istringstream about(
+            readBeneath(folder.get(), fs::path(name) / kAbout, kLongestAbout).value_or(""));
+        std::string line;
+        std::getline(about, line);
+        entry.isWhole = line == "whole";
+        while (std::getline(about, line)) entry.remarks.push_back(line);
+      }
+      entries.push_back(std::move(entry));
+    }
+  };
+  add(openFolderBeneath(folder_.get(), "."), false);
+  add(openFolderBeneath(folder_.get(), kSetAside), true);
+  std::sort(entries.begin(), entries.end(), [](const HistoryEntry& one, const HistoryEntry& other) {
+    return std::tie(one.when, one.isSetAside) > std::tie(other.when, other.isSetAside);
+  });
+  return entries;
+}
+
+Descriptor HistoryFolder::open(const HistoryEntry& entry, const fs::path& path) const {
+  return openFolderBeneath(folder_.get(), fs::path(entry.isSetAside ? kSetAside : ".") / entry.when / path);
+}
+
+std::string HistoryFolder::newName() const {
+  const Descriptor aside = openFolderBeneath(folder_.get(), kSetAside);
+  std::time_t time = std::time(nullptr);
+  while (exists(folder_.get(), nameAt(time)) || (aside && exists(aside.get(), nameAt(time)))) ++time;
+  return nameAt(time);
+}
+
+std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path) const {
+  const std::string when = newName();
+  const fs::path above = fs::path(kSetAside) / when / path.parent_path();
+  const Descriptor target =
+      makeFolderBeneath(folder_.get(), above) ? openFolderBeneath(folder_.get(), above) : Descriptor();
+  if (target && renameToNew(parent, name, target.get(), path.filename())) return when;
+  const int error = errno;
+  for (fs::path left = path.parent_path(); target; left = left.parent_path()) {
+    unlinkat(folder_.get(), (fs::path(kSetAside) / when / left).c_str(), AT_REMOVEDIR);
+    if (left.empty()) break;
+  }
+  errno = error;
+  refuseWithError(name + " could not be moved into the device's history:");
+}
+
+void HistoryFolder::beginBackup(int var, const std::string& name) const {
+  if (!isPlain(name)) return;
+  const Descriptor backups = openFolderBeneath(var, folderInDevice(Kept::Backup));
+  const bool hasOlder = backups && exists(backups.get(), name);
+  // First what is about to happen, with the place where the older one will be then.
+  const std::string when = newName();
+  if (!writeAtomically(folder_.get(), kBackupNote, name + "\n" + (hasOlder ? when : "") + "\n", 0600)) return;
+  if (!hasOlder) return;
+  const fs::path place = fs::path(kSetAside) / when / folderInHistory(Kept::Backup);
+  const Descriptor aside =
+      makeFolderBeneath(folder_.get(), place) ? openFolderBeneath(folder_.get(), place) : Descriptor();
+  if (!aside || !renameToNew(backups.get(), name, aside.get(), name)) finishBackup();
+}
+
+void HistoryFolder::finishBackup() const {
+  unlinkat(folder_.get(), kBackupNote, 0);
+}
+
+void HistoryFolder::undoBackup(int var) const {
+  std::istringstream note(readBeneath(folder_.get(), kBackupNote, 4096).value_or(""));
+  std::string name;
+  std::string when;
+  if (!std::getline(note, name) || !std::getline(note, when) || !isPlain(name)) return finishBackup();
+  const fs::path inHistory = folderInHistory(Kept::Backup);
+  const Descriptor aside =
+      when.empty() ? Descriptor() : openFolderBeneath(folder_.get(), kSetAside / fs::path(when) / inHistory);
+  const bool hasMoved = aside && exists(aside.get(), name);
+  // Killed before the older one was moved, or after it was put back: what is there is whole.
+  if (!when.empty() && !hasMoved) return finishBackup();
+  if (hasMoved) makeFolderBeneath(var, folderInDevice(Kept::Backup));
+  const Descriptor backups = openFolderBeneath(var, folderInDevice(Kept::Backup));
+  if (backups && exists(backups.get(), name)) setAside(backups.get(), name, inHistory / name);
+  if (backups && hasMoved) renameToNew(aside.get(), name, backups.get(), name);
+  finishBackup();
+}
+
+std::vector<std::string> thinnedOut(const std::vector<HistoryEntry>& copies, std::time_t now) {
+  std::set<std::string> kept;
+  int whole = 0;
+  // The newest of each stretch of time, by the stretch's length and number; a whole one before all others.
+  std::map<std::pair<long, long>, const HistoryEntry*> newest;
+  for (const auto& copy : copies) {
+    const std::time_t time = timeOf(copy.when);
+    // A clock may have been set back.
+    const long age = std::labs(static_cast<long>(now - time));
+    if (copy.isWhole && whole++ < kNeverTooOld) kept.insert(copy.when);
+    if (age <= kHour || &copy == &copies.front()) kept.insert(copy.when);
+    if (age <= kHour || age > kMonth) continue;
+    const long stretch = age <= kDay ? kHour : kDay;
+    const HistoryEntry*& best = newest[{stretch, time / stretch}];
+    if (best == nullptr || (copy.isWhole && !best->isWhole)) best = &copy;
+  }
+  for (const auto& [stretch, copy] : newest) kept.insert(copy->when);
+  std::vector<std::string> thinned;
+  for (const auto& copy : copies) {
+    if (!kept.contains(copy.when)) thinned.push_back(copy.when);
+  }
+  return thinned;
+}
+
+std::string leastMissed(const std::vector<HistoryEntry>& entries) {
+  const auto newestWhole = std::find_if(entries.begin(), entries.end(),
+                                        [](const auto& entry) { return entry.isWhole && !entry.isSetAside; });
+  std::string found;
+  std::time_t closest = 0;
+  for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+    if (entry == entries.begin() || entry == newestWhole) continue;
+    const std::time_t gap = timeOf(std::prev(entry)->when) - timeOf(entry->when);
+    if (!found.empty() && gap >= closest) continue;
+    found = entry->when;
+    closest = gap;
+  }
+  return found;
+}
+
+}  // namespace device
