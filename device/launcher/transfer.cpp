@@ -58,7 +58,8 @@ int transfer(const Options& options, mode_t callerUmask) {
     const Transferred done = isImport ? importProject(prepared, options.hostPath)
                                       : exportProject(prepared, options.project, options.hostPath);
     if (!done.leftOut.empty()) {
-      std::cerr << "tweakbench: Left out, being no files or leading out of the project:";
+      std::cerr << "tweakbench: Left out, since they are not files, lead out of the project, or are packages "
+                   "that are there already:";
       for (std::size_t i = 0; i < std::min(done.leftOut.size(), kNamedAtMost); ++i)
         std::cerr << " " << done.leftOut[i];
       if (done.leftOut.size() > kNamedAtMost)

@@ -69,6 +69,17 @@ std::string nameOf(int folder, const fs::path& typed) {
   return isEntry ? name : pathOf(folder).filename().string();
 }
 
+bool renameToNew(int from, const std::string& name, int to, const std::string& newName) {
+  if (renameat2(from, name.c_str(), to, newName.c_str(), RENAME_NOREPLACE) == 0) return true;
+  // Some file systems know the plain step only, which still replaces nothing but an empty folder.
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  if (exists(to, newName)) {
+    errno = EEXIST;
+    return false;
+  }
+  return renameat(from, name.c_str(), to, newName.c_str()) == 0;
+}
+
 // A new folder under a name of its own, which gets its real name when everything is in it, or is deleted.
 class Unfinished {
  public:
@@ -142,6 +153,24 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
   return leftOut;
 }
 
+// Moves the packages of a project that comes in to where builds of the application put them: a failed build
+// would take those that lie in the project for its own. Packages of the same names that are there already
+// stay instead. Returns what is left out.
+std::vector<std::string> movePackagesOut(const Transfer& transfer, const std::string& name, int copy) {
+  const Descriptor from = openFolderBeneath(copy, kOwnPackages);
+  if (!from) return {};
+  const fs::path path = fs::path(kPackages) / name;
+  makeFolderBeneath(transfer.var.get(), path);
+  const Descriptor to = openFolderBeneath(transfer.var.get(), path);
+  std::vector<std::string> leftOut;
+  for (const auto& each : namesIn(from.get()).value_or(std::vector<std::string>())) {
+    if (!to || !renameToNew(from.get(), each, to.get(), each))
+      leftOut.push_back(std::string(kOwnPackages).append("/").append(each));
+  }
+  if (!removeBeneath(copy, kOwnPackages)) refuseWithError("The packages could not be moved:");
+  return leftOut;
+}
+
 }  // namespace
 
 void requireProjectName(const std::string& name) {
@@ -172,6 +201,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source) {
   Unfinished copy(beside.get(), ".import-", transfer.inDevice);
   auto leftOut = copyTree({from.get(), transfer.host}, {copy.folder(), transfer.inDevice},
                           {CopiedLinks::All, 022, transfer.pause});
+  transfer.inDevice.assume();
+  for (auto& each : movePackagesOut(transfer, name, copy.folder())) leftOut.push_back(std::move(each));
   copy.finish(projects.get(), name, 0755);
   return {name, std::move(leftOut)};
 }

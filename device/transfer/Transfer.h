@@ -30,12 +30,13 @@ struct Transfer {
 struct Transferred {
   // Import: the project's name. Export: where the copy is.
   std::string what;
-  // As from copyTree().
+  // As from copyTree(), and packages that had no place.
   std::vector<std::string> leftOut;
 };
 
 // Makes a copy of the folder `source` of the host a project of the same name. Links come along as they are:
-// in the device they lead to nothing else. Throws Refusal.
+// in the device they lead to nothing else. Its "packages" go to where exportProject() takes packages from;
+// those whose names are taken there are left out. Throws Refusal.
 Transferred importProject(const Transfer& transfer, const std::filesystem::path& source);
 
 // Copies the project `name`, its packages included, into the folder `target` or, where there is none, under

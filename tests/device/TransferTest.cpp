@@ -112,6 +112,24 @@ TEST_F(TransferTest, ItsPackagesGoOutWithAProject) {
   EXPECT_EQ(treeAt(home / "Planted").size(), 1U);
 }
 
+TEST_F(TransferTest, PackagesComeInToWhereTheyGoOutFrom) {
+  const std::string packages = device / "var/mobile/Documents/Tweakbench/P";
+  putFile(home / "P/Tweak.x", "");
+  putFile(home / "P/packages/old.deb", "of the host");
+  putFile(home / "P/packages/taken.deb", "of the host");
+  putFile(packages + "/taken.deb", "of the device");
+  EXPECT_EQ(importProject(transfer(), home / "P").leftOut, std::vector<std::string>{"packages/taken.deb"});
+  EXPECT_EQ(treeAt(project("P")).size(), 1U);
+  EXPECT_EQ(treeAt(packages),
+            (Tree{{"old.deb", "100644 of the host"}, {"taken.deb", "100644 of the device"}}));
+  // A link that a build left there is not followed.
+  putFile(home / "Q/packages/old.deb", "");
+  fs::create_directory_symlink(home / "P", device / "var/mobile/Documents/Tweakbench/Q");
+  EXPECT_EQ(importProject(transfer(), home / "Q").leftOut, std::vector<std::string>{"packages/old.deb"});
+  EXPECT_TRUE(treeAt(project("Q")).empty());
+  EXPECT_FALSE(fs::exists(home / "P/old.deb"));
+}
+
 TEST_F(TransferTest, APathLeadsWhereItLeadsForEverybodyElse) {
   // Not to what is above the link.
   putFile(home / "far/Away/file", "of Away");
