@@ -8,12 +8,14 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/sched.h>
 #include <linux/seccomp.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <vector>
@@ -57,12 +59,49 @@ void refuseArgument(scmp_filter_ctx filter, int error, int call, unsigned argume
 // Only the internet families stay: local sockets lead to the display, to buses and to agents.
 void refuseSockets(scmp_filter_ctx filter) {
   for (scmp_datum_t family = 0; family < 64; ++family) {
+    if (family != AF_UNIX) refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 0, kLow32, family);
     if (family == AF_INET || family == AF_INET6) continue;
     refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socket), 0, kLow32, family);
   }
-  // A pair is connected to itself, which make and perl may use, but one of datagrams can be sent elsewhere.
-  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EAFNOSUPPORT), SCMP_SYS(socketpair), 1,
-                        scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, 0xf, SOCK_DGRAM}));
+  // make and perl use pairs. These two types only send to each other; one of datagrams, which the kernel also
+  // makes of SOCK_RAW, can send to any socket of the host.
+  constexpr scmp_datum_t kTypes = 0xf;
+  for (scmp_datum_t type = 0; type <= kTypes; ++type) {
+    if (type == SOCK_STREAM || type == SOCK_SEQPACKET) continue;
+    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 1, kTypes, type);
+  }
+}
+
+// The application has the same user, so a build could otherwise stop it with a limit or slow it down.
+void refuseSteeringOthers(scmp_filter_ctx filter) {
+  const auto refuseUnless = [filter](int call, unsigned argument, scmp_datum_t value) {
+    must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 1,
+                          scmp_arg_cmp{argument, SCMP_CMP_NE, value, 0}));
+  };
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(prlimit64), 2,
+                        scmp_arg_cmp{0, SCMP_CMP_NE, 0, 0}, scmp_arg_cmp{2, SCMP_CMP_NE, 0, 0}));
+  for (int call : {SCMP_SYS(sched_setaffinity), SCMP_SYS(sched_setscheduler), SCMP_SYS(sched_setparam),
+                   SCMP_SYS(sched_setattr)}) {
+    refuseUnless(call, 0, 0);
+  }
+  constexpr scmp_datum_t kOneProcess = 1;  // IOPRIO_WHO_PROCESS
+  refuseUnless(SCMP_SYS(setpriority), 0, PRIO_PROCESS);
+  refuseUnless(SCMP_SYS(setpriority), 1, 0);
+  refuseUnless(SCMP_SYS(ioprio_set), 0, kOneProcess);
+  refuseUnless(SCMP_SYS(ioprio_set), 1, 0);
+}
+
+// Counted for the user or the machine as a whole, so that a build could use up what the host's programs need.
+void refuseSharedCounts(scmp_filter_ctx filter) {
+  for (int call : {SCMP_SYS(inotify_init), SCMP_SYS(inotify_init1)}) refuse(filter, EMFILE, call);
+  refuseArgument(filter, EPERM, SCMP_SYS(fcntl), 1, kLow32, F_SETPIPE_SZ);
+  refuse(filter, ENOSYS, SCMP_SYS(io_setup));
+  // The starter's limit of 1 keeps core dumps from the host's collector, and 0 would not. Compilers set 0 for
+  // themselves and some programs end when they cannot, so the call does nothing and succeeds.
+  refuseArgument(filter, 0, SCMP_SYS(setrlimit), 0, kLow32, RLIMIT_CORE);
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(0), SCMP_SYS(prlimit64), 3, scmp_arg_cmp{0, SCMP_CMP_EQ, 0, 0},
+                        scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, kLow32, RLIMIT_CORE},
+                        scmp_arg_cmp{2, SCMP_CMP_NE, 0, 0}));
 }
 
 void refuseTerminalInjection(scmp_filter_ctx filter) {
@@ -161,6 +200,8 @@ int main() {
   must(seccomp_attr_set(filter, SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS));
   must(seccomp_attr_set(filter, SCMP_FLTATR_CTL_OPTIMIZE, 2));
   refuseSockets(filter);
+  refuseSteeringOthers(filter);
+  refuseSharedCounts(filter);
   refuseTerminalInjection(filter);
   refuseNamespacesAndMounts(filter);
   refuseKernelInterfaces(filter);

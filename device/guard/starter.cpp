@@ -24,18 +24,34 @@ namespace {
 
 using device::StartReport;
 
-// Counted within the device's own user namespace: many times what make -j needs, little for a fork bomb.
-constexpr rlim_t kProcesses = 4096;
+// What a build needs is far below these. Where the kernel counts for the user as a whole, half of what the
+// host has stays for its other programs.
+constexpr struct {
+  int resource;
+  rlim_t most;
+} kLimits[] = {
+    {RLIMIT_NPROC, 4096},
+    {RLIMIT_SIGPENDING, 1024},
+    {RLIMIT_MEMLOCK, 1 << 20},
+    {RLIMIT_MSGQUEUE, 0},
+    // Descriptors on their way through sockets count for the user; other programs may have 1024 there.
+    {RLIMIT_NOFILE, 512},
+    {RLIMIT_NICE, 0},
+    {RLIMIT_RTPRIO, 0},
+    // A core dump would be handed to the host's collector, outside the device. Where that reads from a pipe,
+    // the kernel minds no limit but 1.
+    {RLIMIT_CORE, 1},
+};
 
 void limitResources() {
-  rlimit processes{};
-  getrlimit(RLIMIT_NPROC, &processes);
-  processes.rlim_max = std::min(processes.rlim_max, kProcesses);
-  processes.rlim_cur = std::min(processes.rlim_cur, kProcesses);
-  setrlimit(RLIMIT_NPROC, &processes);
-  // A core dump would be handed to the host's collector, outside the device.
-  const rlimit none{};
-  setrlimit(RLIMIT_CORE, &none);
+  for (const auto& [resource, most] : kLimits) {
+    rlimit limit{};
+    getrlimit(resource, &limit);
+    const bool isShared = resource == RLIMIT_NPROC || resource == RLIMIT_SIGPENDING;
+    limit.rlim_max = std::min(isShared ? limit.rlim_max / 2 : limit.rlim_max, most);
+    limit.rlim_cur = resource == RLIMIT_CORE ? limit.rlim_max : std::min(limit.rlim_cur, limit.rlim_max);
+    setrlimit(resource, &limit);
+  }
 }
 
 void report(int descriptor, StartReport::Kind kind, int value) {

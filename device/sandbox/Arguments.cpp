@@ -30,13 +30,16 @@ void addSystem(ArgumentList& list, const Request& request) {
   for (const char* folder : {"/.host", "/etc", "/opt", "/private", "/run"}) list.add({"--dir", folder});
   list.add({"--ro-bind", "/usr", "/usr", "--ro-bind", "/usr", "/.host/usr"});
   for (const auto& link : request.rootLinks) list.add({"--symlink", link.target, link.path});
-  for (const char* folder : {"/etc/alternatives", "/etc/fonts", "/etc/ssl", "/etc/ld.so.cache"}) {
-    list.add({"--ro-bind-try", folder, folder});
+  // Not the whole of /etc/ssl: its private keys are open to a group that the caller may be in.
+  for (const char* path :
+       {"/etc/alternatives", "/etc/fonts", "/etc/ssl/certs", "/etc/ssl/openssl.cnf", "/etc/ld.so.cache"}) {
+    list.add({"--ro-bind-try", path, path});
   }
   for (const auto& file : request.dataFiles) {
     list.add({"--perms", "0444", "--ro-bind-data", std::to_string(file.content), file.path});
   }
-  list.add({"--proc", "/proc", "--dev", "/dev"});
+  // Read-only, or a build could have the kernel kill the application first when memory is short.
+  list.add({"--proc", "/proc", "--remount-ro", "/proc", "--dev", "/dev"});
   // Followed only where a log is shown there.
   list.add({"--symlink", "/.host/log", "/dev/log"});
   list.add({"--perms", "1777", "--size", kSharedMemorySize, "--tmpfs", "/dev/shm", "--remount-ro", "/dev"});

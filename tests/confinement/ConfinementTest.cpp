@@ -118,6 +118,7 @@ std::vector<std::string> promises() {
           "The host's system cannot be changed",
           "No rights can be gained",
           "The host's processes can be neither seen nor touched",
+          "A build cannot stop or slow down the application",
           "No memory or queue is shared with the host",
           "Nothing can be typed into the caller's terminal",
           "The caller's environment stays outside",

@@ -100,6 +100,8 @@ std::vector<Attempt> attemptsOnFiles() {
          return through;
        }},
       {kOthers, "read /etc/shadow", Control::Root, [] { return canRead("/etc/shadow"); }},
+      {kOthers, "list the machine's private keys", Control::Machine,
+       [] { return canList("/etc/ssl/private"); }},
       {kOthers, "list /root", Control::Root, [] { return canList("/root"); }},
       {kOthers, "write below /root", Control::Root, [] { return canWriteBelow("/root"); }},
       {kOthers, "read another user's file", Control::Root, [] { return canRead(given("others")); }},

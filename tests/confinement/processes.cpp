@@ -1,6 +1,8 @@
 #include "confinement/Attempt.h"
 
+#include <array>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -25,6 +27,7 @@ namespace {
 using Control = Attempt::Control;
 
 constexpr const char* kProcesses = "The host's processes can be neither seen nor touched";
+constexpr const char* kApplication = "A build cannot stop or slow down the application";
 constexpr const char* kMemory = "No memory or queue is shared with the host";
 constexpr const char* kTerminal = "Nothing can be typed into the caller's terminal";
 constexpr const char* kSecrets = "The caller's environment stays outside";
@@ -42,6 +45,19 @@ pid_t victim() {
   const std::string commandLine = contentOf(ofVictim("cmdline"));
   const bool isAnother = !commandLine.empty() && commandLine.find("the-victim") == std::string::npos;
   return isAnother ? kNobody : givenNumber("victim");
+}
+
+// As the application, the parent is no part of the build, and of the same user.
+bool limits(pid_t process) {
+  rlimit limit{};
+  return prlimit(process, RLIMIT_CPU, nullptr, &limit) == 0 &&
+         prlimit(process, RLIMIT_CPU, &limit, nullptr) == 0;
+}
+
+bool prioritizes(int which, pid_t process) {
+  errno = 0;
+  const int priority = getpriority(which, static_cast<id_t>(process));
+  return errno == 0 && setpriority(which, static_cast<id_t>(process), priority) == 0;
 }
 
 bool isVictimListed() {
@@ -98,11 +114,7 @@ std::vector<Attempt> attemptsOnProcesses() {
          return prlimit(victim(), RLIMIT_NOFILE, nullptr, &limit) == 0;
        }},
       {kProcesses, "change one's priority", Control::Everyone,
-       [] {
-         errno = 0;
-         const int priority = getpriority(PRIO_PROCESS, static_cast<id_t>(victim()));
-         return errno == 0 && setpriority(PRIO_PROCESS, static_cast<id_t>(victim()), priority) == 0;
-       }},
+       [] { return prioritizes(PRIO_PROCESS, victim()); }},
       {kProcesses, "change one's processors", Control::Everyone,
        [] {
          cpu_set_t processors;
@@ -126,6 +138,36 @@ std::vector<Attempt> attemptsOnProcesses() {
            return network >= 0 && setns(network, 0) == 0;
          });
        }},
+      {kApplication, "limit its processor time", Control::Everyone, [] { return limits(getppid()); }},
+      {kApplication, "change its priority", Control::Everyone,
+       [] { return prioritizes(PRIO_PROCESS, getppid()); }},
+      {kApplication, "change its user's priority", Control::Everyone,
+       [] { return prioritizes(PRIO_USER, static_cast<pid_t>(getuid())); }},
+      {kApplication, "change its processors", Control::Everyone,
+       [] {
+         cpu_set_t processors;
+         return sched_getaffinity(getppid(), sizeof processors, &processors) == 0 &&
+                sched_setaffinity(getppid(), sizeof processors, &processors) == 0;
+       }},
+      {kApplication, "change its scheduling", Control::Everyone,
+       [] {
+         const sched_param none{};
+         return sched_setscheduler(getppid(), SCHED_OTHER, &none) == 0;
+       }},
+      {kApplication, "change its scheduling by the newer call", Control::Everyone,
+       [] {
+         std::array<std::uint32_t, 16> scheduling{};
+         return syscall(SYS_sched_getattr, getppid(), scheduling.data(), sizeof scheduling, 0) == 0 &&
+                syscall(SYS_sched_setattr, getppid(), scheduling.data(), 0) == 0;
+       }},
+      {kApplication, "change its turn at the disk", Control::Everyone,
+       [] {
+         constexpr int kOneProcess = 1;
+         const long turn = syscall(SYS_ioprio_get, kOneProcess, getppid());
+         return turn >= 0 && syscall(SYS_ioprio_set, kOneProcess, getppid(), turn) == 0;
+       }},
+      {kApplication, "have it killed first when memory is short", Control::Everyone,
+       [] { return opened(open("/proc/self/oom_score_adj", O_WRONLY)); }},
       {kMemory, "attach a shared memory segment", Control::Everyone,
        [] {
          const int segment = shmget(static_cast<key_t>(givenNumber("segment")), 0, 0);

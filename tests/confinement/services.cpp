@@ -49,9 +49,10 @@ bool connects(const std::string& name) {
 }
 
 // Without a call of socket(): an end of a pair sends to whom it likes.
-bool sendsFromPair(const std::string& name) {
+bool sendsFromPair(int type) {
+  const std::string& name = given("letters");
   int pair[2];
-  if (name.empty() || socketpair(AF_UNIX, SOCK_DGRAM, 0, pair) != 0) return false;
+  if (name.empty() || socketpair(AF_UNIX, type, 0, pair) != 0) return false;
   const LocalAddress there = localAddress(name);
   const bool through =
       sendto(pair[0], "x", 1, 0, reinterpret_cast<const sockaddr*>(&there.address), there.size) == 1;
@@ -114,7 +115,8 @@ std::vector<Attempt> attemptsOnServices() {
       {kServices, "connect to a name outside the file system", Control::Everyone,
        [] { return connects(given("abstract")); }},
       {kServices, "send from a pair of one's own", Control::Everyone,
-       [] { return sendsFromPair(given("letters")); }},
+       [] { return sendsFromPair(SOCK_DGRAM); }},
+      {kServices, "send from a raw pair", Control::Everyone, [] { return sendsFromPair(SOCK_RAW); }},
       {kServices, "connect to the system log", Control::Machine,
        [] { return connects("/.host/log") || connects("/dev/log"); }},
       {kDisplay, "connect to the X server", Control::Everyone, [] { return connects(given("x11")); }},
