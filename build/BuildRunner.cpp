@@ -4,6 +4,7 @@
 #include "core/run_cmd.h"
 #include "core/run_logged.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 namespace {
@@ -20,20 +21,12 @@ const char* commandOf(BuildVariant variant) {
   return variant == BuildVariant::Package ? "cd %@ && make package" : "cd %@ && make package install";
 }
 
-void runFilled(const char* command, std::initializer_list<MaybeText> values) {
-  run_cmder(fill(command, values).c_str());
-}
-
 void collectPackages(const std::string& folder, const MaybeText& project) {
-  if (!fileExistsAtPath(paths::packages)) run_cmder("mkdir /var/mobile/Documents/Tweakbench");
-  if (!fileExistsAtPath(fill(paths::projectPackages, {project}))) {
-    runFilled("mkdir /var/mobile/Documents/Tweakbench/%@", {project});
-  }
+  const std::string packages = fill(paths::projectPackages, {project});
+  if (!fileExistsAtPath(paths::packages)) run_cmder("mkdir %@", {paths::packages});
+  if (!fileExistsAtPath(packages)) run_cmder("mkdir %@", {packages});
   // Without a packages folder the move fails and leaves no package folder at all: the sign of a failed build.
-  runFilled(
-      "cd %@ && rm -rf /var/mobile/Documents/Tweakbench/%@ && mv packages "
-      "/var/mobile/Documents/Tweakbench/%@",
-      {folder, project, project});
+  run_cmder("cd %@ && rm -rf %@ && mv packages %@", {folder, packages, packages});
 }
 
 }  // namespace
@@ -45,9 +38,9 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
   }
   removeBuildLog();
   redirectStandardStreams(paths::makeLog);
-  const MaybeText project = currentProject();
-  const std::string folder = fill(paths::projectIn, {paths::dataRoot, project});
-  runFilled(commandOf(variant), {folder});
+  const MaybeText project = itemName(currentProject());
+  const std::string folder = fill(paths::project, {project});
+  run_cmder(commandOf(variant), {folder});
   collectPackages(folder, project);
 }
 
@@ -56,14 +49,14 @@ void updateTheos() {
   run_cmder("mkdir /var/Tweakyard/tmp");
   redirectStandardStreams(updateLog);
   const MaybeText theos = theosPath();
-  runFilled("export THEOS=%@ && %@/bin/update-theos", {theos, theos});
+  run_cmder("export THEOS=%@ && %@/bin/update-theos", {theos, theos});
 }
 
 BuildResult collectBuildResult(BuildVariant variant) {
   cleanLog(paths::makeLog, variant);
   BuildResult result;
   result.log = stringWithContentsOfFile(paths::makeLog);
-  result.project = currentProject();
+  result.project = itemName(currentProject());
   result.hasPackages = fileExistsAtPath(fill(paths::projectPackages, {result.project}));
   return result;
 }

@@ -70,6 +70,10 @@ void run_cmd(const char* cmd) {
   if (child != -1) awaitExit(child);
 }
 
+void run_cmd(std::string_view format, std::initializer_list<MaybeText> values) {
+  run_cmd(fill(format, values).c_str());
+}
+
 void stopCommands(int graceMilliseconds) {
   RunningCommands& commands = running();
   std::unique_lock lock(commands.mutex);

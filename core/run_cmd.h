@@ -1,14 +1,24 @@
 // The one way in which the system starts another program: a command line handed to /bin/sh.
 #pragma once
 
+#include "core/Text.h"
+
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
 // the standard streams as they are at that moment. Nothing is returned: exit status and a refused spawn are
 // not reported; who cares looks at files or at a captured log afterwards. The only report ever made is
 // perror("waitpid") when waiting fails. Any thread.
 void run_cmd(const char* cmd);
 
+// Runs `format` with each "%@" filled by the next value (see fill() in Text.h).
+void run_cmd(std::string_view format, std::initializer_list<MaybeText> values);
+
 // The build screen's name for the same function.
-inline constexpr auto& run_cmder = run_cmd;
+inline void run_cmder(const char* cmd) {
+  run_cmd(cmd);
+}
+inline void run_cmder(std::string_view format, std::initializer_list<MaybeText> values) {
+  run_cmd(format, values);
+}
 
 // Ends the running of commands for the rest of the process's life: every command that is running, with all
 // that it started, is asked to end and, if it is still there after `graceMilliseconds`, killed; later calls

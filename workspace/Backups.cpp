@@ -3,18 +3,18 @@
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 MaybeText backUpProject() {
-  const MaybeText project = listedProject();
-  if (!fileExistsAtPath(paths::backups)) run_cmd("mkdir /var/mobile/Documents/TweakbenchBackups");
-  if (!fileExistsAtPath(fill(paths::project, {project}))) return std::nullopt;
-  run_cmd(fill("rm -rf /var/mobile/Documents/TweakbenchBackups/%@", {project}).c_str());
-  run_cmd(fill("mkdir /var/mobile/Documents/TweakbenchBackups/%@ && cp -r /var/Tweakyard/Projects/%@ "
-               "/var/mobile/Documents/TweakbenchBackups/",
-               {project, project})
-              .c_str());
-  return fill(paths::projectBackup, {project});
+  const MaybeText name = itemName(listedProject());
+  const std::string project = fill(paths::project, {name});
+  const std::string backup = fill(paths::projectBackup, {name});
+  if (!fileExistsAtPath(paths::backups)) run_cmd("mkdir %@", {paths::backups});
+  if (!fileExistsAtPath(project)) return std::nullopt;
+  run_cmd("rm -rf %@", {backup});
+  run_cmd("mkdir %@ && cp -r %@ %@/", {backup, project, paths::backups});
+  return backup;
 }
 
 std::vector<std::string> backupNames() {
@@ -22,10 +22,9 @@ std::vector<std::string> backupNames() {
 }
 
 void restoreBackup(const std::string& name) {
-  run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@ && cp -r /var/mobile/Documents/TweakbenchBackups/%@ "
-               "/var/Tweakyard/Projects/%@",
-               {name, name, name})
-              .c_str());
+  const MaybeText item = itemName(name);
+  const std::string project = fill(paths::project, {item});
+  run_cmd("rm -rf %@ && cp -r %@ %@", {project, fill(paths::projectBackup, {item}), project});
 }
 
 void chooseRestoredProject(const std::string& name) {
@@ -34,5 +33,5 @@ void chooseRestoredProject(const std::string& name) {
 }
 
 void deleteAllBackups() {
-  run_cmd("rm -rf /var/mobile/Documents/TweakbenchBackups");
+  run_cmd("rm -rf %@", {paths::backups});
 }

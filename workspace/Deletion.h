@@ -1,7 +1,8 @@
-// Deleting files and projects, for good. An absent project is written out in the command line, whose
-// parentheses the shell refuses, so nothing is deleted then; a name that is empty or all blanks counts as
-// absent.
+// Deleting files and projects, for good. Nothing is deleted where a name is absent or none of an item
+// (ItemName.h).
 #pragma once
+
+#include "core/Text.h"
 
 #include <string>
 
@@ -12,7 +13,7 @@ void deleteProjectFile(const std::string& entry);
 void deleteListedProject();
 
 // Deletes one project. The records keep its name even when it was the current one.
-void deleteProject(const std::string& name);
+void deleteProject(const MaybeText& name);
 
 // Deletes every project but those whose names begin with a dot; no project is current afterwards.
 void deleteAllProjects();

@@ -6,14 +6,18 @@
 #include "core/run_logged.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/FlexMenu.h"
+#include "workspace/ItemName.h"
+#include "workspace/Paths.h"
 
 namespace {
 
 constexpr const char* menuLog = "/Applications/Tweakbench.app/Getter.log";
 constexpr const char* conversionLog = "/Applications/Tweakbench.app/titleANDObj.log";
 
+constexpr const char* workFolder = "/var/mobile/Documents/Wexley88";
+
 void removeWorkFolder() {
-  run_cmd("rm -rf /var/mobile/Documents/Wexley88");
+  run_cmd("rm -rf %@", {workFolder});
 }
 
 }  // namespace
@@ -31,17 +35,16 @@ std::vector<std::string> harvestFlexMenu() {
 void convertFlexPatch(const std::string& title) {
   removeItemAtPath(conversionLog);
   redirectStandardStreams(conversionLog);
-  const MaybeText project = listedProject();
+  const MaybeText project = itemName(listedProject());
   const std::string key = flexPatchKey(title);
-  run_cmd(fill("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key}).c_str());
-  if (fileExistsAtPath(fill("/var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}))) {
-    run_cmd(fill("rm -rf /var/Tweakyard/Projects/%@/FlexPatch%@", {project, key}).c_str());
-  }
+  run_cmd("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key});
+  const std::string name = "FlexPatch" + key;
+  const std::string older = fill(paths::projectFile, {project, itemName(name)});
+  if (fileExistsAtPath(older)) run_cmd("rm -rf %@", {older});
   // With no project the result lands beside the projects, where it is seen.
-  run_cmd(fill("mv /var/mobile/Documents/Wexley88/Tweak.xm /var/mobile/Documents/Wexley88/FlexPatch%@ && mv "
-               "/var/mobile/Documents/Wexley88/FlexPatch%@ /var/Tweakyard/Projects/%@/",
-               {key, key, project.value_or("")})
-              .c_str());
+  const std::string result = fill("%@/%@", {workFolder, name});
+  run_cmd("mv %@/Tweak.xm %@ && mv %@ %@/",
+          {workFolder, result, result, fill(paths::project, {project.value_or("")})});
   removeWorkFolder();
 }
 

@@ -29,21 +29,19 @@ std::string randomToken() {
 
 void createProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
-  if (!mayBeReadForEver("/Applications/Tweakbench.app/TheosOrig.zip")) {
-    run_cmd(fill("unzip /Applications/Tweakbench.app/TheosOrig.zip -d /var/Tweakyard/Projects/%@", {name})
-                .c_str());
+  const std::string project = fill(paths::project, {name});
+  if (!mayBeReadForEver(paths::templateArchive)) {
+    run_cmd("unzip %@ -d %@", {paths::templateArchive, project});
   }
   const MaybeText theos = setCurrentProject(name);
   setListedProject(name);
 
   const std::string package = fill("com.lanternfish12.%@", {randomToken()});
-  rewrite(fill("/var/Tweakyard/Projects/%@/control", {name}), [&](const std::string& text) {
+  rewrite(project + "/control", [&](const std::string& text) {
     return replaceAll(replaceAll(text, "CC", name), "com.cc", package);
   });
-  rewrite(fill("/var/Tweakyard/Projects/%@/Makefile", {name}), [&](const std::string& text) {
+  rewrite(project + "/Makefile", [&](const std::string& text) {
     return replaceAll(replaceAll(text, "CC", name), "export", fill("export THEOS=%@", {theos}));
   });
-  run_cmd(
-      fill("mv /var/Tweakyard/Projects/%@/CC.plist /var/Tweakyard/Projects/%@/%@.plist", {name, name, name})
-          .c_str());
+  run_cmd("mv %@/CC.plist %@/%@.plist", {project, project, name});
 }

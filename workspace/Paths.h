@@ -3,12 +3,10 @@
 
 namespace paths {
 
-// The data root and what lies in it. A project's folder name is its name everywhere.
-inline constexpr const char* dataRoot = "/var/Tweakyard";
+// The projects, one folder each. A project's folder name is its name everywhere.
 inline constexpr const char* projects = "/var/Tweakyard/Projects";
 inline constexpr const char* project = "/var/Tweakyard/Projects/%@";
-inline constexpr const char* projectIn = "%@/Projects/%@";         // data root, project
-inline constexpr const char* projectFileIn = "%@/Projects/%@/%@";  // data root, project, entry
+inline constexpr const char* projectFile = "/var/Tweakyard/Projects/%@/%@";  // project, entry
 
 // Built packages, one folder a project.
 inline constexpr const char* packages = "/var/mobile/Documents/Tweakbench";
@@ -23,6 +21,7 @@ inline constexpr const char* projectBackup = "/var/mobile/Documents/TweakbenchBa
 inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
 inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
 inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";
+inline constexpr const char* templateArchive = "/Applications/Tweakbench.app/TheosOrig.zip";
 inline constexpr const char* checkersLog = "/Applications/Tweakbench.app/Checkers.log";
 inline constexpr const char* makeLog = "/Applications/Tweakbench.app/MakeLog.log";
 

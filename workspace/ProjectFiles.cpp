@@ -3,18 +3,17 @@
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 bool createHeader(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
-  const MaybeText project = currentProject();
-  const std::string header = fill("/var/Tweakyard/Projects/%@/%@.h", {project, name});
+  const std::string project = fill(paths::project, {itemName(currentProject())});
+  const std::string header = project + "/" + name + ".h";
+  const std::string tweak = project + "/Tweak.x";
   createFileAtPath(header);
-  if (!mayBeReadForEver(fill("/var/Tweakyard/Projects/%@/Tweak.x", {project}))) {
-    run_cmd(fill("echo -e \"#import \"%@.h\"\n$(cat /var/Tweakyard/Projects/%@/Tweak.x)\" > "
-                 "/var/Tweakyard/Projects/%@/Tweak.x",
-                 {name, project, project})
-                .c_str());
+  if (!mayBeReadForEver(tweak)) {
+    run_cmd("echo -e \"#import \"%@.h\"\n$(cat %@)\" > %@", {name, tweak, tweak});
   }
   return fileExistsAtPath(header);
 }
@@ -26,9 +25,9 @@ std::vector<std::string> listedProjectFiles() {
 
 void renameFile(const std::string& oldName, const std::string& typedName) {
   const MaybeText project = listedProject();
-  run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@ /var/Tweakyard/Projects/%@/%@",
-               {project, oldName, project, withoutBlanks(typedName)})
-              .c_str());
+  const MaybeText folder = itemName(project);
+  run_cmd("mv %@ %@", {fill(paths::projectFile, {folder, itemName(oldName)}),
+                       fill(paths::projectFile, {folder, withoutBlanks(typedName)})});
   if (project) {
     setCurrentProject(*project);
   } else {

@@ -5,6 +5,7 @@
 #include "core/PropertyList.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 namespace {
@@ -19,16 +20,15 @@ void rewriteName(const std::string& path, const std::string& oldName, const std:
 
 void renameProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
-  const MaybeText oldName = currentProject();
+  const MaybeText oldName = itemName(currentProject());
+  const std::string project = fill(paths::project, {name});
   setCurrentProject(name);
   setListedProject(name);
-  run_cmd(fill("mv /var/Tweakyard/Projects/%@ /var/Tweakyard/Projects/%@", {oldName, name}).c_str());
-  for (const char* file : {"/var/Tweakyard/Projects/%@/control", "/var/Tweakyard/Projects/%@/Makefile"}) {
-    rewriteName(fill(file, {name}), oldName.value_or(std::string()), name);
+  run_cmd("mv %@ %@", {fill(paths::project, {oldName}), project});
+  for (const char* file : {"/control", "/Makefile"}) {
+    rewriteName(project + file, oldName.value_or(std::string()), name);
   }
-  run_cmd(fill("mv /var/Tweakyard/Projects/%@/%@.plist /var/Tweakyard/Projects/%@/%@.plist",
-               {name, oldName, name, name})
-              .c_str());
+  run_cmd("mv %@/%@.plist %@/%@.plist", {project, oldName, project, name});
 }
 
 void setLanguage(Language language) {

@@ -3,10 +3,11 @@
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 std::string projectAddress() {
-  return fill("filza://view%@", {fill("/var/Tweakyard/Projects/%@/", {listedProject()})});
+  return fill("filza://view%@", {fill(paths::project, {listedProject()}) + "/"});
 }
 
 std::string packagesAddress() {
@@ -15,7 +16,7 @@ std::string packagesAddress() {
 }
 
 void deletePackages() {
-  run_cmd("rm -rf /var/mobile/Documents/Tweakbench");
+  run_cmd("rm -rf %@", {paths::packages});
 }
 
 bool importProject(const std::string& typedPath) {
@@ -23,10 +24,10 @@ bool importProject(const std::string& typedPath) {
   const std::string name = lastPathComponent(typedPath);
   setListedProject(name);
   setCurrentProject(name);
-  run_cmd(fill("cp -r /%@ /var/Tweakyard/Projects/", {typedPath}).c_str());
+  run_cmd("cp -r /%@ %@/", {typedPath, paths::projects});
   return true;
 }
 
 void exportProject(const std::string& typedPath) {
-  run_cmd(fill("cp -r /var/Tweakyard/Projects/%@ /var/%@", {listedProject(), typedPath}).c_str());
+  run_cmd("cp -r %@ /var/%@", {fill(paths::project, {itemName(listedProject())}), typedPath});
 }

@@ -44,8 +44,8 @@ bool chooseProject(const std::string& name) {
 }
 
 bool fileCheckRejects(const std::string& entry) {
-  const std::string question =
-      fill("test -f /var/Tweakyard/Projects/%@/%@ && echo Hola || echo Noooop", {currentProject(), entry});
+  const std::string file = fill(paths::projectFile, {currentProject(), entry});
+  const std::string question = fill("test -f %@ && echo Hola || echo Noooop", {file});
   const MaybeText answer = run_logged(question, paths::checkersLog);
   return answer && answer->find("Noooop") != std::string::npos;
 }
@@ -61,6 +61,5 @@ void SS(const std::string& entry) {
   // The old pick goes first, so that a name which cannot be recorded leaves no file picked rather than
   // another one.
   removePropertyListValue(*list, fullPathKey);
-  setPropertyListValue(*list, fullPathKey,
-                       fill(paths::projectFileIn, {paths::dataRoot, currentProject(), entry}));
+  setPropertyListValue(*list, fullPathKey, fill(paths::projectFile, {currentProject(), entry}));
 }

@@ -1,0 +1,202 @@
+// What each command line does with names that are none, ordinary ones, and ones that the shell expands.
+#include "build/BuildRunner.h"
+#include "support/Device.h"
+#include "support/StandardStreams.h"
+#include "support/Tree.h"
+#include "workspace/Backups.h"
+#include "workspace/Deletion.h"
+#include "workspace/FlexImport.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectName.h"
+#include "workspace/ProjectOptions.h"
+
+#include <algorithm>
+#include <set>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::string documents = "/var/mobile/Documents/";
+const std::vector<std::string> ordinary{"P", "Q", "a", "-rf", ".hidden", "ملف", "#x~!{1}"};
+
+// Not by chooseProject(), whose records are synced to the disk one by one.
+void choose(const MaybeText& name) {
+  const std::string text = replaceAll(replaceAll(name.value_or(""), "&", "&amp;"), "<", "&lt;");
+  const auto put = [&](const std::string& list, const std::string& key) {
+    putFile(device::application + list + ".plist",
+            device::emptyList(name ? fill("<key>%@</key><string>%@</string>", {key, text}) : ""));
+  };
+  put("Choose", "Choose");
+  put("Files", "Files");
+}
+
+using Paths = std::vector<std::string>;
+
+// What the shell changes below /var; "%@" is the name, and under "*" each that is not hidden.
+struct Use {
+  const char* name;
+  void (*with)(const MaybeText&);
+  Paths ordinary;
+  Paths split;  // under "a b"
+  Paths star;
+};
+const std::string project = "Tweakyard/Projects/%@", entry = "Tweakyard/Projects/P/%@",
+                  a = "Tweakyard/Projects/a";
+const std::vector<Use> uses{
+    {"delete an entry",
+     [](const MaybeText& name) {
+       choose("P");
+       deleteProjectFile(name.value_or(""));
+     },
+     {entry},
+     {"Tweakyard/Projects/P/a"},
+     {"Tweakyard/Projects/P"}},
+    {"rename an entry",
+     [](const MaybeText& name) {
+       choose("P");
+       renameFile(name.value_or(""), "new");
+     },
+     {entry, "Tweakyard/Projects/P/new"},
+     {},
+     {}},
+    {"delete a file of",
+     [](const MaybeText&) { deleteProjectFile("Tweak.x"); },
+     {project + "/Tweak.x"},
+     {a},
+     {project + "/Tweak.x"}},
+    {"rename a file of",
+     [](const MaybeText&) { renameFile("Tweak.x", "new"); },
+     {project + "/Tweak.x", project + "/new"},
+     {},
+     {}},
+    {"add a header to",
+     [](const MaybeText&) { createHeader("H"); },
+     {project + "/Tweak.x", project + "/H.h"},
+     {"Tweakyard/Projects/a b/H.h"},
+     {}},
+    {"convert into",
+     [](const MaybeText&) { convertFlexPatch("1) Key"); },
+     {project + "/FlexPatchKey"},
+     {a},
+     {}},
+    {"delete the listed", [](const MaybeText&) { deleteListedProject(); }, {project}, {a}, {project}},
+    {"delete", [](const MaybeText& name) { deleteProject(name); }, {project}, {a}, {project}},
+    {"back up",
+     [](const MaybeText&) { backUpProject(); },
+     {"mobile/Documents/TweakbenchBackups/%@"},
+     {"mobile/Documents/TweakbenchBackups/a"},
+     {}},
+    {"restore", [](const MaybeText& name) { restoreBackup(name.value_or("")); }, {project}, {a}, {project}},
+    {"build",
+     [](const MaybeText&) { runBuildJob(BuildVariant::Package, [] {}); },
+     {"mobile/Documents/Tweakbench/%@"},
+     {},
+     {}},
+    {"export",
+     [](const MaybeText&) { exportProject("mobile/Documents/Out/"); },
+     {"mobile/Documents/Out/%@"},
+     {"mobile/Documents/Out/a"},
+     {"mobile/Documents/Out/%@"}},
+    {"rename", [](const MaybeText&) { renameProject("New"); }, {project, "Tweakyard/Projects/New"}, {}, {}},
+};
+
+class Names : public testing::Test {
+ protected:
+  Names() {
+    EXPECT_EQ(chdir("/"), 0);
+    refill();
+  }
+  ~Names() override {
+    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(documents + folder);
+    device::reset();
+  }
+
+  // What changes below /var when the project, or what else is named so, is used.
+  std::set<std::string> changesBy(const Use& use, const MaybeText& name) {
+    choose(name);
+    use.with(name);
+    const Tree after = treeAt("/var");
+    std::set<std::string> changes;
+    for (const auto& [path, contents] : before_) {
+      if (const auto now = after.find(path); now == after.end() || now->second != contents)
+        changes.insert(path);
+    }
+    for (const auto& [path, contents] : after) {
+      if (!before_.contains(path)) changes.insert(path);
+    }
+    if (!changes.empty()) refill();
+    return changes;
+  }
+
+  // That something in each of `items` changed, and nothing outside them.
+  void expectChanges(const Use& use, const std::string& name, const Paths& items) {
+    const std::set<std::string> changes = changesBy(use, name);
+    const auto liesIn = [](const std::string& path, const std::string& item) {
+      return path == item || path.starts_with(item + "/");
+    };
+    for (const std::string& item : items) {
+      EXPECT_TRUE(
+          std::any_of(changes.begin(), changes.end(), [&](const auto& path) { return liesIn(path, item); }))
+          << use.name << " " << name << " left " << item;
+    }
+    for (const std::string& path : changes) {
+      EXPECT_TRUE(
+          std::any_of(items.begin(), items.end(), [&](const auto& item) { return liesIn(path, item); }))
+          << use.name << " " << name << " changed " << path;
+    }
+  }
+
+ private:
+  void refill() {
+    device::reset();
+    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(documents + folder);
+    putFile(documents + "Out/kept", "");
+    putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
+    Paths names = ordinary;
+    names.emplace_back("a b");
+    for (const std::string& name : names) {
+      const std::string folder = device::projects + name;
+      putFile(folder + "/Makefile", "package:\n\t@mkdir packages && echo new > packages/new.deb\n");
+      for (const char* file : {"/Tweak.x", "/control", "/FlexPatchKey"}) putFile(folder + file, name + file);
+      putFile(device::projects + "P/" + name, "entry");
+      putFile(device::packages + "/" + name + "/old.deb", "");
+      putFile(documents + "TweakbenchBackups/" + name + "/Tweak.x", "older");
+    }
+    before_ = treeAt("/var");
+  }
+
+  const StandardStreams restored_;
+  Tree before_;
+};
+
+Paths filled(const Paths& formats, const Paths& names) {
+  Paths paths;
+  for (const std::string& format : formats) {
+    for (const std::string& name : names) paths.push_back(fill(format, {name}));
+  }
+  return paths;
+}
+
+TEST_F(Names, ThatAreNoneChangeNothing) {
+  const std::vector<MaybeText> none{
+      std::nullopt, "",       " ",   " Tweak.x", "\t P",    "\nP",     "/",    "//",
+      ".",          "..",     "...", "./",       "../P",    "P/..",    "/ P",  "P/../../Projects",
+      ";P",         "&P",     "|P",  "<P",       ">P",      "(P",      ")",    "''",
+      "\"\"/",      "'../Q'", "\"P", "P/x'",     "\\",      "P\\\\\\", "\\\n", "$x",
+      "${x}",       "$x/$1",  "${P", "\"$x\"",   "P/$x/..", "$'.'",    "'' P", std::string("P\0x", 3)};
+  for (const Use& use : uses) {
+    for (const MaybeText& name : none)
+      EXPECT_EQ(changesBy(use, name), std::set<std::string>()) << use.name << " " << name.value_or("(none)");
+  }
+}
+
+TEST_F(Names, ChangeTheirItemsAndNoOthers) {
+  for (const Use& use : uses) {
+    for (const std::string& name : ordinary) expectChanges(use, name, filled(use.ordinary, {name}));
+    expectChanges(use, "a b", use.split);
+    expectChanges(use, "*", filled(use.star, {"P", "Q", "a", "a b", "-rf", "ملف", "#x~!{1}"}));
+  }
+}
+
+}  // namespace
