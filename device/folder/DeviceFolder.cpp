@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,6 +26,22 @@ constexpr const char* kApplicationFolder = "Tweakbench.app";
 constexpr const char* kProjectsFolder = "Tweakyard/Projects";
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
+constexpr std::size_t kLargestPreferences = 1 << 20;
+// The locale that was last written into them.
+constexpr const char* kLocaleRecord = "locale.state";
+
+// The part of XML preferences that is the locale; absent where they have no such text or several.
+std::optional<std::string_view> localeIn(std::string_view preferences) {
+  constexpr std::string_view key = "<key>XBRecentLocale</key>";
+  constexpr std::string_view opening = "<string>";
+  const auto found = preferences.find(key);
+  if (found == std::string_view::npos || found != preferences.rfind(key)) return std::nullopt;
+  const auto begin = preferences.find_first_not_of(" \t\r\n", found + key.size());
+  if (begin == std::string_view::npos || !preferences.substr(begin).starts_with(opening)) return std::nullopt;
+  const auto text = preferences.substr(begin + opening.size());
+  const auto end = text.find('<');
+  return end == std::string_view::npos ? std::nullopt : std::optional(text.substr(0, end));
+}
 
 std::string preferencesWithLocale(const std::string& locale) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -148,7 +165,7 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     makeFolderBeneath(var_.get(), standard);
   removeLeftovers();
-  refreshPreferences(contents.locale);
+  if (contents.locale) refreshPreferences(*contents.locale);
   refreshLinks(kUserPrograms);
   refreshLinks(kShellPrograms);
   refreshApplication(contents.ownFiles / kApplicationFolder);
@@ -186,12 +203,22 @@ void DeviceFolder::removeLeftovers() const {
     sweep(openFolderBeneath(projects.get(), name));
 }
 
+// Programs in the device may have left anything here. What cannot be read or written stays as it is, and the
+// application does without the caller's locale.
 void DeviceFolder::refreshPreferences(const std::string& locale) const {
-  const Descriptor preferences = openFolderBeneath(var_.get(), kPreferencesFolder);
-  if (!preferences || exists(preferences.get(), kPreferences)) return;
-  if (!writeAtomically(preferences.get(), kPreferences, preferencesWithLocale(locale), 0644)) {
-    refuseWithError("The device's preferences could not be written:");
+  const Descriptor folder = openFolderBeneath(var_.get(), kPreferencesFolder);
+  if (!folder) return;
+  std::string preferences = preferencesWithLocale(locale);
+  if (exists(folder.get(), kPreferences)) {
+    const auto present = readBeneath(folder.get(), kPreferences, kLargestPreferences);
+    const auto value = present ? localeIn(*present) : std::nullopt;
+    // Another one was set by the user, for good.
+    if (!value || value != readBeneath(folder_.get(), kLocaleRecord, kLargestPreferences)) return;
+    preferences = *present;
+    preferences.replace(static_cast<std::size_t>(value->data() - present->data()), value->size(), locale);
   }
+  if (writeAtomically(folder.get(), kPreferences, preferences, 0644))
+    writeAtomically(folder_.get(), kLocaleRecord, locale, 0644);
 }
 
 void DeviceFolder::refreshLinks(const std::string& programs) const {

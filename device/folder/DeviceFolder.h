@@ -5,7 +5,7 @@
 //   DEVICE/usr-bin            shown as /usr/bin, writable
 //   DEVICE/bin                shown as /bin, read-only
 //   DEVICE/shipped            what was last put into the application folder; not shown
-//   DEVICE/*.state            what the folders of links were made from; not shown
+//   DEVICE/*.state            what the folders of links and the preferences were made from; not shown
 //
 // What is below Applications, var and usr-bin was written by programs in the device and is hostile: it is
 // reached through descriptors only, never by following a link.
@@ -16,6 +16,7 @@
 #include "device/sandbox/Environment.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <sys/types.h>
 
@@ -37,8 +38,9 @@ Descriptor openVar(int folder, const std::filesystem::path& name);
 struct DeviceContents {
   // Tweakbench's own files on the host, with the application folder as it is shipped.
   std::filesystem::path ownFiles;
-  // For the device's preferences, where it has none yet.
-  std::string locale;
+  // For the device's preferences, as long as they have none or the one that was written last. Absent keeps
+  // the preferences.
+  std::optional<std::string> locale;
 };
 
 // A device, locked for this process as long as the object lives. To be used as the device's user, with umask

@@ -3,6 +3,7 @@
 // Every command line of the application goes through here, and so does everything that a build starts. It
 // never runs a command unguarded: where the filter cannot be put on, it ends with status 126.
 #include "FilterProgram.h"
+#include "core/TheosCandidates.h"
 #include "device/guard/HomeFolders.h"
 #include "device/guard/Probe.h"
 
@@ -76,12 +77,36 @@ bool isForTheInterfaceOnly(const char* variable) {
   return false;
 }
 
+// As the application records it.
+const char* theosOfDevice() {
+  const char* found = "/opt/theos";
+  for (const TheosCandidate& candidate : theosCandidates) {
+    if (candidate.exists()) found = candidate.recorded;
+  }
+  return found;
+}
+
+// Whatever the host speaks, commands print English and count with decimal points: what they print is searched
+// for known messages. Within a build its own settings count.
+void setLocale() {
+  char** kept = environ;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (strncmp(*variable, "LC_", 3) != 0 && strncmp(*variable, "LANGUAGE=", 9) != 0) *kept++ = *variable;
+  }
+  *kept = nullptr;
+  setenv("LANG", "C.UTF-8", 1);
+}
+
 void cleanEnvironment() {
   char** kept = environ;
   for (char** variable = environ; *variable != nullptr; ++variable) {
     if (!isForTheInterfaceOnly(*variable)) *kept++ = *variable;
   }
   *kept = nullptr;
+  // A command's own value is kept, so that a build can choose another Theos. An empty one is of no use to
+  // any.
+  const char* theos = getenv("THEOS");
+  if (theos == nullptr || *theos == '\0') setenv("THEOS", theosOfDevice(), 1);
   const char* home = getenv("HOME");
   if (home != nullptr && strcmp(home, guard::homeOfApplication) == 0)
     setenv("HOME", guard::homeOfCommands, 1);
@@ -92,6 +117,7 @@ void cleanEnvironment() {
 int main(int count, char** arguments) {
   cleanEnvironment();
   if (!filterIsOn()) {
+    setLocale();
     // The application is on the other side. Within a build descriptors pass on: make hands its job slots down
     // by them.
     syscall(SYS_close_range, 3U, ~0U, 0U);

@@ -156,7 +156,9 @@ int run(const Options& options) {
   const bool isRoots = geteuid() == 0;
   if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
 
-  const DeviceFolder folder(openOrMakeFolder(reached), device, {host.ownFiles, localeIdentifier(caller)});
+  const DeviceFolder folder(
+      openOrMakeFolder(reached), device,
+      {host.ownFiles, isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
   const bool isApplication = options.action == Options::Action::OpenApplication;
   Request request;
   request.applications = folder.applications();

@@ -22,11 +22,28 @@ std::string plainOr(std::optional<std::string> value, std::string_view otherwise
   return value && isPlain(*value) ? *value : std::string(otherwise);
 }
 
-std::optional<std::string> callerLocale(const Environment& caller) {
-  for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+// What setlocale() takes for a category.
+std::optional<std::string> callerLocale(const Environment& caller, const char* category) {
+  for (const char* name : {"LC_ALL", category, "LANG"}) {
     if (auto value = lookUp(caller, name)) return value;
   }
   return std::nullopt;
+}
+
+// Without encoding and variant.
+std::string languageOf(const std::string& locale) {
+  return locale.substr(0, locale.find_first_of(".@"));
+}
+
+bool isUntranslated(const std::string& language) {
+  return language == "C" || language == "POSIX";
+}
+
+// The first entry of LANGUAGE, a list with colons.
+std::string preferredLanguage(const Environment& caller) {
+  const std::string list = lookUp(caller, "LANGUAGE").value_or("");
+  const auto begin = list.find_first_not_of(':');
+  return begin == std::string::npos ? std::string() : list.substr(begin, list.find(':', begin) - begin);
 }
 
 }  // namespace
@@ -54,12 +71,16 @@ Environment deviceEnvironment(const Environment& caller, Audience audience) {
       {"LOGNAME", "mobile"},
       {"SHELL", "/bin/sh"},
       {"PATH", "/usr/bin:/bin:/usr/sbin:/sbin"},
-      {"LANG", plainOr(callerLocale(caller), "C.UTF-8")},
+      {"LANG", "C.UTF-8"},
       {"TERM", plainOr(lookUp(caller, "TERM"), "dumb")},
       {"FONTCONFIG_FILE", "/.host/fonts.conf"},
       {"XDG_RUNTIME_DIR", "/run/mobile"},
   };
   if (audience == Audience::Application) {
+    // How accents that are typed combine with letters depends on it; the interface's language does not.
+    const auto typing = callerLocale(caller, "LC_CTYPE");
+    if (typing && isPlain(*typing) && (typing->ends_with(".UTF-8") || typing->ends_with(".utf8")))
+      result["LC_CTYPE"] = *typing;
     // What a build leaves under the home folder must not become the interface's fonts, styles or key maps.
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
       result[name] = guard::homeOfApplication;
@@ -76,10 +97,11 @@ Environment deviceEnvironment(const Environment& caller, Audience audience) {
 }
 
 std::string localeIdentifier(const Environment& caller) {
-  std::string locale = callerLocale(caller).value_or("C");
-  locale = locale.substr(0, locale.find_first_of(".@"));
-  if (locale == "C" || locale == "POSIX" || !isPlain(locale)) return "en_US";
-  return locale;
+  const std::string locale = callerLocale(caller, "LC_MESSAGES").value_or("C");
+  // As gettext has it: LANGUAGE comes first, except in a locale that is not translated.
+  const std::string preferred = isUntranslated(locale) ? std::string() : preferredLanguage(caller);
+  const std::string language = languageOf(preferred.empty() ? locale : preferred);
+  return language.empty() || isUntranslated(language) || !isPlain(language) ? "en_US" : language;
 }
 
 std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {

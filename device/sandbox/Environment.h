@@ -21,8 +21,7 @@ std::optional<std::string> lookUp(const Environment& environment, std::string_vi
 // Where the device shows the session's bus, if it does.
 inline constexpr const char* sessionBusInDevice = "/.host/session";
 
-// What every program in the device gets. `forApplication` adds what the interface needs and the caller has
-// set.
+// What every program in the device gets. Application adds what the interface needs and the caller has set.
 enum class Audience { Commands, Application };
 Environment deviceEnvironment(const Environment& caller, Audience audience);
 

@@ -26,7 +26,9 @@ class DeviceFolderTest : public testing::Test {
   void ship(const std::string& name, const std::string& content) {
     putFile(files / ("Tweakbench.app/" + name), content);
   }
-  void start() { DeviceFolder(openOrMakeFolder(device.path()), "the device", {files.path(), "ar_SA"}); }
+  void start(const std::optional<std::string>& locale = "ar_SA") {
+    DeviceFolder(openOrMakeFolder(device.path()), "the device", {files.path(), locale});
+  }
   std::string application(const std::string& name) {
     return device / ("Applications/Tweakbench.app/" + name);
   }
@@ -63,6 +65,34 @@ TEST_F(DeviceFolderTest, ALaterStartKeepsWhatIsThereAndCompletesWhatAKilledOneLe
   EXPECT_EQ(fileAt(application("TheosOrig.zip")), "zip 1");
   EXPECT_EQ(fs::read_symlink(device / "bin/env"), "/.host/usr/bin/env");
   EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
+}
+
+TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
+  const std::string preferences = device / "var/mobile/Library/Preferences/com.apple.springboard.plist";
+  start(std::nullopt);
+  EXPECT_FALSE(fs::exists(preferences)) << "no start of the application";
+  start("en_US");
+  start("ar_SA");
+  start(std::nullopt);
+  std::string text = fileAt(preferences);
+  EXPECT_NE(text.find("<string>ar_SA</string>"), std::string::npos);
+  // Other settings beside it stay.
+  text.insert(text.find("</dict>"), "<key>SBOther</key><string>ar_SA</string>");
+  putFile(preferences, text);
+  start("de_DE");
+  EXPECT_EQ(fileAt(preferences), text.replace(text.find("ar_SA"), 5, "de_DE"));
+  text.replace(text.find("de_DE"), 5, "fr_FR");
+  putFile(preferences, text);
+  start("ar_SA");
+  EXPECT_EQ(fileAt(preferences), text);
+  for (const char* planted : {"", "<key>XBRecentLocale</key>", "<key>XBRecentLocale</key> <string>de_DE"}) {
+    putFile(preferences, planted);
+    start("ar_SA");
+    EXPECT_EQ(fileAt(preferences), planted);
+  }
+  fs::remove(preferences);
+  fs::permissions(fs::path(preferences).parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+  start("ar_SA");
 }
 
 TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {

@@ -32,6 +32,9 @@ TEST(Environment, LocaleIsSpeltAsThePhoneDoes) {
       {{{"LANG", "C.UTF-8"}}, "en_US"},
       {{}, "en_US"},
       {{{"LANG", "<string>ar"}}, "en_US"},
+      {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ":ar_EG.UTF-8:de"}}, "ar_EG"},
+      {{{"LC_ALL", "C"}, {"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "ar"}}, "en_US"},
+      {{{"LANGUAGE", "ar"}}, "en_US"},
   };
   for (const auto& row : rows) EXPECT_EQ(localeIdentifier(row.caller), row.locale);
 }
@@ -47,12 +50,14 @@ TEST(Environment, NothingOfTheCallersGetsInUnasked) {
     EXPECT_FALSE(lookUp(commands, name)) << name;
   }
   EXPECT_EQ(lookUp(commands, "HOME"), "/var/mobile");
-  EXPECT_EQ(lookUp(commands, "LANG"), "ar_SA.UTF-8");
+  EXPECT_EQ(lookUp(commands, "LANG"), "C.UTF-8");
+  EXPECT_FALSE(lookUp(commands, "LC_CTYPE"));
   EXPECT_EQ(lookUp(commands, "TERM"), "dumb");
   EXPECT_EQ(lookUp(commands, "PATH")->find("/home"), std::string::npos);
   const Environment application = deviceEnvironment(caller, Audience::Application);
   EXPECT_EQ(lookUp(application, "QT_SCALE_FACTOR"), "2");
   EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
+  EXPECT_EQ(lookUp(application, "LC_CTYPE"), "ar_SA.UTF-8") << "which keys compose to which letters";
   for (const auto& [name, value] : application)
     EXPECT_EQ(value.find("/var/"), std::string::npos) << name << " leads where builds write: " << value;
 }
