@@ -128,14 +128,19 @@ bool logCleanUp() {
       "directory//g\" " +
       log;
   std::ofstream(original, std::ios::binary) << hundredMegabyteLog();
-  const std::string again = "cp " + original + " " + log;
+  const std::string again = "cp --reflink=never " + original + " " + log;
   std::string ours;
   std::string theirs;
-  const bool holds = compare(
+  const auto cleanUp = [&] {
+    run_cmd(again.c_str());
+    return seconds([&] { cleanLog(log, BuildVariant::Package); });
+  };
+  bool holds = compare({"clean-up of a 100 MB log", "cp of the log over another", 1.9, 9}, "s", cleanUp,
+                       [&] { return seconds([&] { run_cmd(again.c_str()); }); });
+  holds &= compare(
       {"clean-up of a 100 MB log", "sed, the same 14 substitutions", 0.1, 3}, "s",
       [&] {
-        run_cmd(again.c_str());
-        const double taken = seconds([&] { cleanLog(log, BuildVariant::Package); });
+        const double taken = cleanUp();
         ours = contentsOfFile(log).value_or("");
         return taken;
       },

@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <memory>
 #include <span>
 
 namespace {
@@ -18,132 +21,208 @@ constexpr std::array<std::string_view, 13> colourPatterns{
 };
 constexpr std::size_t installPatterns = 8;
 constexpr std::size_t longestPattern = 8;
-constexpr std::size_t chunkSize = std::size_t{1} << 18;
+constexpr std::size_t chunkSize = std::size_t{1} << 17;
 constexpr std::string_view missingPackages = "mv: cannot stat 'packages': No such file or directory";
 
 using Patterns = std::span<const std::string_view>;
+using Word = std::uint64_t;
+static_assert(std::endian::native == std::endian::little, "the first character is a word's lowest byte");
+
+constexpr Word everyByte = 0x0101010101010101U;
+
+constexpr Word wordOf(std::string_view text) {
+  Word word = 0;
+  for (std::size_t at = text.size(); at-- > 0;) word = word << 8 | static_cast<unsigned char>(text[at]);
+  return word;
+}
+
+// The bytes of a word that hold `size` characters, one to eight.
+constexpr Word maskOf(std::size_t size) {
+  return ~Word{0} >> (64 - 8 * size);
+}
+
+// The highest bit of each byte of `word` that is a bracket. Bits above the lowest one may be wrong.
+constexpr Word brackets(Word word) {
+  const Word difference = word ^ everyByte * '[';
+  return (difference - everyByte) & ~difference & everyByte << 7;
+}
 
 // One pass over the log instead of one for each pattern. Every colour pattern begins with a bracket and holds
 // no other, so the log falls into pieces, each from one bracket to before the next, and an occurrence is the
 // head of a piece. What a piece loses depends on itself alone, unless the whole piece is the beginning of a
 // pattern: then the removal of later heads may complete it ("[" before "[mm"), and those few places are
 // cleaned pattern by pattern.
+//
+// Text is copied a word at a time while it is searched: a word that holds a bracket is copied whole, and what
+// follows it is written again.
 class Cleaner {
  public:
-  Cleaner(std::string_view log, Patterns patterns) : log_(log), patterns_(patterns) {
-    cleaned_.reserve(log.size());
+  // `out` takes as many characters as `log` has.
+  Cleaner(std::string_view log, Patterns patterns, char* out)
+      : at_(log.data()), end_(log.data() + log.size()), patterns_(patterns), begin_(out), out_(out) {
+    for (const std::string_view pattern : patterns) {
+      heads_[headCount_++] = {wordOf(pattern), maskOf(pattern.size()), pattern.size()};
+    }
   }
 
-  std::string run() {
-    std::size_t piece = nextBracket(0);
-    while (piece != log_.size()) {
-      const std::size_t next = nextBracket(piece + 1);
-      if (next != log_.size() && mayBeCompleted(log_.substr(piece, next - piece))) {
-        piece = cleanCluster(piece);
+  // How many characters are left.
+  std::size_t run() {
+    while (toNextBracket()) {
+      const Word word = wordAt(at_);
+      const Word later = brackets(word) & ~Word{0xFF};
+      const auto pieceSize = static_cast<std::size_t>(std::countr_zero(later) / 8);
+      if (later != 0 && mayBeCompleted(word, pieceSize)) {
+        cleanCluster();
         continue;
       }
-      const std::size_t removed = headLength(log_.substr(piece, next - piece));
-      if (removed != 0) {
-        copyUpTo(piece);
-        copiedTo_ = piece + removed;
-      }
-      piece = next;
+      const std::size_t removed = headSize(word);
+      if (removed == 0) *out_++ = *at_;
+      at_ += std::max<std::size_t>(removed, 1);
     }
-    copyUpTo(log_.size());
-    return std::move(cleaned_);
+    return static_cast<std::size_t>(out_ - begin_);
   }
 
  private:
-  std::size_t nextBracket(std::size_t from) const { return std::min(log_.find('[', from), log_.size()); }
+  struct Head {
+    Word word;
+    Word mask;
+    std::size_t size;
+  };
 
-  void copyUpTo(std::size_t end) {
-    cleaned_.append(log_, copiedTo_, end - copiedTo_);
-    copiedTo_ = end;
+  std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
+
+  // With zeros, which no pattern holds, for what is past the end.
+  Word wordAt(const char* place) const {
+    Word word = 0;
+    const auto left = static_cast<std::size_t>(end_ - place);
+    if (left >= sizeof word) {
+      std::memcpy(&word, place, sizeof word);
+    } else {
+      std::memcpy(&word, place, left);
+    }
+    return word;
   }
 
-  std::size_t headLength(std::string_view piece) const {
-    if (piece.size() < 2) return 0;
-    for (const std::string_view pattern : patterns_) {
-      if (pattern[1] == piece[1] && piece.starts_with(pattern)) return pattern.size();
+  // Copies up to the next bracket; false at the end of the log.
+  bool toNextBracket() {
+    const char* at = at_;
+    char* out = out_;
+    Word found = 0;
+    while (static_cast<std::size_t>(end_ - at) >= sizeof found) {
+      Word word;
+      std::memcpy(&word, at, sizeof word);
+      std::memcpy(out, &word, sizeof word);
+      found = brackets(word);
+      if (found != 0) {
+        const auto before = std::countr_zero(found) / 8;
+        at_ = at + before;
+        out_ = out + before;
+        return true;
+      }
+      at += sizeof word;
+      out += sizeof word;
+    }
+    while (at != end_ && *at != '[') *out++ = *at++;
+    at_ = at;
+    out_ = out;
+    return at != end_;
+  }
+
+  std::size_t headSize(Word word) const {
+    for (std::size_t head = 0; head < headCount_; ++head) {
+      if ((word & heads_[head].mask) == heads_[head].word) return heads_[head].size;
     }
     return 0;
   }
 
-  bool mayBeCompleted(std::string_view piece) const {
-    if (piece.size() >= longestPattern) return false;
-    // The last letter tells most pieces apart, without a call for each pattern.
-    const auto isBegunBy = [piece](std::string_view pattern) {
-      return pattern.size() > piece.size() && pattern[piece.size() - 1] == piece.back() &&
-             pattern.starts_with(piece);
-    };
-    return std::any_of(patterns_.begin(), patterns_.end(), isBegunBy);
+  // Whether `piece`, which is shorter than a word, is the beginning of a pattern.
+  bool mayBeCompleted(Word piece, std::size_t size) const {
+    const Word mask = maskOf(size);
+    return std::any_of(heads_.begin(), heads_.begin() + headCount_, [&](const Head& head) {
+      return head.size > size && (head.word & mask) == (piece & mask);
+    });
   }
 
-  // Cleans from `first` to where no removal can matter any more, and returns the bracket that follows. Each
-  // piece can take at most the longest pattern out of what comes after it, so a last piece that is longer
-  // than all of them together ends the cluster.
-  std::size_t cleanCluster(std::size_t first) {
+  // Cleans from the bracket here to where no removal can matter any more. Each piece can take at most the
+  // longest pattern out of what comes after it, so a last piece that is longer than all of them together ends
+  // the cluster.
+  void cleanCluster() {
+    const std::string_view log(at_, left());
+    const auto nextBracket = [log](std::size_t from) { return std::min(log.find('[', from), log.size()); };
     std::size_t reach = longestPattern;
-    std::size_t last = first;
-    std::size_t next = nextBracket(first + 1);
-    while (next != log_.size() && next - last < reach) {
+    std::size_t last = 0;
+    std::size_t next = nextBracket(1);
+    while (next != log.size() && next - last < reach) {
       last = next;
       next = nextBracket(next + 1);
       reach += longestPattern;
     }
-    const std::size_t end = std::min(next, last + reach);
-    std::string cluster(log_.substr(first, end - first));
+    const std::size_t size = std::min(next, last + reach);
+    std::string cluster(log.substr(0, size));
     for (const std::string_view pattern : patterns_) {
       if (cluster.find(pattern) != std::string::npos) cluster = replaceAll(cluster, pattern, "");
     }
-    copyUpTo(first);
-    cleaned_ += cluster;
-    copiedTo_ = end;
-    return next;
+    out_ = std::copy(cluster.begin(), cluster.end(), out_);
+    at_ += size;
   }
 
-  std::string_view log_;
+  const char* at_;
+  const char* end_;
   Patterns patterns_;
-  std::string cleaned_;
-  std::size_t copiedTo_ = 0;
+  char* begin_;
+  char* out_;
+  std::array<Head, colourPatterns.size()> heads_{};
+  std::size_t headCount_ = 0;
 };
+
+Patterns patternsOf(BuildVariant variant) {
+  const Patterns all(colourPatterns);
+  return variant == BuildVariant::Install ? all.first(installPatterns) : all;
+}
+
+// A chunk of a huge log rarely holds it, and this search looks at more than a first letter.
+bool holdsMissingPackages(std::string_view text) {
+  return memmem(text.data(), text.size(), missingPackages.data(), missingPackages.size()) != nullptr;
+}
 
 }  // namespace
 
 std::string cleanedLog(std::string_view log, BuildVariant variant) {
-  const Patterns all(colourPatterns);
-  std::string cleaned =
-      Cleaner(log, variant == BuildVariant::Install ? all.first(installPatterns) : all).run();
-  // A chunk of a huge log rarely holds it, and this is the quicker search: it looks at more than a first
-  // letter.
-  if (memmem(cleaned.data(), cleaned.size(), missingPackages.data(), missingPackages.size()) == nullptr) {
-    return cleaned;
-  }
-  return replaceAll(cleaned, missingPackages, "");
+  std::string cleaned(log.size(), '\0');
+  cleaned.resize(Cleaner(log, patternsOf(variant), cleaned.data()).run());
+  return holdsMissingPackages(cleaned) ? replaceAll(cleaned, missingPackages, "") : cleaned;
 }
 
 void cleanLog(const std::string& path, BuildVariant variant) {
   const Descriptor log = openRegularFile(path);
   if (!log) return;
-  // No pattern holds a line feed, so lines are cleaned apart, and a huge log passes through a small buffer.
+  // No pattern holds a line feed, so lines are cleaned apart, and a huge log passes through small buffers.
+  // They are not filled with zeros first.
   AtomicFile cleaned(path);
-  std::string lines;
+  std::size_t capacity = chunkSize;
+  std::unique_ptr<char[]> lines(new char[capacity]);
+  std::unique_ptr<char[]> left(new char[capacity]);
   std::size_t held = 0;
   for (bool atEnd = false; !atEnd;) {
-    if (lines.size() < held + chunkSize) lines.resize(held + chunkSize);
-    const auto got = readSome(log, lines.data() + held, lines.size() - held);
+    if (held > capacity / 2) {
+      std::unique_ptr<char[]> larger(new char[2 * capacity]);
+      std::memcpy(larger.get(), lines.get(), held);
+      lines = std::move(larger);
+      left.reset(new char[capacity *= 2]);
+    }
+    const auto got = readSome(log, lines.get() + held, capacity - held);
     if (!got) return;
     atEnd = *got == 0;
-    const std::string_view read(lines.data() + held, *got);
-    const std::size_t lastEnd = read.rfind('\n');
+    const std::size_t lastEnd = std::string_view(lines.get() + held, *got).rfind('\n');
     const std::size_t ready = lastEnd == std::string_view::npos ? 0 : held + lastEnd + 1;
     held += *got;
-    const std::string_view whole(lines.data(), atEnd ? held : ready);
+    const std::string_view whole(lines.get(), atEnd ? held : ready);
     if (!isValidUTF8(whole)) return;
-    cleaned.write(cleanedLog(whole, variant));
+    const std::string_view text(left.get(), Cleaner(whole, patternsOf(variant), left.get()).run());
+    cleaned.write(holdsMissingPackages(text) ? std::string_view(replaceAll(text, missingPackages, ""))
+                                             : text);
     held -= whole.size();
-    // The buffer stays as large as it is, since growing it again would fill it with zeros first.
-    std::memmove(lines.data(), lines.data() + whole.size(), held);
+    std::memmove(lines.get(), lines.get() + whole.size(), held);
   }
   // Deferred: a log that a power cut takes is made anew by the next build.
   cleaned.commit(Durability::Deferred);

@@ -1,5 +1,6 @@
 #include "core/Text.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -40,12 +41,17 @@ bool isValidUTF8(std::string_view text) {
   constexpr std::uint64_t highBits = 0x8080808080808080U;
   std::size_t at = 0;
   while (at < text.size()) {
-    // Logs are nearly all ASCII: eight bytes at a time while that holds.
-    std::uint64_t block = 0;
+    // Logs are nearly all ASCII: many bytes at a time while that holds.
+    std::array<std::uint64_t, 4> block;
     while (text.size() - at >= sizeof block) {
-      std::memcpy(&block, text.data() + at, sizeof block);
-      if ((block & highBits) != 0) break;
+      std::memcpy(block.data(), text.data() + at, sizeof block);
+      if (((block[0] | block[1] | block[2] | block[3]) & highBits) != 0) break;
       at += sizeof block;
+    }
+    while (text.size() - at >= sizeof block[0]) {
+      std::memcpy(block.data(), text.data() + at, sizeof block[0]);
+      if ((block[0] & highBits) != 0) break;
+      at += sizeof block[0];
     }
     if (at == text.size()) return true;
     if (static_cast<unsigned char>(text[at]) < 0x80) {
