@@ -7,6 +7,11 @@
 #include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
+#include <map>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <utility>
+
 namespace {
 
 constexpr const char* updateLog = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
@@ -29,7 +34,41 @@ void collectPackages(const std::string& folder, const MaybeText& project) {
   run_cmder("cd %@ && rm -rf %@ && mv packages %@", {folder, packages, packages});
 }
 
+// One argument of a command line, whatever it holds.
+std::string quoted(const std::string& word) {
+  return "'" + replaceAll(word, "'", "'\\''") + "'";
+}
+
+// The packages in a folder, and what changes about each that is written again, even under the same name.
+std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> packagesIn(const std::string& folder) {
+  std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> found;
+  for (const auto& name : contentsOfDirectoryAtPath(folder).value_or(std::vector<std::string>())) {
+    struct stat status {};
+    if (pathExtension(name) == "deb" && lstat((folder + "/" + name).c_str(), &status) == 0)
+      found[name] = {status.st_ino, {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
+  }
+  return found;
+}
+
 }  // namespace
+
+// All that differs from a tap on Make Package: no update of Theos comes first, nothing goes to the log or
+// depends on the current project, make gets arguments and its status counts, and packages that no new ones
+// replace stay.
+int buildProject(const std::string& project, const std::vector<std::string>& arguments) {
+  const std::string folder = fill(paths::projectIn, {paths::dataRoot, project});
+  const auto before = packagesIn(folder + "/packages");
+  std::string command = fill("cd %@ && make", {folder});
+  for (const auto& argument : arguments) command.append(" ").append(quoted(argument));
+  const int status = run_cmd_status(command.c_str());
+  const auto after = packagesIn(folder + "/packages");
+  if (status != 0 || after.empty() || after == before) return status;
+  collectPackages(folder, project);
+  if (fileExistsAtPath(folder + "/packages"))
+    throw std::runtime_error("The packages could not be moved to " + fill(paths::projectPackages, {project}) +
+                             ".");
+  return status;
+}
 
 void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
   if (!fileExistsAtPath(markerOf(variant))) {

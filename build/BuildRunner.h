@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 // The whole command sequence of one tap on a build button: when Theos has not been updated yet, `updateTheos`
 // runs instead of a build; otherwise the project is built, everything printed going to the build log, and its
@@ -16,6 +17,13 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& updateTheos)
 // Runs Theos's own updater once, its output captured into the log whose existence means "updated", whether or
 // not it succeeded.
 void updateTheos();
+
+// The build without a screen: runs make in the folder of `project`, whose name must be fit for command lines,
+// with `arguments`, which are passed on as they are: variables, goals, options. Returns make's exit status,
+// or 128 + n if signal n killed it. What make prints goes to the standard streams as they are. Packages
+// replace those in the package folder only where make succeeded and made some; throws std::runtime_error with
+// a sentence where they could not be moved there.
+int buildProject(const std::string& project, const std::vector<std::string>& arguments);
 
 // What a finished build leaves for the screen, read after the log was cleaned.
 struct BuildResult {

@@ -44,7 +44,8 @@ pid_t spawnShell(const char* cmd) {
   return child;
 }
 
-void awaitExit(pid_t child) {
+// Returns the status as waitpid() gives it.
+int awaitExit(pid_t child) {
   // The child is first waited for without being reaped, so that its identifier stays its own while it is
   // listed.
   siginfo_t ended{};
@@ -61,13 +62,20 @@ void awaitExit(pid_t child) {
   }
   if (result == -1) perror("waitpid");
   commands.changed.notify_all();
+  return status;
 }
 
 }  // namespace
 
 void run_cmd(const char* cmd) {
+  run_cmd_status(cmd);
+}
+
+int run_cmd_status(const char* cmd) {
   const pid_t child = spawnShell(cmd);
-  if (child != -1) awaitExit(child);
+  if (child == -1) return 127;
+  const int status = awaitExit(child);
+  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 void run_cmd(std::string_view format, std::initializer_list<MaybeText> values) {

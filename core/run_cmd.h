@@ -12,6 +12,10 @@ void run_cmd(const char* cmd);
 // Runs `format` with each "%@" filled by the next value (see fill() in Text.h).
 void run_cmd(std::string_view format, std::initializer_list<MaybeText> values);
 
+// Runs `cmd`, and returns how the command ended, as a shell tells it: its exit status, or 128 + n if signal n
+// killed it; 127 if it could not be started.
+int run_cmd_status(const char* cmd);
+
 // The build screen's name for the same function.
 inline void run_cmder(const char* cmd) {
   run_cmd(cmd);

@@ -4,8 +4,10 @@
 #include "device/launcher/Options.h"
 #include "device/sandbox/Account.h"
 #include "device/sandbox/Environment.h"
+#include "device/sandbox/Sandbox.h"
 
 #include <filesystem>
+#include <functional>
 #include <sys/types.h>
 
 namespace device {
@@ -16,11 +18,23 @@ inline constexpr int kFailed = 125;
 // Where the device is that the options mean.
 std::filesystem::path deviceOf(const Options& options, const Environment& caller, const Account& account);
 
+// Throws Refusal where there is no device to look into, so that a command that only looks does not make one.
+void requireDevice(const std::filesystem::path& device);
+
+// A program of a command's own to run in the device.
+struct Task {
+  // Called when the device is ready, with its var/, before anything of it runs.
+  std::function<Program(int var)> begin;
+  // Called when nothing of it runs any more, with the launcher's exit status.
+  std::function<void(int var, int status)> end;
+};
+
 // Each returns the launcher's exit status and throws Refusal where the device could not be set up. To be
 // called from the main thread of a process without others.
 //
-// Opens the application, a shell or a command in the device.
-int run(const Options& options);
+// Opens the application, a shell or a command in the device, or what `task` says.
+int run(const Options& options, const Task* task = nullptr);
+int build(const Options& options);
 // import and export; `callerUmask` is taken from the modes of what is made on the host.
 int transfer(const Options& options, mode_t callerUmask);
 

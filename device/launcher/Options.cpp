@@ -15,12 +15,17 @@ constexpr const char* kCommands =
     "  (none)                      Open the application\n"
     "  exec COMMAND [ARGUMENT...]  Run a command in the device and pass its exit status on\n"
     "  shell                       Open a shell in the device\n"
+    "  build NAME [VARIABLE=VALUE...] [-- GOAL...]\n"
+    "                              Build the project NAME as \"make package\" does, or with these goals, and "
+    "print\n"
+    "                              the host's path of each package that was made\n"
     "  import HOSTPATH             Copy this folder into the device as a project\n"
     "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
     "  doctor                      Say whether builds can work, and what to do where they cannot\n\n"
     "import and export work beside an open application too. HOSTPATH of an export is the folder to put the\n"
     "copy into, or else the copy's own new name; nothing is replaced.\n\n"
-    "Exit status: the command's; 128 + n if signal n killed it; 125 if the device could not be set up;\n"
+    "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set "
+    "up;\n"
     "the doctor's: 0 if a build can work, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
 
 // The words of a command that takes exactly `count`, two dashes before them aside.
@@ -29,6 +34,23 @@ std::vector<std::string> operands(std::vector<std::string> words, std::size_t co
   const bool hasEmpty = std::find(words.begin(), words.end(), "") != words.end();
   if (words.size() != count || hasEmpty) throw Refusal(std::string("It is: tweakbench ") + usage + ".");
   return words;
+}
+
+void takeBuild(Options& options, const std::vector<std::string>& words) {
+  constexpr const char* kUsage = "It is: tweakbench build NAME [VARIABLE=VALUE...] [-- GOAL...].";
+  options.action = Options::Action::Build;
+  const auto dashes = std::find(words.begin(), words.end(), "--");
+  if (dashes == words.begin() || words.front().empty()) throw Refusal(kUsage);
+  options.project = words.front();
+  for (auto word = words.begin() + 1; word != dashes; ++word) {
+    const auto equals = word->find('=');
+    if (equals == std::string::npos || equals == 0 || word->starts_with('-'))
+      throw Refusal(std::string("\"") + *word + "\" is not VARIABLE=VALUE, and goals come after --. " +
+                    kUsage);
+    options.command.push_back(*word);
+  }
+  if (dashes != words.end()) options.command.insert(options.command.end(), dashes + 1, words.end());
+  if (dashes == words.end() || dashes + 1 == words.end()) options.command.emplace_back("package");
 }
 
 void takeCommand(Options& options, std::vector<std::string> words) {
@@ -46,6 +68,8 @@ void takeCommand(Options& options, std::vector<std::string> words) {
   } else if (name == "doctor") {
     if (!words.empty()) throw Refusal("doctor takes no arguments.");
     options.action = Options::Action::Examine;
+  } else if (name == "build") {
+    takeBuild(options, words);
   } else if (name == "import") {
     options.action = Options::Action::Import;
     options.hostPath = operands(std::move(words), 1, "import HOSTPATH").front();

@@ -9,7 +9,7 @@
 namespace device {
 
 struct Options {
-  enum class Action { OpenApplication, Execute, OpenShell, Import, Export, Examine, ShowText };
+  enum class Action { OpenApplication, Execute, OpenShell, Build, Import, Export, Examine, ShowText };
   enum class Theos { ReadOnly, Writable };
   enum class Network { Off, On };
   // How a command is started: through the guard, or without the filter as the application is. Only builds
@@ -27,8 +27,9 @@ struct Options {
   enum class Surroundings { Commands, Application };
   Surroundings surroundings = Surroundings::Commands;
   // Execute: the command and its arguments, untouched; never empty.
+  // Build: the arguments for make, its goals among them.
   std::vector<std::string> command;
-  // Export: the project's name.
+  // Build, Export: the project's name.
   std::string project;
   // Import: the folder to copy. Export: where the copy goes.
   std::filesystem::path hostPath;

@@ -42,6 +42,7 @@ int main(int count, char** arguments) {
       return std::cout ? 0 : kFailed;
     }
     if (options.action == Options::Action::Examine) return doctor::examine(options);
+    if (options.action == Options::Action::Build) return build(options);
     const bool copies =
         options.action == Options::Action::Import || options.action == Options::Action::Export;
     return copies ? transfer(options, callerUmask) : run(options);

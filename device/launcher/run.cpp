@@ -146,7 +146,12 @@ fs::path deviceOf(const Options& options, const Environment& caller, const Accou
   return options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
 }
 
-int run(const Options& options) {
+void requireDevice(const fs::path& device) {
+  if (access(device.c_str(), F_OK) != 0)
+    refuseWithError("The device " + device.string() + " cannot be reached:");
+}
+
+int run(const Options& options, const Task* task) {
   const Environment caller = callerEnvironment();
   auto calling = callingAccount(caller);
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
@@ -197,6 +202,7 @@ int run(const Options& options) {
   }
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"
+                           : task != nullptr                          ? "The build"
                                                                       : "The shell";
   std::optional<Opener> opener;
   if (isApplication) {
@@ -205,13 +211,16 @@ int run(const Options& options) {
                                    isRoots ? fs::path() : findProgram(caller, "xdg-open"),
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
+  const Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
   const Ending ending =
-      runInDevice(host.bubblewrap, std::move(request), programFor(options), opener ? &*opener : nullptr);
+      runInDevice(host.bubblewrap, std::move(request), program, opener ? &*opener : nullptr);
   folder.remainDevice();
   // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();
   opener.reset();
-  return tell(ending, name);
+  const int status = tell(ending, name);
+  if (task != nullptr) task->end(folder.var(), status);
+  return status;
 }
 
 }  // namespace device

@@ -30,8 +30,7 @@ Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
   const fs::path device = deviceOf(options, caller, account);
   // An export makes no device.
-  if (options.action == Options::Action::Export && access(device.c_str(), F_OK) != 0)
-    refuseWithError("The device " + device.string() + " cannot be reached:");
+  if (options.action == Options::Action::Export) requireDevice(device);
   Descriptor folder;
   if (geteuid() == 0) {
     folder = openFolderForAccount(device, caller, calling.has_value(), account);

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <functional>
 #include <linux/keyctl.h>
 #include <optional>
 #include <poll.h>
@@ -133,14 +134,17 @@ class Signals {
 // Watches one run from the start of bubblewrap to the end of the device's last process.
 class Run {
  public:
-  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output, Terminal* terminal, SystemLog& log,
-      Signals& signals, Opener* opener)
+  // `printed` makes of a piece of output what the caller is shown.
+  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output,
+      std::function<std::string(std::string)> printed, Terminal* terminal, SystemLog& log, Signals& signals,
+      Opener* opener)
       : child_(child),
         childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
         reports_(std::move(reports.readEnd)),
         status_(std::move(status.readEnd)),
         messages_(std::move(messages.readEnd)),
         output_(std::move(output.readEnd)),
+        printed_(std::move(printed)),
         terminal_(terminal),
         log_(log),
         signals_(signals),
@@ -249,8 +253,7 @@ class Run {
   }
 
   void takeOutput() {
-    // What a build prints must not steer the user's terminal.
-    const std::string text = visible(readAll(output_), "\n\t");
+    const std::string text = printed_(readAll(output_));
     for (std::size_t done = 0; done < text.size();) {
       const ssize_t written = write(STDERR_FILENO, text.data() + done, text.size() - done);
       if (written < 0 && errno != EINTR) return;
@@ -305,6 +308,7 @@ class Run {
   Descriptor status_;
   Descriptor messages_;
   Descriptor output_;
+  std::function<std::string(std::string)> printed_;
   Descriptor firstProcess_;
   pid_t firstNumber_ = -1;
   Terminal* terminal_;
@@ -335,12 +339,23 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
   std::optional<Terminal> terminal;
   if (program.streams == Program::Streams::Terminal) terminal.emplace();
+  // What a build prints must not steer the user's terminal.
+  std::function<std::string(std::string)> printed = [](std::string text) {
+    return visible(std::move(text), "\n\t");
+  };
   Descriptor errorOutput;
   Launch launch{bubblewrap, {}, {}, STDIN_FILENO, STDOUT_FILENO, messages.writeEnd.get()};
   switch (program.streams) {
     case Program::Streams::Passed:
       errorOutput = Descriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
       break;
+    case Program::Streams::Printed:
+      if (isatty(STDERR_FILENO) == 0) {
+        printed = [](std::string text) { return text; };
+      } else {
+        printed = [coloured = ColouredOutput()](std::string text) mutable { return coloured.take(text); };
+      }
+      [[fallthrough]];
     case Program::Streams::Relayed:
       errorOutput = Descriptor(fcntl(output.writeEnd.get(), F_DUPFD_CLOEXEC, 3));
       launch.input = nothing.get();
@@ -374,7 +389,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   if (terminal) terminal->deviceSide().close();
   if (opener != nullptr) opener->applicationEnd().close();
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(output),
-             terminal ? &*terminal : nullptr, log, signals, opener)
+             std::move(printed), terminal ? &*terminal : nullptr, log, signals, opener)
       .watch();
 }
 

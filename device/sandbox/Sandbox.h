@@ -17,6 +17,10 @@ struct Program {
     Passed,
     // No input; output is copied to the caller's standard error, control characters made visible.
     Relayed,
+    // No input; all output is copied to the caller's standard error as it is, but a terminal gets no control
+    // characters
+    // except those of colours.
+    Printed,
     // A terminal of the device's own, joined to the caller's.
     Terminal,
   };

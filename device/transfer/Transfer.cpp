@@ -4,6 +4,7 @@
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/Packages.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -16,24 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kProjects = "Tweakyard/Projects";
 // On the same file system as the projects, and not one of them.
 constexpr const char* kBesideProjects = "Tweakyard";
-// Where builds of the application leave packages, in a folder for each project; those of make alone stay in
-// the project.
-constexpr const char* kPackages = "mobile/Documents/Tweakbench";
-constexpr const char* kOwnPackages = "packages";
-
-// Kept short of what a file name may have, for the rest of a temporary name.
-constexpr std::size_t kLongestName = 200;
-
-void requireEntryName(const std::string& name) {
-  const bool hasControl = visible(name) != name;
-  if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
-      name.size() > kLongestName) {
-    throw Refusal("\"" + visible(name) + "\" is no project's name.");
-  }
-}
 
 fs::path pathOf(int folder) {
   return fs::read_symlink("/proc/self/fd/" + std::to_string(folder));
@@ -172,16 +157,6 @@ std::vector<std::string> movePackagesOut(const Transfer& transfer, const std::st
 }
 
 }  // namespace
-
-void requireProjectName(const std::string& name) {
-  requireEntryName(name);
-  if (!isValidUTF8(name)) throw Refusal("A project's name has to be UTF-8 text: rename the folder.");
-  if (name.starts_with('-') || name.find_first_of(" \"'\\`$&|;<>()*?[]{}!#~%=") != std::string::npos) {
-    throw Refusal("\"" + name +
-                  "\" is no name for a project, since it goes into command lines as it is: rename the folder "
-                  "without blanks and other characters that a shell minds.");
-  }
-}
 
 Transferred importProject(const Transfer& transfer, const fs::path& source) {
   transfer.host.assume();

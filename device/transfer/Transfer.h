@@ -46,7 +46,4 @@ Transferred importProject(const Transfer& transfer, const std::filesystem::path&
 Transferred exportProject(const Transfer& transfer, const std::string& name,
                           const std::filesystem::path& target);
 
-// Throws Refusal for a folder name that cannot go into command lines as it stands, as project names do.
-void requireProjectName(const std::string& name);
-
 }  // namespace device

@@ -1,0 +1,48 @@
+// The finished packages of a project, found below the device's var/ without following links.
+#pragma once
+
+#include "core/Descriptor.h"
+
+#include <filesystem>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace device {
+
+// Where projects are, below var/.
+inline constexpr const char* kProjects = "Tweakyard/Projects";
+// Where builds of the application leave packages, in a folder for each project; those of make alone stay in
+// the project.
+inline constexpr const char* kPackages = "mobile/Documents/Tweakbench";
+inline constexpr const char* kOwnPackages = "packages";
+
+struct Package {
+  // Below var/.
+  std::filesystem::path path;
+  // What a build cannot forge: a package with the same two is the same one, wherever it was moved.
+  ino_t number;
+  timespec changed;
+  timespec modified;
+
+  bool isSameAs(const Package& other) const;
+};
+
+// All regular files that end in ".deb" in the package folder of `project` and in its own "packages", in this
+// order, and by name in each. A name with control characters is left out: it could not be printed.
+std::vector<Package> packagesOf(int var, const std::string& project);
+
+// Opens the package that was modified last for reading and puts its name into `name`. None where there is no
+// package.
+Descriptor openNewestPackage(int var, const std::string& project, std::string& name);
+
+// Throws Refusal unless there is a folder of that name, whose name may be any that a folder can have.
+void requireProject(int var, const std::string& project);
+
+// Throws Refusal for a folder name that cannot go into command lines as it is, as the names of projects do.
+void requireProjectName(const std::string& name);
+
+// Throws Refusal for what cannot be the name of an entry, is too long, or holds control characters.
+void requireEntryName(const std::string& name);
+
+}  // namespace device

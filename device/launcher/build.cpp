@@ -1,0 +1,48 @@
+// build: a project's packages without a window.
+#include "device/Refusal.h"
+#include "device/folder/Packages.h"
+#include "device/launcher/Commands.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace device {
+
+int build(const Options& options) {
+  const Environment caller = callerEnvironment();
+  const auto calling = callingAccount(caller);
+  const std::filesystem::path device =
+      deviceOf(options, caller, calling ? *calling : accountForFolderOf(0, 0, caller));
+  requireProjectName(options.project);
+  requireDevice(device);
+  std::vector<Package> before;
+  Task task;
+  task.begin = [&](int var) {
+    requireProject(var, options.project);
+    before = packagesOf(var, options.project);
+    // Like the application it starts without the filter; every command line that it runs gets it.
+    Program program{{"/.host/tweakbench/build-project", options.project}, Program::Streams::Printed};
+    program.command.insert(program.command.end(), options.command.begin(), options.command.end());
+    return program;
+  };
+  task.end = [&](int var, int status) {
+    if (status != 0) return;
+    std::size_t made = 0;
+    for (const auto& package : packagesOf(var, options.project)) {
+      const bool isNew = std::none_of(before.begin(), before.end(),
+                                      [&](const Package& other) { return package.isSameAs(other); });
+      if (!isNew || package.path.parent_path() != std::filesystem::path(kPackages) / options.project)
+        continue;
+      std::cout << (device / "var" / package.path).string() << "\n";
+      ++made;
+    }
+    std::cout << std::flush;
+    if (!std::cout) throw Refusal("The packages' paths could not be written.");
+    const bool isExpected =
+        std::find(options.command.begin(), options.command.end(), "package") != options.command.end();
+    if (made == 0 && isExpected) std::cerr << "tweakbench: The build ended well but made no package.\n";
+  };
+  return run(options, &task);
+}
+
+}  // namespace device
