@@ -54,17 +54,6 @@ std::string nameOf(int folder, const fs::path& typed) {
   return isEntry ? name : pathOf(folder).filename().string();
 }
 
-bool renameToNew(int from, const std::string& name, int to, const std::string& newName) {
-  if (renameat2(from, name.c_str(), to, newName.c_str(), RENAME_NOREPLACE) == 0) return true;
-  // Some file systems know the plain step only, which still replaces nothing but an empty folder.
-  if (errno != EINVAL && errno != ENOSYS) return false;
-  if (exists(to, newName)) {
-    errno = EEXIST;
-    return false;
-  }
-  return renameat(from, name.c_str(), to, newName.c_str()) == 0;
-}
-
 // A new folder under a name of its own, which gets its real name when everything is in it, or is deleted.
 class Unfinished {
  public:

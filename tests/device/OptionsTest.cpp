@@ -58,6 +58,24 @@ TEST(Options, OptionsReachTheRequestAndCopiesNameTheirEnds) {
   EXPECT_EQ(out.hostPath, "a b");
 }
 
+TEST(Options, ABuildHandsVariablesAndGoalsToMake) {
+  const struct {
+    Words words;
+    Words arguments;
+  } rows[] = {
+      {{"build", "P"}, {"package"}},
+      {{"build", "P", "A=1", "B=x y=z"}, {"A=1", "B=x y=z", "package"}},
+      {{"build", "P", "A=", "--", "clean", "-j2"}, {"A=", "clean", "-j2"}},
+      {{"build", "P", "--"}, {"package"}},
+  };
+  for (const auto& row : rows) {
+    const Options options = parse(row.words);
+    EXPECT_EQ(options.action, Options::Action::Build);
+    EXPECT_EQ(options.project, "P");
+    EXPECT_EQ(options.command, row.arguments);
+  }
+}
+
 TEST(Options, NonsenseIsRefusedWithItsReason) {
   const std::pair<Words, const char*> rows[] = {
       {{"exec"}, "exec needs a command"},        {{"exec", "--"}, "exec needs a command"},
@@ -66,6 +84,8 @@ TEST(Options, NonsenseIsRefusedWithItsReason) {
       {{"--device", ""}, "needs a folder"},      {{"--theos", ""}, "needs a folder"},
       {{"import"}, "import HOSTPATH"},           {{"import", "a", "b"}, "import HOSTPATH"},
       {{"import", ""}, "import HOSTPATH"},       {{"export", "a"}, "export NAME HOSTPATH"},
+      {{"build"}, "build NAME"},                 {{"build", "--", "clean"}, "build NAME"},
+      {{"build", "P", "clean"}, "goals come"},   {{"build", "P", "-j=2"}, "goals come"},
       {{"doctor", "now"}, "takes no arguments"},
   };
   for (const auto& [words, reason] : rows) expectRefusal([&words] { parse(words); }, reason);
