@@ -56,7 +56,7 @@ std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> packagesIn(cons
 // depends on the current project, make gets arguments and its status counts, and packages that no new ones
 // replace stay.
 int buildProject(const std::string& project, const std::vector<std::string>& arguments) {
-  const std::string folder = fill(paths::projectIn, {paths::dataRoot, project});
+  const std::string folder = fill(paths::project, {project});
   const auto before = packagesIn(folder + "/packages");
   std::string command = fill("cd %@ && make", {folder});
   for (const auto& argument : arguments) command.append(" ").append(quoted(argument));
