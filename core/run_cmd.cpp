@@ -1,5 +1,6 @@
 #include "core/run_cmd.h"
 
+#include "core/History.h"
 #include "core/ProcessTree.h"
 
 #include <cerrno>
@@ -72,6 +73,7 @@ void run_cmd(const char* cmd) {
 }
 
 int run_cmd_status(const char* cmd) {
+  keepHistory();
   const pid_t child = spawnShell(cmd);
   if (child == -1) return 127;
   const int status = awaitExit(child);

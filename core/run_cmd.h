@@ -6,7 +6,8 @@
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
 // the standard streams as they are at that moment. Nothing is returned: exit status and a refused spawn are
 // not reported; who cares looks at files or at a captured log afterwards. The only report ever made is
-// perror("waitpid") when waiting fails. Any thread.
+// perror("waitpid") when waiting fails. What the command line may delete or replace is in the history before
+// (core/History.h). Any thread.
 void run_cmd(const char* cmd);
 
 // Runs `format` with each "%@" filled by the next value (see fill() in Text.h).

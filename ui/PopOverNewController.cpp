@@ -2,6 +2,7 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/NSLog.h"
 #include "platform/EventBoundary.h"
 #include "platform/NSRunLoop.h"
@@ -138,6 +139,7 @@ std::string PopOverNewController::editedText() const {
 
 bool PopOverNewController::writeText() {
   const MaybeText path = pickedFile();
+  keepHistory();
   // The empty editor of a file that is only too large for it must not take the file's place.
   return path && !isTooLarge_ && writeToFileAtomically(*path, editedText());
 }

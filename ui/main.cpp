@@ -1,4 +1,5 @@
 // The application's entry.
+#include "core/History.h"
 #include "core/NSLog.h"
 #include "core/RefusedWrites.h"
 #include "platform/UIApplication.h"
@@ -45,6 +46,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/application.png")));
     endCommandsWithApplication();
     openAddressesOnHost();
+    connectHistory();
     return makeAppDelegate();
   });
 }

@@ -1,6 +1,7 @@
 #include "workspace/Backups.h"
 
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/ItemName.h"
@@ -12,8 +13,10 @@ MaybeText backUpProject() {
   const std::string backup = fill(paths::projectBackup, {name});
   if (!fileExistsAtPath(paths::backups)) run_cmd("mkdir %@", {paths::backups});
   if (!fileExistsAtPath(project)) return std::nullopt;
+  NotedBackup noted(name.value_or(std::string()));
   run_cmd("rm -rf %@", {backup});
-  run_cmd("mkdir %@ && cp -r %@ %@/", {backup, project, paths::backups});
+  const std::string copy = fill("mkdir %@ && cp -r %@ %@/", {backup, project, paths::backups});
+  if (run_cmd_status(copy.c_str()) == 0) noted.isWhole();
   return backup;
 }
 

@@ -1,6 +1,7 @@
 #include "workspace/ProjectFiles.h"
 
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/ItemName.h"
@@ -11,6 +12,7 @@ bool createHeader(const std::string& typedName) {
   const std::string project = fill(paths::project, {itemName(currentProject())});
   const std::string header = project + "/" + name + ".h";
   const std::string tweak = project + "/Tweak.x";
+  keepHistory();
   createFileAtPath(header);
   if (!mayBeReadForEver(tweak)) {
     run_cmd("echo -e \"#import \"%@.h\"\n$(cat %@)\" > %@", {name, tweak, tweak});

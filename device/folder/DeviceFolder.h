@@ -52,6 +52,8 @@ class DeviceFolder {
   // Refusal, also where another launcher holds the lock.
   DeviceFolder(Descriptor folder, const std::filesystem::path& name, const DeviceContents& contents);
 
+  // DEVICE itself.
+  int folder() const { return folder_.get(); }
   // Opened O_PATH, owned by this user and no links, so that they can be mounted as they are.
   int applications() const { return applications_.get(); }
   int var() const { return var_.get(); }

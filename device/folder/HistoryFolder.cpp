@@ -23,6 +23,8 @@ namespace fs = std::filesystem;
 constexpr const char* kHistory = "history";
 constexpr const char* kSetAside = "set-aside";
 constexpr const char* kAbout = "about";
+// What the history takes on the disk, as far as that is known.
+constexpr const char* kUsage = "usage";
 constexpr const char* kBackupNote = "backup-note";
 constexpr const char* kNameFormat = "%Y-%m-%dT%H-%M-%SZ";
 constexpr std::size_t kLongestAbout = 1 << 20;
@@ -133,6 +135,7 @@ std::string HistoryFolder::setAside(int parent, const std::string& name, const f
   const fs::path above = fs::path(kSetAside) / when / path.parent_path();
   const Descriptor target =
       makeFolderBeneath(folder_.get(), above) ? openFolderBeneath(folder_.get(), above) : Descriptor();
+  unlinkat(folder_.get(), kUsage, 0);
   if (target && renameToNew(parent, name, target.get(), path.filename())) return when;
   const int error = errno;
   for (fs::path left = path.parent_path(); target; left = left.parent_path()) {
@@ -151,6 +154,7 @@ void HistoryFolder::beginBackup(int var, const std::string& name) const {
   const std::string when = newName();
   if (!writeAtomically(folder_.get(), kBackupNote, name + "\n" + (hasOlder ? when : "") + "\n", 0600)) return;
   if (!hasOlder) return;
+  unlinkat(folder_.get(), kUsage, 0);
   const fs::path place = fs::path(kSetAside) / when / folderInHistory(Kept::Backup);
   const Descriptor aside =
       makeFolderBeneath(folder_.get(), place) ? openFolderBeneath(folder_.get(), place) : Descriptor();

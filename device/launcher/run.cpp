@@ -1,6 +1,7 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
+#include "device/folder/HistoryKeeper.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
 #include "device/sandbox/Arguments.h"
@@ -165,6 +166,9 @@ int run(const Options& options, const Task* task) {
       openOrMakeFolder(reached), device,
       {host.ownFiles, isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
   const bool isApplication = options.action == Options::Action::OpenApplication;
+  const HistoryKeeper history(
+      folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
+      isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication : HistoryKeeper::Serves::Nobody);
   Request request;
   request.applications = folder.applications();
   request.var = folder.var();
@@ -212,6 +216,9 @@ int run(const Options& options, const Task* task) {
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
   const Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
+  if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
+  // A command may be about to delete what the last one has made; a window does not wait.
+  if (!isApplication) history.awaitFirstCopy();
   const Ending ending =
       runInDevice(host.bubblewrap, std::move(request), program, opener ? &*opener : nullptr);
   folder.remainDevice();

@@ -1,6 +1,7 @@
 // Stands in the application's place when the launcher opens it: the same screens, and a finger on them that
 // does what /var/tmp/step in the device says.
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/run_cmd.h"
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
@@ -74,6 +75,7 @@ int main(int argc, char** argv) {
     setMotionEnabled(false);
     endCommandsWithApplication();
     openAddressesOnHost();
+    connectHistory();
     createProjectsFolder();
     recordTheosPath();
     putFile("/var/Tweakyard/Projects/P/Tweak.x", "");

@@ -1,0 +1,239 @@
+#include "device/folder/HistoryKeeper.h"
+
+#include "core/HistoryProtocol.h"
+#include "device/Refusal.h"
+#include "device/folder/Beneath.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <initializer_list>
+#include <optional>
+#include <poll.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace device {
+namespace {
+
+constexpr const char* kMissingIsSaid = "no-rsync";
+// With the time that a copy takes, a change is in the history within a minute.
+constexpr int kBetweenWalks = 40'000;
+constexpr int kFirstCopyLimit = 1000;
+constexpr std::size_t kMostAsked = 64;
+// The walk opens a descriptor for each level of folders.
+constexpr rlim_t kDescriptors = 4096;
+
+std::int64_t milliseconds() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
+
+class Keeper {
+ public:
+  Keeper(HistoryFolder history, int var, const HistoryTools& tools, int socket, int life,
+         Descriptor firstCopy)
+      : history_(std::move(history)),
+        var_(var),
+        tools_(tools),
+        socket_(socket),
+        life_(life),
+        firstCopy_(std::move(firstCopy)) {}
+
+  void keep() {
+    startCopying(Insistence::Gaps);
+    while (true) {
+      pollfd watched[] = {{life_, POLLIN, 0}, {socket_, POLLIN, 0}, {copyingEnd_.get(), POLLIN, 0}};
+      const int wait =
+          copying_ > 0 ? -1 : static_cast<int>(std::max<std::int64_t>(0, nextWalk_ - milliseconds()));
+      const int ready = poll(watched, 3, wait);
+      if (ready < 0 && errno != EINTR) return;
+      // What comes after the launcher's end is not the device's any more.
+      if (watched[0].revents != 0) break;
+      if (watched[2].revents != 0) finishCopying();
+      if (watched[1].revents != 0) takeRequest();
+      if (copying_ <= 0 && (!waiting_.empty() || milliseconds() >= nextWalk_))
+        startCopying(waiting_.empty() ? Insistence::Changes : Insistence::Gaps);
+    }
+    if (copying_ > 0) waitpid(copying_, nullptr, 0);
+    copy(Insistence::Gaps);
+  }
+
+ private:
+  void copy(Insistence insistence) const {
+    if (!tools_.rsync.empty()) takeCopy(history_, var_, tools_, insistence);
+  }
+
+  // In a process of its own, so that requests about backups need not wait for it.
+  void startCopying(Insistence insistence) {
+    served_.swap(waiting_);
+    waiting_.clear();
+    copying_ = fork();
+    if (copying_ == 0) {
+      firstCopy_.close();
+      try {
+        copy(insistence);
+      } catch (const std::exception&) {
+      }
+      _exit(0);
+    }
+    copyingEnd_ = Descriptor(copying_ < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, copying_, 0)));
+    if (!copyingEnd_) finishCopying();
+  }
+
+  void finishCopying() {
+    if (copying_ > 0) waitpid(copying_, nullptr, 0);
+    copying_ = 0;
+    copyingEnd_.close();
+    firstCopy_.close();
+    nextWalk_ = milliseconds() + kBetweenWalks;
+    for (const auto number : served_) answer(number);
+    served_.clear();
+  }
+
+  // Trusts nothing that comes: the application may have been taken over.
+  void takeRequest() {
+    history::Request request{};
+    const ssize_t got = recv(socket_, &request, sizeof request, MSG_DONTWAIT | MSG_TRUNC);
+    if (got < 0 && errno == EAGAIN) return;
+    if (got <= 0) {
+      socket_ = -1;
+      return;
+    }
+    if (got != static_cast<ssize_t>(sizeof request)) return;
+    request.name[sizeof request.name - 1] = '\0';
+    switch (request.wish) {
+      case history::Wish::Copy:
+        if (waiting_.size() < kMostAsked) waiting_.push_back(request.number);
+        return;
+      case history::Wish::BeginBackup:
+        // The rest of the second is for the way back.
+        if (milliseconds() + history::patienceMilliseconds / 10 < request.deadline) {
+          history_.beginBackup(var_, request.name);
+          answer(request.number);
+        }
+        return;
+      case history::Wish::FinishBackup:
+        history_.finishBackup();
+        return answer(request.number);
+      case history::Wish::UndoBackup:
+        try {
+          history_.undoBackup(var_);
+        } catch (const Refusal&) {
+          // The next start tries again.
+        }
+        return answer(request.number);
+    }
+  }
+
+  void answer(std::uint32_t number) const {
+    const history::Answer answer{number};
+    send(socket_, &answer, sizeof answer, MSG_DONTWAIT | MSG_NOSIGNAL);
+  }
+
+  HistoryFolder history_;
+  int var_;
+  const HistoryTools& tools_;
+  int socket_;
+  int life_;
+  Descriptor firstCopy_;
+  // The process that takes a copy; 0 where none does.
+  pid_t copying_ = 0;
+  Descriptor copyingEnd_;
+  std::int64_t nextWalk_ = 0;
+  // Who asked for the copy that is being taken, and for the next.
+  std::vector<std::uint32_t> served_;
+  std::vector<std::uint32_t> waiting_;
+};
+
+// Everything of the launcher's but `kept` goes: the device's lock, too, and the caller's terminal.
+void partFromLauncher(std::vector<int> kept) {
+  setsid();
+  for (int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
+  signal(SIGPIPE, SIG_IGN);
+  std::sort(kept.begin(), kept.end());
+  unsigned next = 3;
+  for (const int one : kept) {
+    if (one < 3) continue;
+    if (static_cast<unsigned>(one) > next) syscall(SYS_close_range, next, static_cast<unsigned>(one) - 1, 0U);
+    next = static_cast<unsigned>(one) + 1;
+  }
+  syscall(SYS_close_range, next, ~0U, 0U);
+  const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+  for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
+  close(nothing);
+  if (chdir("/") != 0) _exit(1);
+  rlimit descriptors{};
+  getrlimit(RLIMIT_NOFILE, &descriptors);
+  descriptors.rlim_cur = std::max(descriptors.rlim_cur, std::min(descriptors.rlim_max, kDescriptors));
+  setrlimit(RLIMIT_NOFILE, &descriptors);
+}
+
+void sayOnceThatRsyncIsMissing(const HistoryFolder& history, bool isMissing) {
+  if (!isMissing) {
+    unlinkat(history.folder(), kMissingIsSaid, 0);
+  } else if (const Descriptor said(
+                 openat(history.folder(), kMissingIsSaid, O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+             said) {
+    std::fputs(
+        "tweakbench: rsync is not installed, and no history of the projects is kept; install it with "
+        "\"apt install rsync\".\n",
+        stderr);
+  }
+}
+
+}  // namespace
+
+HistoryKeeper::HistoryKeeper(int device, int var, const HistoryTools& tools, Serves serves) {
+  std::optional<HistoryFolder> history;
+  try {
+    history.emplace(device);
+    sayOnceThatRsyncIsMissing(*history, tools.rsync.empty());
+    history->undoBackup(var);
+  } catch (const Refusal& refusal) {
+    std::fprintf(stderr, "tweakbench: %s\n", refusal.what());
+    if (!history) return;
+  }
+  int sockets[2] = {-1, -1};
+  int life[2];
+  int first[2];
+  if (pipe2(life, O_CLOEXEC) != 0) return;
+  life_ = Descriptor(life[1]);
+  Descriptor lifeHere(life[0]);
+  if (pipe2(first, O_CLOEXEC) != 0) return;
+  firstCopy_ = Descriptor(first[0]);
+  Descriptor firstThere(first[1]);
+  Descriptor own;
+  if (serves == Serves::TheApplication &&
+      socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0) {
+    own = Descriptor(sockets[0]);
+    const Descriptor other(sockets[1]);
+    applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, history::applicationDescriptor));
+    // The application would not find it under another number.
+    if (applicationEnd_.get() != history::applicationDescriptor) applicationEnd_.close();
+  }
+  const pid_t process = fork();
+  if (process != 0) return;
+  partFromLauncher({history->folder(), var, own.get(), lifeHere.get(), firstThere.get()});
+  try {
+    Keeper(std::move(*history), var, tools, own.get(), lifeHere.get(), std::move(firstThere)).keep();
+  } catch (const std::exception&) {
+  }
+  _exit(0);
+}
+
+void HistoryKeeper::awaitFirstCopy() const {
+  pollfd end{firstCopy_.get(), POLLIN, 0};
+  poll(&end, 1, kFirstCopyLimit);
+}
+
+}  // namespace device

@@ -1,0 +1,36 @@
+// The process beside the launcher that takes copies while the device is used.
+#pragma once
+
+#include "core/Descriptor.h"
+#include "device/folder/HistoryCopy.h"
+
+namespace device {
+
+// Copies at the start, at most a minute after something changed, when the application asks for it, and once
+// more after the object's end or the launcher's, whichever comes first: that copy nobody waits for, and it
+// holds no lock of the device. The process has no terminal and none of the caller's streams.
+class HistoryKeeper {
+ public:
+  enum class Serves { Nobody, TheApplication };
+
+  // `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and before anything runs
+  // in the device: first a backup that a killed run has left half is replaced by the older one. Without
+  // `tools.rsync` no copies are taken, and that is said once for a device. Failures are said on standard
+  // error, and there is no history then.
+  HistoryKeeper(int device, int var, const HistoryTools& tools, Serves serves);
+
+  // Goes to the application under this very number; -1 where nobody is served.
+  int applicationEnd() const { return applicationEnd_.get(); }
+
+  // Waits until everything that was in the device at the start is in the history, at most a second.
+  void awaitFirstCopy() const;
+
+ private:
+  Descriptor applicationEnd_;
+  // The process has the other ends: this one tells it the launcher's end, ...
+  Descriptor life_;
+  // ... and this one closes with its first copy.
+  Descriptor firstCopy_;
+};
+
+}  // namespace device
