@@ -13,6 +13,7 @@
 #include <optional>
 #include <poll.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -197,6 +198,8 @@ HistoryKeeper::HistoryKeeper(int device, int var, const HistoryTools& tools, Ser
   std::optional<HistoryFolder> history;
   try {
     history.emplace(device);
+    // Inherited by the process: nobody else takes it, and who wants the last copy waits for it.
+    flock(history->folder(), LOCK_SH | LOCK_NB);
     sayOnceThatRsyncIsMissing(*history, tools.rsync.empty());
     history->undoBackup(var);
   } catch (const Refusal& refusal) {

@@ -16,6 +16,8 @@ chmod 755 "$place"
 
 clean_up() {
   [ ! -e "$place/disk" ] || umount -l "$place/disk" 2> /dev/null
+  # Something may still be taking the last copy for the history.
+  find "$place" -maxdepth 3 -name history -type d -exec flock {} true \;
   chmod -R u+rwx "$place" 2> /dev/null
   rm -rf "$place"
 }
