@@ -2,6 +2,7 @@
 // name is one that is fit for command lines; the arguments are make's. Everything is printed on standard
 // error; the status is make's, or 125 where a finished build's packages could not be moved to their place.
 #include "build/BuildRunner.h"
+#include "core/History.h"
 
 #include <cstdio>
 #include <exception>
@@ -10,6 +11,7 @@
 int main(int count, char** arguments) {
   if (count < 2) return 125;
   dup2(STDERR_FILENO, STDOUT_FILENO);
+  connectHistory();
   try {
     return buildProject(arguments[1], {arguments + 2, arguments + count});
   } catch (const std::exception& error) {

@@ -166,9 +166,9 @@ int run(const Options& options, const Task* task) {
       openOrMakeFolder(reached), device,
       {host.ownFiles, isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
   const bool isApplication = options.action == Options::Action::OpenApplication;
-  const HistoryKeeper history(
-      folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
-      isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication : HistoryKeeper::Serves::Nobody);
+  const HistoryKeeper history(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
+                              isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
+                                                               : HistoryKeeper::Serves::Nobody);
   Request request;
   request.applications = folder.applications();
   request.var = folder.var();
