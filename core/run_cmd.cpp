@@ -32,15 +32,20 @@ RunningCommands& running() {
   return commands;
 }
 
-pid_t spawnShell(const char* cmd) {
+pid_t spawnShell(const char* cmd, const char* variable) {
   char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(cmd),
                              nullptr};
+  std::vector<char*> environment;
+  for (char** each = environ; *each != nullptr; ++each) environment.push_back(*each);
+  // Of two values the shell takes the last.
+  if (variable != nullptr) environment.push_back(const_cast<char*>(variable));
+  environment.push_back(nullptr);
   RunningCommands& commands = running();
   // The lock is held over the spawn: a command is either in the list or will see that commands are stopped.
   const std::lock_guard lock(commands.mutex);
   if (commands.stopped) return -1;
   pid_t child = -1;
-  if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments, environ) != 0) return -1;
+  if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments, environment.data()) != 0) return -1;
   commands.shells.push_back(child);
   return child;
 }
@@ -72,16 +77,16 @@ void run_cmd(const char* cmd) {
   run_cmd_status(cmd);
 }
 
-int run_cmd_status(const char* cmd) {
+int run_cmd_status(const char* cmd, const char* variable) {
   keepHistory();
-  const pid_t child = spawnShell(cmd);
+  const pid_t child = spawnShell(cmd, variable);
   if (child == -1) return 127;
   const int status = awaitExit(child);
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-void run_cmd(std::string_view format, std::initializer_list<MaybeText> values) {
-  run_cmd(fill(format, values).c_str());
+void run_cmd(std::string_view format, std::initializer_list<MaybeText> values, const char* variable) {
+  run_cmd_status(fill(format, values).c_str(), variable);
 }
 
 void stopCommands(int graceMilliseconds) {

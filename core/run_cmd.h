@@ -10,12 +10,14 @@
 // (core/History.h). Any thread.
 void run_cmd(const char* cmd);
 
-// Runs `format` with each "%@" filled by the next value (see fill() in Text.h).
-void run_cmd(std::string_view format, std::initializer_list<MaybeText> values);
+// Runs `format` with each "%@" filled by the next value (see fill() in Text.h). `variable`, as NAME=VALUE, is
+// in the environment of this command alone.
+void run_cmd(std::string_view format, std::initializer_list<MaybeText> values,
+             const char* variable = nullptr);
 
 // Runs `cmd`, and returns how the command ended, as a shell tells it: its exit status, or 128 + n if signal n
-// killed it; 127 if it could not be started.
-int run_cmd_status(const char* cmd);
+// killed it; 127 if it could not be started. `variable` as above.
+int run_cmd_status(const char* cmd, const char* variable = nullptr);
 
 // The build screen's name for the same function.
 inline void run_cmder(const char* cmd) {

@@ -31,7 +31,9 @@ void createProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
   const std::string project = fill(paths::project, {name});
   if (!mayBeReadForEver(paths::templateArchive)) {
-    run_cmd("unzip %@ -d %@", {paths::templateArchive, project});
+    // Before unzip replaces files of an existing project it asks, and after a captured run standard input is
+    // the log, whose first letter may well mean "all".
+    run_cmd("unzip %@ -d %@", {paths::templateArchive, project}, "UNZIP=-n");
   }
   const MaybeText theos = setCurrentProject(name);
   setListedProject(name);

@@ -1,4 +1,6 @@
+#include "core/run_logged.h"
 #include "support/Device.h"
+#include "support/Shell.h"
 #include "support/SizeLimit.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
@@ -152,8 +154,19 @@ TEST_F(Workspace, ANewProjectIsTheTemplateWithItsNameInIt) {
   // GNU make takes everything after "export NAME=" as the value, so the line must end there.
   EXPECT_NE(makefile.find("export THEOS=/opt/theos\n"), std::string::npos) << makefile;
   EXPECT_NE(makefile.find("\nTWEAK_NAME = MyTweak\n"), std::string::npos);
-  EXPECT_NE(makefile.find("\nMyTweak_FILES = Tweak.x\n"), std::string::npos);
   EXPECT_EQ(makefile.find("CC"), std::string::npos);
+
+  // Over itself, with a standard input that answers "All". The environment's THEOS still counts, and every
+  // source.
+  run_logged("echo Archive", device::application + "Checkers.log");
+  putFile(folder + "Tweak.x", "mine");
+  putFile(folder + "Second.xm", "");
+  createProject("MyTweak");
+  EXPECT_EQ(fileAt(folder + "Tweak.x"), "mine");
+  const std::string printed = outputOf("make -C " + folder + " COLOR=0 package");
+  for (const char* source : {"Copying Tweak.x", "Copying Second.xm"})
+    EXPECT_NE(printed.find(source), std::string::npos) << printed;
+  EXPECT_EQ(contentsOfDirectoryAtPath(folder + "packages")->size(), 1U);
 }
 
 TEST_F(Workspace, TokensAreIndependent) {
