@@ -14,6 +14,7 @@ struct FlexUnit {
   std::string signature;
   std::optional<PropertyListValue> returned;   // absent: the method's own result stays
   std::optional<PropertyListValue> arguments;  // absent: none is set
+  bool isOn = true;
 };
 
 struct FlexPatch {
@@ -22,7 +23,7 @@ struct FlexPatch {
   std::vector<FlexUnit> units;
 };
 
-// The patches in the property list `bytes`, in its order. Absent when the bytes are no such list. What is no
-// dictionary among the patches is passed over; a unit that is none comes as an empty unit, so that it is not
-// lost silently.
+// The patches in the property list `bytes`, which may be UTF-16, in its order. Absent when the bytes are no
+// such list. What is no dictionary among the patches is passed over; a unit that is none comes as an empty
+// unit, so that it is not lost silently.
 std::optional<std::vector<FlexPatch>> flexPatches(std::string_view bytes);

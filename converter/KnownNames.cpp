@@ -2,247 +2,117 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 
 namespace known {
 
 namespace {
 
-template <std::size_t count>
-bool isAmong(const std::array<std::string_view, count>& names, std::string_view name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
+constexpr std::string_view qualifiers =
+    "_Nonnull _Null_unspecified _Nullable _Nullable_result __autoreleasing __block __kindof __nonnull "
+    "__nullable "
+    "__restrict __strong __unsafe_unretained __unused __weak bycopy byref const in inout nonnull "
+    "null_unspecified "
+    "nullable oneway out restrict volatile";
+
+constexpr std::string_view classes =
+    "NSArray NSAttributedString NSBundle NSCache NSCalendar NSCharacterSet NSCoder NSData NSDate "
+    "NSDateFormatter "
+    "NSDictionary NSError NSException NSFileManager NSHTTPURLResponse NSIndexPath NSIndexSet NSLocale "
+    "NSMutableArray NSMutableAttributedString NSMutableData NSMutableDictionary NSMutableSet NSMutableString "
+    "NSMutableURLRequest NSNotification NSNotificationCenter NSNumber NSObject NSOperation NSOperationQueue "
+    "NSOrderedSet NSPredicate NSProcessInfo NSScanner NSSet NSString NSThread NSTimeZone NSTimer NSURL "
+    "NSURLConnection "
+    "NSURLRequest NSURLResponse NSURLSession NSURLSessionTask NSUUID NSUserDefaults NSValue "
+    "UIActivityIndicatorView UIAlertController UIApplication UIBarButtonItem UIBezierPath UIButton "
+    "UICollectionView UICollectionViewCell UICollectionViewLayout UIColor UIControl UIDevice UIEvent UIFont "
+    "UIGestureRecognizer UIImage UIImageView UILabel UINavigationBar UINavigationController UINavigationItem "
+    "UIPanGestureRecognizer UIResponder UIScreen UIScrollView UISearchBar UISwitch UITabBar "
+    "UITabBarController "
+    "UITableView UITableViewCell UITableViewController UITapGestureRecognizer UITextField UITextView "
+    "UIToolbar "
+    "UITouch UIView UIViewController UIWindow CALayer";
+
+// Those of MacTypes.h and its like, which have no prefix.
+constexpr std::string_view taken =
+    "AbsoluteTime Boolean Byte ByteCount ByteOffset CharParameter Class CompTimeValue ConstLogicalAddress "
+    "DebugStr Debugger "
+    "Duration Fixed FixedPoint FixedRect Float32 Float32Point Float64 Float80 Float96 FourCharCode Fract "
+    "Handle "
+    "IBAction IBInspectable IBOutlet IBSegueAction ItemCount LangCode LogicalAddress Nil NumVersion "
+    "NumVersionVariant NumVersionVariantHandle OptionBits PBVersion PRefCon PhysicalAddress Point ProcHandle "
+    "ProcessSerialNumber Protocol Ptr Rect RegionCode ResType SInt16 SInt32 SInt64 SInt8 SRefCon ScriptCode "
+    "ShortFixed "
+    "SignedByte Size Str15 Str255 Str27 Str31 Str32 Str32Field Str63 StrFileName StringHandle Style "
+    "StyleField StyleParameter "
+    "SysBreak SysBreakFunc SysBreakStr TimeBase TimeBaseRecord TimeRecord TimeScale TimeValue TimeValue64 "
+    "UInt16 "
+    "UInt32 UInt64 UInt8 URefCon UniChar UniCharCount UnicodeScalarValue UniversalProcHandle UnsignedFixed "
+    "UnsignedWide VHSelect VersRec VersRecHndl";
+
+constexpr std::array<std::string_view, 32> prefixes{
+    "AU", "AV",   "Audio", "CA",     "CF",  "CG",  "CI",  "CM",   "CPU", "CS",  "CT",
+    "CV", "EAGL", "GL",    "Hooked", "IO",  "L_",  "MAX", "MIDI", "MS",  "MTL", "NS",
+    "OS", "NeXT", "PRI",   "P_",     "SCN", "SSL", "Sec", "UI",   "UN",  "UTF"};
+
+bool isUpper(char character) {
+  return character >= 'A' && character <= 'Z';
 }
 
-constexpr std::array<std::string_view, 25> ignored{
-    "_Nonnull",
-    "_Null_unspecified",
-    "_Nullable",
-    "__autoreleasing",
-    "__block",
-    "__kindof",
-    "__nonnull",
-    "__nullable",
-    "__restrict",
-    "__strong",
-    "__unsafe_unretained",
-    "__unused",
-    "__weak",
-    "bycopy",
-    "byref",
-    "const",
-    "in",
-    "inout",
-    "nonnull",
-    "null_unspecified",
-    "nullable",
-    "oneway",
-    "out",
-    "restrict",
-    "volatile",
-};
-
-constexpr std::array<std::string_view, 111> wordsOfLanguage{
-    "BOOL",         "Class",     "FALSE",
-    "IBAction",     "IBOutlet",  "IMP",
-    "NO",           "NULL",      "Nil",
-    "SEL",          "TRUE",      "YES",
-    "alignas",      "alignof",   "and",
-    "and_eq",       "asm",       "auto",
-    "bitand",       "bitor",     "bool",
-    "break",        "case",      "catch",
-    "char",         "char16_t",  "char32_t",
-    "char8_t",      "class",     "co_await",
-    "co_return",    "co_yield",  "compl",
-    "concept",      "const",     "const_cast",
-    "consteval",    "constexpr", "constinit",
-    "continue",     "decltype",  "default",
-    "delete",       "do",        "double",
-    "dynamic_cast", "else",      "enum",
-    "explicit",     "export",    "extern",
-    "false",        "float",     "for",
-    "friend",       "goto",      "id",
-    "if",           "inline",    "instancetype",
-    "int",          "long",      "mutable",
-    "namespace",    "new",       "nil",
-    "noexcept",     "not",       "not_eq",
-    "nullptr",      "operator",  "or",
-    "or_eq",        "private",   "protected",
-    "public",       "register",  "reinterpret_cast",
-    "requires",     "restrict",  "return",
-    "self",         "short",     "signed",
-    "sizeof",       "static",    "static_assert",
-    "static_cast",  "struct",    "super",
-    "switch",       "template",  "this",
-    "thread_local", "throw",     "true",
-    "try",          "typedef",   "typeid",
-    "typename",     "typeof",    "union",
-    "unsigned",     "using",     "virtual",
-    "void",         "volatile",  "wchar_t",
-    "while",        "xor",       "xor_eq",
-};
-
-constexpr std::array<std::string_view, 71> references{
-    "CFAllocatorRef",
-    "CFArrayRef",
-    "CFAttributedStringRef",
-    "CFBagRef",
-    "CFBinaryHeapRef",
-    "CFBitVectorRef",
-    "CFBooleanRef",
-    "CFBundleRef",
-    "CFCalendarRef",
-    "CFCharacterSetRef",
-    "CFDataRef",
-    "CFDateFormatterRef",
-    "CFDateRef",
-    "CFDictionaryRef",
-    "CFErrorRef",
-    "CFLocaleRef",
-    "CFMachPortRef",
-    "CFMessagePortRef",
-    "CFMutableArrayRef",
-    "CFMutableAttributedStringRef",
-    "CFMutableBagRef",
-    "CFMutableBitVectorRef",
-    "CFMutableCharacterSetRef",
-    "CFMutableDataRef",
-    "CFMutableDictionaryRef",
-    "CFMutableSetRef",
-    "CFMutableStringRef",
-    "CFNotificationCenterRef",
-    "CFNullRef",
-    "CFNumberFormatterRef",
-    "CFNumberRef",
-    "CFPropertyListRef",
-    "CFReadStreamRef",
-    "CFRunLoopObserverRef",
-    "CFRunLoopRef",
-    "CFRunLoopSourceRef",
-    "CFRunLoopTimerRef",
-    "CFSetRef",
-    "CFSocketRef",
-    "CFStringRef",
-    "CFStringTokenizerRef",
-    "CFTimeZoneRef",
-    "CFTreeRef",
-    "CFTypeRef",
-    "CFURLRef",
-    "CFUUIDRef",
-    "CFWriteStreamRef",
-    "CGColorRef",
-    "CGColorSpaceRef",
-    "CGContextRef",
-    "CGDataConsumerRef",
-    "CGDataProviderRef",
-    "CGFontRef",
-    "CGFunctionRef",
-    "CGGradientRef",
-    "CGImageRef",
-    "CGLayerRef",
-    "CGMutablePathRef",
-    "CGPDFArrayRef",
-    "CGPDFContentStreamRef",
-    "CGPDFDictionaryRef",
-    "CGPDFDocumentRef",
-    "CGPDFObjectRef",
-    "CGPDFOperatorTableRef",
-    "CGPDFPageRef",
-    "CGPDFScannerRef",
-    "CGPDFStreamRef",
-    "CGPDFStringRef",
-    "CGPathRef",
-    "CGPatternRef",
-    "CGShadingRef",
-};
-
-constexpr std::array<std::string_view, 32> passed{
-    "CATransform3D",
-    "CGAffineTransform",
-    "CGPoint",
-    "CGRect",
-    "CGSize",
-    "CGVector",
-    "NSComparisonResult",
-    "NSDecimal",
-    "NSFastEnumerationState",
-    "NSLineBreakMode",
-    "NSOperatingSystemVersion",
-    "NSRange",
-    "NSStringEncoding",
-    "NSTextAlignment",
-    "UIControlEvents",
-    "UIControlState",
-    "UIDeviceOrientation",
-    "UIEdgeInsets",
-    "UIInterfaceOrientation",
-    "UIInterfaceOrientationMask",
-    "UIKeyboardType",
-    "UIModalPresentationStyle",
-    "UIModalTransitionStyle",
-    "UIOffset",
-    "UIStatusBarAnimation",
-    "UIStatusBarStyle",
-    "UITableViewCellStyle",
-    "UITableViewStyle",
-    "UIUserInterfaceIdiom",
-    "UIViewAnimationOptions",
-    "UIViewAutoresizing",
-    "UIViewContentMode",
-};
-
-constexpr std::array<std::string_view, 11> pointedTo{
-    "FILE",
-    "NSDirectionalEdgeInsets",
-    "NSHashEnumerator",
-    "NSHashTableCallBacks",
-    "NSMapEnumerator",
-    "NSMapTableKeyCallBacks",
-    "NSMapTableValueCallBacks",
-    "NSSwappedDouble",
-    "NSSwappedFloat",
-    "NSZone",
-    "UIFloatRange",
-};
-
-constexpr std::array<std::string_view, 12> audioStructures{
-    "AudioBuffer",
-    "AudioBufferList",
-    "AudioChannelDescription",
-    "AudioChannelLayout",
-    "AudioClassDescription",
-    "AudioComponentDescription",
-    "AudioStreamBasicDescription",
-    "AudioStreamPacketDescription",
-    "AudioTimeStamp",
-    "AudioValueRange",
-    "AudioValueTranslation",
-    "SMPTETime",
-};
+bool isCapitals(std::string_view name) {
+  const auto isLower = [](char character) { return character >= 'a' && character <= 'z'; };
+  return std::none_of(name.begin(), name.end(), isLower);
+}
 
 }  // namespace
 
-bool isIgnored(std::string_view name) {
-  return isAmong(ignored, name);
+bool isAmong(std::string_view names, std::string_view name) {
+  for (std::size_t at = names.find(name); at != std::string_view::npos; at = names.find(name, at + 1)) {
+    const std::size_t end = at + name.size();
+    if ((at == 0 || names[at - 1] == ' ') && (end == names.size() || names[end] == ' '))
+      return !name.empty() && name.find(' ') == std::string_view::npos;
+  }
+  return false;
 }
 
-bool isWordOfLanguage(std::string_view name) {
-  return isAmong(wordsOfLanguage, name);
+bool isQualifier(std::string_view name) {
+  return isAmong(qualifiers, name);
 }
 
-bool isReference(std::string_view name) {
-  return isAmong(references, name);
+bool isClass(std::string_view name) {
+  return isAmong(classes, name);
 }
 
-bool isPassed(std::string_view name) {
-  return isAmong(passed, name);
+bool isTaken(std::string_view name) {
+  if (isClass(name)) return false;
+  const auto begins = [name](std::string_view prefix) { return name.starts_with(prefix); };
+  const bool isOfType = name.ends_with("Ptr") || name.ends_with("Ref") || name.ends_with("Param");
+  return name.empty() || !isUpper(name.front()) || isCapitals(name) || isOfType || isAmong(taken, name) ||
+         name.find('$') != std::string_view::npos || std::any_of(prefixes.begin(), prefixes.end(), begins);
 }
 
-bool isPointedTo(std::string_view name) {
-  return isAmong(pointedTo, name);
+bool isMacro(std::string_view name) {
+  constexpr std::string_view small =
+      "bool cg_nullable dispatch_data_empty dispatch_once dispatch_once_f errno false fsec_ace "
+      "fsec_entrycount "
+      "fsec_flags mach_msg_kind_t math_errhandling msgh_kind msgh_reserved pascal ru_first ru_last "
+      "sa_handler "
+      "sa_sigaction stderr stdin stdout sv_onstack true w_coredump w_retcode w_stopsig w_stopval "
+      "w_termsig";
+  const std::string_view bare = name.substr(std::min(name.find_first_not_of('_'), name.size()));
+  const bool isConstant = name.size() > 1 && name.front() == 'k' && isUpper(name[1]);
+  return isConstant || name.starts_with("__") || isAmong(small, name) ||
+         (!bare.empty() && isUpper(bare.front()) && (bare != name || isTaken(name)));
 }
 
-bool isAudioStructure(std::string_view name) {
-  return isAmong(audioStructures, name);
+bool isReserved(std::string_view name) {
+  return isAmong(
+             "NO NULL Nil YES nil __strong __unsafe_unretained __unused __weak "
+             "_Alignas _Alignof _Atomic _Generic _Nonnull _Noreturn _Null_unspecified _Nullable "
+             "_Nullable_result _Static_assert _Thread_local alignas alignof char16_t char32_t constexpr "
+             "decltype "
+             "noexcept nullptr static_assert thread_local",
+             name) ||
+         (name.starts_with("__") && name.ends_with("__"));
 }
 
 }  // namespace known

@@ -1,9 +1,11 @@
 #include "converter/LogosSource.h"
 
+#include "converter/KnownNames.h"
 #include "converter/MethodSignature.h"
 #include "converter/NotUnderstood.h"
 #include "converter/PlainText.h"
 #include "converter/ValueExpression.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -14,9 +16,40 @@ namespace {
 
 struct Hook {
   std::string className;
+  std::string name;  // what Logos calls the class, which is the class's own unless a header uses it
   std::set<std::string> identities;
   std::string methods;
 };
+
+// What Logos or automatic reference counting make of methods by their names.
+enum class Family {
+  None,
+  Forbidden,  // the compiler lets nobody name them
+  Copying,    // Logos declares the result as the hooked class, whatever it is
+  Creating,   // the same where it is id
+  Retained    // the caller owns the result, of which Logos knows nothing
+};
+
+Family familyOf(const MethodSignature& signature) {
+  const std::string selector = signature.selector();
+  if (known::isAmong("autorelease release retain retainCount", selector)) return Family::Forbidden;
+  const bool isOfClass = signature.of == MethodSignature::Of::Class;
+  if (!isOfClass && known::isAmong("copy copyWithZone: mutableCopy mutableCopyWithZone:", selector))
+    return Family::Copying;
+  const std::string_view name =
+      std::string_view(selector).substr(std::min(selector.find_first_not_of('_'), selector.size()));
+  for (const std::string_view word : {"alloc", "copy", "init", "mutableCopy", "new"}) {
+    const char next = name.size() > word.size() ? name[word.size()] : ':';
+    if (!name.starts_with(word) || (next >= 'a' && next <= 'z')) continue;
+    const bool isExact = name.size() == selector.size() &&
+                         (word == "new" ? selector == "new" : next == ':' || (next >= 'A' && next <= 'Z'));
+    return isExact && signature.returned.written == "id" &&
+                   (isOfClass ? word == "alloc" || word == "new" : word == "init")
+               ? Family::Creating
+               : Family::Retained;
+  }
+  return Family::None;
+}
 
 // Which argument a key ("1" for the first) means.
 std::size_t argumentIndex(const std::string& key, const MethodSignature& signature) {
@@ -29,15 +62,34 @@ std::size_t argumentIndex(const std::string& key, const MethodSignature& signatu
   return number - 1;
 }
 
+// The expression of `value`, by which `type` becomes known where it was not: an enumeration and a pointer are
+// handed over alike, whatever they are called.
+std::string expressionOf(const PropertyListValue& value, ValueType& type) {
+  if (type.kind != ValueKind::Word && type.kind != ValueKind::Unknown) return valueExpression(value, type);
+  const std::initializer_list<ValueType> candidates{{"void *", ValueKind::Pointer},
+                                                    {"NSInteger", ValueKind::Integer, 64},
+                                                    {"NSUInteger", ValueKind::Integer, 64, Sign::Unsigned}};
+  for (const ValueType& candidate : candidates) {
+    if ((candidate.kind == ValueKind::Pointer) != isNothing(value)) continue;
+    try {
+      std::string expression = valueExpression(value, candidate);
+      type = candidate;
+      return expression;
+    } catch (const NotUnderstood&) {
+    }
+  }
+  return valueExpression(value, type);
+}
+
 // The statements that set the arguments, in their order.
-std::string settingArguments(const PropertyListValue& values, const MethodSignature& signature) {
+std::string settingArguments(const PropertyListValue& values, MethodSignature& signature) {
   const PropertyListValue::Dictionary* const entries = values.dictionary();
   if (entries == nullptr) throw NotUnderstood("its arguments are no dictionary");
   std::map<std::size_t, std::string> statements;
   for (const auto& [key, value] : *entries) {
     const std::size_t index = argumentIndex(key, signature);
     const std::string statement =
-        "\t" + argumentName(index) + " = " + valueExpression(value, signature.arguments[index]) + ";\n";
+        "\t" + argumentName(index) + " = " + expressionOf(value, signature.arguments[index]) + ";\n";
     if (!statements.emplace(index, statement).second) {
       throw NotUnderstood("argument " + std::to_string(index + 1) + " is set twice");
     }
@@ -47,11 +99,40 @@ std::string settingArguments(const PropertyListValue& values, const MethodSignat
   return text;
 }
 
+// A result that is not set by a value is the original's, unless there is none.
+std::string returningValue(const PropertyListValue& value, MethodSignature& signature) {
+  const std::string expression = expressionOf(value, signature.returned);
+  const Family family = familyOf(signature);
+  const bool isObject = expression.starts_with('@') || expression.starts_with('[');
+  if (isObject && (family == Family::Copying || family == Family::Creating))
+    return "\treturn (id)" + expression + ";\n";
+  if (!isObject || family == Family::None) return "\treturn " + expression + ";\n";
+  signature.returned = {"void *", ValueKind::Pointer};
+  return "\treturn (__bridge_retained void *)" + expression + ";\n";
+}
+
+bool isKnown(const ValueType& type) {
+  return type.kind != ValueKind::Unknown && type.kind != ValueKind::Opaque;
+}
+
 std::string original(const MethodSignature& signature) {
+  if (signature.isVariadic) throw NotUnderstood("it takes a number of arguments that is not known");
+  for (const ValueType& type : signature.arguments)
+    if (!isKnown(type)) throw NotUnderstood("the type " + type.written + " is not understood");
+  if (!isKnown(signature.returned))
+    throw NotUnderstood("the type " + signature.returned.written + " is not understood");
   return signature.arguments.empty() ? "%orig" : "%orig(" + signature.argumentNames() + ")";
 }
 
-std::string body(const FlexUnit& unit, const MethodSignature& signature) {
+// An argument after one that is not known may be anywhere. Nothing is done with any of them, which void *
+// says.
+void ignoreArguments(MethodSignature& signature) {
+  const auto first = std::find_if_not(signature.arguments.begin(), signature.arguments.end(), isKnown);
+  std::fill(first, signature.arguments.end(), ValueType{"void *", ValueKind::Pointer});
+}
+
+// Gives the types of `signature` that are not known what the values tell of them.
+std::string body(const FlexUnit& unit, MethodSignature& signature) {
   const bool givesNothing = signature.returned.kind == ValueKind::Void;
   std::string text;
   if (unit.arguments) text = settingArguments(*unit.arguments, signature);
@@ -60,11 +141,15 @@ std::string body(const FlexUnit& unit, const MethodSignature& signature) {
   if (givesNothing && unit.returned) {
     if (!isNothing(*unit.returned)) throw NotUnderstood("the method gives no value");
     if (setsArguments) throw NotUnderstood("arguments are set for a method that is not to be called");
-    return "\t// The method does nothing any more.\n";
+    text = "\t// The method does nothing any more.\n";
   }
-  if (!unit.returned) return text + (givesNothing ? "\t" : "\treturn ") + original(signature) + ";\n";
-  if (setsArguments) text += "\t" + original(signature) + ";\n";
-  return text + "\treturn " + valueExpression(*unit.returned, signature.returned) + ";\n";
+  const std::string returning =
+      unit.returned && !givesNothing ? returningValue(*unit.returned, signature) : "";
+  if (setsArguments)
+    text += (givesNothing || unit.returned ? "\t" : "\treturn ") + original(signature) + ";\n";
+  else
+    ignoreArguments(signature);
+  return text + returning;
 }
 
 class SourceWriter {
@@ -84,25 +169,44 @@ class SourceWriter {
       }
     }
     source_.text = heading();
+    std::string classes;
     for (const Hook& hook : hooks_) {
-      source_.text += "\n%hook " + hook.className + "\n" + hook.methods + "\n%end\n";
+      source_.text += "\n%hook " + hook.name + "\n" + hook.methods + "\n%end\n";
+      if (hook.name == hook.className) continue;
+      classes += (classes.empty() ? "" : ", ") + hook.name + " = objc_getClass(\"" + hook.className + "\")";
     }
+    if (!classes.empty()) source_.text += "\n%ctor {\n\t%init(" + classes + ");\n}\n";
     return source_;
   }
 
  private:
   void add(const FlexUnit& unit) {
+    if (!unit.isOn) throw NotUnderstood("it is switched off");
     if (unit.className.empty()) throw NotUnderstood("no class is named");
     if (!isClassName(unit.className)) throw NotUnderstood("the class name is not understood");
-    const MethodSignature signature = methodSignature(unit.signature);
-    const std::string method = "\n" + signature.declaration() + " {\n" + body(unit, signature) + "}\n";
+    MethodSignature signature = methodSignature(unit.signature);
+    const std::string statements = body(unit, signature);
+    const Family family = familyOf(signature);
+    const bool isObject =
+        signature.returned.kind >= ValueKind::Text && signature.returned.kind <= ValueKind::Object;
+    if (family == Family::Forbidden || (family == Family::Copying && !isObject))
+      throw NotUnderstood("automatic reference counting does not let the method be hooked");
     Hook& hook = hookFor(unit.className);
-    if (!hook.identities.insert(signature.identity()).second) {
-      throw NotUnderstood("an earlier unit has set the method");
+    // Logos names its functions like this.
+    const std::string identity =
+        (signature.of == MethodSignature::Of::Class ? '+' : '-') + replaceAll(signature.selector(), ":", "$");
+    if (!hook.identities.insert(identity).second) throw NotUnderstood("an earlier unit has set the method");
+    hook.methods += "\n" + signature.declaration() + " {\n" + statements + "}\n";
+    for (std::string name : signature.names) {
+      if (name.ends_with(':')) name.pop_back();
+      if (known::isMacro(name)) macros_.insert(name);
     }
-    hook.methods += method;
-    declare(signature.returned);
-    for (const ValueType& type : signature.arguments) declare(type);
+  }
+
+  // Identifiers, with dots between them where a class of Swift is named with its module.
+  static bool isClassName(std::string_view name) {
+    const std::size_t dot = std::min(name.find('.'), name.size());
+    return isIdentifier(name.substr(0, dot)) && (dot == name.size() || isClassName(name.substr(dot + 1)));
   }
 
   // A class gets its hook with its first unit that is understood.
@@ -110,11 +214,9 @@ class SourceWriter {
     const auto isIt = [&className](const Hook& hook) { return hook.className == className; };
     const auto found = std::find_if(hooks_.begin(), hooks_.end(), isIt);
     if (found != hooks_.end()) return *found;
-    return hooks_.emplace_back(Hook{className, {}, {}});
-  }
-
-  void declare(const ValueType& type) {
-    if (!type.forwardClass.empty()) classes_.insert(type.forwardClass);
+    const bool isOwn = isIdentifier(className) && !known::isTaken(className);
+    return hooks_.emplace_back(
+        Hook{className, isOwn ? className : "Hooked" + std::to_string(hooks_.size() + 1), {}, {}});
   }
 
   std::string heading() const {
@@ -124,16 +226,21 @@ class SourceWriter {
           "// For the application " + commentText(patch_.application) + ": the filter list must name it.\n";
     }
     if (patch_.units.empty()) text += "// The patch holds nothing.\n";
+    if (!hooks_.empty()) {
+      text +=
+          "// To build it, rename the file so that it ends in .x or .xm. A Makefile that lists its sources\n"
+          "// instead of taking every one beside it has to list the file.\n";
+    }
     text += skipped_ + "\n#import <UIKit/UIKit.h>\n";
-    if (!classes_.empty()) text += "\n";
-    for (const std::string& name : classes_) text += "@class " + name + ";\n";
+    if (!macros_.empty()) text += "\n// Macros of these names would change the methods' names.\n";
+    for (const std::string& name : macros_) text += "#undef " + name + "\n";
     return text;
   }
 
   const FlexPatch& patch_;
   LogosSource source_;
   std::vector<Hook> hooks_;
-  std::set<std::string> classes_;
+  std::set<std::string> macros_;
   std::string skipped_;
 };
 

@@ -1,8 +1,27 @@
 #include "converter/MethodSignature.h"
 
+#include "converter/KnownNames.h"
 #include "converter/NotUnderstood.h"
 
+#include <algorithm>
+
 namespace {
+
+// Class dumps say in comments what a type really is: "id /* block */", "/*^block*/id".
+std::string withoutComments(std::string_view text) {
+  std::string kept;
+  while (true) {
+    const std::size_t start = std::min(text.find("/*"), text.find("//"));
+    kept += text.substr(0, start);
+    if (start == std::string_view::npos) return kept;
+    const std::string_view ending = text[start + 1] == '*' ? "*/" : "\n";
+    const std::size_t end = text.find(ending, start + 2);
+    const bool isBlock = text.substr(start, end - start).find("block") != std::string_view::npos;
+    kept += isBlock && ending == "*/" ? " ^ " : " ";
+    if (end == std::string_view::npos) return kept;
+    text.remove_prefix(end + ending.size());
+  }
+}
 
 // Whether every argument has a name of its own. "a:(int)b:(int)c" has two meanings otherwise.
 enum class ArgumentNames { Given, Optional };
@@ -31,6 +50,12 @@ class SignatureReader {
       signature.arguments.push_back(type());
       if (signature.arguments.back().kind == ValueKind::Void) giveUp();
     } while (takeNextPiece(name));
+    if (take(',')) {
+      for (int dots = 0; dots < 3; ++dots) {
+        if (!take('.')) giveUp();
+      }
+      signature.isVariadic = true;
+    }
     end();
     return signature;
   }
@@ -39,7 +64,8 @@ class SignatureReader {
   [[noreturn]] static void giveUp() { throw NotUnderstood("the method is not understood"); }
 
   void skipBlanks() {
-    while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t')) ++at_;
+    while (at_ < text_.size() && std::string_view(" \t\r\n").find(text_[at_]) != std::string_view::npos)
+      ++at_;
   }
 
   bool take(char character) {
@@ -70,7 +96,7 @@ class SignatureReader {
     const std::size_t start = at_;
     while (at_ < text_.size() && isIdentifierCharacter(text_[at_])) ++at_;
     const std::string_view name = text_.substr(start, at_ - start);
-    if (!name.empty() && !isIdentifier(name)) giveUp();
+    if (!name.empty() && (!isIdentifier(name) || known::isReserved(name))) giveUp();
     return std::string(name);
   }
 
@@ -101,8 +127,8 @@ std::string argumentName(std::size_t index) {
   return "arg" + std::to_string(index + 1);
 }
 
-std::string MethodSignature::identity() const {
-  std::string text = of == Of::Class ? "+" : "-";
+std::string MethodSignature::selector() const {
+  std::string text;
   for (const std::string& name : names) text += name;
   return text;
 }
@@ -125,9 +151,10 @@ std::string MethodSignature::argumentNames() const {
 }
 
 MethodSignature methodSignature(std::string_view text) {
+  const std::string plain = withoutComments(text);
   try {
-    return SignatureReader(text, ArgumentNames::Given).read();
+    return SignatureReader(plain, ArgumentNames::Given).read();
   } catch (const NotUnderstood&) {
-    return SignatureReader(text, ArgumentNames::Optional).read();
+    return SignatureReader(plain, ArgumentNames::Optional).read();
   }
 }

@@ -14,9 +14,10 @@ struct MethodSignature {
   ValueType returned;
   std::vector<std::string> names;    // the selector's pieces, each with its colon where it takes an argument
   std::vector<ValueType> arguments;  // one for each name with a colon
+  bool isVariadic = false;           // takes more behind them, which cannot be handed on
 
-  // What tells two methods of a class apart.
-  std::string identity() const;
+  // The names joined, such as "itemWithName:count:".
+  std::string selector() const;
   // As the source declares it. The arguments are called arg1, arg2 and so on: the names in a list may be
   // anything, words of the language included.
   std::string declaration() const;
@@ -26,5 +27,5 @@ struct MethodSignature {
 
 std::string argumentName(std::size_t index);
 
-// A type that is not written is id. Throws NotUnderstood.
+// Also as class dumps print it, with comments. A type that is not written is id. Throws NotUnderstood.
 MethodSignature methodSignature(std::string_view text);

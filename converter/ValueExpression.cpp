@@ -1,14 +1,15 @@
 #include "converter/ValueExpression.h"
 
+#include "converter/KnownNames.h"
 #include "converter/NotUnderstood.h"
 #include "converter/PlainText.h"
+#include "core/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
-#include <optional>
 
 namespace {
 
@@ -17,51 +18,106 @@ struct Whole {
   Sign sign = Sign::Signed;  // Unsigned: zero or more
 };
 
-std::optional<bool> truth(const PropertyListValue& value) {
-  if (const bool* const plain = std::get_if<bool>(&value.value)) return *plain;
-  if (const auto* const number = std::get_if<std::int64_t>(&value.value)) {
-    if (*number == 0 || *number == 1) return *number == 1;
-  }
-  const std::string* const text = value.text();
-  if (text == nullptr) return std::nullopt;
-  for (const char* const word : {"YES", "true", "TRUE", "1"}) {
-    if (*text == word) return true;
-  }
-  for (const char* const word : {"NO", "false", "FALSE", "0"}) {
-    if (*text == word) return false;
-  }
-  return std::nullopt;
+using Number = std::variant<bool, Whole, double>;
+using MaybeWritten = std::optional<std::string>;
+
+std::string trimmed(const std::string& text, std::string_view unwanted = " \t\r\n") {
+  const std::size_t first = text.find_first_not_of(unwanted);
+  return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(unwanted) - first + 1);
 }
 
+// As people write a number in source or elsewhere: "(BOOL)1", "@(5);", "٥", "return NO;".
+std::string plainNumber(std::string text) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 13> westerns{{{"٠", "0"},
+                                                                                    {"١", "1"},
+                                                                                    {"٢", "2"},
+                                                                                    {"٣", "3"},
+                                                                                    {"٤", "4"},
+                                                                                    {"٥", "5"},
+                                                                                    {"٦", "6"},
+                                                                                    {"٧", "7"},
+                                                                                    {"٨", "8"},
+                                                                                    {"٩", "9"},
+                                                                                    {"٫", "."},
+                                                                                    {"−", "-"},
+                                                                                    {"@", ""}}};
+  for (const auto& [there, western] : westerns) text = replaceAll(text, there, western);
+  text = trimmed(text, " \t\r\n;");
+  if (text.starts_with("return ")) text = trimmed(text.substr(7));
+  const std::size_t cast = text.find(')');
+  if (text.starts_with('(') && cast + 1 < text.size()) text = trimmed(text.substr(cast + 1));
+  if (text.starts_with('(') && text.ends_with(')')) text = trimmed(text.substr(1, text.size() - 2));
+  return text;
+}
+
+// With "0x", and with C's suffixes.
 std::optional<Whole> wholeOf(std::string_view text) {
   Whole whole{0, Sign::Unsigned};
-  if (text.starts_with('-')) {
-    whole.sign = Sign::Signed;
-    text.remove_prefix(1);
-  }
+  if (text.starts_with('-')) whole.sign = Sign::Signed;
+  if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
   const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
   if (isHexadecimal) text.remove_prefix(2);
   const char* const last = text.data() + text.size();
   const auto [end, error] = std::from_chars(text.data(), last, whole.magnitude, isHexadecimal ? 16 : 10);
-  if (error != std::errc() || end != last) return std::nullopt;
+  const std::string_view suffix(end, static_cast<std::size_t>(last - end));
+  if (error != std::errc() || (!suffix.empty() && !known::isAmong("u l ul ll ull U L UL LL ULL", suffix)))
+    return std::nullopt;
   if (whole.magnitude == 0) whole.sign = Sign::Unsigned;
   return whole;
 }
 
-std::optional<Whole> whole(const PropertyListValue& value) {
-  if (const bool* const plain = std::get_if<bool>(&value.value))
-    return Whole{*plain ? 1U : 0U, Sign::Unsigned};
+std::optional<double> realOf(std::string_view text) {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  if (text.ends_with('f') || text.ends_with('F')) text.remove_suffix(1);
+  double number = 0;
+  const char* const last = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), last, number);
+  return error == std::errc() && end == last && std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<Number> numberOf(const std::string& text) {
+  const std::string plain = plainNumber(text);
+  std::string lower = plain;
+  std::transform(plain.begin(), plain.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  if (known::isAmong("yes y true on enabled نعم", lower)) return true;
+  if (known::isAmong("no n false off disabled لا", lower)) return false;
+  if (const auto whole = wholeOf(plain)) return *whole;
+  const auto real = realOf(plain);
+  return real ? std::optional<Number>(*real) : std::nullopt;
+}
+
+std::optional<Number> numberOf(const PropertyListValue& value) {
+  if (const bool* const answer = std::get_if<bool>(&value.value)) return *answer;
+  if (const auto* const number = std::get_if<double>(&value.value))
+    return std::isfinite(*number) ? std::optional<Number>(*number) : std::nullopt;
   if (const auto* const number = std::get_if<std::int64_t>(&value.value)) {
     const auto bits = static_cast<std::uint64_t>(*number);
     return *number < 0 ? Whole{0 - bits, Sign::Signed} : Whole{bits, Sign::Unsigned};
   }
   if (const auto* const number = std::get_if<std::uint64_t>(&value.value))
     return Whole{*number, Sign::Unsigned};
-  return value.text() == nullptr ? std::nullopt : wholeOf(*value.text());
+  return value.text() == nullptr ? std::nullopt : numberOf(*value.text());
+}
+
+// Reals too where they are whole numbers.
+std::optional<Whole> whole(const Number& number) {
+  if (const auto* const whole = std::get_if<Whole>(&number)) return *whole;
+  if (const bool* const answer = std::get_if<bool>(&number)) return Whole{*answer ? 1U : 0U, Sign::Unsigned};
+  const double real = std::get<double>(number);
+  if (real != std::floor(real) || std::fabs(real) >= 0x1p63) return std::nullopt;
+  return Whole{static_cast<std::uint64_t>(std::fabs(real)), real < 0 ? Sign::Signed : Sign::Unsigned};
+}
+
+double real(const Number& number) {
+  if (const auto* const real = std::get_if<double>(&number)) return *real;
+  const Whole amount = *whole(number);
+  return amount.sign == Sign::Signed ? -static_cast<double>(amount.magnitude)
+                                     : static_cast<double>(amount.magnitude);
 }
 
 // Absent when the number does not fit.
-std::optional<std::string> wholeExpression(const Whole& number, unsigned bits, Sign sign) {
+MaybeWritten wholeExpression(const Whole& number, unsigned bits, Sign sign) {
   const std::uint64_t largest =
       sign == Sign::Unsigned ? UINT64_MAX >> (64 - bits) : (std::uint64_t{1} << (bits - 1)) - 1;
   if (number.sign == Sign::Unsigned) {
@@ -74,24 +130,7 @@ std::optional<std::string> wholeExpression(const Whole& number, unsigned bits, S
   return "-" + std::to_string(number.magnitude);
 }
 
-std::optional<double> real(const PropertyListValue& value) {
-  if (const auto* const number = std::get_if<double>(&value.value)) return *number;
-  if (const auto* const number = std::get_if<std::int64_t>(&value.value)) return static_cast<double>(*number);
-  if (const auto* const number = std::get_if<std::uint64_t>(&value.value))
-    return static_cast<double>(*number);
-  const std::string* const text = value.text();
-  // strtod would take blanks, words and hexadecimal too.
-  if (text == nullptr || text->empty() || text->find_first_not_of("0123456789+-.eE") != std::string::npos) {
-    return std::nullopt;
-  }
-  char* end = nullptr;
-  const double number = std::strtod(text->c_str(), &end);
-  if (end != text->c_str() + text->size()) return std::nullopt;
-  return number;
-}
-
-std::optional<std::string> realExpression(double number, unsigned bits) {
-  if (!std::isfinite(number)) return std::nullopt;
+MaybeWritten realExpression(double number, unsigned bits) {
   if (bits == 32 && std::fabs(number) > std::numeric_limits<float>::max()) return std::nullopt;
   std::array<char, 32> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
@@ -100,86 +139,136 @@ std::optional<std::string> realExpression(double number, unsigned bits) {
   return text;
 }
 
-std::optional<std::string> booleanExpression(const PropertyListValue& value) {
-  const auto answer = truth(value);
-  if (!answer) return std::nullopt;
-  return *answer ? "YES" : "NO";
-}
-
-std::optional<std::string> integerExpression(const PropertyListValue& value, const ValueType& type) {
-  const auto number = whole(value);
-  return number ? wholeExpression(*number, type.bits, type.sign) : std::nullopt;
-}
-
-// An NSNumber of the kind that the value itself is; what a text is, is told by what it looks like.
-std::optional<std::string> boxedNumber(const PropertyListValue& value) {
-  const bool isTruth =
-      std::holds_alternative<bool>(value.value) || (value.text() != nullptr && !wholeOf(*value.text()));
-  if (const auto answer = isTruth ? booleanExpression(value) : std::nullopt) return "@" + *answer;
-  if (const auto number = whole(value)) {
-    const Sign sign =
-        number->magnitude > INT64_MAX && number->sign == Sign::Unsigned ? Sign::Unsigned : Sign::Signed;
-    const auto written = wholeExpression(*number, 64, sign);
-    return written ? std::optional("@(" + *written + ")") : std::nullopt;
-  }
-  const auto number = real(value);
-  const auto written = number ? realExpression(*number, 64) : std::nullopt;
-  return written ? std::optional("@(" + *written + ")") : std::nullopt;
-}
-
-std::optional<std::string> textExpression(const PropertyListValue& value) {
-  const std::string* const text = value.text();
-  // Theos takes warnings for errors, and the compiler warns of a zero within a literal.
-  if (text == nullptr || text->find('\0') != std::string::npos) return std::nullopt;
-  return stringLiteral(*text);
-}
-
-std::optional<std::string> objectExpression(const PropertyListValue& value, ValueKind kind) {
-  if (isNothing(value)) return "nil";
-  switch (kind) {
-    case ValueKind::Text:
-      return textExpression(value);
-    case ValueKind::MutableText: {
-      const auto text = textExpression(value);
-      return text ? std::optional("[NSMutableString stringWithString:" + *text + "]") : std::nullopt;
-    }
-    case ValueKind::Number:
-      return boxedNumber(value);
-    case ValueKind::AnyObject:
-      return value.text() != nullptr ? textExpression(value) : boxedNumber(value);
-    default:
-      return std::nullopt;
-  }
-}
-
-std::optional<std::string> expression(const PropertyListValue& value, const ValueType& type) {
+MaybeWritten numberExpression(const Number& number, const ValueType& type) {
+  const auto amount = whole(number);
   switch (type.kind) {
-    case ValueKind::Void:
-    case ValueKind::Passed:
-      return std::nullopt;
     case ValueKind::Boolean:
-      return booleanExpression(value);
+      if (!amount || amount->magnitude > 1 || amount->sign == Sign::Signed) return std::nullopt;
+      return amount->magnitude == 1 ? "YES" : "NO";
     case ValueKind::Integer:
-      return integerExpression(value, type);
-    case ValueKind::Real: {
-      const auto number = real(value);
-      return number ? realExpression(*number, type.bits) : std::nullopt;
+      return amount ? wholeExpression(*amount, type.bits, type.sign) : std::nullopt;
+    case ValueKind::Enumeration: {
+      auto written = amount ? wholeExpression(*amount, 64, amount->sign) : std::nullopt;
+      return written ? std::optional("(" + type.written + ")" + *written) : std::nullopt;
     }
+    case ValueKind::Real:
+      return realExpression(real(number), type.bits);
+    case ValueKind::Object:
     case ValueKind::Pointer:
-      return isNothing(value) ? std::optional<std::string>("NULL") : std::nullopt;
+      if (!std::holds_alternative<Whole>(number) || amount->magnitude != 0) return std::nullopt;
+      return type.kind == ValueKind::Object ? "nil" : "NULL";
+    case ValueKind::Number:
+    case ValueKind::AnyObject: {
+      if (const bool* const answer = std::get_if<bool>(&number)) return *answer ? "@YES" : "@NO";
+      const auto* const exact = std::get_if<Whole>(&number);
+      auto written =
+          exact != nullptr
+              ? wholeExpression(*exact, 64, exact->magnitude > INT64_MAX ? exact->sign : Sign::Signed)
+              : realExpression(real(number), 64);
+      return written ? std::optional("@(" + *written + ")") : std::nullopt;
+    }
     default:
-      return objectExpression(value, type.kind);
+      return std::nullopt;
   }
+}
+
+struct Structure {
+  std::string_view name;
+  std::string_view maker;
+  std::size_t members;
+};
+
+constexpr std::array<Structure, 8> structures{{
+    {"CGRect", "CGRectMake", 4},
+    {"CGSize", "CGSizeMake", 2},
+    {"CGPoint", "CGPointMake", 2},
+    {"CGVector", "CGVectorMake", 2},
+    {"UIEdgeInsets", "UIEdgeInsetsMake", 4},
+    {"UIOffset", "UIOffsetMake", 2},
+    {"CGAffineTransform", "CGAffineTransformMake", 6},
+    {"NSRange", "NSMakeRange", 2},
+}};
+
+// "{{0, 0}, {320, 480}}", with brackets of any kind or none, the name of a function before them, or
+// "CGRectZero".
+MaybeWritten structureExpression(const std::string& text, const std::string& name) {
+  const auto found = std::find_if(structures.begin(), structures.end(),
+                                  [&name](const Structure& structure) { return structure.name == name; });
+  if (found == structures.end()) return std::nullopt;
+  std::string rest = trimmed(text, " \t\r\n;@");
+  for (const std::string_view constant : {"Zero", "Identity", "Null", "Infinite"})
+    if (rest == name + std::string(constant))
+      return known::isAmong(
+                 "CGRectZero CGRectNull CGRectInfinite CGSizeZero CGPointZero UIEdgeInsetsZero UIOffsetZero "
+                 "CGAffineTransformIdentity",
+                 rest)
+                 ? std::optional(rest)
+                 : std::nullopt;
+  for (const std::string_view start : {found->maker, std::string_view("CGRect"), found->name})
+    if (rest.starts_with(start)) rest.erase(0, start.size());
+  std::replace_if(
+      rest.begin(), rest.end(),
+      [](char c) { return std::string_view("{}()[],;:\t\r\n").find(c) != std::string_view::npos; }, ' ');
+  std::string expression;
+  std::size_t members = 0;
+  for (rest = trimmed(rest); !rest.empty(); ++members) {
+    const std::size_t end = std::min(rest.find(' '), rest.size());
+    const auto number = numberOf(rest.substr(0, end));
+    const auto member =
+        number ? numberExpression(*number, name == "NSRange"
+                                               ? ValueType{"", ValueKind::Integer, 64, Sign::Unsigned}
+                                               : ValueType{"", ValueKind::Real, 64})
+               : std::nullopt;
+    if (!member) return std::nullopt;
+    expression += (members == 0 ? "" : ", ") + *member;
+    rest = trimmed(rest.substr(end));
+  }
+  if (members != found->members) return std::nullopt;
+  return std::string(found->maker) + "(" + expression + ")";
+}
+
+MaybeWritten textExpression(const std::string& text) {
+  // Theos takes warnings for errors, and the compiler warns of a zero within a literal.
+  return text.find('\0') == std::string::npos ? std::optional(stringLiteral(text)) : std::nullopt;
+}
+
+MaybeWritten expression(const PropertyListValue& value, const ValueType& type) {
+  const bool isObject = type.kind >= ValueKind::Text && type.kind <= ValueKind::Object;
+  if (isNothing(value) && (isObject || type.kind == ValueKind::Pointer)) return isObject ? "nil" : "NULL";
+  if (const std::string* const text = value.text()) {
+    switch (type.kind) {
+      case ValueKind::Text:
+      case ValueKind::AnyObject:
+        return textExpression(*text);
+      case ValueKind::MutableText: {
+        const auto literal = textExpression(*text);
+        return literal ? std::optional("[NSMutableString stringWithString:" + *literal + "]") : std::nullopt;
+      }
+      case ValueKind::Structure:
+        return structureExpression(*text, type.written);
+      default:
+        break;
+    }
+  }
+  const auto number = numberOf(value);
+  return number ? numberExpression(*number, type) : std::nullopt;
 }
 
 }  // namespace
 
 bool isNothing(const PropertyListValue& value) {
   const std::string* const text = value.text();
-  return text != nullptr && (*text == "nil" || *text == "NULL" || *text == "null" || *text == "(null)");
+  return text != nullptr && known::isAmong("nil Nil NULL null (null)", *text);
+}
+
+std::optional<bool> truth(const PropertyListValue& value) {
+  const auto number = numberOf(value);
+  const auto written = number ? numberExpression(*number, {"", ValueKind::Boolean}) : std::nullopt;
+  return written ? std::optional(*written == "YES") : std::nullopt;
 }
 
 std::string valueExpression(const PropertyListValue& value, const ValueType& type) {
+  if (type.kind >= ValueKind::Unknown) throw NotUnderstood("the type " + type.written + " is not understood");
   const auto written = expression(value, type);
   if (!written) throw NotUnderstood("a value does not fit the type " + type.written);
   return *written;

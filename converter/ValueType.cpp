@@ -1,7 +1,6 @@
 #include "converter/ValueType.h"
 
 #include "converter/KnownNames.h"
-#include "converter/NotUnderstood.h"
 
 #include <algorithm>
 #include <array>
@@ -12,85 +11,91 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-struct ScalarName {
-  std::string_view name;
+struct NamedTypes {
+  std::string_view names;
   ValueKind kind;
-  unsigned bits;
+  unsigned bits = 0;
   Sign sign = Sign::Signed;
+  std::string_view written = {};  // empty: by their names
 };
 
 // Sizes are those of a 64-bit phone.
-constexpr std::array<ScalarName, 48> scalarNames{{
-    {"BOOL", ValueKind::Boolean, 8},
-    {"bool", ValueKind::Boolean, 8},
-    {"_Bool", ValueKind::Boolean, 8},
+constexpr std::array<NamedTypes, 33> namedTypes{{
+    {"void IBAction", ValueKind::Void, 0, Sign::Signed, "void"},
+    {"BOOL bool _Bool", ValueKind::Boolean, 8, Sign::Signed, "BOOL"},
     {"Boolean", ValueKind::Boolean, 8},
     {"boolean_t", ValueKind::Boolean, 32},
-    {"NSInteger", ValueKind::Integer, 64},
-    {"NSUInteger", ValueKind::Integer, 64, Sign::Unsigned},
-    {"CFIndex", ValueKind::Integer, 64},
-    {"int8_t", ValueKind::Integer, 8},
-    {"int16_t", ValueKind::Integer, 16},
-    {"int32_t", ValueKind::Integer, 32},
-    {"int64_t", ValueKind::Integer, 64},
-    {"uint8_t", ValueKind::Integer, 8, Sign::Unsigned},
-    {"uint16_t", ValueKind::Integer, 16, Sign::Unsigned},
-    {"uint32_t", ValueKind::Integer, 32, Sign::Unsigned},
-    {"uint64_t", ValueKind::Integer, 64, Sign::Unsigned},
-    {"SInt8", ValueKind::Integer, 8},
-    {"SInt16", ValueKind::Integer, 16},
-    {"SInt32", ValueKind::Integer, 32},
-    {"SInt64", ValueKind::Integer, 64},
-    {"UInt8", ValueKind::Integer, 8, Sign::Unsigned},
-    {"UInt16", ValueKind::Integer, 16, Sign::Unsigned},
-    {"UInt32", ValueKind::Integer, 32, Sign::Unsigned},
-    {"UInt64", ValueKind::Integer, 64, Sign::Unsigned},
-    {"size_t", ValueKind::Integer, 64, Sign::Unsigned},
-    {"ssize_t", ValueKind::Integer, 64},
-    {"time_t", ValueKind::Integer, 64},
-    {"intptr_t", ValueKind::Integer, 64},
-    {"uintptr_t", ValueKind::Integer, 64, Sign::Unsigned},
-    {"unichar", ValueKind::Integer, 16, Sign::Unsigned},
-    {"Byte", ValueKind::Integer, 8, Sign::Unsigned},
-    {"UniChar", ValueKind::Integer, 16, Sign::Unsigned},
-    {"OSStatus", ValueKind::Integer, 32},
-    {"OSType", ValueKind::Integer, 32, Sign::Unsigned},
-    {"FourCharCode", ValueKind::Integer, 32, Sign::Unsigned},
-    {"Float32", ValueKind::Real, 32},
-    {"Float64", ValueKind::Real, 64},
-    {"float", ValueKind::Real, 32},
-    {"double", ValueKind::Real, 64},
-    {"CGFloat", ValueKind::Real, 64},
-    {"NSTimeInterval", ValueKind::Real, 64},
-    {"CFTimeInterval", ValueKind::Real, 64},
-    {"CFAbsoluteTime", ValueKind::Real, 64},
-    {"void", ValueKind::Void, 0},
-    {"id", ValueKind::AnyObject, 0},
-    {"Class", ValueKind::Object, 0},
-    {"SEL", ValueKind::Pointer, 0},
-    {"IMP", ValueKind::Pointer, 0},
+    {"NSInteger CFIndex int64_t SInt64 ssize_t time_t intptr_t ptrdiff_t off_t", ValueKind::Integer, 64},
+    {"NSUInteger uint64_t UInt64 size_t uintptr_t", ValueKind::Integer, 64, Sign::Unsigned},
+    {"dispatch_time_t CFTypeID CFOptionFlags", ValueKind::Integer, 64, Sign::Unsigned, "unsigned long long"},
+    {"int32_t SInt32 OSStatus pid_t wchar_t", ValueKind::Integer, 32},
+    {"uint32_t UInt32 OSType FourCharCode CFStringEncoding uid_t", ValueKind::Integer, 32, Sign::Unsigned},
+    {"uint u_int32_t", ValueKind::Integer, 32, Sign::Unsigned, "unsigned int"},
+    {"int16_t SInt16", ValueKind::Integer, 16},
+    {"uint16_t UInt16 unichar UniChar", ValueKind::Integer, 16, Sign::Unsigned},
+    {"ushort CGGlyph u_int16_t", ValueKind::Integer, 16, Sign::Unsigned, "unsigned short"},
+    {"int8_t SInt8", ValueKind::Integer, 8},
+    {"uint8_t UInt8 Byte", ValueKind::Integer, 8, Sign::Unsigned},
+    {"float Float32", ValueKind::Real, 32},
+    {"UILayoutPriority float_t", ValueKind::Real, 32, Sign::Signed, "float"},
+    {"double CGFloat NSTimeInterval CFTimeInterval CFAbsoluteTime Float64", ValueKind::Real, 64},
+    {"UIFontWeight UIWindowLevel UIScrollViewDecelerationRate UIAccelerationValue CLLocationAccuracy "
+     "CLLocationDegrees CLLocationDirection CLLocationDistance CLLocationSpeed double_t",
+     ValueKind::Real, 64, Sign::Signed, "double"},
+    {"NSComparisonResult NSLineBreakMode NSStringEncoding NSTextAlignment UIBarStyle UIControlEvents "
+     "UIControlState "
+     "UIDeviceOrientation UIInterfaceOrientation UIInterfaceOrientationMask UIKeyboardAppearance "
+     "UIKeyboardType "
+     "UIModalPresentationStyle UIModalTransitionStyle UIReturnKeyType UIStatusBarAnimation UIStatusBarStyle "
+     "UITableViewCellSelectionStyle UITableViewCellStyle UITableViewStyle UIUserInterfaceIdiom "
+     "UIViewAnimationOptions UIViewAutoresizing UIViewContentMode",
+     ValueKind::Enumeration, 64},
+    {"CATransform3D CGAffineTransform CGPoint CGRect CGSize CGVector NSDecimal NSFastEnumerationState "
+     "NSOperatingSystemVersion NSRange UIEdgeInsets UIOffset",
+     ValueKind::Structure},
+    {"_NSRange", ValueKind::Structure, 0, Sign::Signed, "NSRange"},
+    {"NSRect", ValueKind::Structure, 0, Sign::Signed, "CGRect"},
+    {"NSPoint", ValueKind::Structure, 0, Sign::Signed, "CGPoint"},
+    {"NSSize", ValueKind::Structure, 0, Sign::Signed, "CGSize"},
+    {"NSDirectionalEdgeInsets NSEdgeInsets NSHashEnumerator NSHashTableCallBacks NSMapEnumerator "
+     "NSMapTableKeyCallBacks NSMapTableValueCallBacks NSSwappedDouble NSSwappedFloat NSZone UIFloatRange",
+     ValueKind::Opaque},
+    {"id instancetype NSFileProviderItem UIScribbleElementIdentifier", ValueKind::AnyObject, 0, Sign::Signed,
+     "id"},
+    {"Class", ValueKind::Object},
+    {"CDUnknownBlockType dispatch_block_t dispatch_data_t dispatch_group_t dispatch_io_t dispatch_object_t "
+     "dispatch_queue_t dispatch_semaphore_t dispatch_source_t xpc_connection_t xpc_object_t NSComparator",
+     ValueKind::Object, 0, Sign::Signed, "id"},
+    {"NSNotificationName NSErrorDomain NSExceptionName NSRunLoopMode UIContentSizeCategory UIFontTextStyle",
+     ValueKind::Text, 0, Sign::Signed, "NSString *"},
+    {"SEL IMP CFArrayRef CFDataRef CFDictionaryRef CFStringRef CFTypeRef CFURLRef CGColorRef CGColorSpaceRef "
+     "CGContextRef CGFontRef CGGradientRef CGImageRef CGMutablePathRef CGPathRef",
+     ValueKind::Pointer},
+    {"NSRangePointer CDUnknownFunctionPointerType dispatch_function_t va_list", ValueKind::Pointer, 0,
+     Sign::Signed, "void *"},
+    {"CLLocationCoordinate2D MKCoordinateRegion MKCoordinateSpan MKMapPoint MKMapRect CMTime CMTimeRange",
+     ValueKind::Opaque},
 }};
 
-const ScalarName* scalarNamed(std::string_view name) {
-  const auto isIt = [name](const ScalarName& scalar) { return scalar.name == name; };
-  const auto* const found = std::find_if(scalarNames.begin(), scalarNames.end(), isIt);
-  return found == scalarNames.end() ? nullptr : found;
+std::optional<ValueType> namedType(const std::string& name) {
+  for (const NamedTypes& types : namedTypes) {
+    if (!known::isAmong(types.names, name)) continue;
+    const bool isOpaque = types.kind == ValueKind::Opaque;
+    return ValueType{types.written.empty() || isOpaque ? name : std::string(types.written), types.kind,
+                     types.bits, types.sign};
+  }
+  return {};
 }
 
-[[noreturn]] void giveUp(std::string_view text) {
-  throw NotUnderstood("the type " + std::string(text) + " is not understood");
-}
-
-// What stands between angle brackets names protocols and type arguments, which make no difference for a call.
-std::string withoutAngles(std::string_view text) {
+// Without what is between angle brackets (protocols, type arguments) and braces (the members of a structure).
+std::string withoutInsides(std::string_view text) {
   std::string kept;
   int depth = 0;
   for (const char character : text) {
-    if (character == '<') ++depth;
+    if (character == '<' || character == '{') ++depth;
     if (depth == 0) kept += character;
-    if (character == '>' && --depth < 0) giveUp(text);
+    if (character == '>' || character == '}') kept += ' ', --depth;
   }
-  if (depth != 0) giveUp(text);
   return kept;
 }
 
@@ -98,108 +103,90 @@ struct Pieces {
   Words words;
   bool isConstant = false;  // what is pointed to
   std::size_t stars = 0;
+  bool isUnderstood = true;
 };
 
 Pieces piecesOf(std::string_view text) {
   Pieces pieces;
-  const std::string plain = withoutAngles(text);
-  for (std::size_t at = 0; at < plain.size();) {
-    if (plain[at] == ' ' || plain[at] == '\t') {
-      ++at;
-    } else if (plain[at] == '*') {
-      ++pieces.stars;
-      ++at;
-    } else {
-      std::size_t end = at;
-      while (end < plain.size() && isIdentifierCharacter(plain[end])) ++end;
-      const std::string word = plain.substr(at, end - at);
-      if (!isIdentifier(word)) giveUp(text);
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t end = at;
+    while (end < text.size() && isIdentifierCharacter(text[end])) ++end;
+    if (const std::string word(text.substr(at, end - at)); !word.empty()) {
       if (word == "const" && pieces.stars == 0) pieces.isConstant = true;
-      if (!known::isIgnored(word)) {
-        if (pieces.stars != 0) giveUp(text);
+      if (!known::isQualifier(word)) {
+        pieces.isUnderstood = pieces.isUnderstood && pieces.stars == 0 && isIdentifier(word);
         pieces.words.push_back(word);
       }
       at = end;
+      continue;
     }
+    // References and arrays are handed over as pointers.
+    if (text[at] == '*' || text[at] == '&' || text[at] == '[') ++pieces.stars;
+    if (text[at] == '[')
+      at = std::min(text.find(']', at), text.size() - 1);
+    else if (std::string_view(" \t\r\n*&").find(text[at]) == std::string_view::npos)
+      pieces.isUnderstood = false;
+    ++at;
   }
   return pieces;
 }
 
-std::string joinedWords(const Words& words) {
-  std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-  return text;
-}
-
 // char, short, int and long in their combinations; absent when the words are something else.
-std::optional<ValueType> basicInteger(const Words& words) {
+std::optional<ValueType> basicType(const Words& words) {
   const auto count = [&words](std::string_view word) { return std::count(words.begin(), words.end(), word); };
   const auto chars = count("char");
   const auto shorts = count("short");
   const auto longs = count("long");
   const auto ints = count("int");
   const auto signs = count("signed") + count("unsigned");
+  if (words.size() == 2 && longs == 1 && count("double") == 1)
+    return ValueType{"long double", ValueKind::Real, 64};
   if (words.empty() || chars + shorts + longs + ints + signs != static_cast<std::ptrdiff_t>(words.size()))
     return {};
   if (chars > 1 || shorts > 1 || longs > 2 || ints > 1 || signs > 1) return {};
   if ((chars != 0) + (shorts != 0) + (longs != 0) > 1 || (chars != 0 && ints != 0)) return {};
   ValueType type;
   type.kind = ValueKind::Integer;
-  type.written = joinedWords(words);
+  for (const std::string& word : words) type.written += (type.written.empty() ? "" : " ") + word;
   type.bits = chars != 0 ? 8 : shorts != 0 ? 16 : longs != 0 ? 64 : 32;
   type.sign = count("unsigned") != 0 ? Sign::Unsigned : Sign::Signed;
   return type;
 }
 
 std::optional<ValueType> scalar(const Words& words) {
-  if (auto integer = basicInteger(words)) return integer;
-  if (words.size() != 1) return {};
-  const std::string& name = words.front();
-  ValueType type;
-  if (name == "instancetype") {
-    type.written = "id";  // a hook becomes a plain function, which knows no other
-    return type;
+  if (words.size() == 1) {
+    if (auto type = namedType(words.front())) return type;
   }
-  if (const ScalarName* const known = scalarNamed(name)) {
-    type = {name == "_Bool" ? "bool" : name, known->kind, known->bits, known->sign, {}};
-    return type;
-  }
-  const bool isReference = known::isReference(name);
-  if (!isReference && !known::isPassed(name)) return {};
-  type.kind = isReference ? ValueKind::Pointer : ValueKind::Passed;
-  type.written = name;
-  return type;
+  return basicType(words);
 }
 
-ValueKind kindOfObject(const std::string& name) {
-  if (name == "NSString") return ValueKind::Text;
-  if (name == "NSMutableString") return ValueKind::MutableText;
-  if (name == "NSNumber") return ValueKind::Number;
-  return name == "NSObject" ? ValueKind::AnyObject : ValueKind::Object;
+// Whether `name` is a framework's whose types are classes, enumerations, and the structures and reals above.
+bool isOfCocoa(std::string_view name) {
+  return name.size() > 2 && (name.starts_with("NS") || name.starts_with("UI") || name.starts_with("CA")) &&
+         name[2] >= 'A' && name[2] <= 'Z';
 }
 
-ValueType pointer(const Pieces& pieces, std::string_view text) {
-  ValueType type;
-  type.written =
-      (pieces.isConstant ? "const " : "") + joinedWords(pieces.words) + " " + std::string(pieces.stars, '*');
-  type.kind = ValueKind::Pointer;
-  const bool isStructure = pieces.words.size() == 2 && pieces.words.front() == "struct";
-  if (isStructure && !isClassName(pieces.words.back())) giveUp(text);
-  if (isStructure || scalar(pieces.words)) return type;
-  if (pieces.words.size() != 1) giveUp(text);
-  const std::string& name = pieces.words.front();
-  if (known::isPointedTo(name)) return type;
-  if (known::isAudioStructure(name)) {
-    type.written.insert(pieces.isConstant ? std::string_view("const ").size() : 0, "struct ");
-    return type;
-  }
-  // Any other name is taken for a class, unless it is one of the C frameworks or not written as classes are
-  // (a structure): to declare those as classes would not compile.
-  const bool isLower = name.front() >= 'a' && name.front() <= 'z';
-  if (isLower || !isClassName(name) || name.starts_with("CG") || name.starts_with("CF")) giveUp(text);
-  if (pieces.stars == 1) type.kind = kindOfObject(name);
-  if (pieces.stars > 1 || type.kind == ValueKind::Object) type.forwardClass = name;
-  return type;
+ValueType object(const std::string& name) {
+  if (name == "NSString") return {"NSString *", ValueKind::Text};
+  if (name == "NSMutableString") return {"NSMutableString *", ValueKind::MutableText};
+  if (name == "NSNumber") return {"NSNumber *", ValueKind::Number};
+  if (name == "NSObject") return {"NSObject *", ValueKind::AnyObject};
+  return {known::isClass(name) ? name + " *" : "id", ValueKind::Object};
+}
+
+ValueType pointer(const Pieces& pieces) {
+  constexpr auto isScalar = [](ValueKind kind) {
+    return kind <= ValueKind::Structure || kind == ValueKind::Pointer;
+  };
+  const auto pointee = scalar(pieces.words);
+  if (pieces.stars == 1 && pointee && isScalar(pointee->kind) && pointee->written.back() != '*')
+    return {(pieces.isConstant ? "const " : "") + pointee->written + " *", ValueKind::Pointer};
+  // A structure that is not declared would be one of the method's own; an object behind two pointers has an
+  // owner.
+  const bool isObject = pieces.stars == 1 && !pointee && pieces.words.size() == 1 && pieces.isUnderstood &&
+                        (!known::isTaken(pieces.words.front()) || pieces.words.front() == "Protocol" ||
+                         isOfCocoa(pieces.words.front()));
+  return isObject ? object(pieces.words.front()) : ValueType{"void *", ValueKind::Pointer};
 }
 
 }  // namespace
@@ -214,18 +201,25 @@ bool isIdentifier(std::string_view text) {
   return std::all_of(text.begin(), text.end(), isIdentifierCharacter);
 }
 
-bool isClassName(std::string_view text) {
-  return isIdentifier(text) && !known::isWordOfLanguage(text);
-}
-
 ValueType valueType(std::string_view text) {
-  if (text.find('^') != std::string_view::npos) return {"id", ValueKind::Object, 0, Sign::Signed, {}};
-  Pieces pieces = piecesOf(text);
-  if (pieces.stars != 0 && !pieces.words.empty()) return pointer(pieces, text);
-  // "struct CGRect" and "CGRect" are the same; a structure that no header names is not known well enough to
-  // be handed on.
-  if (pieces.words.size() == 2 && pieces.words.front() == "struct") pieces.words.erase(pieces.words.begin());
-  auto type = scalar(pieces.words);
-  if (!type) giveUp(text);
-  return *type;
+  if (text.find('^') != std::string_view::npos) return {"id", ValueKind::Object};
+  const std::string plain = withoutInsides(text);
+  if (plain.find('(') != std::string::npos && plain.find("(*") != std::string::npos)
+    return {"void *", ValueKind::Pointer};
+  Pieces pieces = piecesOf(plain);
+  if (pieces.stars != 0 && !pieces.words.empty()) return pointer(pieces);
+  if (!pieces.isUnderstood || pieces.words.empty()) return {std::string(text), ValueKind::Opaque};
+  // "struct CGRect" and "CGRect" are the same.
+  const bool isStructure = pieces.words.front() == "struct" || pieces.words.front() == "union";
+  if (pieces.words.size() > 1 && (isStructure || pieces.words.front() == "enum"))
+    pieces.words.erase(pieces.words.begin());
+  if (auto type = scalar(pieces.words)) return *type;
+  const std::string& name = pieces.words.front();
+  if (isStructure || pieces.words.size() != 1 || name.find("Struct") != std::string::npos)
+    return {std::string(text), ValueKind::Opaque};
+  if (isOfCocoa(name)) return {"NSInteger", ValueKind::Word, 64};
+  if (name.ends_with("Block") || name.ends_with("BlockType") || name.ends_with("Handler"))
+    return {"id", ValueKind::Object};
+  if (name.ends_with("Ref") || name.ends_with("Ptr")) return {"void *", ValueKind::Pointer};
+  return {std::string(text), ValueKind::Unknown};
 }

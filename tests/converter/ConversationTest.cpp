@@ -57,6 +57,18 @@ TEST_F(Converter, WritesTheChosenPatchFromEitherFormOfTheList) {
   ASSERT_EQ(fileAt(places_.list).substr(0, 8), "bplist00");
   EXPECT_EQ(run("0\n"), Ending::Converted);
   EXPECT_NE(fileAt(written()), source) << "the older source is replaced";
+  std::string wide = "\xFF\xFE";
+  for (const char byte :
+       std::string("<plist><dict><key>patches</key><array><dict><key>units</key><array><dict>"
+                   "<key>disabled</key><string>Yes</string></dict></array></dict></array></dict></plist>"))
+    (wide += byte) += '\0';
+  const std::string sample = fileAt(TWEAKBENCH_FLEX_SAMPLE);
+  for (const std::string& bytes : {wide, wide.substr(2)}) {
+    putFile(places_.list, bytes);
+    EXPECT_EQ(run("0\n"), Ending::Converted);
+    EXPECT_NE(fileAt(written()).find("it is switched off."), std::string::npos);
+  }
+  putFile(places_.list, "\xEF\xBB\xBF" + sample);
   EXPECT_EQ(run("1"), Ending::Converted);
   EXPECT_EQ(fileAt(written()), source);
 }

@@ -12,7 +12,8 @@ struct ReadSource {
   std::map<std::string, std::map<std::string, std::string>>
       hooks;  // class, declaration, body without its indent
   std::vector<std::string> comments;
-  std::vector<std::string> classes;
+  std::vector<std::string> macros;
+  std::string named;  // classes that are hooked under another name
 };
 
 class LogosReader {
@@ -37,15 +38,18 @@ class LogosReader {
     static const std::regex hook("%hook ([A-Za-z_$][A-Za-z0-9_$]*)");
     static const std::regex method("([-+] \\([A-Za-z0-9_ *]+\\)[A-Za-z0-9_$:()* ]+) \\{");
     static const std::regex statement(
-        "\t(return )?(arg[0-9]+ = )?(%orig(\\((arg[0-9]+(, )?)+\\))?|[-@A-Za-z0-9_.+()\\[\\]: "
+        "\t(return )?(arg[0-9]+ = )?(%orig(\\((arg[0-9]+(, )?)+\\))?|[-@A-Za-z0-9_.,+*()\\[\\]: "
         "]*(\"\")?\\]?);");
-    static const std::regex forward("@class ([A-Za-z_$][A-Za-z0-9_$]*);");
+    static const std::regex macro("#undef ([A-Za-z_$][A-Za-z0-9_$]*)");
+    static const std::regex naming(
+        "\t%init\\(((Hooked[0-9]+ = objc_getClass\\(\"[A-Za-z0-9_$.]+\"\\)(, )?)+)\\);");
     const std::string code = withoutLiterals(text);
     const bool inMethod = !method_.empty();
     std::smatch found;
     if (std::regex_match(text, comment)) {
       read_.comments.push_back(text);
     } else if (inMethod && text == "}") {
+      if (hook_ == method_) hook_.clear();
       method_.clear();
     } else if (inMethod && std::regex_match(code, statement)) {
       read_.hooks[hook_][method_] += text.substr(1) + "\n";
@@ -59,8 +63,12 @@ class LogosReader {
       if (!read_.hooks.emplace(hook_, std::map<std::string, std::string>()).second) {
         throw std::runtime_error("hooked twice: " + text);
       }
-    } else if (hook_.empty() && std::regex_match(text, found, forward)) {
-      read_.classes.push_back(found[1]);
+    } else if (hook_.empty() && std::regex_match(text, found, macro)) {
+      read_.macros.push_back(found[1]);
+    } else if (hook_.empty() && text == "%ctor {") {
+      method_ = hook_ = text;
+    } else if (hook_ == "%ctor {" && std::regex_match(text, found, naming)) {
+      read_.named = found[1];
     } else if (!text.empty() && (!hook_.empty() || text != "#import <UIKit/UIKit.h>")) {
       throw std::runtime_error("out of place: " + text);
     }
