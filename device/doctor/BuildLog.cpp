@@ -18,8 +18,10 @@ struct Message {
 };
 
 constexpr string_view kNoTheos =
-    "the Makefile's THEOS is empty or leads nowhere; it must say \"export THEOS=/opt/theos\" above its first "
-    "include.";
+    "the Makefile sets THEOS to nothing or to a place that the device has not; remove that line, since the "
+    "device sets THEOS itself.";
+constexpr string_view kNoPlistUtil =
+    "FINALPACKAGE wants plistutil for the property lists; install it with \"apt install libplist-utils\".";
 constexpr string_view kNoSdk =
     "the SDK that the project asks for is not in Theos's folder sdks; put it there, or change TARGET in the "
     "Makefile.";
@@ -43,14 +45,18 @@ constexpr string_view kNoSpace =
 
 const std::vector<Message>& messages() {
   static const std::vector<Message> table{
-      {{"/common.mk: no such file"}, kNoTheos},
-      {{"/tweak.mk: no such file"}, kNoTheos},
-      {{"/bundle.mk: no such file"}, kNoTheos},
+      {{"/opt/theos/makefiles/", ".mk: no such file"}, kNotWhole},
+      {{": /", ".mk: no such file"}, kNoTheos},
+      {{"*** /", ": is a directory.  stop"},
+       "the Makefile exports THEOS twice in one line, as in \"export THEOS=/opt/theos THEOS=/opt/theos\"; "
+       "keep "
+       "one of them."},
+      {{"libplist-utils", "not optimized"}, kNoPlistUtil},
+      {{"plistutil", "not found"}, kNoPlistUtil},
       {{"not have any sdks"}, kNoSdk},
       {{"chosen sdk", "not appear to exist"}, kNoSdk},
       {{"sysroot", "missing"}, kNoSdk},
-      {{"vendor/include", "missing"},
-       "this copy of Theos is not whole; run \"git submodule update --init --recursive\" in its folder."},
+      {{"vendor/include", "missing"}, kNotWhole},
       {{"did not specify a target"},
        "the Makefile names no target; add a line such as \"TARGET := iphone:clang:latest:14.0\" at its top."},
       {{"project", "contains spaces"}, kBlanks},
@@ -82,20 +88,25 @@ const std::vector<Message>& messages() {
   return table;
 }
 
-// In lower case, without the sequences that colour it.
-string plain(string_view line) {
+// Without the sequences that colour it, and without what the build screen leaves of them.
+string uncoloured(string_view line) {
   string result;
   for (std::size_t index = 0; index < line.size(); ++index) {
     if (line[index] == '\033' && index + 1 < line.size() && line[index + 1] == '[') {
       index += 2;
       while (index < line.size() && (line[index] < '@' || line[index] > '~')) ++index;
-      continue;
+    } else if (line[index] != '\033') {
+      result.push_back(line[index]);
     }
-    const char character = line[index];
-    result.push_back(character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a')
-                                                          : character);
   }
-  return result;
+  return result.substr(std::min(result.find_first_not_of(' '), result.size()));
+}
+
+string lowered(string text) {
+  for (char& character : text) {
+    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+  }
+  return text;
 }
 
 bool hasAll(const string& line, const std::vector<string_view>& phrases) {
@@ -103,40 +114,127 @@ bool hasAll(const string& line, const std::vector<string_view>& phrases) {
                      [&](string_view phrase) { return line.find(phrase) != string::npos; });
 }
 
-// "make: *** [Makefile:6: all] Error 2", for every make below the first too.
-bool isFailureOfMake(const string& line) {
-  const auto stars = line.find(": *** ");
-  return line.starts_with("make") && stars != string::npos;
+// "==> Compiling Tweak.x (arm64)…" and "> Making all for tweak P…"; what Theos says of errors looks alike.
+bool isStage(const string& lower) {
+  if (lower.starts_with("> ") || lower.starts_with("making ")) return true;
+  return lower.starts_with("==> ") && !lower.starts_with("==> error") && !lower.starts_with("==> warning") &&
+         !lower.starts_with("==> notice");
 }
 
-// The line's number in a whole log, absent for one without its beginning.
-Finding noteOn(std::optional<std::size_t> line, string_view meaning) {
-  const string place = line ? "Line " + std::to_string(*line) + " of its log: " : "Near the end of its log: ";
-  return {Verdict::Note, "last build", place + string(meaning)};
+// "make: *** [Makefile:6: all] Error 2" tells of an error in the lines above it; "Makefile:6: *** missing
+// separator.  Stop." is one itself.
+bool isFailureOfMake(const string& lower) {
+  return lower.starts_with("*** ") || lower.find(": *** ") != string::npos;
+}
+bool isOnlyFailureOfMake(const string& lower) {
+  return lower.starts_with("make") && isFailureOfMake(lower) && lower.find("] error ") != string::npos;
+}
+
+bool looksLikeError(const string& lower) {
+  // The linker's own words are above it.
+  if (lower.find("linker command failed") != string::npos || lower.find("warning:") != string::npos)
+    return false;
+  for (string_view phrase :
+       {"error", "no such file", "not found", "permission denied", "cannot ", "can't ", "undefined symbol"}) {
+    if (lower.find(phrase) != string::npos) return true;
+  }
+  return false;
+}
+
+// What stands before an error without telling of it.
+bool isNoise(const string& lower) {
+  return lower.find("warning:") != string::npos || lower.starts_with("==> ") || lower.starts_with("rm ") ||
+         lower.starts_with("in file included") || lower.starts_with("while building") ||
+         lower.find_first_not_of(" \t\r") == string::npos;
+}
+
+// Calls `take` with each line's number, itself and it in lower case, until it returns false.
+template <typename Take>
+void forEachLine(string_view log, Take take) {
+  for (std::size_t number = 1; !log.empty(); ++number) {
+    const auto end = log.find('\n');
+    const string line = uncoloured(log.substr(0, end));
+    log.remove_prefix(end == string_view::npos ? log.size() : end + 1);
+    if (!take(number, line, lowered(line))) return;
+  }
+}
+
+// Without the line's number for a log whose beginning is missing.
+Finding noteOn(std::size_t number, bool cut, const string& meaning) {
+  const string place =
+      cut ? string("Near the end of its log: ") : "Line " + std::to_string(number) + " of its log: ";
+  return {Verdict::Note, "last build", place + meaning};
 }
 
 }  // namespace
 
+FirstError firstErrorIn(string_view log) {
+  FirstError suspect;
+  FirstError found;
+  bool isFound = false;
+  // Whether only make's own line would do better than the suspect.
+  bool isSure = false;
+  forEachLine(log, [&](std::size_t number, const string& line, const string& lower) {
+    if (isStage(lower)) {
+      suspect = {0, {}, lower.starts_with("making ") ? line : line.substr(line.find(' ') + 1)};
+      isSure = false;
+      return true;
+    }
+    if (isFailureOfMake(lower)) {
+      isFound = true;
+      found = suspect;
+      if (suspect.number == 0 || (!isOnlyFailureOfMake(lower) && !isSure)) {
+        found.number = number;
+        found.line = line;
+      }
+      return false;
+    }
+    const bool isError = looksLikeError(lower);
+    if (!isSure && (isError || (suspect.number == 0 && !isNoise(lower)))) {
+      suspect.number = number;
+      suspect.line = line;
+      isSure = isError;
+    }
+    return true;
+  });
+  return isFound ? found : FirstError{0, {}, suspect.stage};
+}
+
+string_view meaningOf(const string& line) {
+  const string lower = lowered(line);
+  const auto& table = messages();
+  const auto found = std::find_if(table.begin(), table.end(),
+                                  [&](const Message& message) { return hasAll(lower, message.phrases); });
+  return found == table.end() ? string_view() : found->meaning;
+}
+
+string shortened(const string& said) {
+  constexpr std::size_t longest = 120;
+  if (said.size() <= longest) return said;
+  std::size_t end = longest;
+  // Not within a character.
+  while (end > 0 && (static_cast<unsigned char>(said[end]) & 0xC0) == 0x80) --end;
+  return said.substr(0, end) + "…";
+}
+
 std::vector<Finding> explainBuildLog(string_view log, bool cut) {
   if (cut) log.remove_prefix(std::min(log.find('\n'), log.size()));
+  const FirstError first = firstErrorIn(log);
   std::vector<Finding> findings;
   std::set<string_view> told;
-  const auto place = [cut](std::size_t number) { return cut ? std::nullopt : std::optional(number); };
-  std::size_t failure = 0;
-  for (std::size_t number = 1; !log.empty(); ++number) {
-    const auto end = log.find('\n');
-    const string line = plain(log.substr(0, end));
-    log.remove_prefix(end == string_view::npos ? log.size() : end + 1);
-    if (failure == 0 && isFailureOfMake(line)) failure = number;
-    for (const auto& message : messages()) {
-      if (hasAll(line, message.phrases) && told.insert(message.meaning).second)
-        findings.push_back(noteOn(place(number), message.meaning));
+  forEachLine(log, [&](std::size_t number, const string& line, const string& lower) {
+    const string_view meaning = meaningOf(line);
+    if (!meaning.empty() && told.insert(meaning).second) {
+      findings.push_back(noteOn(number, cut, string(meaning)));
+    } else if (meaning.empty() && number == first.number) {
+      findings.push_back(noteOn(
+          number, cut,
+          isOnlyFailureOfMake(lower)
+              ? "the build failed for a reason that only the lines above it tell."
+              : "the first error is \"" + shortened(line) + "\"; mend that one before those below it."));
     }
-  }
-  if (findings.empty() && failure != 0) {
-    findings.push_back(
-        noteOn(place(failure), "the build failed for a reason that only the lines above it tell."));
-  }
+    return true;
+  });
   return findings;
 }
 

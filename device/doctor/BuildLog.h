@@ -1,18 +1,34 @@
-// What the best-known messages in a build's log mean.
+// What a build's log tells of a failure.
 #pragma once
 
 #include "device/doctor/Finding.h"
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace device::doctor {
 
-// Notes on what `log`, as a build wrote it, colours included, says went wrong: each cause once, with the
-// line at which it was found. Of a log that is `cut`, whose beginning is missing, the first line counts as
-// half a one and is passed over, and no line numbers are told. Never a Problem: what the log tells may have
-// been mended since. Nothing of the log itself is in the answer. A log of a build that went well gives
-// nothing.
+// The line that a failed build stumbled over, before make's own lines about it.
+struct FirstError {
+  // Counted from 1; 0 where the build did not fail.
+  std::size_t number = 0;
+  // As it is in the log, without the sequences that colour it.
+  std::string line;
+  // What Theos was at then, or last, in its own words: "Compiling Tweak.x (arm64)..."; empty before that.
+  std::string stage;
+};
+FirstError firstErrorIn(std::string_view log);
+
+// What a message of a known cause means and what to do, beginning in lower case; empty for any other line.
+std::string_view meaningOf(const std::string& line);
+
+// Notes on the first error, each known message and the line where it is, each once, in the log's order; empty
+// for the log of a build that worked. `cut`: the log's beginning is missing.
 std::vector<Finding> explainBuildLog(std::string_view log, bool cut = false);
+
+// Enough of a line that a program said to look it up.
+std::string shortened(const std::string& said);
 
 }  // namespace device::doctor

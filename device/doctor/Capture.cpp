@@ -2,6 +2,7 @@
 
 #include "core/Descriptor.h"
 #include "device/Refusal.h"
+#include "device/sandbox/Interruption.h"
 
 #include <array>
 #include <fcntl.h>
@@ -81,7 +82,7 @@ Captured capture(const std::vector<std::string>& words, std::chrono::millisecond
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
     const int ready = poll(watched.data(), watched.size(),
                            isStopped ? -1 : static_cast<int>(std::max<long>(0, left.count())));
-    if (ready == 0 && !isStopped) {
+    if ((ready == 0 || Interruption::hasCome()) && !isStopped) {
       kill(child, SIGTERM);
       isStopped = true;
     }
@@ -92,6 +93,7 @@ Captured capture(const std::vector<std::string>& words, std::chrono::millisecond
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
+  Interruption::check();
   result.status = isStopped ? 124 : shellStatus(status);
   return result;
 }

@@ -16,7 +16,8 @@ struct Captured {
 };
 
 // Runs `words`, whose first is a path, with the caller's environment and no input. At the time limit the
-// program gets SIGTERM, which it must obey. Throws Refusal where it could not be started at all.
+// program gets SIGTERM, which it must obey. Throws Refusal where it could not be started at all, and
+// Interrupted, with the program stopped, once an Interruption has noted a signal.
 Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit);
 
 }  // namespace device::doctor

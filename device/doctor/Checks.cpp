@@ -1,15 +1,17 @@
 #include "device/doctor/Checks.h"
 
 #include "device/doctor/BuildLog.h"
+#include "device/doctor/DeviceProbe.h"
+#include "device/doctor/Trial.h"
 #include "device/sandbox/Diagnosis.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace device::doctor {
 namespace {
 
 using std::string;
+using std::string_view;
 
 // What a missing or broken program means to a build.
 enum class Need { Required, Useful, None };
@@ -26,7 +28,6 @@ struct ProgramCheck {
 
 // Where the toolchain of Theos is looked for.
 constexpr const char* kToolchainFolder = "toolchain/linux/iphone";
-constexpr const char* kToolchain = "put a toolchain for Linux at toolchain/linux/iphone in Theos's folder";
 
 constexpr ProgramCheck kPrograms[] = {
     {"make", Need::Required, Need::Required, "runs every build", "install it with \"apt install make\""},
@@ -43,6 +44,8 @@ constexpr ProgramCheck kPrograms[] = {
     {"clang", Need::Required, Need::None, "compiles the sources", kToolchain},
     {"ldid", Need::Required, Need::None, "signs what was compiled", kToolchain},
     {"lipo", Need::Useful, Need::None, "joins the parts for several processors", kToolchain},
+    {"plistutil", Need::Useful, Need::None, "converts the property lists under FINALPACKAGE",
+     "install it with \"apt install libplist-utils\""},
 };
 
 struct EntryCheck {
@@ -52,13 +55,14 @@ struct EntryCheck {
 
 // Without one of them Theos stops before it reads a project.
 constexpr EntryCheck kTheosEntries[] = {
-    {"makefiles/tweak.mk", "get a whole copy of Theos"},
-    {"vendor/include/.git",
-     "run \"git submodule update --init --recursive\" in Theos's folder, which needs a clone and no unpacked "
-     "archive"},
-    {"vendor/lib/.git",
-     "run \"git submodule update --init --recursive\" in Theos's folder, which needs a clone and no unpacked "
-     "archive"},
+    {"bin", kWholeCopy},
+    {"makefiles/tweak.mk", kWholeCopy},
+    {"vendor/include", kSubmodules},
+    {"vendor/include/.git", kSubmodules},
+    {"vendor/lib", kSubmodules},
+    {"vendor/lib/.git", kSubmodules},
+    {"vendor/logos", kSubmodules},
+    {"vendor/dm.pl", kSubmodules},
 };
 
 constexpr std::uintmax_t kMebibyte = 1U << 20;
@@ -68,16 +72,6 @@ constexpr int kOldestMake = 4;
 
 bool isPractice(const Facts& facts) {
   return facts.theos.empty() || (facts.inDevice && facts.inDevice->isPracticeTheos);
-}
-
-Finding ok(string subject, string sentence) {
-  return {Verdict::Ok, std::move(subject), std::move(sentence)};
-}
-Finding note(string subject, string sentence) {
-  return {Verdict::Note, std::move(subject), std::move(sentence)};
-}
-Finding problem(string subject, string sentence) {
-  return {Verdict::Problem, std::move(subject), std::move(sentence)};
 }
 
 bool hasBlank(const string& text) {
@@ -101,8 +95,8 @@ string astrayOnTheWay(const DeviceFacts& seen, const std::filesystem::path& path
 
 string astrayRemedy(const string& link) {
   return link +
-         " in Theos's folder is a link to a place that the device does not show; put the folder itself "
-         "there.";
+         " in Theos's folder is a link to a place that is not there in the device, which shows Theos and the "
+         "host's /usr; put the thing itself there.";
 }
 
 Finding bubblewrapFinding(const Facts& facts) {
@@ -169,55 +163,61 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
                             "fail; move it to a path without blanks."));
   }
   if (!facts.inDevice) return;
+  if (!facts.inDevice->closed.empty()) {
+    findings.push_back(
+        problem(subject, facts.inDevice->closed +
+                             " in Theos's folder cannot be read by the device's user; run \"chmod -R "
+                             "a+rX\" on that folder."));
+    return;
+  }
+  // A folder that is not whole is told once, not again for what is missing in it.
+  string told = "-";
   for (const auto& check : kTheosEntries) {
-    if (entryOf(*facts.inDevice, check.path) == Entry::Present) continue;
-    const string link = astrayOnTheWay(*facts.inDevice, check.path);
-    const string missing = string(check.path) + " is missing, without which Theos refuses to build; ";
-    findings.push_back(problem(subject, link.empty() ? missing + check.remedy + "." : astrayRemedy(link)));
+    const string path = check.path;
+    const Entry entry = entryOf(*facts.inDevice, path);
+    const bool isMark = path.ends_with(".git");
+    if (entry == Entry::Present || (isMark && entry == Entry::Empty) || path.starts_with(told)) continue;
+    const string link = astrayOnTheWay(*facts.inDevice, path);
+    const string state = path + (entry == Entry::Empty ? " is empty" : " is missing");
+    findings.push_back(
+        problem(subject, link.empty() ? state + ", and Theos does not build without it; " + check.remedy + "."
+                                      : astrayRemedy(link)));
+    told = link.empty() ? path : link;
   }
 }
 
 void addSdks(const Facts& facts, std::vector<Finding>& findings) {
-  if (!facts.inDevice || isPractice(facts)) return;
+  if (!facts.inDevice || isPractice(facts) || !facts.inDevice->closed.empty()) return;
   const char* subject = "SDKs";
   const string link = astrayOnTheWay(*facts.inDevice, "sdks");
+  const auto& sdks = facts.inDevice->sdks;
+  const Sdk* const newest = facts.inDevice->newestSdk();
   if (!link.empty()) {
     findings.push_back(problem(subject, astrayRemedy(link)));
-  } else if (facts.inDevice->sdks > 0) {
-    findings.push_back(ok(subject, std::to_string(facts.inDevice->sdks) + " in Theos's folder sdks."));
-  } else if (facts.inDevice->sdksAstray > 0) {
-    findings.push_back(
-        problem(subject,
-                "Those in Theos's folder sdks are links to places that the device does not show; "
-                "put the SDKs themselves there."));
-  } else {
+  } else if (newest == nullptr) {
     findings.push_back(
         problem(subject,
                 "There is none in Theos's folder sdks; put one there, such as iPhoneOS14.5.sdk, "
                 "or run bin/install-sdk of Theos."));
+  } else if (newest->state == Entry::Astray) {
+    findings.push_back(problem(subject, astrayRemedy("sdks/" + newest->name)));
+  } else if (newest->state != Entry::Present) {
+    findings.push_back(
+        problem(subject, "sdks/" + newest->name +
+                             " in Theos's folder has neither headers nor libraries; unpack the whole "
+                             "SDK there, or remove it."));
+  } else if (facts.inDevice->isNewestSdkTooOld()) {
+    findings.push_back(
+        note(subject, "The newest is " + newest->name + ", and new projects are built for iOS " +
+                          textOf(facts.inDevice->target) +
+                          "; put a newer one into Theos's folder sdks, or lower TARGET in each Makefile."));
+  } else {
+    findings.push_back(ok(subject, std::to_string(sdks.size()) + " in Theos's folder sdks."));
   }
 }
 
-// The number after the program's name, as in "GNU Make 4.3"; 0 where there is none.
-int firstNumber(const string& text) {
-  const auto digit = text.find_first_of("0123456789");
-  int number = 0;
-  if (digit != string::npos) std::from_chars(text.data() + digit, text.data() + text.size(), number);
-  return number;
-}
-
-// Enough of what a program said to look it up.
-string shortened(const string& said) {
-  constexpr std::size_t longest = 80;
-  if (said.size() <= longest) return said;
-  std::size_t end = longest;
-  // Not within a character.
-  while (end > 0 && (static_cast<unsigned char>(said[end]) & 0xC0) == 0x80) --end;
-  return said.substr(0, end) + "…";
-}
-
 // Empty where it started, whatever it then said.
-string reasonNotToStart(const Trial& trial) {
+string reasonNotToStart(const Start& trial) {
   const string said = trial.said.empty() ? "" : ": " + shortened(trial.said);
   if (trial.status == 124) return "it did not end within ten seconds";
   if (trial.said.find("xec format error") != string::npos ||
@@ -239,23 +239,31 @@ bool isOfToolchain(const ProgramCheck& check) {
 
 Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   const Need need = isPractice(facts) ? check.withPractice : check.withTheos;
+  const Verdict verdict = need == Need::Required ? Verdict::Problem : Verdict::Note;
   const string subject = check.name;
-  const auto found = facts.inDevice->trials.find(subject);
-  const Trial trial = found == facts.inDevice->trials.end() ? Trial{} : found->second;
+  const auto found = facts.inDevice->starts.find(subject);
+  const Start trial = found == facts.inDevice->starts.end() ? Start{} : found->second;
+  if (trial.path.empty() && isOfToolchain(check)) {
+    const string path = string(kToolchainFolder) + "/bin/" + check.name;
+    const Entry entry = entryOf(*facts.inDevice, path);
+    if (entry == Entry::Astray) return {verdict, subject, astrayRemedy(path)};
+    if (entry == Entry::Present)
+      return {verdict, subject, path + " in Theos's folder may not be run; run \"chmod a+x\" on it."};
+  }
   if (trial.path.empty()) {
     if (need == Need::None) {
       return note(subject,
                   string("It is missing, but this Theos builds without it; where another needs it, ") +
                       check.remedy + ".");
     }
-    return {need == Need::Required ? Verdict::Problem : Verdict::Note, subject,
+    return {verdict, subject,
             string("It is missing, and it is what ") + check.purpose + "; " + check.remedy + "."};
   }
   string reason = reasonNotToStart(trial);
   if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0)
     reason = "it fails with \"" + shortened(trial.said) + "\"";
   if (reason.empty()) {
-    if (subject == "make" && firstNumber(trial.said) < kOldestMake) {
+    if (subject == "make" && versionIn(trial.said).first < kOldestMake) {
       return problem(subject,
                      "It is \"" + trial.said + "\", and Theos needs GNU Make 4 or later; install that.");
     }
@@ -269,6 +277,7 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
 void addPrograms(const Facts& facts, std::vector<Finding>& findings) {
   if (!facts.inDevice) return;
   for (const auto& check : kPrograms) {
+    if (isOfToolchain(check) && facts.inDevice->closed.starts_with("toolchain")) continue;
     const string link = isOfToolchain(check) ? astrayOnTheWay(*facts.inDevice, kToolchainFolder) : "";
     // Said once for the whole toolchain.
     if (!link.empty() && string(check.name) == "clang")
@@ -280,8 +289,8 @@ void addPrograms(const Facts& facts, std::vector<Finding>& findings) {
 void addFonts(const Facts& facts, std::vector<Finding>& findings) {
   if (!facts.inDevice) return;
   const char* subject = "fonts";
-  const auto list = facts.inDevice->trials.find("fc-list");
-  if (list == facts.inDevice->trials.end() || list->second.path.empty()) {
+  const auto list = facts.inDevice->starts.find("fc-list");
+  if (list == facts.inDevice->starts.end() || list->second.path.empty()) {
     findings.push_back(
         note(subject, "They cannot be listed; install \"fontconfig\" to have them looked at."));
   } else if (facts.inDevice->arabicFonts == 0) {
@@ -293,6 +302,16 @@ void addFonts(const Facts& facts, std::vector<Finding>& findings) {
   }
 }
 
+void addLastBuild(const Facts& facts, std::vector<Finding>& findings) {
+  if (!facts.buildLog) {
+    findings.push_back(ok("last build", "There is no log of one."));
+    return;
+  }
+  const auto told = explainBuildLog(*facts.buildLog, facts.buildLogCut);
+  if (told.empty()) findings.push_back(ok("last build", "Its log tells of no failure."));
+  findings.insert(findings.end(), told.begin(), told.end());
+}
+
 }  // namespace
 
 std::vector<Finding> findingsFor(const Facts& facts) {
@@ -302,13 +321,8 @@ std::vector<Finding> findingsFor(const Facts& facts) {
   addSdks(facts, findings);
   addPrograms(facts, findings);
   addFonts(facts, findings);
-  if (!facts.buildLog) {
-    findings.push_back(ok("last build", "There is no log of one."));
-    return findings;
-  }
-  const auto told = explainBuildLog(*facts.buildLog, facts.buildLogCut);
-  if (told.empty()) findings.push_back(ok("last build", "Its log tells of no failure."));
-  findings.insert(findings.end(), told.begin(), told.end());
+  addLastBuild(facts, findings);
+  findings.push_back(trialFinding(facts, canBuild(findings)));
   return findings;
 }
 

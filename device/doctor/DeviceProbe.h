@@ -8,11 +8,19 @@
 
 namespace device::doctor {
 
-// The script for the device's shell, where the device shows it. It starts what builds start and prints one
+// A script for the device's shell, where the device shows it. It starts what builds start and prints one
 // line for each thing it looked at, its fields parted by tabs.
 inline constexpr const char* kProbe = "/.host/tweakbench/doctor-probe";
 
-// Reads what the script printed; lines that it cannot have printed are left out.
+// The script that makes a project out of the template and builds it. It prints what is printed meanwhile and
+// ends with 0 if a package came out.
+inline constexpr const char* kTrial = "/.host/tweakbench/doctor-trial";
+
+// Reads what the probe printed; lines that it cannot have printed are left out.
 DeviceFacts readProbe(std::string_view output);
+
+// The first number in a text and the one after its full stop.
+Version versionIn(std::string_view text);
+std::string textOf(const Version& version);
 
 }  // namespace device::doctor

@@ -3,10 +3,13 @@
 #include "device/Refusal.h"
 #include "device/doctor/Checks.h"
 #include "device/doctor/LookAround.h"
+#include "device/launcher/Commands.h"
 #include "device/sandbox/Environment.h"
+#include "device/sandbox/Interruption.h"
 
 #include <algorithm>
 #include <iostream>
+#include <signal.h>
 #include <unistd.h>
 
 namespace device::doctor {
@@ -49,10 +52,34 @@ std::string printable(std::string text) {
   return text;
 }
 
-}  // namespace
+// What the doctor is at, for as long as this object lives, where there is a terminal to show it.
+class Progress {
+ public:
+  void say(const char* text) const {
+    if (isShown_) std::cerr << "\r\033[K" << text << std::flush;
+  }
+  ~Progress() { say(""); }
 
-int examine(const Options& options) {
-  const auto findings = findingsFor(lookAround(options));
+ private:
+  bool isShown_ =
+      isatty(STDERR_FILENO) != 0 && lookUp(callerEnvironment(), "TERM").value_or("dumb") != "dumb";
+};
+
+Facts gather(const Options& options) {
+  const Interruption interruption;
+  const PassingDevice device(options);
+  const Progress progress;
+  progress.say("Looking at what builds need …");
+  Facts facts = lookAround(options, device);
+  facts.isQuick = options.isQuick;
+  if (facts.isQuick || !facts.inDevice || !canBuild(findingsFor(facts))) return facts;
+  progress.say("Building a new project …");
+  facts.trial = tryBuild(device);
+  return facts;
+}
+
+int report(const Facts& facts) {
+  const auto findings = findingsFor(facts);
   const bool isColoured = wantsColour();
   for (const auto& finding : findings) {
     const Look look = lookOf(finding.verdict);
@@ -62,12 +89,26 @@ int examine(const Options& options) {
   }
   const auto problems = std::count_if(findings.begin(), findings.end(),
                                       [](const Finding& one) { return one.verdict == Verdict::Problem; });
-  std::cout << (canBuild(findings) ? std::string("A build can work.")
-                                   : "A build cannot work: " + std::to_string(problems) +
-                                         (problems == 1 ? " problem." : " problems."))
-            << std::endl;
+  if (problems != 0) {
+    std::cout << "A build cannot work: " << problems << (problems == 1 ? " problem." : " problems.");
+  } else {
+    std::cout << (facts.trial ? "A build works."
+                              : "Nothing was found that stops builds, but none was tried.");
+  }
+  std::cout << std::endl;
   if (!std::cout) throw Refusal("The report could not be written.");
-  return canBuild(findings) ? 0 : 1;
+  return problems == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int examine(const Options& options) {
+  try {
+    return report(gather(options));
+  } catch (const Interrupted& interrupted) {
+    raise(interrupted.signal);
+    return kFailed;
+  }
 }
 
 }  // namespace device::doctor

@@ -5,7 +5,8 @@
 
 namespace device::doctor {
 
-// Prints one line for each check to standard output. Returns 0 if a build can work, otherwise 1; throws
+// Prints one line for each check to standard output. Returns 0 if a build works or, where the options
+// leave the trial out, nothing was found against it, otherwise 1; ends with a signal that came; throws
 // Refusal where nothing could be looked at. To be called from the main thread of a process without others.
 int examine(const Options& options);
 

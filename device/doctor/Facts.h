@@ -6,11 +6,13 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace device::doctor {
 
-// A program that was tried in the device.
-struct Trial {
+// A program that was started in the device.
+struct Start {
   // In the device; empty where there is no such program.
   std::string path;
   // As a shell tells it: 124 took too long, 126 and 127 not started, 128 + n killed by signal n.
@@ -20,16 +22,44 @@ struct Trial {
 };
 
 // An entry of Theos's folder, as the device sees it. Astray: a link whose target the device does not show.
-enum class Entry { Missing, Present, Astray };
+// Empty: a folder that holds nothing but, perhaps, ".git".
+enum class Entry { Missing, Present, Astray, Empty };
+
+// Numbers of an iOS version, "14.5" as {14, 5}; 0 where there is none.
+using Version = std::pair<int, int>;
+
+struct Sdk {
+  // "iPhoneOS14.5.sdk".
+  std::string name;
+  Version version;
+  // Empty: it has neither headers nor libraries.
+  Entry state = Entry::Present;
+};
+
+// What became of a project made out of the template and built.
+struct Trial {
+  // As a shell tells it; 124 took too long. 0 where a package came out.
+  int status = 0;
+  // What was printed, on either stream.
+  std::string log;
+};
 
 // Everything in it is text of programs in the device, and not to be trusted.
 struct DeviceFacts {
-  std::map<std::string, Trial, std::less<>> trials;
+  std::map<std::string, Start, std::less<>> starts;
   // By path below Theos's folder.
   std::map<std::string, Entry, std::less<>> theosEntries;
+  // A path below Theos's folder that the device's user cannot read, or empty.
+  std::string closed;
   bool isPracticeTheos = false;
-  int sdks = 0;
-  int sdksAstray = 0;
+  std::vector<Sdk> sdks;
+  // What the template's Makefile builds for.
+  Version target;
+
+  // The one that Theos takes; null where there is none.
+  const Sdk* newestSdk() const;
+  // Whether new projects are built for a later iOS than that SDK's.
+  bool isNewestSdkTooOld() const;
   int arabicFonts = 0;
 };
 
@@ -53,6 +83,10 @@ struct Facts {
   DeviceFolder deviceFolder = DeviceFolder::NotYetMade;
   // Bytes that the device's user can still write there.
   std::uintmax_t freeSpace = 0;
+
+  // Absent where none was made; `isQuick`: since nobody wanted one.
+  std::optional<Trial> trial;
+  bool isQuick = false;
 
   // The end of the last build's log; absent where there is none or it is no plain file.
   std::optional<std::string> buildLog;

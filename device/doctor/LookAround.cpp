@@ -20,33 +20,10 @@ namespace fs = std::filesystem;
 
 // Above the time limits of everything that is tried in the device together.
 constexpr auto kProbeLimit = std::chrono::seconds(180);
+constexpr auto kTrialLimit = std::chrono::seconds(300);
 constexpr int kLauncherFailed = 125;
 constexpr std::size_t kLogEnd = 4 << 20;
 constexpr const char* kLog = "Applications/Tweakbench.app/MakeLog.log";
-
-// A folder that lasts as long as this object.
-class PassingFolder {
- public:
-  explicit PassingFolder(const Environment& caller) {
-    fs::path parent = lookUp(caller, "TMPDIR").value_or("/tmp");
-    if (!parent.is_absolute()) parent = "/tmp";
-    std::string name = (parent / "tweakbench-doctor-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-      refuseWithError("No folder could be made in " + parent.string() + ":");
-    path_ = name;
-  }
-  ~PassingFolder() {
-    std::error_code error;
-    fs::remove_all(path_, error);
-  }
-  PassingFolder(const PassingFolder&) = delete;
-  PassingFolder& operator=(const PassingFolder&) = delete;
-
-  const fs::path& path() const { return path_; }
-
- private:
-  fs::path path_;
-};
 
 // The launcher's sentence, without its name in front.
 std::string sentenceIn(const std::string& errors) {
@@ -55,12 +32,8 @@ std::string sentenceIn(const std::string& errors) {
   return line.starts_with(name) ? line.substr(name.size()) : line;
 }
 
-void lookInDevice(const Options& options, const Environment& caller, Facts& facts) {
-  const PassingFolder folder(caller);
-  std::vector<std::string> words{"/proc/self/exe", "--device", (folder.path() / "device").string()};
-  if (options.theos) words.insert(words.end(), {"--theos", options.theos->string()});
-  words.insert(words.end(), {"exec", "/bin/sh", kProbe});
-  const Captured probe = capture(words, kProbeLimit);
+void lookInDevice(const PassingDevice& device, Facts& facts) {
+  const Captured probe = device.runScript(kProbe, kProbeLimit);
   if (probe.status == kLauncherFailed) {
     facts.deviceRefusal = sentenceIn(probe.errors);
   } else if (probe.status != 0) {
@@ -104,7 +77,33 @@ void lookAtDeviceFolder(const Account* account, Facts& facts) {
 
 }  // namespace
 
-Facts lookAround(const Options& options) {
+PassingDevice::PassingDevice(const Options& options) : theos_(options.theos) {
+  fs::path parent = lookUp(callerEnvironment(), "TMPDIR").value_or("/tmp");
+  if (!parent.is_absolute()) parent = "/tmp";
+  std::string name = (parent / "tweakbench-doctor-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) refuseWithError("No folder could be made in " + parent.string() + ":");
+  folder_ = name;
+}
+
+PassingDevice::~PassingDevice() {
+  std::error_code error;
+  fs::remove_all(folder_, error);
+}
+
+Captured PassingDevice::runScript(const char* script, std::chrono::milliseconds limit) const {
+  std::vector<std::string> words{"/proc/self/exe", "--device", (folder_ / "device").string()};
+  if (theos_) words.insert(words.end(), {"--theos", theos_->string()});
+  words.insert(words.end(), {"exec", "/bin/sh", script});
+  return capture(words, limit);
+}
+
+Trial tryBuild(const PassingDevice& device) {
+  Captured build = device.runScript(kTrial, kTrialLimit);
+  // The launcher's own words are there only where nothing was built.
+  return {build.status, build.output + build.errors};
+}
+
+Facts lookAround(const Options& options, const PassingDevice& device) {
   Facts facts;
   const Environment caller = callerEnvironment();
   const auto calling = callingAccount(caller);
@@ -121,7 +120,7 @@ Facts lookAround(const Options& options) {
   } catch (const Refusal& refusal) {
     facts.bubblewrapRefusal = refusal.what();
   }
-  if (facts.theosRefusal.empty() && facts.bubblewrapRefusal.empty()) lookInDevice(options, caller, facts);
+  if (facts.theosRefusal.empty() && facts.bubblewrapRefusal.empty()) lookInDevice(device, facts);
   return facts;
 }
 

@@ -21,12 +21,13 @@ constexpr const char* kCommands =
     "                              the host's path of each package that was made\n"
     "  import HOSTPATH             Copy this folder into the device as a project\n"
     "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
-    "  doctor                      Say whether builds can work, and what to do where they cannot\n\n"
+    "  doctor [--quick]            Say whether a build works, and what to do where it does not; --quick "
+    "builds none\n\n"
     "import and export work beside an open application too. HOSTPATH of an export is the folder to put the\n"
     "copy into, or else the copy's own new name; nothing is replaced.\n\n"
     "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set "
     "up;\n"
-    "the doctor's: 0 if a build can work, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
+    "the doctor's: 0 if a build works, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
 
 // The words of a command that takes exactly `count`, two dashes before them aside.
 std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
@@ -66,7 +67,8 @@ void takeCommand(Options& options, std::vector<std::string> words) {
     if (!words.empty()) throw Refusal("shell takes no arguments; use exec to run a command.");
     options.action = Options::Action::OpenShell;
   } else if (name == "doctor") {
-    if (!words.empty()) throw Refusal("doctor takes no arguments.");
+    options.isQuick = !words.empty() && words.front() == "--quick";
+    if (words.size() > (options.isQuick ? 1 : 0)) throw Refusal("It is: tweakbench doctor [--quick].");
     options.action = Options::Action::Examine;
   } else if (name == "build") {
     takeBuild(options, words);

@@ -31,6 +31,8 @@ struct Options {
   std::vector<std::string> command;
   // Build, Export: the project's name.
   std::string project;
+  // Examine: whether to leave the trial out.
+  bool isQuick = false;
   // Import: the folder to copy. Export: where the copy goes.
   std::filesystem::path hostPath;
   // ShowText: what --help or --version prints.

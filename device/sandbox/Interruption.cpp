@@ -26,6 +26,10 @@ Interruption::~Interruption() {
   for (const auto& [number, before] : before_) sigaction(number, &before, nullptr);
 }
 
+bool Interruption::hasCome() {
+  return came != 0;
+}
+
 void Interruption::check() {
   if (came != 0) throw Interrupted{came};
 }

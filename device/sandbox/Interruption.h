@@ -20,6 +20,8 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
+  // Whether one of the signals has come since an object was last made.
+  static bool hasCome();
   // Throws Interrupted once one of the signals has come.
   static void check();
 

@@ -86,7 +86,8 @@ TEST(Options, NonsenseIsRefusedWithItsReason) {
       {{"import", ""}, "import HOSTPATH"},       {{"export", "a"}, "export NAME HOSTPATH"},
       {{"build"}, "build NAME"},                 {{"build", "--", "clean"}, "build NAME"},
       {{"build", "P", "clean"}, "goals come"},   {{"build", "P", "-j=2"}, "goals come"},
-      {{"doctor", "now"}, "takes no arguments"},
+      {{"doctor", "now"}, "doctor [--quick]"},
+      {{"doctor", "--quick", "now"}, "doctor [--quick]"},
   };
   for (const auto& [words, reason] : rows) expectRefusal([&words] { parse(words); }, reason);
 }
