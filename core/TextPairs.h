@@ -66,6 +66,14 @@ inline constexpr TextPair deviceSupportHint{
 inline constexpr TextPair addTheSource{"اضافة السورس", "Add the source"};
 inline constexpr TextPair developedBy{"تم التطوير بواسطة", "Developed By"};
 inline constexpr TextPair thanksForTheIdea{"شكرا لـ Pelbo على الفكرة 🌹", "Thanks to Pelbo for the idea 🌹"};
+inline constexpr TextPair undo{"تراجع", "Undo"};
+inline constexpr TextPair redo{"إعادة", "Redo"};
+inline constexpr TextPair cut{"قص", "Cut"};
+inline constexpr TextPair copy{"نسخ", "Copy"};
+inline constexpr TextPair paste{"لصق", "Paste"};
+inline constexpr TextPair delete_{"حذف", "Delete"};
+inline constexpr TextPair selectAll{"تحديد الكل", "Select All"};
+inline constexpr TextPair longLinesNotWrapped{"النص طويل: لا تُلفّ الأسطر", "Long text: lines are not wrapped"};
 
 // The same in both languages.
 inline constexpr const char* notSupportedYet = "Not supported yet";

@@ -14,8 +14,8 @@
 #include "ui/Metrics.h"
 #include "ui/OpenAddress.h"
 #include "ui/Shortcut.h"
-#include "ui/TextZoom.h"
 #include "ui/WideLayout.h"
+#include "ui/controls/TextZoom.h"
 #include "ui/ui_MakePackage.h"
 
 namespace {
@@ -48,11 +48,9 @@ void MakePackage::loadView() {
   outlets_->infoButton->setPicture(QStringLiteral("about"));
   setView(view);
   new WideLayout(view, outlets_->body, outlets_->controls);
-  LogView& log = *outlets_->OutPut;
-  new TextZoom(&log, [&log](const QFont& font) { log.setFont(font); });
-  outlets_->findBar->setText(&log, [&log](const QString& word, SearchDirection direction, bool mayStay) {
-    return log.find(word, direction, mayStay);
-  });
+  outlets_->OutPut->setReadOnly(true);
+  new TextZoom(outlets_->OutPut);
+  outlets_->findBar->setText(outlets_->OutPut);
   wireButtons();
 }
 
@@ -124,7 +122,7 @@ void MakePackage::finishBuild(BuildVariant variant) {
   progress->dismissAnimated();
   BuildResult result = collectBuildResult(variant);
   const bool hasLog = result.log.has_value();
-  outlets_->OutPut->setText(std::move(result.log).value_or(std::string()));
+  outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
   const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
   if (asked && result.hasPackages && hasLog) showSuccess(result.project);
 }
@@ -135,7 +133,7 @@ void MakePackage::Respring() {
 
 void MakePackage::ClearLog() {
   removeBuildLog();
-  outlets_->OutPut->setText(std::string());
+  outlets_->OutPut->setBytes({});
 }
 
 void MakePackage::InfoButton() {

@@ -4,7 +4,6 @@
 #include "platform/UIViewController.h"
 
 #include <memory>
-#include <string>
 
 namespace Ui {
 class PopOverNewController;
@@ -39,14 +38,11 @@ class PopOverNewController : public UIViewController {
   void loadView() override;
 
  private:
-  std::string editedText() const;
   // False when the file is as it was.
   bool writeText();
   void askBeforeClosing();
 
   std::unique_ptr<Ui::PopOverNewController> outlets_;
-  // The text as it was loaded; what was not edited is written back to the byte.
-  std::string loaded_;
   bool isTooLarge_ = false;
   // The last time that it asked.
   std::weak_ptr<RQAlertView> question_;

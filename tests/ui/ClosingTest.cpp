@@ -9,6 +9,7 @@
 #include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
 #include "ui/Localized.h"
+#include "ui/controls/TextView.h"
 #include "ui/tour/Finger.h"
 #include "workspace/Selection.h"
 
@@ -17,7 +18,6 @@
 #include <functional>
 #include <sys/wait.h>
 
-#include <QPlainTextEdit>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -73,15 +73,15 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
   const auto closes = [] { return UIScreen::mainScreen()->close(); };
   const int status = run([&] {
     finger::tap("Tweak.x");
-    auto& editor = *qobject_cast<QPlainTextEdit*>(finger::find("File text"));
-    finger::waitUntil([&editor] { return editor.toPlainText() == "old"; }, "the file is not loaded");
+    auto& editor = *qobject_cast<TextView*>(finger::find("File text"));
+    finger::waitUntil([&editor] { return editor.bytes() == "old"; }, "the file is not loaded");
     QTest::keyClicks(&editor, "new, ");
     EXPECT_FALSE(closes());
     EXPECT_FALSE(closes()) << "it asks already";
     finger::waitUntil([] { return !finger::sees("File text"); }, "it does not ask");
     finger::tap(cancel);
     finger::waitToSee("File text");
-    EXPECT_EQ(editor.toPlainText(), "new, old");
+    EXPECT_EQ(editor.bytes(), "new, old");
     EXPECT_EQ(fileAt(file), "old");
     // A folder in the file's place: it cannot be written, so the text stays where it is.
     removeItemAtPath(file);

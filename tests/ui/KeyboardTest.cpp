@@ -80,10 +80,10 @@ TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
   press(Qt::Key_Space);
   tabTo("Make Package");
   press(Qt::Key_Return);
-  finger::waitUntil([] { return !log().text().empty(); }, "nothing is built");
+  finger::waitUntil([] { return !log().bytes().empty(); }, "nothing is built");
   finger::waitUntil([] { return sees("Clear Log"); }, "the dialog stays");
   press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().text(), "");
+  EXPECT_EQ(log().bytes(), "");
   press(Qt::Key_Escape);
   waitToSee("Reload");
 }
@@ -148,20 +148,20 @@ TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
   makeProject({{"Tweak.x", ""}});
   startActive();
   openBuildScreen();
-  auto& shown = const_cast<LogView&>(log());
-  shown.setText("kept");
+  TextView& shown = log();
+  shown.setBytes("kept");
   shown.setFocus();
   const auto hold = [&shown](Qt::Key key) {
     QTest::simulateEvent(&shown, true, key, Qt::ControlModifier, QString(), true);
   };
   hold(Qt::Key_L);
-  EXPECT_EQ(log().text(), "kept");
+  EXPECT_EQ(log().bytes(), "kept");
   const int before = shown.fontMetrics().height();
   for (int repeats = 0; repeats < 5; ++repeats) hold(Qt::Key_Plus);
   EXPECT_GT(shown.fontMetrics().height(), before);
   hold(Qt::Key_0);
   press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().text(), "");
+  EXPECT_EQ(log().bytes(), "");
 }
 
 TEST_F(Keyboard, NoKeyActsUnderADialog) {
@@ -169,7 +169,7 @@ TEST_F(Keyboard, NoKeyActsUnderADialog) {
   startActive();
   openBuildScreen();
   putFile(device::application + "MakeLog.log", "kept");
-  const_cast<LogView&>(log()).setText("kept");
+  log().setBytes("kept");
   finger::tap("Info");
   waitToSee("Tip");
   const std::size_t windows = UIScreen::mainScreen()->windows().size();
@@ -178,12 +178,12 @@ TEST_F(Keyboard, NoKeyActsUnderADialog) {
   for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F3, Qt::Key_F5, Qt::Key_Delete}) press(key);
   EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
   EXPECT_TRUE(sees("Tip"));
-  EXPECT_EQ(log().text(), "kept");
+  EXPECT_EQ(log().bytes(), "kept");
   press(Qt::Key_Escape);
   waitToSee("Make Package");
   EXPECT_FALSE(sees("Find text"));
   press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().text(), "") << "the same keys act again";
+  EXPECT_EQ(log().bytes(), "") << "the same keys act again";
 }
 
 }  // namespace

@@ -240,7 +240,7 @@ TEST_F(ProjectFiles, KeepTheirPlaceInTheListWhenOneOfThemGoes) {
 TEST_F(ProjectFiles, AreNotBroughtBackByTheEditorWhenTheirProjectIsGone) {
   makeProject({{"Tweak.x", "text"}});
   start();
-  QPlainTextEdit& editor = openEditor("Tweak.x");
+  TextView& editor = openEditor("Tweak.x");
   QTest::keyClicks(&editor, "x");
   QTest::keyClick(finger::find("Save"), Qt::Key_Delete);
   EXPECT_FALSE(sees(localized(text::deleteFilesOrProjects)));

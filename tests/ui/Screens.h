@@ -10,7 +10,7 @@
 #include "support/StandardStreams.h"
 #include "ui/AppDelegate.h"
 #include "ui/Localized.h"
-#include "ui/LogView.h"
+#include "ui/controls/TextView.h"
 #include "ui/tour/Finger.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
@@ -21,7 +21,6 @@
 #include <string>
 #include <utility>
 
-#include <QPlainTextEdit>
 #include <QTest>
 #include <QUrl>
 #include <gtest/gtest.h>
@@ -72,9 +71,9 @@ class Screens : public testing::Test {
     return folder;
   }
 
-  static QPlainTextEdit& openEditor(const QString& file) {
+  static TextView& openEditor(const QString& file) {
     finger::tap(file);
-    auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
+    auto* const editor = qobject_cast<TextView*>(finger::find("File text"));
     // The file's name appears when the delayed load has run.
     finger::waitToSee(file);
     return *editor;
@@ -121,7 +120,7 @@ class Screens : public testing::Test {
   }
 
   // Whether or not a dialog lies above it.
-  static const LogView& log() { return *UIScreen::mainScreen()->findChild<LogView*>(); }
+  static TextView& log() { return *UIScreen::mainScreen()->findChild<TextView*>("OutPut"); }
 
   static void openBuildScreen() {
     finger::tap("Build");

@@ -1,11 +1,10 @@
 #include "platform/UIScreen.h"
 #include "ui/Localized.h"
-#include "ui/LogView.h"
+#include "ui/controls/TextView.h"
 #include "ui/tour/Album.h"
 #include "ui/tour/Finger.h"
 #include "ui/tour/Stops.h"
 
-#include <QPlainTextEdit>
 #include <QTest>
 
 namespace {
@@ -29,8 +28,8 @@ void create(Album& album) {
 
 void edit(Album& album) {
   tap("Tweak.x");
-  auto* const editor = qobject_cast<QPlainTextEdit*>(finger::find("File text"));
-  finger::waitUntil([editor] { return !editor->toPlainText().isEmpty(); }, "the editor stays empty");
+  auto* const editor = qobject_cast<TextView*>(finger::find("File text"));
+  finger::waitUntil([editor] { return !editor->bytes().empty(); }, "the editor stays empty");
   album.picture("editor");
   QTest::keyClick(editor, Qt::Key_F, Qt::ControlModifier);
   QTest::keyClicks(finger::find("Find text"), "hook");
@@ -38,7 +37,7 @@ void edit(Album& album) {
   QTest::keyClicks(finger::find("Find text"), "nowhere");
   album.picture("editor-find-nothing");
   QTest::keyClick(finger::find("Find text"), Qt::Key_Escape);
-  editor->moveCursor(QTextCursor::Start);
+  editor->setCursorPosition(0, 0);
   QTest::keyClicks(editor, "// Edited on the tour.");
   QTest::keyClick(editor, Qt::Key_Return);
   QTest::keyClick(editor, Qt::Key_Escape);
@@ -65,8 +64,8 @@ void build(Album& album) {
   waitToSee(localized(text::goToDebFolder));
   album.picture("build-success");
   tap(localized(text::cancel));
-  auto* const log = qobject_cast<LogView*>(finger::find("Build log"));
-  if (log->text().empty()) throw finger::Missing("the build log is empty");
+  auto* const log = qobject_cast<TextView*>(finger::find("Build log"));
+  if (log->bytes().empty()) throw finger::Missing("the build log is empty");
   album.picture("build-log");
   QTest::keyClick(log, Qt::Key_F, Qt::ControlModifier);
   QTest::keyClicks(finger::find("Find text"), "pack");

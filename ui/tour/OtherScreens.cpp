@@ -3,8 +3,8 @@
 #include "platform/UIApplication.h"
 #include "ui/AddressNotice.h"
 #include "ui/Localized.h"
-#include "ui/LogView.h"
 #include "ui/MissingTheosNotice.h"
+#include "ui/controls/TextView.h"
 #include "ui/tour/Album.h"
 #include "ui/tour/Finger.h"
 #include "ui/tour/Stops.h"
@@ -60,7 +60,7 @@ void muchOfEverything(Album& album) {
   tap("Make Package");
   waitToSee(localized(text::pleaseWait));
   finger::waitUntil([] { return finger::sees("Make Package"); }, "the build does not end");
-  auto* const log = qobject_cast<LogView*>(finger::find("Build log"));
+  auto* const log = qobject_cast<TextView*>(finger::find("Build log"));
   album.picture("build-long-log");
   log->setFocus();
   QTest::keyClick(log, Qt::Key_A, Qt::ControlModifier);

@@ -1,11 +1,10 @@
-#include "ui/FindBar.h"
+#include "ui/controls/FindBar.h"
 
 #include "platform/EventBoundary.h"
 #include "platform/UIFont.h"
 #include "ui/Metrics.h"
 #include "ui/UIButton.h"
-
-#include <utility>
+#include "ui/controls/TextView.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -47,16 +46,15 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
   hide();
 }
 
-void FindBar::setText(QWidget* text, Find find) {
+void FindBar::setText(TextView* text) {
   text_ = text;
-  find_ = std::move(find);
   const auto wire = [&](QKeySequence::StandardKey keys, auto action) {
     auto* const shortcut = new QShortcut(keys, text->parentWidget());
     connect(shortcut, &QShortcut::activated, this, atEventBoundary(action));
   };
   wire(QKeySequence::Find, [this] { open(); });
-  wire(QKeySequence::FindNext, [this] { this->find(SearchDirection::Forward, false); });
-  wire(QKeySequence::FindPrevious, [this] { this->find(SearchDirection::Backward, false); });
+  wire(QKeySequence::FindNext, [this] { find(SearchDirection::Forward, false); });
+  wire(QKeySequence::FindPrevious, [this] { find(SearchDirection::Backward, false); });
 }
 
 void FindBar::open() {
@@ -86,8 +84,8 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
 }
 
 void FindBar::find(SearchDirection direction, bool mayStay) {
-  if (!find_) return;
-  const bool missing = !word_->text().isEmpty() && !find_(word_->text(), direction, mayStay);
+  if (text_ == nullptr) return;
+  const bool missing = !word_->text().isEmpty() && !text_->find(word_->text(), direction, mayStay);
   result_->setText(missing ? QStringLiteral("No match") : QString());
   // On a narrow screen there is not room for the message and for what would lead nowhere.
   if (missing && (previous_->hasFocus() || next_->hasFocus())) word_->setFocus(Qt::OtherFocusReason);

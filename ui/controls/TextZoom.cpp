@@ -1,4 +1,4 @@
-#include "ui/TextZoom.h"
+#include "ui/controls/TextZoom.h"
 
 #include "platform/UIFont.h"
 #include "ui/Metrics.h"
@@ -24,8 +24,7 @@ QFont fontOfLevel(int level) {
 
 }  // namespace
 
-TextZoom::TextZoom(QAbstractScrollArea* text, std::function<void(const QFont&)> apply)
-    : QObject(text), apply_(std::move(apply)) {
+TextZoom::TextZoom(QAbstractScrollArea* text) : QObject(text), text_(text) {
   text->viewport()->installEventFilter(this);
   const auto wire = [&](const QList<QKeySequence>& keys, auto level) {
     for (const QKeySequence& key : keys) {
@@ -38,7 +37,7 @@ TextZoom::TextZoom(QAbstractScrollArea* text, std::function<void(const QFont&)> 
        [] { return chosenLevel + 1; });
   wire({QKeySequence(Qt::CTRL | Qt::Key_Minus)}, [] { return chosenLevel - 1; });
   wire({QKeySequence(Qt::CTRL | Qt::Key_0)}, [] { return 0; });
-  apply_(fontOfLevel(chosenLevel));
+  text->setFont(fontOfLevel(chosenLevel));
 }
 
 bool TextZoom::eventFilter(QObject* object, QEvent* event) {
@@ -55,5 +54,5 @@ bool TextZoom::eventFilter(QObject* object, QEvent* event) {
 void TextZoom::setLevel(int level) {
   level = std::clamp(level, smallestLevel, largestLevel);
   if (level == std::exchange(chosenLevel, level)) return;
-  apply_(fontOfLevel(level));
+  text_->setFont(fontOfLevel(level));
 }

@@ -1,4 +1,4 @@
-#include "ui/TextSearch.h"
+#include "ui/controls/TextSearch.h"
 
 #include <algorithm>
 #include <array>

@@ -1,14 +1,13 @@
 // The bar below a text in which a word is typed that is to be found there.
 #pragma once
 
-#include "ui/TextSearch.h"
-
-#include <functional>
+#include "ui/controls/TextSearch.h"
 
 #include <QWidget>
 
 class QLabel;
 class QLineEdit;
+class TextView;
 class UIButton;
 
 // Hidden until Ctrl+F. What is typed is found at once; Return goes on to the next place, Shift+Return to the
@@ -17,14 +16,10 @@ class FindBar : public QWidget {
   Q_OBJECT
 
  public:
-  // Selects a place of the word in the text, once round it; `mayStay`: the one that is selected will do.
-  // False where there is none.
-  using Find = std::function<bool(const QString& word, SearchDirection direction, bool mayStay)>;
-
   explicit FindBar(QWidget* parent = nullptr);
 
   // `text` has the focus back when the bar closes. The keys work all over the screen that `text` lies in.
-  void setText(QWidget* text, Find find);
+  void setText(TextView* text);
 
   void open();
   // False when it was not open.
@@ -40,6 +35,5 @@ class FindBar : public QWidget {
   QLabel* result_;
   UIButton* previous_ = nullptr;
   UIButton* next_ = nullptr;
-  QWidget* text_ = nullptr;
-  Find find_;
+  TextView* text_ = nullptr;
 };

@@ -1,0 +1,408 @@
+#include "ui/controls/TextView.h"
+
+#include "platform/UIFont.h"
+#include "ui/Colours.h"
+#include "ui/Layer.h"
+#include "ui/Localized.h"
+#include "ui/Metrics.h"
+
+#include <algorithm>
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QScrollPrepareEvent>
+#include <QScroller>
+#include <QStyleHints>
+#include <QTouchEvent>
+#include <Qsci/qscicommandset.h>
+
+namespace {
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+constexpr std::size_t longestWrapped = std::size_t{1} << 20;  // bytes; takes half a second
+constexpr long editorTabColumns = 4;
+constexpr long logTabColumns = 8;
+constexpr int hiddenStyle = QsciScintillaBase::STYLE_LASTPREDEFINED + 1;
+
+// What most lines end with; where there is no line yet, a line feed.
+long lineEndMode(std::string_view text) {
+  std::size_t windows = 0;
+  std::size_t feeds = 0;
+  std::size_t returns = 0;
+  for (std::size_t at = text.find_first_of("\r\n"); at != std::string_view::npos;
+       at = text.find_first_of("\r\n", at + 1)) {
+    if (text[at] == '\n') {
+      ++feeds;
+    } else if (at + 1 < text.size() && text[at + 1] == '\n') {
+      ++windows;
+      ++at;
+    } else {
+      ++returns;
+    }
+  }
+  if (windows > feeds && windows >= returns) return QsciScintillaBase::SC_EOL_CRLF;
+  return returns > feeds ? QsciScintillaBase::SC_EOL_CR : QsciScintillaBase::SC_EOL_LF;
+}
+
+bool takesNoRoom(char byte) {
+  const auto code = static_cast<unsigned char>(byte);
+  return (code < ' ' && byte != '\t' && byte != '\n' && byte != '\r') || code == 0x7F;
+}
+
+}  // namespace
+
+TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(this)) {
+  setUtf8(true);
+  setFrameShape(QFrame::NoFrame);
+  setBackgroundRole(QPalette::Base);
+  // The words are Latin ones whatever the language of the interface. Drawn without a buffer of its own, text
+  // is mangled where the application reads from right to left.
+  setLayoutDirection(Qt::LeftToRight);
+  send(SCI_SETBUFFEREDDRAW, 1);
+  send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
+  for (int margin = 0; margin < margins(); ++margin) setMarginWidth(margin, 0);
+  send(SCI_SETMARGINLEFT, 0, metrics::textPadding);
+  send(SCI_SETMARGINRIGHT, 0, metrics::textPadding);
+  send(SCI_SETSCROLLWIDTHTRACKING, 1);
+  // A tab is typed as it is, whatever the blanks before it.
+  setTabIndents(false);
+  setUpKeys();
+  note_->setFont(systemFontOfSize(metrics::smallTextSize));
+  note_->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
+                            metrics::barSpacing);
+  note_->setTextFormat(Qt::PlainText);
+  note_->hide();
+  viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+  QScroller& touch = *QScroller::scroller(viewport());
+  QScrollerProperties properties = touch.scrollerProperties();
+  for (const auto policy :
+       {QScrollerProperties::VerticalOvershootPolicy, QScrollerProperties::HorizontalOvershootPolicy})
+    properties.setScrollMetric(policy, QScrollerProperties::OvershootAlwaysOff);
+  touch.setScrollerProperties(properties);
+  reportToAssistiveTechnology();
+  setReadOnly(false);
+  setWrapped(true);
+  applyLooks();
+}
+
+void TextView::setReadOnly(bool readOnly) {
+  QsciScintilla::setReadOnly(readOnly);
+  send(SCI_SETCARETSTYLE, readOnly ? CARETSTYLE_INVISIBLE : CARETSTYLE_LINE);
+  send(SCI_SETTABWIDTH, readOnly ? logTabColumns : editorTabColumns);
+  viewport()->setCursor(Qt::IBeamCursor);
+}
+
+// Keys that edit whole lines or belong to the screen are no longer the text's.
+void TextView::setUpKeys() {
+  QsciCommandSet& commands = *standardCommands();
+  for (const auto taken :
+       {QsciCommand::LineCut, QsciCommand::LineDelete, QsciCommand::LineCopy, QsciCommand::LineTranspose,
+        QsciCommand::SelectionDuplicate, QsciCommand::SelectionLowerCase, QsciCommand::SelectionUpperCase,
+        QsciCommand::EditToggleOvertype, QsciCommand::Cancel, QsciCommand::ZoomIn, QsciCommand::ZoomOut}) {
+    commands.find(taken)->setKey(0);
+  }
+  // Home and End go by the lines that are seen.
+  const struct {
+    QsciCommand::Command plain, wrapped;
+    QKeyCombination key;
+  } moved[] = {{QsciCommand::VCHome, QsciCommand::VCHomeWrap, Qt::Key_Home},
+               {QsciCommand::VCHomeExtend, QsciCommand::VCHomeWrapExtend, Qt::SHIFT | Qt::Key_Home},
+               {QsciCommand::LineEnd, QsciCommand::LineEndWrap, Qt::Key_End},
+               {QsciCommand::LineEndExtend, QsciCommand::LineEndWrapExtend, Qt::SHIFT | Qt::Key_End}};
+  for (const auto& each : moved) {
+    commands.find(each.plain)->setKey(0);
+    commands.find(each.wrapped)->setKey(each.key.toCombined());
+  }
+  commands.find(QsciCommand::Redo)->setAlternateKey((Qt::CTRL | Qt::SHIFT | Qt::Key_Z).toCombined());
+}
+
+void TextView::applyLooks() {
+  const QPalette& colours = palette();
+  const QColor text = colours.color(QPalette::Active, QPalette::Text);
+  const QColor base = colours.color(QPalette::Active, QPalette::Base);
+  const QColor chosen = colours.color(QPalette::Active, QPalette::Highlight);
+  const QColor chosenText = colours.color(QPalette::Active, QPalette::HighlightedText);
+  SendScintilla(SCI_STYLESETFORE, STYLE_DEFAULT, text);
+  SendScintilla(SCI_STYLESETBACK, STYLE_DEFAULT, base);
+  SendScintilla(SCI_STYLESETFONT, static_cast<uintptr_t>(STYLE_DEFAULT),
+                font().family().toUtf8().constData());
+  send(SCI_STYLESETSIZEFRACTIONAL, STYLE_DEFAULT,
+       qRound(font().pointSizeF() * static_cast<int>(SC_FONT_SIZE_MULTIPLIER)));
+  // Every other style takes these over, so this comes after them.
+  send(SCI_STYLECLEARALL);
+  send(SCI_STYLESETVISIBLE, hiddenStyle, 0);
+  SendScintilla(SCI_SETSELFORE, 1UL, chosenText);
+  SendScintilla(SCI_SETSELBACK, 1UL, chosen);
+  SendScintilla(SCI_SETCARETFORE, text);
+  send(SCI_SETCARETPERIOD, QGuiApplication::styleHints()->cursorFlashTime() / 2);
+  placeNote();
+}
+
+void TextView::changeEvent(QEvent* event) {
+  QsciScintilla::changeEvent(event);
+  switch (event->type()) {
+    case QEvent::EnabledChange:
+    case QEvent::FontChange:
+    case QEvent::PaletteChange:
+      applyLooks();
+      break;
+    default:
+      break;
+  }
+}
+
+std::string_view TextView::text() const {
+  return {static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER)),
+          static_cast<std::size_t>(send(SCI_GETLENGTH))};
+}
+
+void TextView::setBytes(std::string_view bytes) {
+  const bool readOnly = isReadOnly();
+  byteOrderMark_ = bytes.starts_with(utf8Mark) ? utf8Mark : std::string_view();
+  bytes.remove_prefix(byteOrderMark_.size());
+  // Nobody hears of each step: a huge text would be handed over in one piece.
+  const long heard = send(SCI_GETMODEVENTMASK);
+  send(SCI_SETMODEVENTMASK, 0);
+  send(SCI_SETREADONLY, 0);
+  send(SCI_SETUNDOCOLLECTION, 0);
+  // A text that wraps while it comes in is wrapped on the spot, not bit by bit later.
+  send(SCI_SETWRAPMODE, SC_WRAP_NONE);
+  send(SCI_CLEARALL);
+  send(SCI_SETSCROLLWIDTH, 1);
+  send(SCI_APPENDTEXT, static_cast<long>(bytes.size()), reinterpret_cast<long>(bytes.data()));
+  if (readOnly) hideControlCharacters(bytes);
+  setWrapped(bytes.size() <= longestWrapped);
+  send(SCI_SETEOLMODE, lineEndMode(bytes));
+  send(SCI_SETUNDOCOLLECTION, 1);
+  send(SCI_EMPTYUNDOBUFFER);
+  send(SCI_SETSAVEPOINT);
+  send(SCI_SETREADONLY, readOnly ? 1 : 0);
+  send(SCI_SETMODEVENTMASK, heard);
+  send(SCI_SETFIRSTVISIBLELINE, 0);
+  QAccessibleTextUpdateEvent changed(this, 0, QString(), QString());
+  QAccessible::updateAccessibility(&changed);
+}
+
+std::string TextView::bytes() {
+  if (composing_) QGuiApplication::inputMethod()->commit();
+  if (composing_) {
+    QInputMethodEvent dropped;
+    inputMethodEvent(&dropped);
+  }
+  return byteOrderMark_ + std::string(text());
+}
+
+void TextView::hideControlCharacters(std::string_view text) {
+  constexpr std::size_t piece = std::size_t{1} << 20;
+  std::string styles;
+  for (std::size_t begin = 0; begin < text.size(); begin += piece) {
+    const std::string_view part = text.substr(begin, piece);
+    if (std::none_of(part.begin(), part.end(), takesNoRoom)) continue;
+    styles.resize(part.size());
+    std::transform(part.begin(), part.end(), styles.begin(),
+                   [](char byte) { return takesNoRoom(byte) ? char{hiddenStyle} : char{0}; });
+    send(SCI_STARTSTYLING, static_cast<long>(begin));
+    SendScintilla(SCI_SETSTYLINGEX, static_cast<uintptr_t>(styles.size()), styles.data());
+  }
+}
+
+void TextView::setWrapped(bool wrapped) {
+  send(SCI_SETWRAPMODE, wrapped ? SC_WRAP_WHITESPACE : SC_WRAP_NONE);
+  note_->setText(localized(text::longLinesNotWrapped));
+  note_->setVisible(!wrapped);
+  placeNote();
+}
+
+void TextView::placeNote() {
+  const int height = note_->isHidden() ? 0 : note_->sizeHint().height();
+  setViewportMargins(0, metrics::textPadding, 0, height);
+  const QRect shown = viewport()->geometry();
+  note_->setGeometry(shown.left(), shown.bottom() + 1, shown.width(), height);
+}
+
+bool TextView::find(const QString& word, SearchDirection direction, bool mayStay) {
+  if (isReadOnly()) selectFromTop();
+  const QByteArray bytes = word.toUtf8();
+  const bool fromEnd = (direction == SearchDirection::Forward) != mayStay;
+  const auto found = findWordAround(text(), {bytes.data(), static_cast<std::size_t>(bytes.size())},
+                                    fromEnd ? selectionEnd() : selectionBegin(), direction);
+  if (!found) return false;
+  send(SCI_SETSEL, static_cast<long>(*found), static_cast<long>(*found) + bytes.size());
+  return true;
+}
+
+// Where a log has nothing selected, it goes on from the top of what is seen.
+void TextView::selectFromTop() {
+  if (hasSelectedText()) return;
+  const long line = send(SCI_DOCLINEFROMVISIBLE, send(SCI_GETFIRSTVISIBLELINE));
+  send(SCI_SETEMPTYSELECTION, send(SCI_POSITIONFROMLINE, line));
+}
+
+bool TextView::scrollByKey(const QKeyEvent& event) {
+  const auto go = [](QScrollBar* bar, QAbstractSlider::SliderAction action) {
+    bar->triggerAction(action);
+    return true;
+  };
+  switch (event.key()) {
+    case Qt::Key_Up:
+      return go(verticalScrollBar(), QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Down:
+      return go(verticalScrollBar(), QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_Left:
+      return go(horizontalScrollBar(), QAbstractSlider::SliderSingleStepSub);
+    case Qt::Key_Right:
+      return go(horizontalScrollBar(), QAbstractSlider::SliderSingleStepAdd);
+    case Qt::Key_PageUp:
+      return go(verticalScrollBar(), QAbstractSlider::SliderPageStepSub);
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+      return go(verticalScrollBar(), QAbstractSlider::SliderPageStepAdd);
+    case Qt::Key_Home:
+      return go(verticalScrollBar(), QAbstractSlider::SliderToMinimum);
+    case Qt::Key_End:
+      return go(verticalScrollBar(), QAbstractSlider::SliderToMaximum);
+    default:
+      return false;
+  }
+}
+
+void TextView::keyPressEvent(QKeyEvent* event) {
+  // The screen's, though the library would swallow it.
+  if (event->key() == Qt::Key_Escape) return event->ignore();
+  if (isReadOnly()) {
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == Qt::NoModifier && scrollByKey(*event)) return;
+    if ((modifiers & Qt::ShiftModifier) != 0) selectFromTop();
+    if (modifiers == Qt::ShiftModifier && event->key() == Qt::Key_Home) {
+      send(SCI_DOCUMENTSTARTEXTEND);
+      return;
+    }
+    if (modifiers == Qt::ShiftModifier && event->key() == Qt::Key_End) {
+      send(SCI_DOCUMENTENDEXTEND);
+      return;
+    }
+  }
+  QsciScintilla::keyPressEvent(event);
+}
+
+void TextView::inputMethodEvent(QInputMethodEvent* event) {
+  composing_ = !event->preeditString().isEmpty();
+  QsciScintilla::inputMethodEvent(event);
+}
+
+void TextView::contextMenuEvent(QContextMenuEvent* event) {
+  auto* const menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setLayoutDirection(QGuiApplication::layoutDirection());
+  const auto add = [&](const TextPair& name, bool possible, auto action) {
+    menu->addAction(localized(name), this, action)->setEnabled(possible);
+  };
+  const bool chosen = hasSelectedText();
+  if (!isReadOnly()) {
+    add(text::undo, isUndoAvailable(), &TextView::undo);
+    add(text::redo, isRedoAvailable(), &TextView::redo);
+    menu->addSeparator();
+    add(text::cut, chosen, &TextView::cut);
+  }
+  add(text::copy, chosen, &TextView::copy);
+  if (!isReadOnly()) {
+    add(text::paste, send(SCI_CANPASTE) != 0, &TextView::paste);
+    add(text::delete_, chosen, &TextView::removeSelectedText);
+    menu->addSeparator();
+  }
+  add(text::selectAll, length() > 0, [this] { selectAll(); });
+  menu->popup(event->globalPos());
+}
+
+void TextView::paintEvent(QPaintEvent* event) {
+  QsciScintilla::paintEvent(event);
+  // Where text is typed, the caret shows the focus.
+  if (!isReadOnly() || !showsFocus(*this)) return;
+  QPainter painter(viewport());
+  drawLayer(painter, viewport()->rect(), {0, metrics::focusRingWidth, QColor(), colours::focusRing},
+            QColor());
+}
+
+void TextView::resizeEvent(QResizeEvent* event) {
+  QsciScintilla::resizeEvent(event);
+  placeNote();
+}
+
+bool TextView::viewportEvent(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+      touch(*static_cast<QTouchEvent*>(event));
+      return true;
+    case QEvent::ScrollPrepare:
+    case QEvent::Scroll:
+      scrollByTouch(*event);
+      return true;
+    default:
+      return QsciScintilla::viewportEvent(event);
+  }
+}
+
+// One finger scrolls; where it only taps, it places the caret, and tapping twice selects a word.
+void TextView::touch(const QTouchEvent& event) {
+  QScroller& scroller = *QScroller::scroller(viewport());
+  const QPointF at = event.points().isEmpty() ? QPointF() : event.points().first().position();
+  const auto time = static_cast<qint64>(event.timestamp());
+  switch (event.type()) {
+    case QEvent::TouchBegin:
+      // The finger that stops a text on its way does no more.
+      taps_ = scroller.state() == QScroller::Inactive;
+      scroller.handleInput(QScroller::InputPress, at, time);
+      break;
+    case QEvent::TouchUpdate:
+      scroller.handleInput(QScroller::InputMove, at, time);
+      taps_ = taps_ && scroller.state() == QScroller::Pressed;
+      break;
+    case QEvent::TouchEnd:
+      scroller.handleInput(QScroller::InputRelease, at, time);
+      if (taps_) tap(at.toPoint(), time);
+      break;
+    default:
+      scroller.stop();
+      break;
+  }
+}
+
+void TextView::tap(QPoint at, qint64 time) {
+  setFocus(Qt::MouseFocusReason);
+  const long place = send(SCI_POSITIONFROMPOINT, at.x(), at.y());
+  const QStyleHints& hints = *QGuiApplication::styleHints();
+  const bool again = time - tappedTime_ < hints.mouseDoubleClickInterval() &&
+                     (at - tappedAt_).manhattanLength() < hints.touchDoubleTapDistance();
+  send(SCI_SETSEL, again ? send(SCI_WORDSTARTPOSITION, place, 1) : place,
+       again ? send(SCI_WORDENDPOSITION, place, 1) : place);
+  tappedTime_ = time;
+  tappedAt_ = at;
+  if (!isReadOnly()) QGuiApplication::inputMethod()->show();
+}
+
+// The scroll bar counts lines, a finger pixels.
+void TextView::scrollByTouch(QEvent& event) {
+  QScrollBar& across = *horizontalScrollBar();
+  QScrollBar& down = *verticalScrollBar();
+  const double line = static_cast<double>(std::max(send(SCI_TEXTHEIGHT, 0), 1L));
+  event.accept();
+  if (event.type() == QEvent::Scroll) {
+    const QPointF place = static_cast<QScrollEvent&>(event).contentPos();
+    across.setValue(qRound(place.x()));
+    down.setValue(qRound(place.y() / line));
+    return;
+  }
+  auto& prepare = static_cast<QScrollPrepareEvent&>(event);
+  prepare.setViewportSize(viewport()->size());
+  prepare.setContentPosRange({0, 0, static_cast<double>(across.maximum()), down.maximum() * line});
+  prepare.setContentPos({static_cast<double>(across.value()), down.value() * line});
+}

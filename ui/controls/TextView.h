@@ -1,0 +1,75 @@
+// The text of a file or of a log: its bytes exactly, in the looks of the application.
+#pragma once
+
+#include "ui/controls/TextSearch.h"
+
+#include <string>
+#include <string_view>
+
+#include <Qsci/qsciscintilla.h>
+
+class QLabel;
+class QTouchEvent;
+
+// QsciScintilla in the application's palette and fixed-pitch font, with its touch scrolling, context menu and
+// reports to assistive technology. Read left to right whatever the language of the interface. Read-only it is
+// a log: it has no caret, keys scroll (with Shift they select, from what is selected or else from the top),
+// and control characters take no room.
+class TextView : public QsciScintilla {
+  Q_OBJECT
+
+ public:
+  explicit TextView(QWidget* parent = nullptr);
+
+  void setReadOnly(bool readOnly) override;
+
+  // Replaces the text by `bytes`, which have to be valid UTF-8 of less than 2 GiB, and goes to its beginning.
+  // Nothing can be undone then, and isModified() is false. A new line that is typed ends as most lines do. A
+  // text over 1 MiB is not wrapped, and a note below it says so.
+  void setBytes(std::string_view bytes);
+  // The same bytes, but for what was edited. A text that an input method has not finished is finished first.
+  std::string bytes();
+
+  // Byte offsets, first and one past the last; the same where nothing is selected. A byte-order mark at the
+  // beginning is not counted.
+  std::size_t selectionBegin() const { return static_cast<std::size_t>(send(SCI_GETSELECTIONSTART)); }
+  std::size_t selectionEnd() const { return static_cast<std::size_t>(send(SCI_GETSELECTIONEND)); }
+
+  // Selects the next place of `word`, once round the text, and scrolls it into view. From behind the
+  // selection, or where `mayStay`, from its beginning. False when there is none; the selection stays then.
+  bool find(const QString& word, SearchDirection direction, bool mayStay);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  // SendScintilla's overloads leave plain integers ambiguous.
+  long send(unsigned int message, long first = 0, long second = 0) const {
+    return SendScintilla(message, static_cast<unsigned long>(first), second);
+  }
+  std::string_view text() const;
+  void setUpKeys();
+  void applyLooks();
+  void hideControlCharacters(std::string_view text);
+  void setWrapped(bool wrapped);
+  void placeNote();
+  void selectFromTop();
+  bool scrollByKey(const QKeyEvent& event);
+  void touch(const QTouchEvent& event);
+  void tap(QPoint at, qint64 time);
+  void scrollByTouch(QEvent& event);
+  void reportToAssistiveTechnology();
+
+  std::string byteOrderMark_;  // kept apart, so that nothing is typed before it
+  QLabel* note_;
+  bool composing_ = false;
+  bool taps_ = false;      // what a finger does now is still a tap
+  qint64 tappedTime_ = 0;  // milliseconds, of the last tap
+  QPoint tappedAt_;
+};
