@@ -26,27 +26,19 @@ enum class Family {
   None,
   Forbidden,  // the compiler lets nobody name them
   Copying,    // Logos declares the result as the hooked class, whatever it is
-  Creating,   // the same where it is id
-  Retained    // the caller owns the result, of which Logos knows nothing
+  Owned       // the caller releases the result, which Logos does not know of all of them
 };
 
 Family familyOf(const MethodSignature& signature) {
   const std::string selector = signature.selector();
   if (known::isAmong("autorelease release retain retainCount", selector)) return Family::Forbidden;
-  const bool isOfClass = signature.of == MethodSignature::Of::Class;
-  if (!isOfClass && known::isAmong("copy copyWithZone: mutableCopy mutableCopyWithZone:", selector))
+  if (signature.of == MethodSignature::Of::Instance &&
+      known::isAmong("copy copyWithZone: mutableCopy mutableCopyWithZone:", selector))
     return Family::Copying;
-  const std::string_view name =
-      std::string_view(selector).substr(std::min(selector.find_first_not_of('_'), selector.size()));
+  const std::string name = selector.substr(std::min(selector.find_first_not_of('_'), selector.size()));
   for (const std::string_view word : {"alloc", "copy", "init", "mutableCopy", "new"}) {
-    const char next = name.size() > word.size() ? name[word.size()] : ':';
-    if (!name.starts_with(word) || (next >= 'a' && next <= 'z')) continue;
-    const bool isExact = name.size() == selector.size() &&
-                         (word == "new" ? selector == "new" : next == ':' || (next >= 'A' && next <= 'Z'));
-    return isExact && signature.returned.written == "id" &&
-                   (isOfClass ? word == "alloc" || word == "new" : word == "init")
-               ? Family::Creating
-               : Family::Retained;
+    const bool goesOn = name.size() > word.size() && name[word.size()] >= 'a' && name[word.size()] <= 'z';
+    if (name.starts_with(word) && !goesOn) return Family::Owned;
   }
   return Family::None;
 }
@@ -66,19 +58,10 @@ std::size_t argumentIndex(const std::string& key, const MethodSignature& signatu
 // handed over alike, whatever they are called.
 std::string expressionOf(const PropertyListValue& value, ValueType& type) {
   if (type.kind != ValueKind::Word && type.kind != ValueKind::Unknown) return valueExpression(value, type);
-  const std::initializer_list<ValueType> candidates{{"void *", ValueKind::Pointer},
-                                                    {"NSInteger", ValueKind::Integer, 64},
-                                                    {"NSUInteger", ValueKind::Integer, 64, Sign::Unsigned}};
-  for (const ValueType& candidate : candidates) {
-    if ((candidate.kind == ValueKind::Pointer) != isNothing(value)) continue;
-    try {
-      std::string expression = valueExpression(value, candidate);
-      type = candidate;
-      return expression;
-    } catch (const NotUnderstood&) {
-    }
-  }
-  return valueExpression(value, type);
+  const ValueKind kind = isNothing(value) ? ValueKind::Pointer : ValueKind::Integer;
+  const std::string expression = valueExpression(value, {type.written, kind, 64});
+  type = {kind == ValueKind::Pointer ? "void *" : "NSInteger", kind, 64};
+  return expression;
 }
 
 // The statements that set the arguments, in their order.
@@ -99,28 +82,26 @@ std::string settingArguments(const PropertyListValue& values, MethodSignature& s
   return text;
 }
 
-// A result that is not set by a value is the original's, unless there is none.
 std::string returningValue(const PropertyListValue& value, MethodSignature& signature) {
   const std::string expression = expressionOf(value, signature.returned);
   const Family family = familyOf(signature);
   const bool isObject = expression.starts_with('@') || expression.starts_with('[');
-  if (isObject && (family == Family::Copying || family == Family::Creating))
-    return "\treturn (id)" + expression + ";\n";
   if (!isObject || family == Family::None) return "\treturn " + expression + ";\n";
+  if (family == Family::Copying) return "\treturn (id)" + expression + ";\n";
   signature.returned = {"void *", ValueKind::Pointer};
   return "\treturn (__bridge_retained void *)" + expression + ";\n";
 }
 
 bool isKnown(const ValueType& type) {
-  return type.kind != ValueKind::Unknown && type.kind != ValueKind::Opaque;
+  return type.kind < ValueKind::Unknown;
 }
 
 std::string original(const MethodSignature& signature) {
   if (signature.isVariadic) throw NotUnderstood("it takes a number of arguments that is not known");
-  for (const ValueType& type : signature.arguments)
-    if (!isKnown(type)) throw NotUnderstood("the type " + type.written + " is not understood");
-  if (!isKnown(signature.returned))
-    throw NotUnderstood("the type " + signature.returned.written + " is not understood");
+  std::vector<ValueType> types = signature.arguments;
+  types.push_back(signature.returned);
+  const auto unknown = std::find_if_not(types.begin(), types.end(), isKnown);
+  if (unknown != types.end()) throw NotUnderstood("the type " + unknown->written + " is not understood");
   return signature.arguments.empty() ? "%orig" : "%orig(" + signature.argumentNames() + ")";
 }
 

@@ -107,6 +107,12 @@ void appendEscaped(std::string& literal, std::string_view bytes) {
 
 }  // namespace
 
+std::string_view trimmed(std::string_view text, std::string_view unwanted) {
+  const std::size_t first = text.find_first_not_of(unwanted);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(unwanted) - first + 1);
+}
+
 std::string menuName(std::string_view name) {
   // The import takes this word out of the menu wherever it stands, but not with a blank in it; of the key the
   // blank goes again.

@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+// Without any of `unwanted` at its ends.
+std::string_view trimmed(std::string_view text, std::string_view unwanted = " \t\r\n");
+
 // A patch's name for the menu. The entry that it becomes part of is pasted into command lines and file names,
 // so only letters, digits, blanks, "-_.,+" and characters outside ASCII stay; everything else becomes a
 // blank. Never empty, short enough for a file name, and with no blanks at its ends.

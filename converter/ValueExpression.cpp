@@ -21,14 +21,9 @@ struct Whole {
 using Number = std::variant<bool, Whole, double>;
 using MaybeWritten = std::optional<std::string>;
 
-std::string trimmed(const std::string& text, std::string_view unwanted = " \t\r\n") {
-  const std::size_t first = text.find_first_not_of(unwanted);
-  return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(unwanted) - first + 1);
-}
-
 // As people write a number in source or elsewhere: "(BOOL)1", "@(5);", "٥", "return NO;".
 std::string plainNumber(std::string text) {
-  constexpr std::array<std::pair<std::string_view, std::string_view>, 13> westerns{{{"٠", "0"},
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 14> westerns{{{"٠", "0"},
                                                                                     {"١", "1"},
                                                                                     {"٢", "2"},
                                                                                     {"٣", "3"},
@@ -40,14 +35,13 @@ std::string plainNumber(std::string text) {
                                                                                     {"٩", "9"},
                                                                                     {"٫", "."},
                                                                                     {"−", "-"},
-                                                                                    {"@", ""}}};
+                                                                                    {"@", ""},
+                                                                                    {"return ", ""}}};
   for (const auto& [there, western] : westerns) text = replaceAll(text, there, western);
-  text = trimmed(text, " \t\r\n;");
-  if (text.starts_with("return ")) text = trimmed(text.substr(7));
-  const std::size_t cast = text.find(')');
-  if (text.starts_with('(') && cast + 1 < text.size()) text = trimmed(text.substr(cast + 1));
-  if (text.starts_with('(') && text.ends_with(')')) text = trimmed(text.substr(1, text.size() - 2));
-  return text;
+  std::string_view plain = trimmed(text, " \t\r\n;");
+  const std::size_t cast = plain.starts_with('(') ? plain.find(')') + 1 : 0;
+  if (cast < plain.size()) plain.remove_prefix(cast);
+  return std::string(trimmed(plain, " ()"));
 }
 
 // With "0x", and with C's suffixes.
@@ -172,59 +166,41 @@ MaybeWritten numberExpression(const Number& number, const ValueType& type) {
   }
 }
 
-struct Structure {
-  std::string_view name;
-  std::string_view maker;
-  std::size_t members;
-};
-
-constexpr std::array<Structure, 8> structures{{
-    {"CGRect", "CGRectMake", 4},
-    {"CGSize", "CGSizeMake", 2},
-    {"CGPoint", "CGPointMake", 2},
-    {"CGVector", "CGVectorMake", 2},
-    {"UIEdgeInsets", "UIEdgeInsetsMake", 4},
-    {"UIOffset", "UIOffsetMake", 2},
-    {"CGAffineTransform", "CGAffineTransformMake", 6},
-    {"NSRange", "NSMakeRange", 2},
-}};
+constexpr std::array<std::pair<std::string_view, std::size_t>, 8> members{{{"CGAffineTransform", 6},
+                                                                           {"CGPoint", 2},
+                                                                           {"CGRect", 4},
+                                                                           {"CGSize", 2},
+                                                                           {"CGVector", 2},
+                                                                           {"NSRange", 2},
+                                                                           {"UIEdgeInsets", 4},
+                                                                           {"UIOffset", 2}}};
+constexpr std::string_view constants =
+    "CGAffineTransformIdentity CGPointZero CGRectInfinite CGRectNull CGRectZero CGSizeZero UIEdgeInsetsZero "
+    "UIOffsetZero";
 
 // "{{0, 0}, {320, 480}}", with brackets of any kind or none, the name of a function before them, or
 // "CGRectZero".
-MaybeWritten structureExpression(const std::string& text, const std::string& name) {
-  const auto found = std::find_if(structures.begin(), structures.end(),
-                                  [&name](const Structure& structure) { return structure.name == name; });
-  if (found == structures.end()) return std::nullopt;
-  std::string rest = trimmed(text, " \t\r\n;@");
-  for (const std::string_view constant : {"Zero", "Identity", "Null", "Infinite"})
-    if (rest == name + std::string(constant))
-      return known::isAmong(
-                 "CGRectZero CGRectNull CGRectInfinite CGSizeZero CGPointZero UIEdgeInsetsZero UIOffsetZero "
-                 "CGAffineTransformIdentity",
-                 rest)
-                 ? std::optional(rest)
-                 : std::nullopt;
-  for (const std::string_view start : {found->maker, std::string_view("CGRect"), found->name})
-    if (rest.starts_with(start)) rest.erase(0, start.size());
-  std::replace_if(
-      rest.begin(), rest.end(),
-      [](char c) { return std::string_view("{}()[],;:\t\r\n").find(c) != std::string_view::npos; }, ' ');
+MaybeWritten structureExpression(std::string text, const std::string& name) {
+  const std::string_view plain = trimmed(text, " \t\r\n;");
+  if (plain.starts_with(name) && known::isAmong(constants, plain)) return std::string(plain);
+  const bool isRange = name == "NSRange";
+  const ValueType member{"", isRange ? ValueKind::Integer : ValueKind::Real, 64,
+                         isRange ? Sign::Unsigned : Sign::Signed};
+  text.erase(0, std::min(text.find_first_of("0123456789.+-{["), text.size()));
+  constexpr std::string_view separators = "{}()[],; \t\r\n";
   std::string expression;
-  std::size_t members = 0;
-  for (rest = trimmed(rest); !rest.empty(); ++members) {
-    const std::size_t end = std::min(rest.find(' '), rest.size());
-    const auto number = numberOf(rest.substr(0, end));
-    const auto member =
-        number ? numberExpression(*number, name == "NSRange"
-                                               ? ValueType{"", ValueKind::Integer, 64, Sign::Unsigned}
-                                               : ValueType{"", ValueKind::Real, 64})
-               : std::nullopt;
-    if (!member) return std::nullopt;
-    expression += (members == 0 ? "" : ", ") + *member;
-    rest = trimmed(rest.substr(end));
+  std::size_t count = 0;
+  for (std::string_view rest = trimmed(text, separators); !rest.empty(); ++count) {
+    const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
+    const auto number = numberOf(std::string(rest.substr(0, end)));
+    const auto written = number ? numberExpression(*number, member) : std::nullopt;
+    if (!written) return std::nullopt;
+    expression += (count == 0 ? "" : ", ") + *written;
+    rest = trimmed(rest.substr(end), separators);
   }
-  if (members != found->members) return std::nullopt;
-  return std::string(found->maker) + "(" + expression + ")";
+  if (std::find(members.begin(), members.end(), std::pair(std::string_view(name), count)) == members.end())
+    return std::nullopt;
+  return (isRange ? "NSMakeRange" : name + "Make") + "(" + expression + ")";
 }
 
 MaybeWritten textExpression(const std::string& text) {

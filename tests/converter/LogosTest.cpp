@@ -214,7 +214,7 @@ TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
       {{"Good", "- (void)copy", text("nil"), {}}, uncounted},
       {{"Good", "- (CDStruct_1)d:(int)x", {}, arguments}, "the type CDStruct_1 is not understood"},
       {{"Good", "- (PriceKind)d:(int)x", {}, arguments}, "the type PriceKind is not understood"},
-      {{"Good", "- (PriceKind)d", text("words"), {}}, "the type PriceKind is not understood"},
+      {{"Good", "- (PriceKind)d", text("words"), {}}, "a value does not fit the type PriceKind"},
       {{"Good", "- (void)d:(int)x, ...", {}, arguments}, "it takes a number of arguments that is not known"},
       {{"Only", "- (int)a { } %end //", whole(1), {}}, "the method is not understood"},
       {{"", "", {}, {}}, "no class is named"},
