@@ -8,7 +8,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace device {
 
@@ -20,6 +22,9 @@ std::filesystem::path deviceOf(const Options& options, const Environment& caller
 
 // Throws Refusal where there is no device to look into, so that a command that only looks does not make one.
 void requireDevice(const std::filesystem::path& device);
+
+// Says on standard error what a copy lacks, and why; nothing where it lacks nothing.
+void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut);
 
 // A program of a command's own to run in the device.
 struct Task {
@@ -35,6 +40,8 @@ struct Task {
 // Opens the application, a shell or a command in the device, or what `task` says.
 int run(const Options& options, const Task* task = nullptr);
 int build(const Options& options);
+int showHistory(const Options& options);
+int restore(const Options& options);
 // import and export; `callerUmask` is taken from the modes of what is made on the host.
 int transfer(const Options& options, mode_t callerUmask);
 

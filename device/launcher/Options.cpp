@@ -1,6 +1,7 @@
 #include "device/launcher/Options.h"
 
 #include "device/Refusal.h"
+#include "device/folder/Packages.h"
 
 #include <algorithm>
 
@@ -54,6 +55,23 @@ void takeBuild(Options& options, const std::vector<std::string>& words) {
   if (dashes == words.end() || dashes + 1 == words.end()) options.command.emplace_back("package");
 }
 
+void takeRestore(Options& options, std::vector<std::string> words) {
+  options.action = Options::Action::Restore;
+  if (const auto backup = std::find(words.begin(), words.end(), "--backup"); backup != words.end()) {
+    options.kept = Kept::Backup;
+    words.erase(backup);
+  } else if (const auto packages = std::find(words.begin(), words.end(), "--packages");
+             packages != words.end()) {
+    options.kept = Kept::Packages;
+    words.erase(packages);
+  }
+  const bool hasTime = words.size() > 1 && words[words.size() - 2] != "--";
+  words = operands(std::move(words), hasTime ? 2 : 1, "restore NAME [WHEN] [--backup | --packages]");
+  requireEntryName(words.front());
+  options.project = words.front();
+  if (hasTime) options.when = words.back();
+}
+
 void takeCommand(Options& options, std::vector<std::string> words) {
   if (words.empty()) return;
   const std::string name = words.front();
@@ -80,6 +98,11 @@ void takeCommand(Options& options, std::vector<std::string> words) {
     options.action = Options::Action::Export;
     options.project = words[0];
     options.hostPath = words[1];
+  } else if (name == "history") {
+    options.action = Options::Action::History;
+    if (!words.empty()) options.project = operands(std::move(words), 1, "history [NAME]").front();
+  } else if (name == "restore") {
+    takeRestore(options, std::move(words));
   } else if (name.starts_with("-")) {
     throw Refusal("There is no option " + name + "; see tweakbench --help.");
   } else {

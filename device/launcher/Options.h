@@ -1,6 +1,8 @@
 // The launcher's command line.
 #pragma once
 
+#include "device/folder/HistoryFolder.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -9,7 +11,18 @@
 namespace device {
 
 struct Options {
-  enum class Action { OpenApplication, Execute, OpenShell, Build, Import, Export, Examine, ShowText };
+  enum class Action {
+    OpenApplication,
+    Execute,
+    OpenShell,
+    Build,
+    Import,
+    Export,
+    History,
+    Restore,
+    Examine,
+    ShowText
+  };
   enum class Theos { ReadOnly, Writable };
   enum class Network { Off, On };
   // How a command is started: through the guard, or without the filter as the application is. Only builds
@@ -29,10 +42,13 @@ struct Options {
   // Execute: the command and its arguments, untouched; never empty.
   // Build: the arguments for make, its goals among them.
   std::vector<std::string> command;
-  // Build, Export: the project's name.
+  // Build, Export, Restore: the project's name. History: the same, or empty for all.
   std::string project;
   // Examine: whether to leave the trial out.
   bool isQuick = false;
+  // Restore: what of the project, and the beginning of an entry's name, or empty.
+  Kept kept = Kept::Project;
+  std::string when;
   // Import: the folder to copy. Export: where the copy goes.
   std::filesystem::path hostPath;
   // ShowText: what --help or --version prints.

@@ -43,6 +43,8 @@ int main(int count, char** arguments) {
     }
     if (options.action == Options::Action::Examine) return doctor::examine(options);
     if (options.action == Options::Action::Build) return build(options);
+    if (options.action == Options::Action::History) return showHistory(options);
+    if (options.action == Options::Action::Restore) return restore(options);
     const bool copies =
         options.action == Options::Action::Import || options.action == Options::Action::Export;
     return copies ? transfer(options, callerUmask) : run(options);

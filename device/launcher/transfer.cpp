@@ -48,6 +48,14 @@ Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
 
 }  // namespace
 
+void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut) {
+  if (leftOut.empty()) return;
+  std::cerr << "tweakbench: Left out, since " << why << ":";
+  for (std::size_t i = 0; i < std::min(leftOut.size(), kNamedAtMost); ++i) std::cerr << " " << leftOut[i];
+  if (leftOut.size() > kNamedAtMost) std::cerr << " and " << leftOut.size() - kNamedAtMost << " more";
+  std::cerr << ".\n";
+}
+
 int transfer(const Options& options, mode_t callerUmask) {
   const Transfer prepared = prepareTransfer(options, callerUmask);
   const bool isImport = options.action == Options::Action::Import;
@@ -56,15 +64,8 @@ int transfer(const Options& options, mode_t callerUmask) {
     const Interruption interruption;
     const Transferred done = isImport ? importProject(prepared, options.hostPath)
                                       : exportProject(prepared, options.project, options.hostPath);
-    if (!done.leftOut.empty()) {
-      std::cerr << "tweakbench: Left out, since they are not files, lead out of the project, or are packages "
-                   "that are there already:";
-      for (std::size_t i = 0; i < std::min(done.leftOut.size(), kNamedAtMost); ++i)
-        std::cerr << " " << done.leftOut[i];
-      if (done.leftOut.size() > kNamedAtMost)
-        std::cerr << " and " << done.leftOut.size() - kNamedAtMost << " more";
-      std::cerr << ".\n";
-    }
+    tellLeftOut("they are not files, lead out of the project, or are packages that are there already",
+                done.leftOut);
     std::cout << (isImport ? "The project " + done.what + " is in the device."
                            : "The project is at " + visible(done.what) + ".")
               << std::endl;

@@ -52,6 +52,8 @@ class Copy {
     switch (status.st_mode & S_IFMT) {
       case S_IFDIR: {
         const Descriptor from = openFolderBeneath(source, entry);
+        const bool isLeftOut = rules_.unreadable == CopyRules::Unreadable::LeftOut;
+        if (isLeftOut && (!from || depth >= kDeepest)) return leftOut.push_back(name(at));
         if (!from) fail(at, "could not be read:");
         writer_.assume();
         // Closed to others until it is whole.
@@ -83,6 +85,7 @@ class Copy {
   void file(int source, int target, const std::string& entry, const fs::path& at) {
     // What was a file a moment ago may be a pipe now.
     const Descriptor from = openBeneath(source, entry, O_RDONLY | O_NONBLOCK);
+    if (!from && rules_.unreadable == CopyRules::Unreadable::LeftOut) return leftOut.push_back(name(at));
     struct stat status {};
     if (!from || fstat(from.get(), &status) != 0) fail(at, "could not be read:");
     if (!S_ISREG(status.st_mode)) throw Refusal("The entry " + name(at) + " changed while it was copied.");

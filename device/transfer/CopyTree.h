@@ -28,6 +28,9 @@ struct CopyRules {
   mode_t umask = 022;
   // Called again and again; what it throws ends the copy.
   std::function<void()> pause;
+  // What cannot be opened, or is too deep.
+  enum class Unreadable { Refused, LeftOut };
+  Unreadable unreadable = Unreadable::Refused;
 };
 
 // Copies what is in `source` into `target`, which is empty: files with their holes and times, folders, links

@@ -171,6 +171,21 @@ Transferred importProject(const Transfer& transfer, const fs::path& source) {
   return {name, std::move(leftOut)};
 }
 
+Transferred copyBack(const Transfer& transfer, int source, const fs::path& place, const std::string& name) {
+  for (const fs::path& folder : {place, fs::path(kBesideProjects)})
+    makeFolderBeneath(transfer.var.get(), folder);
+  const Descriptor target = openProjects(transfer, place.c_str());
+  const Descriptor beside = openProjects(transfer, kBesideProjects);
+  Unfinished copy(beside.get(), ".import-", transfer.inDevice);
+  CopyRules rules{CopiedLinks::All, 022, transfer.pause};
+  rules.unreadable = CopyRules::Unreadable::LeftOut;
+  auto leftOut = copyTree({source, transfer.host}, {copy.folder(), transfer.inDevice}, rules);
+  std::string free = name;
+  for (int number = 1; exists(target.get(), free); ++number) free = name + "-" + std::to_string(number);
+  copy.finish(target.get(), free, 0755);
+  return {free, std::move(leftOut)};
+}
+
 Transferred exportProject(const Transfer& transfer, const std::string& name, const fs::path& target) {
   requireEntryName(name);
   transfer.inDevice.assume();

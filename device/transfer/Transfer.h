@@ -39,6 +39,11 @@ struct Transferred {
 // those whose names are taken there are left out. Throws Refusal.
 Transferred importProject(const Transfer& transfer, const std::filesystem::path& source);
 
+// Copies the folder `source` of the history into the folder `place` of DEVICE/var, as `name` or, where that is
+// there, NAME-1 and so on, and returns that. What cannot be read is left out. Throws Refusal.
+Transferred copyBack(const Transfer& transfer, int source, const std::filesystem::path& place,
+                     const std::string& name);
+
 // Copies the project `name`, its packages included, into the folder `target` or, where there is none, under
 // that name into the folder above. Links that lead out of the project stay behind: on the host whoever reads
 // or writes through them would reach the user's own files. Packages that lie outside the project get into the
