@@ -4,6 +4,7 @@
 //   DEVICE/Applications, var  shown as they are, writable
 //   DEVICE/usr-bin            shown as /usr/bin, writable
 //   DEVICE/bin                shown as /bin, read-only
+//   DEVICE/history            earlier states of projects; not shown (HistoryFolder.h)
 //   DEVICE/shipped            what was last put into the application folder; not shown
 //   DEVICE/*.state            what the folders of links and the preferences were made from; not shown
 //

@@ -6,7 +6,8 @@
 //   DEVICE/history/set-aside/WHEN/PATH  moved there whole, such as Projects/NAME
 //   DEVICE/history/state            what the newest dated copy was made from
 //   DEVICE/history/backup-note      the backup that the application is making
-//   DEVICE/history/lock             locked while a dated copy is made; the folder itself is locked, shared, as
+//   DEVICE/history/lock             locked while a dated copy is made; the folder itself is locked, shared,
+//   as
 //                                   long as a process takes copies
 //
 // WHEN is the time in UTC. What is below the dated folders comes from programs in the device and is hostile.

@@ -22,13 +22,21 @@ constexpr const char* kCommands =
     "                              the host's path of each package that was made\n"
     "  import HOSTPATH             Copy this folder into the device as a project\n"
     "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
+    "  history [NAME]              List the earlier states that are kept, of all projects or of this one\n"
+    "  restore NAME [WHEN] [--backup | --packages]\n"
+    "                              Bring the project NAME, its backup or its packages back, as history lists "
+    "them\n"
     "  doctor [--quick]            Say whether a build works, and what to do where it does not; --quick "
     "builds none\n\n"
-    "import and export work beside an open application too. HOSTPATH of an export is the folder to put the\n"
-    "copy into, or else the copy's own new name; nothing is replaced.\n\n"
+    "All but exec, shell and build work beside an open application, and replace nothing. HOSTPATH of an "
+    "export\n"
+    "is the folder to put the copy into, or else the copy's own new name. WHEN is a time as history prints "
+    "it,\n"
+    "or its beginning. Folders .theos and files over 64 MiB have no history.\n\n"
     "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set "
     "up;\n"
-    "the doctor's: 0 if a build works, otherwise 1; of import and export: 0, or 1 if nothing was copied.";
+    "the doctor's: 0 if a build works, otherwise 1; of import, export, restore: 0, or 1 if nothing was "
+    "copied.";
 
 // The words of a command that takes exactly `count`, two dashes before them aside.
 std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
@@ -67,6 +75,8 @@ void takeRestore(Options& options, std::vector<std::string> words) {
   }
   const bool hasTime = words.size() > 1 && words[words.size() - 2] != "--";
   words = operands(std::move(words), hasTime ? 2 : 1, "restore NAME [WHEN] [--backup | --packages]");
+  if (words.front().starts_with("--") || words.back().starts_with("--"))
+    throw Refusal("There is no option " + words.back() + " of restore; see tweakbench --help.");
   requireEntryName(words.front());
   options.project = words.front();
   if (hasTime) options.when = words.back();

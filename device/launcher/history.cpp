@@ -149,10 +149,14 @@ int bringBack(const Options& options) {
     if (remark.starts_with(visible(path.string())))
       std::cerr << "tweakbench: Not in the history: " << remark << "\n";
   }
-  std::cout << (options.kept == Kept::Project ? "The project " : "") << visible(done.what)
-            << " is in the device, as " << what << " was at " << localName(entry.when) << ", without "
-            << folderLeftOut << ".\n"
-            << std::flush;
+  const std::string time = localName(entry.when);
+  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time;
+  if (done.what == options.project)
+    std::cout << " is in the device";
+  else
+    std::cout << " is in the device as " << visible(done.what) << ", since " << visible(options.project)
+              << " is there already";
+  std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
   return std::cout ? 0 : kFailed;
 }
 
