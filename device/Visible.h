@@ -1,19 +1,38 @@
 // Text from the device, made harmless for terminals and logs.
 #pragma once
 
+#include "core/Text.h"
+
 #include <string>
 #include <string_view>
 
 namespace device {
 
-// Every control character but those in `kept` becomes a question mark.
-inline std::string visible(std::string text, std::string_view kept = {}) {
-  for (char& character : text) {
-    const auto code = static_cast<unsigned char>(character);
-    const bool isControl = code < 0x20 || code == 0x7f;
-    if (isControl && kept.find(character) == std::string_view::npos) character = '?';
+// How many bytes the character that starts with `first` has in UTF-8.
+inline std::size_t lengthOfCharacter(char first) {
+  const auto code = static_cast<unsigned char>(first);
+  return code < 0xc0 ? 1 : code < 0xe0 ? 2 : code < 0xf0 ? 3 : 4;
+}
+
+// Every control character but those in `kept` becomes a question mark, U+0080 to U+009F too. So does every
+// byte that is not part of UTF-8 text: some terminals take such a byte for one of these.
+inline std::string visible(std::string_view text, std::string_view kept = {}) {
+  std::string shown;
+  while (!text.empty()) {
+    const std::string_view character = text.substr(0, lengthOfCharacter(text.front()));
+    const bool isPlain = static_cast<unsigned char>(text.front()) >= 0x20 && text.front() != 0x7f;
+    const bool isLateControl =
+        character.front() == '\xc2' && static_cast<unsigned char>(character.back()) < 0xa0;
+    if ((isPlain && !isLateControl && isValidUTF8(character)) ||
+        kept.find(character) != std::string_view::npos) {
+      shown += character;
+      text.remove_prefix(character.size());
+    } else {
+      shown += '?';
+      text.remove_prefix(isLateControl ? character.size() : 1);
+    }
   }
-  return text;
+  return shown;
 }
 
 // Output that comes in pieces, made harmless for a terminal in which colours are welcome: their sequences

@@ -1,6 +1,7 @@
 #include "device/doctor/Doctor.h"
 
 #include "device/Refusal.h"
+#include "device/Visible.h"
 #include "device/doctor/Checks.h"
 #include "device/doctor/LookAround.h"
 #include "device/launcher/Commands.h"
@@ -43,15 +44,6 @@ std::string padded(std::string text, std::size_t width) {
   return text;
 }
 
-// Paths and what programs said may hold anything, the terminal's own commands too.
-std::string printable(std::string text) {
-  for (char& character : text) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x20 || code == 0x7f) character = '?';
-  }
-  return text;
-}
-
 // What the doctor is at, for as long as this object lives, where there is a terminal to show it.
 class Progress {
  public:
@@ -85,7 +77,7 @@ int report(const Facts& facts) {
     const Look look = lookOf(finding.verdict);
     const std::string word = padded(look.word, 8);
     std::cout << (isColoured ? look.colour + word + "\033[0m" : word) << padded(finding.subject, 16)
-              << printable(finding.sentence) << "\n";
+              << visible(finding.sentence) << "\n";
   }
   const auto problems = std::count_if(findings.begin(), findings.end(),
                                       [](const Finding& one) { return one.verdict == Verdict::Problem; });

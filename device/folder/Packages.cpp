@@ -80,7 +80,9 @@ void requireProjectName(const std::string& name) {
 }
 
 void requireEntryName(const std::string& name) {
-  const bool hasControl = visible(name) != name;
+  const bool hasControl = std::any_of(name.begin(), name.end(), [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
+  });
   if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
       name.size() > kLongestName) {
     throw Refusal("\"" + visible(name) + "\" is no project's name.");

@@ -1,10 +1,10 @@
 // First program inside the device: starts the real one with the device's limits and reports how it began and
 // ended.
 //
-// usage: starter REPORT-FD ERROR-FD plain|terminal PROGRAM ARGUMENTS…
-// ERROR-FD becomes the program's standard error, since bubblewrap's own messages go elsewhere. With
-// "terminal" the program leads a session of its own on the terminal at standard input. Ends with the
-// program's status, 128 + n for signal n.
+// usage: starter REPORTS ORDERS INPUT OUTPUT ERRORS plain|foreground|background PROGRAM ARGUMENTS...
+// The numbers are descriptors; INPUT, OUTPUT and ERRORS become the program's standard streams. Unless
+// "plain", the terminal at standard output is made the program's, which is a job in its foreground or
+// background. Ends with the program's status, 128 + n for signal n.
 #include "device/guard/StartReport.h"
 
 #include <algorithm>
@@ -13,15 +13,18 @@
 #include <cstring>
 #include <fcntl.h>
 #include <initializer_list>
+#include <poll.h>
 #include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/signalfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
+using device::StartOrder;
 using device::StartReport;
 
 // What a build needs is far below these. Where the kernel counts for the user as a whole, half of what the
@@ -60,26 +63,32 @@ void report(int descriptor, StartReport::Kind kind, int value) {
   [[maybe_unused]] const ssize_t written = write(descriptor, &message, sizeof message);
 }
 
-[[noreturn]] void becomeProgram(bool onTerminal, int errorOutput, int failure, char** arguments) {
-  if (onTerminal) {
-    // As a login would: what the launcher's own caller ignores is of no concern here.
-    for (int number : {SIGINT, SIGQUIT, SIGHUP, SIGTSTP}) signal(number, SIG_DFL);
-    setsid();
-    ioctl(STDIN_FILENO, TIOCSCTTY, 0);
-  }
-  dup2(errorOutput, STDERR_FILENO);
-  close(errorOutput);
-  execvp(arguments[0], arguments);
-  const int error = errno;
-  [[maybe_unused]] const ssize_t written = write(failure, &error, sizeof error);
-  _exit(127);
-}
+// Everything about the program's start that its process needs.
+struct Start {
+  int streams[3];
+  bool onTerminal;
+  bool inForeground;
+  int failure;
+  char** words;
+};
 
-// What a reader of the program's output waits for is the program's end, not ours.
-void letGoOfStandardStreams() {
-  const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-  if (nothing < 0) return;
-  for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
+[[noreturn]] void becomeProgram(const Start& start) {
+  if (start.onTerminal) {
+    // A job of its own, which can be stopped: the leader of a session never is.
+    setpgid(0, 0);
+    if (start.inForeground) tcsetpgrp(STDOUT_FILENO, getpid());
+    // As a login would: what the launcher's own caller ignores is of no concern here.
+    for (int number : {SIGINT, SIGQUIT, SIGHUP, SIGTSTP, SIGTTIN, SIGTTOU}) signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+  }
+  for (int stream = 0; stream < 3; ++stream) dup2(start.streams[stream], stream);
+  for (int given : start.streams) close(given);
+  execvp(start.words[0], start.words);
+  const int error = errno;
+  [[maybe_unused]] const ssize_t written = write(start.failure, &error, sizeof error);
+  _exit(127);
 }
 
 int waitFor(pid_t program) {
@@ -89,28 +98,74 @@ int waitFor(pid_t program) {
   return status;
 }
 
+void follow(const StartOrder& order, pid_t program) {
+  const pid_t job = getpgid(program);
+  if (job <= 0) return;
+  if (order.kind == StartOrder::Kind::Continue) tcsetpgrp(STDOUT_FILENO, order.value == 1 ? job : getpgrp());
+  kill(-job, order.kind == StartOrder::Kind::Signal ? order.value : SIGCONT);
+}
+
+// Where there is a terminal: also tells of stops and takes orders. SIGCHLD is blocked.
+int serveUntilEnd(pid_t program, int reports, int orders) {
+  sigset_t child;
+  sigemptyset(&child);
+  sigaddset(&child, SIGCHLD);
+  const int changes = signalfd(-1, &child, SFD_CLOEXEC | SFD_NONBLOCK);
+  while (true) {
+    int status = 0;
+    while (waitpid(program, &status, WUNTRACED | WNOHANG) > 0) {
+      if (!WIFSTOPPED(status)) return status;
+      report(reports, StartReport::Kind::Stopped, WSTOPSIG(status));
+    }
+    pollfd watched[] = {{changes, POLLIN, 0}, {orders, POLLIN, 0}};
+    poll(watched, 2, -1);
+    signalfd_siginfo change{};
+    while (read(changes, &change, sizeof change) > 0) {
+    }
+    StartOrder order{};
+    if ((watched[1].revents & POLLIN) != 0 && read(orders, &order, sizeof order) == sizeof order)
+      follow(order, program);
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count < 5) return 125;
+  if (count < 8) return 125;
   const int reports = std::atoi(arguments[1]);
-  const int errorOutput = std::atoi(arguments[2]);
-  const bool onTerminal = strcmp(arguments[3], "terminal") == 0;
+  const int orders = std::atoi(arguments[2]);
+  Start start{};
+  for (int stream = 0; stream < 3; ++stream) start.streams[stream] = std::atoi(arguments[3 + stream]);
+  start.onTerminal = strcmp(arguments[6], device::kPlainStreams) != 0;
+  start.inForeground = strcmp(arguments[6], device::kTerminalInForeground) == 0;
+  start.words = arguments + 7;
   fcntl(reports, F_SETFD, FD_CLOEXEC);
+  fcntl(orders, F_SETFD, FD_CLOEXEC);
   // Builds run under the same user: keep them out of this process's descriptors.
   prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
   limitResources();
+  if (start.onTerminal) {
+    setsid();
+    ioctl(STDOUT_FILENO, TIOCSCTTY, 0);
+    // Only jobs in the foreground may say which one that is.
+    signal(SIGTTOU, SIG_IGN);
+    sigset_t child;
+    sigemptyset(&child);
+    sigaddset(&child, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &child, nullptr);
+  }
   int failure[2];
   if (pipe2(failure, O_CLOEXEC) != 0) return 125;
+  start.failure = failure[1];
   const pid_t program = fork();
   if (program < 0) {
     report(reports, StartReport::Kind::NotStarted, errno);
     return 125;
   }
-  if (program == 0) becomeProgram(onTerminal, errorOutput, failure[1], arguments + 4);
+  if (program == 0) becomeProgram(start);
   close(failure[1]);
-  close(errorOutput);
-  letGoOfStandardStreams();
+  // What reads the program's output waits for the program's end, not for this one's.
+  for (int given : start.streams) close(given);
   int error = 0;
   if (read(failure[0], &error, sizeof error) == static_cast<ssize_t>(sizeof error)) {
     report(reports, StartReport::Kind::NotStarted, error);
@@ -118,7 +173,7 @@ int main(int count, char** arguments) {
     return error == ENOENT ? 127 : 126;
   }
   report(reports, StartReport::Kind::Started, 0);
-  const int status = waitFor(program);
+  const int status = start.onTerminal ? serveUntilEnd(program, reports, orders) : waitFor(program);
   report(reports, StartReport::Kind::Ended, status);
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }

@@ -14,7 +14,8 @@ constexpr const char* kPurpose = "Tweakbench: a workbench for tweak packages, in
 constexpr const char* kCommands =
     "Commands:\n"
     "  (none)                      Open the application\n"
-    "  exec COMMAND [ARGUMENT...]  Run a command in the device and pass its exit status on\n"
+    "  exec [-n] COMMAND [ARG...]  Run a command in the device and pass its exit status on; -n: without "
+    "input\n"
     "  shell                       Open a shell in the device\n"
     "  build NAME [VARIABLE=VALUE...] [-- GOAL...]\n"
     "                              Build the project NAME as \"make package\" does, or with these goals, and "
@@ -87,6 +88,8 @@ void takeCommand(Options& options, std::vector<std::string> words) {
   const std::string name = words.front();
   words.erase(words.begin());
   if (name == "exec") {
+    options.hasInput = words.empty() || words.front() != "-n";
+    if (!options.hasInput) words.erase(words.begin());
     if (!words.empty() && words.front() == "--") words.erase(words.begin());
     if (words.empty()) throw Refusal("exec needs a command to run in the device.");
     options.action = Options::Action::Execute;

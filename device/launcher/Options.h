@@ -39,6 +39,8 @@ struct Options {
   // that a test is where the application's own commands are.
   enum class Surroundings { Commands, Application };
   Surroundings surroundings = Surroundings::Commands;
+  // Execute: whether the command reads what the caller would.
+  bool hasInput = true;
   // Execute: the command and its arguments, untouched; never empty.
   // Build: the arguments for make, its goals among them.
   std::vector<std::string> command;

@@ -21,7 +21,7 @@ int build(const Options& options) {
     requireProject(var, options.project);
     before = packagesOf(var, options.project);
     // Like the application it starts without the filter; every command line that it runs gets it.
-    Program program{{"/.host/tweakbench/build-project", options.project}, Program::Streams::Printed};
+    Program program{{"/.host/tweakbench/build-project", options.project}, Relay::Streams::Printed};
     program.command.insert(program.command.end(), options.command.begin(), options.command.end());
     return program;
   };

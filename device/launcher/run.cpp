@@ -12,7 +12,6 @@
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
 #include "device/session/ReducedMotion.h"
-#include "device/session/Terminal.h"
 
 #include <cstring>
 #include <iostream>
@@ -103,17 +102,18 @@ Descriptor inMemory(const std::string& content) {
 }
 
 Program programFor(const Options& options) {
+  const auto streams = options.hasInput ? Relay::Streams::Caller : Relay::Streams::CallerWithoutInput;
   switch (options.action) {
     case Options::Action::Execute: {
-      if (options.filter == Options::Filter::Off) return {options.command, Program::Streams::Passed};
+      if (options.filter == Options::Filter::Off) return {options.command, streams};
       std::vector<std::string> command{"/bin/sh", "-c", "exec \"$@\"", "sh"};
       command.insert(command.end(), options.command.begin(), options.command.end());
-      return {command, Program::Streams::Passed};
+      return {command, streams};
     }
     case Options::Action::OpenShell:
-      return {{"/bin/sh"}, Terminal::isAvailable() ? Program::Streams::Terminal : Program::Streams::Passed};
+      return {{"/bin/sh"}, streams};
     default:
-      return {{"/.host/tweakbench/Tweakbench"}, Program::Streams::Relayed};
+      return {{"/.host/tweakbench/Tweakbench"}, Relay::Streams::Errors};
   }
 }
 

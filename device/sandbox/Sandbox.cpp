@@ -1,12 +1,10 @@
 #include "device/sandbox/Sandbox.h"
 
 #include "device/Refusal.h"
-#include "device/Visible.h"
 #include "device/guard/StartReport.h"
 #include "device/opener/Opener.h"
 #include "device/sandbox/Diagnosis.h"
 #include "device/session/SystemLog.h"
-#include "device/session/Terminal.h"
 
 #include <array>
 #include <cerrno>
@@ -32,6 +30,8 @@ using Clock = std::chrono::steady_clock;
 // bubblewrap waits for ever when the child that sets the device up is killed.
 constexpr auto kStartLimit = std::chrono::seconds(30);
 constexpr auto kEndLimit = std::chrono::seconds(10);
+// For what was written before a signal.
+constexpr auto kLastOutput = std::chrono::milliseconds(200);
 constexpr std::size_t kLongestMessage = 4096;
 
 struct Pipe {
@@ -62,22 +62,25 @@ struct Launch {
   std::filesystem::path bubblewrap;
   std::vector<std::string> words;
   std::vector<int> passed;
-  int input;
+  // What it shows as the console: the device's terminal, or nothing.
   int output;
+  int nothing;
   int messages;
 };
 
 [[noreturn]] void becomeBubblewrap(const Launch& launch, pid_t parent, const std::vector<char*>& words) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) _exit(125);
+  // Not stopped with the launcher, which stops what runs in the device first.
+  setpgid(0, 0);
   // Keys are no namespace's: with the caller's session keyring the device could read them.
   syscall(SYS_keyctl, KEYCTL_JOIN_SESSION_KEYRING, nullptr);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_DFL);
-  if (launch.input != STDIN_FILENO) dup2(launch.input, STDIN_FILENO);
-  if (launch.output != STDOUT_FILENO) dup2(launch.output, STDOUT_FILENO);
+  dup2(launch.nothing, STDIN_FILENO);
+  dup2(launch.output, STDOUT_FILENO);
   dup2(launch.messages, STDERR_FILENO);
   for (int descriptor : launch.passed) fcntl(descriptor, F_SETFD, 0);
   // What bubblewrap has in its environment, its process in the device would show.
@@ -99,16 +102,20 @@ pid_t start(const Launch& launch) {
   return child;
 }
 
-// Blocks the signals that end the launcher or resize its window, and gives them back at the end.
+// Blocks the signals that end the launcher or resize its window, and on a terminal those that stop it, and
+// gives them back at the end.
 class Signals {
  public:
-  Signals() {
+  explicit Signals(bool onTerminal) {
     sigset_t watched;
     sigemptyset(&watched);
     for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH}) sigaddset(&watched, number);
+    if (onTerminal) sigaddset(&watched, SIGTSTP);
+    descriptor_ = Descriptor(signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK));
+    // Reading in the background is to fail instead.
+    if (onTerminal) sigaddset(&watched, SIGTTIN);
     sigprocmask(SIG_BLOCK, &watched, &before_);
     brokenPipe_ = signal(SIGPIPE, SIG_IGN);
-    descriptor_ = Descriptor(signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK));
   }
   ~Signals() {
     sigprocmask(SIG_SETMASK, &before_, nullptr);
@@ -118,11 +125,21 @@ class Signals {
   Signals& operator=(const Signals&) = delete;
 
   int descriptor() const { return descriptor_.get(); }
-  std::optional<int> next() {
+  std::optional<signalfd_siginfo> next() {
     signalfd_siginfo signal{};
     if (read(descriptor_.get(), &signal, sizeof signal) != static_cast<ssize_t>(sizeof signal))
       return std::nullopt;
-    return static_cast<int>(signal.ssi_signo);
+    return signal;
+  }
+
+  // Stops the caller's whole job, this process included, until it is continued.
+  static void stopJob(int number) {
+    sigset_t one;
+    sigemptyset(&one);
+    sigaddset(&one, number);
+    kill(0, number);
+    sigprocmask(SIG_UNBLOCK, &one, nullptr);
+    sigprocmask(SIG_BLOCK, &one, nullptr);
   }
 
  private:
@@ -134,18 +151,16 @@ class Signals {
 // Watches one run from the start of bubblewrap to the end of the device's last process.
 class Run {
  public:
-  // `printed` makes of a piece of output what the caller is shown.
-  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Pipe output,
-      std::function<std::string(std::string)> printed, Terminal* terminal, SystemLog& log, Signals& signals,
-      Opener* opener)
+  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Descriptor orders, Relay& relay, SystemLog& log,
+      Signals& signals, Opener* opener)
       : child_(child),
         childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
         reports_(std::move(reports.readEnd)),
         status_(std::move(status.readEnd)),
         messages_(std::move(messages.readEnd)),
-        output_(std::move(output.readEnd)),
-        printed_(std::move(printed)),
-        terminal_(terminal),
+        orders_(std::move(orders)),
+        relay_(relay),
+        terminal_(relay.terminal()),
         log_(log),
         signals_(signals),
         opener_(opener) {}
@@ -167,9 +182,9 @@ class Run {
     awaitLastProcess();
     takeReports();
     takeMessages();
-    takeOutput();
     log_.passOn();
-    if (terminal_ != nullptr) terminal_->finish();
+    deliver();
+    relay_.finish();
     return ending();
   }
 
@@ -177,8 +192,8 @@ class Run {
   // Serves what happens within `wait` milliseconds (-1: for ever); returns how many sources had something.
   int serve(int wait) {
     std::vector<pollfd> watched;
-    for (int source : {childEnd_.get(), reports_.get(), status_.get(), messages_.get(), output_.get(),
-                       signals_.descriptor(), log_.descriptor()}) {
+    for (int source : {childEnd_.get(), reports_.get(), status_.get(), messages_.get(), signals_.descriptor(),
+                       log_.descriptor()}) {
       watched.push_back({source, POLLIN, 0});
     }
     if (terminal_ != nullptr) terminal_->addTo(watched);
@@ -195,10 +210,12 @@ class Run {
     if (watched[1].revents != 0) takeReports();
     if (watched[2].revents != 0) takeStatus();
     if (watched[3].revents != 0) takeMessages();
-    if (watched[4].revents != 0) takeOutput();
     while (auto signal = signals_.next()) takeSignal(*signal);
     log_.passOn();
-    if (terminal_ != nullptr) terminal_->serve(watched);
+    if (terminal_ != nullptr && !terminal_->serve(watched)) {
+      terminal_->leave();
+      order(StartOrder::Kind::Continue, 0);
+    }
     return ready;
   }
 
@@ -214,13 +231,40 @@ class Run {
 
   void stop() { kill(child_, SIGKILL); }
 
-  void takeSignal(int number) {
+  void order(StartOrder::Kind kind, int value) const {
+    const StartOrder message{kind, value};
+    [[maybe_unused]] const ssize_t written = write(orders_.get(), &message, sizeof message);
+  }
+
+  void takeSignal(const signalfd_siginfo& signal) {
+    const int number = static_cast<int>(signal.ssi_signo);
     if (number == SIGWINCH) {
       if (terminal_ != nullptr) terminal_->resize();
       return;
     }
+    // Typed, and meant for the program; as long as the terminals are not joined it is not read as a key.
+    const bool isTyped = signal.ssi_code == SI_KERNEL && (number == SIGINT || number == SIGQUIT);
+    if (number == SIGTSTP || (isTyped && terminal_ != nullptr)) {
+      order(StartOrder::Kind::Signal, number);
+      return;
+    }
     interruption_ = number;
     stop();
+  }
+
+  // As a job of the caller's shell would: one that wants to read from the terminal in vain stops, and so does
+  // one that Control-Z stopped.
+  void takeStop(int number) {
+    if (terminal_ == nullptr) return;
+    const bool wantsTerminal = number == SIGTTIN || number == SIGTTOU;
+    const bool wasJoined = terminal_->isJoined();
+    if (!wantsTerminal || !terminal_->isInForeground()) {
+      terminal_->leave();
+      Signals::stopJob(wantsTerminal ? SIGTTIN : SIGTSTP);
+    }
+    const bool joins = (wantsTerminal || wasJoined) && terminal_->isInForeground();
+    if (joins) terminal_->join();
+    order(StartOrder::Kind::Continue, joins ? 1 : 0);
   }
 
   void takeReports() {
@@ -231,6 +275,7 @@ class Run {
       if (got != static_cast<ssize_t>(sizeof report)) return;
       if (report.kind == StartReport::Kind::Started) isStarted_ = true;
       if (report.kind == StartReport::Kind::NotStarted) startError_ = report.value;
+      if (report.kind == StartReport::Kind::Stopped) takeStop(report.value);
       if (report.kind == StartReport::Kind::Ended) endStatus_ = report.value;
     }
   }
@@ -252,12 +297,15 @@ class Run {
     message_.append(text, 0, kLongestMessage - std::min(message_.size(), kLongestMessage));
   }
 
-  void takeOutput() {
-    const std::string text = printed_(readAll(output_));
-    for (std::size_t done = 0; done < text.size();) {
-      const ssize_t written = write(STDERR_FILENO, text.data() + done, text.size() - done);
-      if (written < 0 && errno != EINTR) return;
-      if (written > 0) done += static_cast<std::size_t>(written);
+  // Whoever reads the output may be slow, or never read at all, and signals still end the launcher.
+  void deliver() {
+    const auto limit = Clock::now() + kLastOutput;
+    while (interruption_ == 0 || Clock::now() < limit) {
+      std::vector<pollfd> watched = relay_.undelivered();
+      if (watched.empty()) return;
+      watched.push_back({signals_.descriptor(), POLLIN, 0});
+      poll(watched.data(), watched.size(), interruption_ == 0 ? -1 : 20);
+      while (auto signal = signals_.next()) takeSignal(*signal);
     }
   }
 
@@ -281,7 +329,6 @@ class Run {
     pollfd end{firstProcess_.get(), POLLIN, 0};
     const auto limit = Clock::now() + kEndLimit;
     while (Clock::now() < limit) {
-      takeOutput();
       if (poll(&end, 1, 50) <= 0) continue;
       waitpid(firstNumber_, nullptr, 0);
       return;
@@ -295,6 +342,9 @@ class Run {
     }
     if (interruption_ != 0) return {Ending::Kind::Interrupted, interruption_, {}};
     if (startError_) return {Ending::Kind::NotStarted, *startError_, {}};
+    // Control-C ends a script of the caller's only where the launcher, too, ends by the signal.
+    if (terminal_ != nullptr && endStatus_ && WIFSIGNALED(*endStatus_) && WTERMSIG(*endStatus_) == SIGINT)
+      return {Ending::Kind::Interrupted, SIGINT, {}};
     if (endStatus_ && WIFSIGNALED(*endStatus_)) return {Ending::Kind::Killed, WTERMSIG(*endStatus_), {}};
     if (endStatus_) return {Ending::Kind::Exited, WEXITSTATUS(*endStatus_), {}};
     // The device was torn down around the program, such as by a program in it that killed all others.
@@ -307,10 +357,11 @@ class Run {
   Descriptor reports_;
   Descriptor status_;
   Descriptor messages_;
-  Descriptor output_;
-  std::function<std::string(std::string)> printed_;
+  Descriptor orders_;
   Descriptor firstProcess_;
   pid_t firstNumber_ = -1;
+  Relay& relay_;
+  // Of the relay; null where there is none.
   Terminal* terminal_;
   SystemLog& log_;
   Signals& signals_;
@@ -331,43 +382,30 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   Pipe reports = makePipe();
   Pipe status = makePipe();
   Pipe messages = makePipe();
-  Pipe output = makePipe();
   request.statusOutput = status.writeEnd.get();
   SystemLog log;
   if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
   Descriptor arguments = argumentFile(bwrapArguments(request));
   Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
-  std::optional<Terminal> terminal;
-  if (program.streams == Program::Streams::Terminal) terminal.emplace();
-  // What a build prints must not steer the user's terminal.
-  std::function<std::string(std::string)> printed = [](std::string text) {
-    return visible(std::move(text), "\n\t");
-  };
-  Descriptor errorOutput;
-  Launch launch{bubblewrap, {}, {}, STDIN_FILENO, STDOUT_FILENO, messages.writeEnd.get()};
-  switch (program.streams) {
-    case Program::Streams::Passed:
-      errorOutput = Descriptor(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
-      break;
-    case Program::Streams::Printed:
-      if (isatty(STDERR_FILENO) == 0) {
-        printed = [](std::string text) { return text; };
-      } else {
-        printed = [coloured = ColouredOutput()](std::string text) mutable { return coloured.take(text); };
-      }
-      [[fallthrough]];
-    case Program::Streams::Relayed:
-      errorOutput = Descriptor(fcntl(output.writeEnd.get(), F_DUPFD_CLOEXEC, 3));
-      launch.input = nothing.get();
-      launch.output = output.writeEnd.get();
-      break;
-    case Program::Streams::Terminal:
-      errorOutput = Descriptor(fcntl(terminal->deviceSide().get(), F_DUPFD_CLOEXEC, 3));
-      launch.input = launch.output = terminal->deviceSide().get();
-      break;
+  Relay relay(program.streams);
+  Terminal* const terminal = relay.terminal();
+  Descriptor orders;
+  Descriptor takenOrders(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  if (terminal != nullptr) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) refuseWithError("No pipe could be made:");
+    takenOrders = Descriptor(ends[0]);
+    orders = Descriptor(ends[1]);
   }
+  Launch launch{bubblewrap,
+                {},
+                {},
+                terminal != nullptr ? terminal->deviceSide().get() : nothing.get(),
+                nothing.get(),
+                messages.writeEnd.get()};
   launch.passed = {request.applications, request.var,          request.userPrograms,   request.shellPrograms,
-                   arguments.get(),      request.statusOutput, reports.writeEnd.get(), errorOutput.get()};
+                   arguments.get(),      request.statusOutput, reports.writeEnd.get(), takenOrders.get(),
+                   relay.input(),        relay.output(),       relay.errors()};
   for (const auto& file : request.dataFiles) launch.passed.push_back(file.content);
   for (int descriptor : request.passedOn) launch.passed.push_back(descriptor);
   if (opener != nullptr && opener->applicationEnd()) launch.passed.push_back(opener->applicationEnd().get());
@@ -377,19 +415,24 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
                   "--",
                   "/.host/tweakbench/starter",
                   std::to_string(reports.writeEnd.get()),
-                  std::to_string(errorOutput.get()),
-                  terminal ? "terminal" : "plain"};
+                  std::to_string(takenOrders.get()),
+                  std::to_string(relay.input()),
+                  std::to_string(relay.output()),
+                  std::to_string(relay.errors()),
+                  terminal == nullptr        ? kPlainStreams
+                  : terminal->wantsJoining() ? kTerminalInForeground
+                                             : kTerminalInBackground};
   launch.words.insert(launch.words.end(), program.command.begin(), program.command.end());
-  Signals signals;
+  Signals signals(terminal != nullptr);
   // The device's first process outlives bubblewrap by a moment, and is then this process's to wait for.
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   const pid_t child = start(launch);
-  for (Pipe* pipe : {&reports, &status, &messages, &output}) pipe->writeEnd.close();
-  errorOutput.close();
-  if (terminal) terminal->deviceSide().close();
+  for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
+  takenOrders.close();
   if (opener != nullptr) opener->applicationEnd().close();
-  return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(output),
-             std::move(printed), terminal ? &*terminal : nullptr, log, signals, opener)
+  relay.start();
+  return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders), relay, log,
+             signals, opener)
       .watch();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "device/sandbox/Arguments.h"
+#include "device/session/Relay.h"
 
 #include <filesystem>
 #include <string>
@@ -12,21 +13,9 @@ namespace device {
 class Opener;
 
 struct Program {
-  enum class Streams {
-    // The caller's own standard streams.
-    Passed,
-    // No input; output is copied to the caller's standard error, control characters made visible.
-    Relayed,
-    // No input; all output is copied to the caller's standard error as it is, but a terminal gets no control
-    // characters
-    // except those of colours.
-    Printed,
-    // A terminal of the device's own, joined to the caller's.
-    Terminal,
-  };
   // As the device sees it; the first is looked up in PATH.
   std::vector<std::string> command;
-  Streams streams = Streams::Passed;
+  Relay::Streams streams = Relay::Streams::Caller;
 };
 
 struct Ending {

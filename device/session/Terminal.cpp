@@ -2,87 +2,106 @@
 
 #include "device/Refusal.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+#include <utility>
 
 namespace device {
+namespace {
+
+Descriptor copyOf(int descriptor) {
+  return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3));
+}
+
+}  // namespace
 
 bool Terminal::isAvailable() {
-  return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1;
+  return isatty(STDIN_FILENO) == 1 || isatty(STDOUT_FILENO) == 1 || isatty(STDERR_FILENO) == 1;
 }
 
 Terminal::Terminal() : ownSide_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-  if (!ownSide_ || grantpt(ownSide_.get()) != 0 || unlockpt(ownSide_.get()) != 0) {
-    refuseWithError("No terminal could be made for the shell:");
+  for (int stream : {STDOUT_FILENO, STDERR_FILENO, STDIN_FILENO}) {
+    if (!users_ && isatty(stream) == 1) users_ = copyOf(stream);
   }
-  deviceSide_ = Descriptor(ioctl(ownSide_.get(), TIOCGPTPEER, O_RDWR | O_NOCTTY | O_CLOEXEC));
-  if (!deviceSide_ || tcgetattr(STDIN_FILENO, &before_) != 0) {
-    refuseWithError("No terminal could be made for the shell:");
-  }
+  keys_ = isatty(STDIN_FILENO) == 1 ? copyOf(STDIN_FILENO)
+                                    : Descriptor(open("/dev/tty", O_RDONLY | O_NOCTTY | O_CLOEXEC));
+  if (ownSide_ && grantpt(ownSide_.get()) == 0 && unlockpt(ownSide_.get()) == 0)
+    deviceSide_ = Descriptor(ioctl(ownSide_.get(), TIOCGPTPEER, O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (!deviceSide_ || tcgetattr(users_.get(), &before_) != 0)
+    refuseWithError("No terminal could be made for the device:");
   tcsetattr(deviceSide_.get(), TCSANOW, &before_);
   resize();
   fcntl(ownSide_.get(), F_SETFL, O_NONBLOCK);
-  termios raw = before_;
-  cfmakeraw(&raw);
-  tcsetattr(STDIN_FILENO, TCSADRAIN, &raw);
+  wantsJoining_ = isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1 && isInForeground();
 }
 
 Terminal::~Terminal() {
-  tcsetattr(STDIN_FILENO, TCSADRAIN, &before_);
+  leave();
+}
+
+Descriptor Terminal::output() const {
+  return copyOf(ownSide_.get());
+}
+
+Descriptor Terminal::usersTerminal() const {
+  return copyOf(users_.get());
+}
+
+bool Terminal::isInForeground() const {
+  const pid_t group = tcgetpgrp(users_.get());
+  // Without job control there is nobody to share the terminal with.
+  return group < 0 || group == getpgrp();
+}
+
+void Terminal::join() {
+  if (isJoined_) return;
+  isJoined_ = true;
+  tcgetattr(users_.get(), &before_);
+  // A start in the background finds the terminal as the shell's own line editor has it.
+  if (!std::exchange(wasJoined_, true)) tcsetattr(ownSide_.get(), TCSANOW, &before_);
+  termios raw = before_;
+  cfmakeraw(&raw);
+  tcsetattr(users_.get(), TCSANOW, &raw);
+  resize();
+}
+
+void Terminal::leave() {
+  if (isJoined_ && isInForeground()) tcsetattr(users_.get(), TCSANOW, &before_);
+  isJoined_ = false;
 }
 
 void Terminal::resize() {
   winsize size{};
-  if (ioctl(STDIN_FILENO, TIOCGWINSZ, &size) == 0) ioctl(ownSide_.get(), TIOCSWINSZ, &size);
+  if (ioctl(users_.get(), TIOCGWINSZ, &size) == 0) ioctl(ownSide_.get(), TIOCSWINSZ, &size);
 }
 
 void Terminal::addTo(std::vector<pollfd>& watched) const {
-  if (!isOutputOver_) {
-    const short alsoWrite = typed_.empty() ? 0 : POLLOUT;
-    watched.push_back({ownSide_.get(), static_cast<short>(POLLIN | alsoWrite), 0});
-  }
   // More is read only when the device has taken what was typed before.
-  if (typed_.empty() && !isInputOver_) watched.push_back({STDIN_FILENO, POLLIN, 0});
+  if (!typed_.empty()) {
+    watched.push_back({ownSide_.get(), POLLOUT, 0});
+  } else if (isJoined_ && !isInputOver_) {
+    watched.push_back({keys_.get(), POLLIN, 0});
+  }
 }
 
-void Terminal::serve(const std::vector<pollfd>& watched) {
+bool Terminal::serve(const std::vector<pollfd>& watched) {
   for (const auto& one : watched) {
     if (one.revents == 0) continue;
     if (one.fd == ownSide_.get()) {
-      if ((one.revents & (POLLIN | POLLHUP | POLLERR)) != 0) isOutputOver_ = !showOutput();
-      if ((one.revents & POLLOUT) != 0) {
-        const ssize_t taken = write(ownSide_.get(), typed_.data(), typed_.size());
-        if (taken > 0) typed_.erase(0, static_cast<std::size_t>(taken));
-      }
-    } else if (one.fd == STDIN_FILENO) {
+      const ssize_t taken = write(ownSide_.get(), typed_.data(), typed_.size());
+      if (taken > 0) typed_.erase(0, static_cast<std::size_t>(taken));
+      if (taken < 0 && errno != EAGAIN && errno != EINTR) typed_.clear();
+    } else if (one.fd == keys_.get() && isJoined_) {
+      if (!isInForeground()) return false;
       char keys[4096];
-      const ssize_t got = read(STDIN_FILENO, keys, sizeof keys);
+      const ssize_t got = read(keys_.get(), keys, sizeof keys);
       if (got > 0) typed_.assign(keys, static_cast<std::size_t>(got));
       isInputOver_ = got == 0 || (got < 0 && errno != EINTR && errno != EAGAIN);
     }
   }
-}
-
-// False when the device's side is closed.
-bool Terminal::showOutput() {
-  char output[16384];
-  const ssize_t got = read(ownSide_.get(), output, sizeof output);
-  if (got < 0) return errno == EAGAIN || errno == EINTR;
-  for (ssize_t shown = 0; shown < got;) {
-    const ssize_t written = write(STDOUT_FILENO, output + shown, static_cast<std::size_t>(got - shown));
-    if (written < 0 && errno != EINTR) return false;
-    if (written > 0) shown += written;
-  }
-  return got > 0;
-}
-
-void Terminal::finish() {
-  pollfd waiting{ownSide_.get(), POLLIN, 0};
-  while (poll(&waiting, 1, 0) > 0 && showOutput()) {
-  }
+  return true;
 }
 
 }  // namespace device

@@ -1,4 +1,4 @@
-// A terminal of the device's own, joined to the user's for as long as a shell runs.
+// A terminal of the device's own, for what the caller runs on one.
 #pragma once
 
 #include "core/Descriptor.h"
@@ -10,11 +10,15 @@
 
 namespace device {
 
-// What runs in the device never gets the user's terminal itself, whose input it could fill. While the object
-// lives, the user's terminal is in raw mode; key strokes, Control-C among them, go to the device.
+// What runs in the device never gets the user's terminal itself, whose input it could fill.
+//
+// At first nothing is read from the user's terminal, which stays as it is. Joined, it is in raw mode, and key
+// strokes, Control-C among them, go to the device. That is so from the start where standard input and output
+// both are the terminal, and otherwise (a pager may read from it at the other end of a pipe) as soon as the
+// program wants to read from it: as a background job it is stopped then.
 class Terminal {
  public:
-  // Whether standard input and output are terminals, without which there is nothing to join.
+  // Whether one of the standard streams is a terminal.
   static bool isAvailable();
 
   // Throws Refusal.
@@ -25,25 +29,36 @@ class Terminal {
 
   // The device's side, to be closed once the device has it.
   Descriptor& deviceSide() { return deviceSide_; }
+  // Copies of our side, which gives what the device writes, and of the user's terminal.
+  Descriptor output() const;
+  Descriptor usersTerminal() const;
 
-  // Adds what to wait for, and serves it after poll().
+  bool wantsJoining() const { return wantsJoining_; }
+  bool isJoined() const { return isJoined_; }
+  // Whether the user's shell lets the caller read from the terminal.
+  bool isInForeground() const;
+  void join();
+  void leave();
+
+  // Adds what to wait for, and serves it after poll(). False where the caller lost the terminal.
   void addTo(std::vector<pollfd>& watched) const;
-  void serve(const std::vector<pollfd>& watched);
+  bool serve(const std::vector<pollfd>& watched);
   // The user's window has another size.
   void resize();
-  // Shows what the device wrote before it ended.
-  void finish();
 
  private:
-  bool showOutput();
-
   Descriptor ownSide_;
   Descriptor deviceSide_;
+  // Of the user's terminal; the one for reading may be missing.
+  Descriptor users_;
+  Descriptor keys_;
   termios before_{};
   // Typed and not yet taken by the device.
   std::string typed_;
+  bool wantsJoining_ = false;
+  bool isJoined_ = false;
+  bool wasJoined_ = false;
   bool isInputOver_ = false;
-  bool isOutputOver_ = false;
 };
 
 }  // namespace device

@@ -1,0 +1,148 @@
+#include "device/session/Pump.h"
+
+#include "device/Refusal.h"
+#include "device/Visible.h"
+
+#include <algorithm>
+#include <array>
+#include <poll.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+#include <sys/ioctl.h>
+#include <system_error>
+#include <termios.h>
+#include <thread>
+#include <vector>
+
+namespace device {
+namespace {
+
+// A pipe of the usual size takes many times as long.
+constexpr std::size_t kPiece = 1 << 20;
+
+void setOff(int event) {
+  eventfd_write(event, 1);
+}
+
+// Cuts an unfinished character or line end off, which goes on with what is read next.
+std::string cutUnfinished(std::string& text, Pump::Bytes bytes) {
+  std::size_t end = text.size();
+  if (bytes == Pump::Bytes::ToTerminal && text.ends_with('\r')) --end;
+  for (std::size_t back = 1; bytes != Pump::Bytes::ToTerminal && back < 4 && back <= text.size(); ++back) {
+    const char byte = text[text.size() - back];
+    if (!startsCharacter(byte)) continue;
+    if (lengthOfCharacter(byte) > back) end -= back;
+    break;
+  }
+  std::string rest = text.substr(end);
+  text.resize(end);
+  return rest;
+}
+
+bool addsReturns(int terminal) {
+  termios mode{};
+  return tcgetattr(terminal, &mode) == 0 && (mode.c_oflag & OPOST) != 0 && (mode.c_oflag & ONLCR) != 0;
+}
+
+}  // namespace
+
+struct Pump::Copying {
+  Descriptor source;
+  Descriptor target;
+  Bytes bytes;
+  Descriptor ended{eventfd(0, EFD_CLOEXEC)};
+  Descriptor stopped{eventfd(0, EFD_CLOEXEC)};
+  // Copied so far, and read without having been copied.
+  std::size_t copied = 0;
+  std::size_t left = 0;
+  ColouredOutput coloured;
+
+  void run() {
+    std::vector<char> piece(kPiece);
+    std::string unfinished;
+    while (isWorthReading()) {
+      const ssize_t got = read(source.get(), piece.data(), piece.size());
+      if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+      if (got <= 0) break;
+      const std::string_view text(piece.data(), static_cast<std::size_t>(got));
+      const bool isPlain = bytes == Bytes::AsTheyAre || bytes == Bytes::GivenBack;
+      if (!(isPlain ? writeAll(text) : writeChanged(text, unfinished))) break;
+    }
+    if (!unfinished.empty()) writeAll(bytes == Bytes::ToTerminal ? unfinished : visible(unfinished));
+    if (bytes != Bytes::GivenBack) source.close();
+    target.close();
+    setOff(ended.get());
+  }
+
+  // Waits for the source; false when there is nobody to read for.
+  bool isWorthReading() const {
+    std::array<pollfd, 3> watched{
+        {{source.get(), POLLIN, 0}, {stopped.get(), POLLIN, 0}, {target.get(), 0, 0}}};
+    // A terminal that is gone takes everything in silence, as it does from its programs.
+    const nfds_t count = bytes == Bytes::ToTerminal ? 2 : 3;
+    while (poll(watched.data(), count, -1) < 0 && errno == EINTR) {
+    }
+    return watched[1].revents == 0 && watched[2].revents == 0;
+  }
+
+  bool writeChanged(std::string_view text, std::string& unfinished) {
+    std::string whole = unfinished.append(text);
+    unfinished = cutUnfinished(whole, bytes);
+    if (bytes == Bytes::Visible) return writeAll(visible(whole, "\n\t"));
+    if (bytes == Bytes::Coloured) return writeAll(coloured.take(whole));
+    // The device's programs are not to wait for a terminal that is gone.
+    writeAll(addsReturns(target.get()) ? replaceAll(whole, "\r\n", "\n") : whole);
+    return true;
+  }
+
+  bool writeAll(std::string_view text) {
+    left = text.size();
+    while (left > 0) {
+      const ssize_t written = write(target.get(), text.data() + text.size() - left, left);
+      if (written >= 0) {
+        copied += static_cast<std::size_t>(written);
+        left -= static_cast<std::size_t>(written);
+      } else if (errno == EAGAIN) {
+        std::array<pollfd, 2> watched{{{target.get(), POLLOUT, 0}, {stopped.get(), POLLIN, 0}}};
+        poll(watched.data(), watched.size(), -1);
+        if (watched[1].revents != 0) return false;
+      } else if (errno != EINTR) {
+        return false;
+      }
+    }
+    return true;
+  }
+};
+
+Pump::Pump(Descriptor source, Descriptor target, Bytes bytes)
+    : copying_(std::make_shared<Copying>(std::move(source), std::move(target), bytes)) {
+  // Signals are the main thread's.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  try {
+    std::thread([copying = copying_] { copying->run(); }).detach();
+  } catch (const std::system_error& error) {
+    throw Refusal(std::string("No thread could be started: ") + error.what() + ".");
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+int Pump::end() const {
+  return copying_->ended.get();
+}
+
+void Pump::stop() {
+  setOff(copying_->stopped.get());
+}
+
+void Pump::giveBack(int reader) {
+  int inPipe = 0;
+  ioctl(reader, FIONREAD, &inPipe);
+  // What the device itself wrote into the pipe is none of the caller's.
+  const std::size_t unread = std::min(static_cast<std::size_t>(inPipe), copying_->copied) + copying_->left;
+  lseek(copying_->source.get(), -static_cast<off_t>(unread), SEEK_CUR);
+}
+
+}  // namespace device
