@@ -175,7 +175,8 @@ constexpr std::array<std::pair<std::string_view, std::size_t>, 8> members{{{"CGA
                                                                            {"UIEdgeInsets", 4},
                                                                            {"UIOffset", 2}}};
 constexpr std::string_view constants =
-    "CGAffineTransformIdentity CGPointZero CGRectInfinite CGRectNull CGRectZero CGSizeZero UIEdgeInsetsZero "
+    "CATransform3DIdentity CGAffineTransformIdentity CGPointZero CGRectInfinite CGRectNull CGRectZero "
+    "CGSizeZero UIEdgeInsetsZero "
     "UIOffsetZero";
 
 // "{{0, 0}, {320, 480}}", with brackets of any kind or none, the name of a function before them, or
