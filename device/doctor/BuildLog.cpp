@@ -88,7 +88,7 @@ const std::vector<Message>& messages() {
   return table;
 }
 
-// Without the sequences that colour it, and without what the build screen leaves of them.
+// Removes colour sequences, and the lone escapes that the build screen's clean-up leaves of them.
 string uncoloured(string_view line) {
   string result;
   for (std::size_t index = 0; index < line.size(); ++index) {
@@ -141,7 +141,7 @@ bool looksLikeError(const string& lower) {
   return false;
 }
 
-// What stands before an error without telling of it.
+// Lines that may precede an error but do not describe it.
 bool isNoise(const string& lower) {
   return lower.find("warning:") != string::npos || lower.starts_with("==> ") || lower.starts_with("rm ") ||
          lower.starts_with("in file included") || lower.starts_with("while building") ||
@@ -172,7 +172,7 @@ FirstError firstErrorIn(string_view log) {
   FirstError suspect;
   FirstError found;
   bool isFound = false;
-  // Whether only make's own line would do better than the suspect.
+  // Whether the suspect looks like an error, so that no later line replaces it.
   bool isSure = false;
   forEachLine(log, [&](std::size_t number, const string& line, const string& lower) {
     if (isStage(lower)) {

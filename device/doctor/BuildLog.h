@@ -10,7 +10,7 @@
 
 namespace device::doctor {
 
-// The line that a failed build stumbled over, before make's own lines about it.
+// The first line of a log that describes why the build failed, before make's own lines about the failure.
 struct FirstError {
   // Counted from 1; 0 where the build did not fail.
   std::size_t number = 0;

@@ -38,7 +38,7 @@ string missingIn(const string& line) {
   static const std::regex pattern(
       "([^ :'\"]+)['\"]?(: No such file or directory|: command not found|: not found| file not found)");
   std::smatch found;
-  // Longer ones would take the expression too deep.
+  // std::regex recurses once per character.
   const string start = line.substr(0, 4000);
   return std::regex_search(start, found, pattern) ? found.str(1) : string();
 }
@@ -47,7 +47,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
   const string theos = "/opt/theos/";
   const string missing = missingIn(error.line);
   const string_view known = meaningOf(error.line);
-  // An empty name in the middle is that of something that a missing makefile would have set.
+  // A missing makefile leaves a variable empty, which gives a path with two slashes.
   if (missing.find("//") != string::npos || missing.ends_with(".mk")) return string(kNotWhole);
   if (!known.empty()) return string(known);
   if (missing.starts_with("/var/Tweakyard/"))
