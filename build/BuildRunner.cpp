@@ -94,7 +94,10 @@ void updateTheos() {
 BuildResult collectBuildResult(BuildVariant variant) {
   cleanLog(paths::makeLog, variant);
   BuildResult result;
-  result.log = stringWithContentsOfFile(paths::makeLog);
+  result.log = contentsOfFile(paths::makeLog);
+  if (result.log && !isValidUTF8(*result.log)) result.log = withReplacementCharacters(*result.log);
+  // One that is large and no text at all grows to three times its size.
+  if (result.log && result.log->size() > largestTextFile) result.log.reset();
   result.project = itemName(currentProject());
   result.hasPackages = fileExistsAtPath(fill(paths::projectPackages, {result.project}));
   return result;

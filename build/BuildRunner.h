@@ -27,7 +27,7 @@ int buildProject(const std::string& project, const std::vector<std::string>& arg
 
 // What a finished build leaves for the screen, read after the log was cleaned.
 struct BuildResult {
-  MaybeText log;      // absent when the log is missing or not UTF-8
+  MaybeText log;      // UTF-8, bytes that are not replaced; absent when the log is missing
   MaybeText project;  // the current project, absent when none is
   bool hasPackages;   // the project's package folder exists
 };

@@ -30,14 +30,8 @@ std::size_t characterLength(std::string_view rest) {
   return 0;
 }
 
-std::string_view withoutTrailingSlashes(std::string_view path) {
-  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
-  return path;
-}
-
-}  // namespace
-
-bool isValidUTF8(std::string_view text) {
+// How many bytes at the start of `text` are valid characters.
+std::size_t validLength(std::string_view text) {
   constexpr std::uint64_t highBits = 0x8080808080808080U;
   std::size_t at = 0;
   while (at < text.size()) {
@@ -53,16 +47,39 @@ bool isValidUTF8(std::string_view text) {
       if ((block[0] & highBits) != 0) break;
       at += sizeof block[0];
     }
-    if (at == text.size()) return true;
+    if (at == text.size()) return at;
     if (static_cast<unsigned char>(text[at]) < 0x80) {
       ++at;
       continue;
     }
     const std::size_t length = characterLength(text.substr(at));
-    if (length == 0) return false;
+    if (length == 0) return at;
     at += length;
   }
-  return true;
+  return at;
+}
+
+std::string_view withoutTrailingSlashes(std::string_view path) {
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  return path;
+}
+
+}  // namespace
+
+bool isValidUTF8(std::string_view text) {
+  return validLength(text) == text.size();
+}
+
+std::string withReplacementCharacters(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  while (true) {
+    const std::size_t valid = validLength(text);
+    result.append(text, 0, valid);
+    if (valid == text.size()) return result;
+    result.append("\uFFFD");
+    text.remove_prefix(valid + 1);
+  }
 }
 
 std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement) {

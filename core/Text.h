@@ -13,6 +13,9 @@ using MaybeText = std::optional<std::string>;
 // cut off.
 bool isValidUTF8(std::string_view text);
 
+// `text` with each byte that is no part of a valid character replaced by U+FFFD.
+std::string withReplacementCharacters(std::string_view text);
+
 // Whether `byte` is the first of a character in UTF-8, not one that goes on with it.
 inline bool startsCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;

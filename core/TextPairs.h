@@ -60,6 +60,10 @@ inline constexpr TextPair pleaseWait{"الرجاء الانتظار", "Please wa
 inline constexpr TextPair debIsReady{"ملف الـ deb جاهز في /var/mobile/Documents/Tweakbench/%@",
                                      "Your .Deb is ready in /var/mobile/Documents/Tweakbench/%@"};
 inline constexpr TextPair goToDebFolder{"الانتقال الى مجلد الـ deb", "Go to Deb Folder"};
+inline constexpr TextPair nextLogAppearsHere{"سيظهر هنا سجل البناء التالي",
+                                             "The next build's log appears here"};
+inline constexpr TextPair tapAgainToBuild{"تم تشغيل محدّث Theos؛ اضغط مرة أخرى للبناء",
+                                          "Theos's updater has run; tap again to build"};
 inline constexpr TextPair deviceSupportHint{
     "لـ دعم اجهزة A12 - A13 ، ثبّت اداة\"Theos Installer 2\"",
     "To support A12 - A13 devices you should install \"Theos Installer 2\" from Corwin's source"};

@@ -18,6 +18,12 @@
 #include "ui/controls/TextZoom.h"
 #include "ui/ui_MakePackage.h"
 
+#include <algorithm>
+
+#include <QAbstractScrollArea>
+#include <QLabel>
+#include <QPainter>
+
 namespace {
 
 void showSuccess(const MaybeText& project) {
@@ -33,6 +39,67 @@ void showSuccess(const MaybeText& project) {
 }
 
 }  // namespace
+
+// A label in the middle of the log's place, which is no part of the log's text.
+class MakePackage::LogHint : public QLabel {
+ public:
+  explicit LogHint(QAbstractScrollArea& log) : QLabel(log.parentWidget()), log_(log) {
+    setFont(systemFontOfSize(metrics::bodyTextSize));
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignCenter);
+    setContentsMargins(metrics::buttonPadding, metrics::textPadding, metrics::buttonPadding,
+                       metrics::textPadding);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, grey(176));  // readable on both grounds
+    setPalette(colours);
+    log_.installEventFilter(this);
+    log_.viewport()->installEventFilter(this);
+    hide();
+  }
+
+  // Over a log it has a ground of its own, and goes with the first press on the log.
+  void showText(const QString& text, bool isOverLog) {
+    isOverLog_ = isOverLog;
+    setText(text);
+    place();
+    raise();
+    show();
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == &log_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) place();
+    if (watched != &log_ && event->type() == QEvent::MouseButtonPress && isOverLog_) hide();
+    return QLabel::eventFilter(watched, event);
+  }
+
+  void paintEvent(QPaintEvent* event) override {
+    if (isOverLog_) {
+      QPainter painter(this);
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(colours::tileBorder);
+      painter.setBrush(colours::tileGround);
+      painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::bareButtonRadius,
+                              metrics::bareButtonRadius);
+    }
+    QLabel::paintEvent(event);
+  }
+
+ private:
+  void place() {
+    const QRect area = log_.geometry();
+    const int oneLine = fontMetrics().horizontalAdvance(text()) + 2 * metrics::buttonPadding + 1;
+    const int width = std::min(oneLine, area.width() - 2 * metrics::textPadding);
+    QRect box(0, 0, width, heightForWidth(width));
+    box.moveCenter(area.center());
+    setGeometry(box);
+  }
+
+  QAbstractScrollArea& log_;
+  bool isOverLog_ = false;
+};
 
 MakePackage::MakePackage() : outlets_(std::make_unique<Ui::MakePackage>()) {}
 
@@ -51,6 +118,7 @@ void MakePackage::loadView() {
   outlets_->OutPut->setReadOnly(true);
   new TextZoom(outlets_->OutPut);
   outlets_->findBar->setText(outlets_->OutPut);
+  hint_ = new LogHint(*outlets_->OutPut);
   wireButtons();
 }
 
@@ -80,6 +148,7 @@ void MakePackage::viewDidLoad() {
   outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
   // The caption beside it, which the switch does not show itself.
   outlets_->SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
+  hint_->showText(localized(text::nextLogAppearsHere), false);
   const auto style = [](UIButton* button, qreal radius) {
     button->setLayer(
         {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});
@@ -109,19 +178,32 @@ void MakePackage::startBuild(BuildVariant variant) {
       QStringList(), QString(), QString());
   dressAsProgress(*progress_);
   progress_->showAnimated();
+  hint_->hide();
   keptWhileBuilding_ = shared_from_this();
   dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_HIGH, 0), [this, variant] {
-    runBuildJob(variant, [this] { UpdateTheos(); });
-    dispatch_async(dispatch_get_main_queue(), [this, variant] { finishBuild(variant); });
+    bool hasOnlyUpdated = false;
+    runBuildJob(variant, [this, &hasOnlyUpdated] {
+      UpdateTheos();
+      hasOnlyUpdated = true;
+    });
+    dispatch_async(dispatch_get_main_queue(),
+                   [this, variant, hasOnlyUpdated] { finishBuild(variant, hasOnlyUpdated); });
   });
 }
 
-void MakePackage::finishBuild(BuildVariant variant) {
+void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
   const std::shared_ptr<UIViewController> screen = std::move(keptWhileBuilding_);
   const std::shared_ptr<RQAlertView> progress = std::move(progress_);
   progress->dismissAnimated();
   BuildResult result = collectBuildResult(variant);
   const bool hasLog = result.log.has_value();
+  const bool isEmpty = !hasLog || result.log->empty();
+  // Make Package Install never gets beyond the update, however often it is tapped.
+  if (hasOnlyUpdated && variant == BuildVariant::Package) {
+    hint_->showText(localized(text::tapAgainToBuild), !isEmpty);
+  } else if (isEmpty) {
+    hint_->showText(localized(text::nextLogAppearsHere), false);
+  }
   outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
   const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
   if (asked && result.hasPackages && hasLog) showSuccess(result.project);
@@ -134,6 +216,7 @@ void MakePackage::Respring() {
 void MakePackage::ClearLog() {
   removeBuildLog();
   outlets_->OutPut->setBytes({});
+  hint_->showText(localized(text::nextLogAppearsHere), false);
 }
 
 void MakePackage::InfoButton() {

@@ -40,9 +40,12 @@ class MakePackage : public UIViewController {
   void wireButtons();
   void goBack();
   void startBuild(BuildVariant variant);
-  void finishBuild(BuildVariant variant);
+  void finishBuild(BuildVariant variant, bool hasOnlyUpdated);
+
+  class LogHint;
 
   std::unique_ptr<Ui::MakePackage> outlets_;
+  LogHint* hint_ = nullptr;  // the view's
   // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are
   // held here and not by the job, so that the worker thread never drops the last reference to something on
   // screen.

@@ -113,11 +113,13 @@ TEST_F(Build, WithoutAProjectTheShellFailsAndNothingIsLost) {
   EXPECT_EQ(fileAt(device::projects + "P/kept"), "kept");
 }
 
-TEST_F(Build, ALogThatIsNoTextIsAbsentAndStays) {
-  makeProject("@printf 'caf\\351'; mkdir packages");
+TEST_F(Build, ALogThatIsNotUTF8StaysAndIsReadWithReplacementCharacters) {
+  makeProject("@printf '\\351caf\\303\\251 [0m\\377\\342\\202'; mkdir packages");
   job(BuildVariant::Package);
-  EXPECT_FALSE(collectBuildResult(BuildVariant::Package).log);
-  EXPECT_EQ(fileAt(device::application + "MakeLog.log"), "caf\xE9");
+  EXPECT_EQ(collectBuildResult(BuildVariant::Package).log, "\uFFFDcaf\u00E9 [0m\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(fileAt(device::application + "MakeLog.log"),
+            "\xE9"
+            "caf\u00E9 [0m\xFF\xE2\x82");
 }
 
 }  // namespace

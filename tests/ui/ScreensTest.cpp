@@ -34,17 +34,27 @@ TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
     QTest::keyClick(&editor, Qt::Key_Return);
     QTest::keyClick(&editor, Qt::Key_Tab);
     leaveEditor("Save");
+    // One byte of another encoding in the log changes nothing.
+    putFile(device::projects + "MyFirstTweak/Makefile",
+            fileAt(device::projects + "MyFirstTweak/Makefile") + "all::\n\t@printf '\\351\\n'\n");
     const Tree files = treeAt(device::projects + "MyFirstTweak");
     EXPECT_EQ(files.at("Tweak.x").substr(0, 10), "// mine\n\t#");
 
     openBuildScreen();
+    const QString empty = localized(text::nextLogAppearsHere);
+    const QString updated = localized(text::tapAgainToBuild);
+    EXPECT_TRUE(sees(empty));
+    build("Make Package Install");
+    EXPECT_TRUE(sees(empty)) << "which never builds, however often it is tapped";
+    removeItemAtPath(updateMarker);
     build("Make Package");
     EXPECT_EQ(log().bytes(), "") << "the first tap updates Theos only";
+    EXPECT_TRUE(sees(updated));
     EXPECT_FALSE(sees(localized(text::done)));
     build("Make Package");
     waitToSee(localized(text::debIsReady, {std::string("MyFirstTweak")}));
     EXPECT_NE(log().bytes().find("Making all for tweak MyFirstTweak"), std::string::npos);
-    EXPECT_EQ(log().bytes().find("[0;32m"), std::string::npos);
+    EXPECT_NE(log().bytes().find("\uFFFD"), std::string::npos);
     const Tree built = treeAt(device::projects + "MyFirstTweak");
     EXPECT_TRUE(std::includes(built.begin(), built.end(), files.begin(), files.end()))
         << "a build changes no file";
@@ -55,6 +65,13 @@ TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
     const auto packages = contentsOfDirectoryAtPath(device::packages + "/MyFirstTweak");
     ASSERT_TRUE(packages && packages->size() == 1);
     EXPECT_EQ(pathExtension(packages->front()), "deb");
+    waitToSee("Make Package");
+    EXPECT_FALSE(sees(empty) || sees(updated));
+    removeItemAtPath(updateMarker);
+    build("Make Package");
+    tap(localized(text::cancel));
+    waitToSee(updated);
+    EXPECT_NE(log().bytes().find("\uFFFD"), std::string::npos) << "the older log";
   });
 }
 
