@@ -225,6 +225,9 @@ TEST_F(Reading, TheTextsMenuSpeaksBothLanguages) {
     actions.back()->trigger();
     EXPECT_EQ(editor.selectedText(), "old");
     menu->close();
+    // Keys reach their shortcuts only in a window that is active.
+    UIScreen::mainScreen()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
   });
 }
 

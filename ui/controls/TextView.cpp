@@ -61,6 +61,7 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   setUtf8(true);
   setFrameShape(QFrame::NoFrame);
   setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
   // The words are Latin ones whatever the language of the interface. Drawn without a buffer of its own, text
   // is mangled where the application reads from right to left.
   setLayoutDirection(Qt::LeftToRight);
@@ -70,6 +71,9 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   send(SCI_SETMARGINLEFT, 0, metrics::textPadding);
   send(SCI_SETMARGINRIGHT, 0, metrics::textPadding);
   send(SCI_SETSCROLLWIDTHTRACKING, 1);
+  // Room between lines, which taller scripts need.
+  send(SCI_SETEXTRAASCENT, 1);
+  send(SCI_SETEXTRADESCENT, 1);
   // A tab is typed as it is, whatever the blanks before it.
   setTabIndents(false);
   setUpKeys();
@@ -93,7 +97,7 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
 
 void TextView::setReadOnly(bool readOnly) {
   QsciScintilla::setReadOnly(readOnly);
-  send(SCI_SETCARETSTYLE, readOnly ? CARETSTYLE_INVISIBLE : CARETSTYLE_LINE);
+  send(SCI_SETCARETWIDTH, readOnly ? 0 : 1);
   send(SCI_SETTABWIDTH, readOnly ? logTabColumns : editorTabColumns);
   viewport()->setCursor(Qt::IBeamCursor);
 }
