@@ -24,3 +24,17 @@ void showConfirmation(const QString& title, const QString& message, const QStrin
       });
   question->showAnimated();
 }
+
+std::shared_ptr<RQAlertView> showSaveQuestion(const QString& name, std::function<void()> save,
+                                              std::function<void()> discard) {
+  auto question = RQAlertView::alertViewWithTitle(localized(text::saveChanges),
+                                                  localized(text::changesWouldBeLost, {name.toStdString()}),
+                                                  RQAlertViewStyle::Alert, QStringList{localized(text::save)},
+                                                  localized(text::cancel), localized(text::discard));
+  dressAsMessage(*question);
+  question->setDidDismissAfterActionHandler(
+      [save = std::move(save)](RQAlertView&, std::size_t, const QString&) { save(); });
+  question->setDidDismissAfterDestructiveHandler([discard = std::move(discard)](RQAlertView&) { discard(); });
+  question->showAnimated();
+  return question;
+}

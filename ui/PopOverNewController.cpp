@@ -9,7 +9,6 @@
 #include "platform/UIFont.h"
 #include "platform/UIScreen.h"
 #include "ui/Colours.h"
-#include "ui/DialogLooks.h"
 #include "ui/Localized.h"
 #include "ui/Metrics.h"
 #include "ui/Notice.h"
@@ -84,38 +83,33 @@ void PopOverNewController::DismissPop() {
 }
 
 bool PopOverNewController::screenShouldClose() {
-  if (!outlets_->PopOvetText->isModified()) return true;
-  const std::shared_ptr<RQAlertView> asked = question_.lock();
-  if (!asked || asked->state() == RQAlertViewState::Dismissed) askBeforeClosing();
+  if (!hasUnsavedText()) return true;
+  leave([] { UIScreen::mainScreen()->close(); });
   return false;
-}
-
-// Saving closes the screen after all. Who wants none of it cancels, here and in the editor.
-void PopOverNewController::askBeforeClosing() {
-  const auto question = RQAlertView::alertViewWithTitle(
-      outlets_->NavTitle->text(), QString(), RQAlertViewStyle::Alert,
-      QStringList{outlets_->SaveButton->text()}, localized(text::cancel), QString());
-  dressAsMessage(*question);
-  question->setDidDismissAfterActionHandler(
-      [editor = QPointer<PopOverNewController>(this)](RQAlertView&, std::size_t, const QString&) {
-        if (!editor) return;
-        if (editor->writeText()) {
-          editor->outlets_->PopOvetText->setModified(false);
-          UIScreen::mainScreen()->close();
-        } else {
-          showNotice(localized(text::error));
-        }
-      });
-  question_ = question;
-  question->showAnimated();
 }
 
 void PopOverNewController::cancelOperation() {
   if (outlets_->findBar->dismiss()) return;
-  if (outlets_->PopOvetText->isModified()) {
-    // Tab is typed into the text, so this is the way out of it for the keyboard.
-    outlets_->CancelButton->setFocus(Qt::ShortcutFocusReason);
-  } else {
-    DismissPop();
-  }
+  leave([this] { DismissPop(); });
+}
+
+bool PopOverNewController::hasUnsavedText() const {
+  return outlets_->PopOvetText->isModified();
+}
+
+void PopOverNewController::leave(const std::function<void()>& away) {
+  if (!hasUnsavedText()) return away();
+  const std::shared_ptr<RQAlertView> asked = question_.lock();
+  if (asked && asked->state() != RQAlertViewState::Dismissed) return;
+  const QPointer<PopOverNewController> editor(this);
+  const auto discard = [editor, away] {
+    if (!editor) return;
+    editor->outlets_->PopOvetText->setModified(false);
+    away();
+  };
+  const auto save = [editor, discard] {
+    if (editor && !editor->writeText()) return showNotice(localized(text::error));
+    discard();
+  };
+  question_ = showSaveQuestion(outlets_->NavTitle->text(), save, discard);
 }

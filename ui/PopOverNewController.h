@@ -3,6 +3,7 @@
 
 #include "platform/UIViewController.h"
 
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -29,9 +30,8 @@ class PopOverNewController : public UIViewController {
   // Closes the editor without saving.
   void DismissPop();
 
-  // Closes the find bar, or else the editor; where something has been typed, only goes to Cancel.
+  // Closes the find bar, or else the editor, and like the window asks first where text is not saved.
   void cancelOperation() override;
-  // Asks where something has been typed, and stays meanwhile.
   bool screenShouldClose() override;
 
  protected:
@@ -40,7 +40,10 @@ class PopOverNewController : public UIViewController {
  private:
   // False when the file is as it was.
   bool writeText();
-  void askBeforeClosing();
+  bool hasUnsavedText() const;
+  // The one way out over text that may not be saved: calls `away` at once, or once the user has chosen to
+  // save (and it is saved) or to discard it.
+  void leave(const std::function<void()>& away);
 
   std::unique_ptr<Ui::PopOverNewController> outlets_;
   bool isTooLarge_ = false;

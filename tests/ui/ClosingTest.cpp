@@ -68,7 +68,7 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
   const std::string file = device::projects + "P/Tweak.x";
   putFile(file, "old");
   chooseProject("P");
-  const QString save = QStringLiteral("Save");
+  const QString save = localized(text::save);
   const QString cancel = localized(text::cancel);
   const auto closes = [] { return UIScreen::mainScreen()->close(); };
   const int status = run([&] {
@@ -83,6 +83,16 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
     finger::waitToSee("File text");
     EXPECT_EQ(editor.bytes(), "new, old");
     EXPECT_EQ(fileAt(file), "old");
+    // Esc asks the same, and leaves only the editor.
+    QTest::keyClick(&editor, Qt::Key_Escape);
+    finger::waitToSee("Your changes to \u2068Tweak.x\u2069 are not saved. Without saving they are lost.");
+    finger::tap(localized(text::discard));
+    finger::waitToSee("Files");
+    EXPECT_EQ(fileAt(file), "old");
+    finger::tap("Tweak.x");
+    auto& again = *qobject_cast<TextView*>(finger::find("File text"));
+    finger::waitUntil([&again] { return again.bytes() == "old"; }, "the file is not loaded again");
+    QTest::keyClicks(&again, "new, ");
     // A folder in the file's place: it cannot be written, so the text stays where it is.
     removeItemAtPath(file);
     putFile(file + "/x", "");
