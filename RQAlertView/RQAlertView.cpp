@@ -6,19 +6,27 @@
 #include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewReports.h"
 #include "RQAlertView/RQAlertViewStage.h"
 #include "RQAlertView/RQAlertViewWindow.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "core/NSLog.h"
+#include "platform/Autorelease.h"
 #include "platform/EventBoundary.h"
+#include "platform/NSNotificationCenter.h"
+#include "platform/UIApplication.h"
+#include "platform/UIKeyboard.h"
 #include "platform/UIScreen.h"
+#include "platform/dispatch.h"
 
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 namespace {
 
@@ -29,6 +37,22 @@ std::shared_ptr<RQAlertView>& sharedAppearance() {
 
 double levelFor(RQAlertViewWindowLevel level) {
   return level == RQAlertViewWindowLevel::AboveStatusBar ? UIWindowLevelAlert : UIWindowLevelStatusBar - 1;
+}
+
+// The topmost dialog of the stack that is not in `window`, or null.
+std::shared_ptr<RQAlertView> dialogBelow(const UIWindow* window) {
+  const auto& stack = RQAlertViewWindowsObserver::sharedInstance()->windowsArray();
+  for (auto container = stack.rbegin(); container != stack.rend(); ++container) {
+    const std::shared_ptr<UIWindow> other = container->window();
+    if (!other || other.get() == window) continue;
+    const auto* controller = qobject_cast<RQAlertViewController*>(other->rootViewController().get());
+    if (controller && controller->alertView()) return controller->alertView();
+  }
+  return nullptr;
+}
+
+void call(const RQAlertViewCompletionHandler& completionHandler) {
+  if (completionHandler) atEventBoundary(completionHandler)();
 }
 
 }  // namespace
@@ -69,7 +93,7 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQ
     throw InternalInconsistency("RQAlertView is initialized already");
   }
   contents_ = std::move(contents);
-  contents_.progress = contents_.progress > 0 ? std::min(contents_.progress, 1.0) : 0;
+  setProgress(contents_.progress);
   handlers_.actionHandler = std::move(reports.action);
   handlers_.cancelHandler = std::move(reports.cancel);
   handlers_.destructiveHandler = std::move(reports.destructive);
@@ -98,9 +122,13 @@ void RQAlertView::buildViews() {
   content_ = new RQAlertViewContent(contents_, appearance_, stage_);
   auto* frame = new RQAlertViewFrame(*this, content_, stage_);
   stage_->setFrame(frame);
-  connect(frame, &RQAlertViewFrame::tapped, this,
-          [this](RQAlertViewButtonKind kind, std::size_t index) { tapped(kind, index); });
-  connect(stage_, &RQAlertViewStage::coverTapped, this, atEventBoundary([this] { coverTapped(); }));
+  connect(frame, &RQAlertViewFrame::tapped, this, [this](RQAlertViewButtonKind kind, std::size_t index) {
+    if (state_ == RQAlertViewState::Shown) answer(kind, index, buttonOfKind(kind));
+  });
+  connect(stage_, &RQAlertViewStage::coverTapped, this, atEventBoundary([this] {
+            if (state_ == RQAlertViewState::Shown && cancelOnTouch())
+              answer(RQAlertViewButtonKind::Cancel, 0, nullptr);
+          }));
   connect(content_, &RQAlertViewContent::lastFieldEntered, this, [this] { lastFieldEntered(); });
   connect(content_, &RQAlertViewContent::heightChanged, this, [this] { appearanceChanged(); });
 
@@ -252,7 +280,7 @@ double RQAlertView::width() const {
   const double most = std::min(bounds.width(), bounds.height());
   if (appearance_.width != RQAlertViewNotSet) return std::min(appearance_.width, most);
   if (!isInitialized()) return RQAlertViewNotSet;
-  if (style() == RQAlertViewStyle::ActionSheet && !RQAlertViewHelper::isPadAndNotForce(*this)) {
+  if (RQAlertViewHelper::comesFromBottom(*this)) {
     return RQAlertViewHelper::isPad() ? RQAlertViewMetrics::padActionSheetWidth
                                       : most - RQAlertViewMetrics::actionSheetSideMargins;
   }
@@ -262,4 +290,406 @@ double RQAlertView::width() const {
 void RQAlertView::setWidth(double width) {
   appearance_.width = width;
   appearanceChanged();
+}
+
+// The looks of its buttons, taken from its appearance.
+
+// The appearance has the same fourteen properties for each kind of button, told apart by how they begin.
+#define RQ_LOOK(beginning)                                                                      \
+  RQAlertViewButtonLook {                                                                       \
+    .titleColor = appearance_.beginning##TitleColor,                                            \
+    .titleColorHighlighted = appearance_.beginning##TitleColorHighlighted,                      \
+    .titleColorDisabled = appearance_.beginning##TitleColorDisabled,                            \
+    .backgroundColor = appearance_.beginning##BackgroundColor,                                  \
+    .backgroundColorHighlighted = appearance_.beginning##BackgroundColorHighlighted,            \
+    .backgroundColorDisabled = appearance_.beginning##BackgroundColorDisabled,                  \
+    .textAlignment = appearance_.beginning##TextAlignment, .font = appearance_.beginning##Font, \
+    .numberOfLines = appearance_.beginning##NumberOfLines,                                      \
+    .lineBreakMode = appearance_.beginning##LineBreakMode,                                      \
+    .minimumScaleFactor = appearance_.beginning##MinimumScaleFactor,                            \
+    .adjustsFontSizeToFitWidth = appearance_.beginning##AdjustsFontSizeToFitWidth,              \
+    .iconPosition = appearance_.beginning##IconPosition                                         \
+  }
+
+RQAlertViewButtonLook RQAlertView::buttonsLook(RQAlertViewButtonKind kind) const {
+  switch (kind) {
+    case RQAlertViewButtonKind::Cancel: {
+      RQAlertViewButtonLook look = RQ_LOOK(cancelButton);
+      look.iconImage = appearance_.cancelButtonIconImage;
+      return look;
+    }
+    case RQAlertViewButtonKind::Destructive: {
+      RQAlertViewButtonLook look = RQ_LOOK(destructiveButton);
+      look.iconImage = appearance_.destructiveButtonIconImage;
+      return look;
+    }
+    case RQAlertViewButtonKind::Action:
+      break;
+  }
+  return RQ_LOOK(buttons);
+}
+
+RQAlertViewButtonLook RQAlertView::buttonLook(const RQAlertViewRow& row) const {
+  RQAlertViewButtonLook look = buttonsLook(row.kind);
+  if (row.kind == RQAlertViewButtonKind::Action) {
+    const auto own = buttonProperties_.find(row.index);
+    if (own != buttonProperties_.end()) own->second.applyTo(look);
+  }
+  return look;
+}
+
+bool RQAlertView::isButtonEnabled(const RQAlertViewRow& row) const {
+  switch (row.kind) {
+    case RQAlertViewButtonKind::Cancel:
+      return cancelButtonEnabled();
+    case RQAlertViewButtonKind::Destructive:
+      return destructiveButtonEnabled();
+    case RQAlertViewButtonKind::Action:
+      break;
+  }
+  return row.index < buttonsEnabled_.size() && buttonsEnabled_[row.index];
+}
+
+bool RQAlertView::hasUniformRows() const {
+  const auto oneLine = [this](RQAlertViewButtonKind kind) { return buttonsLook(kind).numberOfLines == 1; };
+  return oneLine(RQAlertViewButtonKind::Action) && oneLine(RQAlertViewButtonKind::Cancel) &&
+         oneLine(RQAlertViewButtonKind::Destructive) &&
+         std::none_of(buttonProperties_.begin(), buttonProperties_.end(), [](const auto& entry) {
+           const RQAlertViewButtonProperties& own = entry.second;
+           return own.numberOfLines || own.font || own.iconImage;
+         });
+}
+
+// Reports.
+
+template <typename Handler, typename... Values>
+void RQAlertView::report(const RQAlertViewReport<Handler>& report,
+                         const std::weak_ptr<RQAlertViewDelegate>& delegate, const QVariantMap& userInfo,
+                         const Values&... values) {
+  constexpr bool inAnimation = std::is_same_v<Handler, RQAlertViewAnimationsBlock>;
+  const auto post = [&] {
+    NSNotificationCenter::defaultCenter().postNotificationName(report.notification, this, userInfo);
+  };
+  if constexpr (inAnimation) post();
+  // Copies: a handler may set another one in its place.
+  if (const Handler called = handlers_.*report.handler) atEventBoundary(called)(*this, values...);
+  if (const auto to = delegate.lock(); to && (*to).*report.method)
+    atEventBoundary((*to).*report.method)(*this, values...);
+  if constexpr (!inAnimation) post();
+}
+
+void RQAlertView::reportAnimations(const RQAlertViewReport<RQAlertViewAnimationsBlock>& animations) {
+  const double duration = animationDuration();
+  report(animations, delegate_, {{QStringLiteral("duration"), duration}}, duration);
+}
+
+// How it comes and goes.
+
+bool RQAlertView::isShowing() const {
+  return state_ == RQAlertViewState::Showing || state_ == RQAlertViewState::Shown;
+}
+
+void RQAlertView::show() {
+  showAnimated(false, false, {});
+}
+
+void RQAlertView::showAnimated() {
+  showAnimated(true, false, {});
+}
+
+void RQAlertView::showAnimated(bool animated, RQAlertViewCompletionHandler completionHandler) {
+  showAnimated(animated, false, std::move(completionHandler));
+}
+
+void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler) {
+  requireInitialized();
+  if (stage_ && state_ == RQAlertViewState::Made) stage_->setVisible(!hidden);
+  showBy([this](double duration,
+                auto finished) { stage_->bringIn(dimmingBelow(), duration, std::move(finished)); },
+         animated, std::move(completionHandler));
+}
+
+void RQAlertView::showBy(const Entrance& entrance, bool animated,
+                         RQAlertViewCompletionHandler completionHandler) {
+  if (state_ != RQAlertViewState::Made || !window_) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  keptAlive_ = alive;
+  state_ = RQAlertViewState::Showing;
+  stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
+  stage_->layoutSubviews();
+  if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
+  window_->makeKeyAndVisible();
+  addObservers();
+  report(reports::willShow, delegate_, {});
+  if (animated && state_ == RQAlertViewState::Showing) {
+    reportAnimations(reports::showAnimations);
+  }
+  if (state_ != RQAlertViewState::Showing) {
+    // A report has dismissed the dialog.
+    call(completionHandler);
+    return;
+  }
+  entrance(animated ? animationDuration() : 0,
+           [this, completionHandler = std::move(completionHandler)] { showComplete(completionHandler); });
+}
+
+double RQAlertView::dimmingBelow() const {
+  const std::shared_ptr<RQAlertView> below = dialogBelow(window_.get());
+  return below && below->stage_ ? below->stage_->dimming() : 0;
+}
+
+double RQAlertView::dimmingAfterwards() const {
+  const std::shared_ptr<RQAlertView> below = dialogBelow(window_.get());
+  return below && below->isShowing() && below->stage_ ? below->stage_->dimming() : 0;
+}
+
+void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView) {
+  transitionToAlertView(alertView, {});
+}
+
+void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView,
+                                        RQAlertViewCompletionHandler completionHandler) {
+  if (!alertView) return;
+  alertView->requireInitialized();
+  if (alertView.get() == this || alertView->state_ != RQAlertViewState::Made) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  // A did-show report may have dismissed this dialog, or used the other one up.
+  if (alertView->state_ != RQAlertViewState::Made) return;
+  if (!isShowing() || !stage_) {
+    alertView->showAnimated(true, std::move(completionHandler));
+    return;
+  }
+  // The other dialog covers this one already; the picture is to show it as it was before.
+  const bool enabled = !window_ || window_->isEnabled();
+  if (window_) window_->setEnabled(true);
+  const QPixmap picture = stage_->picture();
+  if (window_) window_->setEnabled(enabled);
+  const QRect place = stage_->frame()->geometry();
+  const double dimming = stage_->dimming();
+  // It goes as a dialog in sight does, though the other one's window may hide its own.
+  beginDismissal();
+  dismissComplete();
+  alertView->showBy(
+      [&](double duration, auto finished) {
+        alertView->stage_->changeFrom(picture, place, dimming, duration, std::move(finished));
+      },
+      true, std::move(completionHandler));
+}
+
+void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHandler) {
+  if (state_ != RQAlertViewState::Showing) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  state_ = RQAlertViewState::Shown;
+  // Covered meanwhile by another dialog, it takes the focus when it comes back.
+  takeFocus();
+  report(reports::didShow, delegate_, {});
+  call(completionHandler);
+}
+
+void RQAlertView::takeFocus() {
+  if (state_ != RQAlertViewState::Shown || !window_ || !window_->isKeyWindow()) return;
+  const auto fields = textFieldsArray();
+  if (type() == RQAlertViewType::TextFields && !fields.empty()) {
+    fields.front()->becomeFirstResponder();
+  } else {
+    stage_->frame()->initialFocus()->setFocus(Qt::OtherFocusReason);
+  }
+}
+
+void RQAlertView::dismiss() {
+  dismissAnimated(false);
+}
+
+void RQAlertView::dismissAnimated() {
+  dismissAnimated(true);
+}
+
+void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler completionHandler) {
+  const bool showing = isShowing();
+  const bool dismissing =
+      state_ == RQAlertViewState::Dismissing || (state_ == RQAlertViewState::Dismissed && window_);
+  if (!showing && !dismissing) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  // A show that still moves ends as any other does, with all its reports, one of which may dismiss the
+  // dialog.
+  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  if (state_ == RQAlertViewState::Dismissed && !window_) return call(completionHandler);
+  afterDismissal_.push_back(std::move(completionHandler));
+  if (!isShowing()) return;
+  if (!window_ || window_->isHidden()) {
+    state_ = RQAlertViewState::Dismissing;
+    dismissComplete();
+    return;
+  }
+  beginDismissal();
+  if (animated) reportAnimations(reports::dismissAnimations);
+  if (!stage_) {
+    dismissComplete();
+    return;
+  }
+  stage_->takeOut(dimmingAfterwards(), animated ? animationDuration() : 0, [this] { dismissComplete(); });
+}
+
+void RQAlertView::beginDismissal() {
+  state_ = RQAlertViewState::Dismissing;
+  window_->endEditing();
+  report(reports::willDismiss, delegate_, {});
+}
+
+void RQAlertView::dismissComplete() {
+  if (state_ != RQAlertViewState::Dismissing) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  state_ = RQAlertViewState::Dismissed;
+  removeObservers();
+  if (window_) window_->setHidden(true);
+  report(reports::didDismiss, delegate_, {});
+  releaseViews();
+  delegate_.reset();
+  for (const auto& completionHandler : std::exchange(afterDismissal_, {})) call(completionHandler);
+}
+
+void RQAlertView::releaseViews() {
+  if (window_) window_->disconnect(this);
+  if (stage_) stage_->keep(std::move(keptAlive_));
+  viewController_.reset();
+  window_.reset();
+}
+
+void RQAlertView::windowGone() {
+  // Somebody has destroyed the window, most likely the application's end: there is nothing left to show.
+  state_ = RQAlertViewState::Dismissed;
+  removeObservers();
+  viewController_.reset();
+  window_.reset();
+  afterDismissal_.clear();
+  autorelease(std::move(keptAlive_));
+}
+
+void RQAlertView::addObservers() {
+  NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+  for (const QString& name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification,
+                              UIKeyboardWillChangeFrameNotification}) {
+    const auto changed = name == UIKeyboardWillChangeFrameNotification ? &RQAlertView::keyboardFrameChanged
+                                                                       : &RQAlertView::keyboardVisibleChanged;
+    center.addObserver(this, name, nullptr, [this, changed](const NSNotification& notification) {
+      (this->*changed)(notification);
+    });
+  }
+  center.addObserver(this, UIWindowDidBecomeVisibleNotification, nullptr,
+                     [this](const NSNotification& notification) { windowVisibleChanged(notification); });
+  center.addObserver(this, UIWindowDidBecomeKeyNotification, window_.get(), [this](const NSNotification&) {
+    // What had the focus may have gone while another dialog covered this one.
+    const QWidget* focused = stage_->window()->focusWidget();
+    if (!focused || !stage_->frame()->isAncestorOf(focused)) takeFocus();
+  });
+}
+
+void RQAlertView::removeObservers() {
+  NSNotificationCenter::defaultCenter().removeObserver(this);
+}
+
+void RQAlertView::keyboardVisibleChanged(const NSNotification& notification) {
+  const bool hides = notification.name == UIKeyboardWillHideNotification;
+  moveFor(hides ? QRectF() : notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(),
+          notification);
+}
+
+void RQAlertView::keyboardFrameChanged(const NSNotification& notification) {
+  moveFor(notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(), notification);
+}
+
+void RQAlertView::moveFor(const QRectF& keyboard, const NSNotification& notification) {
+  if (!isShowing() || !window_ || window_->isHidden()) return;
+  stage_->setKeyboardFrame(
+      keyboard.toAlignedRect(),
+      notification.userInfo.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
+      static_cast<QEasingCurve::Type>(
+          notification.userInfo.value(UIKeyboardAnimationCurveUserInfoKey, QEasingCurve::OutCubic).toInt()));
+}
+
+void RQAlertView::windowVisibleChanged(const NSNotification& notification) {
+  const auto* other = qobject_cast<UIWindow*>(notification.object);
+  if (other && other == window_.get()) {
+    // Uncovered again: the keyboard may have come or gone meanwhile.
+    stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
+    return;
+  }
+  if (!other || !window_ || window_->isHidden() || qobject_cast<const RQAlertViewWindow*>(other) ||
+      other->windowLevel() > window_->windowLevel()) {
+    return;
+  }
+  // A window that comes up below a dialog does not take the input from it.
+  dispatch_after(0, dispatch_get_main_queue(), [weak = weak_from_this()] {
+    const std::shared_ptr<RQAlertView> self = weak.lock();
+    if (self && self->isShowing() && self->window_ && !self->window_->isHidden()) {
+      self->window_->makeKeyAndVisible();
+    }
+  });
+}
+
+// What the user does with it.
+
+void RQAlertView::forceCancel() {
+  if (cancelButtonTitle().isNull()) throw InternalInconsistency("Cancel button is not exists");
+  answer(RQAlertViewButtonKind::Cancel, 0, buttonOfKind(RQAlertViewButtonKind::Cancel));
+}
+
+void RQAlertView::forceDestructive() {
+  if (destructiveButtonTitle().isNull()) throw InternalInconsistency("Destructive button is not exists");
+  answer(RQAlertViewButtonKind::Destructive, 0, buttonOfKind(RQAlertViewButtonKind::Destructive));
+}
+
+void RQAlertView::forceActionAtIndex(std::size_t index) {
+  if (index >= static_cast<std::size_t>(buttonTitles().size())) {
+    throw InternalInconsistency("Button at index " + std::to_string(index) + " is not exists");
+  }
+  answer(RQAlertViewButtonKind::Action, index, nullptr);
+}
+
+void RQAlertView::lastFieldEntered() {
+  if (state_ == RQAlertViewState::Shown && buttonTitles().size() == 1 && buttonsEnabled_.front())
+    forceActionAtIndex(0);
+}
+
+RQAlertViewButton* RQAlertView::buttonOfKind(RQAlertViewButtonKind kind) const {
+  if (!stage_ || kind == RQAlertViewButtonKind::Action) return nullptr;
+  return stage_->frame()->buttonOfKind(kind);
+}
+
+void RQAlertView::answer(RQAlertViewButtonKind kind, std::size_t index, RQAlertViewButton* sender) {
+  // On its way out the dialog takes no more answers, and an answer that is being reported is not given again.
+  const bool leaving = state_ == RQAlertViewState::Dismissing || state_ == RQAlertViewState::Dismissed;
+  if (leaving || !answering_.insert({kind, index}).second) return;
+  const std::shared_ptr<RQAlertView> alive = shared_from_this();
+  const QPointer<RQAlertViewButton> marked(sender);
+  if (marked) marked->setSelected(true);
+  reportAnswer(kind, index, Moment::Now, delegate_);
+  answering_.erase({kind, index});
+  if (!dismissOnAction()) {
+    if (marked) marked->setSelected(false);
+    return;
+  }
+  // The dismissal clears the delegate, which is still to hear what comes after it.
+  dismissAnimated(shouldDismissAnimated(), [alive, kind, index, delegate = delegate_] {
+    alive->reportAnswer(kind, index, Moment::AfterDismissal, delegate);
+  });
+}
+
+void RQAlertView::reportAnswer(RQAlertViewButtonKind kind, std::size_t index, Moment moment,
+                               const std::weak_ptr<RQAlertViewDelegate>& delegate) {
+  const bool now = moment == Moment::Now;
+  switch (kind) {
+    case RQAlertViewButtonKind::Action: {
+      const QString title = buttonTitles().at(static_cast<qsizetype>(index));
+      return report(
+          now ? reports::action : reports::didDismissAfterAction, delegate,
+          {{QStringLiteral("title"), title}, {QStringLiteral("index"), static_cast<qulonglong>(index)}},
+          index, title);
+    }
+    case RQAlertViewButtonKind::Cancel:
+      return report(now ? reports::cancel : reports::didDismissAfterCancel, delegate, {});
+    case RQAlertViewButtonKind::Destructive:
+      return report(now ? reports::destructive : reports::didDismissAfterDestructive, delegate, {});
+  }
 }

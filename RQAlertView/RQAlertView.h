@@ -7,16 +7,17 @@
 #include "RQAlertView/RQAlertViewContents.h"
 #include "RQAlertView/RQAlertViewDelegate.h"
 #include "RQAlertView/RQAlertViewHandlers.h"
-#include "RQAlertView/RQAlertViewNotifications.h"
+#include "RQAlertView/RQAlertViewReports.h"
 #include "RQAlertView/RQAlertViewRows.h"
 #include "RQAlertView/RQAlertViewTextField.h"
 #include "RQAlertView/RQAlertViewTypes.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include <QObject>
@@ -211,8 +212,9 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // `hidden`: everything is done and reported, but the dialog's view stays hidden until it is shown.
   void showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler);
 
-  // Dismissing does nothing when the dialog is not shown. One that another dialog covers goes at once. A show
-  // that still moves is brought to its end first.
+  // Dismissing does nothing when the dialog is not shown, but while it goes, a completion handler is called
+  // at its end after the earlier ones. One that another dialog covers goes at once. A show that still moves
+  // is brought to its end first.
   void dismiss();
   void dismissAnimated();
   void dismissAnimated(bool animated, RQAlertViewCompletionHandler completionHandler = {});
@@ -314,8 +316,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   const RQAlertViewAppearance& appearanceValues() const { return appearance_; }
 
  private:
-  using DelegateHandler = RQAlertViewHandler RQAlertViewDelegate::*;
-
   RQAlertView();
 
   // Creation.
@@ -329,12 +329,16 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
 
   // Showing and dismissing. An entrance brings the box in and calls what it is given when it is in place.
   using Entrance = std::function<void(double duration, std::function<void()> finished)>;
+  // How strongly the dialog that this one covers, and which may be on its way out, dims what is below now.
+  double dimmingBelow() const;
+  // The same for the one that comes back when this one goes.
+  double dimmingAfterwards() const;
   void showBy(const Entrance& entrance, bool animated, RQAlertViewCompletionHandler completionHandler);
   void showComplete(const RQAlertViewCompletionHandler& completionHandler);
   // Gives the focus to the first field, else to the safe answer, unless another dialog covers this one.
   void takeFocus();
   void beginDismissal();
-  void dismissComplete(const RQAlertViewCompletionHandler& completionHandler);
+  void dismissComplete();
   void releaseViews();
   void addObservers();
   void removeObservers();
@@ -346,28 +350,21 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void windowGone();
 
   // What the user does.
-  void tapped(RQAlertViewButtonKind kind, std::size_t index);
-  void coverTapped();
   void lastFieldEntered();
-  void actionAction(std::size_t index, const QString& title);
   // `sender`: the button that was tapped, which keeps its highlighted look while the dialog goes, or null.
-  void cancelAction(RQAlertViewButton* sender);
-  void destructiveAction(RQAlertViewButton* sender);
-  // `now` gets the delegate itself, which a handler may change; `afterwards`, once the dialog has gone, gets
-  // the one that there was when `now` had returned.
-  using Report = std::function<void(RQAlertView&, const std::weak_ptr<RQAlertViewDelegate>&)>;
-  void answer(RQAlertViewButtonKind kind, RQAlertViewButton* sender, const Report& now, Report afterwards);
+  void answer(RQAlertViewButtonKind kind, std::size_t index, RQAlertViewButton* sender);
+  enum class Moment { Now, AfterDismissal };
+  void reportAnswer(RQAlertViewButtonKind kind, std::size_t index, Moment moment,
+                    const std::weak_ptr<RQAlertViewDelegate>& delegate);
+  // The cancel or the destructive button where it is no row of the list; else null.
   RQAlertViewButton* buttonOfKind(RQAlertViewButtonKind kind) const;
 
-  // Reports: the handler, then the delegate, then the notification.
-  void report(const RQAlertViewHandler& handler, const std::weak_ptr<RQAlertViewDelegate>& delegate,
-              DelegateHandler method, const QString& notification);
-  void reportAction(const RQAlertViewActionHandler& handler,
-                    const std::weak_ptr<RQAlertViewDelegate>& delegate,
-                    RQAlertViewActionHandler RQAlertViewDelegate::*method, const QString& notification,
-                    std::size_t index, const QString& title);
-  void reportAnimations(const RQAlertViewAnimationsBlock& block,
-                        RQAlertViewAnimationsBlock RQAlertViewDelegate::*method, const QString& notification);
+  // Reports to the handler, then the delegate, then by notification; inside an animation by notification
+  // first. `values` follow the dialog itself.
+  template <typename Handler, typename... Values>
+  void report(const RQAlertViewReport<Handler>& report, const std::weak_ptr<RQAlertViewDelegate>& delegate,
+              const QVariantMap& userInfo, const Values&... values);
+  void reportAnimations(const RQAlertViewReport<RQAlertViewAnimationsBlock>& animations);
 
   RQAlertViewContents contents_;
   RQAlertViewAppearance appearance_;
@@ -383,8 +380,10 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   std::shared_ptr<RQAlertViewController> viewController_;
   QPointer<RQAlertViewStage> stage_;
   QPointer<RQAlertViewContent> content_;
-  // The kinds of answer that are being reported: a handler that forces the same answer once more is ignored.
-  std::array<bool, 3> answering_{};
+  // The answers that are being reported: a handler that forces the same one once more is ignored.
+  std::set<std::pair<RQAlertViewButtonKind, std::size_t>> answering_;
+  // Called when the dismissal that is under way has ended.
+  std::vector<RQAlertViewCompletionHandler> afterDismissal_;
   // While shown.
   std::shared_ptr<RQAlertView> keptAlive_;
 };

@@ -1,5 +1,7 @@
 #include "RQAlertView/RQAlertViewButton.h"
 
+#include "RQAlertView/RQAlertViewTypes.h"
+
 #include <QPainter>
 
 RQAlertViewButton::RQAlertViewButton(const QString& title, int padding, QWidget* parent)
@@ -37,6 +39,10 @@ void RQAlertViewButton::paintEvent(QPaintEvent*) {
                                    .card = card_,
                                    .focusRing = hasFocus() && isEnabled() &&
                                                 window()->testAttribute(Qt::WA_KeyboardFocusChange)});
+}
+
+void RQAlertViewButton::keyPressEvent(QKeyEvent* event) {
+  if (!isRepeatedAnswer(*event)) QPushButton::keyPressEvent(event);
 }
 
 RQAlertViewButtonState RQAlertViewButton::buttonState() const {

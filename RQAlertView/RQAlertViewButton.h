@@ -7,7 +7,8 @@
 #include <QPainterPath>
 #include <QPushButton>
 
-// Its title is plain text: an ampersand is an ampersand.
+// Its title is plain text: an ampersand is an ampersand. Return and Space tap it, but not their repeats while
+// they are held down: the press was meant for what had the focus before.
 class RQAlertViewButton : public QPushButton {
   Q_OBJECT
 
@@ -27,6 +28,7 @@ class RQAlertViewButton : public QPushButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   RQAlertViewButtonState buttonState() const;

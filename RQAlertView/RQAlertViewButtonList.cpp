@@ -108,7 +108,7 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-      if (row >= 0) tap(row);
+      if (row >= 0 && !isRepeatedAnswer(*event)) tap(row);
       return;
     case Qt::Key_Up:
       if (row <= firstEnabledRow()) {

@@ -21,11 +21,6 @@ int rounded(double length) {
   return static_cast<int>(std::lround(length));
 }
 
-bool comesFromBottom(const RQAlertView& alertView) {
-  return alertView.style() == RQAlertViewStyle::ActionSheet &&
-         !RQAlertViewHelper::isPadAndNotForce(alertView);
-}
-
 RQAlertViewRow cancelRowOf(const RQAlertView& alertView) {
   return {RQAlertViewButtonKind::Cancel, 0, alertView.cancelButtonTitle()};
 }
@@ -65,8 +60,9 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
   const int cancelGap = heights.cancel > 0 && cardHeight > 0 ? rounded(alertView_.cancelButtonOffsetY()) : 0;
   const int total = cardHeight + cancelGap + heights.cancel;
   const int x = room.x() + (room.width() - width) / 2;
-  const int y = comesFromBottom(alertView_) ? room.y() + room.height() - rounded(offset) - total
-                                            : room.y() + (room.height() - total) / 2;
+  const int y = RQAlertViewHelper::comesFromBottom(alertView_)
+                    ? room.y() + room.height() - rounded(offset) - total
+                    : room.y() + (room.height() - total) / 2;
   const int margin = RQAlertViewShadowView::shadowMargin(card_->look());
   setGeometry(QRect(x, y, width, total).adjusted(-margin, -margin, margin, margin));
 
@@ -327,18 +323,24 @@ QWidget* RQAlertViewFrame::initialFocus() {
     }
   }
   if (arrangement_ == Arrangement::List) {
+    // The list stays at its beginning, wherever the safe row is.
+    list_->setAutoScroll(false);
     list_->setCurrentIndex(list_->model()->index(safeRow(), 0));
+    list_->setAutoScroll(true);
     return list_;
   }
   return this;
 }
 
 int RQAlertViewFrame::safeRow() const {
+  int safe = -1;
   for (int row = 0; row < rows_.count(); ++row) {
     const RQAlertViewRow each = rows_.at(row);
-    if (each.kind != RQAlertViewButtonKind::Destructive && alertView_.isButtonEnabled(each)) return row;
+    if (!alertView_.isButtonEnabled(each)) continue;
+    if (each.kind == RQAlertViewButtonKind::Cancel) return row;
+    if (each.kind == RQAlertViewButtonKind::Action && safe == -1) safe = row;
   }
-  return -1;
+  return safe;
 }
 
 RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) const {

@@ -58,7 +58,8 @@ class RQAlertViewFrame : public QWidget {
   };
 
   bool holdsFocus() const;
-  // The first row of the list that can be tapped and destroys nothing, or -1.
+  // The row of the cancel button, else the first one that destroys nothing, of those that can be tapped; or
+  // -1.
   int safeRow() const;
   void applyLooks(int width);
   void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;

@@ -21,9 +21,13 @@ bool RQAlertViewHelper::isPadAndNotForce(const RQAlertView& alertView) {
   return isPad() && !alertView.padShowsActionSheetFromBottom();
 }
 
+bool RQAlertViewHelper::comesFromBottom(const RQAlertView& alertView) {
+  return alertView.style() == RQAlertViewStyle::ActionSheet && !isPadAndNotForce(alertView);
+}
+
 bool RQAlertViewHelper::isCancelButtonSeparate(const RQAlertView& alertView) {
   if (alertView.cancelButtonTitle().isNull()) return false;
-  if (alertView.style() == RQAlertViewStyle::ActionSheet && !isPadAndNotForce(alertView)) return true;
+  if (comesFromBottom(alertView)) return true;
   // Of a list that has to scroll, the way out stays in sight.
   const double room = UIScreen::mainScreen()->height() - 2 * alertView.offsetVertical();
   return static_cast<double>(alertView.buttonTitles().size()) * alertView.buttonsHeight() > room;

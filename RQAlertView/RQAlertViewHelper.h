@@ -14,6 +14,8 @@ class RQAlertViewHelper {
   static bool isPad();
   // An action sheet in the middle of a pad's screen rather than at its bottom.
   static bool isPadAndNotForce(const RQAlertView& alertView);
+  // An action sheet at the bottom of the screen.
+  static bool comesFromBottom(const RQAlertView& alertView);
   // Whether the cancel button stands on its own below the list instead of being its last row.
   static bool isCancelButtonSeparate(const RQAlertView& alertView);
 

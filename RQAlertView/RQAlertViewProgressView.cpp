@@ -36,7 +36,7 @@ RQAlertViewProgressView::RQAlertViewProgressView(QWidget* parent) : QProgressBar
 
 void RQAlertViewProgressView::setProgress(double progress, bool animated) {
   // The comparison also turns what is no number into none.
-  progress_ = progress > 0 ? std::min(progress, 1.0) : 0;
+  progress_ = progress;
   setValue(static_cast<int>(std::lround(progress_ * 100)));
   animation_.stop();
   if (animated && motionEnabled() && isVisible()) {

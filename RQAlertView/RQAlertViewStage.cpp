@@ -84,25 +84,27 @@ QRect RQAlertViewStage::freeRoom() const {
   return room;
 }
 
-void RQAlertViewStage::bringIn(double duration, std::function<void()> finished) {
-  start(Motion::BringIn, duration, std::move(finished));
+void RQAlertViewStage::bringIn(double dimmingBefore, double duration, std::function<void()> finished) {
+  start(Motion::BringIn, dimmingBefore, duration, std::move(finished));
 }
 
-void RQAlertViewStage::takeOut(double duration, std::function<void()> finished) {
-  start(Motion::TakeOut, duration, std::move(finished));
+void RQAlertViewStage::takeOut(double dimmingAfter, double duration, std::function<void()> finished) {
+  start(Motion::TakeOut, dimmingAfter, duration, std::move(finished));
 }
 
-void RQAlertViewStage::changeFrom(const QPixmap& picture, const QRect& from, double duration,
-                                  std::function<void()> finished) {
+void RQAlertViewStage::changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore,
+                                  double duration, std::function<void()> finished) {
   earlierPicture_ = picture;
   earlierPlace_ = from;
-  start(Motion::ChangeFrom, duration, std::move(finished));
+  start(Motion::ChangeFrom, dimmingBefore, duration, std::move(finished));
 }
 
-void RQAlertViewStage::start(Motion motion, double duration, std::function<void()> finished) {
+void RQAlertViewStage::start(Motion motion, double otherDimming, double duration,
+                             std::function<void()> finished) {
   finishMotion();
   finished_ = std::move(finished);
   motion_ = motion;
+  otherDimming_ = otherDimming;
   progress_ = 0;
   if (motion != Motion::TakeOut) takeBackdrops();
   if (duration > 0 && motionEnabled() && isVisible()) {
@@ -138,18 +140,27 @@ void RQAlertViewStage::paintEvent(QPaintEvent*) {
   if (motion_ != Motion::None) paintPicture(painter);
 }
 
+double RQAlertViewStage::coverShown() const {
+  if (motion_ == Motion::None) return in_ ? 1 : 0;
+  return motion_ == Motion::TakeOut ? 1 - progress_ : progress_;
+}
+
+double RQAlertViewStage::dimming() const {
+  const QColor color = alertView_.coverColor();
+  const double own = std::clamp(alertView_.coverAlpha(), 0.0, 1.0) * (color.isValid() ? color.alphaF() : 0);
+  const double other = motion_ == Motion::None ? 0 : otherDimming_;
+  return other + (own - other) * coverShown();
+}
+
 void RQAlertViewStage::paintCover(QPainter& painter) const {
-  double shown = in_ ? 1 : 0;
-  // Above another dialog the cover is up already.
-  if (motion_ == Motion::BringIn) shown = coversDialog_ ? 1 : progress_;
-  if (motion_ == Motion::TakeOut) shown = 1 - progress_;
-  if (motion_ == Motion::ChangeFrom) shown = 1;
-  const double alpha = std::clamp(shown * alertView_.coverAlpha(), 0.0, 1.0);
-  if (alpha <= 0) return;
-  painter.setOpacity(alpha);
-  if (!coverBackdrop_.isNull()) painter.drawPixmap(rect(), coverBackdrop_);
-  if (alertView_.coverColor().isValid()) painter.fillRect(rect(), alertView_.coverColor());
-  painter.setOpacity(1);
+  if (!coverBackdrop_.isNull()) {
+    painter.setOpacity(std::clamp(coverShown() * alertView_.coverAlpha(), 0.0, 1.0));
+    painter.drawPixmap(rect(), coverBackdrop_);
+    painter.setOpacity(1);
+  }
+  QColor color = alertView_.coverColor().isValid() ? alertView_.coverColor() : QColor(Qt::black);
+  color.setAlphaF(static_cast<float>(std::clamp(dimming(), 0.0, 1.0)));
+  if (color.alpha() > 0) painter.fillRect(rect(), color);
 }
 
 void RQAlertViewStage::paintPicture(QPainter& painter) const {
@@ -157,8 +168,7 @@ void RQAlertViewStage::paintPicture(QPainter& painter) const {
   const QRectF place = frame_->geometry();
   QRectF now = place;
   double opacity = 1;
-  const bool fromBottom =
-      alertView_.style() == RQAlertViewStyle::ActionSheet && !RQAlertViewHelper::isPadAndNotForce(alertView_);
+  const bool fromBottom = RQAlertViewHelper::comesFromBottom(alertView_);
   switch (motion_) {
     case Motion::BringIn:
     case Motion::TakeOut: {
@@ -227,7 +237,9 @@ void RQAlertViewStage::changeEvent(QEvent* event) {
 }
 
 void RQAlertViewStage::mousePressEvent(QMouseEvent* event) {
-  pressed_ = event->button() == Qt::LeftButton && !frame_->geometry().contains(event->position().toPoint());
+  // A touch that begins while the box moves is not kept for when it is in place.
+  pressed_ = motion_ == Motion::None && event->button() == Qt::LeftButton &&
+             !frame_->geometry().contains(event->position().toPoint());
 }
 
 void RQAlertViewStage::mouseReleaseEvent(QMouseEvent* event) {

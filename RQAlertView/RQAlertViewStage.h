@@ -26,9 +26,6 @@ class RQAlertViewStage : public QWidget {
   void setFrame(RQAlertViewFrame* frame);
   RQAlertViewFrame* frame() const { return frame_; }
 
-  // Whether the dialog comes up above another one, whose cover it takes over.
-  void setCoversDialog(bool covers) { coversDialog_ = covers; }
-
   // For the present size of the window and place of the keyboard.
   void layoutSubviews();
   // The keyboard's frame in the screen's coordinates, empty for none. With a duration (seconds) the box moves
@@ -36,12 +33,17 @@ class RQAlertViewStage : public QWidget {
   void setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve);
 
   // Each ends with `finished`, which is called exactly once: at the end, at once without a duration
-  // (seconds), or by finishMotion(); never when the stage is destroyed first.
-  void bringIn(double duration, std::function<void()> finished);
-  void takeOut(double duration, std::function<void()> finished);
+  // (seconds), or by finishMotion(); never when the stage is destroyed first. The cover's dimming begins at
+  // that of another dialog, whose place this one takes, or ends at it: 0 for none.
+  void bringIn(double dimmingBefore, double duration, std::function<void()> finished);
+  void takeOut(double dimmingAfter, double duration, std::function<void()> finished);
   // Brings the box in by changing it from a picture of another one that stood at `from`.
-  void changeFrom(const QPixmap& picture, const QRect& from, double duration, std::function<void()> finished);
+  void changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore, double duration,
+                  std::function<void()> finished);
   void finishMotion();
+
+  // How strongly the cover dims what lies behind it at this moment: its opacity, from 0 to 1.
+  double dimming() const;
 
   QPixmap picture() const;
 
@@ -63,8 +65,10 @@ class RQAlertViewStage : public QWidget {
  private:
   enum class Motion { None, BringIn, TakeOut, ChangeFrom };
 
-  void start(Motion motion, double duration, std::function<void()> finished);
+  void start(Motion motion, double otherDimming, double duration, std::function<void()> finished);
   QRect freeRoom() const;
+  // From 0 to 1.
+  double coverShown() const;
   void paintCover(QPainter& painter) const;
   void paintPicture(QPainter& painter) const;
   // In the middle of changeFrom(), with the box at `box`.
@@ -86,7 +90,7 @@ class RQAlertViewStage : public QWidget {
   QPixmap earlierPicture_;
   QRect earlierPlace_;
   QPixmap coverBackdrop_;
-  bool coversDialog_ = false;
+  double otherDimming_ = 0;
   bool pressed_ = false;
   std::shared_ptr<RQAlertView> kept_;
 };

@@ -2,6 +2,7 @@
 
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewText.h"
+#include "RQAlertView/RQAlertViewTypes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -133,6 +134,10 @@ bool RQAlertViewTextField::resignFirstResponder() {
 
 bool RQAlertViewTextField::isFirstResponder() const {
   return window()->focusWidget() == this;
+}
+
+void RQAlertViewTextField::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Space || !isRepeatedAnswer(*event)) QLineEdit::keyPressEvent(event);
 }
 
 void RQAlertViewTextField::focusInEvent(QFocusEvent* event) {

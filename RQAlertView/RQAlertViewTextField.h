@@ -54,6 +54,7 @@ class RQAlertViewTextField : public QLineEdit {
   bool isFirstResponder() const;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;

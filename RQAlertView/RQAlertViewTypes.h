@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <functional>
 
+#include <QKeyEvent>
 #include <QString>
 
 class RQAlertView;
@@ -22,6 +23,12 @@ enum class RQAlertViewButtonIconPosition { Left = 0, Right = 1 };
 // Where a dialog stands in its life. Allocated: not set up by an initializer yet. Showing and Dismissing: it
 // moves and takes no input.
 enum class RQAlertViewState { Allocated, Made, Showing, Shown, Dismissing, Dismissed };
+
+// Whether a press of Return or Space is only the repeat of a key that is held down, which answers nothing.
+inline bool isRepeatedAnswer(const QKeyEvent& press) {
+  return press.isAutoRepeat() &&
+         (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter || press.key() == Qt::Key_Space);
+}
 
 using RQAlertViewHandler = std::function<void(RQAlertView& alertView)>;
 using RQAlertViewActionHandler =

@@ -2,6 +2,7 @@
 
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 #include "platform/dispatch.h"
 
@@ -60,7 +61,10 @@ void RQAlertViewWindowsObserver::push(UIWindow* window) {
 
 void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
+  // Nothing is painted in between, else the screen would be seen without any dialog for a moment.
+  UIScreen::mainScreen()->setUpdatesEnabled(false);
   dispatch_after(0, dispatch_get_main_queue(), [hidden] {
+    UIScreen::mainScreen()->setUpdatesEnabled(true);
     // Hidden only, to be shown again later: it keeps its place.
     const std::shared_ptr<UIWindow> last = hidden.expired() ? sharedInstance()->lastWindow() : nullptr;
     if (last) {

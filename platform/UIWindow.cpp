@@ -104,7 +104,7 @@ void UIWindow::resizeEvent(QResizeEvent* event) {
 void UIWindow::keyPressEvent(QKeyEvent* event) {
   const std::shared_ptr<UIViewController> top = topViewController();
   if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier && top) {
-    top->cancelOperation();
+    if (!event->isAutoRepeat()) top->cancelOperation();
     event->accept();
     return;
   }

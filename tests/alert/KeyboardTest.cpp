@@ -39,6 +39,7 @@ TEST_F(Keys, BeginAtTheSafeAnswer) {
        std::initializer_list<std::pair<Dialog, const char*>>{{alert({"A"}, "Cancel", "Delete"), "Cancel"},
                                                              {alert({"A"}, none, "Delete"), "A"},
                                                              {alert({"A", "B", "C"}, none, "Delete"), "A"},
+                                                             {alert({"A", "B", "C"}, "Cancel"), "Cancel"},
                                                              {sheet({"A"}, "Cancel", "Delete"), "Cancel"}}) {
     dialog->show();
     EXPECT_EQ(focused(dialog), place);
@@ -158,6 +159,42 @@ TEST_F(Keys, PressTheFocusedButtonAndCancelWithEscape) {
   const Dialog without = listeningTo(alert({"A"}));
   press(Qt::Key_Escape);
   EXPECT_THAT(answered(), ElementsAre());
+}
+
+// A key that is held down was pressed for what had the focus before the dialog.
+TEST_F(Keys, ThatAreHeldDownAnswerNothing) {
+  for (const Dialog& dialog : {alert({"A"}), alert({"A", "B", "C"}), alert({"A", "B", "C"}, "Cancel"),
+                               sheet({"A"}, "Cancel"), sheet({"A"}), withFields(1)}) {
+    listeningTo(dialog);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+      for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease, QEvent::KeyPress}) {
+        QKeyEvent repeated(type, key, {}, key == Qt::Key_Space ? " " : "\r", true);
+        QCoreApplication::sendEvent(focus(), &repeated);
+      }
+      QTest::keyRelease(focus(), key);
+      EXPECT_THAT(answered(), ElementsAre()) << key;
+    }
+    press(Qt::Key_Return);
+    EXPECT_EQ(answered().size(), 1U);
+    close(dialog);
+  }
+}
+
+TEST_F(Keys, AndTouchesDuringTheEntranceAreNotKept) {
+  setMotionEnabled(true);
+  const Dialog dialog = alert({"A"}, "Cancel");
+  dialog->setCancelHandler([this](RQAlertView&) { heard.emplace_back("cancelled"); });
+  dialog->showAnimated();
+  QWidget* const view = dialog->view();
+  QTest::mousePress(view, Qt::LeftButton, {}, QPoint(5, 5));
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
+    QTest::keyPress(UIScreen::mainScreen()->windowHandle(), key);
+  ASSERT_TRUE(becomes(dialog, RQAlertViewState::Shown));
+  QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(5, 5));
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
+    QTest::keyRelease(UIScreen::mainScreen()->windowHandle(), key);
+  EXPECT_THAT(answered(), ElementsAre());
+  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
 }
 
 TEST_F(Keys, GoThroughTheFieldsWithReturnAndPressTheOnlyButton) {

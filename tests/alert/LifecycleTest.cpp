@@ -117,6 +117,27 @@ TEST_F(Lifecycle, DoesNotAnswerItselfForEver) {
   letGo();
 }
 
+TEST_F(Lifecycle, TakesAnotherAnswerFromAHandlerAndEveryCompletionOfItsDismissal) {
+  setMotionEnabled(true);
+  const Dialog dialog = alert({"A", "B"}, "Cancel");
+  std::vector<std::string> order;
+  dialog->setAnimationDuration(0.02);
+  dialog->setActionHandler([&](RQAlertView& self, std::size_t index, const QString& title) {
+    order.push_back(title.toStdString());
+    if (index == 0) self.forceActionAtIndex(1);
+  });
+  dialog->setDidDismissAfterActionHandler([&](RQAlertView&, std::size_t, const QString& title) {
+    order.push_back("after " + title.toStdString());
+  });
+  dialog->setDidDismissHandler(
+      [&](RQAlertView& self) { self.dismissAnimated(true, [&] { order.emplace_back("third"); }); });
+  dialog->show();
+  dialog->forceActionAtIndex(0);
+  dialog->dismissAnimated(true, [&] { order.emplace_back("second"); });
+  ASSERT_TRUE(becomes(dialog, RQAlertViewState::Dismissed));
+  EXPECT_THAT(order, ElementsAre("A", "B", "after B", "after A", "second", "third"));
+}
+
 TEST_F(Lifecycle, SurvivesTheLossOfItsWindow) {
   setMotionEnabled(true);
   for (const bool shown : {false, true}) {

@@ -99,6 +99,45 @@ TEST_F(LooksInMotion, GrowOrShrinkAndFadeBetweenTheirScales) {
   EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
 }
 
+// How dark the screen's corner is, seen at each moment of what goes on.
+TEST_F(LooksInMotion, DimTheScreenWithoutAJumpWhenOneFollowsAnother) {
+  RQAlertView::appearance()->setCoverColor(QColor(0, 0, 0, 90));
+  const auto corner = [] { return seenAt(UIScreen::mainScreen(), {3, 3}).lightness(); };
+  const int bright = corner();
+  const Dialog first = box(alertStyle);
+  first->showAnimated();
+  finish(first);
+  const int dim = corner();
+  ASSERT_LT(dim, bright - 20);
+  first->dismissAnimated();
+  const int going = (stopAt(first, 0.3), corner());
+  EXPECT_GT(going, dim + 5);
+  const Dialog second = box(sheetStyle);
+  second->showAnimated();
+  stopAt(second, 0);
+  EXPECT_NEAR(corner(), going, 1);
+  int before = corner();
+  for (const double part : {0.2, 0.5, 0.8}) {
+    stopAt(second, part);
+    EXPECT_LE(corner(), before);
+    before = corner();
+  }
+  finish(second);
+  EXPECT_NEAR(corner(), dim, 1);
+  // One that comes above another and goes again leaves it as dark as it was, at no moment brighter.
+  const Dialog above = box(alertStyle);
+  above->showAnimated();
+  for (const double part : {0.0, 0.4}) EXPECT_NEAR((stopAt(above, part), corner()), dim, 1);
+  finish(above);
+  above->dismissAnimated();
+  for (const double part : {0.0, 0.4, 0.9}) EXPECT_NEAR((stopAt(above, part), corner()), dim, 1);
+  finish(above);
+  EXPECT_FALSE(UIScreen::mainScreen()->updatesEnabled()) << "nothing is painted without a dialog";
+  letGo();
+  EXPECT_TRUE(UIScreen::mainScreen()->updatesEnabled());
+  EXPECT_NEAR(corner(), dim, 1);
+}
+
 TEST_F(LooksInMotion, SlideASheetUpAndDown) {
   const Dialog dialog = box(sheetStyle);
   dialog->showAnimated();
