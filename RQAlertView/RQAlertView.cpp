@@ -1,13 +1,13 @@
 #include "RQAlertView/RQAlertView.h"
 
 #include "RQAlertView/RQAlertViewAccessible.h"
-#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewBox.h"
+#include "RQAlertView/RQAlertViewContentArea.h"
 #include "RQAlertView/RQAlertViewController.h"
-#include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewReports.h"
-#include "RQAlertView/RQAlertViewStage.h"
+#include "RQAlertView/RQAlertViewRootView.h"
 #include "RQAlertView/RQAlertViewWindow.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "core/NSLog.h"
@@ -39,14 +39,15 @@ double levelFor(RQAlertViewWindowLevel level) {
   return level == RQAlertViewWindowLevel::AboveStatusBar ? UIWindowLevelAlert : UIWindowLevelStatusBar - 1;
 }
 
-// The topmost dialog of the stack that is not in `window`, or null.
+// The topmost dialog of the stack that is shown, or on its way out, and not in `window`; or null.
 std::shared_ptr<RQAlertView> dialogBelow(const UIWindow* window) {
   const auto& stack = RQAlertViewWindowsObserver::sharedInstance()->windowsArray();
   for (auto container = stack.rbegin(); container != stack.rend(); ++container) {
     const std::shared_ptr<UIWindow> other = container->window();
     if (!other || other.get() == window) continue;
     const auto* controller = qobject_cast<RQAlertViewController*>(other->rootViewController().get());
-    if (controller && controller->alertView()) return controller->alertView();
+    const std::shared_ptr<RQAlertView> dialog = controller ? controller->alertView() : nullptr;
+    if (dialog && (dialog->isShowing() || dialog->state() == RQAlertViewState::Dismissing)) return dialog;
   }
   return nullptr;
 }
@@ -88,12 +89,12 @@ void RQAlertView::resetAppearance() {
   appearance()->appearance_ = {};
 }
 
-std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQAlertViewReports reports) {
+std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewSetup setup, RQAlertViewRecipients reports) {
   if (isAppearance_ || isInitialized()) {
     throw InternalInconsistency("RQAlertView is initialized already");
   }
-  contents_ = std::move(contents);
-  setProgress(contents_.progress);
+  setup_ = std::move(setup);
+  setProgress(setup_.progress);
   handlers_.actionHandler = std::move(reports.action);
   handlers_.cancelHandler = std::move(reports.cancel);
   handlers_.destructiveHandler = std::move(reports.destructive);
@@ -101,13 +102,13 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(RQAlertViewContents contents, RQ
   // The set-up handler gets a dialog that is whole, and may drop the last reference to it.
   std::shared_ptr<RQAlertView> alive = shared_from_this();
   setupDefaults();
-  const auto setupHandler = std::exchange(contents_.textFieldsSetupHandler, nullptr);
+  const auto setupHandler = std::exchange(setup_.textFieldsSetupHandler, nullptr);
   if (setupHandler && content_) content_->setUpTextFields(setupHandler);
   return alive;
 }
 
 void RQAlertView::setupDefaults() {
-  buttonsEnabled_.assign(static_cast<std::size_t>(contents_.buttonTitles.size()), true);
+  buttonsEnabled_.assign(static_cast<std::size_t>(setup_.buttonTitles.size()), true);
   appearance_ = appearance()->appearance_;
   // Copying this property, like setting it, reaches every button of the list; else it would say nothing.
   setButtonsEnabled(appearance_.buttonsEnabled);
@@ -118,21 +119,21 @@ void RQAlertView::setupDefaults() {
 void RQAlertView::buildViews() {
   installRQAlertViewAccessibility();
   RQAlertViewWindowsObserver::sharedInstance()->startObserving();
-  stage_ = new RQAlertViewStage(*this);
-  content_ = new RQAlertViewContent(contents_, appearance_, stage_);
-  auto* frame = new RQAlertViewFrame(*this, content_, stage_);
-  stage_->setFrame(frame);
-  connect(frame, &RQAlertViewFrame::tapped, this, [this](RQAlertViewButtonKind kind, std::size_t index) {
+  rootView_ = new RQAlertViewRootView(*this);
+  content_ = new RQAlertViewContentArea(setup_, appearance_, rootView_);
+  auto* box = new RQAlertViewBox(*this, content_, rootView_);
+  rootView_->setBox(box);
+  connect(box, &RQAlertViewBox::tapped, this, [this](RQAlertViewButtonKind kind, std::size_t index) {
     if (state_ == RQAlertViewState::Shown) answer(kind, index, buttonOfKind(kind));
   });
-  connect(stage_, &RQAlertViewStage::coverTapped, this, atEventBoundary([this] {
+  connect(rootView_, &RQAlertViewRootView::coverTapped, this, atEventBoundary([this] {
             if (state_ == RQAlertViewState::Shown && cancelOnTouch())
               answer(RQAlertViewButtonKind::Cancel, 0, nullptr);
           }));
-  connect(content_, &RQAlertViewContent::lastFieldEntered, this, [this] { lastFieldEntered(); });
-  connect(content_, &RQAlertViewContent::heightChanged, this, [this] { appearanceChanged(); });
+  connect(content_, &RQAlertViewContentArea::lastFieldEntered, this, [this] { lastFieldEntered(); });
+  connect(content_, &RQAlertViewContentArea::heightChanged, this, [this] { appearanceChanged(); });
 
-  viewController_ = std::make_shared<RQAlertViewController>(shared_from_this(), stage_);
+  viewController_ = std::make_shared<RQAlertViewController>(shared_from_this(), rootView_);
   window_ = makeUIWindow<RQAlertViewWindow>(levelFor(appearance_.windowLevel));
   window_->setRootViewController(viewController_);
   connect(window_.get(), &QObject::destroyed, this, [this] { windowGone(); });
@@ -150,7 +151,7 @@ void RQAlertView::requireInitialized() const {
 }
 
 QWidget* RQAlertView::view() const {
-  return window_ ? stage_.data() : nullptr;
+  return window_ ? rootView_.data() : nullptr;
 }
 
 std::vector<RQAlertViewTextField*> RQAlertView::textFieldsArray() const {
@@ -158,12 +159,12 @@ std::vector<RQAlertViewTextField*> RQAlertView::textFieldsArray() const {
 }
 
 void RQAlertView::setProgress(double progress, bool animated) {
-  contents_.progress = progress > 0 ? std::min(progress, 1.0) : 0;
-  if (content_) content_->setProgress(contents_.progress, animated);
+  setup_.progress = progress > 0 ? std::min(progress, 1.0) : 0;
+  if (content_) content_->setProgress(setup_.progress, animated);
 }
 
 void RQAlertView::setProgressLabelText(const QString& text) {
-  contents_.progressLabelText = text;
+  setup_.progressLabelText = text;
   if (content_) content_->setProgressLabelText(text);
 }
 
@@ -186,7 +187,7 @@ void RQAlertView::setDelegate(std::weak_ptr<RQAlertViewDelegate> delegate) {
 void RQAlertView::setButtonEnabled(bool enabled, std::size_t index) {
   if (index >= buttonsEnabled_.size()) return;
   buttonsEnabled_[index] = enabled;
-  if (stage_) stage_->frame()->buttonChanged(RQAlertViewButtonKind::Action, index);
+  if (rootView_) rootView_->box()->buttonChanged(RQAlertViewButtonKind::Action, index);
 }
 
 bool RQAlertView::isButtonEnabledAtIndex(std::size_t index) const {
@@ -209,14 +210,14 @@ void RQAlertView::setButtonPropertiesAtIndex(std::size_t index,
 void RQAlertView::setButtonsEnabled(bool enabled) {
   appearance_.buttonsEnabled = enabled;
   std::fill(buttonsEnabled_.begin(), buttonsEnabled_.end(), enabled);
-  if (stage_) stage_->frame()->allButtonsChanged();
+  if (rootView_) rootView_->box()->allButtonsChanged();
 }
 
 void RQAlertView::appearanceChanged() {
   if (window_) window_->setWindowLevel(levelFor(appearance_.windowLevel));
   // Before the show it is all laid out once.
-  if (stage_ && (state_ == RQAlertViewState::Showing || state_ == RQAlertViewState::Shown)) {
-    stage_->layoutSubviews();
+  if (rootView_ && (state_ == RQAlertViewState::Showing || state_ == RQAlertViewState::Shown)) {
+    rootView_->layoutSubviews();
   }
 }
 
@@ -403,9 +404,9 @@ void RQAlertView::showAnimated(bool animated, RQAlertViewCompletionHandler compl
 
 void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletionHandler completionHandler) {
   requireInitialized();
-  if (stage_ && state_ == RQAlertViewState::Made) stage_->setVisible(!hidden);
+  if (rootView_ && state_ == RQAlertViewState::Made) rootView_->setVisible(!hidden);
   showBy([this](double duration,
-                auto finished) { stage_->bringIn(dimmingBelow(), duration, std::move(finished)); },
+                auto finished) { rootView_->bringIn(dimmingBelow(), duration, std::move(finished)); },
          animated, std::move(completionHandler));
 }
 
@@ -415,8 +416,8 @@ void RQAlertView::showBy(const Entrance& entrance, bool animated,
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   keptAlive_ = alive;
   state_ = RQAlertViewState::Showing;
-  stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
-  stage_->layoutSubviews();
+  rootView_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
+  rootView_->layoutSubviews();
   if (UIWindow* keyWindow = UIApplication::sharedApplication()->keyWindow()) keyWindow->endEditing();
   window_->makeKeyAndVisible();
   addObservers();
@@ -435,12 +436,12 @@ void RQAlertView::showBy(const Entrance& entrance, bool animated,
 
 double RQAlertView::dimmingBelow() const {
   const std::shared_ptr<RQAlertView> below = dialogBelow(window_.get());
-  return below && below->stage_ ? below->stage_->dimming() : 0;
+  return below && below->rootView_ ? below->rootView_->dimming() : 0;
 }
 
 double RQAlertView::dimmingAfterwards() const {
   const std::shared_ptr<RQAlertView> below = dialogBelow(window_.get());
-  return below && below->isShowing() && below->stage_ ? below->stage_->dimming() : 0;
+  return below && below->isShowing() && below->rootView_ ? below->rootView_->dimming() : 0;
 }
 
 void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& alertView) {
@@ -453,26 +454,26 @@ void RQAlertView::transitionToAlertView(const std::shared_ptr<RQAlertView>& aler
   alertView->requireInitialized();
   if (alertView.get() == this || alertView->state_ != RQAlertViewState::Made) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
-  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  if (state_ == RQAlertViewState::Showing && rootView_) rootView_->finishMotion();
   // A did-show report may have dismissed this dialog, or used the other one up.
   if (alertView->state_ != RQAlertViewState::Made) return;
-  if (!isShowing() || !stage_) {
+  if (!isShowing() || !rootView_) {
     alertView->showAnimated(true, std::move(completionHandler));
     return;
   }
   // The other dialog covers this one already; the picture is to show it as it was before.
   const bool enabled = !window_ || window_->isEnabled();
   if (window_) window_->setEnabled(true);
-  const QPixmap picture = stage_->picture();
+  const QPixmap picture = rootView_->picture();
   if (window_) window_->setEnabled(enabled);
-  const QRect place = stage_->frame()->geometry();
-  const double dimming = stage_->dimming();
+  const QRect place = rootView_->box()->geometry();
+  const double dimming = rootView_->dimming();
   // It goes as a dialog in sight does, though the other one's window may hide its own.
   beginDismissal();
   dismissComplete();
   alertView->showBy(
       [&](double duration, auto finished) {
-        alertView->stage_->changeFrom(picture, place, dimming, duration, std::move(finished));
+        alertView->rootView_->changeFrom(picture, place, dimming, duration, std::move(finished));
       },
       true, std::move(completionHandler));
 }
@@ -493,7 +494,7 @@ void RQAlertView::takeFocus() {
   if (type() == RQAlertViewType::TextFields && !fields.empty()) {
     fields.front()->becomeFirstResponder();
   } else {
-    stage_->frame()->initialFocus()->setFocus(Qt::OtherFocusReason);
+    rootView_->box()->initialFocus()->setFocus(Qt::OtherFocusReason);
   }
 }
 
@@ -513,7 +514,7 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   // A show that still moves ends as any other does, with all its reports, one of which may dismiss the
   // dialog.
-  if (state_ == RQAlertViewState::Showing && stage_) stage_->finishMotion();
+  if (state_ == RQAlertViewState::Showing && rootView_) rootView_->finishMotion();
   if (state_ == RQAlertViewState::Dismissed && !window_) return call(completionHandler);
   afterDismissal_.push_back(std::move(completionHandler));
   if (!isShowing()) return;
@@ -524,11 +525,11 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
   }
   beginDismissal();
   if (animated) reportAnimations(reports::dismissAnimations);
-  if (!stage_) {
+  if (!rootView_) {
     dismissComplete();
     return;
   }
-  stage_->takeOut(dimmingAfterwards(), animated ? animationDuration() : 0, [this] { dismissComplete(); });
+  rootView_->takeOut(dimmingAfterwards(), animated ? animationDuration() : 0, [this] { dismissComplete(); });
 }
 
 void RQAlertView::beginDismissal() {
@@ -551,7 +552,7 @@ void RQAlertView::dismissComplete() {
 
 void RQAlertView::releaseViews() {
   if (window_) window_->disconnect(this);
-  if (stage_) stage_->keep(std::move(keptAlive_));
+  if (rootView_) rootView_->keep(std::move(keptAlive_));
   viewController_.reset();
   window_.reset();
 }
@@ -580,8 +581,8 @@ void RQAlertView::addObservers() {
                      [this](const NSNotification& notification) { windowVisibleChanged(notification); });
   center.addObserver(this, UIWindowDidBecomeKeyNotification, window_.get(), [this](const NSNotification&) {
     // What had the focus may have gone while another dialog covered this one.
-    const QWidget* focused = stage_->window()->focusWidget();
-    if (!focused || !stage_->frame()->isAncestorOf(focused)) takeFocus();
+    const QWidget* focused = rootView_->window()->focusWidget();
+    if (!focused || !rootView_->box()->isAncestorOf(focused)) takeFocus();
   });
 }
 
@@ -601,7 +602,7 @@ void RQAlertView::keyboardFrameChanged(const NSNotification& notification) {
 
 void RQAlertView::moveFor(const QRectF& keyboard, const NSNotification& notification) {
   if (!isShowing() || !window_ || window_->isHidden()) return;
-  stage_->setKeyboardFrame(
+  rootView_->setKeyboardFrame(
       keyboard.toAlignedRect(),
       notification.userInfo.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
       static_cast<QEasingCurve::Type>(
@@ -612,7 +613,7 @@ void RQAlertView::windowVisibleChanged(const NSNotification& notification) {
   const auto* other = qobject_cast<UIWindow*>(notification.object);
   if (other && other == window_.get()) {
     // Uncovered again: the keyboard may have come or gone meanwhile.
-    stage_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
+    rootView_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
     return;
   }
   if (!other || !window_ || window_->isHidden() || qobject_cast<const RQAlertViewWindow*>(other) ||
@@ -653,8 +654,8 @@ void RQAlertView::lastFieldEntered() {
 }
 
 RQAlertViewButton* RQAlertView::buttonOfKind(RQAlertViewButtonKind kind) const {
-  if (!stage_ || kind == RQAlertViewButtonKind::Action) return nullptr;
-  return stage_->frame()->buttonOfKind(kind);
+  if (!rootView_ || kind == RQAlertViewButtonKind::Action) return nullptr;
+  return rootView_->box()->buttonOfKind(kind);
 }
 
 void RQAlertView::answer(RQAlertViewButtonKind kind, std::size_t index, RQAlertViewButton* sender) {

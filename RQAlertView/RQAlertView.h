@@ -1,16 +1,11 @@
 // A dialog: a centred alert or an action sheet with a title, a message, a content area and buttons.
 #pragma once
 
-#include "RQAlertView/InternalInconsistency.h"
 #include "RQAlertView/RQAlertViewAppearance.h"
 #include "RQAlertView/RQAlertViewButtonProperties.h"
-#include "RQAlertView/RQAlertViewContents.h"
-#include "RQAlertView/RQAlertViewDelegate.h"
-#include "RQAlertView/RQAlertViewHandlers.h"
 #include "RQAlertView/RQAlertViewReports.h"
 #include "RQAlertView/RQAlertViewRows.h"
 #include "RQAlertView/RQAlertViewTextField.h"
-#include "RQAlertView/RQAlertViewTypes.h"
 
 #include <cstdint>
 #include <map>
@@ -25,19 +20,19 @@
 #include <QStringList>
 
 class RQAlertViewButton;
-class RQAlertViewContent;
+class RQAlertViewContentArea;
 class RQAlertViewController;
-class RQAlertViewStage;
+class RQAlertViewRootView;
 class RQAlertViewWindow;
 struct NSNotification;
 
 // clang-format off
-#define RQ_HANDLER_ACCESSORS(Type, name, Name)         \
+#define RQ_HANDLER_ACCESSORS(Type, name, setter)         \
   const Type& name() const { return handlers_.name; }  \
-  void set##Name(Type handler) { handlers_.name = std::move(handler); }
-#define RQ_PROPERTY_ACCESSORS(Type, name, Name, value)  \
+  void setter(Type handler) { handlers_.name = std::move(handler); }
+#define RQ_PROPERTY_ACCESSORS(Type, name, setter, value)  \
   const Type& name() const { return appearance_.name; } \
-  void set##Name(const Type& newValue) {                \
+  void setter(const Type& newValue) {                \
     appearance_.name = newValue;                        \
     appearanceChanged();                                \
   }
@@ -79,7 +74,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                   .buttonTitles = buttonTitles,
                   .cancelButtonTitle = cancelButtonTitle,
                   .destructiveButtonTitle = destructiveButtonTitle},
-                 RQAlertViewReports(std::move(reports)...));
+                 RQAlertViewRecipients(std::move(reports)...));
   }
 
   // The dialog takes `view` over and gives it its own width and the height of its size hint.
@@ -97,7 +92,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                   .cancelButtonTitle = cancelButtonTitle,
                   .destructiveButtonTitle = destructiveButtonTitle,
                   .innerView = view},
-                 RQAlertViewReports(std::move(reports)...));
+                 RQAlertViewRecipients(std::move(reports)...));
   }
 
   template <typename... Reports>
@@ -113,7 +108,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                   .cancelButtonTitle = cancelButtonTitle,
                   .destructiveButtonTitle = destructiveButtonTitle,
                   .progressLabelText = progressLabelText},
-                 RQAlertViewReports(std::move(reports)...));
+                 RQAlertViewRecipients(std::move(reports)...));
   }
 
   // `progress` from 0 to 1; what lies outside is brought inside.
@@ -131,7 +126,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                   .destructiveButtonTitle = destructiveButtonTitle,
                   .progress = progress,
                   .progressLabelText = progressLabelText},
-                 RQAlertViewReports(std::move(reports)...));
+                 RQAlertViewRecipients(std::move(reports)...));
   }
 
   // Always an alert. `textFieldsSetupHandler`, which may be null, is called once for each field, in order,
@@ -150,7 +145,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                   .destructiveButtonTitle = destructiveButtonTitle,
                   .numberOfTextFields = numberOfTextFields,
                   .textFieldsSetupHandler = std::move(textFieldsSetupHandler)},
-                 RQAlertViewReports(std::move(reports)...));
+                 RQAlertViewRecipients(std::move(reports)...));
   }
 
   template <typename... Reports>
@@ -246,23 +241,23 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // From the start of show until dismissal starts.
   bool isShowing() const;
 
-  RQAlertViewStyle style() const { return contents_.style; }
-  RQAlertViewType type() const { return contents_.type; }
-  const QString& title() const { return contents_.title; }
-  const QString& message() const { return contents_.message; }
-  const QStringList& buttonTitles() const { return contents_.buttonTitles; }
-  const QString& cancelButtonTitle() const { return contents_.cancelButtonTitle; }
-  const QString& destructiveButtonTitle() const { return contents_.destructiveButtonTitle; }
+  RQAlertViewStyle style() const { return setup_.style; }
+  RQAlertViewType type() const { return setup_.type; }
+  const QString& title() const { return setup_.title; }
+  const QString& message() const { return setup_.message; }
+  const QStringList& buttonTitles() const { return setup_.buttonTitles; }
+  const QString& cancelButtonTitle() const { return setup_.cancelButtonTitle; }
+  const QString& destructiveButtonTitle() const { return setup_.destructiveButtonTitle; }
   const std::vector<bool>& buttonsEnabledArray() const { return buttonsEnabled_; }
   // The application's own view; null where there is none, or where it has been destroyed.
-  QWidget* innerView() const { return contents_.innerView; }
+  QWidget* innerView() const { return setup_.innerView; }
   // In order; the fields live as long as the dialog is not dismissed.
   std::vector<RQAlertViewTextField*> textFieldsArray() const;
 
-  double progress() const { return contents_.progress; }
+  double progress() const { return setup_.progress; }
   // May be changed while the dialog is shown. `animated` moves the bar where motion is on.
   void setProgress(double progress, bool animated = false);
-  const QString& progressLabelText() const { return contents_.progressLabelText; }
+  const QString& progressLabelText() const { return setup_.progressLabelText; }
   void setProgressLabelText(const QString& text);
 
   // Held weakly. A delegate that has a deprecated member set is warned about in the system log.
@@ -320,7 +315,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
 
   // Creation.
   std::shared_ptr<RQAlertView> initAsAppearance();
-  std::shared_ptr<RQAlertView> setUp(RQAlertViewContents contents, RQAlertViewReports reports);
+  std::shared_ptr<RQAlertView> setUp(RQAlertViewSetup setup, RQAlertViewRecipients reports);
   void setupDefaults();
   void buildViews();
   void setInitialized();
@@ -366,7 +361,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
               const QVariantMap& userInfo, const Values&... values);
   void reportAnimations(const RQAlertViewReport<RQAlertViewAnimationsBlock>& animations);
 
-  RQAlertViewContents contents_;
+  RQAlertViewSetup setup_;
   RQAlertViewAppearance appearance_;
   bool isAppearance_ = false;
   RQAlertViewState state_ = RQAlertViewState::Allocated;
@@ -378,8 +373,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
 
   std::shared_ptr<RQAlertViewWindow> window_;
   std::shared_ptr<RQAlertViewController> viewController_;
-  QPointer<RQAlertViewStage> stage_;
-  QPointer<RQAlertViewContent> content_;
+  QPointer<RQAlertViewRootView> rootView_;
+  QPointer<RQAlertViewContentArea> content_;
   // The answers that are being reported: a handler that forces the same one once more is ignored.
   std::set<std::pair<RQAlertViewButtonKind, std::size_t>> answering_;
   // Called when the dismissal that is under way has ended.

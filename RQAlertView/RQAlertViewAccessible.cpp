@@ -1,8 +1,8 @@
 #include "RQAlertView/RQAlertViewAccessible.h"
 
 #include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
-#include "RQAlertView/RQAlertViewFrame.h"
 
 #include <unordered_map>
 
@@ -13,36 +13,36 @@
 namespace {
 
 // A plain widget over the others is nothing to a screen reader, so the box has to say itself what it is.
-class AccessibleFrame : public QAccessibleWidget {
+class AccessibleBox : public QAccessibleWidget {
  public:
-  explicit AccessibleFrame(RQAlertViewFrame* frame) : QAccessibleWidget(frame) {}
+  explicit AccessibleBox(RQAlertViewBox* box) : QAccessibleWidget(box) {}
 
   QAccessible::Role role() const override {
-    const RQAlertView& alertView = frame()->alertView();
+    const RQAlertView& alertView = box()->alertView();
     const bool asks =
         alertView.style() == RQAlertViewStyle::ActionSheet || alertView.type() == RQAlertViewType::TextFields;
     return asks ? QAccessible::Dialog : QAccessible::AlertMessage;
   }
 
   QString text(QAccessible::Text which) const override {
-    const RQAlertView& alertView = frame()->alertView();
+    const RQAlertView& alertView = box()->alertView();
     if (which == QAccessible::Description) return alertView.message();
     if (which != QAccessible::Name) return QAccessibleWidget::text(which);
     for (const QString& text : {alertView.title(), alertView.message(), alertView.progressLabelText()}) {
       if (!text.isEmpty()) return text;
     }
-    return RQAlertViewFrame::tr("Dialog");
+    return RQAlertViewBox::tr("Dialog");
   }
 
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.modal = true;
-    state.active = frame()->isVisible() && frame()->isEnabled();
+    state.active = box()->isVisible() && box()->isEnabled();
     return state;
   }
 
  private:
-  RQAlertViewFrame* frame() const { return static_cast<RQAlertViewFrame*>(widget()); }
+  RQAlertViewBox* box() const { return static_cast<RQAlertViewBox*>(widget()); }
 };
 
 class AccessibleRow : public QAccessibleInterface, public QAccessibleActionInterface {
@@ -146,7 +146,7 @@ class AccessibleList : public QAccessibleWidget {
 
   QString text(QAccessible::Text which) const override {
     const QString own = QAccessibleWidget::text(which);
-    return own.isEmpty() && which == QAccessible::Name ? RQAlertViewFrame::tr("Choices") : own;
+    return own.isEmpty() && which == QAccessible::Name ? RQAlertViewBox::tr("Choices") : own;
   }
 
  private:
@@ -156,8 +156,8 @@ class AccessibleList : public QAccessibleWidget {
 };
 
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
-  if (className == QLatin1String("RQAlertViewFrame")) {
-    return new AccessibleFrame(static_cast<RQAlertViewFrame*>(object));
+  if (className == QLatin1String("RQAlertViewBox")) {
+    return new AccessibleBox(static_cast<RQAlertViewBox*>(object));
   }
   if (className == QLatin1String("RQAlertViewButtonList")) {
     return new AccessibleList(static_cast<RQAlertViewButtonList*>(object));

@@ -1,8 +1,139 @@
 #include "RQAlertView/RQAlertViewButton.h"
 
-#include "RQAlertView/RQAlertViewTypes.h"
+#include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewReports.h"
+#include "RQAlertView/RQAlertViewText.h"
+
+#include <algorithm>
+#include <cmath>
 
 #include <QPainter>
+
+namespace {
+
+using namespace RQAlertViewMetrics;
+
+QColor backgroundFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
+  switch (state) {
+    case RQAlertViewButtonState::Highlighted:
+      return look.backgroundColorHighlighted;
+    case RQAlertViewButtonState::Disabled:
+      return look.backgroundColorDisabled.isValid() ? look.backgroundColorDisabled : look.backgroundColor;
+    default:
+      return look.backgroundColor;
+  }
+}
+
+QColor titleColorFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
+  switch (state) {
+    case RQAlertViewButtonState::Highlighted:
+      return look.titleColorHighlighted;
+    case RQAlertViewButtonState::Disabled:
+      return look.titleColorDisabled;
+    default:
+      return look.titleColor;
+  }
+}
+
+const QPixmap& iconFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
+  if (state == RQAlertViewButtonState::Highlighted && !look.iconImageHighlighted.isNull()) {
+    return look.iconImageHighlighted;
+  }
+  if (state == RQAlertViewButtonState::Disabled && !look.iconImageDisabled.isNull()) {
+    return look.iconImageDisabled;
+  }
+  return look.iconImage;
+}
+
+RQAlertViewTextStyle textStyleOf(const RQAlertViewButtonLook& look) {
+  return {look.font,
+          look.textAlignment,
+          look.numberOfLines,
+          look.lineBreakMode,
+          look.adjustsFontSizeToFitWidth,
+          look.minimumScaleFactor};
+}
+
+double iconSpace(const QPixmap& icon) {
+  return icon.isNull() ? 0 : icon.deviceIndependentSize().width() + iconGap;
+}
+
+void fill(QPainter& painter, const RQAlertViewButtonPainting& painting, const QColor& color) {
+  if (!color.isValid() || color.alpha() == 0) return;
+  QPainterPath shape;
+  shape.addRect(painting.rect);
+  painter.fillPath(painting.card.isEmpty() ? shape : painting.card.intersected(shape), color);
+}
+
+void paintTitle(QPainter& painter, const RQAlertViewButtonPainting& painting) {
+  const QRectF room = painting.rect.adjusted(painting.padding, 0, -painting.padding, 0);
+  const QPixmap& icon = iconFor(painting.look, painting.state);
+  const double space = iconSpace(icon);
+  const RQAlertViewTextLayout text(painting.title, textStyleOf(painting.look), room.width() - space);
+
+  // The icon stands right beside the text, wherever the text is aligned to.
+  const double free = std::max(0.0, room.width() - space - text.naturalWidth());
+  double textLeft = room.left();
+  double iconLeft = room.left();
+  const bool iconIsLeft = painting.look.iconPosition == RQAlertViewButtonIconPosition::Left;
+  double before = free / 2;
+  if (painting.look.textAlignment == NSTextAlignment::Left) before = 0;
+  if (painting.look.textAlignment == NSTextAlignment::Right) before = free;
+  if (iconIsLeft) {
+    textLeft += space;
+    iconLeft += before;
+  } else {
+    iconLeft += before + text.naturalWidth() + iconGap;
+  }
+  if (!icon.isNull()) {
+    const QSizeF size = icon.deviceIndependentSize();
+    painter.drawPixmap(QPointF(iconLeft, room.center().y() - size.height() / 2), icon);
+  }
+  painter.setPen(titleColorFor(painting.look, painting.state));
+  text.paint(painter, {textLeft, room.top() + (room.height() - text.height()) / 2}, painting.rect);
+}
+
+}  // namespace
+
+void paintRQAlertViewButton(QPainter& painter, const RQAlertViewButtonPainting& painting) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  fill(painter, painting, backgroundFor(painting.look, painting.state));
+  if (painting.state == RQAlertViewButtonState::Hovered) {
+    QColor tint = painting.look.titleColor;
+    tint.setAlphaF(static_cast<float>(hoverTint));
+    fill(painter, painting, tint);
+  }
+  paintTitle(painter, painting);
+  if (painting.focusRing) {
+    const double inset = focusRingInset + focusRingWidth / 2.0;
+    painter.setPen(QPen(titleColorFor(painting.look, painting.state), focusRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(painting.rect.adjusted(inset, inset, -inset, -inset), focusRingRadius,
+                            focusRingRadius);
+  }
+  painter.restore();
+}
+
+int heightOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int width, int padding,
+                              double least) {
+  const double room = width - 2 * padding - iconSpace(look.iconImage);
+  const RQAlertViewTextLayout text(title, textStyleOf(look), room);
+  const double icon = look.iconImage.isNull() ? 0 : look.iconImage.deviceIndependentSize().height();
+  return static_cast<int>(
+      std::ceil(std::max(least, std::max(text.height(), icon) + 2 * buttonPaddingVertical)));
+}
+
+double leastWidthOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int padding) {
+  const double scale = look.adjustsFontSizeToFitWidth ? look.minimumScaleFactor : 1.0;
+  return RQAlertViewTextLayout::singleLineWidth(RQAlertViewText::displayText(title), look.font) * scale +
+         2 * padding + iconSpace(look.iconImage);
+}
+
+bool showsWholeTitle(const QString& title, const RQAlertViewButtonLook& look, int width, int padding) {
+  return !RQAlertViewTextLayout(title, textStyleOf(look), width - 2 * padding - iconSpace(look.iconImage))
+              .isTruncated();
+}
 
 RQAlertViewButton::RQAlertViewButton(const QString& title, int padding, QWidget* parent)
     : QPushButton(parent), title_(title), padding_(padding) {

@@ -1,7 +1,7 @@
 // The look of a single button.
 #pragma once
 
-#include "RQAlertView/RQAlertViewTypes.h"
+#include "RQAlertView/RQAlertViewReports.h"
 #include "platform/UITextTraits.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #include "RQAlertView/RQAlertViewCell.h"
 
-#include "RQAlertView/RQAlertViewButtonPainter.h"
+#include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewRows.h"
 

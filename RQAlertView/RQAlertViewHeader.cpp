@@ -1,10 +1,10 @@
 #include "RQAlertView/RQAlertViewHeader.h"
 
 #include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewContent.h"
-#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewContentArea.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewScrollIndicator.h"
+#include "RQAlertView/RQAlertViewText.h"
 
 #include <algorithm>
 #include <utility>
@@ -52,7 +52,7 @@ class RQAlertViewHeader::Overlay : public QWidget {
   bool goesOn_ = false;
 };
 
-RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContent* content,
+RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContentArea* content,
                                      QWidget* parent)
     : QScrollArea(parent),
       alertView_(alertView),

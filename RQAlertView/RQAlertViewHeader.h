@@ -5,7 +5,7 @@
 #include <QScrollArea>
 
 class RQAlertView;
-class RQAlertViewContent;
+class RQAlertViewContentArea;
 class RQAlertViewLabel;
 
 class RQAlertViewHeader : public QScrollArea {
@@ -13,7 +13,7 @@ class RQAlertViewHeader : public QScrollArea {
 
  public:
   // Takes `content` over. `alertView` outlives the header.
-  RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContent* content, QWidget* parent);
+  RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContentArea* content, QWidget* parent);
 
   // Takes the dialog's texts, fonts and colours over.
   void applyLooks();
@@ -40,6 +40,6 @@ class RQAlertViewHeader : public QScrollArea {
   QWidget* parts_;
   RQAlertViewLabel* title_;
   RQAlertViewLabel* message_;
-  RQAlertViewContent* content_;
+  RQAlertViewContentArea* content_;
   Overlay* overlay_;
 };

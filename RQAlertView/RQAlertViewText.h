@@ -4,9 +4,11 @@
 #include "platform/UITextTraits.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <QFont>
+#include <QLabel>
 #include <QRectF>
 #include <QString>
 
@@ -74,4 +76,30 @@ class RQAlertViewTextLayout {
   double height_ = 0;
   double naturalWidth_ = 0;
   bool truncated_ = false;
+};
+
+// A label to assistive technology; the setting of lines is its own, since only the visible ones may cost.
+class RQAlertViewLabel : public QLabel {
+  Q_OBJECT
+
+ public:
+  explicit RQAlertViewLabel(QWidget* parent);
+
+  void setStyle(const RQAlertViewTextStyle& style, const QColor& color);
+
+  int heightForWidth(int width) const override;
+  bool hasHeightForWidth() const override { return true; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  const RQAlertViewTextLayout& layoutFor(int width) const;
+
+  RQAlertViewTextStyle style_;
+  QColor color_;
+  mutable std::optional<RQAlertViewTextLayout> layout_;
+  mutable QString laidOutText_;
+  mutable int laidOutWidth_ = -1;
 };

@@ -1,8 +1,8 @@
 #include "RQAlertView/RQAlertViewTextField.h"
 
 #include "RQAlertView/RQAlertViewMetrics.h"
+#include "RQAlertView/RQAlertViewReports.h"
 #include "RQAlertView/RQAlertViewText.h"
-#include "RQAlertView/RQAlertViewTypes.h"
 
 #include <algorithm>
 #include <cmath>

@@ -53,7 +53,9 @@ void RQAlertViewWindowsObserver::push(UIWindow* window) {
   if (isWindowsArrayContains(window)) return;
   const std::shared_ptr<UIWindow> covered = lastWindow();
   if (covered && covered.get() != window) {
+    covering_ = true;
     covered->setHidden(true);
+    covering_ = false;
     window->setPassesKeyOn(false);
   }
   windowsArray_.push_back(RQAlertViewWindowContainer::containerWithWindow(window->shared_from_this()));
@@ -61,8 +63,13 @@ void RQAlertViewWindowsObserver::push(UIWindow* window) {
 
 void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
-  // Nothing is painted in between, else the screen would be seen without any dialog for a moment.
-  UIScreen::mainScreen()->setUpdatesEnabled(false);
+  // Nothing is painted before the dialog below is back, else the screen would be seen without any for a
+  // moment.
+  const bool uncovers = !covering_ && std::any_of(windowsArray_.begin(), windowsArray_.end(),
+                                                  [window](const RQAlertViewWindowContainer& container) {
+                                                    return container.window() && !container.holds(window);
+                                                  });
+  if (uncovers) UIScreen::mainScreen()->setUpdatesEnabled(false);
   dispatch_after(0, dispatch_get_main_queue(), [hidden] {
     UIScreen::mainScreen()->setUpdatesEnabled(true);
     // Hidden only, to be shown again later: it keeps its place.

@@ -35,4 +35,5 @@ class RQAlertViewWindowsObserver : public QObject {
 
   std::vector<RQAlertViewWindowContainer> windowsArray_;
   bool observing_ = false;
+  bool covering_ = false;  // a window is being hidden by a newer one
 };

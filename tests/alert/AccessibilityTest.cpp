@@ -1,5 +1,5 @@
 // A dialog as a screen reader meets it.
-#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
 
 #include <QAccessible>

@@ -1,5 +1,5 @@
 // Buttons, indicator, progress and custom view of a dialog that is shown.
-#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
 #include "platform/UIActivityIndicatorView.h"
 

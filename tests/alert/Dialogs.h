@@ -2,10 +2,10 @@
 #pragma once
 
 #include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
 #include "RQAlertView/RQAlertViewController.h"
-#include "RQAlertView/RQAlertViewFrame.h"
 #include "RQAlertView/RQAlertViewWindow.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/Motion.h"
@@ -114,8 +114,8 @@ class Dialogs : public testing::Test {
     letGo();
   }
 
-  static RQAlertViewFrame* frameOf(const Dialog& dialog) {
-    return dialog->view() ? dialog->view()->findChild<RQAlertViewFrame*>() : nullptr;
+  static RQAlertViewBox* frameOf(const Dialog& dialog) {
+    return dialog->view() ? dialog->view()->findChild<RQAlertViewBox*>() : nullptr;
   }
   static RQAlertViewButtonList* listOf(const Dialog& dialog) {
     auto* list = dialog->view()->findChild<RQAlertViewButtonList*>();

@@ -1,5 +1,5 @@
 // Whatever a dialog holds and however large the screen is: nothing is cut off, and the buttons are in sight.
-#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
 #include "platform/UIKeyboard.h"
 

@@ -1,5 +1,5 @@
 // Whatever a dialog is given, and whatever is done to it from within its own reports.
-#include "RQAlertView/RQAlertViewLabel.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
 #include "alert/Journal.h"
 #include "support/SystemLog.h"

@@ -1,8 +1,8 @@
-#include "RQAlertView/RQAlertViewContent.h"
+#include "RQAlertView/RQAlertViewContentArea.h"
 
-#include "RQAlertView/RQAlertViewLabel.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewProgressView.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "RQAlertView/RQAlertViewTextField.h"
 #include "platform/EventBoundary.h"
 #include "platform/UIActivityIndicatorView.h"
@@ -29,8 +29,8 @@ Qt::Alignment alignmentFor(NSTextAlignment alignment) {
 
 }  // namespace
 
-RQAlertViewContent::RQAlertViewContent(const RQAlertViewContents& contents,
-                                       const RQAlertViewAppearance& appearance, QWidget* parent)
+RQAlertViewContentArea::RQAlertViewContentArea(const RQAlertViewSetup& contents,
+                                               const RQAlertViewAppearance& appearance, QWidget* parent)
     : QWidget(parent), innerView_(contents.innerView) {
   if (innerView_) {
     innerView_->setParent(this);
@@ -58,7 +58,7 @@ RQAlertViewContent::RQAlertViewContent(const RQAlertViewContents& contents,
   applyAppearance(appearance);
 }
 
-void RQAlertViewContent::setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler) {
+void RQAlertViewContentArea::setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler) {
   // A copy: the handler may destroy the window, and this with it.
   const auto fields = fields_;
   for (std::size_t index = 0; index < fields.size(); ++index) {
@@ -66,11 +66,11 @@ void RQAlertViewContent::setUpTextFields(const RQAlertViewTextFieldsSetupHandler
   }
 }
 
-bool RQAlertViewContent::isEmpty() const {
+bool RQAlertViewContentArea::isEmpty() const {
   return !innerView_ && !indicator_ && !progressView_ && fields_.empty();
 }
 
-void RQAlertViewContent::addTextFields(const RQAlertViewContents& contents) {
+void RQAlertViewContentArea::addTextFields(const RQAlertViewSetup& contents) {
   for (std::size_t index = 0; index < contents.numberOfTextFields; ++index) {
     auto* field = new RQAlertViewTextField(this);
     field->setTitle(contents.title.isEmpty() ? contents.message : contents.title);
@@ -80,12 +80,12 @@ void RQAlertViewContent::addTextFields(const RQAlertViewContents& contents) {
   }
 }
 
-void RQAlertViewContent::addProgressLabel(const QString& text) {
+void RQAlertViewContentArea::addProgressLabel(const QString& text) {
   progressLabel_ = new RQAlertViewLabel(this);
   setProgressLabelText(text);
 }
 
-void RQAlertViewContent::applyAppearance(const RQAlertViewAppearance& appearance) {
+void RQAlertViewContentArea::applyAppearance(const RQAlertViewAppearance& appearance) {
   if (indicator_) {
     indicator_->setActivityIndicatorViewStyle(appearance.activityIndicatorViewStyle);
     indicator_->setColor(appearance.activityIndicatorViewColor);
@@ -108,8 +108,8 @@ void RQAlertViewContent::applyAppearance(const RQAlertViewAppearance& appearance
   everApplied_ = true;
 }
 
-void RQAlertViewContent::applyToTextField(RQAlertViewTextField& field,
-                                          const RQAlertViewAppearance& now) const {
+void RQAlertViewContentArea::applyToTextField(RQAlertViewTextField& field,
+                                              const RQAlertViewAppearance& now) const {
   const RQAlertViewAppearance& before = applied_;
   const auto changed = [this](const auto& was, const auto& is) { return !everApplied_ || !(was == is); };
   if (changed(before.textFieldsBackgroundColor, now.textFieldsBackgroundColor) ||
@@ -135,18 +135,18 @@ void RQAlertViewContent::applyToTextField(RQAlertViewTextField& field,
   }
 }
 
-void RQAlertViewContent::setProgress(double progress, bool animated) {
+void RQAlertViewContentArea::setProgress(double progress, bool animated) {
   if (progressView_) progressView_->setProgress(progress, animated);
 }
 
-void RQAlertViewContent::setProgressLabelText(const QString& text) {
+void RQAlertViewContentArea::setProgressLabelText(const QString& text) {
   if (!progressLabel_) return;
   progressLabel_->setText(text);
   progressLabel_->setVisible(!text.isEmpty());
   emit heightChanged();
 }
 
-std::vector<RQAlertViewTextField*> RQAlertViewContent::textFields() const {
+std::vector<RQAlertViewTextField*> RQAlertViewContentArea::textFields() const {
   std::vector<RQAlertViewTextField*> fields;
   for (const auto& field : fields_) {
     if (field) fields.push_back(field);
@@ -154,16 +154,16 @@ std::vector<RQAlertViewTextField*> RQAlertViewContent::textFields() const {
   return fields;
 }
 
-int RQAlertViewContent::heightForWidth(int width) const {
+int RQAlertViewContentArea::heightForWidth(int width) const {
   return place(width, true);
 }
 
-void RQAlertViewContent::resizeEvent(QResizeEvent* event) {
+void RQAlertViewContentArea::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   place(width(), false);
 }
 
-int RQAlertViewContent::place(int width, bool measureOnly) const {
+int RQAlertViewContentArea::place(int width, bool measureOnly) const {
   int y = 0;
   const auto put = [&](QWidget* part, int partWidth, int partHeight, int gap) {
     if (y > 0) y += gap;
@@ -190,7 +190,7 @@ int RQAlertViewContent::place(int width, bool measureOnly) const {
   return y;
 }
 
-void RQAlertViewContent::fieldEntered(std::size_t index) {
+void RQAlertViewContentArea::fieldEntered(std::size_t index) {
   for (std::size_t next = index + 1; next < fields_.size(); ++next) {
     if (!fields_[next] || !fields_[next]->isEnabled() || fields_[next]->isHidden()) continue;
     fields_[next]->setFocus(Qt::TabFocusReason);

@@ -1,4 +1,4 @@
-#include "RQAlertView/RQAlertViewFrame.h"
+#include "RQAlertView/RQAlertViewBox.h"
 
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewHeader.h"
@@ -27,7 +27,7 @@ RQAlertViewRow cancelRowOf(const RQAlertView& alertView) {
 
 }  // namespace
 
-RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewContent* content, QWidget* parent)
+RQAlertViewBox::RQAlertViewBox(const RQAlertView& alertView, RQAlertViewContentArea* content, QWidget* parent)
     : QWidget(parent),
       alertView_(alertView),
       card_(new RQAlertViewShadowView(this)),
@@ -40,14 +40,14 @@ RQAlertViewFrame::RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewCont
   header_->show();
 }
 
-RQAlertViewFrame::~RQAlertViewFrame() = default;
+RQAlertViewBox::~RQAlertViewBox() = default;
 
-bool RQAlertViewFrame::holdsFocus() const {
+bool RQAlertViewBox::holdsFocus() const {
   const QWidget* focused = window()->focusWidget();
   return focused && isAncestorOf(focused) && focused->isVisible();
 }
 
-void RQAlertViewFrame::layOutIn(const QRect& room) {
+void RQAlertViewBox::layOutIn(const QRect& room) {
   const bool heldFocus = holdsFocus();
   const int width = std::min(rounded(alertView_.width()), room.width());
   applyLooks(width);
@@ -87,13 +87,13 @@ void RQAlertViewFrame::layOutIn(const QRect& room) {
   if (heldFocus && !holdsFocus()) initialFocus()->setFocus(Qt::OtherFocusReason);
 }
 
-void RQAlertViewFrame::setBackdrop(const QPixmap& backdrop) {
+void RQAlertViewBox::setBackdrop(const QPixmap& backdrop) {
   if (backdrop.isNull() && backdrop_.isNull()) return;
   backdrop_ = backdrop;
   for (RQAlertViewShadowView* card : {card_, cancelCard_}) applyBackdrop(*card, card->cardGeometry());
 }
 
-void RQAlertViewFrame::applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const {
+void RQAlertViewBox::applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const {
   if (backdrop_.isNull()) {
     card.setBackdrop({});
     return;
@@ -105,7 +105,7 @@ void RQAlertViewFrame::applyBackdrop(RQAlertViewShadowView& card, const QRect& i
           .toAlignedRect()));
 }
 
-void RQAlertViewFrame::applyLooks(int width) {
+void RQAlertViewBox::applyLooks(int width) {
   const RQAlertView& a = alertView_;
   const RQAlertViewShadowView::Look look{.backgroundColor = a.backgroundColor(),
                                          .cornerRadius = a.layerCornerRadius(),
@@ -126,7 +126,7 @@ void RQAlertViewFrame::applyLooks(int width) {
   allButtonsChanged();
 }
 
-RQAlertViewFrame::Arrangement RQAlertViewFrame::arrangementFor(const RQAlertViewRows& rows, int width) const {
+RQAlertViewBox::Arrangement RQAlertViewBox::arrangementFor(const RQAlertViewRows& rows, int width) const {
   if (rows.count() == 0) return Arrangement::None;
   if (alertView_.style() == RQAlertViewStyle::ActionSheet || alertView_.oneRowOneButton() ||
       rows.count() > mostButtonsSideBySide) {
@@ -143,7 +143,7 @@ RQAlertViewFrame::Arrangement RQAlertViewFrame::arrangementFor(const RQAlertView
   return Arrangement::SideBySide;
 }
 
-void RQAlertViewFrame::arrangeButtons(int width) {
+void RQAlertViewBox::arrangeButtons(int width) {
   const RQAlertViewRows rows(alertView_);
   const Arrangement arrangement = arrangementFor(rows, width);
   const bool changed = !(rows == rows_) || arrangement != arrangement_;
@@ -179,7 +179,7 @@ void RQAlertViewFrame::arrangeButtons(int width) {
                        std::ceil(least), width);
 }
 
-void RQAlertViewFrame::rebuildSideBySide(const RQAlertViewRows& rows) {
+void RQAlertViewBox::rebuildSideBySide(const RQAlertViewRows& rows) {
   // A button may be in the middle of its own click.
   for (RQAlertViewButton* button : sideBySide_) {
     button->hide();
@@ -197,7 +197,7 @@ void RQAlertViewFrame::rebuildSideBySide(const RQAlertViewRows& rows) {
   }
 }
 
-void RQAlertViewFrame::rebuildCancel() {
+void RQAlertViewBox::rebuildCancel() {
   const bool separate = RQAlertViewHelper::isCancelButtonSeparate(alertView_);
   if (separate && !separateCancel_) {
     separateCancel_ = makeButton(cancelRowOf(alertView_), buttonPadding);
@@ -208,7 +208,7 @@ void RQAlertViewFrame::rebuildCancel() {
   }
 }
 
-RQAlertViewButton* RQAlertViewFrame::makeButton(const RQAlertViewRow& row, int padding) {
+RQAlertViewButton* RQAlertViewBox::makeButton(const RQAlertViewRow& row, int padding) {
   auto* button = new RQAlertViewButton(row.title, padding, this);
   button->show();
   connect(button, &QAbstractButton::clicked, this,
@@ -216,7 +216,7 @@ RQAlertViewButton* RQAlertViewFrame::makeButton(const RQAlertViewRow& row, int p
   return button;
 }
 
-RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHeight) const {
+RQAlertViewBox::Heights RQAlertViewBox::heightsFor(int width, double roomHeight) const {
   Heights heights;
   heights.header = header_->wholeHeight(width);
   if (separateCancel_) heights.cancel = rounded(buttonHeight(*separateCancel_, width));
@@ -251,7 +251,7 @@ RQAlertViewFrame::Heights RQAlertViewFrame::heightsFor(int width, double roomHei
   return heights;
 }
 
-void RQAlertViewFrame::placeButtons(const QRect& area, const QRect& card) {
+void RQAlertViewBox::placeButtons(const QRect& area, const QRect& card) {
   QList<QRect> separators;
   const bool headed = area.y() > card.y();
   if (headed && !area.isEmpty()) {
@@ -276,12 +276,12 @@ void RQAlertViewFrame::placeButtons(const QRect& area, const QRect& card) {
   card_->setSeparators(separators);
 }
 
-double RQAlertViewFrame::buttonHeight(const RQAlertViewButton& button, int width) const {
+double RQAlertViewBox::buttonHeight(const RQAlertViewButton& button, int width) const {
   return heightOfRQAlertViewButton(button.title(), button.look(), width, button.padding(),
                                    alertView_.buttonsHeight());
 }
 
-void RQAlertViewFrame::buttonChanged(RQAlertViewButtonKind kind, std::size_t index) {
+void RQAlertViewBox::buttonChanged(RQAlertViewButtonKind kind, std::size_t index) {
   if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) {
     separateCancel_->setLook(alertView_.buttonLook(cancelRowOf(alertView_)));
     separateCancel_->setEnabled(alertView_.cancelButtonEnabled());
@@ -307,13 +307,13 @@ void RQAlertViewFrame::buttonChanged(RQAlertViewButtonKind kind, std::size_t ind
   }
 }
 
-void RQAlertViewFrame::allButtonsChanged() {
+void RQAlertViewBox::allButtonsChanged() {
   if (separateCancel_) buttonChanged(RQAlertViewButtonKind::Cancel, 0);
   for (const RQAlertViewRow& row : sideBySideRows_) buttonChanged(row.kind, row.index);
   if (arrangement_ == Arrangement::List) list_->looksChanged();
 }
 
-QWidget* RQAlertViewFrame::initialFocus() {
+QWidget* RQAlertViewBox::initialFocus() {
   if (separateCancel_ && separateCancel_->isEnabled()) return separateCancel_;
   // The cancel button comes first among them where there is one.
   for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
@@ -332,7 +332,7 @@ QWidget* RQAlertViewFrame::initialFocus() {
   return this;
 }
 
-int RQAlertViewFrame::safeRow() const {
+int RQAlertViewBox::safeRow() const {
   int safe = -1;
   for (int row = 0; row < rows_.count(); ++row) {
     const RQAlertViewRow each = rows_.at(row);
@@ -343,7 +343,7 @@ int RQAlertViewFrame::safeRow() const {
   return safe;
 }
 
-RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) const {
+RQAlertViewButton* RQAlertViewBox::buttonOfKind(RQAlertViewButtonKind kind) const {
   if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
   for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
     if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
@@ -351,7 +351,7 @@ RQAlertViewButton* RQAlertViewFrame::buttonOfKind(RQAlertViewButtonKind kind) co
   return nullptr;
 }
 
-void RQAlertViewFrame::keyPressEvent(QKeyEvent* event) {
+void RQAlertViewBox::keyPressEvent(QKeyEvent* event) {
   // What fields and buttons leave over: round and round inside the box.
   if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
     focusNextPrevChild(event->key() == Qt::Key_Down);

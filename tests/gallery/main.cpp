@@ -1,13 +1,13 @@
 // The gallery: writes a picture of every dialog of the component, in two languages and several sizes.
 #include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewStage.h"
-#include "RQAlertView/gallery/GalleryDialogs.h"
+#include "RQAlertView/RQAlertViewRootView.h"
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
 #include "platform/UIFont.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
+#include "tests/gallery/GalleryDialogs.h"
 
 #include <cstdio>
 #include <memory>
@@ -79,7 +79,7 @@ bool writePicture(const QString& folder, const GalleryDialog& dialog, GalleryLan
   const bool written = UIScreen::mainScreen()->grab().save(path);
   setMotionEnabled(false);
   shown->dismiss();
-  if (shown->view()) static_cast<RQAlertViewStage*>(shown->view())->finishMotion();
+  if (shown->view()) static_cast<RQAlertViewRootView*>(shown->view())->finishMotion();
   UIApplication::processEvents();
   if (written) std::printf("%s\n", qPrintable(path));
   return written;

@@ -1,4 +1,4 @@
-#include "RQAlertView/gallery/GalleryDialogs.h"
+#include "tests/gallery/GalleryDialogs.h"
 
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewButton.h"

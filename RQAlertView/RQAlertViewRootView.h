@@ -1,6 +1,8 @@
 // The view of a dialog: the cover that dims what lies behind, the box, and their coming and going.
 #pragma once
 
+#include "platform/UITextTraits.h"
+
 #include <functional>
 #include <memory>
 #include <utility>
@@ -10,21 +12,26 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+class QWidget;
+
+// A picture of `widget` as it is now, blurred and tinted as the style says. Empty where the widget is.
+QPixmap blurredPicture(QWidget& widget, UIBlurEffectStyle style);
+
 class RQAlertView;
-class RQAlertViewFrame;
+class RQAlertViewBox;
 
 // See-through until it is brought in. While it moves, a picture of the box moves and the box itself is out of
 // reach.
-class RQAlertViewStage : public QWidget {
+class RQAlertViewRootView : public QWidget {
   Q_OBJECT
 
  public:
-  // `alertView` outlives the stage, or is handed to keep().
-  explicit RQAlertViewStage(const RQAlertView& alertView);
+  // `alertView` outlives the view, or is handed to keep().
+  explicit RQAlertViewRootView(const RQAlertView& alertView);
 
-  // Takes `frame` over, which was made with this stage as its parent.
-  void setFrame(RQAlertViewFrame* frame);
-  RQAlertViewFrame* frame() const { return frame_; }
+  // Takes `box` over, which was made with this view as its parent.
+  void setBox(RQAlertViewBox* box);
+  RQAlertViewBox* box() const { return box_; }
 
   // For the present size of the window and place of the keyboard.
   void layoutSubviews();
@@ -33,7 +40,7 @@ class RQAlertViewStage : public QWidget {
   void setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve);
 
   // Each ends with `finished`, which is called exactly once: at the end, at once without a duration
-  // (seconds), or by finishMotion(); never when the stage is destroyed first. The cover's dimming begins at
+  // (seconds), or by finishMotion(); never when the view is destroyed first. The cover's dimming begins at
   // that of another dialog, whose place this one takes, or ends at it: 0 for none.
   void bringIn(double dimmingBefore, double duration, std::function<void()> finished);
   void takeOut(double dimmingAfter, double duration, std::function<void()> finished);
@@ -47,7 +54,7 @@ class RQAlertViewStage : public QWidget {
 
   QPixmap picture() const;
 
-  // Keeps the dialog until the stage goes: its window is destroyed by the event loop, some time after the
+  // Keeps the dialog until the view goes: its window is destroyed by the event loop, some time after the
   // dialog has let go of it.
   void keep(std::shared_ptr<RQAlertView> alertView) { kept_ = std::move(alertView); }
 
@@ -76,7 +83,7 @@ class RQAlertViewStage : public QWidget {
   void takeBackdrops();
 
   const RQAlertView& alertView_;
-  RQAlertViewFrame* frame_ = nullptr;
+  RQAlertViewBox* box_ = nullptr;
   QRect keyboard_;
 
   Motion motion_ = Motion::None;

@@ -1,8 +1,7 @@
-#include "RQAlertView/RQAlertViewStage.h"
+#include "RQAlertView/RQAlertViewRootView.h"
 
 #include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewBlur.h"
-#include "RQAlertView/RQAlertViewFrame.h"
+#include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "platform/EventBoundary.h"
 #include "platform/Motion.h"
@@ -14,8 +13,24 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QWidget>
 
 namespace {
+
+// Each pixel of the blur stands for this many of the picture, across and down.
+constexpr int coarseness = 14;
+
+QColor tintFor(UIBlurEffectStyle style) {
+  switch (style) {
+    case UIBlurEffectStyle::ExtraLight:
+      return {255, 255, 255, 190};
+    case UIBlurEffectStyle::Light:
+      return {255, 255, 255, 80};
+    case UIBlurEffectStyle::Dark:
+      return {0, 0, 0, 110};
+  }
+  return Qt::transparent;
+}
 
 int milliseconds(double seconds) {
   return qRound(std::max(seconds, 0.0) * 1000);
@@ -35,7 +50,21 @@ QRectF scaled(const QRectF& rect, double scale) {
 
 }  // namespace
 
-RQAlertViewStage::RQAlertViewStage(const RQAlertView& alertView) : alertView_(alertView) {
+QPixmap blurredPicture(QWidget& widget, UIBlurEffectStyle style) {
+  QPixmap picture = widget.grab();
+  if (picture.isNull()) return picture;
+  const double ratio = picture.devicePixelRatioF();
+  const QSize whole = picture.size();
+  // Making it small and large again is a blur that costs next to nothing.
+  const QSize small(std::max(1, whole.width() / coarseness), std::max(1, whole.height() / coarseness));
+  picture = picture.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                .scaled(whole, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  QPainter(&picture).fillRect(picture.rect(), tintFor(style));
+  picture.setDevicePixelRatio(ratio);
+  return picture;
+}
+
+RQAlertViewRootView::RQAlertViewRootView(const RQAlertView& alertView) : alertView_(alertView) {
   animation_.setStartValue(0.0);
   animation_.setEndValue(1.0);
   animation_.setEasingCurve(QEasingCurve::OutCubic);
@@ -45,30 +74,30 @@ RQAlertViewStage::RQAlertViewStage(const RQAlertView& alertView) : alertView_(al
   });
   connect(&animation_, &QVariantAnimation::finished, this, atEventBoundary([this] { finishMotion(); }));
   connect(&shift_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-    if (frame_) frame_->move(value.toPoint());
+    if (box_) box_->move(value.toPoint());
   });
 }
 
-void RQAlertViewStage::setFrame(RQAlertViewFrame* frame) {
-  frame_ = frame;
-  frame_->hide();
+void RQAlertViewRootView::setBox(RQAlertViewBox* box) {
+  box_ = box;
+  box_->hide();
 }
 
-void RQAlertViewStage::layoutSubviews() {
+void RQAlertViewRootView::layoutSubviews() {
   shift_.stop();
-  if (frame_) frame_->layOutIn(freeRoom());
+  if (box_) box_->layOutIn(freeRoom());
   update();
 }
 
-void RQAlertViewStage::setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve) {
+void RQAlertViewRootView::setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve) {
   if (frame == keyboard_) return;
   keyboard_ = frame;
-  if (!frame_) return;
-  const QPoint before = frame_->pos();
+  if (!box_) return;
+  const QPoint before = box_->pos();
   layoutSubviews();
-  const QPoint after = frame_->pos();
-  if (duration <= 0 || !motionEnabled() || !frame_->isVisible() || before == after) return;
-  frame_->move(before);
+  const QPoint after = box_->pos();
+  if (duration <= 0 || !motionEnabled() || !box_->isVisible() || before == after) return;
+  box_->move(before);
   shift_.setStartValue(before);
   shift_.setEndValue(after);
   shift_.setDuration(milliseconds(duration));
@@ -76,7 +105,7 @@ void RQAlertViewStage::setKeyboardFrame(const QRect& frame, double duration, QEa
   shift_.start();
 }
 
-QRect RQAlertViewStage::freeRoom() const {
+QRect RQAlertViewRootView::freeRoom() const {
   QRect room = rect();
   if (!keyboard_.isEmpty() && keyboard_.top() > room.top() && keyboard_.top() < room.bottom()) {
     room.setBottom(keyboard_.top() - 1);
@@ -84,23 +113,23 @@ QRect RQAlertViewStage::freeRoom() const {
   return room;
 }
 
-void RQAlertViewStage::bringIn(double dimmingBefore, double duration, std::function<void()> finished) {
+void RQAlertViewRootView::bringIn(double dimmingBefore, double duration, std::function<void()> finished) {
   start(Motion::BringIn, dimmingBefore, duration, std::move(finished));
 }
 
-void RQAlertViewStage::takeOut(double dimmingAfter, double duration, std::function<void()> finished) {
+void RQAlertViewRootView::takeOut(double dimmingAfter, double duration, std::function<void()> finished) {
   start(Motion::TakeOut, dimmingAfter, duration, std::move(finished));
 }
 
-void RQAlertViewStage::changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore,
-                                  double duration, std::function<void()> finished) {
+void RQAlertViewRootView::changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore,
+                                     double duration, std::function<void()> finished) {
   earlierPicture_ = picture;
   earlierPlace_ = from;
   start(Motion::ChangeFrom, dimmingBefore, duration, std::move(finished));
 }
 
-void RQAlertViewStage::start(Motion motion, double otherDimming, double duration,
-                             std::function<void()> finished) {
+void RQAlertViewRootView::start(Motion motion, double otherDimming, double duration,
+                                std::function<void()> finished) {
   finishMotion();
   finished_ = std::move(finished);
   motion_ = motion;
@@ -109,7 +138,7 @@ void RQAlertViewStage::start(Motion motion, double otherDimming, double duration
   if (motion != Motion::TakeOut) takeBackdrops();
   if (duration > 0 && motionEnabled() && isVisible()) {
     picture_ = picture();
-    frame_->hide();
+    box_->hide();
     animation_.setDuration(milliseconds(duration));
     animation_.start();
     update();
@@ -118,41 +147,41 @@ void RQAlertViewStage::start(Motion motion, double otherDimming, double duration
   }
 }
 
-void RQAlertViewStage::finishMotion() {
+void RQAlertViewRootView::finishMotion() {
   if (motion_ == Motion::None) return;
   in_ = std::exchange(motion_, Motion::None) != Motion::TakeOut;
   animation_.stop();
   picture_ = {};
   earlierPicture_ = {};
-  if (frame_) frame_->setVisible(in_);
+  if (box_) box_->setVisible(in_);
   update();
   // Last: what is called may move the box again or drop the dialog.
   if (const std::function<void()> finished = std::exchange(finished_, nullptr)) finished();
 }
 
-QPixmap RQAlertViewStage::picture() const {
-  return frame_->grab();
+QPixmap RQAlertViewRootView::picture() const {
+  return box_->grab();
 }
 
-void RQAlertViewStage::paintEvent(QPaintEvent*) {
+void RQAlertViewRootView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   paintCover(painter);
   if (motion_ != Motion::None) paintPicture(painter);
 }
 
-double RQAlertViewStage::coverShown() const {
+double RQAlertViewRootView::coverShown() const {
   if (motion_ == Motion::None) return in_ ? 1 : 0;
   return motion_ == Motion::TakeOut ? 1 - progress_ : progress_;
 }
 
-double RQAlertViewStage::dimming() const {
+double RQAlertViewRootView::dimming() const {
   const QColor color = alertView_.coverColor();
   const double own = std::clamp(alertView_.coverAlpha(), 0.0, 1.0) * (color.isValid() ? color.alphaF() : 0);
   const double other = motion_ == Motion::None ? 0 : otherDimming_;
   return other + (own - other) * coverShown();
 }
 
-void RQAlertViewStage::paintCover(QPainter& painter) const {
+void RQAlertViewRootView::paintCover(QPainter& painter) const {
   if (!coverBackdrop_.isNull()) {
     painter.setOpacity(std::clamp(coverShown() * alertView_.coverAlpha(), 0.0, 1.0));
     painter.drawPixmap(rect(), coverBackdrop_);
@@ -163,9 +192,9 @@ void RQAlertViewStage::paintCover(QPainter& painter) const {
   if (color.alpha() > 0) painter.fillRect(rect(), color);
 }
 
-void RQAlertViewStage::paintPicture(QPainter& painter) const {
+void RQAlertViewRootView::paintPicture(QPainter& painter) const {
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  const QRectF place = frame_->geometry();
+  const QRectF place = box_->geometry();
   QRectF now = place;
   double opacity = 1;
   const bool fromBottom = RQAlertViewHelper::comesFromBottom(alertView_);
@@ -192,7 +221,7 @@ void RQAlertViewStage::paintPicture(QPainter& painter) const {
   painter.drawPixmap(now, picture_, QRectF(picture_.rect()));
 }
 
-void RQAlertViewStage::paintChange(QPainter& painter, const QRectF& box) const {
+void RQAlertViewRootView::paintChange(QPainter& painter, const QRectF& box) const {
   // The box grows or shrinks while one content fades into the other; texts keep their size meanwhile.
   const double radius = alertView_.layerCornerRadius();
   QPainterPath outline;
@@ -213,16 +242,16 @@ void RQAlertViewStage::paintChange(QPainter& painter, const QRectF& box) const {
   paint(picture_, progress_);
 }
 
-void RQAlertViewStage::takeBackdrops() {
+void RQAlertViewRootView::takeBackdrops() {
   UIWindow* behind = RQAlertViewHelper::appWindow();
   const auto blurred = [behind](const std::optional<UIBlurEffectStyle>& style) {
     return behind && style ? blurredPicture(*behind, *style) : QPixmap();
   };
   coverBackdrop_ = blurred(alertView_.coverBlurEffect());
-  if (frame_) frame_->setBackdrop(blurred(alertView_.backgroundBlurEffect()));
+  if (box_) box_->setBackdrop(blurred(alertView_.backgroundBlurEffect()));
 }
 
-void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
+void RQAlertViewRootView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   // Before the show it is all laid out once.
   if (!in_ && motion_ == Motion::None) return;
@@ -231,20 +260,20 @@ void RQAlertViewStage::resizeEvent(QResizeEvent* event) {
   if (motion_ != Motion::None) picture_ = picture();
 }
 
-void RQAlertViewStage::changeEvent(QEvent* event) {
+void RQAlertViewRootView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::LayoutDirectionChange && (in_ || motion_ != Motion::None)) layoutSubviews();
 }
 
-void RQAlertViewStage::mousePressEvent(QMouseEvent* event) {
+void RQAlertViewRootView::mousePressEvent(QMouseEvent* event) {
   // A touch that begins while the box moves is not kept for when it is in place.
   pressed_ = motion_ == Motion::None && event->button() == Qt::LeftButton &&
-             !frame_->geometry().contains(event->position().toPoint());
+             !box_->geometry().contains(event->position().toPoint());
 }
 
-void RQAlertViewStage::mouseReleaseEvent(QMouseEvent* event) {
+void RQAlertViewRootView::mouseReleaseEvent(QMouseEvent* event) {
   const bool tapped = std::exchange(pressed_, false) && event->button() == Qt::LeftButton &&
                       rect().contains(event->position().toPoint()) &&
-                      !frame_->geometry().contains(event->position().toPoint());
+                      !box_->geometry().contains(event->position().toPoint());
   if (tapped) emit coverTapped();
 }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "RQAlertView/RQAlertViewAppearance.h"
-#include "RQAlertView/RQAlertViewContents.h"
+#include "RQAlertView/RQAlertViewReports.h"
 
 #include <functional>
 #include <vector>
@@ -16,13 +16,13 @@ class RQAlertViewProgressView;
 class RQAlertViewTextField;
 class UIActivityIndicatorView;
 
-class RQAlertViewContent : public QWidget {
+class RQAlertViewContentArea : public QWidget {
   Q_OBJECT
 
  public:
   // Takes `contents.innerView` over.
-  RQAlertViewContent(const RQAlertViewContents& contents, const RQAlertViewAppearance& appearance,
-                     QWidget* parent);
+  RQAlertViewContentArea(const RQAlertViewSetup& contents, const RQAlertViewAppearance& appearance,
+                         QWidget* parent);
 
   // Calls `handler` once for each field, in order. It may destroy a field, and the content with all of them.
   void setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler);
@@ -51,7 +51,7 @@ class RQAlertViewContent : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void addTextFields(const RQAlertViewContents& contents);
+  void addTextFields(const RQAlertViewSetup& contents);
   void addProgressLabel(const QString& text);
   void applyToTextField(RQAlertViewTextField& field, const RQAlertViewAppearance& now) const;
   void fieldEntered(std::size_t index);

@@ -2,7 +2,6 @@
 // cancel button on a card of its own.
 #pragma once
 
-#include "RQAlertView/RQAlertViewBorderView.h"
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
 #include "RQAlertView/RQAlertViewRows.h"
@@ -14,17 +13,17 @@
 #include <QWidget>
 
 class RQAlertView;
-class RQAlertViewContent;
+class RQAlertViewContentArea;
 class RQAlertViewHeader;
 
 // Reads everything from its dialog and reports taps; it knows neither the cover nor the stack of dialogs.
-class RQAlertViewFrame : public QWidget {
+class RQAlertViewBox : public QWidget {
   Q_OBJECT
 
  public:
-  // Takes `content` over. `alertView` outlives the frame.
-  RQAlertViewFrame(const RQAlertView& alertView, RQAlertViewContent* content, QWidget* parent);
-  ~RQAlertViewFrame() override;
+  // Takes `content` over. `alertView` outlives the box.
+  RQAlertViewBox(const RQAlertView& alertView, RQAlertViewContentArea* content, QWidget* parent);
+  ~RQAlertViewBox() override;
 
   const RQAlertView& alertView() const { return alertView_; }
 
