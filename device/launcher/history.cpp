@@ -59,6 +59,12 @@ std::string listed(const std::vector<std::string>& names) {
   return names.size() > kNamedAtMost ? text + " and more" : text;
 }
 
+bool isNotKept(const HistoryEntry& entry, Kept kind, const std::string& name) {
+  const std::string path = std::string(folderInHistory(kind)) + "/" + visible(name) + " ";
+  return std::any_of(entry.remarks.begin(), entry.remarks.end(),
+                     [&](const std::string& remark) { return remark.starts_with(path); });
+}
+
 // What the entry has and `older`, the dated copy before it, has not, and the other way round: sentences, of
 // one project only where `only` names it.
 std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEntry& entry,
@@ -79,7 +85,7 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
       if (entry.isSetAside)
         change += " was set aside";
       else if (where == 1)
-        change += " is gone";
+        change += isNotKept(entry, kind, name) ? " was not kept" : " is gone";
       else if (where == 2)
         change += older != nullptr ? " is new" : " is there";
       else {

@@ -1,12 +1,16 @@
 // The device's folder as its own builds may have left it.
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
+#include "device/folder/HistoryFolder.h"
 #include "device/folder/ProgramLinks.h"
 #include "device/folder/ShippedFiles.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
+#include <ctime>
 #include <fcntl.h>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -266,6 +270,37 @@ TEST(Beneath, NothingAboveOrThroughALinkIsReached) {
   EXPECT_FALSE(makeFolderBeneath(opened.get(), "link/made"));
   EXPECT_FALSE(fs::exists(outside / "made"));
   EXPECT_TRUE(makeFolderBeneath(opened.get(), "inner/a/b"));
+}
+
+// One copy each ten minutes for 40 days, of which the newest days have only incomplete ones.
+TEST(HistoryThinning, KeepsTheLastHourThenOneAnHourThenOneADayAndTheNewestWholeOnes) {
+  constexpr std::time_t now = 1'800'000'000;
+  const auto nameAt = [](std::time_t time) {
+    char name[32];
+    std::strftime(name, sizeof name, "%Y-%m-%dT%H-%M-%SZ", std::gmtime(&time));
+    return std::string(name);
+  };
+  std::vector<HistoryEntry> copies;
+  for (int age = 0; age < 40 * 144; ++age)
+    copies.push_back({nameAt(now - age * 600L), false, age >= 3 * 144, {}});
+  const auto thinned = thinnedOut(copies, now);
+  const std::set<std::string> gone(thinned.begin(), thinned.end());
+  const auto keptWithin = [&](std::time_t from, std::time_t to) {
+    return std::count_if(copies.begin(), copies.end(), [&](const HistoryEntry& copy) {
+      const std::time_t age = now - timeOf(copy.when);
+      return age > from && age <= to && !gone.contains(copy.when);
+    });
+  };
+  EXPECT_EQ(keptWithin(-1, 3600), 7);
+  EXPECT_NEAR(keptWithin(3600, 86400), 24, 1);
+  EXPECT_NEAR(keptWithin(86400, 31 * 86400L), 33, 1);
+  EXPECT_EQ(keptWithin(31 * 86400L, 41 * 86400L), 0);
+  EXPECT_FALSE(gone.contains(copies[3 * 144].when)) << "the newest whole copy";
+  // A clock that was wrong for one start does not empty the history.
+  const auto later = thinnedOut(copies, now + 20L * 365 * 86400);
+  EXPECT_EQ(copies.size() - later.size(), 4U);
+  // Where space is short, a flood of new copies goes before the old ones.
+  EXPECT_EQ(leastMissed({copies[0], copies[1], copies[500], copies[5000]}), copies[1].when);
 }
 
 }  // namespace

@@ -14,6 +14,12 @@
 #include "ui/Localized.h"
 #include "ui/OpenAddress.h"
 #include "ui/tour/Finger.h"
+#include "workspace/Backups.h"
+#include "workspace/Deletion.h"
+#include "workspace/NewProject.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectName.h"
+#include "workspace/ProjectOptions.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
 
@@ -37,6 +43,49 @@ std::string addressShown() {
   return qobject_cast<QPlainTextEdit*>(finger::find("Address"))->toPlainText().toStdString();
 }
 
+// A project with one file, whose content tells both, is chosen.
+void putProject(const std::string& name, const std::string& file) {
+  putFile("/var/Tweakyard/Projects/" + name + "/" + file, "all of " + name + "\n");
+  chooseProject(name);
+}
+
+// Loses something of each project in the way that it is named after; a moment later all of them are gone.
+void destroy() {
+  putProject("Deleted", "file");
+  deleteListedProject();
+  putProject("FileDeleted", "file");
+  deleteProjectFile("file");
+  putProject("CreatedOver", "control");
+  createProject("CreatedOver");
+  putProject("FileRenamed", "file");
+  putFile("/var/Tweakyard/Projects/FileRenamed/other", "other");
+  renameFile("other", "file");
+  putProject("Renamed", "file");
+  renameProject("FileRenamed");
+  putProject("Header", "known.h");
+  createHeader("known");
+  putProject("Restored", "file");
+  putFile("/var/mobile/Documents/TweakbenchBackups/Restored/file", "older");
+  restoreBackup("Restored");
+  putProject("All", "file");
+  backUpProject();
+  putFile("/var/mobile/Documents/Tweakbench/All/file", "all of All\n");
+  deletePackages();
+  deleteAllBackups();
+  deleteAllProjects();
+}
+
+// Makes one backup after the other; all files of each have the same content.
+[[noreturn]] void backUpForEver() {
+  chooseProject("P");
+  for (int number = 1;; ++number) {
+    for (int file = 0; file < 200; ++file)
+      putFile("/var/Tweakyard/Projects/P/" + std::to_string(file), std::to_string(number));
+    backUpProject();
+    putFile(result, std::to_string(number));
+  }
+}
+
 void take(const std::string& step) {
   if (step == "open") {
     tapOption(text::openInFilza);
@@ -58,6 +107,10 @@ void take(const std::string& step) {
     finger::tap("Project Options");
     finger::waitToSee(QString::fromUtf8(text::extraOptions.arabic));
     putFile(result, "Arabic");
+  } else if (step == "destroy") {
+    destroy();
+  } else if (step == "backup") {
+    backUpForEver();
   } else if (step == "build") {
     // Until somebody ends it, or wants the window to be closed.
     finger::tap("Build");
