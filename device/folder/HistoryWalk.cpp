@@ -20,6 +20,7 @@ constexpr std::size_t kMostRemarks = 20;
 // Two bounds on what a build can make one walk cost. Each level takes one descriptor.
 constexpr std::size_t kMostVisited = 3 * mostEntriesKept;
 constexpr int kDeepest = 200;
+constexpr std::size_t kFlood = 10'000;
 constexpr std::size_t kLongestPath = 4000;
 constexpr std::size_t kLargestState = std::size_t{64} << 20;
 constexpr std::uint64_t kBlock = 4096;
@@ -69,9 +70,12 @@ class Walker {
     if (fstat(folder, &status) == 0) note(name, status);
     auto names = namesIn(folder);
     if (!names) return cut(name + " has too many entries, or cannot be read.");
+    std::sort(names->begin(), names->end());
     // What is known already goes before what a build may have made without end.
-    std::stable_partition(names->begin(), names->end(),
-                          [&](const auto& each) { return last_.contains(name + "/" + each); });
+    if (names->size() > kFlood) {
+      std::stable_partition(names->begin(), names->end(),
+                            [&](const auto& each) { return last_.contains(name + "/" + each); });
+    }
     for (const auto& each : *names) {
       const std::string path = name + "/" + each;
       if (visited_ >= kMostVisited || result.state.size() >= 3 * kLargestState)
