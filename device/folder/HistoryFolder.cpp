@@ -130,20 +130,52 @@ std::string HistoryFolder::newName() const {
   return nameAt(time);
 }
 
-std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path) const {
-  const std::string when = newName();
+Descriptor HistoryFolder::makePlace(const std::string& when, const fs::path& path) const {
   const fs::path above = fs::path(kSetAside) / when / path.parent_path();
-  const Descriptor target =
-      makeFolderBeneath(folder_.get(), above) ? openFolderBeneath(folder_.get(), above) : Descriptor();
   unlinkat(folder_.get(), kUsage, 0);
-  if (target && renameToNew(parent, name, target.get(), path.filename())) return when;
+  return makeFolderBeneath(folder_.get(), above) ? openFolderBeneath(folder_.get(), above) : Descriptor();
+}
+
+void HistoryFolder::removePlace(const std::string& when, const fs::path& path) const {
   const int error = errno;
-  for (fs::path left = path.parent_path(); target; left = left.parent_path()) {
+  for (fs::path left = path.parent_path();; left = left.parent_path()) {
     unlinkat(folder_.get(), (fs::path(kSetAside) / when / left).c_str(), AT_REMOVEDIR);
     if (left.empty()) break;
   }
   errno = error;
+}
+
+std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path) const {
+  const std::string when = newName();
+  const Descriptor target = makePlace(when, path);
+  if (target && renameToNew(parent, name, target.get(), path.filename())) return when;
+  removePlace(when, path);
   refuseWithError(name + " could not be moved into the device's history:");
+}
+
+void HistoryFolder::replace(int parent, const std::string& name, int newParent, const std::string& newName,
+                            const std::string& when, const fs::path& path) const {
+  const Descriptor target = makePlace(when, path);
+  const std::string kept = path.filename();
+  const std::string waiting = kept + ".new";
+  const auto exchange = [&] {
+    // Whatever happens to the launcher, what was there is in the place or already where it is kept.
+    if (renameat2(parent, name.c_str(), target.get(), kept.c_str(), RENAME_EXCHANGE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return renameat(target.get(), kept.c_str(), target.get(), waiting.c_str()) == 0 &&
+           renameat(parent, name.c_str(), target.get(), kept.c_str()) == 0 &&
+           renameat(target.get(), waiting.c_str(), parent, name.c_str()) == 0;
+  };
+  if (target && renameToNew(newParent, newName, target.get(), kept)) {
+    if (exchange()) return;
+    const int error = errno;
+    const bool isWaiting = exists(target.get(), waiting);
+    if (isWaiting && exists(target.get(), kept)) renameToNew(target.get(), kept, parent, name);
+    renameToNew(target.get(), isWaiting ? waiting : kept, newParent, newName);
+    errno = error;
+  }
+  removePlace(when, path);
+  refuseWithError(name + " could not be replaced:");
 }
 
 void HistoryFolder::beginBackup(int var, const std::string& name) const {

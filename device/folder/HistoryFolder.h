@@ -57,6 +57,13 @@ class HistoryFolder {
   // nothing has moved. Hard links to files in it stay valid.
   std::string setAside(int parent, const std::string& name, const std::filesystem::path& path) const;
 
+  // Puts the entry `newName` of the folder `newParent` in the place of `name` in `parent`, and keeps what was
+  // there at `path` in the entry `when`, which may be a new one. In one step where the file system knows how;
+  // elsewhere a kill in the middle leaves nothing in the place, and both whole in the history. Throws
+  // Refusal, and then nothing has moved.
+  void replace(int parent, const std::string& name, int newParent, const std::string& newName,
+               const std::string& when, const std::filesystem::path& path) const;
+
   // A name for an entry of this moment that no entry has yet.
   std::string newName() const;
 
@@ -69,6 +76,11 @@ class HistoryFolder {
   void undoBackup(int var) const;
 
  private:
+  // The folder that is to get `path` in the set-aside entry `when`, made where missing.
+  Descriptor makePlace(const std::string& when, const std::filesystem::path& path) const;
+  // Removes the folders of such a place that are empty; errno stays.
+  void removePlace(const std::string& when, const std::filesystem::path& path) const;
+
   Descriptor folder_;
 };
 

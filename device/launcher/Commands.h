@@ -42,7 +42,7 @@ int run(const Options& options, const Task* task = nullptr);
 int build(const Options& options);
 int showHistory(const Options& options);
 int restore(const Options& options);
-// import and export; `callerUmask` is taken from the modes of what is made on the host.
+// path, import, export and send; `callerUmask` is taken from the modes of what is made on the host.
 int transfer(const Options& options, mode_t callerUmask);
 
 }  // namespace device

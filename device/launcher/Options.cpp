@@ -21,23 +21,26 @@ constexpr const char* kCommands =
     "                              Build the project NAME as \"make package\" does, or with these goals, and "
     "print\n"
     "                              the host's path of each package that was made\n"
-    "  import HOSTPATH             Copy this folder into the device as a project\n"
+    "  path [NAME]                 Print the host's path of the projects, or of one\n"
+    "  import [--replace] HOSTPATH\n"
+    "                              Copy this folder into the device as a project; --replace lets it take\n"
+    "                              the place of one, which is kept in the device's history\n"
     "  export NAME HOSTPATH        Copy the project NAME, its packages included, to HOSTPATH\n"
     "  history [NAME]              List the earlier states that are kept, of all projects or of this one\n"
     "  restore NAME [WHEN] [--backup | --packages]\n"
-    "                              Bring the project NAME, its backup or its packages back, as history lists "
-    "them\n"
-    "  doctor [--quick]            Say whether a build works, and what to do where it does not; --quick "
-    "builds none\n\n"
-    "All but exec, shell and build work beside an open application, and replace nothing. HOSTPATH of an "
-    "export\n"
-    "is the folder to put the copy into, or else the copy's own new name. WHEN is a time as history prints "
-    "it,\n"
-    "or its beginning. Folders .theos and files over 64 MiB have no history.\n\n"
-    "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set "
-    "up;\n"
-    "the doctor's: 0 if a build works, otherwise 1; of import, export, restore: 0, or 1 if nothing was "
-    "copied.";
+    "                              Bring the project NAME, its backup or its packages back, as history\n"
+    "                              lists them\n"
+    "  send NAME [USER@HOST]       Copy the project's newest package to a phone and install it there\n"
+    "  doctor [--quick]            Say whether a build works, and what to do where it does not; --quick\n"
+    "                              builds none\n\n"
+    "All but exec, shell and build work beside an open application, and replace nothing without --replace.\n"
+    "HOSTPATH of an export is the folder to put the copy into, or else the copy's own new name. WHEN is a\n"
+    "time as history prints it, or its beginning. Folders .theos and files over 64 MiB have no history.\n\n"
+    "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set\n"
+    "up; the doctor's: 0 if a build works, otherwise 1; of path, import, export, restore: 0, or 1 if "
+    "nothing\n"
+    "was found or copied; of send: 0, 1 if there is no package, 2 if the phone is not reached, 3 if it\n"
+    "refuses the login, 4 if the copy fails, 5 if dpkg does.";
 
 // The words of a command that takes exactly `count`, two dashes before them aside.
 std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
@@ -103,9 +106,20 @@ void takeCommand(Options& options, std::vector<std::string> words) {
     options.action = Options::Action::Examine;
   } else if (name == "build") {
     takeBuild(options, words);
+  } else if (name == "send") {
+    const std::size_t given = words.size() == 1 ? 1 : 2;
+    words = operands(std::move(words), given, "send NAME [USER@HOST]");
+    options.action = Options::Action::Send;
+    options.project = words[0];
+    if (given == 2) options.phone = words[1];
+  } else if (name == "path") {
+    options.action = Options::Action::ShowPath;
+    if (!words.empty()) options.project = operands(std::move(words), 1, "path [NAME]").front();
   } else if (name == "import") {
     options.action = Options::Action::Import;
-    options.hostPath = operands(std::move(words), 1, "import HOSTPATH").front();
+    options.isReplacing = !words.empty() && words.front() == "--replace";
+    if (options.isReplacing) words.erase(words.begin());
+    options.hostPath = operands(std::move(words), 1, "import [--replace] HOSTPATH").front();
   } else if (name == "export") {
     words = operands(std::move(words), 2, "export NAME HOSTPATH");
     options.action = Options::Action::Export;

@@ -18,6 +18,8 @@ struct Options {
     Build,
     Import,
     Export,
+    ShowPath,
+    Send,
     History,
     Restore,
     Examine,
@@ -44,13 +46,17 @@ struct Options {
   // Execute: the command and its arguments, untouched; never empty.
   // Build: the arguments for make, its goals among them.
   std::vector<std::string> command;
-  // Build, Export, Restore: the project's name. History: the same, or empty for all.
+  // Build, Export, Send, Restore: the project's name. ShowPath, History: the same, or empty for all.
   std::string project;
   // Examine: whether to leave the trial out.
   bool isQuick = false;
   // Restore: what of the project, and the beginning of an entry's name, or empty.
   Kept kept = Kept::Project;
   std::string when;
+  // Import: whether a project of that name is replaced.
+  bool isReplacing = false;
+  // Send: [USER@]HOST, or empty for what the environment says.
+  std::string phone;
   // Import: the folder to copy. Export: where the copy goes.
   std::filesystem::path hostPath;
   // ShowText: what --help or --version prints.

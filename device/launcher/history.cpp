@@ -148,7 +148,13 @@ int bringBack(const Options& options) {
   const HistoryEntry entry = choose(history, entries, options.when, path, present.get());
   const Rights own = Rights::own();
   const Interruption interruption;
-  const Transfer transfer{device.name, Descriptor(dup(device.var.get())), own, own, 022, Interruption::check};
+  const Transfer transfer{device.name,
+                          Descriptor(dup(device.folder.get())),
+                          Descriptor(dup(device.var.get())),
+                          own,
+                          own,
+                          022,
+                          Interruption::check};
   const Transferred done = copyBack(transfer, history.open(entry, path).get(), place, options.project);
   tellLeftOut("they cannot be read or are not files", done.leftOut);
   for (const auto& remark : entry.remarks) {

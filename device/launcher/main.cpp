@@ -45,9 +45,10 @@ int main(int count, char** arguments) {
     if (options.action == Options::Action::Build) return build(options);
     if (options.action == Options::Action::History) return showHistory(options);
     if (options.action == Options::Action::Restore) return restore(options);
-    const bool copies =
-        options.action == Options::Action::Import || options.action == Options::Action::Export;
-    return copies ? transfer(options, callerUmask) : run(options);
+    const bool transfers =
+        options.action == Options::Action::Import || options.action == Options::Action::Export ||
+        options.action == Options::Action::ShowPath || options.action == Options::Action::Send;
+    return transfers ? transfer(options, callerUmask) : run(options);
   } catch (const std::exception& error) {
     std::cerr << "tweakbench: " << error.what() << "\n";
     return kFailed;

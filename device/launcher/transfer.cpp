@@ -1,11 +1,14 @@
-// import and export.
+// path, import, export and send.
 #include "device/transfer/Transfer.h"
 
 #include "device/Refusal.h"
 #include "device/Visible.h"
+#include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
+#include "device/folder/Packages.h"
 #include "device/launcher/Commands.h"
 #include "device/sandbox/Interruption.h"
+#include "device/transfer/Send.h"
 
 #include <algorithm>
 #include <grp.h>
@@ -29,8 +32,8 @@ Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
   const auto calling = callingAccount(caller);
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
   const fs::path device = deviceOf(options, caller, account);
-  // An export makes no device.
-  if (options.action == Options::Action::Export) requireDevice(device);
+  // Only an import makes a device.
+  if (options.action != Options::Action::Import) requireDevice(device);
   Descriptor folder;
   if (geteuid() == 0) {
     folder = openFolderForAccount(device, caller, calling.has_value(), account);
@@ -43,7 +46,36 @@ Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
   const RightsAfterwards backToHost(host);
   const Rights inDevice{account.user, account.group};
   inDevice.assume();
-  return {device, openVar(folder.get(), device), host, inDevice, callerUmask, Interruption::check};
+  Descriptor var = openVar(folder.get(), device);
+  return {device, std::move(folder), std::move(var), host, inDevice, callerUmask, Interruption::check};
+}
+
+// Why what is copied may be left out.
+constexpr const char* kLeftOut =
+    "they are not files, lead out of the project, or are packages that are there already";
+
+void import(const Transfer& prepared, const Options& options) {
+  const Transferred done =
+      importProject(prepared, options.hostPath, options.isReplacing ? Existing::Replaced : Existing::Refused);
+  tellLeftOut(kLeftOut, done.leftOut);
+  if (!done.warning.empty()) std::cerr << "tweakbench: " << done.warning << "\n";
+  std::cout << "The project " << done.what << " is in the device."
+            << (done.kept.empty() ? "" : " What it was is kept in " + done.kept.string() + ".") << std::endl;
+}
+
+void exportTo(const Transfer& prepared, const Options& options) {
+  const Transferred done = exportProject(prepared, options.project, options.hostPath);
+  tellLeftOut(kLeftOut, done.leftOut);
+  std::cout << "The project is at " << visible(done.what) << "." << std::endl;
+}
+
+void showPath(const Transfer& prepared, const Options& options) {
+  prepared.inDevice.assume();
+  if (!options.project.empty()) requireProject(prepared.var.get(), options.project);
+  if (!openFolderBeneath(prepared.var.get(), kProjects))
+    refuseWithError("The device's folder of projects cannot be opened:");
+  const fs::path projects = prepared.device / "var" / kProjects;
+  std::cout << (options.project.empty() ? projects : projects / options.project).string() << std::endl;
 }
 
 }  // namespace
@@ -57,18 +89,16 @@ void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut
 }
 
 int transfer(const Options& options, mode_t callerUmask) {
+  const Environment caller = callerEnvironment();
+  const Phone phone = options.action == Options::Action::Send ? phoneFor(options.phone, caller) : Phone();
   const Transfer prepared = prepareTransfer(options, callerUmask);
-  const bool isImport = options.action == Options::Action::Import;
   try {
     const RightsAfterwards backToHost(prepared.host);
     const Interruption interruption;
-    const Transferred done = isImport ? importProject(prepared, options.hostPath)
-                                      : exportProject(prepared, options.project, options.hostPath);
-    tellLeftOut("they are not files, lead out of the project, or are packages that are there already",
-                done.leftOut);
-    std::cout << (isImport ? "The project " + done.what + " is in the device."
-                           : "The project is at " + visible(done.what) + ".")
-              << std::endl;
+    if (options.action == Options::Action::Import) import(prepared, options);
+    if (options.action == Options::Action::Export) exportTo(prepared, options);
+    if (options.action == Options::Action::ShowPath) showPath(prepared, options);
+    if (options.action == Options::Action::Send) return sendPackage(prepared, options.project, phone, caller);
     return 0;
   } catch (const Interrupted& interrupted) {
     raise(interrupted.signal);

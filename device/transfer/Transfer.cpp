@@ -4,10 +4,13 @@
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/HistoryFolder.h"
 #include "device/folder/Packages.h"
+#include "device/transfer/FixedTheos.h"
 
 #include <algorithm>
 #include <fcntl.h>
+#include <optional>
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,6 +22,7 @@ namespace fs = std::filesystem;
 
 // On the same file system as the projects, and not one of them.
 constexpr const char* kBesideProjects = "Tweakyard";
+constexpr std::size_t kLongestMakefile = 1 << 20;
 
 fs::path pathOf(int folder) {
   return fs::read_symlink("/proc/self/fd/" + std::to_string(folder));
@@ -93,6 +97,15 @@ class Unfinished {
     folder_.close();
   }
 
+  // The same where something has that name, which is kept in the entry `when` of the history.
+  void replace(int parent, const std::string& name, mode_t mode, const HistoryFolder& history,
+               const std::string& when) {
+    rights_.assume();
+    if (fchmod(folder_.get(), mode) != 0) refuseWithError("The copy could not be made:");
+    history.replace(parent, name, parent_, name_, when, fs::path(folderInHistory(Kept::Project)) / name);
+    folder_.close();
+  }
+
  private:
   int parent_;
   std::string name_;
@@ -130,24 +143,37 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
 // Moves the packages of a project that comes in to where builds of the application put them: a failed build
 // would take those that lie in the project for its own. Packages of the same names that are there already
 // stay instead. Returns what is left out.
-std::vector<std::string> movePackagesOut(const Transfer& transfer, const std::string& name, int copy) {
-  const Descriptor from = openFolderBeneath(copy, kOwnPackages);
-  if (!from) return {};
+std::vector<std::string> movePackages(const Transfer& transfer, const std::string& name, int from) {
   const fs::path path = fs::path(kPackages) / name;
   makeFolderBeneath(transfer.var.get(), path);
   const Descriptor to = openFolderBeneath(transfer.var.get(), path);
   std::vector<std::string> leftOut;
-  for (const auto& each : namesIn(from.get()).value_or(std::vector<std::string>())) {
-    if (!to || !renameToNew(from.get(), each, to.get(), each))
+  for (const auto& each : namesIn(from).value_or(std::vector<std::string>())) {
+    if (!to || !renameToNew(from, each, to.get(), each))
       leftOut.push_back(std::string(kOwnPackages).append("/").append(each));
   }
-  if (!removeBeneath(copy, kOwnPackages)) refuseWithError("The packages could not be moved:");
   return leftOut;
+}
+
+// What keeps a project that comes in from building.
+std::string warningAbout(const Transfer& transfer, int project) {
+  for (const char* name : {"GNUmakefile", "makefile", "Makefile"}) {
+    const auto makefile = readBeneath(project, name, kLongestMakefile);
+    if (!makefile) continue;
+    const auto fixed = fixedTheos(*makefile);
+    if (!fixed || mayBeInDevice(fixed->place, transfer.var.get())) break;
+    return "Line " + std::to_string(fixed->line) + " of its " + name + " sets THEOS to " +
+           visible(fixed->place) +
+           ", which is not in the device: no build will find Theos. With \"THEOS ?=\" the project builds "
+           "here and "
+           "there.";
+  }
+  return {};
 }
 
 }  // namespace
 
-Transferred importProject(const Transfer& transfer, const fs::path& source) {
+Transferred importProject(const Transfer& transfer, const fs::path& source, Existing existing) {
   transfer.host.assume();
   const Descriptor from = openHostFolder(source);
   const std::string name = nameOf(from.get(), source);
@@ -161,14 +187,41 @@ Transferred importProject(const Transfer& transfer, const fs::path& source) {
   makeFolderBeneath(transfer.var.get(), kProjects);
   const Descriptor projects = openProjects(transfer, kProjects);
   const Descriptor beside = openProjects(transfer, kBesideProjects);
-  if (exists(projects.get(), name)) throw Refusal("There is a project " + name + " in the device already.");
+  const bool isReplaced = existing == Existing::Replaced && exists(projects.get(), name);
+  if (!isReplaced && exists(projects.get(), name)) {
+    throw Refusal("There is a project " + name + " in the device already; import --replace replaces it.");
+  }
+  Transferred done{name};
   Unfinished copy(beside.get(), ".import-", transfer.inDevice);
-  auto leftOut = copyTree({from.get(), transfer.host}, {copy.folder(), transfer.inDevice},
+  done.leftOut = copyTree({from.get(), transfer.host}, {copy.folder(), transfer.inDevice},
                           {CopiedLinks::All, 022, transfer.pause});
   transfer.inDevice.assume();
-  for (auto& each : movePackagesOut(transfer, name, copy.folder())) leftOut.push_back(std::move(each));
-  copy.finish(projects.get(), name, 0755);
-  return {name, std::move(leftOut)};
+  done.warning = warningAbout(transfer, copy.folder());
+  // Out of the project before it is there.
+  const Unfinished aside(beside.get(), ".import-", transfer.inDevice);
+  const bool hasPackages = openFolderBeneath(copy.folder(), kOwnPackages) &&
+                           renameat(copy.folder(), kOwnPackages, aside.folder(), kOwnPackages) == 0;
+
+  std::optional<HistoryFolder> history;
+  if (existing == Existing::Replaced) history.emplace(transfer.folder.get());
+  const std::string when = history ? history->newName() : std::string();
+  if (isReplaced) {
+    copy.replace(projects.get(), name, 0755, *history, when);
+    done.kept = transfer.device / "history/set-aside" / when;
+  } else {
+    copy.finish(projects.get(), name, 0755);
+  }
+  if (!hasPackages) return done;
+  const Descriptor built = openFolderBeneath(transfer.var.get(), kPackages);
+  if (history && built && exists(built.get(), name)) {
+    history->replace(built.get(), name, aside.folder(), kOwnPackages, when,
+                     fs::path(folderInHistory(Kept::Packages)) / name);
+    done.kept = transfer.device / "history/set-aside" / when;
+  } else {
+    const Descriptor packages = openFolderBeneath(aside.folder(), kOwnPackages);
+    for (auto& each : movePackages(transfer, name, packages.get())) done.leftOut.push_back(std::move(each));
+  }
+  return done;
 }
 
 Transferred copyBack(const Transfer& transfer, int source, const fs::path& place, const std::string& name) {

@@ -16,6 +16,8 @@ namespace device {
 struct Transfer {
   // DEVICE, for messages and to keep the host's side out of it.
   std::filesystem::path device;
+  // The same, opened.
+  Descriptor folder;
   // DEVICE/var, as openVar() gives it.
   Descriptor var;
   // Who called, and whom the device belongs to.
@@ -27,17 +29,25 @@ struct Transfer {
   std::function<void()> pause;
 };
 
+enum class Existing { Refused, Replaced };
+
 struct Transferred {
   // Import: the project's name. Export: where the copy is.
   std::string what;
   // As from copyTree(), and packages that had no place.
-  std::vector<std::string> leftOut;
+  std::vector<std::string> leftOut = {};
+  // Import: where what it replaced is kept; empty where it replaced nothing.
+  std::filesystem::path kept = {};
+  // Import: a sentence on what keeps the project from building in the device, or nothing.
+  std::string warning = {};
 };
 
 // Makes a copy of the folder `source` of the host a project of the same name. Links come along as they are:
 // in the device they lead to nothing else. Its "packages" go to where exportProject() takes packages from;
-// those whose names are taken there are left out. Throws Refusal.
-Transferred importProject(const Transfer& transfer, const std::filesystem::path& source);
+// those whose names are taken there are left out. A project that is there already, and its packages where new
+// ones come in, are refused or replaced in one step each and kept in the device's history. Throws Refusal.
+Transferred importProject(const Transfer& transfer, const std::filesystem::path& source,
+                          Existing existing = Existing::Refused);
 
 // Copies the folder `source` of the history into the folder `place` of DEVICE/var, as `name` or, where that is
 // there, NAME-1 and so on, and returns that. What cannot be read is left out. Throws Refusal.

@@ -52,6 +52,10 @@ TEST(Options, OptionsReachTheRequestAndCopiesNameTheirEnds) {
   const Options in = parse({"--device", "d", "import", "--", "--odd"});
   EXPECT_EQ(in.action, Options::Action::Import);
   EXPECT_EQ(in.hostPath, "--odd");
+  EXPECT_FALSE(in.isReplacing);
+  EXPECT_TRUE(parse({"import", "--replace", "a"}).isReplacing);
+  EXPECT_EQ(parse({"path"}).project, "");
+  EXPECT_EQ(parse({"path", "a b"}).project, "a b");
   const Options out = parse({"export", "My", "a b"});
   EXPECT_EQ(out.action, Options::Action::Export);
   EXPECT_EQ(out.project, "My");
@@ -78,14 +82,26 @@ TEST(Options, ABuildHandsVariablesAndGoalsToMake) {
 
 TEST(Options, NonsenseIsRefusedWithItsReason) {
   const std::pair<Words, const char*> rows[] = {
-      {{"exec"}, "exec needs a command"},        {{"exec", "--"}, "exec needs a command"},
-      {{"shell", "x"}, "shell takes no"},        {{"open"}, "no command open"},
-      {{"--devise", "x"}, "no option --devise"}, {{"--device"}, "--device"},
-      {{"--device", ""}, "needs a folder"},      {{"--theos", ""}, "needs a folder"},
-      {{"import"}, "import HOSTPATH"},           {{"import", "a", "b"}, "import HOSTPATH"},
-      {{"import", ""}, "import HOSTPATH"},       {{"export", "a"}, "export NAME HOSTPATH"},
-      {{"build"}, "build NAME"},                 {{"build", "--", "clean"}, "build NAME"},
-      {{"build", "P", "clean"}, "goals come"},   {{"build", "P", "-j=2"}, "goals come"},
+      {{"exec"}, "exec needs a command"},
+      {{"exec", "--"}, "exec needs a command"},
+      {{"shell", "x"}, "shell takes no"},
+      {{"open"}, "no command open"},
+      {{"--devise", "x"}, "no option --devise"},
+      {{"--device"}, "--device"},
+      {{"--device", ""}, "needs a folder"},
+      {{"--theos", ""}, "needs a folder"},
+      {{"import"}, "import [--replace] HOSTPATH"},
+      {{"import", "a", "b"}, "import [--replace] HOSTPATH"},
+      {{"import", ""}, "import [--replace] HOSTPATH"},
+      {{"export", "a"}, "export NAME HOSTPATH"},
+      {{"build"}, "build NAME"},
+      {{"build", "--", "clean"}, "build NAME"},
+      {{"build", "P", "clean"}, "goals come"},
+      {{"build", "P", "-j=2"}, "goals come"},
+      {{"send"}, "send NAME [USER@HOST]"},
+      {{"send", "P", ""}, "send NAME [USER@HOST]"},
+      {{"path", ""}, "path [NAME]"},
+      {{"import", "--replace"}, "import [--replace] HOSTPATH"},
       {{"doctor", "now"}, "doctor [--quick]"},
       {{"doctor", "--quick", "now"}, "doctor [--quick]"},
   };

@@ -2,6 +2,7 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/sandbox/Interruption.h"
+#include "device/transfer/Send.h"
 #include "device/transfer/Transfer.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
@@ -48,8 +49,9 @@ class TransferTest : public testing::Test {
   }
 
   Transfer transfer(std::function<void()> pause = {}) {
-    return {device.path(), openVar(openOrMakeFolder(device.path()).get(), device.path()),
-            Rights::own(), Rights::own(),
+    Descriptor folder = openOrMakeFolder(device.path());
+    Descriptor var = openVar(folder.get(), device.path());
+    return {device.path(), std::move(folder), std::move(var), Rights::own(), Rights::own(),
             022,           std::move(pause)};
   }
   void expectNoImport(const std::string& path, const std::string& reason, std::function<void()> pause = {}) {
@@ -128,6 +130,77 @@ TEST_F(TransferTest, PackagesComeInToWhereTheyGoOutFrom) {
   EXPECT_EQ(importProject(transfer(), home / "Q").leftOut, std::vector<std::string>{"packages/old.deb"});
   EXPECT_TRUE(treeAt(project("Q")).empty());
   EXPECT_FALSE(fs::exists(home / "P/old.deb"));
+}
+
+TEST_F(TransferTest, AReplacedProjectIsKeptWhole) {
+  const auto again = [this] { return importProject(transfer(), home / "P", Existing::Replaced); };
+  putFile(home / "P/new", "1");
+  EXPECT_EQ(again().kept, "") << "there was none";
+  putFile(project("P/old"), "of the device");
+  fs::create_symlink("/etc/passwd", project("P/link"));
+  ASSERT_EQ(chmod(project("P/old").c_str(), 0), 0);
+  const auto before = treeAt(project("P"));
+  putFile(device / "var/mobile/Documents/Tweakbench/P/built.deb", "");
+  const fs::path kept = again().kept;
+  EXPECT_EQ(kept.parent_path(), device / "history/set-aside");
+  EXPECT_EQ(treeAt(kept), (Tree{{"Projects", fs::is_directory(kept / "Projects") ? "040755 " : ""},
+                                {"Projects/P", "040755 "},
+                                {"Projects/P/link", before.at("link")},
+                                {"Projects/P/new", before.at("new")},
+                                {"Projects/P/old", before.at("old")}}));
+  EXPECT_EQ(treeAt(project("P")), (Tree{{"new", "100644 1"}}));
+  EXPECT_TRUE(fs::exists(device / "var/mobile/Documents/Tweakbench/P/built.deb")) << "none came in its place";
+
+  putFile(home / "P/packages/in.deb", "");
+  const fs::path second = again().kept;
+  EXPECT_NE(second, kept) << "in the same second";
+  EXPECT_EQ(treeAt(device / "var/mobile/Documents/Tweakbench/P"), (Tree{{"in.deb", "100644 "}}));
+  EXPECT_TRUE(fs::exists(second / "Tweakbench/P/built.deb"));
+  EXPECT_EQ(treeAt(device / "var/Tweakyard").size(), 3U) << "nothing is left of the copy";
+  expectNoImport(home / "P", "import --replace replaces it");
+}
+
+TEST_F(TransferTest, AMakefileThatFixesTheosElsewhereIsToldOf) {
+  putFile(device / "var/theos/makefiles/common.mk", "");
+  const std::pair<const char*, int> rows[] = {
+      {"THEOS = /home/me/theos\n", 1},
+      {"# mine\nexport THEOS=/home/me/theos # here\ninclude $(THEOS)/makefiles/common.mk\n", 2},
+      {"override export THEOS := ~/theos", 1},
+      {"THEOS ::= $(HOME)/theos/\n", 1},
+      {"THEOS = /opt/theos\nTHEOS=/private/var/none\n", 2},
+      {"THEOS = /opt/theos/\n", 0},
+      {"THEOS=/home/me/theos\nTHEOS = /var/theos\n", 0},
+      {"export THEOS = /private/var/theos\r\n", 0},
+      {"THEOS ?= /home/me/theos\n", 0},
+      {"ifndef THEOS\n  export THEOS = /home/me/theos\nendif\n", 0},
+      {"ifeq ($(THEOS),)\nifdef X\nendif\nTHEOS = /home/me/theos\nelse\nendif\n", 0},
+      {"THEOS = $(shell pwd)/theos\nTHEOS_DEVICE_IP = /x\nTHEOSX=/y\nall:\n\tTHEOS=/z true\n", 0},
+      {"THEOS = theos", 0},
+  };
+  for (const auto& [makefile, line] : rows) {
+    putFile(home / "P/Makefile", makefile);
+    const std::string warning = importProject(transfer(), home / "P", Existing::Replaced).warning;
+    EXPECT_EQ(warning.starts_with("Line " + std::to_string(line) + " of its Makefile sets THEOS to "),
+              line > 0)
+        << makefile << warning;
+  }
+}
+
+TEST(Phones, AreNamedAsTheosNamesThemAndNeverTakenForOptions) {
+  const Environment theos{
+      {"THEOS_DEVICE_IP", "10.0.0.2"}, {"THEOS_DEVICE_PORT", "2222"}, {"THEOS_DEVICE_USER", "mobile"}};
+  const auto phone = [](const std::string& typed, const Environment& caller) {
+    const Phone found = phoneFor(typed, caller);
+    return found.user + " " + found.host + " " + found.port;
+  };
+  EXPECT_EQ(phone("", theos), "mobile 10.0.0.2 2222");
+  EXPECT_EQ(phone("phone.local", {}), "root phone.local ");
+  EXPECT_EQ(phone("me@[fe80::1%eth0]", theos), "me fe80::1%eth0 2222");
+  for (const char* typed :
+       {"-oProxyCommand=x", "me@-x", "-l@phone", "@phone", "me@", "a b", "me@a;b", "$(x)@phone"})
+    expectRefusal([typed] { phoneFor(typed, {}); }, "is not the name of a");
+  expectRefusal([] { phoneFor("", {}); }, "Which phone");
+  expectRefusal([] { phoneFor("phone", {{"THEOS_DEVICE_PORT", "22 -x"}}); }, "not a port");
 }
 
 TEST_F(TransferTest, APathLeadsWhereItLeadsForEverybodyElse) {

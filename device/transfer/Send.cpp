@@ -1,0 +1,244 @@
+#include "device/transfer/Send.h"
+
+#include "device/Refusal.h"
+#include "device/Visible.h"
+#include "device/folder/Beneath.h"
+#include "device/folder/Packages.h"
+#include "device/sandbox/HostPrograms.h"
+#include "device/sandbox/Interruption.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fcntl.h>
+#include <filesystem>
+#include <iostream>
+#include <poll.h>
+#include <random>
+#include <signal.h>
+#include <sstream>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+
+constexpr std::size_t kLongestLog = 1 << 16;
+// ssh's own failures; the others are the remote command's.
+constexpr int kSshFailed = 255;
+// Where scp finds the package, which is opened by nobody's name.
+constexpr int kPackageDescriptor = 3;
+
+// Where a program's streams lead; -1 leaves the launcher's own.
+struct Streams {
+  int output = -1;
+  int errors = -1;
+  int package = -1;
+};
+
+// Returns the status as a shell tells it. Where the launcher is to end, the program ends first.
+int runProgram(const fs::path& program, const Words& arguments, const Streams& streams) {
+  const std::string path = program;
+  std::vector<char*> words{const_cast<char*>(path.c_str())};
+  for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  const pid_t child = fork();
+  if (child < 0) refuseWithError("No process could be started:");
+  if (child == 0) {
+    if (streams.output >= 0) dup2(streams.output, STDOUT_FILENO);
+    if (streams.errors >= 0) dup2(streams.errors, STDERR_FILENO);
+    if (streams.package == kPackageDescriptor) fcntl(streams.package, F_SETFD, 0);
+    if (streams.package >= 0) dup2(streams.package, kPackageDescriptor);
+    execv(words[0], words.data());
+    _exit(127);
+  }
+  const Descriptor end(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  int status = 0;
+  pollfd watched{end.get(), POLLIN, 0};
+  while (waitpid(child, &status, WNOHANG) == 0) {
+    poll(&watched, 1, end ? -1 : 100);
+    try {
+      Interruption::check();
+    } catch (const Interrupted&) {
+      kill(child, SIGTERM);
+      waitpid(child, &status, 0);
+      throw;
+    }
+  }
+  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+// One connection that ssh and scp share, so that a password is asked for once. It ends with the object.
+class Connection {
+ public:
+  Connection(const Phone& phone, const Environment& caller)
+      : phone_(phone), ssh_(findProgram(caller, "ssh")), scp_(findProgram(caller, "scp")) {
+    if (ssh_.empty() || scp_.empty())
+      throw Refusal("ssh and scp are not installed; install them with \"apt install openssh-client\".");
+    // Short, for the name of a socket.
+    char folder[] = "/tmp/tweakbench-send-XXXXXX";
+    if (mkdtemp(folder) == nullptr) refuseWithError("No folder could be made for the connection:");
+    folder_ = folder;
+    nothing_ = Descriptor(open("/dev/null", O_RDWR | O_CLOEXEC));
+  }
+  ~Connection() {
+    try {
+      Words words = options();
+      words.insert(words.end(), {"-O", "exit", "--", phone_.host});
+      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, {nothing_.get(), nothing_.get()});
+    } catch (const std::exception&) {
+    } catch (const Interrupted&) {
+    }
+    std::error_code error;
+    fs::remove_all(folder_, error);
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Returns 0, or says why not and returns a SendStatus.
+  int establish() const {
+    Words words = options();
+    // In the background it must not hold the caller's streams; what it has to say goes to a file.
+    words.insert(words.end(),
+                 {"-M", "-N", "-f", "-E", (folder_ / "log").string(), "-o", "ControlPersist=60", "-o",
+                  "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host});
+    if (runProgram(ssh_, words, {nothing_.get(), nothing_.get()}) == 0) return 0;
+    const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string log = visible(readBeneath(folder.get(), "log", kLongestLog).value_or(""), "\n\t");
+    std::cerr << log;
+    if (log.find("Host key verification failed") != std::string::npos ||
+        log.find("IDENTIFICATION HAS CHANGED") != std::string::npos) {
+      std::cerr
+          << "tweakbench: The key of " << phone_.host
+          << " is not known or has changed; connect to it once with ssh and see whether it is your phone.\n";
+      return kLoginRefused;
+    }
+    if (log.find("Permission denied") != std::string::npos ||
+        log.find("Too many authentication") != std::string::npos) {
+      std::cerr << "tweakbench: " << phone_.host << " refused the login of " << phone_.user
+                << "; see whether \"ssh " << phone_.user << "@" << phone_.host << "\" works.\n";
+      return kLoginRefused;
+    }
+    std::cerr << "tweakbench: " << phone_.host
+              << " cannot be reached; see whether the phone is awake, in this network, and runs OpenSSH.\n";
+    return kUnreachable;
+  }
+
+  // By the old protocol of scp, since phones often have an SSH server without sftp.
+  int copy(const Descriptor& package, const std::string& target) const {
+    Words words = options();
+    const bool isAddress = phone_.host.find(':') != std::string::npos;
+    words.insert(words.end(), {"-O", "--", "/proc/self/fd/" + std::to_string(kPackageDescriptor),
+                               (isAddress ? "[" + phone_.host + "]:" : phone_.host + ":") + target});
+    return runProgram(scp_, words, {STDERR_FILENO, -1, package.get()});
+  }
+
+  int command(const std::string& line, bool onTerminal) const {
+    Words words = options();
+    words.insert(words.end(), {onTerminal ? "-t" : "-T", "--", phone_.host, line});
+    return runProgram(ssh_, words, {});
+  }
+
+ private:
+  // What holds for ssh and scp; the user's own configuration has the rest.
+  Words options() const {
+    Words words{"-o", "ControlPath=" + (folder_ / "socket").string(),
+                "-o", "RemoteCommand=none",
+                "-o", "User=" + phone_.user};
+    if (!phone_.port.empty()) words.insert(words.end(), {"-o", "Port=" + phone_.port});
+    return words;
+  }
+
+  Phone phone_;
+  fs::path ssh_;
+  fs::path scp_;
+  fs::path folder_;
+  Descriptor nothing_;
+};
+
+// A name that nobody on the phone can have put a link at.
+std::string nameOnPhone() {
+  std::random_device random;
+  std::ostringstream name;
+  name << "/tmp/tweakbench-" << std::hex << random() << random() << ".deb";
+  return name.str();
+}
+
+bool isMadeOf(const std::string& text, const char* others) {
+  return !text.empty() && text.front() != '-' &&
+         std::all_of(text.begin(), text.end(), [others](unsigned char one) {
+           return std::isalnum(one) != 0 ||
+                  (one != '\0' &&
+                   std::string_view(others).find(static_cast<char>(one)) != std::string_view::npos);
+         });
+}
+
+}  // namespace
+
+Phone phoneFor(const std::string& typed, const Environment& caller) {
+  const auto at = typed.rfind('@');
+  Phone phone;
+  phone.host = at == std::string::npos ? typed : typed.substr(at + 1);
+  phone.user =
+      at == std::string::npos ? lookUp(caller, "THEOS_DEVICE_USER").value_or("root") : typed.substr(0, at);
+  phone.port = lookUp(caller, "THEOS_DEVICE_PORT").value_or("");
+  if (typed.empty()) {
+    phone.host = lookUp(caller, "THEOS_DEVICE_IP").value_or("");
+    if (phone.host.empty()) throw Refusal("Which phone? Give USER@HOST, or set THEOS_DEVICE_IP.");
+  }
+  if (phone.host.starts_with('[') && phone.host.ends_with(']'))
+    phone.host = phone.host.substr(1, phone.host.size() - 2);
+  if (!isMadeOf(phone.host, "._-:%"))
+    throw Refusal("\"" + visible(phone.host) + "\" is not the name of a host.");
+  if (!isMadeOf(phone.user, "._-"))
+    throw Refusal("\"" + visible(phone.user) + "\" is not the name of a user.");
+  const bool isPort =
+      phone.port.size() <= 5 && phone.port.find_first_not_of("0123456789") == std::string::npos;
+  if (!isPort) throw Refusal("THEOS_DEVICE_PORT is \"" + visible(phone.port) + "\", which is not a port.");
+  return phone;
+}
+
+int sendPackage(const Transfer& transfer, const std::string& project, const Phone& phone,
+                const Environment& caller) {
+  transfer.inDevice.assume();
+  requireProject(transfer.var.get(), project);
+  std::string name;
+  const Descriptor package = openNewestPackage(transfer.var.get(), project, name);
+  if (!package) throw Refusal("The project " + project + " has no package; tweakbench build makes one.");
+  transfer.host.assume();
+  const Connection connection(phone, caller);
+  std::cerr << "tweakbench: Sending " << name << " to " << phone.user << "@" << phone.host << ".\n";
+  if (const int status = connection.establish(); status != 0) return status;
+  const std::string target = nameOnPhone();
+  if (connection.copy(package, target) != 0) {
+    connection.command("rm -f " + target, false);
+    std::cerr << "tweakbench: The package could not be copied to " << phone.host
+              << "; see what scp says above.\n";
+    return kNotCopiedToPhone;
+  }
+  const bool isRoot = phone.user == "root";
+  // sudo may ask for a password.
+  const bool onTerminal = !isRoot && isatty(STDIN_FILENO) != 0;
+  // In a shell that is known, whatever the user's own is there.
+  const int status = connection.command(std::string("exec sh -c '") + (isRoot ? "" : "sudo ") + "dpkg -i " +
+                                            target + "; status=$?; rm -f " + target + "; exit $status'",
+                                        onTerminal);
+  if (status == 0) {
+    std::cerr << "tweakbench: " << name << " is installed on " << phone.host << ".\n";
+    return 0;
+  }
+  if (status == kSshFailed) {
+    std::cerr << "tweakbench: The connection to " << phone.host
+              << " broke while the package was installed.\n";
+    return kUnreachable;
+  }
+  std::cerr << "tweakbench: " << name << " could not be installed: " << (isRoot ? "dpkg" : "sudo or dpkg")
+            << " on " << phone.host
+            << (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) << ".\n";
+  return kNotInstalled;
+}
+
+}  // namespace device
