@@ -2,15 +2,21 @@
 
 #include "core/TemporaryName.h"
 #include "device/Refusal.h"
+#include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/HistoryFolder.h"
 #include "device/folder/ProgramLinks.h"
 #include "device/folder/ShippedFiles.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fcntl.h>
+#include <iostream>
+#include <linux/openat2.h>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace device {
@@ -23,6 +29,10 @@ constexpr const char* kShipped = "shipped";
 constexpr const char* kUserPrograms = "usr-bin";
 constexpr const char* kShellPrograms = "bin";
 constexpr const char* kApplicationFolder = "Tweakbench.app";
+constexpr const char* kConverter = "ftt";
+// Many times what a host has.
+constexpr std::size_t kMostPrograms = 100'000;
+constexpr const char* kBesideProjects = "Tweakyard";
 constexpr const char* kProjectsFolder = "Tweakyard/Projects";
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
@@ -139,6 +149,19 @@ Descriptor openFolderForAccount(const fs::path& path, const Environment& caller,
     if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
       throw Refusal("The folder " + path.string() + " is root's and not empty; give --device a new folder.");
     }
+    // A link that somebody else planted could lead to any empty folder of root's.
+    open_how plain{};
+    plain.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    plain.resolve = RESOLVE_NO_SYMLINKS;
+    const std::string typed = fs::absolute(path).lexically_normal();
+    const Descriptor direct(
+        static_cast<int>(syscall(SYS_openat2, AT_FDCWD, typed.c_str(), &plain, sizeof plain)));
+    struct stat reached {};
+    if (!direct || fstat(direct.get(), &reached) != 0 || reached.st_dev != status.st_dev ||
+        reached.st_ino != status.st_ino) {
+      throw Refusal("The folder " + path.string() +
+                    " is root's and reached through a link; give --device its own path.");
+    }
     if (fchown(folder.get(), account.user, account.group) != 0)
       refuseWithError("The device could not be given away:");
   }
@@ -148,7 +171,8 @@ Descriptor openFolderForAccount(const fs::path& path, const Environment& caller,
 Descriptor openVar(int folder, const fs::path& name) {
   refuseForeignFolder(folder, name);
   // Makes a new folder a device, which the next start completes.
-  openLock(folder, name);
+  if (!makeLock(folder) && errno != EROFS)
+    refuseWithError("The device " + name.string() + " could not be locked:");
   return openTop(folder, "var", name);
 }
 
@@ -159,11 +183,10 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   applications_ = openTop(folder_.get(), "Applications", name_);
   var_ = openTop(folder_.get(), "var", name_);
   userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  replaceOverfullPrograms();
   shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
-  // Where a build put links in the place of folders, they stay what they are, and the application does
-  // without.
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
-    makeFolderBeneath(var_.get(), standard);
+    repairFolder(var_.get(), "var", standard);
   removeLeftovers();
   if (contents.locale) refreshPreferences(*contents.locale);
   refreshLinks(kUserPrograms);
@@ -197,6 +220,15 @@ void DeviceFolder::removeLeftovers() const {
     }
   };
   sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
+  // What a killed import left; a living one holds its lock.
+  const Descriptor beside = openFolderBeneath(var_.get(), kBesideProjects);
+  const auto imports = beside ? namesIn(beside.get()) : std::nullopt;
+  for (const auto& name : imports.value_or(std::vector<std::string>())) {
+    if (!name.starts_with(".import-")) continue;
+    const Descriptor unfinished = openFolderBeneath(beside.get(), name);
+    if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
+      setAside(beside.get(), fs::path("var") / kBesideProjects, name);
+  }
   const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
   const auto names = projects ? namesIn(projects.get()) : std::nullopt;
   for (const auto& name : names.value_or(std::vector<std::string>()))
@@ -221,18 +253,77 @@ void DeviceFolder::refreshPreferences(const std::string& locale) const {
     writeAtomically(folder_.get(), kLocaleRecord, locale, 0644);
 }
 
+void DeviceFolder::setAside(int parent, const fs::path& shown, const std::string& name) const {
+  try {
+    const std::string entry = HistoryFolder(folder_.get()).setAside(parent, name, shown / name);
+    std::cerr << "tweakbench: " << visible((shown / name).string()) << " was in the device's way; it is now "
+              << visible((name_ / "history/set-aside" / entry / shown / name).string()) << ".\n";
+  } catch (const Refusal& refusal) {
+    std::cerr << "tweakbench: " << visible((shown / name).string())
+              << " is in the device's way and could not be set aside: " << refusal.what() << "\n";
+  }
+}
+
+bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& path) const {
+  Descriptor parent = openFolderBeneath(top, ".");
+  fs::path sofar = shown;
+  bool isNew = false;
+  for (const auto& part : path) {
+    if (!parent) return false;
+    struct stat status {};
+    bool isThere = fstatat(parent.get(), part.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    if (isThere && !S_ISDIR(status.st_mode)) {
+      setAside(parent.get(), sofar, part);
+      isThere = false;
+    }
+    isNew = !isThere && mkdirat(parent.get(), part.c_str(), 0755) == 0;
+    // A build may have closed it, or left rules for what is made in the folder above. Nothing of the device
+    // runs now, so that it is the folder still.
+    const bool isOpen = isThere && (status.st_mode & S_IRWXU) == S_IRWXU;
+    if ((isThere || isNew) && !isOpen) fchmodat(parent.get(), part.c_str(), 0755, 0);
+    parent = openFolderBeneath(parent.get(), part);
+    sofar /= part;
+  }
+  return isNew;
+}
+
+// Each start would look at every entry. The converter is the one program that the device needs there.
+void DeviceFolder::replaceOverfullPrograms() {
+  struct TooMany {};
+  std::size_t count = 0;
+  try {
+    namesIn(userPrograms_.get(), [&count] {
+      if (++count > kMostPrograms) throw TooMany();
+    });
+    return;
+  } catch (const TooMany&) {
+  }
+  const Descriptor before = std::move(userPrograms_);
+  setAside(folder_.get(), {}, kUserPrograms);
+  userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  struct stat status {};
+  if (fstatat(before.get(), kConverter, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode))
+    renameat(before.get(), kConverter, userPrograms_.get(), kConverter);
+}
+
 void DeviceFolder::refreshLinks(const std::string& programs) const {
   const Descriptor folder = openFolderBeneath(folder_.get(), programs);
   const std::string record = programs + ".state";
   const std::string state = stateOfLinks(folder.get());
   if (!state.empty() && readBeneath(folder_.get(), record, 4096) == state) return;
-  putLinks(folder.get(), hostProgramLinks());
+  const std::size_t missing = putLinks(folder.get(), hostProgramLinks(), [&](const std::string& name) {
+    setAside(folder.get(), programs, name);
+  });
+  if (missing > 0) {
+    std::cerr << "tweakbench: " << missing
+              << " links to the host's programs could not be made: " << std::strerror(errno) << ".\n";
+  }
   writeAtomically(folder_.get(), record, stateOfLinks(folder.get()), 0644);
 }
 
 void DeviceFolder::refreshApplication(const fs::path& shipped) const {
   mkdirat(folder_.get(), kShipped, 0755);
-  const bool isNew = mkdirat(applications_.get(), kApplicationFolder, 0755) == 0;
+  const bool isNew = repairFolder(applications_.get(), "Applications", kApplicationFolder);
   const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);
   if (!application) return;
   const Descriptor programs = openFolderBeneath(folder_.get(), kUserPrograms);

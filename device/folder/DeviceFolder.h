@@ -68,6 +68,12 @@ class DeviceFolder {
  private:
   void lock();
   void removeLeftovers() const;
+  // Moves the entry `name` of `parent`, which messages call `shown`, into the history, and says so.
+  void setAside(int parent, const std::filesystem::path& shown, const std::string& name) const;
+  // Makes the folder `path` below `top` where missing, with what is in its way set aside and what was closed
+  // opened. True where it is new.
+  bool repairFolder(int top, const std::filesystem::path& shown, const std::filesystem::path& path) const;
+  void replaceOverfullPrograms();
   void refreshPreferences(const std::string& locale) const;
   void refreshLinks(const std::string& programs) const;
   void refreshApplication(const std::filesystem::path& shipped) const;

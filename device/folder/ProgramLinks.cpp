@@ -19,18 +19,11 @@ std::optional<std::string> linkTarget(int folder, const std::string& name) {
   return std::string(target.data(), static_cast<std::size_t>(length));
 }
 
-void replaceBy(int folder, const std::string& name, const std::string& target) {
-  if (symlinkat(target.c_str(), folder, name.c_str()) == 0) return;
-  if (errno == EEXIST && unlinkat(folder, name.c_str(), 0) != 0) {
-    // A folder: whose it is, and what is in it, is the user's business.
-    for (int number = 1; number < 1000; ++number) {
-      const std::string aside = name + ".aside-" + std::to_string(number);
-      if (renameat2(folder, name.c_str(), folder, aside.c_str(), RENAME_NOREPLACE) == 0) break;
-    }
-  }
-  if (symlinkat(target.c_str(), folder, name.c_str()) != 0) {
-    refuseWithError("The device's link to the program " + name + " could not be made:");
-  }
+bool replaceBy(int folder, const std::string& name, const std::string& target, const SetAside& setAside) {
+  if (symlinkat(target.c_str(), folder, name.c_str()) == 0) return true;
+  // A folder: whose it is, and what is in it, is the user's business.
+  if (errno == EEXIST && unlinkat(folder, name.c_str(), 0) != 0) setAside(name);
+  return symlinkat(target.c_str(), folder, name.c_str()) == 0;
 }
 
 }  // namespace
@@ -45,7 +38,7 @@ std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path&
   return links;
 }
 
-void putLinks(int folder, const std::map<std::string, std::string>& links) {
+std::size_t putLinks(int folder, const std::map<std::string, std::string>& links, const SetAside& setAside) {
   const auto present = namesIn(folder);
   if (!present) refuseWithError("The device's folder of programs could not be read:");
   auto missing = links;
@@ -58,7 +51,11 @@ void putLinks(int folder, const std::map<std::string, std::string>& links) {
       unlinkat(folder, name.c_str(), 0);
     }
   }
-  for (const auto& [name, target] : missing) replaceBy(folder, name, target);
+  std::size_t failed = 0;
+  for (const auto& [name, target] : missing) {
+    if (!replaceBy(folder, name, target, setAside)) ++failed;
+  }
+  return failed;
 }
 
 }  // namespace device

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -13,9 +14,13 @@ constexpr const char* kHostPrograms = "/.host/usr/bin";
 // Name to target: every host program, with `sh` being the guard.
 std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& hostPrograms = "/usr/bin");
 
-// Puts the links into `folder`. A link that is missing or was changed is made again, and what stands in its
-// place is replaced (a folder is moved aside); a link to a host program that is gone is removed; everything
-// else stays. `folder` is written by programs in the device: no link in it is followed. Throws Refusal.
-void putLinks(int folder, const std::map<std::string, std::string>& links);
+// Moves an entry of the folder out of the way.
+using SetAside = std::function<void(const std::string& name)>;
+
+// Puts the links into `folder`. A link that is missing or was changed is made again, and what is in its place
+// is replaced (a folder is set aside); a link to a host program that is gone is removed; everything else
+// stays. `folder` is written by programs in the device: no link in it is followed. Returns how many links
+// could not be made. Throws Refusal where the folder cannot be read.
+std::size_t putLinks(int folder, const std::map<std::string, std::string>& links, const SetAside& setAside);
 
 }  // namespace device

@@ -3,7 +3,9 @@
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
+#include <cstring>
 #include <fcntl.h>
+#include <iostream>
 #include <sys/stat.h>
 
 namespace device {
@@ -15,10 +17,12 @@ constexpr std::size_t kLargest = 64 << 20;
 // The one shipped file that does not stay in the application folder.
 constexpr const char* kConverter = "ftt";
 
-void put(int folder, const std::string& name, const std::string& content, mode_t mode) {
-  if (!writeAtomically(folder, name, content, mode)) {
-    refuseWithError("The file " + name + " could not be put into the device:");
-  }
+// A build may have filled the disk or put a folder in the way, which is no reason not to start.
+bool put(int folder, const std::string& name, const std::string& content, mode_t mode) {
+  if (writeAtomically(folder, name, content, mode)) return true;
+  std::cerr << "tweakbench: The file " << name
+            << " could not be put into the device: " << std::strerror(errno) << ".\n";
+  return false;
 }
 
 }  // namespace
@@ -40,13 +44,12 @@ void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int
     const mode_t mode = (status.st_mode & S_IXUSR) != 0 ? 0755 : 0644;
     const bool isNew = !before && !exists(device.application, name);
     if (state == ApplicationFolder::New || isNew || isOutdated(device.application)) {
-      put(device.application, name, *now, mode);
+      if (!put(device.application, name, *now, mode)) continue;
     }
-    if (name == kConverter && isOutdated(device.programs)) put(device.programs, name, *now, mode);
+    if (name == kConverter && isOutdated(device.programs) && !put(device.programs, name, *now, mode))
+      continue;
     // Last, so that a start that is killed before does it all again.
-    if (before != now && !writeAtomically(record, name, *now, 0644)) {
-      refuseWithError("The device's record of " + name + " could not be written:");
-    }
+    if (before != now) writeAtomically(record, name, *now, 0644);
   }
 }
 

@@ -26,6 +26,8 @@ class SystemLog {
 
  private:
   std::string folder_;
+  // Locked as long as the folder is in use, so that the next start knows what a killed one left.
+  Descriptor lock_;
   std::string path_;
   Descriptor socket_;
 };

@@ -12,6 +12,7 @@
 #include <fcntl.h>
 #include <optional>
 #include <random>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,6 +75,8 @@ class Unfinished {
     if (made != 0) refuseWithError("The copy could not be made:");
     folder_ = openFolderBeneath(parent_, name_);
     if (!folder_) refuseWithError("The copy could not be made:");
+    // A start of the device clears away what nobody locks.
+    flock(folder_.get(), LOCK_EX | LOCK_NB);
   }
   ~Unfinished() {
     if (!folder_) return;

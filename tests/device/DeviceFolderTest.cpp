@@ -189,7 +189,8 @@ TEST_F(DeviceFolderTest, ProgramsThatABuildReplacedArePutRight) {
   start();
   EXPECT_EQ(fs::read_symlink(device / "usr-bin/make"), "/.host/usr/bin/make");
   EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
-  EXPECT_EQ(fileAt(device / "usr-bin/env.aside-1/inside"), "kept");
+  const auto entry = fs::directory_iterator(device / "history/set-aside")->path();
+  EXPECT_EQ(fileAt(entry / "usr-bin/env/inside"), "kept");
   EXPECT_EQ(fs::read_symlink(device / "usr-bin/sh"), "/.host/tweakbench/guard");
   EXPECT_FALSE(fs::is_symlink(device / "usr-bin/gone"));
   EXPECT_EQ(fileAt(home / "precious"), "kept");
@@ -205,8 +206,13 @@ TEST_F(DeviceFolderTest, LinksPlantedInTheDeviceAreNotFollowed) {
   linkTo(device / "Applications/Tweakbench.app", home.path());
   ship("TheosOrig.zip", "zip 2");
   start();
-  EXPECT_EQ(fs::read_symlink(device / "var/mobile"), home.path());
-  fs::remove(device / "Applications/Tweakbench.app");
+  for (const char* repaired : {"var/mobile/Library/Preferences", "Applications/Tweakbench.app"})
+    EXPECT_FALSE(fs::is_symlink(device / repaired)) << repaired;
+  EXPECT_FALSE(fs::is_symlink(device / "var/mobile"));
+  EXPECT_EQ(fs::read_symlink(fs::directory_iterator(device / "history/set-aside")->path() / "var/mobile"),
+            home.path())
+      << "set aside, and followed by nobody";
+  fs::remove_all(device / "Applications/Tweakbench.app");
   start();
   fs::remove(application("TheosOrig.zip"));
   fs::create_symlink(home / "precious", application("TheosOrig.zip"));
@@ -222,6 +228,19 @@ TEST_F(DeviceFolderTest, LinksPlantedInTheDeviceAreNotFollowed) {
 
 TEST_F(DeviceFolderTest, APipeOrAClosedFolderStopsNoStart) {
   start();
+  // In the way of a folder, of a file, or only closed.
+  fs::permissions(device / "var/mobile/Library/Preferences", fs::perms::none);
+  fs::remove_all(device / "var/mobile/Documents");
+  ASSERT_EQ(mkfifo((device / "var/mobile/Documents").c_str(), 0600), 0);
+  fs::remove(device / "usr-bin/env");
+  fs::create_directory(device / "usr-bin/env");
+  fs::permissions(device / "usr-bin/env", fs::perms::none);
+  start();
+  EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
+  EXPECT_EQ(fs::status(device / "var/mobile/Library/Preferences").permissions(), fs::perms(0755));
+  EXPECT_TRUE(fs::is_symlink(device / "usr-bin/env"));
+  ship("Choose.plist", "list 2");
+  fs::create_directory(application("Choose.plist.new-" + std::to_string(getpid())));
   fs::remove(application("TheosOrig.zip"));
   ASSERT_EQ(mkfifo(application("TheosOrig.zip").c_str(), 0644), 0);
   ship("TheosOrig.zip", "zip 2");
@@ -229,6 +248,17 @@ TEST_F(DeviceFolderTest, APipeOrAClosedFolderStopsNoStart) {
   start();
   EXPECT_TRUE(fs::is_fifo(application("TheosOrig.zip")));
   EXPECT_EQ(fs::status(device / "var").permissions() & fs::perms::owner_all, fs::perms::owner_all);
+}
+
+TEST_F(DeviceFolderTest, MoreProgramsThanAnyHostHasAreSetAsideButForTheConverter) {
+  start();
+  putFile(device / "usr-bin/ftt", "converter");
+  for (int count = 0; count <= 100'000; ++count)
+    ASSERT_EQ(symlink("/x", (device / "usr-bin/l").append(std::to_string(count)).c_str()), 0);
+  start();
+  EXPECT_LT(std::distance(fs::directory_iterator(device / "usr-bin"), {}), 100'000);
+  EXPECT_EQ(fileAt(device / "usr-bin/ftt"), "converter");
+  EXPECT_TRUE(fs::is_symlink(device / "usr-bin/env"));
 }
 
 TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {

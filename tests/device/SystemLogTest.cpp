@@ -1,3 +1,4 @@
+#include "device/Visible.h"
 #include "device/session/SystemLog.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +18,9 @@ TEST(SystemLog, PassesOnTheWordsAlone) {
       {"", ""},
   };
   for (const auto& row : rows) EXPECT_EQ(device::wordsOf(row.datagram), row.words) << row.datagram;
+  EXPECT_EQ(device::visible("a\u009b1m\x9b"
+                            "\u00e4\u0627\x1b[0m\xc3"),
+            "a?1m?\u00e4\u0627?[0m?");
 }
 
 }  // namespace
