@@ -62,10 +62,8 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   setFrameShape(QFrame::NoFrame);
   setBackgroundRole(QPalette::Base);
   setAutoFillBackground(true);
-  // The words are Latin ones whatever the language of the interface. Drawn without a buffer of its own, text
-  // is mangled where the application reads from right to left.
+  // The words are Latin ones whatever the language of the interface.
   setLayoutDirection(Qt::LeftToRight);
-  send(SCI_SETBUFFEREDDRAW, 1);
   send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
   for (int margin = 0; margin < margins(); ++margin) setMarginWidth(margin, 0);
   send(SCI_SETMARGINLEFT, 0, metrics::textPadding);
@@ -127,11 +125,13 @@ void TextView::setUpKeys() {
 }
 
 void TextView::applyLooks() {
+  // Drawn straight onto the widget, text takes the direction of the application; where that is from right to
+  // left, code would be mangled, which a buffer prevents.
+  send(SCI_SETBUFFEREDDRAW, QGuiApplication::isRightToLeft() ? 1 : 0);
   const QPalette& colours = palette();
   const QColor text = colours.color(QPalette::Active, QPalette::Text);
   const QColor base = colours.color(QPalette::Active, QPalette::Base);
   const QColor chosen = colours.color(QPalette::Active, QPalette::Highlight);
-  const QColor chosenText = colours.color(QPalette::Active, QPalette::HighlightedText);
   SendScintilla(SCI_STYLESETFORE, STYLE_DEFAULT, text);
   SendScintilla(SCI_STYLESETBACK, STYLE_DEFAULT, base);
   SendScintilla(SCI_STYLESETFONT, static_cast<uintptr_t>(STYLE_DEFAULT),
@@ -141,7 +141,8 @@ void TextView::applyLooks() {
   // Every other style takes these over, so this comes after them.
   send(SCI_STYLECLEARALL);
   send(SCI_STYLESETVISIBLE, hiddenStyle, 0);
-  SendScintilla(SCI_SETSELFORE, 1UL, chosenText);
+  // The selected part has no colour of its own: it would be cut out of its run, and Arabic letters with it.
+  send(SCI_SETSELFORE, 0);
   SendScintilla(SCI_SETSELBACK, 1UL, chosen);
   SendScintilla(SCI_SETCARETFORE, text);
   send(SCI_SETCARETPERIOD, QGuiApplication::styleHints()->cursorFlashTime() / 2);
@@ -151,6 +152,7 @@ void TextView::applyLooks() {
 void TextView::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
   switch (event->type()) {
+    case QEvent::ApplicationLayoutDirectionChange:
     case QEvent::EnabledChange:
     case QEvent::FontChange:
     case QEvent::PaletteChange:
