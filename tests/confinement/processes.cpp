@@ -79,6 +79,12 @@ bool hasVariable(const char* name) {
   return std::getenv(name) != nullptr;
 }
 
+// The device's own is no way out.
+bool isCallersTerminal(int terminal) {
+  unsigned number = 0;
+  return ioctl(terminal, TIOCGDEV, &number) == 0 && std::to_string(number) == given("terminalDevice");
+}
+
 bool typesWith(unsigned long request) {
   char key = 'x';
   return syscall(SYS_ioctl, STDIN_FILENO, request, &key) == 0;
@@ -189,16 +195,30 @@ std::vector<Attempt> attemptsOnProcesses() {
       {kTerminal, "type a key with a bit beyond the request", Control::Machine,
        [] { return typesWith(TIOCSTI | 1UL << 32); }},
       {kTerminal, "open the caller's terminal", Control::Everyone,
-       [] { return opened(open("/dev/tty", O_RDWR | O_NOCTTY)); }},
+       [] {
+         const int terminal = open("/dev/tty", O_RDWR | O_NOCTTY);
+         const bool through = isCallersTerminal(terminal);
+         if (terminal >= 0) close(terminal);
+         return through;
+       }},
       {kTerminal, "open it by its name", Control::Everyone,
        [] { return opened(open(given("terminal").c_str(), O_RDWR | O_NOCTTY)); }},
+      {kTerminal, "open it as the console", Control::Machine,
+       [] {
+         const int terminal = open("/dev/console", O_RDWR | O_NOCTTY);
+         const bool through = isCallersTerminal(terminal);
+         if (terminal >= 0) close(terminal);
+         return through;
+       }},
+      {kTerminal, "be given it as standard input", Control::Everyone,
+       [] { return isCallersTerminal(STDIN_FILENO); }},
       {kTerminal, "speak to the machine's console", Control::Machine,
        [] {
          char question = kForegroundConsole;
          return wasReached(ioctl(STDIN_FILENO, TIOCLINUX, &question));
        }},
       {kTerminal, "take the terminal for one's own", Control::Everyone,
-       [] { return tcgetsid(STDIN_FILENO) > 0 && tcgetpgrp(STDIN_FILENO) >= 0; }},
+       [] { return isCallersTerminal(STDIN_FILENO) && tcgetsid(STDIN_FILENO) > 0; }},
       {kSecrets, "in one's own environment", Control::Everyone, [] { return hasVariable("CALLERS_TOKEN"); }},
       {kSecrets, "in the environment of another process", Control::Everyone,
        [] {

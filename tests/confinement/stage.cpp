@@ -187,6 +187,9 @@ class Stage {
     const int theirs = must(open(words_["terminal"].c_str(), O_RDWR | O_NOCTTY), "terminal");
     must(ioctl(theirs, TIOCSCTTY, 0), "TIOCSCTTY");
     must(dup2(theirs, STDIN_FILENO), "dup2");
+    unsigned number = 0;
+    must(ioctl(theirs, TIOCGDEV, &number), "TIOCGDEV");
+    words_["terminalDevice"] = std::to_string(number);
   }
 
   void addWhatOnlyRootCan(const fs::path& place, const fs::path& ownFiles) {
