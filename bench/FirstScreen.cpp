@@ -2,8 +2,8 @@
 #include "bench/FirstPaint.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
-#include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
+#include "ui/screens/AppDelegate.h"
 
 int main(int argc, char** argv) {
   return UIApplicationMain(argc, argv, [] {

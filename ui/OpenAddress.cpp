@@ -3,7 +3,7 @@
 #include "core/OpenerProtocol.h"
 #include "platform/HostOpener.h"
 #include "platform/UIApplication.h"
-#include "ui/AddressNotice.h"
+#include "ui/dialogs/AddressNotice.h"
 
 #include <utility>
 

@@ -3,9 +3,9 @@
 #include "core/NSLog.h"
 #include "core/RefusedWrites.h"
 #include "platform/UIApplication.h"
-#include "ui/AppDelegate.h"
 #include "ui/EndOfProcess.h"
 #include "ui/OpenAddress.h"
+#include "ui/screens/AppDelegate.h"
 
 #include <cstdio>
 #include <cstdlib>

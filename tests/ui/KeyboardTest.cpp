@@ -2,7 +2,7 @@
 #include "platform/Motion.h"
 #include "platform/UIApplication.h"
 #include "tests/ui/Screens.h"
-#include "ui/UIButton.h"
+#include "ui/controls/UIButton.h"
 
 #include <QListView>
 

@@ -8,10 +8,10 @@
 #include "platform/UIScreen.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
-#include "ui/AppDelegate.h"
+#include "tour/Finger.h"
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
-#include "ui/tour/Finger.h"
+#include "ui/screens/AppDelegate.h"
 #include "workspace/Selection.h"
 #include "workspace/StartUp.h"
 

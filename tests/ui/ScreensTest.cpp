@@ -1,8 +1,8 @@
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
 #include "ui/Links.h"
-#include "ui/UIButton.h"
-#include "ui/UISwitch.h"
+#include "ui/controls/UIButton.h"
+#include "ui/controls/UISwitch.h"
 #include "workspace/CurrentProject.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "platform/EventBoundary.h"
 #include "platform/UIFont.h"
-#include "ui/Metrics.h"
-#include "ui/UIButton.h"
+#include "ui/controls/Metrics.h"
 #include "ui/controls/TextView.h"
+#include "ui/controls/UIButton.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

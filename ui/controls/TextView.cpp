@@ -1,10 +1,10 @@
 #include "ui/controls/TextView.h"
 
 #include "platform/UIFont.h"
-#include "ui/Colours.h"
-#include "ui/Layer.h"
 #include "ui/Localized.h"
-#include "ui/Metrics.h"
+#include "ui/controls/Colours.h"
+#include "ui/controls/Layer.h"
+#include "ui/controls/Metrics.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "ui/controls/TextZoom.h"
 
 #include "platform/UIFont.h"
-#include "ui/Metrics.h"
+#include "ui/controls/Metrics.h"
 
 #include <algorithm>
 #include <cmath>

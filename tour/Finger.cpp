@@ -1,0 +1,122 @@
+#include "tour/Finger.h"
+
+#include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
+#include "platform/UIWindow.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+namespace finger {
+
+namespace {
+
+constexpr int patienceMilliseconds = 180'000;
+
+QString plain(QString text) {
+  constexpr char16_t isolates[] = {0x2066, 0x2067, 0x2068, 0x2069, 0x200E, 0x200F};
+  for (const char16_t mark : isolates) text.remove(QChar(mark));
+  return text;
+}
+
+bool isCalled(const QWidget& widget, const QString& name) {
+  if (plain(widget.accessibleName()) == name) return true;
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
+    return plain(button->text()) == name;
+  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return plain(label->text()) == name;
+  return false;
+}
+
+template <typename Widget>
+Widget* visible(const std::function<bool(const Widget&)>& fits) {
+  UIWindow* const window = UIApplication::sharedApplication()->keyWindow();
+  if (window == nullptr) return nullptr;
+  for (Widget* const widget : window->findChildren<Widget*>()) {
+    if (widget->isVisible() && fits(*widget)) return widget;
+  }
+  return nullptr;
+}
+
+QAbstractButton* enabledButton(const QString& name) {
+  return visible<QAbstractButton>(
+      [&name](const QAbstractButton& button) { return button.isEnabled() && isCalled(button, name); });
+}
+
+struct Row {
+  QAbstractItemView* view = nullptr;
+  QModelIndex index;
+};
+
+Row enabledRow(const QString& name) {
+  Row row;
+  visible<QAbstractItemView>([&](const QAbstractItemView& view) {
+    if (!view.isEnabled()) return false;
+    for (int number = 0; number < view.model()->rowCount(); ++number) {
+      const QModelIndex index = view.model()->index(number, 0);
+      if (plain(index.data().toString()) != name) continue;
+      row = {const_cast<QAbstractItemView*>(&view), index};
+      return true;
+    }
+    return false;
+  });
+  return row;
+}
+
+}  // namespace
+
+void waitUntil(const std::function<bool()>& condition, const QString& what) {
+  if (!QTest::qWaitFor(condition, patienceMilliseconds)) throw Missing(what.toStdString());
+}
+
+void tap(const QString& name) {
+  waitUntil([&name] { return enabledButton(name) != nullptr || enabledRow(name).view != nullptr; },
+            QStringLiteral("nothing to tap is called ") + name);
+  // The rings around what has the focus go with a click, which this one, made on the widget itself, does not
+  // come to be told.
+  UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
+  if (QAbstractButton* const button = enabledButton(name)) {
+    QTest::mouseClick(button, Qt::LeftButton);
+    return;
+  }
+  const Row row = enabledRow(name);
+  row.view->scrollTo(row.index);
+  QTest::mouseClick(row.view->viewport(), Qt::LeftButton, {}, row.view->visualRect(row.index).center());
+}
+
+bool sees(const QString& name) {
+  return visible<QWidget>([&name](const QWidget& widget) { return isCalled(widget, name); }) != nullptr ||
+         enabledRow(name).view != nullptr;
+}
+
+void waitToSee(const QString& name) {
+  waitUntil([&name] { return sees(name); }, QStringLiteral("not to be seen: ") + name);
+}
+
+void type(const QString& text) {
+  QLineEdit* field = nullptr;
+  waitUntil(
+      [&field] {
+        field = visible<QLineEdit>([](const QLineEdit& candidate) { return candidate.isEnabled(); });
+        return field != nullptr;
+      },
+      QStringLiteral("no text field to type into"));
+  QTest::mouseClick(field, Qt::LeftButton);
+  QTest::keyClicks(field, text);
+}
+
+QWidget* find(const QString& accessibleName) {
+  QWidget* found = nullptr;
+  waitUntil(
+      [&] {
+        found = visible<QWidget>(
+            [&](const QWidget& widget) { return widget.accessibleName() == accessibleName; });
+        return found != nullptr;
+      },
+      QStringLiteral("not to be found: ") + accessibleName);
+  return found;
+}
+
+}  // namespace finger

@@ -1,0 +1,115 @@
+#include "core/FileManager.h"
+#include "core/Text.h"
+#include "platform/UIApplication.h"
+#include "tour/Album.h"
+#include "tour/Finger.h"
+#include "tour/Stops.h"
+#include "ui/Localized.h"
+#include "ui/controls/TextView.h"
+#include "ui/dialogs/AddressNotice.h"
+#include "ui/dialogs/MissingTheosNotice.h"
+#include "workspace/Paths.h"
+
+#include <string>
+
+#include <QTest>
+
+namespace {
+
+using finger::tap;
+using finger::waitToSee;
+
+constexpr const char* busyProject = "Busy";
+constexpr const char* longName = "ATweakWithANameThatIsLongerThanWhatAPhoneCanShowInOneLineOfAMenu";
+constexpr int manyProjects = 20;
+constexpr int manyFiles = 60;
+constexpr const char* chattyMakefile = R"(package:
+	@for n in $$(seq 1000 3000); do printf '\033[0;32m> \033[1;39mCompiling\033[m source number %s of a project that has quite a lot of them\n' $$n; done
+	@printf 'خطأ: Tweak.x:12:3: error: unknown type name\n'
+)";
+
+std::string folderOf(const std::string& project) {
+  return fill(paths::project, {project});
+}
+
+void makeMuch() {
+  for (int number = 1; number <= manyProjects; ++number)
+    createDirectoryAtPath(folderOf("Project" + std::to_string(number)));
+  createDirectoryAtPath(folderOf(longName));
+  createDirectoryAtPath(folderOf("مشروع"));
+  const std::string busy = folderOf(busyProject);
+  createDirectoryAtPath(busy);
+  for (int number = 1; number <= manyFiles; ++number)
+    createFileAtPath(busy + "/Source" + std::to_string(number) + ".xm");
+  createFileAtPath(busy + '/' + longName + ".xm");
+  createFileAtPath(busy + "/واجهة.h");
+  writeToFileAtomically(busy + "/Makefile", chattyMakefile);
+}
+
+void muchOfEverything(Album& album) {
+  makeMuch();
+  tap("Choose Project");
+  waitToSee(localized(text::loadProject));
+  album.picture("choose-long-sheet");
+  tap(busyProject);
+  waitToSee(busyProject);
+  album.picture("main-long");
+  QTest::keyClick(UIApplication::sharedApplication()->focusWidget(), Qt::Key_Tab);
+  album.picture("main-focus");
+  tap("Build");
+  tap("Make Package");
+  waitToSee(localized(text::pleaseWait));
+  finger::waitUntil([] { return finger::sees("Make Package"); }, "the build does not end");
+  auto* const log = qobject_cast<TextView*>(finger::find("Build log"));
+  album.picture("build-long-log");
+  log->setFocus();
+  QTest::keyClick(log, Qt::Key_A, Qt::ControlModifier);
+  album.picture("build-log-selected");
+  QTest::keyClick(log, Qt::Key_End, Qt::ControlModifier);
+  album.picture("build-log-end");
+  tap("Back");
+  waitToSee("Reload");
+}
+
+void noneChosen(Album& album) {
+  tap("Delete");
+  waitToSee(localized(text::deleteFilesOrProjects));
+  album.picture("delete-long-sheet");
+  tap(localized(text::deleteCurrentProject));
+  waitToSee("Reload");
+  finger::waitUntil([] { return !finger::sees(busyProject); }, "the project stays");
+  album.picture("main-none-chosen");
+}
+
+}  // namespace
+
+void stops::otherScreens(Album& album) {
+  tap("About");
+  waitToSee(localized(text::developedBy));
+  album.picture("about");
+  tap("Back");
+  waitToSee("Reload");
+  muchOfEverything(album);
+  noneChosen(album);
+  showMissingTheos();
+  waitToSee(localized(text::mustInstallTheos));
+  album.picture("missing-theos");
+  tap(localized(text::ok));
+  showAddress("https://example.com/an/address/that/no/program/of/the/host/opens?with=" + QString(60, 'x'));
+  waitToSee("Address");
+  album.picture("address");
+  tap(localized(text::ok));
+  waitToSee("Reload");
+}
+
+void stops::end(Album& album) {
+  tap("Delete");
+  waitToSee(localized(text::deleteOptions));
+  tap(localized(text::deleteOptions));
+  waitToSee(localized(text::deleteAllProjects));
+  tap(localized(text::deleteAllProjects));
+  waitToSee(localized(text::imSure));
+  album.picture("delete-all");
+  tap(localized(text::imSure));
+  waitToSee("Reload");
+}

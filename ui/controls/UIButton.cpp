@@ -1,0 +1,128 @@
+#include "ui/controls/UIButton.h"
+
+#include "platform/UIFont.h"
+#include "ui/controls/Colours.h"
+#include "ui/controls/Metrics.h"
+
+#include <algorithm>
+
+#include <QPainter>
+#include <QPixmapCache>
+
+namespace {
+
+// The ground of a state, lighter or darker than the layer's own; a bare button gets a faint one.
+QColor stated(const QColor& own, int lighter) {
+  if (!own.isValid()) return QColor(255, 255, 255, lighter);
+  return QColor(std::clamp(own.red() + lighter, 0, 255), std::clamp(own.green() + lighter, 0, 255),
+                std::clamp(own.blue() + lighter, 0, 255));
+}
+
+}  // namespace
+
+UIButton::UIButton(QWidget* parent) : UIButton(QString(), parent) {}
+
+UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
+  setFlat(true);
+  // Return clicks it, as Space does.
+  setAutoDefault(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setFont(systemFontOfSize(metrics::bodyTextSize));
+}
+
+void UIButton::setLayer(const Layer& layer) {
+  layer_ = layer;
+  update();
+}
+
+void UIButton::setFollowsReadingDirection(bool follows) {
+  followsReadingDirection_ = follows;
+  update();
+}
+
+void UIButton::setPicture(const QString& name) {
+  picture_ = QStringLiteral(":/pictures/") + name;
+  update();
+}
+
+void UIButton::setPictureSize(int side) {
+  pictureSize_ = side;
+  updateGeometry();
+  update();
+}
+
+// The smallest of the four sizes that is drawn at least as fine as the screen shows it; read when it is
+// first painted, so that a start reads nothing that is not seen.
+QPixmap UIButton::pictureFor(qreal ratio) const {
+  const QString ending = ratio > 3   ? QStringLiteral("@4x.png")
+                         : ratio > 2 ? QStringLiteral("@3x.png")
+                         : ratio > 1 ? QStringLiteral("@2x.png")
+                                     : QStringLiteral(".png");
+  QPixmap pixmap;
+  if (!QPixmapCache::find(picture_ + ending, &pixmap)) {
+    pixmap.load(picture_ + ending);
+    QPixmapCache::insert(picture_ + ending, pixmap);
+  }
+  return pixmap;
+}
+
+QSize UIButton::sizeHint() const {
+  if (!picture_.isEmpty()) return {metrics::touchSize, metrics::touchSize};
+  const QFontMetrics font(this->font());
+  const int width =
+      text().isEmpty() ? metrics::touchSize : font.horizontalAdvance(text()) + 2 * metrics::buttonPadding;
+  return {std::max(width, metrics::touchSize),
+          std::max(font.height() + metrics::buttonPadding, metrics::touchSize)};
+}
+
+QColor UIButton::groundPressed(const QColor& own) {
+  return stated(own, own.isValid() ? -24 : 40);
+}
+
+QColor UIButton::groundUnderPointer(const QColor& own) {
+  // A ground that is light already gets darker, so that the caption stays readable.
+  return stated(own, own.lightness() < 100 ? 16 : -12);
+}
+
+QColor UIButton::ground() const {
+  if (!isEnabled()) return layer_.backgroundColor;
+  if (isDown()) return groundPressed(layer_.backgroundColor);
+  if (underMouse()) return groundUnderPointer(layer_.backgroundColor);
+  return layer_.backgroundColor;
+}
+
+void UIButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  Layer drawn = layer_;
+  if (!drawn.backgroundColor.isValid()) drawn.cornerRadius = metrics::bareButtonRadius;
+  drawLayer(painter, rect(), drawn, ground());
+  if (showsFocus(*this)) {
+    Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), colours::focusRing};
+    drawLayer(painter, rect(), ring, QColor());
+  }
+  painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
+  if (!picture_.isEmpty()) {
+    QRect place(0, 0, pictureSize_, pictureSize_);
+    place.moveCenter(rect().center());
+    if (followsReadingDirection_ && isRightToLeft()) {
+      painter.translate(2 * rect().center().x() + 1, 0);
+      painter.scale(-1, 1);
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(place, pictureFor(devicePixelRatioF() * pictureSize_ / metrics::iconSize));
+    return;
+  }
+  painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));
+  const QRect inside = rect().adjusted(metrics::buttonPadding / 2, 0, -metrics::buttonPadding / 2, 0);
+  painter.drawText(inside, Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
+}
+
+void UIButton::enterEvent(QEnterEvent* event) {
+  QPushButton::enterEvent(event);
+  update();
+}
+
+void UIButton::leaveEvent(QEvent* event) {
+  QPushButton::leaveEvent(event);
+  update();
+}

@@ -1,0 +1,52 @@
+// The screens' push button: a caption or a picture on a layer, with its states.
+#pragma once
+
+#include "ui/controls/Layer.h"
+#include "ui/controls/Metrics.h"
+
+#include <QPixmap>
+#include <QPushButton>
+
+// Without a layer background it is drawn bare, and only hovering, pressing and focus put a ground behind it.
+class UIButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit UIButton(QWidget* parent = nullptr);
+  explicit UIButton(const QString& title, QWidget* parent = nullptr);
+
+  // What the layout does once for the whole class; nothing here.
+  static void awakeFromNib() {}
+
+  const Layer& layer() const { return layer_; }
+  void setLayer(const Layer& layer);
+
+  // Shows the picture `name` of the program's own instead of a caption.
+  void setPicture(const QString& name);
+  // The side of the picture in logical pixels, a list icon's unless set.
+  void setPictureSize(int side);
+  // A picture that points back or forward is drawn the other way round where reading goes from right to left.
+  void setFollowsReadingDirection(bool follows);
+
+  // The grounds of the two states of a button whose own ground is `own`; one that has none gets a veil.
+  static QColor groundPressed(const QColor& own);
+  static QColor groundUnderPointer(const QColor& own);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  QColor ground() const;
+
+  QPixmap pictureFor(qreal ratio) const;
+
+  Layer layer_;
+  int pictureSize_ = metrics::iconSize;
+  QString picture_;  // its file without the ending; empty where a caption is shown
+  bool followsReadingDirection_ = false;
+};

@@ -1,0 +1,64 @@
+#include "ui/screens/Dev.h"
+
+#include "platform/EventBoundary.h"
+#include "platform/UIFont.h"
+#include "ui/Links.h"
+#include "ui/Localized.h"
+#include "ui/OpenAddress.h"
+#include "ui/controls/Colours.h"
+#include "ui/controls/Metrics.h"
+#include "ui/controls/Shortcut.h"
+#include "ui/screens/ui_Dev.h"
+
+#include <QEvent>
+#include <QIcon>
+
+Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
+
+Dev::~Dev() = default;
+
+void Dev::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
+  outlets_->backButton->setPicture(QStringLiteral("back"));
+  outlets_->backButton->setFollowsReadingDirection(true);
+  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
+  view->installEventFilter(this);
+  setView(view);
+  const auto wire = [this](UIButton* button, const char* address) {
+    connect(button, &QPushButton::clicked, this, atEventBoundary([address] { openAddress(address); }));
+  };
+  wire(outlets_->profileButton, links::authorProfile);
+  wire(outlets_->donateButton, links::donation);
+  wire(outlets_->thankedButton, links::thankedProfile);
+  connect(outlets_->backButton, &QPushButton::clicked, this, atEventBoundary([this] { cancelOperation(); }));
+}
+
+void Dev::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  outlets_->creditLabel->setText(localized(text::developedBy));
+  outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
+  outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
+  outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
+  for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
+    button->setLayer({.cornerRadius = 20, .backgroundColor = colours::linkGround});
+  }
+}
+
+bool Dev::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Resize) {
+    const auto& view = *static_cast<QWidget*>(object);
+    // Low screens have room for the texts and links first.
+    const int side = view.height() < metrics::lowScreen ? metrics::smallEmblemSize : metrics::emblemSize;
+    const QIcon emblem(QStringLiteral(":/pictures/application.png"));
+    outlets_->picture->setPixmap(emblem.pixmap(QSize(side, side), view.devicePixelRatioF()));
+  }
+  return UIViewController::eventFilter(object, event);
+}
+
+void Dev::cancelOperation() {
+  dismissViewControllerAnimated(true);
+}

@@ -1,0 +1,239 @@
+#include "ui/screens/MakePackage.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "build/BuildRunner.h"
+#include "core/run_cmd.h"
+#include "platform/EventBoundary.h"
+#include "platform/UIApplication.h"
+#include "platform/UIFont.h"
+#include "platform/dispatch.h"
+#include "ui/Links.h"
+#include "ui/Localized.h"
+#include "ui/OpenAddress.h"
+#include "ui/controls/Colours.h"
+#include "ui/controls/Metrics.h"
+#include "ui/controls/Shortcut.h"
+#include "ui/controls/TextZoom.h"
+#include "ui/dialogs/DialogLooks.h"
+#include "ui/screens/WideLayout.h"
+#include "ui/screens/ui_MakePackage.h"
+
+#include <algorithm>
+
+#include <QAbstractScrollArea>
+#include <QLabel>
+#include <QPainter>
+
+namespace {
+
+void showSuccess(const MaybeText& project) {
+  const auto dialog = RQAlertView::alertViewWithTitle(
+      localized(text::done), localized(text::debIsReady, {project}), RQAlertViewStyle::Alert,
+      QStringList{localized(text::goToDebFolder)}, localized(text::cancel), QString());
+  dressAsMessage(*dialog);
+  dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
+    if (title != localized(text::goToDebFolder)) return;
+    openAddress(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
+  });
+  dialog->showAnimated();
+}
+
+}  // namespace
+
+// A label in the middle of the log's place, which is no part of the log's text.
+class MakePackage::LogHint : public QLabel {
+ public:
+  explicit LogHint(QAbstractScrollArea& log) : QLabel(log.parentWidget()), log_(log) {
+    setFont(systemFontOfSize(metrics::bodyTextSize));
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignCenter);
+    setContentsMargins(metrics::buttonPadding, metrics::textPadding, metrics::buttonPadding,
+                       metrics::textPadding);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, grey(176));  // readable on both grounds
+    setPalette(colours);
+    log_.installEventFilter(this);
+    log_.viewport()->installEventFilter(this);
+    hide();
+  }
+
+  // Over a log it has a ground of its own, and goes with the first press on the log.
+  void showText(const QString& text, bool isOverLog) {
+    isOverLog_ = isOverLog;
+    setText(text);
+    place();
+    raise();
+    show();
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == &log_ && (event->type() == QEvent::Resize || event->type() == QEvent::Move)) place();
+    if (watched != &log_ && event->type() == QEvent::MouseButtonPress && isOverLog_) hide();
+    return QLabel::eventFilter(watched, event);
+  }
+
+  void paintEvent(QPaintEvent* event) override {
+    if (isOverLog_) {
+      QPainter painter(this);
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(colours::tileBorder);
+      painter.setBrush(colours::tileGround);
+      painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::bareButtonRadius,
+                              metrics::bareButtonRadius);
+    }
+    QLabel::paintEvent(event);
+  }
+
+ private:
+  void place() {
+    const QRect area = log_.geometry();
+    const int oneLine = fontMetrics().horizontalAdvance(text()) + 2 * metrics::buttonPadding + 1;
+    const int width = std::min(oneLine, area.width() - 2 * metrics::textPadding);
+    QRect box(0, 0, width, heightForWidth(width));
+    box.moveCenter(area.center());
+    setGeometry(box);
+  }
+
+  QAbstractScrollArea& log_;
+  bool isOverLog_ = false;
+};
+
+MakePackage::MakePackage() : outlets_(std::make_unique<Ui::MakePackage>()) {}
+
+MakePackage::~MakePackage() = default;
+
+void MakePackage::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_->backButton->setPicture(QStringLiteral("back"));
+  outlets_->backButton->setFollowsReadingDirection(true);
+  outlets_->infoButton->setPicture(QStringLiteral("about"));
+  setView(view);
+  new WideLayout(view, outlets_->body, outlets_->controls);
+  outlets_->OutPut->setReadOnly(true);
+  new TextZoom(outlets_->OutPut);
+  outlets_->findBar->setText(outlets_->OutPut);
+  hint_ = new LogHint(*outlets_->OutPut);
+  wireButtons();
+}
+
+void MakePackage::wireButtons() {
+  const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {
+    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  };
+  wire(outlets_->MP, &MakePackage::MakePackageAction);
+  wire(outlets_->MPI, &MakePackage::MakePackageInstall);
+  wire(outlets_->ClearLogButton, &MakePackage::ClearLog);
+  wire(outlets_->RespringButton, &MakePackage::Respring);
+  wire(outlets_->infoButton, &MakePackage::InfoButton);
+  wire(outlets_->backButton, &MakePackage::goBack);
+  addShortcut(*outlets_->MP, Qt::CTRL | Qt::Key_B);
+  addShortcut(*outlets_->MPI, Qt::CTRL | Qt::Key_I);
+  addShortcut(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L);
+  addShortcut(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R);
+  addShortcut(*outlets_->infoButton, Qt::Key_F1);
+  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
+  // When the application ends during a build, the commands have been stopped and the job waited for by now.
+  connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });
+}
+
+void MakePackage::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  outlets_->SuccessLable->setFont(systemFontOfSize(metrics::bodyTextSize));
+  outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
+  // The caption beside it, which the switch does not show itself.
+  outlets_->SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
+  hint_->showText(localized(text::nextLogAppearsHere), false);
+  const auto style = [](UIButton* button, qreal radius) {
+    button->setLayer(
+        {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});
+  };
+  style(outlets_->RespringButton, 20);
+  style(outlets_->ClearLogButton, 20);
+  style(outlets_->MP, 26);
+  style(outlets_->MPI, 26);
+}
+
+void MakePackage::UpdateTheos() {
+  updateTheos();
+}
+
+void MakePackage::MakePackageAction() {
+  startBuild(BuildVariant::Package);
+}
+
+void MakePackage::MakePackageInstall() {
+  startBuild(BuildVariant::Install);
+}
+
+void MakePackage::startBuild(BuildVariant variant) {
+  if (progress_) return;
+  progress_ = RQAlertView::alertViewWithActivityIndicatorAndTitle(
+      localized(text::makingYourTweak), QString(), RQAlertViewStyle::Alert, localized(text::pleaseWait),
+      QStringList(), QString(), QString());
+  dressAsProgress(*progress_);
+  progress_->showAnimated();
+  hint_->hide();
+  keptWhileBuilding_ = shared_from_this();
+  dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_HIGH, 0), [this, variant] {
+    bool hasOnlyUpdated = false;
+    runBuildJob(variant, [this, &hasOnlyUpdated] {
+      UpdateTheos();
+      hasOnlyUpdated = true;
+    });
+    dispatch_async(dispatch_get_main_queue(),
+                   [this, variant, hasOnlyUpdated] { finishBuild(variant, hasOnlyUpdated); });
+  });
+}
+
+void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
+  const std::shared_ptr<UIViewController> screen = std::move(keptWhileBuilding_);
+  const std::shared_ptr<RQAlertView> progress = std::move(progress_);
+  progress->dismissAnimated();
+  BuildResult result = collectBuildResult(variant);
+  const bool hasLog = result.log.has_value();
+  const bool isEmpty = !hasLog || result.log->empty();
+  // Make Package Install never gets beyond the update, however often it is tapped.
+  if (hasOnlyUpdated && variant == BuildVariant::Package) {
+    hint_->showText(localized(text::tapAgainToBuild), !isEmpty);
+  } else if (isEmpty) {
+    hint_->showText(localized(text::nextLogAppearsHere), false);
+  }
+  outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
+  const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
+  if (asked && result.hasPackages && hasLog) showSuccess(result.project);
+}
+
+void MakePackage::Respring() {
+  run_cmder("killall backboardd");
+}
+
+void MakePackage::ClearLog() {
+  removeBuildLog();
+  outlets_->OutPut->setBytes({});
+  hint_->showText(localized(text::nextLogAppearsHere), false);
+}
+
+void MakePackage::InfoButton() {
+  const auto dialog = RQAlertView::alertViewWithTitle(
+      QStringLiteral("Tip"), localized(text::deviceSupportHint), RQAlertViewStyle::Alert,
+      QStringList{localized(text::addTheSource)}, localized(text::cancel), QString());
+  dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
+    if (title == localized(text::addTheSource)) openAddress(links::addPackageSource, [](bool) {});
+  });
+  dressAsMessage(*dialog);
+  dialog->showAnimated();
+}
+
+void MakePackage::cancelOperation() {
+  if (!outlets_->findBar->dismiss()) goBack();
+}
+
+void MakePackage::goBack() {
+  dismissViewControllerAnimated(true);
+}

@@ -1,0 +1,171 @@
+#include "ui/screens/ViewController.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "core/FileManager.h"
+#include "platform/EventBoundary.h"
+#include "platform/NSRunLoop.h"
+#include "platform/UIApplication.h"
+#include "platform/UIColor.h"
+#include "platform/UIFont.h"
+#include "ui/Localized.h"
+#include "ui/controls/Colours.h"
+#include "ui/controls/Metrics.h"
+#include "ui/controls/Shortcut.h"
+#include "ui/dialogs/DialogLooks.h"
+#include "ui/dialogs/MissingTheosNotice.h"
+#include "ui/menus/DeleteMenu.h"
+#include "ui/menus/NewProjectMenu.h"
+#include "ui/menus/OptionsMenu.h"
+#include "ui/menus/ProjectChooser.h"
+#include "ui/screens/Dev.h"
+#include "ui/screens/MakePackage.h"
+#include "ui/screens/PopOverNewController.h"
+#include "ui/screens/ui_ViewController.h"
+#include "workspace/Paths.h"
+#include "workspace/Selection.h"
+#include "workspace/StartUp.h"
+
+namespace {
+
+constexpr double refreshDelay = 0.1;  // seconds
+
+}  // namespace
+
+ViewController::ViewController() : outlets_(std::make_unique<Ui::ViewController>()) {}
+
+ViewController::~ViewController() = default;
+
+void ViewController::loadView() {
+  auto* const view = new QWidget;
+  outlets_->setupUi(view);
+  view->setAutoFillBackground(true);
+  outlets_->ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  setView(view);
+  wireButtons();
+  wireShortcuts();
+}
+
+void ViewController::wireButtons() {
+  const auto wire = [this](UIButton* button, const char* picture, void (ViewController::*action)()) {
+    button->setPicture(QLatin1String(picture));
+    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  };
+  wire(outlets_->chooseProjectButton, "choose", &ViewController::ChooseProjectButton);
+  wire(outlets_->newProjectButton, "new", &ViewController::NewProject);
+  wire(outlets_->deleteButton, "delete", &ViewController::Removeer);
+  wire(outlets_->projectOptionsButton, "options", &ViewController::OpenPrijectFolder);
+  wire(outlets_->reloadButton, "reload", &ViewController::Reload);
+  wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
+  wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
+  const Layer tile{.cornerRadius = 20,
+                   .borderWidth = 1,
+                   .backgroundColor = colours::tileGround,
+                   .borderColor = colours::tileBorder};
+  for (UIButton* const button : {outlets_->firstProjectButton, outlets_->otherProjectButton}) {
+    button->setPictureSize(metrics::tilePictureSize);
+    button->setLayer(tile);
+  }
+  wire(outlets_->firstProjectButton, "new", &ViewController::NewProject);
+  wire(outlets_->otherProjectButton, "choose", &ViewController::ChooseProjectButton);
+  connect(outlets_->TableVV, &FileListView::rowPicked, this,
+          atEventBoundary([this](int row) { didSelectRow(row); }));
+}
+
+void ViewController::wireShortcuts() {
+  addShortcut(*outlets_->chooseProjectButton, QKeySequence::Open);
+  addShortcut(*outlets_->newProjectButton, QKeySequence::New);
+  addShortcut(*outlets_->deleteButton, Qt::Key_Delete);
+  addShortcut(*outlets_->projectOptionsButton, Qt::CTRL | Qt::Key_P);
+  addShortcut(*outlets_->reloadButton, Qt::Key_F5);
+  addShortcut(*outlets_->BB, Qt::CTRL | Qt::Key_B);
+  addShortcut(*outlets_->BackButton, Qt::Key_F1);
+  nameShortcut(*outlets_->firstProjectButton, QKeySequence::New);
+  nameShortcut(*outlets_->otherProjectButton, QKeySequence::Open);
+}
+
+void ViewController::viewDidLoad() {
+  UIViewController::viewDidLoad();
+  installConverter();
+  if (!theosIsPresent()) showMissingTheos();
+  recordTheosPath();
+  createProjectsFolder();
+  ArraySetUp();
+  outlets_->TableVV->setBackgroundColor(colours::listGround);
+  outlets_->TableVV->setSeparatorColor(colours::separator);
+  const QString project = shownName(currentProjectLabel());
+  if (project != outlets_->ProjLableName->text()) outlets_->TableVV->leavePlace();
+  outlets_->TableVV->reloadData();
+  outlets_->ProjLableName->setText(project);
+  showEmptyState();
+  // The texts of this screen are the project's own; their surroundings follow the language of the next
+  // dialog.
+  QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
+}
+
+// Where there is no project, what can be done about it stands in the middle. Pictures only, so that a first
+// start need not load the fonts.
+void ViewController::showEmptyState() {
+  outlets_->emptyState->setVisible(MUArray().empty() && outlets_->ProjLableName->text().isEmpty());
+  outlets_->otherProjectButton->setVisible(!projectNames().empty());
+}
+
+void ViewController::viewDidLoadAfterDelay() {
+  performSelectorAfterDelay(
+      this, [this] { viewDidLoad(); }, refreshDelay);
+}
+
+void ViewController::ChooseProjectButton() {
+  showProjectChooser(*this);
+}
+
+void ViewController::NewProject() {
+  showNewProjectMenu(*this);
+}
+
+void ViewController::Removeer() {
+  showDeleteMenu(*this);
+}
+
+void ViewController::OpenPrijectFolder() {
+  showOptionsMenu(*this);
+}
+
+void ViewController::Reload() {
+  ArraySetUp();
+  outlets_->TableVV->reloadData();
+}
+
+void ViewController::DismissPop() {
+  dismissViewControllerAnimated(true);
+}
+
+void ViewController::presentBuildScreen() {
+  presentViewController(std::make_shared<MakePackage>(), true);
+}
+
+void ViewController::presentAboutScreen() {
+  presentViewController(std::make_shared<Dev>(), true);
+}
+
+void ViewController::didSelectRow(int row) {
+  const auto index = static_cast<std::size_t>(row);
+  if (presentedViewController() || index >= MUArray().size()) return;
+  // The editor comes up at once; the check below may take it away again.
+  presentViewController(std::make_shared<PopOverNewController>(), true);
+  const std::string entry = MUArray()[index];
+  if (fileCheckRejects(entry)) rejectPick();
+  removeItemAtPath(paths::checkersLog);
+  SS(entry);
+}
+
+void ViewController::rejectPick() {
+  dismissViewControllerAnimated(true);
+  const auto dialog =
+      RQAlertView::alertViewWithTitle(QString::fromUtf8(text::notSupportedYet), QStringLiteral("(null)"),
+                                      RQAlertViewStyle::Alert, QStringList(), localized(text::ok), QString());
+  dialog->setBackgroundColor(grey(32));
+  dialog->setTitleTextColor(Qt::white);
+  dialog->setMessageTextColor(Qt::white);
+  dialog->setSeparatorsColor(grey(32));
+  dialog->showAnimated();
+}
