@@ -49,8 +49,8 @@ struct Transferred {
 Transferred importProject(const Transfer& transfer, const std::filesystem::path& source,
                           Existing existing = Existing::Refused);
 
-// Copies the folder `source` of the history into the folder `place` of DEVICE/var, as `name` or, where that is
-// there, NAME-1 and so on, and returns that. What cannot be read is left out. Throws Refusal.
+// Copies the folder `source` of the history into the folder `place` of DEVICE/var, as `name` or, where that
+// is there, NAME-1 and so on, and returns that. What cannot be read is left out. Throws Refusal.
 Transferred copyBack(const Transfer& transfer, int source, const std::filesystem::path& place,
                      const std::string& name);
 
