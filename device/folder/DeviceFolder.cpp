@@ -185,6 +185,7 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
   replaceOverfullPrograms();
   shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
+  theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();

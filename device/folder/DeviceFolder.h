@@ -3,13 +3,14 @@
 //   DEVICE/lock               held by the launcher that uses the device
 //   DEVICE/Applications, var  shown as they are, writable
 //   DEVICE/usr-bin            shown as /usr/bin, writable
+//   DEVICE/theos-lib          shown as /opt/theos/lib, writable
 //   DEVICE/bin                shown as /bin, read-only
 //   DEVICE/history            earlier states of projects; not shown (HistoryFolder.h)
 //   DEVICE/shipped            what was last put into the application folder; not shown
 //   DEVICE/*.state            what the folders of links and the preferences were made from; not shown
 //
-// What is below Applications, var and usr-bin was written by programs in the device and is hostile: it is
-// reached through descriptors only, never by following a link.
+// What is below Applications, var, usr-bin and theos-lib was written by programs in the device and is
+// hostile: it is reached through descriptors only, never by following a link.
 #pragma once
 
 #include "core/Descriptor.h"
@@ -60,6 +61,7 @@ class DeviceFolder {
   int var() const { return var_.get(); }
   int userPrograms() const { return userPrograms_.get(); }
   int shellPrograms() const { return shellPrograms_.get(); }
+  int theosLibraries() const { return theosLibraries_.get(); }
 
   // Where somebody deleted the device while it was used, and something was made there meanwhile: makes what
   // is left a device again, which the next start completes.
@@ -85,6 +87,7 @@ class DeviceFolder {
   Descriptor var_;
   Descriptor userPrograms_;
   Descriptor shellPrograms_;
+  Descriptor theosLibraries_;
 };
 
 }  // namespace device

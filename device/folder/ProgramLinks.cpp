@@ -7,10 +7,13 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace device {
 namespace {
+
+namespace fs = std::filesystem;
 
 std::optional<std::string> linkTarget(int folder, const std::string& name) {
   std::array<char, 512> target{};
@@ -56,6 +59,28 @@ std::size_t putLinks(int folder, const std::map<std::string, std::string>& links
     if (!replaceBy(folder, name, target, setAside)) ++failed;
   }
   return failed;
+}
+
+void putLibraryLinks(int folder, const fs::path& libraries, const std::string& shown) {
+  for (const auto& name : namesIn(folder).value_or(std::vector<std::string>())) {
+    std::error_code error;
+    const bool isGone = fs::symlink_status(libraries / name, error).type() == fs::file_type::not_found;
+    if (isGone && linkTarget(folder, name) == shown + "/" + name) unlinkat(folder, name.c_str(), 0);
+  }
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(libraries, error)) {
+    const std::string name = entry.path().filename();
+    const std::string path = shown + "/" + name;
+    const bool isFolder = entry.symlink_status(error).type() == fs::file_type::directory;
+    if (!isFolder || entry.path().extension() == ".framework") {
+      symlinkat(path.c_str(), folder, name.c_str());
+      continue;
+    }
+    // Such as iphone/rootless, with the libraries of a package scheme.
+    mkdirat(folder, name.c_str(), 0755);
+    if (const Descriptor inner = openFolderBeneath(folder, name))
+      putLibraryLinks(inner.get(), entry.path(), path);
+  }
 }
 
 }  // namespace device

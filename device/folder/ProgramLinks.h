@@ -1,4 +1,4 @@
-// The device's folders of links to the host's programs.
+// The device's folders of links to the host's programs and to the libraries of Theos.
 #pragma once
 
 #include <filesystem>
@@ -22,5 +22,12 @@ using SetAside = std::function<void(const std::string& name)>;
 // stays. `folder` is written by programs in the device: no link in it is followed. Returns how many links
 // could not be made. Throws Refusal where the folder cannot be read.
 std::size_t putLinks(int folder, const std::map<std::string, std::string>& links, const SetAside& setAside);
+
+// Puts a link for each entry of Theos's folder lib, `libraries`, which the device sees at `shown`, into
+// `folder`, and removes links to entries that are gone. What builds put there stays, also in place of the
+// host's. `folder` is written by programs in the device: no link in it is followed. What cannot be made is
+// left out.
+void putLibraryLinks(int folder, const std::filesystem::path& libraries,
+                     const std::string& shown = "/.host/theos/lib");
 
 }  // namespace device

@@ -2,6 +2,7 @@
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
+#include "device/folder/ProgramLinks.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
 #include "device/sandbox/Arguments.h"
@@ -181,6 +182,14 @@ int run(const Options& options, const Task* task) {
                   "); open it up with \"chmod -R go+rX\" and its folder's name.");
   }
   request.theosAccess = options.theosAccess;
+  std::error_code noLibraries;
+  const fs::path libraries = request.theos / "lib";
+  // Projects that build a library or framework install it there.
+  if (options.theosAccess == Options::Theos::ReadOnly &&
+      fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory) {
+    putLibraryLinks(folder.theosLibraries(), libraries);
+    request.theosLibraries = folder.theosLibraries();
+  }
   request.network = options.network;
   request.environment =
       deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);

@@ -63,6 +63,9 @@ void addDeviceFolders(ArgumentList& list, const Request& request) {
   list.add({"--symlink", "/var", "/private/var"});
   const bool isWritable = request.theosAccess == Options::Theos::Writable;
   list.add({isWritable ? "--bind" : "--ro-bind", request.theos.string(), "/opt/theos"});
+  if (request.theosLibraries < 0) return;
+  list.add({"--ro-bind", request.theos.string(), "/.host/theos"});
+  list.add({"--bind-fd", std::to_string(request.theosLibraries), "/opt/theos/lib"});
 }
 
 }  // namespace

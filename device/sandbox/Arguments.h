@@ -37,6 +37,8 @@ struct Request {
   int var = -1;
   int userPrograms = -1;
   int shellPrograms = -1;
+  // Shown as the folder lib of a read-only Theos, which must have one; -1 shows Theos's own.
+  int theosLibraries = -1;
   // Tweakbench's own files on the host.
   std::filesystem::path ownFiles;
   std::filesystem::path theos;

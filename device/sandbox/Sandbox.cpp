@@ -406,6 +406,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   launch.passed = {request.applications, request.var,          request.userPrograms,   request.shellPrograms,
                    arguments.get(),      request.statusOutput, reports.writeEnd.get(), takenOrders.get(),
                    relay.input(),        relay.output(),       relay.errors()};
+  if (request.theosLibraries >= 0) launch.passed.push_back(request.theosLibraries);
   for (const auto& file : request.dataFiles) launch.passed.push_back(file.content);
   for (int descriptor : request.passedOn) launch.passed.push_back(descriptor);
   if (opener != nullptr && opener->applicationEnd()) launch.passed.push_back(opener->applicationEnd().get());

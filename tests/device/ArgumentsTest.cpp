@@ -15,6 +15,7 @@ Request plainRequest() {
   request.var = 12;
   request.userPrograms = 13;
   request.shellPrograms = 14;
+  request.theosLibraries = 15;
   request.ownFiles = "/own files";
   request.theos = "/srv/theos";
   request.environment = {{"HOME", "/var/mobile"}};
@@ -69,9 +70,10 @@ TEST(Arguments, OnlyTheDeviceFoldersAreWritable) {
   EXPECT_TRUE(holds(words, {"--bind-fd", "13", "/usr/bin"}));
   EXPECT_TRUE(holds(words, {"--ro-bind-fd", "14", "/bin"}));
   EXPECT_TRUE(holds(words, {"--ro-bind", "/own files", "/.host/tweakbench"}));
+  EXPECT_TRUE(holds(words, {"--ro-bind", "/srv/theos", "/.host/theos", "--bind-fd", "15", "/opt/theos/lib"}));
   EXPECT_TRUE(holds(words, {"--ro-bind", "/srv/theos", "/opt/theos"}));
   EXPECT_EQ(std::count(words.begin(), words.end(), "--bind"), 0);
-  EXPECT_EQ(std::count(words.begin(), words.end(), "--bind-fd"), 3);
+  EXPECT_EQ(std::count(words.begin(), words.end(), "--bind-fd"), 4);
   EXPECT_TRUE(std::equal(words.end() - 4, words.end(), Words{"--remount-ro", "/", "--chdir", "/"}.begin()));
 }
 
