@@ -107,7 +107,9 @@ class Connection {
                   "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host});
     if (runProgram(ssh_, words, {nothing_.get(), nothing_.get()}) == 0) return 0;
     const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const std::string log = visible(readBeneath(folder.get(), "log", kLongestLog).value_or(""), "\n\t");
+    // ssh ends its lines with a carriage return.
+    const std::string log =
+        visible(replaceAll(readBeneath(folder.get(), "log", kLongestLog).value_or(""), "\r", ""), "\n\t");
     std::cerr << log;
     if (log.find("Host key verification failed") != std::string::npos ||
         log.find("IDENTIFICATION HAS CHANGED") != std::string::npos) {
@@ -193,6 +195,11 @@ Phone phoneFor(const std::string& typed, const Environment& caller) {
     phone.host = phone.host.substr(1, phone.host.size() - 2);
   if (!isMadeOf(phone.host, "._-:%"))
     throw Refusal("\"" + visible(phone.host) + "\" is not the name of a host.");
+  // An IPv6 address has several.
+  if (std::count(phone.host.begin(), phone.host.end(), ':') == 1) {
+    throw Refusal("\"" + phone.host +
+                  "\" is not the name of a host; the port goes into the variable THEOS_DEVICE_PORT.");
+  }
   if (!isMadeOf(phone.user, "._-"))
     throw Refusal("\"" + visible(phone.user) + "\" is not the name of a user.");
   const bool isPort =

@@ -197,7 +197,7 @@ TEST(Phones, AreNamedAsTheosNamesThemAndNeverTakenForOptions) {
   EXPECT_EQ(phone("phone.local", {}), "root phone.local ");
   EXPECT_EQ(phone("me@[fe80::1%eth0]", theos), "me fe80::1%eth0 2222");
   for (const char* typed :
-       {"-oProxyCommand=x", "me@-x", "-l@phone", "@phone", "me@", "a b", "me@a;b", "$(x)@phone"})
+       {"-oProxyCommand=x", "phone:22", "me@-x", "-l@phone", "@phone", "me@", "a b", "me@a;b", "$(x)@phone"})
     expectRefusal([typed] { phoneFor(typed, {}); }, "is not the name of a");
   expectRefusal([] { phoneFor("", {}); }, "Which phone");
   expectRefusal([] { phoneFor("phone", {{"THEOS_DEVICE_PORT", "22 -x"}}); }, "not a port");
