@@ -38,6 +38,9 @@ constexpr string_view kFakeroot =
     "fakeroot\" on the host.";
 constexpr string_view kWrongProgram =
     "a program of the toolchain is made for another processor or system; get the toolchain for this one.";
+constexpr string_view kNoInterpreter =
+    "the first line of this script names a program that is missing, or ends as lines of Windows do; install "
+    "the program, or get the script again with plain line ends (\"git config core.autocrlf false\").";
 constexpr string_view kTwice =
     "the Makefile was edited twice over, so that a rule or an include is in it more than once; remove one.";
 constexpr string_view kNoSpace =
@@ -76,6 +79,8 @@ const std::vector<Message>& messages() {
       {{"lack of sysv ipc"}, kFakeroot},
       {{"cannot execute binary file"}, kWrongProgram},
       {{"exec format error"}, kWrongProgram},
+      {{"cannot execute: required file not found"}, kNoInterpreter},
+      {{"bad interpreter"}, kNoInterpreter},
       {{"error while loading shared libraries"},
        "a program lacks a library of this system; the checks above name it if it is of the toolchain."},
       {{"included multiple times"}, kTwice},

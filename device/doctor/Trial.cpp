@@ -57,7 +57,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
   if (missing.starts_with(theos))
     return missing.substr(theos.size()) + " is missing in Theos's folder; " + kWholeCopy + ".";
   const bool isSdksPart = error.stage.starts_with("Compiling") || error.stage.starts_with("Linking");
-  const bool isHeader = error.line.find("file not found") != string::npos;
+  const bool isHeader = error.line.find("' file not found") != string::npos;
   if (isSdksPart && (missing.empty() || isHeader) && seen.isNewestSdkTooOld()) {
     return seen.newestSdk()->name + " is older than iOS " + textOf(seen.target) +
            ", for which new projects are built; put a newer SDK into Theos's folder sdks.";

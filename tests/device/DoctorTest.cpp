@@ -258,6 +258,7 @@ TEST(BuildLog, KnownMessagesAreExplainedAtTheirLine) {
       {"/bin/sh: line 1: /opt/theos/bin/ldid: cannot execute binary file: Exec format error\n", "processor"},
       {"clang: error while loading shared libraries: libz3.so.4: cannot open shared object file\n",
        "library"},
+      {"bash: line 1: /opt/theos/bin/logos.pl: cannot execute: required file not found\n", "first line"},
       {"Makefile:12: warning: overriding recipe for target 'clean'\n", "more than once"},
       {"cp: error writing '_/x': No space left on device\n", "make room"},
       {"make[2]: *** [rules.mk:10: x.o] Error 137\n", "memory"},
