@@ -134,6 +134,8 @@ def key(*arguments):
 
 def hold_return(device):
     """A Return that is held down opens the prompt and leaves it at that."""
+    # There is no window manager that would do it.
+    key("search", "--sync", "--onlyvisible", "--name", "Tweakbench", "windowfocus", "--sync")
     key("key", "ctrl+n")
     dialog("Project Options")
     key("key", "Tab")

@@ -85,7 +85,7 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
     EXPECT_EQ(fileAt(file), "old");
     // Esc asks the same, and leaves only the editor.
     QTest::keyClick(&editor, Qt::Key_Escape);
-    finger::waitToSee("Your changes to \u2068Tweak.x\u2069 are not saved. Without saving they are lost.");
+    finger::waitToSee("Your changes to Tweak.x are not saved. Without saving they are lost.");
     finger::tap(localized(text::discard));
     finger::waitToSee("Files");
     EXPECT_EQ(fileAt(file), "old");
