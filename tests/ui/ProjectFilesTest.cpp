@@ -21,7 +21,10 @@ using finger::waitUntil;
 
 const std::string patches = "/var/mobile/Library/Flex/patches.plist";
 const std::string premium =
-    "// Premium\n\n#import <UIKit/UIKit.h>\n\n%hook Account\n\n- (BOOL)isPremium {\n\treturn "
+    "// Premium\n// To build it, rename the file so that it ends in .x or .xm. A Makefile that lists its "
+    "sources\n// instead "
+    "of taking every one beside it has to list the file.\n\n#import <UIKit/UIKit.h>\n\n%hook Account\n\n- "
+    "(BOOL)isPremium {\n\treturn "
     "YES;\n}\n\n%end\n";
 
 class ProjectFiles : public Screens {
