@@ -1,6 +1,8 @@
 // The kinds and styles of a dialog, what it is made from, and what it reports to whom.
 #pragma once
 
+#include "platform/UIKeyboard.h"
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -38,7 +40,7 @@ enum class RQAlertViewState { Allocated, Made, Showing, Shown, Dismissing, Dismi
 
 // Whether a press of Return or Space is only the repeat of a key that is held down, which answers nothing.
 inline bool isRepeatedAnswer(const QKeyEvent& press) {
-  return press.isAutoRepeat() &&
+  return isRepeated(press) &&
          (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter || press.key() == Qt::Key_Space);
 }
 

@@ -93,6 +93,7 @@ bool UIApplication::notify(QObject* receiver, QEvent* event) {
     focusWidget()->window()->setAttribute(Qt::WA_KeyboardFocusChange, false);
     focusWidget()->update();
   }
+  if (event->type() == QEvent::KeyRelease) noteKeyRelease(*static_cast<QKeyEvent*>(event));
   try {
     return QApplication::notify(receiver, event);
   } catch (...) {

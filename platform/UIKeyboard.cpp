@@ -30,6 +30,16 @@ void post(const QString& name, const QRectF& frame) {
        {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::OutCubic)}});
 }
 
+struct KeyRelease {
+  int key = 0;
+  quint64 time = 0;  // milliseconds of the display's clock; 0 for none
+};
+
+KeyRelease& lastKeyRelease() {
+  static KeyRelease release;
+  return release;
+}
+
 }  // namespace
 
 UIKeyboard::UIKeyboard(QObject* parent) : QObject(parent) {
@@ -55,4 +65,14 @@ void UIKeyboard::readInputMethod() {
   const QInputMethod* inputMethod = QGuiApplication::inputMethod();
   // Told in the coordinates of the window that has the focus, which is the screen.
   setFrame(inputMethod->isVisible() ? inputMethod->keyboardRectangle() : QRectF());
+}
+
+bool isRepeated(const QKeyEvent& press) {
+  const KeyRelease& release = lastKeyRelease();
+  return press.isAutoRepeat() ||
+         (release.time != 0 && release.time == press.timestamp() && release.key == press.key());
+}
+
+void noteKeyRelease(const QKeyEvent& release) {
+  lastKeyRelease() = {release.key(), release.timestamp()};
 }

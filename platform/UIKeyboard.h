@@ -1,6 +1,8 @@
-// The on-screen keyboard: reports where it stands, so that views can keep clear of it.
+// The on-screen keyboard, which reports where it is so that views can keep clear of it, and keys that are
+// held down.
 #pragma once
 
+#include <QKeyEvent>
 #include <QObject>
 #include <QRectF>
 #include <QString>
@@ -34,3 +36,11 @@ class UIKeyboard : public QObject {
  private:
   void readInputMethod();
 };
+
+// Whether `press` comes from a key that is held down. X11 sends such repeats as a release and a press of the
+// same time. Where the press is late, Qt takes both for real, so QKeyEvent::isAutoRepeat() alone does not
+// tell.
+bool isRepeated(const QKeyEvent& press);
+
+// To be called with each key release, before anything handles it.
+void noteKeyRelease(const QKeyEvent& release);

@@ -4,6 +4,7 @@
 #include "platform/PresentationLayer.h"
 #include "platform/TakesInput.h"
 #include "platform/UIApplication.h"
+#include "platform/UIKeyboard.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 
@@ -104,7 +105,7 @@ void UIWindow::resizeEvent(QResizeEvent* event) {
 void UIWindow::keyPressEvent(QKeyEvent* event) {
   const std::shared_ptr<UIViewController> top = topViewController();
   if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier && top) {
-    if (!event->isAutoRepeat()) top->cancelOperation();
+    if (!isRepeated(*event)) top->cancelOperation();
     event->accept();
     return;
   }

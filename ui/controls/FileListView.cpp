@@ -2,6 +2,7 @@
 
 #include "platform/EventBoundary.h"
 #include "platform/UIFont.h"
+#include "platform/UIKeyboard.h"
 #include "ui/Localized.h"
 #include "ui/controls/Colours.h"
 #include "ui/controls/Metrics.h"
@@ -155,7 +156,7 @@ void FileListView::keyPressEvent(QKeyEvent* event) {
   const bool picks =
       event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
   if (picks && currentIndex().isValid()) {
-    emit rowPicked(currentIndex().row());
+    if (!isRepeated(*event)) emit rowPicked(currentIndex().row());
     return;
   }
   QListView::keyPressEvent(event);
