@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/eventfd.h>
@@ -19,6 +20,7 @@ namespace {
 
 // More does not stay in the processor's cache.
 constexpr std::size_t kPiece = 128 << 10;
+constexpr std::size_t kMoved = 1 << 20;
 
 void setOff(int event) {
   eventfd_write(event, 1);
@@ -60,12 +62,21 @@ struct Pump::Copying {
   void run() {
     std::vector<char> piece(kPiece);
     std::string unfinished;
+    bool isMoving = bytes == Bytes::Moved;
     while (isWorthReading()) {
+      if (isMoving) {
+        const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, kMoved, 0);
+        if (moved == 0 || (moved < 0 && errno == EAGAIN && !canWrite())) break;
+        if (moved > 0 || errno == EINTR || errno == EAGAIN) continue;
+        if (errno != EINVAL) break;
+        // Not for this target.
+        isMoving = false;
+      }
       const ssize_t got = read(source.get(), piece.data(), piece.size());
       if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
       if (got <= 0) break;
       const std::string_view text(piece.data(), static_cast<std::size_t>(got));
-      const bool isPlain = bytes == Bytes::AsTheyAre || bytes == Bytes::GivenBack;
+      const bool isPlain = bytes == Bytes::AsTheyAre || bytes == Bytes::Moved || bytes == Bytes::GivenBack;
       if (!(isPlain ? writeAll(text) : writeChanged(text, unfinished))) break;
     }
     if (!unfinished.empty()) writeAll(bytes == Bytes::ToTerminal ? unfinished : visible(unfinished));
@@ -83,6 +94,13 @@ struct Pump::Copying {
     while (poll(watched.data(), count, -1) < 0 && errno == EINTR) {
     }
     return watched[1].revents == 0 && watched[2].revents == 0;
+  }
+
+  // Waits until a target that does not block takes more; false when the copying is stopped.
+  bool canWrite() const {
+    std::array<pollfd, 2> watched{{{target.get(), POLLOUT, 0}, {stopped.get(), POLLIN, 0}}};
+    poll(watched.data(), watched.size(), -1);
+    return watched[1].revents == 0;
   }
 
   bool writeChanged(std::string_view text, std::string& unfinished) {
@@ -103,9 +121,7 @@ struct Pump::Copying {
         copied += static_cast<std::size_t>(written);
         left -= static_cast<std::size_t>(written);
       } else if (errno == EAGAIN) {
-        std::array<pollfd, 2> watched{{{target.get(), POLLOUT, 0}, {stopped.get(), POLLIN, 0}}};
-        poll(watched.data(), watched.size(), -1);
-        if (watched[1].revents != 0) return false;
+        if (!canWrite()) return false;
       } else if (errno != EINTR) {
         return false;
       }

@@ -12,8 +12,9 @@
 namespace device {
 namespace {
 
-// As much as an ordinary user's pipe may hold.
-constexpr int kPipeSize = 1 << 20;
+// Large enough that the programs at both ends rarely wait for each other. The kernel counts 64 MiB of pipes
+// for a user and makes further ones small.
+constexpr int kPipeSize = 512 << 10;
 constexpr int kPatience = 1000;  // milliseconds
 
 struct Pipe {
@@ -21,10 +22,16 @@ struct Pipe {
   Descriptor writeEnd;
 };
 
+// Does nothing to what is not a pipe.
+void enlarge(int pipe) {
+  const int size = fcntl(pipe, F_GETPIPE_SZ);
+  if (size >= 0 && size < kPipeSize) fcntl(pipe, F_SETPIPE_SZ, kPipeSize);
+}
+
 Pipe makePipe() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) refuseWithError("No pipe could be made:");
-  fcntl(ends[0], F_SETPIPE_SZ, kPipeSize);
+  enlarge(ends[0]);
   return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
@@ -41,6 +48,7 @@ bool isNothing(const struct stat& status) {
 // Closes a standard stream of this process, so that its other end notices when the copy is closed.
 Descriptor take(int stream) {
   Descriptor taken(fcntl(stream, F_DUPFD_CLOEXEC, 3));
+  enlarge(taken.get());
   // Messages are still to come on the last.
   if (stream != STDERR_FILENO) dup2(openNothing().get(), stream);
   return taken;
@@ -82,8 +90,8 @@ Relay::Relay(Streams streams) {
   } else {
     makeInput();
   }
-  output_ = makeOutput(STDOUT_FILENO, Pump::Bytes::AsTheyAre);
-  errors_ = isOneWay ? copyOf(output_.get()) : makeOutput(STDERR_FILENO, Pump::Bytes::AsTheyAre);
+  output_ = makeOutput(STDOUT_FILENO, Pump::Bytes::Moved);
+  errors_ = isOneWay ? copyOf(output_.get()) : makeOutput(STDERR_FILENO, Pump::Bytes::Moved);
 }
 
 void Relay::makeInput() {
@@ -108,7 +116,7 @@ void Relay::makeInput() {
 
 Descriptor Relay::makeOutput(int stream, Pump::Bytes bytes) {
   struct stat status {};
-  if (bytes == Pump::Bytes::AsTheyAre && terminal_ && isatty(stream) == 1)
+  if (bytes == Pump::Bytes::Moved && terminal_ && isatty(stream) == 1)
     return copyOf(terminal_->deviceSide().get());
   if (fstat(stream, &status) != 0 || isNothing(status)) return openNothing();
   Pipe pipe = makePipe();
