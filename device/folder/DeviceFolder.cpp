@@ -30,6 +30,8 @@ constexpr const char* kUserPrograms = "usr-bin";
 constexpr const char* kShellPrograms = "bin";
 constexpr const char* kApplicationFolder = "Tweakbench.app";
 constexpr const char* kConverter = "ftt";
+// Names that a start looks through for leftovers, in all folders together; what is behind them stays.
+constexpr std::size_t kMostSwept = 100'000;
 // Many times what a host has.
 constexpr std::size_t kMostPrograms = 100'000;
 constexpr const char* kBesideProjects = "Tweakyard";
@@ -210,9 +212,18 @@ void DeviceFolder::remainDevice() const {
 // What an application that was killed in the middle of a save left beside the file. Nothing else of the
 // device runs while it is locked, so nobody is writing such a file now.
 void DeviceFolder::removeLeftovers() const {
-  const auto sweep = [](const Descriptor& folder) {
-    const auto names = folder ? namesIn(folder.get()) : std::nullopt;
-    for (const auto& name : names.value_or(std::vector<std::string>())) {
+  struct TooMany {};
+  std::size_t count = 0;
+  const auto list = [&count](const Descriptor& folder) {
+    const auto names = folder ? namesIn(folder.get(),
+                                        [&count] {
+                                          if (++count > kMostSwept) throw TooMany();
+                                        })
+                              : std::nullopt;
+    return names.value_or(std::vector<std::string>());
+  };
+  const auto sweep = [&list](const Descriptor& folder) {
+    for (const auto& name : list(folder)) {
       struct stat status {};
       if (isTemporaryName(name) && fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
           S_ISREG(status.st_mode) && status.st_nlink == 1) {
@@ -220,20 +231,20 @@ void DeviceFolder::removeLeftovers() const {
       }
     }
   };
-  sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
-  // What a killed import left; a living one holds its lock.
-  const Descriptor beside = openFolderBeneath(var_.get(), kBesideProjects);
-  const auto imports = beside ? namesIn(beside.get()) : std::nullopt;
-  for (const auto& name : imports.value_or(std::vector<std::string>())) {
-    if (!name.starts_with(".import-")) continue;
-    const Descriptor unfinished = openFolderBeneath(beside.get(), name);
-    if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
-      setAside(beside.get(), fs::path("var") / kBesideProjects, name);
+  try {
+    sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
+    // What a killed import left; a living one holds its lock.
+    const Descriptor beside = openFolderBeneath(var_.get(), kBesideProjects);
+    for (const auto& name : list(beside)) {
+      if (!name.starts_with(".import-")) continue;
+      const Descriptor unfinished = openFolderBeneath(beside.get(), name);
+      if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
+        setAside(beside.get(), fs::path("var") / kBesideProjects, name);
+    }
+    const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
+    for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
+  } catch (const TooMany&) {
   }
-  const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
-  const auto names = projects ? namesIn(projects.get()) : std::nullopt;
-  for (const auto& name : names.value_or(std::vector<std::string>()))
-    sweep(openFolderBeneath(projects.get(), name));
 }
 
 // Programs in the device may have left anything here. What cannot be read or written stays as it is, and the

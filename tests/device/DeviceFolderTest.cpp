@@ -11,6 +11,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <set>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -245,6 +246,20 @@ TEST_F(DeviceFolderTest, APipeOrAClosedFolderStopsNoStart) {
   start();
   EXPECT_TRUE(fs::is_fifo(application("TheosOrig.zip")));
   EXPECT_EQ(fs::status(device / "var").permissions() & fs::perms::owner_all, fs::perms::owner_all);
+}
+
+TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
+  start();
+  putFile(device / "var/Tweakyard/.import-1/file", "kept");
+  putFile(device / "var/Tweakyard/.import-2/file", "copying");
+  const Descriptor living(
+      open((device / "var/Tweakyard/.import-2").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  ASSERT_EQ(flock(living.get(), LOCK_EX | LOCK_NB), 0);
+  start();
+  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/.import-1"));
+  EXPECT_TRUE(fs::exists(device / "var/Tweakyard/.import-2/file"));
+  const fs::path when = fs::directory_iterator(device / "history/set-aside")->path();
+  EXPECT_EQ(fileAt(when / "var/Tweakyard/.import-1/file"), "kept");
 }
 
 TEST_F(DeviceFolderTest, MoreProgramsThanAnyHostHasAreSetAsideButForTheConverter) {
