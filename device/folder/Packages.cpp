@@ -75,7 +75,7 @@ void requireProjectName(const std::string& name) {
   if (name.starts_with('-') || name.find_first_of(" \"'\\`$&|;<>()*?[]{}!#~%=") != std::string::npos) {
     throw Refusal("\"" + name +
                   "\" is no name for a project, since it goes into command lines as it is: rename the folder "
-                  "without blanks and other characters that a shell minds.");
+                  "to one without blanks, quotes and other special characters of the shell.");
   }
 }
 
