@@ -2,7 +2,7 @@
 
 #include "core/ReducedMotion.h"
 #include "device/Refusal.h"
-#include "device/doctor/Capture.h"
+#include "device/sandbox/Capture.h"
 #include "device/sandbox/HostPrograms.h"
 
 #include <charconv>
@@ -41,8 +41,8 @@ bool isOffInGnome(const Environment& caller, std::chrono::milliseconds patience)
   const fs::path program = findProgram(caller, "gsettings");
   if (program.empty()) return false;
   try {
-    const auto answer = doctor::capture(
-        {program.string(), "get", "org.gnome.desktop.interface", "enable-animations"}, patience);
+    const auto answer =
+        capture({program.string(), "get", "org.gnome.desktop.interface", "enable-animations"}, patience);
     return answer.status == 0 && answer.output == "false\n";
   } catch (const Refusal&) {
     return false;

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace device::doctor {
+namespace device {
 
 struct Captured {
   // As a shell tells it: 128 + n if signal n killed it. 124 if it was stopped at the time limit.
@@ -20,4 +20,4 @@ struct Captured {
 // Interrupted, with the program stopped, once an Interruption has noted a signal.
 Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit);
 
-}  // namespace device::doctor
+}  // namespace device

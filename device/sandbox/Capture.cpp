@@ -1,4 +1,4 @@
-#include "device/doctor/Capture.h"
+#include "device/sandbox/Capture.h"
 
 #include "core/Descriptor.h"
 #include "device/Refusal.h"
@@ -11,7 +11,7 @@
 #include <sys/prctl.h>
 #include <sys/wait.h>
 
-namespace device::doctor {
+namespace device {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -98,4 +98,4 @@ Captured capture(const std::vector<std::string>& words, std::chrono::millisecond
   return result;
 }
 
-}  // namespace device::doctor
+}  // namespace device
