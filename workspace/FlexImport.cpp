@@ -38,8 +38,8 @@ void convertFlexPatch(const std::string& title) {
   const MaybeText project = itemName(listedProject());
   const std::string key = flexPatchKey(title);
   run_cmd("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key});
-  const std::string name = "FlexPatch" + key;
-  const std::string older = fill(paths::projectFile, {project, itemName(name)});
+  const MaybeText name = itemName("FlexPatch" + key);
+  const std::string older = fill(paths::projectFile, {project, name});
   if (fileExistsAtPath(older)) run_cmd("rm -rf %@", {older});
   // With no project the result lands beside the projects, where it is seen.
   const std::string result = fill("%@/%@", {workFolder, name});

@@ -1,12 +1,11 @@
-// What a name may stand for in a command line that deletes or replaces.
+// Which names may be used in a command line that deletes or replaces.
 #pragma once
 
 #include "core/Text.h"
 
-// The name of an item for a command line that deletes or replaces that item. Names go into command lines
-// unquoted, so the shell decides what they mean; absent, which the shell refuses to run, when the first word
-// that it reads is not an item of the folder before the name but that folder itself or something outside it:
-// the name is empty, begins with white space or an operator, is made of slashes, dots, quotes or variables
-// only, leads up, or its last character takes the rest of the command line in. Nothing is changed in other
-// names: blanks split them and the shell expands them.
+// Returns `name`, unchanged, where the command means an item of the folder before it. Names go into command
+// lines unquoted, and the shell expands them. Absent, so that the shell refuses the line, if the first word
+// that the shell reads may end at that folder or outside it: the name is empty, begins with white space or an
+// operator, consists of slashes, dots, quotes or variables only, leads up, has an alternative in braces or a
+// pattern that does, or its last character takes in the rest of the line.
 [[nodiscard]] MaybeText itemName(const MaybeText& name);
