@@ -10,14 +10,12 @@
 #include "RQAlertView/RQAlertViewRootView.h"
 #include "RQAlertView/RQAlertViewWindow.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
-#include "core/NSLog.h"
-#include "platform/Autorelease.h"
-#include "platform/EventBoundary.h"
+#include "core/Process.h"
+#include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
 #include "platform/UIKeyboard.h"
 #include "platform/UIScreen.h"
-#include "platform/dispatch.h"
 
 #include <algorithm>
 #include <stdexcept>

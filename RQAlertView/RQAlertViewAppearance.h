@@ -4,8 +4,8 @@
 #include "RQAlertView/RQAlertViewCell.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "RQAlertView/RQAlertViewReports.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/UIActivityIndicatorView.h"
-#include "platform/UIFont.h"
 #include "platform/UITextTraits.h"
 
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "RQAlertView/RQAlertViewHeader.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
-#include "platform/EventBoundary.h"
+#include "platform/EventLoop.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "RQAlertView/RQAlertViewProgressView.h"
 #include "RQAlertView/RQAlertViewText.h"
 #include "RQAlertView/RQAlertViewTextField.h"
-#include "platform/EventBoundary.h"
+#include "platform/EventLoop.h"
 #include "platform/UIActivityIndicatorView.h"
 
 #include <algorithm>

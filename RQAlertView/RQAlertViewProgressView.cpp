@@ -1,7 +1,7 @@
 #include "RQAlertView/RQAlertViewProgressView.h"
 
 #include "RQAlertView/RQAlertViewMetrics.h"
-#include "platform/Motion.h"
+#include "platform/UIDevice.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,8 +3,8 @@
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewHelper.h"
-#include "platform/EventBoundary.h"
-#include "platform/Motion.h"
+#include "platform/EventLoop.h"
+#include "platform/UIDevice.h"
 #include "platform/UIWindow.h"
 
 #include <algorithm>

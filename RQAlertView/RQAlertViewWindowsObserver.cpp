@@ -1,10 +1,10 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 
+#include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
-#include "platform/dispatch.h"
 
 #include <algorithm>
 #include <cstring>

@@ -4,8 +4,8 @@
 #include "bench/SideBySide.h"
 #include "build/BuildRunner.h"
 #include "core/FileManager.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
-#include "platform/UIFont.h"
 #include "ui/controls/TextView.h"
 #include "workspace/Paths.h"
 

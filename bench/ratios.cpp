@@ -4,8 +4,8 @@
 #include "build/LogCleanUp.h"
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
-#include "workspace/NewProject.h"
-#include "workspace/StartUp.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Projects.h"
 
 #include <cstdio>
 #include <cstdlib>

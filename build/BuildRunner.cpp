@@ -2,7 +2,6 @@
 
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
-#include "core/run_logged.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/ItemName.h"
 #include "workspace/Paths.h"
@@ -14,12 +13,8 @@
 
 namespace {
 
-constexpr const char* updateLog = "/var/Tweakyard/tmp/SuccessfullyUpdated.log";
-// Nothing ever makes the install build's marker, so its button always updates and never builds.
-constexpr const char* installMarker = "/Applications/Tweakbench.app/SuccessfullyUpdated.log";
-
 const char* markerOf(BuildVariant variant) {
-  return variant == BuildVariant::Package ? updateLog : installMarker;
+  return variant == BuildVariant::Package ? paths::updateLog : paths::installUpdateLog;
 }
 
 const char* commandOf(BuildVariant variant) {
@@ -84,9 +79,9 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
 }
 
 void updateTheos() {
-  removeItemAtPath(updateLog);
-  run_cmder("mkdir /var/Tweakyard/tmp");
-  redirectStandardStreams(updateLog);
+  removeItemAtPath(paths::updateLog);
+  run_cmder("mkdir %@", {paths::updateFolder});
+  redirectStandardStreams(paths::updateLog);
   const MaybeText theos = theosPath();
   run_cmder("export THEOS=%@ && %@/bin/update-theos", {theos, theos});
 }

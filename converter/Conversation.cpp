@@ -1,13 +1,68 @@
 #include "converter/Conversation.h"
 
-#include "converter/FlexPatches.h"
 #include "converter/LogosSource.h"
-#include "converter/Menu.h"
 #include "converter/PlainText.h"
 #include "core/FileManager.h"
-#include "core/PropertyListBounds.h"
+#include "core/PropertyList.h"
+#include "core/Text.h"
 
 #include <array>
+#include <charconv>
+
+namespace {
+
+constexpr std::string_view banner = "Flex to Theos by Mossgrove & updated by Wexley88";
+constexpr std::string_view prompt = "Enter corresponding number: ";
+constexpr std::string_view invalidSelection = "Invalid selection received.";
+constexpr std::string_view validBetween = "Please input a valid number between ";
+constexpr std::string_view validAnd = " and ";
+
+constexpr std::string_view blue = "\033[0;34m";
+constexpr std::string_view red = "\033[31m";
+constexpr std::string_view green = "\033[32m";
+constexpr std::string_view plain = "\033[0m";
+
+// Survives the loss of the blanks, so that the number of "7 Days" can be told from the name.
+constexpr char separator = '-';
+
+std::string joined(std::initializer_list<std::string_view> pieces) {
+  std::string text;
+  for (const std::string_view piece : pieces) text += piece;
+  return text;
+}
+
+}  // namespace
+
+std::string menuText(const std::vector<FlexPatch>& patches) {
+  std::string text = joined({blue, banner, plain, "\n", "\n", plain, "The Flex patches on this device:\n"});
+  for (std::size_t index = 0; index < patches.size(); ++index) {
+    // Nothing behind the name: it would become part of the key. No colour but the one, no more than two
+    // blanks.
+    text += joined(
+        {red, "  ", std::to_string(index), " ", {&separator, 1}, " ", menuName(patches[index].name), "\n"});
+  }
+  return text + joined({plain, "\n", green, prompt, plain});
+}
+
+std::string complaintText(std::size_t patches) {
+  return joined({red, invalidSelection, " ", red, validBetween, blue, "0", red, validAnd, blue,
+                 std::to_string(patches - 1), plain, "\n"});
+}
+
+std::string noMenuText(std::string_view reason) {
+  return joined({blue, banner, plain, "\n", reason, "\n\n\n\n"});
+}
+
+std::optional<std::size_t> chosenPatch(std::string_view answer, const std::vector<FlexPatch>& patches) {
+  answer = trimmed(answer);
+  std::size_t index = 0;
+  const auto [end, error] = std::from_chars(answer.data(), answer.data() + answer.size(), index);
+  if (error != std::errc() || index >= patches.size()) return std::nullopt;
+  const std::string name = withoutBlanks(answer.substr(static_cast<std::size_t>(end - answer.data())));
+  const std::string expected = withoutBlanks(menuName(patches[index].name));
+  if (!name.empty() && name != expected && name != separator + expected) return std::nullopt;
+  return index;
+}
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "converter/FlexPatches.h"
 
-#include "converter/ValueExpression.h"
+#include "converter/LogosSource.h"
 
 #include <array>
 #include <iconv.h>

@@ -1,7 +1,7 @@
 // The Flex app's patches as they lie on the device (docs/flex-patches.md).
 #pragma once
 
-#include "core/PropertyListTree.h"
+#include "core/PropertyList.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "converter/KnownNames.h"
+#include "converter/ObjectiveC.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,7 @@
 #include "converter/LogosSource.h"
 
-#include "converter/KnownNames.h"
-#include "converter/MethodSignature.h"
-#include "converter/NotUnderstood.h"
+#include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
-#include "converter/ValueExpression.h"
 #include "core/Text.h"
 
 #include <algorithm>

@@ -1,7 +1,4 @@
-#include "converter/MethodSignature.h"
-
-#include "converter/KnownNames.h"
-#include "converter/NotUnderstood.h"
+#include "converter/ObjectiveC.h"
 
 #include <algorithm>
 

@@ -1,7 +1,5 @@
-#include "converter/ValueExpression.h"
-
-#include "converter/KnownNames.h"
-#include "converter/NotUnderstood.h"
+#include "converter/LogosSource.h"
+#include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
 #include "core/Text.h"
 

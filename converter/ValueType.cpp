@@ -1,6 +1,4 @@
-#include "converter/ValueType.h"
-
-#include "converter/KnownNames.h"
+#include "converter/ObjectiveC.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "core/FileManager.h"
 
-#include "core/TemporaryName.h"
+#include "core/LauncherContract.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "core/History.h"
 
-#include "core/HistoryProtocol.h"
+#include "core/LauncherContract.h"
 
 #include <algorithm>
 #include <cerrno>

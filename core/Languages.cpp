@@ -21,3 +21,14 @@ bool languageIsArabic() {
 const char* Languages(const char* arabic, const char* english) {
   return languageIsArabic() ? arabic : english;
 }
+
+void setLanguage(Language language) {
+  switch (language) {
+    case Language::Arabic:
+      return setPropertyListValue(langFilePlist, languageKey, "AR");
+    case Language::Automatic:
+      return setPropertyListValue(langFilePlist, languageKey, "Auto");
+    case Language::English:
+      return removePropertyListValue(langFilePlist, languageKey);
+  }
+}

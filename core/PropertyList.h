@@ -1,11 +1,39 @@
-// Property lists as settings: a dictionary in a file, read whole, changed, written back whole.
+// Property lists, XML or binary, read with libplist: as settings (PropertyList) and as whole trees
+// (PropertyListValue).
 #pragma once
 
-#include "core/PropertyListNode.h"
 #include "core/Text.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <variant>
+#include <vector>
+
+inline constexpr std::size_t largestPropertyList = std::size_t{1} << 20;  // bytes
+inline constexpr int deepestPropertyList = 64;                            // levels of arrays and dictionaries
+inline constexpr std::size_t mostPropertyListValues = 20'000;   // values, shared ones counted each time
+inline constexpr std::size_t mostPropertyListText = 4'000'000;  // bytes of text and data, counted likewise
+
+bool isBinaryPropertyList(std::string_view bytes);
+
+// Whether `bytes` may be handed to the library. True says nothing about the bytes being a property list at
+// all.
+bool isWithinPropertyListBounds(std::string_view bytes);
+
+struct PropertyListRelease {
+  void operator()(void* node) const;
+};
+using PropertyListNode = std::unique_ptr<void, PropertyListRelease>;
+
+// Reads XML or binary. None when `bytes` are no property list, or too large or too deep for one
+// (PropertyListBounds.h).
+PropertyListNode parsedPropertyList(std::string_view bytes);
 
 // A dictionary read from a file, XML or binary. Move-only; one thread at a time.
 class PropertyList {
@@ -38,3 +66,26 @@ MaybeText propertyListValue(const std::string& path, const std::string& key);
 // shipped files must exist, none is made here.
 void setPropertyListValue(const std::string& path, const std::string& key, const std::string& value);
 void removePropertyListValue(const std::string& path, const std::string& key);
+
+// One value with all that lies below it. An owner of everything it holds.
+struct PropertyListValue {
+  using Array = std::vector<PropertyListValue>;
+  using Dictionary = std::map<std::string, PropertyListValue, std::less<>>;
+
+  // std::monostate stands for what nobody here reads (dates, data) and for text that is not valid UTF-8. A
+  // whole number is a std::uint64_t only where it is past INT64_MAX.
+  std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Array, Dictionary>
+      value;
+
+  // The value as that kind; null when it is another. Valid as long as this value is.
+  const std::string* text() const { return std::get_if<std::string>(&value); }
+  const Array* array() const { return std::get_if<Array>(&value); }
+  const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value); }
+
+  // What a dictionary holds under `key`; null when this is no dictionary or holds no such key.
+  const PropertyListValue* find(std::string_view key) const;
+};
+
+// Absent when `bytes`, XML or binary, are no property list, or too large or too deep (PropertyListBounds.h).
+// Keys that are not valid UTF-8 are dropped with their values.
+std::optional<PropertyListValue> propertyListTree(std::string_view bytes);

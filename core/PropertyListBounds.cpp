@@ -1,4 +1,4 @@
-#include "core/PropertyListBounds.h"
+#include "core/PropertyList.h"
 
 #include <cstdint>
 #include <optional>

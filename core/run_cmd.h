@@ -3,11 +3,13 @@
 
 #include "core/Text.h"
 
+#include <string>
+#include <sys/types.h>
+
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
-// the standard streams as they are at that moment. Nothing is returned: exit status and a refused spawn are
-// not reported; who cares looks at files or at a captured log afterwards. The only report ever made is
-// perror("waitpid") when waiting fails. What the command line may delete or replace is in the history before
-// (core/History.h). Any thread.
+// the standard streams. Exit status and a refused spawn are not reported: callers check files or a captured
+// log. The only report is perror("waitpid"). Asks the launcher first to keep what the command may delete or
+// replace (core/History.h). Any thread.
 void run_cmd(const char* cmd);
 
 // Runs `format` with each "%@" filled by the next value (see fill() in Text.h). `variable`, as NAME=VALUE, is
@@ -15,8 +17,8 @@ void run_cmd(const char* cmd);
 void run_cmd(std::string_view format, std::initializer_list<MaybeText> values,
              const char* variable = nullptr);
 
-// Runs `cmd`, and returns how the command ended, as a shell tells it: its exit status, or 128 + n if signal n
-// killed it; 127 if it could not be started. `variable` as above.
+// Runs `cmd` and returns its exit status as a shell does: 128 + n if signal n killed it, 127 if it could not
+// be started. `variable` as above.
 int run_cmd_status(const char* cmd, const char* variable = nullptr);
 
 // The build screen's name for the same function.
@@ -27,10 +29,25 @@ inline void run_cmder(std::string_view format, std::initializer_list<MaybeText> 
   run_cmd(format, values);
 }
 
-// Ends the running of commands for the rest of the process's life: every command that is running, with all
-// that it started, is asked to end and, if it is still there after `graceMilliseconds`, killed; later calls
-// of run_cmd return at once without starting anything. For the end of the process, so that no build goes on
-// behind a closed window and no step of a broken-off sequence (a deletion, a move) runs after the step that
-// was cut short. Returns when every running command has ended; the thread that runs it is about to go on
-// then. What outlives its shell is not reached: that ends with the device. Main thread.
+// Sends SIGTERM to every running command and its descendants, and SIGKILL after `graceMilliseconds`. Later
+// calls of run_cmd do nothing. Called at the end of the process, so that no build goes on behind a closed
+// window and no later step of an interrupted sequence (a deletion, a move) runs. Returns when all commands
+// have ended, maybe before run_cmd returns in their threads. Processes that outlive their shell end with the
+// device. Main thread.
 void stopCommands(int graceMilliseconds);
+
+// Sends `signal` to `root` and its descendants in /proc. Stops them first and lists them again, so that none
+// escapes by forking. Processes whose parent has ended are not reached.
+void signalProcessTree(pid_t root, int signal);
+
+// Redirects the process's standard output, error and input, in this order, to the file `log`, opened with
+// "a+". Not locked and never undone: later commands write there too, until the next redirection. One captured
+// run at a time; the interface ensures that.
+void redirectStandardStreams(const std::string& log);
+
+// Removes `log` or, if its folder cannot be changed, empties it. False if it is not empty afterwards.
+bool discardLog(const std::string& log);
+
+// Discards `log`, redirects the standard streams to it, runs `cmd` and returns the log's text; absent if the
+// log could not be read or discarded, or is not UTF-8. The log file stays.
+MaybeText run_logged(const std::string& cmd, const std::string& log);

@@ -1,8 +1,22 @@
-// How the controls look whose drawing is left to the style.
+// Colours, fonts and the look of the controls whose drawing is left to the style.
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QProxyStyle>
+
+// The opaque grey whose red, green and blue are `level255` of 255.
+inline QColor grey(double level255) {
+  const auto level = static_cast<float>(level255 / 255.0);
+  return QColor::fromRgbF(level, level, level);
+}
+
+// The application's font with `size` logical pixels at the usual 96 dots an inch; it grows with the desktop's
+// text scale. Needs the application object.
+QFont systemFontOfSize(double size);
+QFont boldSystemFontOfSize(double size);
+// The desktop's font for code, in the same way.
+QFont fixedPitchFontOfSize(double size);
 
 // Fusion, with scroll bars that are only a thumb: nothing at their ends, and no ground of their own.
 class ApplicationStyle : public QProxyStyle {

@@ -1,9 +1,8 @@
 #include "platform/HostOpener.h"
 
-#include "core/NSLog.h"
-#include "core/OpenerProtocol.h"
-#include "platform/EventBoundary.h"
-#include "platform/dispatch.h"
+#include "core/LauncherContract.h"
+#include "core/Process.h"
+#include "platform/EventLoop.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #include "platform/NSNotificationCenter.h"
 
-#include "platform/EventBoundary.h"
+#include "platform/EventLoop.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "platform/UIActivityIndicatorView.h"
 
-#include "platform/Motion.h"
+#include "platform/UIDevice.h"
 
 #include <QPainter>
 

@@ -1,16 +1,11 @@
 #include "platform/UIApplication.h"
 
-#include "core/NSLog.h"
+#include "core/Process.h"
 #include "platform/ApplicationStyle.h"
-#include "platform/Autorelease.h"
-#include "platform/EventBoundary.h"
-#include "platform/TakesInput.h"
-#include "platform/UIApplicationDelegate.h"
-#include "platform/UIColor.h"
+#include "platform/EventLoop.h"
 #include "platform/UIKeyboard.h"
 #include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
-#include "platform/dispatch.h"
 
 #include <string>
 #include <utility>
@@ -63,11 +58,6 @@ UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) 
   QPixmapCache::setCacheLimit(pictureCacheKilobytes);
   startPaintingThread();
   new UIKeyboard(this);
-  connect(this, &QGuiApplication::applicationStateChanged, this,
-          atEventBoundary([this](Qt::ApplicationState state) { stateChanged(state); }));
-  connect(this, &QCoreApplication::aboutToQuit, this, atEventBoundary([this] {
-            if (delegate_) delegate_->applicationWillTerminate(*this);
-          }));
 }
 
 UIApplication::~UIApplication() {
@@ -166,18 +156,6 @@ void UIApplication::passKeyOn() {
     if (!window->isHidden()) next = window;
   }
   setKeyWindow(next);
-}
-
-void UIApplication::stateChanged(Qt::ApplicationState state) {
-  const Qt::ApplicationState before = std::exchange(state_, state);
-  if (!delegate_ || before == state) return;
-  const auto inBackground = [](Qt::ApplicationState which) {
-    return which == Qt::ApplicationHidden || which == Qt::ApplicationSuspended;
-  };
-  if (before == Qt::ApplicationActive) delegate_->applicationWillResignActive(*this);
-  if (!inBackground(before) && inBackground(state)) delegate_->applicationDidEnterBackground(*this);
-  if (inBackground(before) && !inBackground(state)) delegate_->applicationWillEnterForeground(*this);
-  if (state == Qt::ApplicationActive) delegate_->applicationDidBecomeActive(*this);
 }
 
 int UIApplicationMain(int argc, char** argv,

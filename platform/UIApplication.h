@@ -9,7 +9,20 @@
 #include <QUrl>
 #include <QVariantMap>
 
-class UIApplicationDelegate;
+class UIApplication;
+
+// Called on the main thread.
+class UIApplicationDelegate {
+ public:
+  virtual ~UIApplicationDelegate() = default;
+
+  // The place to make the first window. The application ends at once when false is answered.
+  virtual bool applicationDidFinishLaunchingWithOptions(UIApplication& /*application*/,
+                                                        const QVariantMap& /*options*/) {
+    return true;
+  }
+};
+
 class UIWindow;
 
 // One for a process. An exception that any event handler lets out is written to the system log, and the
@@ -51,12 +64,10 @@ class UIApplication : public QApplication {
   void setKeyWindow(UIWindow* window);
   // `window` is being destroyed and already off the screen.
   void forgetWindow(const UIWindow* window);
-  void stateChanged(Qt::ApplicationState state);
 
   std::unique_ptr<UIApplicationDelegate> delegate_;
   std::function<bool(const QUrl&)> opener_;
   QPointer<UIWindow> keyWindow_;
-  Qt::ApplicationState state_ = Qt::ApplicationInactive;
 };
 
 // Makes the application and its delegate, shows the screen and runs the event loop. Returns the exit status.

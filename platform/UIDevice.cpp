@@ -1,8 +1,12 @@
 #include "platform/UIDevice.h"
 
+#include "core/LauncherContract.h"
 #include "platform/UIScreen.h"
 
 #include <algorithm>
+#include <optional>
+
+#include <QtGlobal>
 
 namespace {
 
@@ -25,4 +29,25 @@ UIUserInterfaceIdiom UIDevice::userInterfaceIdiom() const {
 
 void UIDevice::setUserInterfaceIdiom(std::optional<UIUserInterfaceIdiom> idiom) {
   idiom_ = idiom;
+}
+
+namespace {
+
+std::optional<bool>& chosen() {
+  static std::optional<bool> value;
+  return value;
+}
+
+}  // namespace
+
+bool motionEnabled() {
+  if (!chosen()) {
+    // The desktop's settings cannot be seen from in here; the launcher has looked.
+    return !qEnvironmentVariableIsSet(reducedMotionVariable);
+  }
+  return *chosen();
+}
+
+void setMotionEnabled(bool enabled) {
+  chosen() = enabled;
 }

@@ -1,4 +1,4 @@
-// What kind of device the screen stands for.
+// What the screen stands for: the kind of device, and whether anything on it moves.
 #pragma once
 
 #include <optional>
@@ -24,3 +24,8 @@ class UIDevice {
   std::optional<UIUserInterfaceIdiom> idiom_;
   double systemVersion_ = 14.0;
 };
+
+// True until switched off, unless the desktop asks for reduced motion. With motion off everything that would
+// be animated takes its final state at once, with the same reports in the same order. Main thread.
+bool motionEnabled();
+void setMotionEnabled(bool enabled);

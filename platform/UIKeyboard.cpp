@@ -1,6 +1,6 @@
 #include "platform/UIKeyboard.h"
 
-#include "platform/EventBoundary.h"
+#include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIScreen.h"
 

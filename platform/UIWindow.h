@@ -92,3 +92,7 @@ std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
     retireUIWindow(qobject_cast<UIWindow*>(guard.data()));
   });
 }
+
+// Without input `widget` and all in it take neither keys, shortcuts nor clicks, but look as they did. Move
+// the focus elsewhere first. Main thread.
+void setTakesInput(QWidget& widget, bool takesInput);

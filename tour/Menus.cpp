@@ -4,6 +4,7 @@
 #include "tour/Stops.h"
 #include "ui/Localized.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/Projects.h"
 
 #include <string>
 

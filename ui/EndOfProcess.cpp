@@ -1,9 +1,8 @@
 #include "ui/EndOfProcess.h"
 
 #include "core/run_cmd.h"
-#include "platform/EventBoundary.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/dispatch.h"
 
 namespace {
 // make removes its half-written targets when it is asked to end; this is the time it has for that.

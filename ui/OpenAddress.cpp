@@ -1,6 +1,6 @@
 #include "ui/OpenAddress.h"
 
-#include "core/OpenerProtocol.h"
+#include "core/LauncherContract.h"
 #include "platform/HostOpener.h"
 #include "platform/UIApplication.h"
 #include "ui/dialogs/AddressNotice.h"

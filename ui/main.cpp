@@ -1,7 +1,6 @@
 // The application's entry.
 #include "core/History.h"
-#include "core/NSLog.h"
-#include "core/RefusedWrites.h"
+#include "core/Process.h"
 #include "platform/UIApplication.h"
 #include "ui/EndOfProcess.h"
 #include "ui/OpenAddress.h"

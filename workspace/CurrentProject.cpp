@@ -1,7 +1,12 @@
 #include "workspace/CurrentProject.h"
 
+#include "core/FileManager.h"
+#include "core/LauncherContract.h"
 #include "core/PropertyList.h"
+#include "core/run_cmd.h"
 #include "workspace/Paths.h"
+
+#include <algorithm>
 
 namespace {
 constexpr const char* chooseKey = "Choose";
@@ -13,12 +18,8 @@ MaybeText currentProject() {
   return propertyListValue(paths::choosePlist, chooseKey);
 }
 
-MaybeText setCurrentProject(const std::string& name) {
-  auto settings = PropertyList::initWithContentsOfFile(paths::choosePlist);
-  if (!settings) return std::nullopt;
-  settings->setObject(name, chooseKey);
-  settings->writeToFile(paths::choosePlist);
-  return settings->objectForKey(theosPathKey);
+void setCurrentProject(const std::string& name) {
+  setPropertyListValue(paths::choosePlist, chooseKey, name);
 }
 
 void removeCurrentProject() {
@@ -39,4 +40,38 @@ MaybeText theosPath() {
 
 void setTheosPath(const std::string& path) {
   setPropertyListValue(paths::choosePlist, theosPathKey, path);
+}
+
+std::vector<std::string> projectNames() {
+  return contentsOfDirectoryAtPath(paths::projects).value_or(std::vector<std::string>{});
+}
+
+bool chooseProject(const std::string& name) {
+  setCurrentProject(name);
+  setListedProject(name);
+  return fileExistsAtPath(fill(paths::project, {name}));
+}
+
+void installConverter() {
+  if (!fileExistsAtPath(paths::converter)) run_cmd("mv %@ %@", {paths::shippedConverter, paths::converter});
+}
+
+bool theosIsPresent() {
+  return std::any_of(theosCandidates.begin(), theosCandidates.end(),
+                     [](const TheosCandidate& candidate) { return candidate.exists(); });
+}
+
+void recordTheosPath() {
+  for (const TheosCandidate& candidate : theosCandidates) {
+    if (candidate.exists()) setTheosPath(candidate.recorded);
+  }
+}
+
+void createProjectsFolder() {
+  if (!fileExistsAtPath(paths::projects)) createDirectoryAtPath(paths::projects);
+}
+
+std::string currentProjectLabel() {
+  const MaybeText name = currentProject();
+  return name ? lastPathComponent(fill(paths::project, {name})) : std::string();
 }

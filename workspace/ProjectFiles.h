@@ -1,10 +1,30 @@
-// Adding a header to a project and renaming its files.
+// The files of a project: listing and picking them, adding headers, renaming, deleting.
 #pragma once
 
 #include "core/Text.h"
 
 #include <string>
 #include <vector>
+
+// The entry names of the current project's folder, as the main screen lists them. Lives for the whole process
+// and is only ever replaced as a whole, by ArraySetUp(). Main thread.
+const std::vector<std::string>& MUArray();
+
+// Reads the current project's folder anew: unsorted, unfiltered, hidden entries and folders included. A
+// folder that is missing gives an empty list; so does an absent choice, unless a folder is literally named
+// "(null)".
+void ArraySetUp();
+
+// Asks the shell whether `entry` of the current project is a regular file. The name goes into the command
+// line as it is, so a name with blanks is rejected although it exists. The answer is captured in
+// Checkers.log, which the caller deletes when it is done with the pick.
+bool fileCheckRejects(const std::string& entry);
+
+// The picked file's full path, kept for the editor in Checker.plist; absent when none was picked.
+MaybeText pickedFile();
+
+// Records `entry` of the current project as the picked file.
+void SS(const std::string& entry);
 
 // Adds the empty header `typedName` less its blanks, with ".h", to the current project and puts an import
 // line for it above the text of Tweak.x. Whether the header is there afterwards.
@@ -20,3 +40,6 @@ std::vector<std::string> listedProjectFiles();
 // current one. An existing file of the new name is replaced. With no listed project nothing is renamed, and
 // no project is current afterwards either.
 void renameFile(const std::string& oldName, const std::string& typedName);
+
+// Deletes the entry of the listed project, or of the current one where none is listed.
+void deleteProjectFile(const std::string& entry);

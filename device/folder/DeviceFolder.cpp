@@ -1,6 +1,6 @@
 #include "device/folder/DeviceFolder.h"
 
-#include "core/TemporaryName.h"
+#include "core/LauncherContract.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"

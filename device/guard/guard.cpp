@@ -3,7 +3,7 @@
 // Every command line of the application goes through here, and so does everything that a build starts. It
 // never runs a command unguarded: where the filter cannot be put on, it ends with status 126.
 #include "FilterProgram.h"
-#include "core/TheosCandidates.h"
+#include "core/LauncherContract.h"
 #include "device/guard/HomeFolders.h"
 #include "device/guard/Probe.h"
 

@@ -1,6 +1,6 @@
 #include "device/opener/OpenableAddress.h"
 
-#include "core/OpenerProtocol.h"
+#include "core/LauncherContract.h"
 
 #include <algorithm>
 #include <initializer_list>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "core/Descriptor.h"
-#include "core/OpenerProtocol.h"
+#include "core/LauncherContract.h"
 #include "device/opener/OpenerLog.h"
 #include "device/opener/ShownFolders.h"
 #include "device/sandbox/Environment.h"

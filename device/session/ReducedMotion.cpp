@@ -1,6 +1,6 @@
 #include "device/session/ReducedMotion.h"
 
-#include "core/ReducedMotion.h"
+#include "core/LauncherContract.h"
 #include "device/Refusal.h"
 #include "device/sandbox/Capture.h"
 #include "device/sandbox/HostPrograms.h"

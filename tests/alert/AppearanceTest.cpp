@@ -1,8 +1,8 @@
 // Where every property of a dialog's look comes from.
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "alert/Dialogs.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/UIDevice.h"
-#include "platform/UIFont.h"
 
 #include <functional>
 #include <limits>

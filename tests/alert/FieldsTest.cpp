@@ -1,6 +1,6 @@
 // The text fields of a dialog.
 #include "alert/Pictures.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 
 #include <functional>
 

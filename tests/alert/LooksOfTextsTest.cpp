@@ -2,7 +2,7 @@
 // own.
 #include "RQAlertView/RQAlertViewText.h"
 #include "alert/Pictures.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 
 #include <array>
 #include <functional>

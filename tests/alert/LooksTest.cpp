@@ -3,8 +3,8 @@
 #include "RQAlertView/RQAlertViewProgressView.h"
 #include "RQAlertView/RQAlertViewScrollIndicator.h"
 #include "alert/Pictures.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/UIActivityIndicatorView.h"
-#include "platform/UIFont.h"
 
 #include <algorithm>
 

@@ -1,9 +1,8 @@
 // The application ends while a dialog is up: nothing is left behind, and nothing is touched that has gone.
 #include "RQAlertView/RQAlertView.h"
-#include "platform/Motion.h"
-#include "platform/NSRunLoop.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIApplicationDelegate.h"
+#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

@@ -2,7 +2,7 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "alert/Dialogs.h"
 #include "alert/Journal.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 // What is drawn for a text from outside.
 #include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 
 namespace {
 

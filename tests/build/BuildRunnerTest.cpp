@@ -2,8 +2,7 @@
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
-#include "workspace/StartUp.h"
+#include "workspace/Projects.h"
 
 #include <gtest/gtest.h>
 

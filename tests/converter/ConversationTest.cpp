@@ -3,7 +3,7 @@
 #include "core/FileManager.h"
 #include "support/BinaryPropertyList.h"
 #include "support/TemporaryFolder.h"
-#include "workspace/FlexMenu.h"
+#include "workspace/FlexImport.h"
 
 #include <memory>
 #include <sys/stat.h>

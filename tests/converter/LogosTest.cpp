@@ -1,9 +1,7 @@
 #include "converter/LogosReader.h"
 #include "converter/LogosSource.h"
-#include "converter/MethodSignature.h"
-#include "converter/NotUnderstood.h"
+#include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
-#include "converter/ValueExpression.h"
 #include "support/Shell.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
-#include "converter/Menu.h"
+#include "converter/Conversation.h"
 #include "converter/PlainText.h"
 #include "core/Text.h"
-#include "workspace/FlexMenu.h"
+#include "workspace/FlexImport.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,11 +1,9 @@
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
-#include "core/run_logged.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/FlexImport.h"
-#include "workspace/StartUp.h"
 
 #include <cstdio>
 #include <stdexcept>

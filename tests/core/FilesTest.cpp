@@ -1,7 +1,5 @@
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
-#include "core/PropertyListBounds.h"
-#include "core/PropertyListTree.h"
 #include "support/BinaryPropertyList.h"
 #include "support/SizeLimit.h"
 #include "support/TemporaryFolder.h"

@@ -1,7 +1,6 @@
 #include "core/FileManager.h"
-#include "core/platformize_me.h"
+#include "core/Process.h"
 #include "core/run_cmd.h"
-#include "core/run_logged.h"
 #include "support/StandardStreams.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,5 +1,5 @@
+#include "core/Languages.h"
 #include "core/Text.h"
-#include "core/TextPairs.h"
 
 #include <fstream>
 

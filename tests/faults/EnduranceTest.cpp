@@ -1,6 +1,7 @@
 // Much of one thing, for script/faults: what piles up shows in the end.
 #include "support/FaultReport.h"
 #include "tests/ui/Screens.h"
+#include "workspace/ProjectFiles.h"
 
 #include <chrono>
 #include <cstdio>

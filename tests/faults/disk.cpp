@@ -1,14 +1,11 @@
 // A disk that is full, at every size of what is left.
 #include "build/BuildRunner.h"
-#include "core/run_logged.h"
+#include "core/run_cmd.h"
 #include "support/Device.h"
 #include "tests/faults/Subject.h"
-#include "workspace/Backups.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
 #include "workspace/ProjectFiles.h"
-#include "workspace/ProjectName.h"
-#include "workspace/Selection.h"
+#include "workspace/Projects.h"
 
 #include <array>
 #include <cstdio>

@@ -3,15 +3,10 @@
 #include "core/run_cmd.h"
 #include "support/Device.h"
 #include "tests/faults/Subject.h"
-#include "workspace/Backups.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/Deletion.h"
 #include "workspace/FlexImport.h"
-#include "workspace/NewProject.h"
 #include "workspace/ProjectFiles.h"
-#include "workspace/ProjectName.h"
-#include "workspace/ProjectOptions.h"
-#include "workspace/Selection.h"
+#include "workspace/Projects.h"
 
 #include <array>
 #include <cstdio>

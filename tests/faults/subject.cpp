@@ -3,17 +3,12 @@
 #include "tests/faults/Subject.h"
 
 #include "build/BuildRunner.h"
-#include "core/RefusedWrites.h"
+#include "core/Languages.h"
+#include "core/Process.h"
 #include "support/Device.h"
-#include "workspace/Backups.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/Deletion.h"
-#include "workspace/NewProject.h"
 #include "workspace/ProjectFiles.h"
-#include "workspace/ProjectName.h"
-#include "workspace/ProjectOptions.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
+#include "workspace/Projects.h"
 
 #include <cstdio>
 #include <cstdlib>

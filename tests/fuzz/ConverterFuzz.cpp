@@ -1,9 +1,9 @@
 // The converter's parser: bytes as a list of patches, and as the texts of one patch, up to source that must
 // be well formed whatever they are.
+#include "converter/Conversation.h"
 #include "converter/FlexPatches.h"
 #include "converter/LogosReader.h"
 #include "converter/LogosSource.h"
-#include "converter/Menu.h"
 #include "core/Text.h"
 #include "fuzz/Fuzz.h"
 

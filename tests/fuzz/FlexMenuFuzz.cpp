@@ -1,7 +1,7 @@
 // Whatever a converter prints: the entries against the plain steps, and the key of each.
 #include "core/Text.h"
 #include "fuzz/Fuzz.h"
-#include "workspace/FlexMenu.h"
+#include "workspace/FlexImport.h"
 
 #include <algorithm>
 #include <optional>

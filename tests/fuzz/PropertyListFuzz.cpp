@@ -1,7 +1,6 @@
 // Any bytes as a settings file: read, changed, written and read again.
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
-#include "core/PropertyListTree.h"
 #include "fuzz/Fuzz.h"
 
 #include <unistd.h>

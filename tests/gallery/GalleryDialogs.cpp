@@ -3,7 +3,7 @@
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
-#include "platform/UIColor.h"
+#include "platform/ApplicationStyle.h"
 
 #include <QCoreApplication>
 #include <QMouseEvent>

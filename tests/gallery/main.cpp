@@ -1,9 +1,9 @@
 // The gallery: writes a picture of every dialog of the component, in two languages and several sizes.
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewRootView.h"
-#include "platform/Motion.h"
+#include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
-#include "platform/UIFont.h"
+#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

@@ -1,4 +1,4 @@
-#include "core/OpenerProtocol.h"
+#include "core/LauncherContract.h"
 #include "platform/HostOpener.h"
 #include "support/SystemLog.h"
 

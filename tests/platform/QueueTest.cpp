@@ -1,7 +1,5 @@
-#include "platform/EventBoundary.h"
-#include "platform/NSRunLoop.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/dispatch.h"
 #include "support/SystemLog.h"
 
 #include <atomic>

@@ -1,4 +1,3 @@
-#include "platform/Motion.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIActivityIndicatorView.h"
 #include "platform/UIApplication.h"

@@ -1,4 +1,4 @@
-#include "platform/Motion.h"
+#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

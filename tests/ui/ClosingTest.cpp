@@ -1,9 +1,9 @@
 // Closing the window: what has been typed is not lost without a word; and while a build prints for ever, the
 // process ends in order, and so does everything that it started.
-#include "platform/Motion.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
+#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
-#include "platform/dispatch.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "tour/Finger.h"
@@ -11,7 +11,7 @@
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
 #include "ui/screens/AppDelegate.h"
-#include "workspace/Selection.h"
+#include "workspace/CurrentProject.h"
 
 #include <cerrno>
 #include <cstdlib>

@@ -3,6 +3,7 @@
 #include "support/FaultReport.h"
 #include "tests/ui/Screens.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ProjectFiles.h"
 
 #include <array>
 #include <fcntl.h>

@@ -2,6 +2,7 @@
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/Projects.h"
 
 #include <optional>
 #include <sys/stat.h>

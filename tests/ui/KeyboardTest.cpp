@@ -1,6 +1,6 @@
 // Every action without a mouse.
-#include "platform/Motion.h"
 #include "platform/UIApplication.h"
+#include "platform/UIDevice.h"
 #include "tests/ui/Screens.h"
 #include "ui/controls/UIButton.h"
 

@@ -3,7 +3,7 @@
 #include "tests/ui/Screens.h"
 #include "ui/OpenAddress.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/Deletion.h"
+#include "workspace/Projects.h"
 
 #include <unistd.h>
 #include <utility>

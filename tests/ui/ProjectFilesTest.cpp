@@ -3,7 +3,8 @@
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/Deletion.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 #include <algorithm>
 #include <set>

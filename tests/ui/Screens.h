@@ -12,8 +12,7 @@
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
 #include "ui/screens/AppDelegate.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
+#include "workspace/CurrentProject.h"
 
 #include <functional>
 #include <initializer_list>

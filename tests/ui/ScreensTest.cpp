@@ -4,6 +4,7 @@
 #include "ui/controls/UIButton.h"
 #include "ui/controls/UISwitch.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ProjectFiles.h"
 
 #include <algorithm>
 #include <sys/stat.h>

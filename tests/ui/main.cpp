@@ -1,6 +1,6 @@
 // Runs the tests of the screens with one application object, off screen, without motion.
-#include "platform/Motion.h"
 #include "platform/UIApplication.h"
+#include "platform/UIDevice.h"
 
 #include <gtest/gtest.h>
 

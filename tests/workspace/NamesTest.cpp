@@ -3,12 +3,9 @@
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "support/Tree.h"
-#include "workspace/Backups.h"
-#include "workspace/Deletion.h"
 #include "workspace/FlexImport.h"
 #include "workspace/ProjectFiles.h"
-#include "workspace/ProjectName.h"
-#include "workspace/ProjectOptions.h"
+#include "workspace/Projects.h"
 
 #include <algorithm>
 #include <set>

@@ -2,15 +2,9 @@
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "support/Tree.h"
-#include "workspace/Backups.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/Deletion.h"
-#include "workspace/NewProject.h"
 #include "workspace/ProjectFiles.h"
-#include "workspace/ProjectName.h"
-#include "workspace/ProjectOptions.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
+#include "workspace/Projects.h"
 
 #include <set>
 

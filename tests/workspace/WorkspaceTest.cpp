@@ -1,12 +1,11 @@
-#include "core/run_logged.h"
+#include "core/run_cmd.h"
 #include "support/Device.h"
 #include "support/Shell.h"
 #include "support/SizeLimit.h"
 #include "support/StandardStreams.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 #include <algorithm>
 #include <set>

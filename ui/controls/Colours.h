@@ -1,7 +1,7 @@
 // The colours of the screens that are no role of the palette.
 #pragma once
 
-#include "platform/UIColor.h"
+#include "platform/ApplicationStyle.h"
 
 namespace colours {
 

@@ -1,12 +1,12 @@
 #include "ui/controls/FileListView.h"
 
-#include "platform/EventBoundary.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
 #include "platform/UIKeyboard.h"
 #include "ui/Localized.h"
 #include "ui/controls/Colours.h"
 #include "ui/controls/Metrics.h"
-#include "workspace/Selection.h"
+#include "workspace/ProjectFiles.h"
 
 #include <algorithm>
 

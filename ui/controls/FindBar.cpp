@@ -1,7 +1,7 @@
 #include "ui/controls/FindBar.h"
 
-#include "platform/EventBoundary.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
 #include "ui/controls/Metrics.h"
 #include "ui/controls/TextView.h"
 #include "ui/controls/UIButton.h"

@@ -1,6 +1,6 @@
 #include "ui/controls/TextView.h"
 
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 #include "ui/Localized.h"
 #include "ui/controls/Colours.h"
 #include "ui/controls/Layer.h"

@@ -1,6 +1,6 @@
 #include "ui/controls/TextZoom.h"
 
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 #include "ui/controls/Metrics.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "ui/controls/UIButton.h"
 
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
 #include "ui/controls/Colours.h"
 #include "ui/controls/Metrics.h"
 

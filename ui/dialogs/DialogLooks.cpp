@@ -1,7 +1,7 @@
 #include "ui/dialogs/DialogLooks.h"
 
 #include "RQAlertView/RQAlertView.h"
-#include "platform/UIColor.h"
+#include "platform/ApplicationStyle.h"
 
 namespace {
 

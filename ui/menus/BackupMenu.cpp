@@ -4,7 +4,7 @@
 #include "ui/dialogs/Menu.h"
 #include "ui/dialogs/Notice.h"
 #include "ui/screens/ViewController.h"
-#include "workspace/Backups.h"
+#include "workspace/Projects.h"
 
 void backUpListedProject() {
   if (const MaybeText backup = backUpProject()) {

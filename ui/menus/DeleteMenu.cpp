@@ -4,8 +4,9 @@
 #include "ui/dialogs/Menu.h"
 #include "ui/dialogs/Notice.h"
 #include "ui/screens/ViewController.h"
-#include "workspace/Deletion.h"
-#include "workspace/Selection.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 namespace {
 

@@ -6,7 +6,6 @@
 #include "ui/dialogs/Menu.h"
 #include "ui/screens/ViewController.h"
 #include "workspace/FlexImport.h"
-#include "workspace/FlexMenu.h"
 
 void showFlexMenu(ViewController& screen) {
   const std::vector<std::string> entries = harvestFlexMenu();

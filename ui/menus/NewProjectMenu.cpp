@@ -7,9 +7,9 @@
 #include "ui/menus/FlexPatchMenu.h"
 #include "ui/screens/ViewController.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/NewProject.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 namespace {
 

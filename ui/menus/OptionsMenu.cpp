@@ -1,5 +1,6 @@
 #include "ui/menus/OptionsMenu.h"
 
+#include "core/Languages.h"
 #include "ui/Localized.h"
 #include "ui/OpenAddress.h"
 #include "ui/dialogs/Menu.h"
@@ -7,8 +8,7 @@
 #include "ui/dialogs/OneLinePrompt.h"
 #include "ui/menus/BackupMenu.h"
 #include "ui/screens/ViewController.h"
-#include "workspace/ProjectName.h"
-#include "workspace/ProjectOptions.h"
+#include "workspace/Projects.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -3,7 +3,7 @@
 #include "ui/Localized.h"
 #include "ui/dialogs/Menu.h"
 #include "ui/screens/ViewController.h"
-#include "workspace/Selection.h"
+#include "workspace/CurrentProject.h"
 
 void showProjectChooser(ViewController& screen) {
   const std::vector<std::string> names = projectNames();

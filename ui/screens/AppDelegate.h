@@ -1,7 +1,7 @@
 // The application's delegate: it keeps the window and leaves everything else to the screens.
 #pragma once
 
-#include "platform/UIApplicationDelegate.h"
+#include "platform/UIApplication.h"
 #include "platform/UIWindow.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include "ui/screens/Dev.h"
 
-#include "platform/EventBoundary.h"
-#include "platform/UIFont.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
 #include "ui/Links.h"
 #include "ui/Localized.h"
 #include "ui/OpenAddress.h"

@@ -3,10 +3,9 @@
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
 #include "core/History.h"
-#include "core/NSLog.h"
-#include "platform/EventBoundary.h"
-#include "platform/NSRunLoop.h"
-#include "platform/UIFont.h"
+#include "core/Process.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
 #include "platform/UIScreen.h"
 #include "ui/Localized.h"
 #include "ui/controls/Colours.h"
@@ -15,7 +14,7 @@
 #include "ui/controls/TextZoom.h"
 #include "ui/dialogs/Notice.h"
 #include "ui/screens/ui_PopOverNewController.h"
-#include "workspace/Selection.h"
+#include "workspace/ProjectFiles.h"
 
 #include <QPointer>
 

@@ -2,11 +2,9 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
-#include "platform/EventBoundary.h"
-#include "platform/NSRunLoop.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIColor.h"
-#include "platform/UIFont.h"
 #include "ui/Localized.h"
 #include "ui/controls/Colours.h"
 #include "ui/controls/Metrics.h"
@@ -21,9 +19,9 @@
 #include "ui/screens/MakePackage.h"
 #include "ui/screens/PopOverNewController.h"
 #include "ui/screens/ui_ViewController.h"
+#include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
-#include "workspace/Selection.h"
-#include "workspace/StartUp.h"
+#include "workspace/ProjectFiles.h"
 
 namespace {
 

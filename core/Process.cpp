@@ -1,7 +1,31 @@
-#include "core/platformize_me.h"
+#include "core/Process.h"
 
+#include "core/Text.h"
+
+#include <csignal>
 #include <dlfcn.h>
+#include <initializer_list>
+#include <syslog.h>
 #include <unistd.h>
+
+void NSLog(const std::string& line) {
+  std::size_t length = line.size();
+  if (length > longestLogLine) {
+    length = longestLogLine;
+    while (length > 0 && !startsCharacter(line[length])) --length;
+  }
+  syslog(LOG_USER | LOG_NOTICE, "%.*s", static_cast<int>(length), line.c_str());
+}
+
+void surviveRefusedWrites() {
+  for (const int number : {SIGPIPE, SIGXFSZ}) {
+    struct sigaction action {};
+    // A handler and not SIG_IGN, which commands would inherit.
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    sigaction(number, &action, nullptr);
+  }
+}
 
 namespace {
 // The library's own name for "entitle as a platform application".

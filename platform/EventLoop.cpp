@@ -1,17 +1,58 @@
-#include "platform/dispatch.h"
+#include "platform/EventLoop.h"
 
-#include "core/NSLog.h"
-#include "platform/EventBoundary.h"
-#include "platform/HandOver.h"
-#include "platform/NSRunLoop.h"
+#include "core/Process.h"
 
+#include <algorithm>
+#include <cmath>
+#include <exception>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include <QCoreApplication>
 #include <QThread>
+#include <QTimer>
+
+#if defined(__SANITIZE_THREAD__)
+#include <sanitizer/tsan_interface.h>
+#endif
+
+// Tells ThreadSanitizer what one thread hands to another through Qt, whose locks it does not see. All jobs
+// share one variable, so a race between two jobs may hide behind a third. Costs nothing in other builds.
+namespace handover {
+
+#if defined(__SANITIZE_THREAD__)
+inline char between;
+// What this thread did so far is done before what another does after taken().
+inline void given() {
+  __tsan_release(&between);
+}
+inline void taken() {
+  __tsan_acquire(&between);
+}
+#else
+inline void given() {}
+inline void taken() {}
+#endif
+
+}  // namespace handover
+
+void logCurrentException(const char* place) noexcept {
+  try {
+    const std::string before = std::string("Uncaught exception in ") + place + ": ";
+    try {
+      throw;
+    } catch (const std::exception& error) {
+      NSLog(before + error.what());
+    } catch (...) {
+      NSLog(before + "of an unknown type");
+    }
+  } catch (...) {
+    // Not even the line could be written; there is nowhere left to say so.
+  }
+}
 
 class DispatchQueue {
  public:
@@ -103,5 +144,58 @@ void dispatch_wait_for_global_queues() {
     }
     worker->wait();
     handover::taken();
+  }
+}
+
+namespace {
+
+const QString delayedCall = QStringLiteral("delayed call");
+
+}  // namespace
+
+void performSelectorAfterDelay(QObject* target, std::function<void()> selector, double seconds) {
+  auto* call = new QTimer(target);
+  call->setObjectName(delayedCall);
+  call->setSingleShot(true);
+  call->setTimerType(Qt::PreciseTimer);
+  QObject::connect(call, &QTimer::timeout, target,
+                   atEventBoundary([call, selector = std::move(selector)]() mutable {
+                     // The selector may destroy the target, and the call with it.
+                     const std::function<void()> made = std::move(selector);
+                     call->deleteLater();
+                     made();
+                   }));
+  call->start(static_cast<int>(std::lround(std::max(seconds, 0.0) * 1000.0)));
+}
+
+void cancelPreviousPerformRequests(QObject* target) {
+  const auto calls = target->findChildren<QTimer*>(delayedCall, Qt::FindDirectChildrenOnly);
+  for (QTimer* call : calls) {
+    call->stop();
+    call->deleteLater();
+  }
+}
+
+namespace {
+
+std::vector<std::shared_ptr<void>>& pool() {
+  static std::vector<std::shared_ptr<void>> objects;
+  return objects;
+}
+
+}  // namespace
+
+void autorelease(std::shared_ptr<void> object) {
+  if (!object || !QCoreApplication::instance()) return;
+  pool().push_back(std::move(object));
+  // The event holds no object: an application that ends with events left over drops them under a lock that
+  // the objects would need for going away.
+  QMetaObject::invokeMethod(QCoreApplication::instance(), drainAutoreleasePool, Qt::QueuedConnection);
+}
+
+void drainAutoreleasePool() {
+  // What goes may leave more to be released.
+  while (!pool().empty()) {
+    const std::vector<std::shared_ptr<void>> going = std::exchange(pool(), {});
   }
 }
