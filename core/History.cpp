@@ -63,8 +63,11 @@ void keepHistory() {
   ask(history::Wish::Copy);
 }
 
-NotedBackup::NotedBackup(const std::string& project) : isNoted_(ask(history::Wish::BeginBackup, project)) {}
+NotedBackup::NotedBackup(const std::string& project) {
+  ask(history::Wish::BeginBackup, project);
+}
 
 NotedBackup::~NotedBackup() {
-  if (isNoted_) ask(isWhole_ ? history::Wish::FinishBackup : history::Wish::UndoBackup);
+  // Also where no answer came: it may have been noted all the same, and then be taken away at the next start.
+  ask(isWhole_ ? history::Wish::FinishBackup : history::Wish::UndoBackup);
 }

@@ -26,6 +26,5 @@ class NotedBackup {
   void isWhole() { isWhole_ = true; }
 
  private:
-  bool isNoted_;
   bool isWhole_ = false;
 };
