@@ -65,6 +65,13 @@ bool isNotKept(const HistoryEntry& entry, Kept kind, const std::string& name) {
                      [&](const std::string& remark) { return remark.starts_with(path); });
 }
 
+// Remarks begin with a path: KIND/NAME and what is in it.
+bool isAbout(const std::string& remark, const std::string& name) {
+  const std::size_t begin = remark.find('/') + 1;
+  return begin == 0 || (remark.compare(begin, name.size(), name) == 0 &&
+                        (remark[begin + name.size()] == '/' || remark[begin + name.size()] == ' '));
+}
+
 // What the entry has and `older`, the dated copy before it, has not, and the other way round: sentences, of
 // one project only where `only` names it.
 std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEntry& entry,
@@ -188,9 +195,12 @@ int showHistory(const Options& options) {
     isAny = true;
     std::cout << localName(entry->when) << "  " << (entry->isWhole ? "" : "(incomplete) ");
     for (std::size_t i = 0; i < changes.size(); ++i) std::cout << (i == 0 ? "" : "; ") << changes[i];
-    std::cout << (changes.empty() ? "nothing else" : "") << "\n";
+    std::cout << (!changes.empty()    ? ""
+                  : entry->isSetAside ? "something else was set aside: history/set-aside/" + entry->when
+                                      : "no file changed")
+              << "\n";
     for (const auto& remark : entry->remarks) {
-      if (remark.find(visible(options.project)) != std::string::npos)
+      if (options.project.empty() || isAbout(remark, visible(options.project)))
         std::cout << kIndent << "not kept: " << remark << "\n";
     }
     std::cout << std::flush;
