@@ -6,6 +6,7 @@
 #include "device/folder/HistoryWalk.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
@@ -35,10 +36,14 @@ constexpr const char* kAbout = "about";
 constexpr const char* kSetAside = "set-aside";
 constexpr const char* kBeingMade = ".new-copy";
 constexpr const char* kBeingDropped = ".old-";
+constexpr const char* kBeingParted = ".old-parted";
 constexpr std::size_t kLargestState = std::size_t{512} << 20;
 // Left free for everything else on the disk.
 constexpr unsigned long long kLeftFree = 64ULL << 20;
 constexpr auto kLongestCopy = std::chrono::minutes(10);
+// rsync, so that whatever it copies can be read and removed afterwards.
+constexpr std::array kCopying{"/rsync", "-rlptS", "--chmod=Du+rwx,Fu+rw,ug-s,o-t", "--no-specials",
+                              "--no-devices"};
 constexpr long kOldestSetAside = 31L * 24 * 3600;
 
 // Programs of the host's that work on the history, in a sandbox that has nothing else but, read-only, the
@@ -196,8 +201,8 @@ class Copying {
       : history_(history), folder_(history.folder()), var_(var), tools_(tools) {}
 
   void take(Insistence insistence) {
-    const Descriptor lock(openat(folder_, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!lock || flock(lock.get(), LOCK_EX) != 0) return;
+    const Descriptor lock = locked();
+    if (!lock) return;
     const Record last = readRecord(folder_);
     const KeptFolders folders = openKept(var_);
     // Without a look at the last state, which is what takes the time.
@@ -242,6 +247,23 @@ class Copying {
     thinOut();
   }
 
+  void partMoved() const {
+    const Descriptor lock = locked();
+    if (!lock) return;
+    if (tools_.rsync.empty()) return;
+    for (const auto& when : history_.moved()) {
+      sweep();
+      const std::string entry = std::string(kSetAside) + "/" + when;
+      if (!hasRoomFor(measure(entry))) continue;
+      std::vector<std::string> command(kCopying.begin(), kCopying.end());
+      command.insert(command.end(), {entry + "/", std::string(kBeingParted) + "/"});
+      if (runOnHistory("CAP_DAC_READ_SEARCH", command) == 0) {
+        history_.part(when, kBeingParted);
+      }
+      sweep();
+    }
+  }
+
  private:
   static constexpr int kTooMuch = 1000;
 
@@ -262,19 +284,31 @@ class Copying {
     return leftOut;
   }
 
+  Descriptor locked() const {
+    Descriptor lock(openat(folder_, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (lock && flock(lock.get(), LOCK_EX) != 0) lock.close();
+    return lock;
+  }
+
+  bool hasRoomFor(unsigned long long needed) const {
+    struct statvfs disk {};
+    return fstatvfs(folder_, &disk) == 0 &&
+           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= needed + kLeftFree;
+  }
+
   // `room_` is afterwards what the copy may take. The usage on record is never too low, and measured again
   // before anything is dropped for it.
   bool makeRoom(unsigned long long needed) {
-    struct statvfs disk {};
-    if (fstatvfs(folder_, &disk) != 0 ||
-        static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize < needed + kLeftFree) {
-      return false;
-    }
+    if (!hasRoomFor(needed)) return false;
     unsigned long long usage =
         std::strtoull(readBeneath(folder_, kUsage, 64).value_or("0").c_str(), nullptr, 10);
     if (usage == 0 || usage + needed > largestHistory) usage = measure();
     while (usage + needed > largestHistory) {
-      const auto entries = history_.entries();
+      auto entries = history_.entries();
+      // Without it a backup that is being made and is killed could not be undone.
+      std::erase_if(entries, [older = history_.notedOlder()](const auto& entry) {
+        return entry.isSetAside && entry.when == older;
+      });
       const std::string least = leastMissed(entries);
       // One alone that is too large, such as a project that was set aside, is no reason to keep no copy.
       if (least.empty()) break;
@@ -286,10 +320,10 @@ class Copying {
     return true;
   }
 
-  unsigned long long measure() const {
+  unsigned long long measure(const std::string& path = ".") const {
     unsigned long long bytes = 0;
     Sandboxed(tools_, folder_)
-        .run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", "/to"}, {}, [&](const std::string& line) {
+        .run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", path}, {}, [&](const std::string& line) {
           bytes = std::strtoull(line.c_str(), nullptr, 10);
           return true;
         });
@@ -299,18 +333,11 @@ class Copying {
   int copy(const KeptFolders& folders, const Walk& walked, const std::string& last) const {
     if (mkdirat(folder_, kBeingMade, 0700) != 0) return -1;
     if (walked.items.empty()) return 0;
-    std::vector<std::string> command{"/rsync",
-                                     "-rlptS",
-                                     "--from0",
-                                     "--files-from=-",
-                                     "--modify-window=-1",
-                                     "--chmod=Du+rwx,Fu+rw,ug-s,o-t",
-                                     "--no-specials",
-                                     "--no-devices",
-                                     "--exclude=/*/*/**/" + std::string(folderLeftOut) + "/",
-                                     "--exclude=/*/*/" + std::string(folderLeftOut) + "/",
-                                     "--max-size=" + std::to_string(largestFileKept),
-                                     "--out-format=%l"};
+    std::vector<std::string> command(kCopying.begin(), kCopying.end());
+    command.insert(command.end(), {"--from0", "--files-from=-", "--modify-window=-1",
+                                   "--exclude=/*/*/**/" + std::string(folderLeftOut) + "/",
+                                   "--exclude=/*/*/" + std::string(folderLeftOut) + "/",
+                                   "--max-size=" + std::to_string(largestFileKept), "--out-format=%l"});
     if (walked.hasDisguisedChange) command.push_back("--checksum");
     if (!last.empty()) command.push_back("--link-dest=/to/" + last);
     command.insert(command.end(), {"/from/", std::string("/to/") + kBeingMade + "/"});
@@ -339,8 +366,11 @@ class Copying {
     for (const auto& name : namesIn(folder_).value_or(std::vector<std::string>())) {
       if (name == kBeingMade || name.starts_with(kBeingDropped)) command.push_back(name);
     }
-    if (command.size() > 3)
-      Sandboxed(tools_, folder_).run("CAP_DAC_OVERRIDE", command, {}, [](const auto&) { return true; });
+    if (command.size() > 3) runOnHistory("CAP_DAC_OVERRIDE", command);
+  }
+
+  int runOnHistory(const char* capability, const std::vector<std::string>& command) const {
+    return Sandboxed(tools_, folder_).run(capability, command, {}, [](const auto&) { return true; });
   }
 
   void thinOut() const {
@@ -349,7 +379,7 @@ class Copying {
     for (auto& entry : history_.entries()) {
       if (!entry.isSetAside)
         copies.push_back(std::move(entry));
-      else if (std::labs(static_cast<long>(now - timeOf(entry.when))) > kOldestSetAside)
+      else if (now - timeOf(entry.when) > kOldestSetAside)
         drop(entry.when);
     }
     for (const auto& when : thinnedOut(copies, now)) drop(when);
@@ -366,6 +396,10 @@ class Copying {
 
 void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, Insistence insistence) {
   Copying(history, var, tools).take(insistence);
+}
+
+void partMoved(const HistoryFolder& history, const HistoryTools& tools) {
+  Copying(history, -1, tools).partMoved();
 }
 
 }  // namespace device

@@ -29,4 +29,8 @@ enum class Insistence {
 // tries again.
 void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, Insistence insistence);
 
+// Exchanges what was moved into the history, and what a build may still have a hold of, for copies; else as
+// above.
+void partMoved(const HistoryFolder& history, const HistoryTools& tools);
+
 }  // namespace device

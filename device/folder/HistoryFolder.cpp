@@ -26,6 +26,7 @@ constexpr const char* kAbout = "about";
 // What the history takes on the disk, as far as that is known.
 constexpr const char* kUsage = "usage";
 constexpr const char* kBackupNote = "backup-note";
+constexpr const char* kMoved = "moved";
 constexpr const char* kNameFormat = "%Y-%m-%dT%H-%M-%SZ";
 constexpr std::size_t kLongestAbout = 1 << 20;
 // Against a clock that was wrong for a while.
@@ -148,9 +149,40 @@ void HistoryFolder::removePlace(const std::string& when, const fs::path& path) c
 std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path) const {
   const std::string when = newName();
   const Descriptor target = makePlace(when, path);
-  if (target && renameToNew(parent, name, target.get(), path.filename())) return when;
+  if (target && renameToNew(parent, name, target.get(), path.filename())) {
+    noteMoved(when);
+    return when;
+  }
   removePlace(when, path);
   refuseWithError(name + " could not be moved into the device's history:");
+}
+
+void HistoryFolder::noteMoved(const std::string& when) const {
+  writeAtomically(folder_.get(), fs::path(kSetAside) / when / kMoved, "", 0600);
+}
+
+std::vector<std::string> HistoryFolder::moved() const {
+  const Descriptor aside = openFolderBeneath(folder_.get(), kSetAside);
+  auto names = (aside ? namesIn(aside.get()) : std::nullopt).value_or(std::vector<std::string>());
+  std::erase_if(names, [&](const std::string& name) {
+    return timeOf(name) < 0 || !exists(aside.get(), fs::path(name) / kMoved);
+  });
+  return names;
+}
+
+bool HistoryFolder::part(const std::string& when, const std::string& copy) const {
+  const fs::path entry = fs::path(kSetAside) / when;
+  unlinkat(folder_.get(), (fs::path(copy) / kMoved).c_str(), 0);
+  unlinkat(folder_.get(), kUsage, 0);
+  return renameat2(folder_.get(), copy.c_str(), folder_.get(), entry.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+std::string HistoryFolder::notedOlder() const {
+  std::istringstream note(readBeneath(folder_.get(), kBackupNote, 4096).value_or(""));
+  std::string name;
+  std::string when;
+  std::getline(note, name) && std::getline(note, when);
+  return when;
 }
 
 void HistoryFolder::replace(int parent, const std::string& name, int newParent, const std::string& newName,
@@ -167,7 +199,7 @@ void HistoryFolder::replace(int parent, const std::string& name, int newParent, 
            renameat(target.get(), waiting.c_str(), parent, name.c_str()) == 0;
   };
   if (target && renameToNew(newParent, newName, target.get(), kept)) {
-    if (exchange()) return;
+    if (exchange()) return noteMoved(when);
     const int error = errno;
     const bool isWaiting = exists(target.get(), waiting);
     if (isWaiting && exists(target.get(), kept)) renameToNew(target.get(), kept, parent, name);
@@ -194,6 +226,7 @@ void HistoryFolder::beginBackup(int var, const std::string& name) const {
 }
 
 void HistoryFolder::finishBackup() const {
+  if (const std::string when = notedOlder(); timeOf(when) >= 0) noteMoved(when);
   unlinkat(folder_.get(), kBackupNote, 0);
 }
 
@@ -211,7 +244,8 @@ void HistoryFolder::undoBackup(int var) const {
   if (hasMoved) makeFolderBeneath(var, folderInDevice(Kept::Backup));
   const Descriptor backups = openFolderBeneath(var, folderInDevice(Kept::Backup));
   if (backups && exists(backups.get(), name)) setAside(backups.get(), name, inHistory / name);
-  if (backups && hasMoved) renameToNew(aside.get(), name, backups.get(), name);
+  if (backups && hasMoved && renameToNew(aside.get(), name, backups.get(), name))
+    removePlace(when, inHistory / name);
   finishBackup();
 }
 
@@ -222,8 +256,8 @@ std::vector<std::string> thinnedOut(const std::vector<HistoryEntry>& copies, std
   std::map<std::pair<long, long>, const HistoryEntry*> newest;
   for (const auto& copy : copies) {
     const std::time_t time = timeOf(copy.when);
-    // A clock may have been set back.
-    const long age = std::labs(static_cast<long>(now - time));
+    // Negative where the clock has been set back; such a copy stays until its time has come again.
+    const long age = now - time;
     if (copy.isWhole && whole++ < kNeverTooOld) kept.insert(copy.when);
     if (age <= kHour || &copy == &copies.front()) kept.insert(copy.when);
     if (age <= kHour || age > kMonth) continue;

@@ -54,7 +54,7 @@ class HistoryFolder {
 
   // Moves the entry `name` of the folder `parent` to `path` in a new entry of the history, whatever it is,
   // and returns that entry's name. It must be on the device's own file system. Throws Refusal, and then
-  // nothing has moved. Hard links to files in it stay valid.
+  // nothing has moved.
   std::string setAside(int parent, const std::string& name, const std::filesystem::path& path) const;
 
   // Puts the entry `newName` of the folder `newParent` in the place of `name` in `parent`, and keeps what was
@@ -63,6 +63,12 @@ class HistoryFolder {
   // Refusal, and then nothing has moved.
   void replace(int parent, const std::string& name, int newParent, const std::string& newName,
                const std::string& when, const std::filesystem::path& path) const;
+
+  // The set-aside entries that were moved out of the device as they were. A build can still write into such a
+  // one, by hard links to its files and as its working folder, until part() has put a copy in its place,
+  // which was made beside the entries under the name `copy`. That name has then what the entry was.
+  std::vector<std::string> moved() const;
+  bool part(const std::string& when, const std::string& copy) const;
 
   // A name for an entry of this moment that no entry has yet.
   std::string newName() const;
@@ -74,10 +80,13 @@ class HistoryFolder {
   void finishBackup() const;
   // Also for the next start after a run that was killed; does nothing where no backup is noted.
   void undoBackup(int var) const;
+  // The set-aside entry with the older one of the backup that is noted; empty where there is none.
+  std::string notedOlder() const;
 
  private:
   // The folder that is to get `path` in the set-aside entry `when`, made where missing.
   Descriptor makePlace(const std::string& when, const std::filesystem::path& path) const;
+  void noteMoved(const std::string& when) const;
   // Removes the folders of such a place that are empty; errno stays.
   void removePlace(const std::string& when, const std::filesystem::path& path) const;
 

@@ -67,6 +67,7 @@ class Keeper {
     }
     if (copying_ > 0) waitpid(copying_, nullptr, 0);
     copy(Insistence::Gaps);
+    partMoved(history_, tools_);
   }
 
  private:
@@ -83,6 +84,7 @@ class Keeper {
       firstCopy_.close();
       try {
         copy(insistence);
+        if (insistence == Insistence::Changes) partMoved(history_, tools_);
       } catch (const std::exception&) {
       }
       _exit(0);

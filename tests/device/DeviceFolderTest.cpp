@@ -342,6 +342,7 @@ TEST(HistoryThinning, KeepsTheLastHourThenOneAnHourThenOneADayAndTheNewestWholeO
   const auto later = thinnedOut(copies, now + 20L * 365 * 86400);
   EXPECT_EQ(copies.size() - later.size(), 4U);
   // Where space is short, a flood of new copies goes before the old ones.
+  EXPECT_TRUE(thinnedOut(copies, now - 20L * 365 * 86400).empty());
   EXPECT_EQ(leastMissed({copies[0], copies[1], copies[500], copies[5000]}), copies[1].when);
 }
 
