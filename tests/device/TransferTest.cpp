@@ -147,7 +147,8 @@ TEST_F(TransferTest, AReplacedProjectIsKeptWhole) {
                                 {"Projects/P", "040755 "},
                                 {"Projects/P/link", before.at("link")},
                                 {"Projects/P/new", before.at("new")},
-                                {"Projects/P/old", before.at("old")}}));
+                                {"Projects/P/old", before.at("old")},
+                                {"moved", "100600 "}}));
   EXPECT_EQ(treeAt(project("P")), (Tree{{"new", "100644 1"}}));
   EXPECT_TRUE(fs::exists(device / "var/mobile/Documents/Tweakbench/P/built.deb")) << "none came in its place";
 
