@@ -53,10 +53,7 @@ QChar visible(QChar character) {
   if (code == QChar::LineSeparator || code == QChar::ParagraphSeparator) return u'\n';
   // What begins a colour on a terminal is nothing to be seen.
   if (code == 0x1b) return takesNoRoom;
-  if (code < 0x20) return QChar(0x2400 + code);
-  if (code == 0x7f) return QChar(0x2421);
-  const bool override = code >= 0x202a && code <= 0x202e;
-  return override || (code >= 0x80 && code < 0xa0) ? QChar(QChar::ReplacementCharacter) : character;
+  return visibleForm(code);
 }
 
 // Wraps each run of left-to-right words of a right-to-left line.

@@ -20,10 +20,9 @@ namespace RQAlertViewText {
 // The direction of the first letter that has one, else the application's.
 Qt::LayoutDirection direction(const QString& text);
 
-// `text` as it is drawn. Control characters and direction overrides, by which a name can look like another
-// one, are made visible, and in right-to-left text every stretch of left-to-right words (a path, a file name)
-// is isolated, so that its slashes and dots stay where they belong. Handlers and assistive technology get the
-// text itself.
+// `text` as it is drawn. Control characters and direction marks get their visibleForm(), and in right-to-left
+// text every stretch of left-to-right words (a path, a file name) is isolated, so that its slashes and dots
+// stay where they belong. Handlers and assistive technology get the text itself.
 QString displayText(const QString& text);
 
 }  // namespace RQAlertViewText

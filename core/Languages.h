@@ -68,11 +68,10 @@ inline constexpr TextPair deviceSupportHint{
     "To support A12 - A13 devices you should install \"Theos Installer 2\" from Corwin's source"};
 inline constexpr TextPair addTheSource{"اضافة السورس", "Add the source"};
 inline constexpr TextPair developedBy{"تم التطوير بواسطة", "Developed By"};
-// The name comes isolated from the direction of the text around it.
 inline constexpr TextPair saveChanges{"هل تريد حفظ التغييرات؟", "Save changes?"};
 inline constexpr TextPair changesWouldBeLost{
-    "لم تُحفظ التغييرات في الملف \u2068%@\u2069 وستُفقد إن لم تحفظها.",
-    "Your changes to \u2068%@\u2069 are not saved. Without saving they are lost."};
+    "لم تُحفظ التغييرات في الملف %@ وستُفقد إن لم تحفظها.",
+    "Your changes to %@ are not saved. Without saving they are lost."};
 inline constexpr TextPair save{"حفظ", "Save"};
 inline constexpr TextPair discard{"تجاهل", "Discard"};
 inline constexpr TextPair thanksForTheIdea{"شكرا لـ Pelbo على الفكرة 🌹", "Thanks to Pelbo for the idea 🌹"};

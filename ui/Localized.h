@@ -3,6 +3,7 @@
 
 #include "core/Languages.h"
 #include "core/Text.h"
+#include "platform/UITextTraits.h"
 
 #include <string>
 
@@ -18,6 +19,10 @@ inline QString localized(const TextPair& pair, std::initializer_list<MaybeText> 
   return QString::fromStdString(fill(Languages(pair), values));
 }
 
-// A name from the file system as it may be shown: what would break the line or steer the reading direction
-// stands as a visible sign. Names that are not UTF-8 are shown as far as they decode.
-QString shownName(const std::string& name);
+// A name from the file system as it may be shown, in one line: control characters and direction marks are
+// replaced by visible signs, and bytes that are not UTF-8 by U+FFFD.
+inline QString shownName(const std::string& name) {
+  QString shown = QString::fromStdString(name);
+  for (QChar& character : shown) character = visibleForm(character.unicode());
+  return shown;
+}
