@@ -3,6 +3,7 @@
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewReports.h"
 #include "RQAlertView/RQAlertViewText.h"
+#include "platform/UIApplication.h"
 
 #include <algorithm>
 #include <cmath>
@@ -168,8 +169,7 @@ void RQAlertViewButton::paintEvent(QPaintEvent*) {
                                    .rect = rect(),
                                    .padding = padding_,
                                    .card = card_,
-                                   .focusRing = hasFocus() && isEnabled() &&
-                                                window()->testAttribute(Qt::WA_KeyboardFocusChange)});
+                                   .focusRing = isEnabled() && showsFocus(*this)});
 }
 
 void RQAlertViewButton::keyPressEvent(QKeyEvent* event) {

@@ -2,6 +2,7 @@
 
 #include "RQAlertView/RQAlertViewCell.h"
 #include "RQAlertView/RQAlertViewScrollIndicator.h"
+#include "platform/UIApplication.h"
 
 #include <algorithm>
 #include <utility>
@@ -159,7 +160,7 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
     default:
       break;
   }
-  window()->setAttribute(Qt::WA_KeyboardFocusChange);
+  showFocusRings(*this, true);
   QListView::keyPressEvent(event);
 }
 

@@ -3,6 +3,7 @@
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewRows.h"
+#include "platform/UIApplication.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -37,8 +38,7 @@ void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& optio
   const RQAlertViewRow row = setting_.rows->at(index.row());
   const RQAlertViewButtonLook look = setting_.look(row);
   const QWidget* list = option.widget;
-  const bool ringed = (option.state & QStyle::State_HasFocus) && list &&
-                      list->window()->testAttribute(Qt::WA_KeyboardFocusChange);
+  const bool ringed = (option.state & QStyle::State_HasFocus) && list && showsFocus(*list);
   paintRQAlertViewButton(*painter, {.title = row.title,
                                     .look = look,
                                     .state = stateOf(option, index.row() == setting_.pressedRow),

@@ -5,6 +5,7 @@
 #include "RQAlertView/RQAlertViewMetrics.h"
 #include "RQAlertView/RQAlertViewScrollIndicator.h"
 #include "RQAlertView/RQAlertViewText.h"
+#include "platform/UIApplication.h"
 
 #include <algorithm>
 #include <utility>
@@ -37,7 +38,7 @@ class RQAlertViewHeader::Overlay : public QWidget {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     if (goesOn_) paintGoesOn(painter, rect(), background_);
-    if (parentWidget()->hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+    if (showsFocus(*parentWidget())) {
       const double inset = focusRingInset + focusRingWidth / 2.0;
       painter.setRenderHint(QPainter::Antialiasing);
       painter.setPen(QPen(ring_, focusRingWidth));

@@ -2,7 +2,6 @@
 #include "bench/FirstPaint.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
-#include "ui/EndOfProcess.h"
 #include "ui/screens/AppDelegate.h"
 
 int main(int argc, char** argv) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include <QAbstractScrollArea>
 #include <QPalette>
 #include <QPixmapCache>
 #include <QThreadPool>
@@ -78,11 +79,8 @@ UIApplication* UIApplication::sharedApplication() {
 }
 
 bool UIApplication::notify(QObject* receiver, QEvent* event) {
-  // Rings around what has the focus are for those who use the keyboard.
-  if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && focusWidget()) {
-    focusWidget()->window()->setAttribute(Qt::WA_KeyboardFocusChange, false);
-    focusWidget()->update();
-  }
+  if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && focusWidget())
+    showFocusRings(*focusWidget(), false);
   if (event->type() == QEvent::KeyRelease) noteKeyRelease(*static_cast<QKeyEvent*>(event));
   try {
     return QApplication::notify(receiver, event);
@@ -171,4 +169,16 @@ int UIApplicationMain(int argc, char** argv,
   if (!launched) return 1;
   UIScreen::mainScreen()->show();
   return UIApplication::exec();
+}
+
+bool showsFocus(const QWidget& control) {
+  return control.hasFocus() && control.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+}
+
+void showFocusRings(const QWidget& widget, bool shown) {
+  widget.window()->setAttribute(Qt::WA_KeyboardFocusChange, shown);
+  QWidget* const focused = QApplication::focusWidget();
+  if (focused == nullptr) return;
+  focused->update();
+  if (auto* const area = qobject_cast<QAbstractScrollArea*>(focused)) area->viewport()->update();
 }

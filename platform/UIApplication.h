@@ -73,3 +73,9 @@ class UIApplication : public QApplication {
 // Makes the application and its delegate, shows the screen and runs the event loop. Returns the exit status.
 int UIApplicationMain(int argc, char** argv,
                       const std::function<std::unique_ptr<UIApplicationDelegate>()>& delegate);
+
+// Whether a widget with the focus shows a ring: after Tab or a shortcut, until a mouse or finger is pressed.
+bool showsFocus(const QWidget& control);
+
+// Turns the rings on or off for the window that `widget` is in.
+void showFocusRings(const QWidget& widget, bool shown);

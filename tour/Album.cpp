@@ -1,8 +1,7 @@
-#include "tour/Album.h"
-
 #include "core/FileManager.h"
 #include "platform/UIScreen.h"
 #include "tour/Finger.h"
+#include "tour/Tour.h"
 
 #include <QCursor>
 #include <QPixmap>

@@ -16,17 +16,10 @@ namespace {
 
 constexpr int patienceMilliseconds = 180'000;
 
-QString plain(QString text) {
-  constexpr char16_t isolates[] = {0x2066, 0x2067, 0x2068, 0x2069, 0x200E, 0x200F};
-  for (const char16_t mark : isolates) text.remove(QChar(mark));
-  return text;
-}
-
 bool isCalled(const QWidget& widget, const QString& name) {
-  if (plain(widget.accessibleName()) == name) return true;
-  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
-    return plain(button->text()) == name;
-  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return plain(label->text()) == name;
+  if (widget.accessibleName() == name) return true;
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) return button->text() == name;
+  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return label->text() == name;
   return false;
 }
 
@@ -56,7 +49,7 @@ Row enabledRow(const QString& name) {
     if (!view.isEnabled()) return false;
     for (int number = 0; number < view.model()->rowCount(); ++number) {
       const QModelIndex index = view.model()->index(number, 0);
-      if (plain(index.data().toString()) != name) continue;
+      if (index.data().toString() != name) continue;
       row = {const_cast<QAbstractItemView*>(&view), index};
       return true;
     }
@@ -76,7 +69,7 @@ void tap(const QString& name) {
             QStringLiteral("nothing to tap is called ") + name);
   // The rings around what has the focus go with a click, which this one, made on the widget itself, does not
   // come to be told.
-  UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
+  showFocusRings(*UIScreen::mainScreen(), false);
   if (QAbstractButton* const button = enabledButton(name)) {
     QTest::mouseClick(button, Qt::LeftButton);
     return;

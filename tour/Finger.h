@@ -22,7 +22,7 @@ class Missing : public std::runtime_error {
 void waitUntil(const std::function<bool()>& condition, const QString& what);
 
 // Clicks the button, list row or switch called `name` in the key window, waiting for it to be there and
-// enabled. Names are compared whole, with accessible names and with visible texts, direction marks aside.
+// enabled. Names are compared whole, with accessible names and with visible texts.
 void tap(const QString& name);
 
 // Whether a control or text called `name` is visible in the key window.

@@ -1,6 +1,5 @@
-#include "tour/Album.h"
 #include "tour/Finger.h"
-#include "tour/Stops.h"
+#include "tour/Tour.h"
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
 

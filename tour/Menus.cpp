@@ -1,7 +1,6 @@
 #include "core/FileManager.h"
-#include "tour/Album.h"
 #include "tour/Finger.h"
-#include "tour/Stops.h"
+#include "tour/Tour.h"
 #include "ui/Localized.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Projects.h"

@@ -1,13 +1,11 @@
 #include "core/FileManager.h"
 #include "core/Text.h"
 #include "platform/UIApplication.h"
-#include "tour/Album.h"
 #include "tour/Finger.h"
-#include "tour/Stops.h"
+#include "tour/Tour.h"
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
-#include "ui/dialogs/AddressNotice.h"
-#include "ui/dialogs/MissingTheosNotice.h"
+#include "ui/dialogs/Dialogs.h"
 #include "workspace/Paths.h"
 
 #include <string>

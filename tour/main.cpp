@@ -3,19 +3,17 @@
 // dialog. Runs in a device without projects and backups and prints, at its end, the paths of the package and
 // of the pictures there. Its one argument, WIDTHxHEIGHT in logical pixels, is the screen's size.
 #include "core/FileManager.h"
-#include "core/Languages.h"
 #include "core/Text.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
-#include "tour/Album.h"
 #include "tour/Finger.h"
-#include "tour/Stops.h"
-#include "ui/EndOfProcess.h"
+#include "tour/Tour.h"
 #include "ui/Localized.h"
 #include "ui/screens/AppDelegate.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ProjectFiles.h"
 #include "workspace/Projects.h"
 
 #include <cstdio>

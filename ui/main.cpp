@@ -2,8 +2,6 @@
 #include "core/History.h"
 #include "core/Process.h"
 #include "platform/UIApplication.h"
-#include "ui/EndOfProcess.h"
-#include "ui/OpenAddress.h"
 #include "ui/screens/AppDelegate.h"
 
 #include <cstdio>

@@ -7,7 +7,6 @@
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "tour/Finger.h"
-#include "ui/EndOfProcess.h"
 #include "ui/Localized.h"
 #include "ui/controls/TextView.h"
 #include "ui/screens/AppDelegate.h"

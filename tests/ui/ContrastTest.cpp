@@ -1,9 +1,9 @@
 // What stands on what, and how well it can be told from it. Prints the table.
 #include "RQAlertView/RQAlertView.h"
 #include "platform/ApplicationStyle.h"
-#include "ui/controls/Colours.h"
+#include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
-#include "ui/dialogs/DialogLooks.h"
+#include "ui/dialogs/Dialogs.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,6 @@
 #include "workspace/Projects.h"
 
 #include <optional>
-#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -92,18 +91,9 @@ void expectDialog(const Expected& expected, const RQAlertView& dialog) {
   EXPECT_EQ(fields.front()->clearButtonMode(), UITextFieldViewMode::WhileEditing);
 }
 
-class Dialogs : public Screens {
+class Dialogs : public OtherConverter {
  protected:
-  Dialogs() {
-    installConverter();
-    rename("/usr/bin/ftt", "/usr/bin/ftt-away");
-    putFile("/usr/bin/ftt", "#!/bin/sh\nprintf 'x\\n  0 - One\\ny\\n  1 - Two\\n1\\n2\\n3'\n");
-    chmod("/usr/bin/ftt", 0755);
-  }
-  ~Dialogs() override {
-    removeItemAtPath("/usr/bin/ftt");
-    rename("/usr/bin/ftt-away", "/usr/bin/ftt");
-  }
+  Dialogs() { putConverter("printf 'x\\n  0 - One\\ny\\n  1 - Two\\n1\\n2\\n3'\n"); }
 
   // Opens the dialog with these taps, compares it, and closes it by its cancel button or, where it has none,
   // its only button.
@@ -168,10 +158,10 @@ TEST_F(Dialogs, OfProjectsAndTheirFilesSayAndWearWhatTheyShould) {
     const QString renaming = localized(text::changeFileName);
     check({"New Project", renaming}, sheet(text::whichOne, none, entriesOf(project)));
     check({"New Project", renaming, "Makefile"}, question("Makefile", shell, confirm(), "Makefile"));
-    Expected converter = sheet(text::addFlexPatch, "Flex to Theos by Mossgrove & updated by Wexley88",
-                               {"  0 - One", "  1 - Two"});
-    converter.cancel = "Cancel";  // in both languages
-    check({"New Project", localized(text::addFlexPatch)}, converter);
+    Expected patches = sheet(text::addFlexPatch, "Flex to Theos by Mossgrove & updated by Wexley88",
+                             {"  0 - One", "  1 - Two"});
+    patches.cancel = "Cancel";  // in both languages
+    check({"New Project", localized(text::addFlexPatch)}, patches);
     check({"Delete"}, sheet(text::deleteFilesOrProjects, localized(text::whichOne),
                             entriesOf(project, {text::deleteCurrentProject, text::deleteOptions})));
     const QString more = localized(text::deleteOptions);

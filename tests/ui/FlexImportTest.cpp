@@ -4,7 +4,6 @@
 #include "tests/ui/Screens.h"
 
 #include <algorithm>
-#include <sys/stat.h>
 
 namespace {
 
@@ -12,22 +11,12 @@ using finger::sees;
 using finger::tap;
 using finger::waitToSee;
 
-class FlexImport : public Screens {
+class FlexImport : public OtherConverter {
  protected:
-  FlexImport() {
-    installConverter();
-    rename("/usr/bin/ftt", "/usr/bin/ftt-away");
-  }
-  ~FlexImport() override {
-    removeItemAtPath("/usr/bin/ftt");
-    rename("/usr/bin/ftt-away", "/usr/bin/ftt");
-  }
-
   // Puts a shell script in the converter's place; none for an empty one.
   void startWithConverter(const std::string& script) {
     folder_ = makeProject({{"Tweak.x", ""}});
-    if (!script.empty()) putFile("/usr/bin/ftt", "#!/bin/sh\n" + script);
-    chmod("/usr/bin/ftt", 0755);
+    if (!script.empty()) putConverter(script);
     start();
     systemlog::take();
   }

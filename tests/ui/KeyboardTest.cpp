@@ -2,6 +2,7 @@
 #include "platform/UIApplication.h"
 #include "platform/UIDevice.h"
 #include "tests/ui/Screens.h"
+#include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
 
 #include <QListView>
@@ -163,6 +164,23 @@ TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
   hold(Qt::Key_0);
   press(Qt::Key_L, Qt::ControlModifier);
   EXPECT_EQ(log().bytes(), "");
+}
+
+TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
+  makeProject({{"Tweak.x", ""}});
+  startActive();
+  openEditor("Tweak.x");
+  leaveEditor("Cancel");
+  ASSERT_TRUE(focusIsOn("Files"));
+  auto& list = *qobject_cast<QListView*>(QApplication::focusWidget());
+  const auto hasRing = [&list] {
+    const QRect row = list.visualRect(list.currentIndex());
+    return list.viewport()->grab().toImage().pixelColor(row.center().x(), row.top()) == colours::focusRing;
+  };
+  EXPECT_FALSE(hasRing());
+  press(Qt::Key_Tab);
+  tabTo("Files");
+  EXPECT_TRUE(hasRing());
 }
 
 TEST_F(Keyboard, NoKeyActsUnderADialog) {

@@ -1,7 +1,7 @@
 // The menus of the main screen, from the tap to what it leaves on disk and shows.
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
-#include "ui/OpenAddress.h"
+#include "ui/screens/AppDelegate.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Projects.h"
 

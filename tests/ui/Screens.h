@@ -18,6 +18,7 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <sys/stat.h>
 #include <utility>
 
 #include <QTest>
@@ -135,4 +136,26 @@ class Screens : public testing::Test {
   const StandardStreams restored_;
   std::unique_ptr<AppDelegate> delegate_;
   QStringList opened_;
+};
+
+// With a shell script, or nothing, where the converter was.
+class OtherConverter : public Screens {
+ protected:
+  OtherConverter() {
+    installConverter();
+    rename(converter, away);
+  }
+  ~OtherConverter() override {
+    removeItemAtPath(converter);
+    rename(away, converter);
+  }
+
+  static void putConverter(const std::string& script) {
+    putFile(converter, "#!/bin/sh\n" + script);
+    chmod(converter, 0755);
+  }
+
+ private:
+  static constexpr const char* converter = "/usr/bin/ftt";
+  static constexpr const char* away = "/usr/bin/ftt-away";
 };

@@ -1,10 +1,8 @@
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
-#include "ui/Links.h"
 #include "ui/controls/UIButton.h"
 #include "ui/controls/UISwitch.h"
-#include "workspace/CurrentProject.h"
-#include "workspace/ProjectFiles.h"
+#include "ui/screens/AppDelegate.h"
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -74,21 +72,6 @@ TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
     waitToSee(updated);
     EXPECT_NE(log().bytes().find("\uFFFD"), std::string::npos) << "the older log";
   });
-}
-
-TEST_F(Screens, AProjectIsChosenFromTheSheet) {
-  for (const char* name : {"One", "Two"}) putFile(device::projects + name + "/of-" + name, "");
-  start();
-  tap("Choose Project");
-  waitToSee(localized(text::loadProject));
-  tap("Two");
-  waitToSee("of-Two");
-  EXPECT_EQ(currentProject(), "Two");
-  EXPECT_EQ(listedProject(), "Two");
-  putFile(device::projects + "Two/later", "");
-  EXPECT_FALSE(sees("later"));
-  tap("Reload");
-  EXPECT_TRUE(sees("later"));
 }
 
 TEST_F(Screens, TheEditorRefusesWhatIsNoFile) {

@@ -2,11 +2,14 @@
 
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
+#include "platform/UIApplication.h"
 #include "platform/UIKeyboard.h"
 #include "ui/Localized.h"
-#include "ui/controls/Colours.h"
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Layer.h"
+#include "ui/controls/Looks.h"
+#include "workspace/CurrentProject.h"
 #include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 #include <algorithm>
 
@@ -34,7 +37,8 @@ class FileCell : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const bool underPointer = (option.state & QStyle::State_MouseOver) != 0;
-    const bool focused = (option.state & QStyle::State_HasFocus) != 0;
+    const bool focused =
+        (option.state & QStyle::State_HasFocus) != 0 && option.widget && showsFocus(*option.widget);
     painter->fillRect(option.rect, underPointer ? colours::cellUnderPointer : colours::cellGround);
     const bool rightToLeft = option.direction == Qt::RightToLeft;
     const QRect inside = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
@@ -56,10 +60,7 @@ class FileCell : public QStyledItemDelegate {
     painter->drawText(QRectF(text), name, layout);
     painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
                       separatorColor);
-    if (focused) {
-      painter->setPen(QPen(colours::focusRing, metrics::focusRingWidth));
-      painter->drawRect(option.rect.adjusted(1, 1, -1, -2));
-    }
+    if (focused) drawFocusRing(*painter, option.rect.adjusted(0, 0, 0, -separatorHeight), 0);
   }
 };
 

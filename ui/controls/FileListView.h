@@ -1,7 +1,7 @@
 // The list of the current project's files.
 #pragma once
 
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Looks.h"
 
 #include <string>
 

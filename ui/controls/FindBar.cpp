@@ -2,7 +2,7 @@
 
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Looks.h"
 #include "ui/controls/TextView.h"
 #include "ui/controls/UIButton.h"
 

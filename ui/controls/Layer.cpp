@@ -1,9 +1,10 @@
 #include "ui/controls/Layer.h"
 
+#include "ui/controls/Looks.h"
+
 #include <algorithm>
 
 #include <QPainter>
-#include <QWidget>
 
 void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const QColor& ground) {
   if (!ground.isValid() && layer.borderWidth == 0) return;
@@ -17,10 +18,32 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
   painter.drawRoundedRect(shape, radius, radius);
 }
 
+void drawFocusRing(QPainter& painter, const QRect& bounds, qreal cornerRadius) {
+  drawLayer(painter, bounds, {cornerRadius, metrics::focusRingWidth, QColor(), colours::focusRing}, QColor());
+}
+
 bool isDimmed(const QWidget& control) {
   return control.testAttribute(Qt::WA_ForceDisabled);
 }
 
-bool showsFocus(const QWidget& control) {
-  return control.hasFocus() && control.window()->testAttribute(Qt::WA_KeyboardFocusChange);
+LayerLabel::LayerLabel(QWidget* parent) : QLabel(parent) {
+  setTextFormat(Qt::PlainText);
+  setAlignment(Qt::AlignCenter);
+}
+
+QSize LayerLabel::sizeHint() const {
+  return text().isEmpty() ? QSize(0, 0) : QLabel::sizeHint();
+}
+
+void LayerLabel::setLayer(const Layer& layer) {
+  layer_ = layer;
+  update();
+}
+
+void LayerLabel::paintEvent(QPaintEvent* event) {
+  {
+    QPainter painter(this);
+    drawLayer(painter, rect(), layer_, layer_.backgroundColor);
+  }
+  if (!text().isEmpty()) QLabel::paintEvent(event);
 }

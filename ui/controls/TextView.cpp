@@ -1,12 +1,13 @@
 #include "ui/controls/TextView.h"
 
 #include "platform/ApplicationStyle.h"
+#include "platform/UIApplication.h"
 #include "ui/Localized.h"
-#include "ui/controls/Colours.h"
 #include "ui/controls/Layer.h"
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Looks.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -18,8 +19,10 @@
 #include <QScrollBar>
 #include <QScrollPrepareEvent>
 #include <QScroller>
+#include <QShortcut>
 #include <QStyleHints>
 #include <QTouchEvent>
+#include <QWheelEvent>
 #include <Qsci/qscicommandset.h>
 
 namespace {
@@ -29,6 +32,12 @@ constexpr std::size_t longestWrapped = std::size_t{1} << 20;  // bytes; takes ha
 constexpr long editorTabColumns = 4;
 constexpr long logTabColumns = 8;
 constexpr int hiddenStyle = QsciScintillaBase::STYLE_LASTPREDEFINED + 1;
+
+constexpr int smallestZoom = -5;
+constexpr int largestZoom = 12;
+constexpr double zoomStep = 1.1;
+
+int chosenZoom = 0;
 
 // What most lines end with; where there is no line yet, a line feed.
 long lineEndMode(std::string_view text) {
@@ -75,6 +84,7 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   // A tab is typed as it is, whatever the blanks before it.
   setTabIndents(false);
   setUpKeys();
+  setUpZoom();
   note_->setFont(systemFontOfSize(metrics::smallTextSize));
   note_->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
                             metrics::barSpacing);
@@ -122,6 +132,32 @@ void TextView::setUpKeys() {
     commands.find(each.wrapped)->setKey(each.key.toCombined());
   }
   commands.find(QsciCommand::Redo)->setAlternateKey((Qt::CTRL | Qt::SHIFT | Qt::Key_Z).toCombined());
+}
+
+void TextView::setUpZoom() {
+  const auto wire = [this](const QKeySequence& key, auto level) {
+    connect(new QShortcut(key, this), &QShortcut::activated, this, [this, level] { zoomTo(level()); });
+  };
+  // Plus has a key of its own, or shares one with the equals sign.
+  wire(Qt::CTRL | Qt::Key_Plus, [] { return chosenZoom + 1; });
+  wire(Qt::CTRL | Qt::Key_Equal, [] { return chosenZoom + 1; });
+  wire(Qt::CTRL | Qt::Key_Minus, [] { return chosenZoom - 1; });
+  wire(Qt::CTRL | Qt::Key_0, [] { return 0; });
+  zoomTo(chosenZoom);
+}
+
+void TextView::zoomTo(int level) {
+  chosenZoom = std::clamp(level, smallestZoom, largestZoom);
+  setFont(fixedPitchFontOfSize(metrics::fixedPitchTextSize * std::pow(zoomStep, chosenZoom)));
+}
+
+void TextView::wheelEvent(QWheelEvent* event) {
+  if ((event->modifiers() & Qt::ControlModifier) == 0) return QsciScintilla::wheelEvent(event);
+  wheelAngle_ += event->angleDelta().y();
+  const int steps = wheelAngle_ / QWheelEvent::DefaultDeltasPerStep;
+  wheelAngle_ -= steps * QWheelEvent::DefaultDeltasPerStep;
+  zoomTo(chosenZoom + steps);
+  event->accept();
 }
 
 void TextView::applyLooks() {
@@ -331,8 +367,7 @@ void TextView::paintEvent(QPaintEvent* event) {
   // Where text is typed, the caret shows the focus.
   if (!isReadOnly() || !showsFocus(*this)) return;
   QPainter painter(viewport());
-  drawLayer(painter, viewport()->rect(), {0, metrics::focusRingWidth, QColor(), colours::focusRing},
-            QColor());
+  drawFocusRing(painter, viewport()->rect(), 0);
 }
 
 void TextView::resizeEvent(QResizeEvent* event) {

@@ -12,9 +12,10 @@ class QLabel;
 class QTouchEvent;
 
 // QsciScintilla in the application's palette and fixed-pitch font, with its touch scrolling, context menu and
-// reports to assistive technology. Read left to right whatever the language of the interface. Read-only it is
-// a log: it has no caret, keys scroll (with Shift they select, from what is selected or else from the top),
-// and control characters take no room.
+// reports to assistive technology. Ctrl with +, -, 0 or the wheel changes the size of the text, which then
+// holds for each new view until the application ends. Read left to right whatever the language of the
+// interface. Read-only it is a log: it has no caret, keys scroll (with Shift they select, from what is
+// selected or else from the top), and control characters take no room.
 class TextView : public QsciScintilla {
   Q_OBJECT
 
@@ -47,6 +48,7 @@ class TextView : public QsciScintilla {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
   // SendScintilla's overloads leave plain integers ambiguous.
@@ -55,6 +57,8 @@ class TextView : public QsciScintilla {
   }
   std::string_view text() const;
   void setUpKeys();
+  void setUpZoom();
+  void zoomTo(int level);
   void applyLooks();
   void hideControlCharacters(std::string_view text);
   void setWrapped(bool wrapped);
@@ -68,6 +72,7 @@ class TextView : public QsciScintilla {
 
   std::string byteOrderMark_;  // kept apart, so that nothing is typed before it
   QLabel* note_;
+  int wheelAngle_ = 0;  // eighths of a degree that have not made a step yet
   bool composing_ = false;
   bool taps_ = false;      // what a finger does now is still a tap
   qint64 tappedTime_ = 0;  // milliseconds, of the last tap

@@ -1,13 +1,14 @@
 #include "ui/controls/UIButton.h"
 
 #include "platform/ApplicationStyle.h"
-#include "ui/controls/Colours.h"
-#include "ui/controls/Metrics.h"
+#include "platform/UIApplication.h"
+#include "ui/controls/Looks.h"
 
 #include <algorithm>
 
 #include <QPainter>
 #include <QPixmapCache>
+#include <QShortcut>
 
 namespace {
 
@@ -96,10 +97,7 @@ void UIButton::paintEvent(QPaintEvent*) {
   Layer drawn = layer_;
   if (!drawn.backgroundColor.isValid()) drawn.cornerRadius = metrics::bareButtonRadius;
   drawLayer(painter, rect(), drawn, ground());
-  if (showsFocus(*this)) {
-    Layer ring{drawn.cornerRadius, metrics::focusRingWidth, QColor(), colours::focusRing};
-    drawLayer(painter, rect(), ring, QColor());
-  }
+  if (showsFocus(*this)) drawFocusRing(painter, rect(), drawn.cornerRadius);
   painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
   if (!picture_.isEmpty()) {
     QRect place(0, 0, pictureSize_, pictureSize_);
@@ -125,4 +123,22 @@ void UIButton::enterEvent(QEnterEvent* event) {
 void UIButton::leaveEvent(QEvent* event) {
   QPushButton::leaveEvent(event);
   update();
+}
+
+void addShortcut(UIButton& button, const QKeySequence& keys) {
+  // The view as a whole, which has no parent yet while its buttons are wired.
+  auto* const shortcut = new QShortcut(keys, button.window());
+  // A key that is held down does what it does once: the next screen may have it mean something else.
+  shortcut->setAutoRepeat(false);
+  QObject::connect(shortcut, &QShortcut::activated, &button, [&button] {
+    // In the dialog that comes, too.
+    showFocusRings(*button.window(), true);
+    button.click();
+  });
+  nameShortcut(button, keys);
+}
+
+void nameShortcut(UIButton& button, const QKeySequence& keys) {
+  const QString name = button.accessibleName().isEmpty() ? button.text() : button.accessibleName();
+  button.setToolTip(QStringLiteral("%1 (%2)").arg(name, keys.toString(QKeySequence::NativeText)));
 }

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "ui/controls/Layer.h"
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Looks.h"
 
+#include <QKeySequence>
 #include <QPixmap>
 #include <QPushButton>
 
@@ -50,3 +51,11 @@ class UIButton : public QPushButton {
   QString picture_;  // its file without the ending; empty where a caption is shown
   bool followsReadingDirection_ = false;
 };
+
+// Makes `keys` click `button` wherever the focus is on its screen, and names them in its tooltip. Call it
+// while the screen's view is made, before it has a parent. Nothing happens while a dialog lies above the
+// screen.
+void addShortcut(UIButton& button, const QKeySequence& keys);
+
+// Only names the keys, which the screen handles itself.
+void nameShortcut(UIButton& button, const QKeySequence& keys);

@@ -1,8 +1,8 @@
 #include "ui/controls/UISwitch.h"
 
-#include "ui/controls/Colours.h"
+#include "platform/UIApplication.h"
 #include "ui/controls/Layer.h"
-#include "ui/controls/Metrics.h"
+#include "ui/controls/Looks.h"
 
 #include <QPainter>
 
@@ -29,8 +29,7 @@ void UISwitch::paintEvent(QPaintEvent*) {
   Layer groove{radius, 0,
                isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : colours::switchOff};
   drawLayer(painter, rect(), groove, groove.backgroundColor);
-  if (showsFocus(*this))
-    drawLayer(painter, rect(), {radius, metrics::focusRingWidth, QColor(), colours::focusRing}, QColor());
+  if (showsFocus(*this)) drawFocusRing(painter, rect(), radius);
   const int size = height() - 2 * knobInset;
   const bool atRight = isChecked() != isRightToLeft();
   painter.setPen(Qt::NoPen);

@@ -1,9 +1,6 @@
-#include "ui/menus/DeleteMenu.h"
-
 #include "ui/Localized.h"
-#include "ui/dialogs/Menu.h"
-#include "ui/dialogs/Notice.h"
-#include "ui/screens/ViewController.h"
+#include "ui/dialogs/Dialogs.h"
+#include "ui/menus/Menus.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/ProjectFiles.h"
 #include "workspace/Projects.h"

@@ -1,12 +1,10 @@
-#include "ui/menus/NewProjectMenu.h"
-
+#include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
 #include "ui/Localized.h"
-#include "ui/dialogs/Menu.h"
-#include "ui/dialogs/OneLinePrompt.h"
-#include "ui/menus/FlexPatchMenu.h"
-#include "ui/screens/ViewController.h"
+#include "ui/dialogs/Dialogs.h"
+#include "ui/menus/Menus.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/FlexImport.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
 #include "workspace/Projects.h"
@@ -54,6 +52,24 @@ void showFilesToRename(const Owner& owner) {
            });
 }
 
+void showFlexPatches(const Owner& owner) {
+  const std::vector<std::string> entries = harvestFlexMenu();
+  // The cancel title is the same in both languages here.
+  const auto sheet = RQAlertView::alertViewWithTitle(
+      localized(text::addFlexPatch),
+      QString::fromUtf8(flexBanner.data(), static_cast<qsizetype>(flexBanner.size())),
+      RQAlertViewStyle::ActionSheet, titlesOf(entries), QStringLiteral("Cancel"), QString());
+  dressAsMenu(*sheet);
+  sheet->setActionHandler([entries, owner](RQAlertView&, std::size_t index, const QString&) {
+    forEachNamed(entries, index, [&owner](const std::string& entry) {
+      convertFlexPatch(entry);
+      refresh(owner);
+      removeFlexMenu();
+    });
+  });
+  sheet->showAnimated();
+}
+
 QStringList actionTitles() {
   return {localized(text::createNewProject), localized(text::createHeaderFile),
           localized(text::changeFileName), localized(text::addFlexPatch)};
@@ -66,7 +82,7 @@ void showNewProjectMenu(ViewController& screen) {
   showMenu({localized(text::projectOptions), QString(), titles},
            [titles, owner = Owner(&screen)](std::size_t, const QString& title) {
              chooseListedProject(titles, actionTitles(), title, owner);
-             if (title == localized(text::addFlexPatch) && owner) showFlexMenu(*owner);
+             if (title == localized(text::addFlexPatch)) showFlexPatches(owner);
              if (title == localized(text::changeFileName)) showFilesToRename(owner);
              if (title == localized(text::createNewProject)) askForProjectName(owner);
              if (title == localized(text::createHeaderFile)) askForHeaderName(owner);

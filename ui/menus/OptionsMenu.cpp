@@ -1,13 +1,7 @@
-#include "ui/menus/OptionsMenu.h"
-
-#include "core/Languages.h"
 #include "ui/Localized.h"
-#include "ui/OpenAddress.h"
-#include "ui/dialogs/Menu.h"
-#include "ui/dialogs/Notice.h"
-#include "ui/dialogs/OneLinePrompt.h"
-#include "ui/menus/BackupMenu.h"
-#include "ui/screens/ViewController.h"
+#include "ui/dialogs/Dialogs.h"
+#include "ui/menus/Menus.h"
+#include "ui/screens/AppDelegate.h"
 #include "workspace/Projects.h"
 
 #include <cstdio>
@@ -40,6 +34,36 @@ void askForProjectName(const Owner& owner) {
         renameProject(typed);
         refresh(owner);
       });
+}
+
+void backUpListedProject() {
+  if (const MaybeText backup = backUpProject()) {
+    showNotice(localized(text::done), QString::fromStdString(*backup));
+  } else {
+    showNotice(localized(text::error), localized(text::noData));
+  }
+}
+
+void showBackups(const Owner& owner) {
+  const std::vector<std::string> names = backupNames();
+  showMenu({localized(text::whichOne), QString(), titlesOf(names), MenuTexts::White},
+           [names, owner](std::size_t index, const QString&) {
+             forEachNamed(names, index, [&owner](const std::string& name) {
+               restoreBackup(name);
+               showNotice(localized(text::done));
+               chooseRestoredProject(name);
+               refresh(owner);
+             });
+           });
+  // The screen is brought up to date whether or not a backup is chosen.
+  refresh(owner);
+}
+
+void confirmDeletingBackups() {
+  showConfirmation(localized(text::deleteAllBackupsQuestion), QString(), localized(text::confirm), [] {
+    deleteAllBackups();
+    showNotice(localized(text::done));
+  });
 }
 
 // The next start speaks the new language. Nothing is to be saved, and the objects on screen are not to be
@@ -86,7 +110,7 @@ void showOptionsMenu(ViewController& screen) {
              if (title == localized(text::changeLanguage)) showLanguages();
              if (title == localized(text::changeProjectName)) askForProjectName(owner);
              if (title == localized(text::backUp)) backUpListedProject();
-             if (title == localized(text::restore) && owner) showBackups(*owner);
+             if (title == localized(text::restore)) showBackups(owner);
              if (title == localized(text::deleteAllBackups)) confirmDeletingBackups();
            });
 }

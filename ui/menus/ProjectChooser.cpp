@@ -1,9 +1,9 @@
-#include "ui/menus/ProjectChooser.h"
-
 #include "ui/Localized.h"
-#include "ui/dialogs/Menu.h"
-#include "ui/screens/ViewController.h"
+#include "ui/dialogs/Dialogs.h"
+#include "ui/menus/Menus.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
 void showProjectChooser(ViewController& screen) {
   const std::vector<std::string> names = projectNames();

@@ -2,12 +2,10 @@
 
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
-#include "ui/Links.h"
 #include "ui/Localized.h"
-#include "ui/OpenAddress.h"
-#include "ui/controls/Colours.h"
-#include "ui/controls/Metrics.h"
-#include "ui/controls/Shortcut.h"
+#include "ui/controls/Looks.h"
+#include "ui/controls/UIButton.h"
+#include "ui/screens/AppDelegate.h"
 #include "ui/screens/ui_Dev.h"
 
 #include <QEvent>

@@ -6,22 +6,21 @@
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "ui/Links.h"
 #include "ui/Localized.h"
-#include "ui/OpenAddress.h"
-#include "ui/controls/Colours.h"
-#include "ui/controls/Metrics.h"
-#include "ui/controls/Shortcut.h"
-#include "ui/controls/TextZoom.h"
-#include "ui/dialogs/DialogLooks.h"
-#include "ui/screens/WideLayout.h"
+#include "ui/controls/Looks.h"
+#include "ui/controls/UIButton.h"
+#include "ui/dialogs/Dialogs.h"
+#include "ui/screens/AppDelegate.h"
 #include "ui/screens/ui_MakePackage.h"
 
 #include <algorithm>
 
 #include <QAbstractScrollArea>
+#include <QBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
+#include <QResizeEvent>
 
 namespace {
 
@@ -36,6 +35,34 @@ void showSuccess(const MaybeText& project) {
   });
   dialog->showAnimated();
 }
+
+// Follows the width of a screen's view: when it is wide, `body` runs in reading direction and `column`, its
+// last widget, is a column of a fixed width; otherwise `body` runs down and `column` takes the width, as far
+// as buttons can use it. Lives as long as `view`, which owns `body` and `column`.
+class WideLayout : public QObject {
+ public:
+  WideLayout(QWidget* view, QBoxLayout* body, QWidget* column) : QObject(view), body_(body), column_(column) {
+    view->installEventFilter(this);
+    fit(view->width());
+  }
+
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() == QEvent::Resize) fit(static_cast<QResizeEvent*>(event)->size().width());
+    return QObject::eventFilter(object, event);
+  }
+
+ private:
+  void fit(int width) {
+    if (!body_ || !column_) return;
+    const bool wide = width >= metrics::wideScreen;
+    body_->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    body_->setAlignment(column_, wide ? Qt::AlignTop : Qt::AlignHCenter);
+    column_->setFixedWidth(wide ? metrics::sideColumnWidth : std::min(width, metrics::widestControls));
+  }
+
+  QPointer<QBoxLayout> body_;
+  QPointer<QWidget> column_;
+};
 
 }  // namespace
 
@@ -115,7 +142,6 @@ void MakePackage::loadView() {
   setView(view);
   new WideLayout(view, outlets_->body, outlets_->controls);
   outlets_->OutPut->setReadOnly(true);
-  new TextZoom(outlets_->OutPut);
   outlets_->findBar->setText(outlets_->OutPut);
   hint_ = new LogHint(*outlets_->OutPut);
   wireButtons();

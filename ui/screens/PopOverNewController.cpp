@@ -8,11 +8,9 @@
 #include "platform/EventLoop.h"
 #include "platform/UIScreen.h"
 #include "ui/Localized.h"
-#include "ui/controls/Colours.h"
-#include "ui/controls/Metrics.h"
-#include "ui/controls/Shortcut.h"
-#include "ui/controls/TextZoom.h"
-#include "ui/dialogs/Notice.h"
+#include "ui/controls/Looks.h"
+#include "ui/controls/UIButton.h"
+#include "ui/dialogs/Dialogs.h"
 #include "ui/screens/ui_PopOverNewController.h"
 #include "workspace/ProjectFiles.h"
 
@@ -35,7 +33,6 @@ void PopOverNewController::loadView() {
   view->setAutoFillBackground(true);
   outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
-  new TextZoom(outlets_->PopOvetText);
   outlets_->findBar->setText(outlets_->PopOvetText);
   connect(outlets_->SaveButton, &QPushButton::clicked, this, atEventBoundary([this] { SaveButton(); }));
   connect(outlets_->CancelButton, &QPushButton::clicked, this, atEventBoundary([this] { DismissPop(); }));

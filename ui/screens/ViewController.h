@@ -3,11 +3,7 @@
 
 #include "platform/UIViewController.h"
 
-#include <functional>
 #include <memory>
-#include <string>
-
-#include <QPointer>
 
 namespace Ui {
 class ViewController;
@@ -49,11 +45,3 @@ class ViewController : public UIViewController {
 
   std::unique_ptr<Ui::ViewController> outlets_;
 };
-
-// How a menu holds the screen that it belongs to, which may have gone when the menu is answered.
-using Owner = QPointer<ViewController>;
-
-// Brings the screen up to date a moment later, when it is still there.
-inline void refresh(const Owner& owner) {
-  if (owner) owner->viewDidLoadAfterDelay();
-}

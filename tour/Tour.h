@@ -1,4 +1,4 @@
-// The pictures of a tour.
+// The parts of the guided tour, and the pictures that it takes on its way.
 #pragma once
 
 #include <cstdio>
@@ -24,3 +24,24 @@ class Album {
   std::string ending_;
   int number_ = 0;
 };
+
+// Each begins and ends on the main screen.
+namespace stops {
+
+inline constexpr const char* project = "HelloTweak";
+
+// From no project at all to a package: creates the project, edits a file of it, builds it.
+void mainJob(Album& album);
+
+// Every dialog that the main screen leads to.
+void menus(Album& album);
+void options(Album& album);
+
+// What only some meet: a project with much in it and a log that is long, no project chosen among several, no
+// Theos, an address that nothing opens; and the about screen.
+void otherScreens(Album& album);
+
+// Deletes every project, whose last dialog is the last of all.
+void end(Album& album);
+
+}  // namespace stops

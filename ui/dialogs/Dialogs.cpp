@@ -1,0 +1,171 @@
+#include "ui/dialogs/Dialogs.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewTextField.h"
+#include "platform/ApplicationStyle.h"
+#include "ui/Localized.h"
+#include "ui/controls/Looks.h"
+
+#include <utility>
+
+#include <QPlainTextEdit>
+
+namespace {
+
+const QColor& ground() {
+  static const QColor colour = grey(40);
+  return colour;
+}
+
+void dressWithRedCancel(RQAlertView& dialog, const QColor& separators) {
+  dialog.setBackgroundColor(ground());
+  dialog.setCancelButtonTitleColor(Qt::red);
+  dialog.setCancelButtonBackgroundColorHighlighted(Qt::red);
+  dialog.setSeparatorsColor(separators);
+}
+
+void whitenTexts(RQAlertView& dialog) {
+  dialog.setTitleTextColor(Qt::white);
+  dialog.setMessageTextColor(Qt::white);
+}
+
+class AddressText : public QPlainTextEdit {
+ public:
+  explicit AddressText(const QString& address) : QPlainTextEdit(address) {
+    setReadOnly(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    // An address has no blanks to break at, and reads from the left in every language.
+    setWordWrapMode(QTextOption::WrapAnywhere);
+    setLayoutDirection(Qt::LeftToRight);
+    setTabChangesFocus(true);
+    setFrameShape(QFrame::NoFrame);
+    setAccessibleName(QStringLiteral("Address"));
+    selectAll();
+  }
+
+  QSize sizeHint() const override {
+    const int lines = metrics::addressLines * fontMetrics().lineSpacing();
+    return {QPlainTextEdit::sizeHint().width(), lines + 2 * qRound(document()->documentMargin())};
+  }
+};
+
+}  // namespace
+
+void showMenu(const Menu& menu, MenuChoice chosen) {
+  const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet,
+                                                     menu.entries, localized(text::cancel), QString());
+  if (menu.texts == MenuTexts::White) {
+    dressAsMessage(*sheet);
+  } else {
+    dressAsMenu(*sheet);
+  }
+  sheet->setActionHandler([chosen = std::move(chosen)](RQAlertView&, std::size_t index,
+                                                       const QString& title) { chosen(index, title); });
+  sheet->showAnimated();
+}
+
+QStringList titlesOf(const std::vector<std::string>& names) {
+  QStringList titles;
+  titles.reserve(static_cast<qsizetype>(names.size()));
+  for (const std::string& name : names) titles.append(QString::fromStdString(name));
+  return titles;
+}
+
+void forEachNamed(const std::vector<std::string>& names, std::size_t index,
+                  const std::function<void(const std::string&)>& visit) {
+  const std::string& chosen = names.at(index);
+  for (const std::string& name : names) {
+    if (name == chosen) visit(name);
+  }
+}
+
+OneLineQuestion shellQuestion(const QString& title, const QString& initialText) {
+  return {title, QStringLiteral("~ root$"), localized(text::confirm), initialText};
+}
+
+void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const std::string&)> confirmed) {
+  const auto prompt = RQAlertView::alertViewWithTextFieldsAndTitle(
+      question.title, question.message, 1,
+      [initialText = question.initialText](RQAlertViewTextField& field, std::size_t) {
+        field.setKeyboardAppearance(UIKeyboardAppearance::Dark);
+        field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
+        field.resignFirstResponder();
+        if (!initialText.isNull()) field.setText(initialText);
+      },
+      QStringList{question.confirmTitle}, localized(text::cancel), QString());
+  dressAsPrompt(*prompt);
+  prompt->setActionHandler([confirmTitle = question.confirmTitle, confirmed = std::move(confirmed)](
+                               RQAlertView& dialog, std::size_t, const QString& title) {
+    if (title == confirmTitle) confirmed(dialog.textFieldsArray().front()->text().toStdString());
+  });
+  prompt->showAnimated();
+}
+
+void showNotice(const QString& title, const QString& message) {
+  const auto notice = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
+                                                      QStringList{localized(text::ok)}, QString(), QString());
+  dressAsMessage(*notice);
+  notice->showAnimated();
+}
+
+void showMissingTheos() {
+  showNotice(localized(text::couldNotFindTheos), localized(text::mustInstallTheos));
+}
+
+void showAddress(const QString& address) {
+  const auto notice = RQAlertView::alertViewWithViewAndTitle(
+      localized(text::error), QString(), RQAlertViewStyle::Alert, new AddressText(address),
+      QStringList{localized(text::ok)}, QString(), QString());
+  dressAsMessage(*notice);
+  notice->showAnimated();
+}
+
+void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,
+                      std::function<void()> confirmed) {
+  const auto question = RQAlertView::alertViewWithTitle(
+      title, message, RQAlertViewStyle::Alert, QStringList{confirmTitle}, localized(text::cancel), QString());
+  dressAsMessage(*question);
+  question->setActionHandler(
+      [confirmTitle, confirmed = std::move(confirmed)](RQAlertView&, std::size_t, const QString& pressed) {
+        if (pressed == confirmTitle) confirmed();
+      });
+  question->showAnimated();
+}
+
+std::shared_ptr<RQAlertView> showSaveQuestion(const QString& name, std::function<void()> save,
+                                              std::function<void()> discard) {
+  auto question = RQAlertView::alertViewWithTitle(localized(text::saveChanges),
+                                                  localized(text::changesWouldBeLost, {name.toStdString()}),
+                                                  RQAlertViewStyle::Alert, QStringList{localized(text::save)},
+                                                  localized(text::cancel), localized(text::discard));
+  dressAsMessage(*question);
+  question->setDidDismissAfterActionHandler(
+      [save = std::move(save)](RQAlertView&, std::size_t, const QString&) { save(); });
+  question->setDidDismissAfterDestructiveHandler([discard = std::move(discard)](RQAlertView&) { discard(); });
+  question->showAnimated();
+  return question;
+}
+
+void dressAsMenu(RQAlertView& dialog) {
+  dressWithRedCancel(dialog, grey(51));
+}
+
+void dressAsMessage(RQAlertView& dialog) {
+  dressAsMenu(dialog);
+  whitenTexts(dialog);
+}
+
+void dressAsPrompt(RQAlertView& dialog) {
+  dressWithRedCancel(dialog, grey(48));
+  whitenTexts(dialog);
+  dialog.setButtonsTitleColor(Qt::white);
+  dialog.setTextFieldsTextColor(Qt::white);
+  dialog.setTextFieldsBackgroundColor(grey(69));
+}
+
+void dressAsProgress(RQAlertView& dialog) {
+  dialog.setBackgroundColor(ground());
+  dialog.setTitleTextColor(Qt::white);
+  dialog.setActivityIndicatorViewColor(Qt::white);
+  dialog.setProgressLabelTextColor(Qt::white);
+}

@@ -1,0 +1,79 @@
+// The application's dialogs: menus, one-line prompts, messages and questions, and the colours of all of them.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QString>
+#include <QStringList>
+
+class RQAlertView;
+
+enum class MenuTexts {
+  AsTheComponentHasThem,
+  White,
+};
+
+struct Menu {
+  QString title;
+  QString message;  // null: none
+  QStringList entries;
+  MenuTexts texts = MenuTexts::AsTheComponentHasThem;
+};
+
+// `index`: the tapped entry's.
+using MenuChoice = std::function<void(std::size_t index, const QString& title)>;
+
+// A sheet of titles. Cancelling calls nothing.
+void showMenu(const Menu& menu, MenuChoice chosen);
+
+// File names as the titles of a menu, each as it is.
+QStringList titlesOf(const std::vector<std::string>& names);
+
+// Calls `visit` for the name at `index` and for every other one of the same bytes, in their order. Names that
+// differ only in bytes that are not text have equal titles, but are not the same name. Throws
+// std::out_of_range.
+void forEachNamed(const std::vector<std::string>& names, std::size_t index,
+                  const std::function<void(const std::string&)>& visit);
+
+struct OneLineQuestion {
+  QString title;
+  QString message;
+  QString confirmTitle;
+  QString initialText;  // null: the field starts empty
+};
+
+// The question that the project menu asks: the prompt of a shell, and "Confirm".
+OneLineQuestion shellQuestion(const QString& title, const QString& initialText = QString());
+
+// Calls `confirmed` with the typed text, unchanged, when the user confirms; cancelling calls nothing.
+void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const std::string&)> confirmed);
+
+// A message with one "OK" button. A null message is none.
+void showNotice(const QString& title, const QString& message = QString());
+
+// The notice of a start without a Theos.
+void showMissingTheos();
+
+// An address that no program of the host opens, as text to be selected and copied; all of it is selected at
+// first.
+void showAddress(const QString& address);
+
+// A confirming button and "Cancel"; only the former calls `confirmed`.
+void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,
+                      std::function<void()> confirmed);
+
+// "Save", "Discard" and "Cancel" for the file `name`, which has unsaved changes. `save` or `discard` is
+// called once the question has gone; cancelling calls nothing.
+std::shared_ptr<RQAlertView> showSaveQuestion(const QString& name, std::function<void()> save,
+                                              std::function<void()> discard);
+
+// The colours of a menu: dark ground, red cancel button.
+void dressAsMenu(RQAlertView& dialog);
+// Of a message or a question: a menu's with white texts.
+void dressAsMessage(RQAlertView& dialog);
+void dressAsPrompt(RQAlertView& dialog);
+void dressAsProgress(RQAlertView& dialog);

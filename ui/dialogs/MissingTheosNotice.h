@@ -1,4 +1,0 @@
-// What a start says where there is no Theos.
-#pragma once
-
-void showMissingTheos();
