@@ -3,6 +3,7 @@
 #include "ui/controls/UIButton.h"
 #include "ui/controls/UISwitch.h"
 #include "ui/screens/AppDelegate.h"
+#include "workspace/ProjectFiles.h"
 
 #include <algorithm>
 #include <sys/stat.h>
