@@ -47,6 +47,16 @@ MaybeText pickedFile() {
   return list ? propertyListValue(*list, fullPathKey) : std::nullopt;
 }
 
+bool isBelowProject(std::string_view path) {
+  std::size_t begin = 0;
+  for (std::size_t end = 0; end != std::string_view::npos; begin = end + 1) {
+    end = path.find('/', begin);
+    const std::string_view part = path.substr(begin, end - begin);
+    if (part.empty() || part == "." || part == "..") return false;
+  }
+  return true;
+}
+
 void SS(const std::string& entry) {
   const MaybeText list = pathForResource("Checker", "plist");
   if (!list) return;

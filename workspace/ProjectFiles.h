@@ -4,6 +4,7 @@
 #include "core/Text.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 // The entry names of the current project's folder, as the main screen lists them. Lives for the whole process
@@ -23,7 +24,11 @@ bool fileCheckRejects(const std::string& entry);
 // The picked file's full path, kept for the editor in Checker.plist; absent when none was picked.
 MaybeText pickedFile();
 
-// Records `entry` of the current project as the picked file.
+// Whether `path`, relative to a project, names something inside it: it is not empty, not absolute and has no
+// "." or ".." in it. Links are not looked at.
+bool isBelowProject(std::string_view path);
+
+// Records `entry` of the current project, or a path to a file in one of its folders, as the picked file.
 void SS(const std::string& entry);
 
 // Adds the empty header `typedName` less its blanks, with ".h", to the current project and puts an import

@@ -1,5 +1,6 @@
 #include "ui/controls/TextView.h"
 
+#include "core/Text.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
@@ -29,7 +30,6 @@ namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 constexpr std::size_t longestWrapped = std::size_t{1} << 20;  // bytes; takes half a second
-constexpr long editorTabColumns = 4;
 constexpr long logTabColumns = 8;
 constexpr int hiddenStyle = QsciScintillaBase::STYLE_LASTPREDEFINED + 1;
 
@@ -100,7 +100,7 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   reportToAssistiveTechnology();
   setReadOnly(false);
   setWrapped(true);
-  applyLooks();
+  TextView::applyLooks();
 }
 
 void TextView::setReadOnly(bool readOnly) {
@@ -266,6 +266,25 @@ void TextView::placeNote() {
   setViewportMargins(0, metrics::textPadding, 0, height);
   const QRect shown = viewport()->geometry();
   note_->setGeometry(shown.left(), shown.bottom() + 1, shown.width(), height);
+}
+
+void TextView::goTo(long line, long column) {
+  const long index = std::clamp(line, 1L, send(SCI_GETLINECOUNT)) - 1;
+  const long begin = send(SCI_POSITIONFROMLINE, index);
+  const long end = send(SCI_GETLINEENDPOSITION, index);
+  long at = begin + std::clamp(column - 1, 0L, end - begin);
+  while (at > begin && !startsCharacter(static_cast<char>(send(SCI_GETCHARAT, at)))) --at;
+  send(SCI_GOTOPOS, at);
+  send(SCI_VERTICALCENTRECARET);
+}
+
+TextView::Place TextView::place() const {
+  return {send(SCI_GETCURRENTPOS), send(SCI_DOCLINEFROMVISIBLE, send(SCI_GETFIRSTVISIBLELINE))};
+}
+
+void TextView::goTo(const Place& place) {
+  send(SCI_SETEMPTYSELECTION, std::clamp(place.caret, 0L, send(SCI_GETLENGTH)));
+  send(SCI_SETFIRSTVISIBLELINE, send(SCI_VISIBLEFROMDOCLINE, place.topLine));
 }
 
 bool TextView::find(const QString& word, SearchDirection direction, bool mayStay) {

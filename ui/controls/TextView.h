@@ -36,6 +36,17 @@ class TextView : public QsciScintilla {
   std::size_t selectionBegin() const { return static_cast<std::size_t>(send(SCI_GETSELECTIONSTART)); }
   std::size_t selectionEnd() const { return static_cast<std::size_t>(send(SCI_GETSELECTIONEND)); }
 
+  // Puts the caret at a line and a column, both from 1 and the column in bytes, or as near as the text
+  // allows, and scrolls there.
+  void goTo(long line, long column);
+  // The caret (a byte offset) and the first line in sight, to come back to.
+  struct Place {
+    long caret = 0;
+    long topLine = 0;
+  };
+  Place place() const;
+  void goTo(const Place& place);
+
   // Selects the next place of `word`, once round the text, and scrolls it into view. From behind the
   // selection, or where `mayStay`, from its beginning. False when there is none; the selection stays then.
   bool find(const QString& word, SearchDirection direction, bool mayStay);
@@ -50,16 +61,21 @@ class TextView : public QsciScintilla {
   bool viewportEvent(QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
- private:
+  // Called again when the font or the palette changes; every style is reset first.
+  virtual void applyLooks();
   // SendScintilla's overloads leave plain integers ambiguous.
   long send(unsigned int message, long first = 0, long second = 0) const {
     return SendScintilla(message, static_cast<unsigned long>(first), second);
   }
+  // Valid until the text changes.
   std::string_view text() const;
+
+  static constexpr long editorTabColumns = 4;
+
+ private:
   void setUpKeys();
   void setUpZoom();
   void zoomTo(int level);
-  void applyLooks();
   void hideControlCharacters(std::string_view text);
   void setWrapped(bool wrapped);
   void placeNote();

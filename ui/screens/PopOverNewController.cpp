@@ -14,12 +14,20 @@
 #include "ui/screens/ui_PopOverNewController.h"
 #include "workspace/ProjectFiles.h"
 
+#include <map>
+
 #include <QPointer>
 
 namespace {
 
 constexpr double loadDelay = 0.1;  // seconds; by then the main screen has recorded the pick
 constexpr std::size_t largestEditedFile = std::size_t{32} << 20;  // bytes
+
+// Where each file was left, by its path.
+std::map<std::string, TextView::Place>& leftPlaces() {
+  static std::map<std::string, TextView::Place> places;
+  return places;
+}
 
 }  // namespace
 
@@ -49,6 +57,16 @@ void PopOverNewController::viewDidLoad() {
       this, [this] { Rep(); }, loadDelay);
 }
 
+void PopOverNewController::openAt(long line, long column) {
+  line_ = line;
+  column_ = column;
+}
+
+void PopOverNewController::viewWillDisappear(bool animated) {
+  UIViewController::viewWillDisappear(animated);
+  if (!path_.empty()) leftPlaces()[path_] = outlets_->PopOvetText->place();
+}
+
 void PopOverNewController::Rep() {
   const MaybeText path = pickedFile();
   outlets_->NavTitle->setText(path ? shownName(lastPathComponent(*path)) : QString());
@@ -58,6 +76,12 @@ void PopOverNewController::Rep() {
   NSLog(fill("Cont %@", {listing ? MaybeText(described(*listing)) : std::nullopt}));
   if (listing) NSLog("Cont === Directory");
   outlets_->PopOvetText->setBytes(text.value_or(std::string()));
+  path_ = path.value_or(std::string());
+  if (line_ > 0) {
+    outlets_->PopOvetText->goTo(line_, column_);
+  } else if (const auto left = leftPlaces().find(path_); left != leftPlaces().end()) {
+    outlets_->PopOvetText->goTo(left->second);
+  }
   if (!text || text->empty())
     NSLog(fill("Empty %@", {text ? MaybeText(pathExtension(*text)) : std::nullopt}));
 }
@@ -108,4 +132,12 @@ void PopOverNewController::leave(const std::function<void()>& away) {
     discard();
   };
   question_ = showSaveQuestion(outlets_->NavTitle->text(), save, discard);
+}
+
+void presentEditor(UIViewController& presenter, const std::string& path, long line, long column) {
+  if (presenter.presentedViewController() || !isBelowProject(path)) return;
+  SS(path);
+  auto editor = std::make_shared<PopOverNewController>();
+  editor->openAt(line, column);
+  presenter.presentViewController(std::move(editor), true);
 }

@@ -5,15 +5,16 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace Ui {
 class PopOverNewController;
 }
 class RQAlertView;
 
-// Comes up empty and loads the picked file a moment later. A file that is missing, no text in UTF-8, or a
-// folder stays empty, and saving then empties it; only a file that is too large to be edited is left as it
-// is.
+// Comes up empty and loads the picked file a moment later, at the place where its last editor was left. A
+// file that is missing, no text in UTF-8, or a folder stays empty, and saving then empties it; only a file
+// that is too large to be edited is left as it is.
 class PopOverNewController : public UIViewController {
   Q_OBJECT
 
@@ -22,6 +23,10 @@ class PopOverNewController : public UIViewController {
   ~PopOverNewController() override;
 
   void viewDidLoad() override;
+
+  // The line and the column, both from 1 and the column in bytes, where the file is opened instead. Before
+  // the file is loaded.
+  void openAt(long line, long column);
 
   // Loads the picked file.
   void Rep();
@@ -36,6 +41,7 @@ class PopOverNewController : public UIViewController {
 
  protected:
   void loadView() override;
+  void viewWillDisappear(bool animated) override;
 
  private:
   // False when the file is as it was.
@@ -47,6 +53,14 @@ class PopOverNewController : public UIViewController {
 
   std::unique_ptr<Ui::PopOverNewController> outlets_;
   bool isTooLarge_ = false;
+  std::string path_;  // the loaded file's; empty before it is loaded
+  long line_ = 0;     // where it is to be opened; 0: where it was left
+  long column_ = 0;
   // The last time that it asked.
   std::weak_ptr<RQAlertView> question_;
 };
+
+// Picks the file `path`, relative to the current project, in any of its folders, and presents its editor over
+// `presenter`, at the line and the column where these are given (see openAt). Nothing happens for a path that
+// leads out of the project, or where something is presented already.
+void presentEditor(UIViewController& presenter, const std::string& path, long line = 0, long column = 0);
