@@ -21,7 +21,7 @@ using Control = Attempt::Control;
 constexpr const char* kExhaustion = "The machine cannot be exhausted";
 
 // More than the device allows; a normal build never comes near.
-constexpr int kProcesses = 4200;
+constexpr int kManyProcesses = 4200;
 // More than one user's build gets of what the kernel counts for the user.
 constexpr int kManyForOneUser = 1200;
 constexpr off_t kMemoryFile = off_t{600} << 20;
@@ -32,7 +32,7 @@ bool makesTooManyProcesses() {
     int end[2];
     if (pipe(end) != 0) return false;
     int made = 0;
-    for (; made < kProcesses; ++made) {
+    for (; made < kManyProcesses; ++made) {
       const pid_t child = fork();
       if (child < 0) break;
       if (child == 0) {
@@ -47,7 +47,7 @@ bool makesTooManyProcesses() {
     while (wait(nullptr) > 0) {
     }
     errno = error;
-    return made == kProcesses;
+    return made == kManyProcesses;
   });
 }
 

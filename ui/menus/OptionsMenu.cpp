@@ -27,7 +27,7 @@ void askForExport() {
                     [](const std::string& typed) { exportProject(typed); });
 }
 
-void askForProjectName(const Owner& owner) {
+void askForChangedName(const Owner& owner) {
   showOneLinePrompt(
       {localized(text::changeProjectName), QStringLiteral(""), QStringLiteral("Change"), QString()},
       [owner](const std::string& typed) {
@@ -108,7 +108,7 @@ void showOptionsMenu(ViewController& screen) {
              if (title == localized(text::openInFilza)) openAddress(projectAddress());
              if (title == localized(text::exportProjectToPath)) askForExport();
              if (title == localized(text::changeLanguage)) showLanguages();
-             if (title == localized(text::changeProjectName)) askForProjectName(owner);
+             if (title == localized(text::changeProjectName)) askForChangedName(owner);
              if (title == localized(text::backUp)) backUpListedProject();
              if (title == localized(text::restore)) showBackups(owner);
              if (title == localized(text::deleteAllBackups)) confirmDeletingBackups();
