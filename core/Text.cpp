@@ -109,6 +109,21 @@ std::string fill(std::string_view format, std::initializer_list<MaybeText> value
   return result.append(format, from);
 }
 
+std::string withoutSequences(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '\033') {
+      result.push_back(text[at]);
+    } else if (at + 1 < text.size() && text[at + 1] == '[') {
+      const std::size_t end = text.find_first_not_of("0123456789;:?", at + 2);
+      const char last = end < text.size() ? text[end] : '\0';
+      if ((last >= 'A' && last <= 'Z') || (last >= 'a' && last <= 'z')) at = end;
+    }
+  }
+  return result;
+}
+
 std::string withoutBlanks(std::string_view typed) {
   return replaceAll(typed, " ", "");
 }

@@ -29,6 +29,10 @@ std::string replaceAll(std::string_view text, std::string_view pattern, std::str
 // becomes "(null)"; never an empty field, which would turn a command line against the folder above.
 std::string fill(std::string_view format, std::initializer_list<MaybeText> values);
 
+// `text` without the sequences that colour it on a terminal, and without the lone escape bytes that the
+// clean-up of a build's log leaves of them.
+std::string withoutSequences(std::string_view text);
+
 // A name as typed, without its blanks; nothing else is changed.
 std::string withoutBlanks(std::string_view typed);
 

@@ -1,5 +1,7 @@
 #include "device/doctor/BuildLog.h"
 
+#include "core/Text.h"
+
 #include <algorithm>
 #include <optional>
 #include <set>
@@ -93,20 +95,6 @@ const std::vector<Message>& messages() {
   return table;
 }
 
-// Removes colour sequences, and the lone escapes that the build screen's clean-up leaves of them.
-string uncoloured(string_view line) {
-  string result;
-  for (std::size_t index = 0; index < line.size(); ++index) {
-    if (line[index] == '\033' && index + 1 < line.size() && line[index + 1] == '[') {
-      index += 2;
-      while (index < line.size() && (line[index] < '@' || line[index] > '~')) ++index;
-    } else if (line[index] != '\033') {
-      result.push_back(line[index]);
-    }
-  }
-  return result.substr(std::min(result.find_first_not_of(' '), result.size()));
-}
-
 string lowered(string text) {
   for (char& character : text) {
     if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
@@ -158,7 +146,8 @@ template <typename Take>
 void forEachLine(string_view log, Take take) {
   for (std::size_t number = 1; !log.empty(); ++number) {
     const auto end = log.find('\n');
-    const string line = uncoloured(log.substr(0, end));
+    string line = withoutSequences(log.substr(0, end));
+    line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
     log.remove_prefix(end == string_view::npos ? log.size() : end + 1);
     if (!take(number, line, lowered(line))) return;
   }

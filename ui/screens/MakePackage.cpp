@@ -1,6 +1,7 @@
 #include "ui/screens/MakePackage.h"
 
 #include "RQAlertView/RQAlertView.h"
+#include "build/BuildProblem.h"
 #include "build/BuildRunner.h"
 #include "core/run_cmd.h"
 #include "platform/ApplicationStyle.h"
@@ -8,10 +9,13 @@
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
+#include "ui/controls/Problems.h"
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
 #include "ui/screens/AppDelegate.h"
 #include "ui/screens/ui_MakePackage.h"
+#include "workspace/Paths.h"
+#include "workspace/ProjectFiles.h"
 
 #include <algorithm>
 
@@ -228,6 +232,10 @@ void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
     hint_->showText(localized(text::tapAgainToBuild), !isEmpty);
   } else if (isEmpty) {
     hint_->showText(localized(text::nextLogAppearsHere), false);
+  }
+  if (!hasOnlyUpdated) {
+    const BuiltProject built{fill(paths::project, {result.project}), projectTree(result.project)};
+    LastBuild::shared().set(result.project, problemsIn(result.log.value_or(std::string()), built));
   }
   outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
   const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
