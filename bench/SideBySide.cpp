@@ -19,13 +19,15 @@ bool compare(const Comparison& comparison, const char* unit, const std::function
              const std::function<double()>& yardstick) {
   std::vector<double> mine;
   std::vector<double> theirs;
+  std::vector<double> ratios;
   ours();
   yardstick();
   for (int round = 0; round < comparison.rounds; ++round) {
     mine.push_back(ours());
     theirs.push_back(yardstick());
+    ratios.push_back(mine.back() / theirs.back());
   }
-  const double ratio = median(mine) / median(theirs);
+  const double ratio = median(ratios);
   const bool holds = ratio <= comparison.allowedRatio;
   std::printf("%-34s %9.3f %-3s  %-34s %9.3f %-3s  ratio %.3f, at most %.2f: %s\n", comparison.ours.c_str(),
               median(mine), unit, comparison.yardstick.c_str(), median(theirs), unit, ratio,
