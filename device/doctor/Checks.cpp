@@ -3,7 +3,7 @@
 #include "device/doctor/BuildLog.h"
 #include "device/doctor/DeviceProbe.h"
 #include "device/doctor/Trial.h"
-#include "device/sandbox/Diagnosis.h"
+#include "device/sandbox/Sandbox.h"
 
 #include <algorithm>
 

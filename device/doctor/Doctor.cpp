@@ -6,7 +6,7 @@
 #include "device/doctor/LookAround.h"
 #include "device/launcher/Commands.h"
 #include "device/sandbox/Environment.h"
-#include "device/sandbox/Interruption.h"
+#include "device/Process.h"
 
 #include <algorithm>
 #include <iostream>

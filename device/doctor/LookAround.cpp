@@ -1,12 +1,11 @@
 #include "device/doctor/LookAround.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/doctor/DeviceProbe.h"
 #include "device/folder/Beneath.h"
 #include "device/sandbox/Account.h"
-#include "device/sandbox/Capture.h"
 #include "device/sandbox/Environment.h"
-#include "device/sandbox/HostPrograms.h"
 
 #include <cstdlib>
 #include <fcntl.h>

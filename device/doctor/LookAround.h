@@ -1,9 +1,9 @@
 // Gathers the facts.
 #pragma once
 
+#include "device/Process.h"
 #include "device/doctor/Facts.h"
 #include "device/launcher/Options.h"
-#include "device/sandbox/Capture.h"
 
 namespace device::doctor {
 

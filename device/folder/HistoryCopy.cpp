@@ -1,5 +1,6 @@
 #include "device/folder/HistoryCopy.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
@@ -16,8 +17,6 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/file.h>
-#include <sys/mman.h>
-#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/wait.h>
@@ -66,7 +65,7 @@ class Sandboxed {
   // `capability` is what the program has over the device user's own files.
   int run(const char* capability, const std::vector<std::string>& command, const std::string& input,
           const std::function<bool(const std::string&)>& take) {
-    std::vector<std::string> words{"bwrap",
+    std::vector<std::string> words{tools_.bubblewrap.string(),
                                    "--unshare-all",
                                    "--unshare-user",
                                    "--die-with-parent",
@@ -96,23 +95,16 @@ class Sandboxed {
     words.insert(words.end(),
                  {"--bind-fd", std::to_string(history_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
     words.insert(words.end(), command.begin(), command.end());
-    std::vector<char*> arguments;
-    for (auto& word : words) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    const Descriptor list(memfd_create("list", MFD_CLOEXEC));
-    int ends[2];
-    if (!list || write(list.get(), input.data(), input.size()) != static_cast<ssize_t>(input.size()) ||
-        lseek(list.get(), 0, SEEK_SET) != 0 || pipe2(ends, O_CLOEXEC) != 0) {
-      return -1;
-    }
-    const Descriptor output(ends[0]);
-    Descriptor writeEnd(ends[1]);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child == 0) become(arguments.data(), list.get(), writeEnd.get(), parent);
+    const Descriptor list = inMemory(input);
+    Pipe output = makePipe();
+    ProcessStart start{words, std::vector<std::string>(), list.get(), output.writeEnd.get()};
+    start.passed = passed_;
+    start.passed.push_back(history_);
+    start.endsBy = SIGKILL;
+    const pid_t child = spawn(start);
     if (child < 0) return -1;
-    writeEnd.close();
-    if (!takeLines(output.get(), take)) kill(child, SIGKILL);
+    output.writeEnd.close();
+    if (!takeLines(output.readEnd.get(), take)) kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
@@ -121,18 +113,6 @@ class Sandboxed {
 
  private:
   void add(std::initializer_list<std::string> words) { shown_.insert(shown_.end(), words); }
-
-  [[noreturn]] void become(char* const* words, int input, int output, pid_t parent) const {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent) _exit(125);
-    dup2(input, STDIN_FILENO);
-    dup2(output, STDOUT_FILENO);
-    for (int descriptor : passed_) fcntl(descriptor, F_SETFD, 0);
-    fcntl(history_, F_SETFD, 0);
-    char* none[] = {nullptr};
-    execve(tools_.bubblewrap.c_str(), words, none);
-    _exit(125);
-  }
 
   static bool takeLines(int output, const std::function<bool(const std::string&)>& take) {
     const auto limit = Clock::now() + kLongestCopy;

@@ -28,7 +28,6 @@ namespace {
 constexpr const char* kMissingIsSaid = "no-rsync";
 // With the time that a copy takes, a change is in the history within a minute.
 constexpr int kBetweenWalks = 40'000;
-constexpr int kFirstCopyLimit = 1000;
 constexpr std::size_t kMostAsked = 64;
 // The walk opens a descriptor for each level of folders.
 constexpr rlim_t kDescriptors = 4096;
@@ -234,11 +233,6 @@ HistoryKeeper::HistoryKeeper(int device, int var, const HistoryTools& tools, Ser
   } catch (const std::exception&) {
   }
   _exit(0);
-}
-
-void HistoryKeeper::awaitFirstCopy() const {
-  pollfd end{firstCopy_.get(), POLLIN, 0};
-  poll(&end, 1, kFirstCopyLimit);
 }
 
 }  // namespace device

@@ -22,8 +22,9 @@ class HistoryKeeper {
   // Goes to the application under this very number; -1 where nobody is served.
   int applicationEnd() const { return applicationEnd_.get(); }
 
-  // Waits until everything that was in the device at the start is in the history, at most a second.
-  void awaitFirstCopy() const;
+  // Closed at its other end when everything that was in the device at the start is in the history; -1 where
+  // there is no history.
+  int firstCopyEnd() const { return firstCopy_.get(); }
 
  private:
   Descriptor applicationEnd_;

@@ -1,6 +1,6 @@
 // Writes the guard's system call filter as a C++ table, at build time, so that the guard has nothing to
 // compute.
-#include "device/guard/Probe.h"
+#include "device/guard/Contract.h"
 
 #include <array>
 #include <cerrno>

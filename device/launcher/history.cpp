@@ -1,4 +1,5 @@
 // history and restore: what was in the device earlier.
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
@@ -7,7 +8,6 @@
 #include "device/folder/HistoryFolder.h"
 #include "device/folder/HistoryWalk.h"
 #include "device/launcher/Commands.h"
-#include "device/sandbox/Interruption.h"
 #include "device/transfer/Transfer.h"
 
 #include <algorithm>

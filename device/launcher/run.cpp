@@ -1,23 +1,23 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
 #include "device/folder/ProgramLinks.h"
+#include "device/guard/Contract.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
 #include "device/sandbox/Arguments.h"
-#include "device/sandbox/DataFiles.h"
-#include "device/sandbox/HostPrograms.h"
+#include "device/sandbox/Environment.h"
 #include "device/sandbox/Sandbox.h"
 #include "device/sandbox/Stage.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
-#include "device/session/ReducedMotion.h"
+#include "device/session/SystemLog.h"
 
 #include <cstring>
 #include <iostream>
 #include <signal.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace device {
@@ -93,21 +93,12 @@ std::vector<RootLink> rootLinks() {
   return links;
 }
 
-Descriptor inMemory(const std::string& content) {
-  Descriptor file(memfd_create("data", MFD_CLOEXEC));
-  if (!file || write(file.get(), content.data(), content.size()) != static_cast<ssize_t>(content.size()) ||
-      lseek(file.get(), 0, SEEK_SET) != 0) {
-    refuseWithError("The device's files could not be made:");
-  }
-  return file;
-}
-
 Program programFor(const Options& options) {
   const auto streams = options.hasInput ? Relay::Streams::Caller : Relay::Streams::CallerWithoutInput;
   switch (options.action) {
     case Options::Action::Execute: {
       if (options.filter == Options::Filter::Off) return {options.command, streams};
-      std::vector<std::string> command{"/bin/sh", "-c", "exec \"$@\"", "sh"};
+      std::vector<std::string> command{guard::path};
       command.insert(command.end(), options.command.begin(), options.command.end());
       return {command, streams};
     }
@@ -224,12 +215,14 @@ int run(const Options& options, const Task* task) {
                                    isRoots ? fs::path() : findProgram(caller, "xdg-open"),
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
-  const Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
-  if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
+  Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
   // A command may be about to delete what the last one has made; a window does not wait.
-  if (!isApplication) history.awaitFirstCopy();
+  if (!isApplication) program.startsAfter = history.firstCopyEnd();
+  if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
+  SystemLog log(folder.folder(), reached);
+  if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
   const Ending ending =
-      runInDevice(host.bubblewrap, std::move(request), program, opener ? &*opener : nullptr);
+      runInDevice(host.bubblewrap, std::move(request), program, log, opener ? &*opener : nullptr);
   folder.remainDevice();
   // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();

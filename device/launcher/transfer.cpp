@@ -1,13 +1,13 @@
 // path, import, export and send.
 #include "device/transfer/Transfer.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/Packages.h"
 #include "device/launcher/Commands.h"
-#include "device/sandbox/Interruption.h"
 #include "device/transfer/Send.h"
 
 #include <algorithm>

@@ -1,15 +1,13 @@
 #include "device/opener/Opener.h"
 
+#include "device/Process.h"
 #include "device/folder/Beneath.h"
 #include "device/opener/OpenableAddress.h"
 
 #include <algorithm>
 #include <fcntl.h>
 #include <initializer_list>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <utility>
 
@@ -27,34 +25,13 @@ constexpr std::size_t kMostAtOnce = 5;
 constexpr auto kWithin = std::chrono::seconds(10);
 constexpr std::size_t kMostRunning = 16;
 
-pid_t spawn(const fs::path& program, const std::string& argument, const Environment& environment) {
-  std::vector<std::string> variables;
-  variables.reserve(environment.size());
-  for (const auto& [name, value] : environment) variables.emplace_back(name).append("=").append(value);
-  std::vector<char*> passed;
-  passed.reserve(variables.size() + 1);
-  for (auto& variable : variables) passed.push_back(variable.data());
-  passed.push_back(nullptr);
-  char* const words[] = {const_cast<char*>(program.c_str()), const_cast<char*>(argument.c_str()), nullptr};
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
-  posix_spawnattr_t attributes;
-  posix_spawnattr_init(&attributes);
-  // What the launcher blocks and ignores is its own affair, and Control-C at its terminal ends no browser.
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  sigset_t signals;
-  sigemptyset(&signals);
-  posix_spawnattr_setsigmask(&attributes, &signals);
-  sigaddset(&signals, SIGPIPE);
-  posix_spawnattr_setsigdefault(&attributes, &signals);
-  pid_t child = -1;
-  const int error = posix_spawn(&child, program.c_str(), &actions, &attributes, words, passed.data());
-  posix_spawnattr_destroy(&attributes);
-  posix_spawn_file_actions_destroy(&actions);
-  return error == 0 ? child : -1;
+pid_t startProgram(const fs::path& program, const std::string& argument, const Environment& environment) {
+  ProcessStart start{{program, argument}};
+  start.environment.emplace();
+  for (const auto& [name, value] : environment) start.environment->push_back(name + "=" + value);
+  // Control-C at the launcher's terminal ends no browser.
+  start.place = ProcessStart::Place::OwnSession;
+  return spawn(start);
 }
 
 }  // namespace
@@ -132,12 +109,12 @@ Verdict Opener::open(std::uint32_t number, const std::string& url) {
 
 Verdict Opener::start(std::uint32_t number, const std::string& url, const std::string& argument) {
   if (setting_.program.empty()) return Verdict::Unavailable;
-  const pid_t process = spawn(setting_.program, argument, setting_.environment);
+  const pid_t process = startProgram(setting_.program, argument, setting_.environment);
   if (process < 0) {
     log_.add(setting_.program.string() + " could not be started for " + url);
     return Verdict::Unavailable;
   }
-  Descriptor end(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+  Descriptor end = endOf(process);
   started_.push_back({process, std::move(end), number, url, Clock::now() + kSoonEnough, false});
   return Verdict::Opened;
 }

@@ -1,7 +1,8 @@
-// From what a start needs to bubblewrap's arguments.
+// What the device consists of, and the arguments for bubblewrap that make it.
 #pragma once
 
 #include "device/launcher/Options.h"
+#include "device/sandbox/Account.h"
 #include "device/sandbox/Environment.h"
 
 #include <filesystem>
@@ -56,5 +57,18 @@ struct Request {
 
 // The arguments for --args, without the command.
 std::vector<std::string> bwrapArguments(const Request& request);
+
+struct DataFileContent {
+  // In the device.
+  std::string path;
+  std::string content;
+};
+
+// Accounts, name service, fonts; with the network also what resolves names.
+std::vector<DataFileContent> deviceDataFiles(const Account& account, Options::Network network);
+
+// The configuration that makes fontconfig use the host's fonts and its ready cache, and nothing that the
+// device can write. `rules` are the configuration files to include.
+std::string fontConfiguration(const std::vector<std::string>& rules);
 
 }  // namespace device

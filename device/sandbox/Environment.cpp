@@ -1,8 +1,10 @@
 #include "device/sandbox/Environment.h"
 
-#include "device/guard/HomeFolders.h"
+#include "device/Refusal.h"
+#include "device/guard/Contract.h"
 
 #include <algorithm>
+#include <sstream>
 #include <string_view>
 #include <unistd.h>
 
@@ -123,6 +125,35 @@ std::vector<std::filesystem::path> theosCandidates(const Options& options, const
 bool isTheos(const std::filesystem::path& folder) {
   std::error_code error;
   return std::filesystem::is_regular_file(folder / "makefiles/common.mk", error);
+}
+
+std::filesystem::path findProgram(const Environment& caller, const char* name) {
+  std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
+  for (std::string folder; std::getline(folders, folder, ':');) {
+    std::filesystem::path program = std::filesystem::path(folder) / name;
+    if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
+  }
+  return {};
+}
+
+std::filesystem::path findBubblewrap(const Environment& caller) {
+  std::filesystem::path program = findProgram(caller, "bwrap");
+  if (!program.empty()) return program;
+  throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
+}
+
+std::filesystem::path findTheos(const Options& options, const Environment& caller,
+                                const std::filesystem::path& home) {
+  for (const auto& candidate : theosCandidates(options, caller, home)) {
+    std::error_code error;
+    std::filesystem::path whole = std::filesystem::canonical(candidate, error);
+    if (!error && isTheos(whole)) return whole;
+    if (options.theos) throw Refusal(candidate.string() + " is no Theos: it has no makefiles/common.mk.");
+  }
+  if (options.theosAccess == Options::Theos::Writable) {
+    throw Refusal("--writable-theos needs a Theos, and none was found; give its folder with --theos.");
+  }
+  return {};
 }
 
 }  // namespace device

@@ -38,4 +38,15 @@ std::vector<std::filesystem::path> theosCandidates(const Options& options, const
 // Whether `folder` can be used as Theos: it has makefiles/common.mk.
 bool isTheos(const std::filesystem::path& folder);
 
+// The first program of that name in the caller's PATH; empty where there is none.
+std::filesystem::path findProgram(const Environment& caller, const char* name);
+
+// The first bwrap in the caller's PATH; throws Refusal where there is none.
+std::filesystem::path findBubblewrap(const Environment& caller);
+
+// The folder of the Theos that the device gets. Empty where there is none, and the practice Theos takes its
+// place; throws Refusal where that is not what the options ask for. `home` is where ~/theos is looked for.
+std::filesystem::path findTheos(const Options& options, const Environment& caller,
+                                const std::filesystem::path& home);
+
 }  // namespace device

@@ -1,21 +1,20 @@
 #include "device/sandbox/Sandbox.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
-#include "device/guard/StartReport.h"
+#include "device/guard/Contract.h"
 #include "device/opener/Opener.h"
-#include "device/sandbox/Diagnosis.h"
 #include "device/session/SystemLog.h"
 
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <fstream>
 #include <functional>
-#include <linux/keyctl.h>
 #include <optional>
 #include <poll.h>
 #include <signal.h>
-#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/syscall.h>
@@ -34,72 +33,11 @@ constexpr auto kEndLimit = std::chrono::seconds(10);
 constexpr auto kLastOutput = std::chrono::milliseconds(200);
 constexpr std::size_t kLongestMessage = 4096;
 
-struct Pipe {
-  Descriptor readEnd;
-  Descriptor writeEnd;
-};
-
-Pipe makePipe() {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) refuseWithError("No pipe could be made:");
-  fcntl(ends[0], F_SETFL, O_NONBLOCK);
-  return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
-Descriptor argumentFile(const std::vector<std::string>& arguments) {
-  std::string content;
-  for (const auto& argument : arguments) content.append(argument).push_back('\0');
-  Descriptor file(memfd_create("arguments", MFD_CLOEXEC));
-  if (!file || write(file.get(), content.data(), content.size()) != static_cast<ssize_t>(content.size()) ||
-      lseek(file.get(), 0, SEEK_SET) != 0) {
-    refuseWithError("The device's arguments could not be passed on:");
-  }
-  return file;
-}
-
-// What the new process needs, all of it made before fork(), so that the child only makes system calls.
-struct Launch {
-  std::filesystem::path bubblewrap;
-  std::vector<std::string> words;
-  std::vector<int> passed;
-  // What it shows as the console: the device's terminal, or nothing.
-  int output;
-  int nothing;
-  int messages;
-};
-
-[[noreturn]] void becomeBubblewrap(const Launch& launch, pid_t parent, const std::vector<char*>& words) {
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(125);
-  // Not stopped with the launcher, which stops what runs in the device first.
-  setpgid(0, 0);
-  // Keys are no namespace's: with the caller's session keyring the device could read them.
-  syscall(SYS_keyctl, KEYCTL_JOIN_SESSION_KEYRING, nullptr);
-  sigset_t none;
-  sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
-  signal(SIGPIPE, SIG_DFL);
-  dup2(launch.nothing, STDIN_FILENO);
-  dup2(launch.output, STDOUT_FILENO);
-  dup2(launch.messages, STDERR_FILENO);
-  for (int descriptor : launch.passed) fcntl(descriptor, F_SETFD, 0);
-  // What bubblewrap has in its environment, its process in the device would show.
-  char* noEnvironment[] = {nullptr};
-  execve(launch.bubblewrap.c_str(), words.data(), noEnvironment);
-  const char* reason = strerror(errno);
-  dprintf(STDERR_FILENO, "bubblewrap could not be started: %s\n", reason);
-  _exit(125);
-}
-
-pid_t start(const Launch& launch) {
-  std::vector<char*> words;
-  for (const auto& word : launch.words) words.push_back(const_cast<char*>(word.c_str()));
-  words.push_back(nullptr);
-  const pid_t parent = getpid();
-  const pid_t child = fork();
-  if (child < 0) refuseWithError("bubblewrap could not be started:");
-  if (child == 0) becomeBubblewrap(launch, parent, words);
-  return child;
+// One whose reader never waits.
+Pipe makeWatchedPipe() {
+  Pipe pipe = makePipe();
+  fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK);
+  return pipe;
 }
 
 // Blocks the signals that end the launcher or resize its window, and on a terminal those that stop it, and
@@ -154,7 +92,7 @@ class Run {
   Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Descriptor orders, Relay& relay, SystemLog& log,
       Signals& signals, Opener* opener)
       : child_(child),
-        childEnd_(static_cast<int>(syscall(SYS_pidfd_open, child, 0))),
+        childEnd_(endOf(child)),
         reports_(std::move(reports.readEnd)),
         status_(std::move(status.readEnd)),
         messages_(std::move(messages.readEnd)),
@@ -289,7 +227,7 @@ class Run {
     const pid_t first = std::atoi(text.c_str() + found + key.size());
     if (first <= 0) return;
     firstNumber_ = first;
-    firstProcess_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, first, 0)));
+    firstProcess_ = endOf(first);
   }
 
   void takeMessages() {
@@ -375,66 +313,117 @@ class Run {
   bool hasEnded_ = false;
 };
 
+std::optional<long> setting(const char* path) {
+  std::ifstream file(path);
+  long value = 0;
+  if (file >> value) return value;
+  return std::nullopt;
+}
+
+bool contains(const std::string& text, std::initializer_list<const char*> parts) {
+  for (const char* part : parts) {
+    if (text.find(part) != std::string::npos) return true;
+  }
+  return false;
+}
+
+std::string firstLine(const std::string& message) {
+  std::string line = message.substr(0, message.find('\n'));
+  if (line.starts_with("bwrap: ")) line = line.substr(7);
+  return line.empty() ? "bubblewrap gave no reason" : line;
+}
+
 }  // namespace
 
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   Opener* opener) {
-  Pipe reports = makePipe();
-  Pipe status = makePipe();
-  Pipe messages = makePipe();
+                   SystemLog& log, Opener* opener) {
+  Pipe reports = makeWatchedPipe();
+  Pipe status = makeWatchedPipe();
+  Pipe messages = makeWatchedPipe();
   request.statusOutput = status.writeEnd.get();
-  SystemLog log;
-  if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
-  Descriptor arguments = argumentFile(bwrapArguments(request));
-  Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
+  std::string list;
+  for (const auto& argument : bwrapArguments(request)) list.append(argument).push_back('\0');
+  // In a file, because others of the host can read a process's arguments.
+  const Descriptor arguments = inMemory(list);
   Relay relay(program.streams);
   Terminal* const terminal = relay.terminal();
-  Descriptor orders;
-  Descriptor takenOrders(open("/dev/null", O_RDONLY | O_CLOEXEC));
-  if (terminal != nullptr) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) refuseWithError("No pipe could be made:");
-    takenOrders = Descriptor(ends[0]);
-    orders = Descriptor(ends[1]);
+  Pipe orders;
+  if (terminal != nullptr) orders = makePipe();
+  const Descriptor noOrders = terminal == nullptr ? openNothing() : Descriptor();
+  const int takenOrders = terminal == nullptr ? noOrders.get() : orders.readEnd.get();
+  ProcessStart start{
+      {bubblewrap.string(), "--args", std::to_string(arguments.get()), "--", "/.host/tweakbench/starter"}};
+  for (int descriptor : {reports.writeEnd.get(), takenOrders, relay.input(), relay.output(), relay.errors(),
+                         program.startsAfter}) {
+    start.words.push_back(std::to_string(descriptor));
+    if (descriptor >= 0) start.passed.push_back(descriptor);
   }
-  Launch launch{bubblewrap,
-                {},
-                {},
-                terminal != nullptr ? terminal->deviceSide().get() : nothing.get(),
-                nothing.get(),
-                messages.writeEnd.get()};
-  launch.passed = {request.applications, request.var,          request.userPrograms,   request.shellPrograms,
-                   arguments.get(),      request.statusOutput, reports.writeEnd.get(), takenOrders.get(),
-                   relay.input(),        relay.output(),       relay.errors()};
-  if (request.theosLibraries >= 0) launch.passed.push_back(request.theosLibraries);
-  for (const auto& file : request.dataFiles) launch.passed.push_back(file.content);
-  for (int descriptor : request.passedOn) launch.passed.push_back(descriptor);
-  if (opener != nullptr && opener->applicationEnd()) launch.passed.push_back(opener->applicationEnd().get());
-  launch.words = {"bwrap",
-                  "--args",
-                  std::to_string(arguments.get()),
-                  "--",
-                  "/.host/tweakbench/starter",
-                  std::to_string(reports.writeEnd.get()),
-                  std::to_string(takenOrders.get()),
-                  std::to_string(relay.input()),
-                  std::to_string(relay.output()),
-                  std::to_string(relay.errors()),
-                  terminal == nullptr        ? kPlainStreams
-                  : terminal->wantsJoining() ? kTerminalInForeground
-                                             : kTerminalInBackground};
-  launch.words.insert(launch.words.end(), program.command.begin(), program.command.end());
+  start.words.push_back(terminal == nullptr        ? kPlainStreams
+                        : terminal->wantsJoining() ? kTerminalInForeground
+                                                   : kTerminalInBackground);
+  start.words.insert(start.words.end(), program.command.begin(), program.command.end());
+  start.passed.insert(start.passed.end(), {request.applications, request.var, request.userPrograms,
+                                           request.shellPrograms, arguments.get(), request.statusOutput});
+  if (request.theosLibraries >= 0) start.passed.push_back(request.theosLibraries);
+  for (const auto& file : request.dataFiles) start.passed.push_back(file.content);
+  start.passed.insert(start.passed.end(), request.passedOn.begin(), request.passedOn.end());
+  if (opener != nullptr && opener->applicationEnd()) start.passed.push_back(opener->applicationEnd().get());
+  // bubblewrap shows its environment in the device, and its standard output as the console.
+  start.environment.emplace();
+  if (terminal != nullptr) start.output = terminal->deviceSide().get();
+  start.errors = messages.writeEnd.get();
+  start.endsBy = SIGKILL;
+  // Not stopped with the launcher, which stops what runs in the device first.
+  start.place = ProcessStart::Place::OwnGroup;
+  // Keyrings are not namespaced: the device could read the caller's.
+  start.hasOwnKeys = true;
   Signals signals(terminal != nullptr);
   // The device's first process outlives bubblewrap by a moment, and is then this process's to wait for.
   prctl(PR_SET_CHILD_SUBREAPER, 1);
-  const pid_t child = start(launch);
+  const pid_t child = spawn(start);
+  if (child < 0) refuseWithError("bubblewrap could not be started:");
   for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
-  takenOrders.close();
+  orders.readEnd.close();
   if (opener != nullptr) opener->applicationEnd().close();
   relay.start();
-  return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders), relay, log,
-             signals, opener)
+  return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders.writeEnd),
+             relay, log, signals, opener)
       .watch();
+}
+
+NamespaceSettings readNamespaceSettings() {
+  return {setting("/proc/sys/kernel/unprivileged_userns_clone"),
+          setting("/proc/sys/user/max_user_namespaces"),
+          setting("/proc/sys/kernel/apparmor_restrict_unprivileged_userns")};
+}
+
+std::string explainFailure(const std::string& message, const NamespaceSettings& settings) {
+  const std::string start = kSetUpFailed;
+  if (contains(message, {"Unknown option"})) {
+    return start + "this bubblewrap is too old; install version 0.8.0-2+deb12u1, 0.10 or later.";
+  }
+  if (settings.unprivilegedClone == 0) {
+    return start +
+           "user namespaces are switched off; an administrator can allow them with "
+           "\"sysctl -w kernel.unprivileged_userns_clone=1\".";
+  }
+  if (settings.maximum == 0) {
+    return start +
+           "the number of user namespaces is limited to none; an administrator can allow them with "
+           "\"sysctl -w user.max_user_namespaces=10000\".";
+  }
+  const bool isRefusal = contains(
+      message, {"uid map", "new namespace", "RTM_NEWADDR", "Operation not permitted", "No permissions"});
+  if (isRefusal && settings.appArmorRestriction.value_or(0) != 0) {
+    return start +
+           "AppArmor lets no ordinary program make user namespaces; an administrator can allow it with a "
+           "profile for "
+           "/usr/bin/bwrap that has \"userns,\" in it.";
+  }
+  if (isRefusal) {
+    return start + "this system refuses user namespaces, as many containers do (" + firstLine(message) + ").";
+  }
+  return start + firstLine(message) + ".";
 }
 
 }  // namespace device

@@ -5,17 +5,21 @@
 #include "device/session/Relay.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace device {
 
 class Opener;
+class SystemLog;
 
 struct Program {
   // As the device sees it; the first is looked up in PATH.
   std::vector<std::string> command;
   Relay::Streams streams = Relay::Streams::Caller;
+  // Starts when this is closed at its other end, or after a second; -1 for at once.
+  int startsAfter = -1;
 };
 
 struct Ending {
@@ -29,9 +33,25 @@ struct Ending {
 };
 
 // To be called from the main thread of a process without other threads: the device ends with that thread.
-// Returns when no process of the device is left. `request.statusOutput` is filled in here. `opener`, which
-// may be null, serves the program meanwhile and nobody else.
+// Returns when no process of the device is left. `request.statusOutput` is filled in here. Meanwhile `log` is
+// passed on and `opener`, which may be null, serves the program.
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   Opener* opener = nullptr);
+                   SystemLog& log, Opener* opener = nullptr);
+
+// The kernel's switches for user namespaces; absent where the kernel has none.
+struct NamespaceSettings {
+  std::optional<long> unprivilegedClone;
+  std::optional<long> maximum;
+  std::optional<long> appArmorRestriction;
+};
+
+NamespaceSettings readNamespaceSettings();
+
+// Begins what is said where the system refuses a device.
+inline constexpr const char* kSetUpFailed = "The device could not be set up: ";
+
+// `message` is what bubblewrap wrote, possibly nothing. The answer says what to do where something can be
+// done.
+std::string explainFailure(const std::string& message, const NamespaceSettings& settings);
 
 }  // namespace device

@@ -1,11 +1,11 @@
 #include "device/session/Accessibility.h"
 
+#include "device/Process.h"
+
 #include <array>
-#include <fcntl.h>
 #include <filesystem>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <stdlib.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -40,48 +40,6 @@ constexpr std::array kAllowed{
     "registry",
 };
 
-// Starts a program with no input and no messages. It gets `output` as its standard output or as descriptor 3.
-enum class Output { Standard, Third };
-pid_t spawn(const std::vector<std::string>& words, int output, Output as) {
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-  arguments.push_back(nullptr);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-  posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, as == Output::Standard ? output : STDIN_FILENO, STDOUT_FILENO);
-  // A descriptor that is its own target only loses its close-on-exec flag.
-  if (as == Output::Third) posix_spawn_file_actions_adddup2(&actions, output, 3);
-  pid_t child = -1;
-  const int error = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  return error == 0 ? child : -1;
-}
-
-// What a program prints, or as much of it as comes in time.
-std::string outputOf(const std::vector<std::string>& words) {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) return {};
-  Descriptor readEnd(ends[0]);
-  Descriptor writeEnd(ends[1]);
-  const pid_t child = spawn(words, writeEnd.get(), Output::Standard);
-  writeEnd.close();
-  if (child < 0) return {};
-  std::string text;
-  std::array<char, 1024> piece;
-  pollfd waiting{readEnd.get(), POLLIN, 0};
-  while (text.size() < 4096 && poll(&waiting, 1, kPatience) > 0) {
-    const ssize_t got = read(readEnd.get(), piece.data(), piece.size());
-    if (got <= 0) break;
-    text.append(piece.data(), static_cast<std::size_t>(got));
-  }
-  kill(child, SIGKILL);
-  waitpid(child, nullptr, 0);
-  return text;
-}
-
 // Absent rather than asking for a bus to be started: that is the session's to decide.
 std::optional<std::string> findSession(const Environment& caller) {
   if (auto given = lookUp(caller, "DBUS_SESSION_BUS_ADDRESS")) return given;
@@ -111,22 +69,24 @@ std::optional<BusAddress> busAddress(const std::string& printed) {
 std::optional<Accessibility> Accessibility::join(const Environment& caller) {
   const auto session = findSession(caller);
   if (!session) return std::nullopt;
-  const auto bus =
-      busAddress(outputOf({"dbus-send", "--bus=" + *session, "--print-reply=literal", "--reply-timeout=2000",
-                           "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"}));
-  if (!bus) return std::nullopt;
+  const auto bus = busAddress(
+      capture({findProgram(caller, "dbus-send"), "--bus=" + *session, "--print-reply=literal",
+               "--reply-timeout=2000", "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
+              std::chrono::milliseconds(kPatience))
+          .output);
   std::string folder = lookUp(caller, "XDG_RUNTIME_DIR").value_or("/tmp") + "/tweakbench-XXXXXX";
-  int ends[2];
-  if (mkdtemp(folder.data()) == nullptr || pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
-  Descriptor alive(ends[0]);
-  Descriptor proxyEnd(ends[1]);
-  std::vector<std::string> words{"xdg-dbus-proxy", "--fd=3", *session, folder + "/session", "--filter"};
-  words.insert(words.end(), kAllowedInSession.begin(), kAllowedInSession.end());
-  words.insert(words.end(), {bus->whole, folder + "/bus", "--filter", "--sloppy-names"});
-  words.insert(words.end(), kAllowed.begin(), kAllowed.end());
-  const pid_t proxy = spawn(words, proxyEnd.get(), Output::Third);
-  proxyEnd.close();
-  Accessibility joined(proxy, std::move(alive), folder, bus->path);
+  if (!bus || mkdtemp(folder.data()) == nullptr) return std::nullopt;
+  Pipe alive = makePipe();
+  const int proxyEnd = alive.writeEnd.get();
+  ProcessStart start{{findProgram(caller, "xdg-dbus-proxy"), "--fd=" + std::to_string(proxyEnd), *session,
+                      folder + "/session", "--filter"}};
+  start.words.insert(start.words.end(), kAllowedInSession.begin(), kAllowedInSession.end());
+  start.words.insert(start.words.end(), {bus->whole, folder + "/bus", "--filter", "--sloppy-names"});
+  start.words.insert(start.words.end(), kAllowed.begin(), kAllowed.end());
+  start.passed = {proxyEnd};
+  const pid_t proxy = spawn(start);
+  alive.writeEnd.close();
+  Accessibility joined(proxy, std::move(alive.readEnd), folder, bus->path);
   if (proxy < 0) return std::nullopt;
   // One byte when the socket is there; the end of the pipe if there will be none.
   pollfd waiting{joined.alive_.get(), POLLIN, 0};
@@ -137,7 +97,7 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
 
 Accessibility::Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath)
     : proxy_(proxy),
-      process_(proxy < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, proxy, 0))),
+      process_(endOf(proxy)),
       alive_(std::move(alive)),
       folder_(std::move(folder)),
       busPath_(std::move(busPath)) {}

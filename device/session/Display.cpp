@@ -1,14 +1,17 @@
 #include "device/session/Display.h"
 
+#include "core/LauncherContract.h"
+#include "device/Process.h"
 #include "device/Refusal.h"
 
 #include <X11/Xauth.h>
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <memory>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -54,6 +57,37 @@ Display x11Display(const std::string& name) {
   return Display{Display::Kind::X11, socket, number};
 }
 
+constexpr int kMostLines = 10'000;
+
+bool isZero(const std::string& number) {
+  double value = 1;
+  const auto read = std::from_chars(number.data(), number.data() + number.size(), value);
+  return read.ec == std::errc() && value == 0;
+}
+
+// Plasma writes the slider of its animation speed into the group KDE; "instant" is a factor of zero.
+bool isOffInPlasma(const fs::path& settings) {
+  std::error_code error;
+  if (!fs::is_regular_file(settings, error)) return false;
+  std::ifstream file(settings);
+  const std::string key = "AnimationDurationFactor=";
+  bool inGroup = false;
+  std::string line;
+  for (int lines = 0; lines < kMostLines && std::getline(file, line); ++lines) {
+    if (line.starts_with('[')) inGroup = line == "[KDE]";
+    if (inGroup && line.starts_with(key)) return isZero(line.substr(key.size()));
+  }
+  return false;
+}
+
+bool isOffInGnome(const Environment& caller, std::chrono::milliseconds patience) {
+  const fs::path program = findProgram(caller, "gsettings");
+  if (program.empty()) return false;
+  const auto answer =
+      capture({program.string(), "get", "org.gnome.desktop.interface", "enable-animations"}, patience);
+  return answer.status == 0 && answer.output == "false\n";
+}
+
 }  // namespace
 
 WaylandSupport waylandSupport() {
@@ -97,7 +131,7 @@ Descriptor authorityFor(const Display& display) {
   // The device has another host name than the entry.
   anywhere.family = FamilyWild;
   anywhere.address_length = 0;
-  Descriptor memory(memfd_create("authority", MFD_CLOEXEC));
+  Descriptor memory = inMemory({});
   const std::unique_ptr<FILE, int (*)(FILE*)> file(fdopen(dup(memory.get()), "wb"), fclose);
   if (!file || XauWriteAuth(file.get(), &anywhere) != 1 || fflush(file.get()) != 0) return {};
   return memory;
@@ -109,6 +143,18 @@ void addDisplay(Environment& environment, const Display& display, int authority)
   // A descriptor and not a file, so that it is the application's alone: the guard closes it for every
   // command.
   if (authority >= 0) environment["XAUTHORITY"] = "/proc/self/fd/" + std::to_string(authority);
+}
+
+bool prefersReducedMotion(const Environment& caller, const fs::path& home,
+                          std::chrono::milliseconds patience) {
+  fs::path settings = lookUp(caller, "XDG_CONFIG_HOME").value_or("");
+  // A relative value is to be ignored.
+  if (!settings.is_absolute()) settings = home / ".config";
+  return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller, patience);
+}
+
+void addReducedMotion(Environment& environment) {
+  environment[reducedMotionVariable] = "1";
 }
 
 }  // namespace device

@@ -1,9 +1,10 @@
-// Which display the application gets: one socket, and what signs in to it.
+// What the application gets of the caller's desktop: one display, what signs in to it, and reduced motion.
 #pragma once
 
 #include "core/Descriptor.h"
 #include "device/sandbox/Environment.h"
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -40,5 +41,13 @@ Descriptor authorityFor(const Display& display);
 
 // Adds what tells Qt where the display is. `authority` is a descriptor of the application's, or -1.
 void addDisplay(Environment& environment, const Display& display, int authority);
+
+// Asks the settings of the two common desktops, in files below `home` and of the caller's session; no answer
+// within `patience` means no. To be called as the device's user: another's settings are not its own.
+bool prefersReducedMotion(const Environment& caller, const std::filesystem::path& home,
+                          std::chrono::milliseconds patience = std::chrono::seconds(2));
+
+// Tells the application so; commands do not get to see it.
+void addReducedMotion(Environment& environment);
 
 }  // namespace device

@@ -20,7 +20,13 @@ namespace {
 
 // More does not stay in the processor's cache.
 constexpr std::size_t kPiece = 128 << 10;
-constexpr std::size_t kMoved = 1 << 20;
+// For a stream that fills a pipe of the usual size, pipes are made as large as the kernel allows. It counts
+// 64 MiB of them for a user and makes further ones small.
+constexpr std::size_t kFlowing = 32 << 10;
+constexpr int kPipeSize = 1 << 20;
+// Each wake-up of the programs at both ends costs as much as moving some hundred KiB, so a stream gets time
+// to fill its pipe. A pipe that holds kPipeSize is never full within this time.
+constexpr auto kFilling = std::chrono::microseconds(100);
 
 void setOff(int event) {
   eventfd_write(event, 1);
@@ -39,6 +45,12 @@ std::string cutUnfinished(std::string& text, Pump::Bytes bytes) {
   std::string rest = text.substr(end);
   text.resize(end);
   return rest;
+}
+
+// True for what is not a pipe, too.
+bool isLarge(int pipe) {
+  const int size = fcntl(pipe, F_GETPIPE_SZ);
+  return size < 0 || size >= kPipeSize || fcntl(pipe, F_SETPIPE_SZ, kPipeSize) >= 0;
 }
 
 bool addsReturns(int terminal) {
@@ -62,11 +74,13 @@ struct Pump::Copying {
   void run() {
     std::vector<char> piece(kPiece);
     std::string unfinished;
-    bool isMoving = bytes == Bytes::Moved;
+    bool isMoving = bytes == Bytes::AsTheyAre;
     while (isWorthReading()) {
       if (isMoving) {
-        const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, kMoved, 0);
+        const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, kPipeSize, 0);
         if (moved == 0 || (moved < 0 && errno == EAGAIN && !canWrite())) break;
+        if (moved >= static_cast<ssize_t>(kFlowing) && isLarge(source.get()) && isLarge(target.get()))
+          std::this_thread::sleep_for(kFilling);
         if (moved > 0 || errno == EINTR || errno == EAGAIN) continue;
         if (errno != EINVAL) break;
         // Not for this target.
@@ -76,7 +90,7 @@ struct Pump::Copying {
       if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
       if (got <= 0) break;
       const std::string_view text(piece.data(), static_cast<std::size_t>(got));
-      const bool isPlain = bytes == Bytes::AsTheyAre || bytes == Bytes::Moved || bytes == Bytes::GivenBack;
+      const bool isPlain = bytes == Bytes::AsTheyAre || bytes == Bytes::GivenBack;
       if (!(isPlain ? writeAll(text) : writeChanged(text, unfinished))) break;
     }
     if (!unfinished.empty()) writeAll(bytes == Bytes::ToTerminal ? unfinished : visible(unfinished));

@@ -15,10 +15,8 @@ namespace device {
 class Pump {
  public:
   enum class Bytes {
+    // Between pipes moved without a copy.
     AsTheyAre,
-    // The same, moved between pipes without a copy. Only for what leaves the device: what comes in could be
-    // pages of the caller's files.
-    Moved,
     // Control characters but line ends and tabs made visible.
     Visible,
     // The same, with the sequences of colours and carriage returns.

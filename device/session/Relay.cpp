@@ -1,6 +1,6 @@
 #include "device/session/Relay.h"
 
-#include "device/Refusal.h"
+#include "device/Process.h"
 
 #include <fcntl.h>
 #include <linux/kcmp.h>
@@ -12,34 +12,7 @@
 namespace device {
 namespace {
 
-// Large enough that the programs at both ends rarely wait for each other. The kernel counts 64 MiB of pipes
-// for a user and makes further ones small.
-constexpr int kPipeSize = 512 << 10;
 constexpr int kPatience = 1000;  // milliseconds
-
-struct Pipe {
-  Descriptor readEnd;
-  Descriptor writeEnd;
-};
-
-// Does nothing to what is not a pipe.
-void enlarge(int pipe) {
-  const int size = fcntl(pipe, F_GETPIPE_SZ);
-  if (size >= 0 && size < kPipeSize) fcntl(pipe, F_SETPIPE_SZ, kPipeSize);
-}
-
-Pipe makePipe() {
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) refuseWithError("No pipe could be made:");
-  enlarge(ends[0]);
-  return {Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
-Descriptor openNothing() {
-  Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
-  if (!nothing) refuseWithError("/dev/null could not be opened:");
-  return nothing;
-}
 
 bool isNothing(const struct stat& status) {
   return S_ISCHR(status.st_mode) && status.st_rdev == makedev(1, 3);
@@ -47,15 +20,10 @@ bool isNothing(const struct stat& status) {
 
 // Closes a standard stream of this process, so that its other end notices when the copy is closed.
 Descriptor take(int stream) {
-  Descriptor taken(fcntl(stream, F_DUPFD_CLOEXEC, 3));
-  enlarge(taken.get());
+  Descriptor taken = copyOf(stream);
   // Messages are still to come on the last.
   if (stream != STDERR_FILENO) dup2(openNothing().get(), stream);
   return taken;
-}
-
-Descriptor copyOf(int descriptor) {
-  return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3));
 }
 
 // Whether both were opened together, as by 2>&1.
@@ -90,8 +58,8 @@ Relay::Relay(Streams streams) {
   } else {
     makeInput();
   }
-  output_ = makeOutput(STDOUT_FILENO, Pump::Bytes::Moved);
-  errors_ = isOneWay ? copyOf(output_.get()) : makeOutput(STDERR_FILENO, Pump::Bytes::Moved);
+  output_ = makeOutput(STDOUT_FILENO, Pump::Bytes::AsTheyAre);
+  errors_ = isOneWay ? copyOf(output_.get()) : makeOutput(STDERR_FILENO, Pump::Bytes::AsTheyAre);
 }
 
 void Relay::makeInput() {
@@ -116,7 +84,7 @@ void Relay::makeInput() {
 
 Descriptor Relay::makeOutput(int stream, Pump::Bytes bytes) {
   struct stat status {};
-  if (bytes == Pump::Bytes::Moved && terminal_ && isatty(stream) == 1)
+  if (bytes == Pump::Bytes::AsTheyAre && terminal_ && isatty(stream) == 1)
     return copyOf(terminal_->deviceSide().get());
   if (fstat(stream, &status) != 0 || isNothing(status)) return openNothing();
   Pipe pipe = makePipe();

@@ -3,6 +3,7 @@
 
 #include "core/Descriptor.h"
 
+#include <filesystem>
 #include <string>
 
 namespace device {
@@ -10,8 +11,9 @@ namespace device {
 // Stands for /dev/log in the device. What a build starts cannot reach it, since it has no local sockets.
 class SystemLog {
  public:
-  // Makes the socket in a folder of its own. Where that cannot be, path() is empty and the device has no log.
-  SystemLog();
+  // Makes the socket in the device's folder, which is locked, at `path` and open as long as the object lives.
+  // Where that fails, path() is empty and the device has no log.
+  SystemLog(int folder, const std::filesystem::path& path);
   ~SystemLog();
   SystemLog(const SystemLog&) = delete;
   SystemLog& operator=(const SystemLog&) = delete;
@@ -25,9 +27,7 @@ class SystemLog {
   void passOn();
 
  private:
-  std::string folder_;
-  // Locked as long as the folder is in use, so that the next start knows what a killed one left.
-  Descriptor lock_;
+  int folder_;
   std::string path_;
   Descriptor socket_;
 };

@@ -1,5 +1,6 @@
 #include "device/session/Terminal.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
 
 #include <fcntl.h>
@@ -9,13 +10,6 @@
 #include <utility>
 
 namespace device {
-namespace {
-
-Descriptor copyOf(int descriptor) {
-  return Descriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 3));
-}
-
-}  // namespace
 
 bool Terminal::isAvailable() {
   return isatty(STDIN_FILENO) == 1 || isatty(STDOUT_FILENO) == 1 || isatty(STDERR_FILENO) == 1;

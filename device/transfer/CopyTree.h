@@ -1,7 +1,7 @@
 // Copies a folder between the host and the device, from one open folder into another.
 #pragma once
 
-#include "device/sandbox/Rights.h"
+#include "device/sandbox/Account.h"
 
 #include <functional>
 #include <string>

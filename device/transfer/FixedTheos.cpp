@@ -2,7 +2,7 @@
 
 #include "core/Text.h"
 #include "device/folder/Beneath.h"
-#include "device/guard/HomeFolders.h"
+#include "device/guard/Contract.h"
 
 #include <fcntl.h>
 #include <filesystem>

@@ -1,11 +1,11 @@
 #include "device/transfer/Send.h"
 
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
-#include "device/sandbox/HostPrograms.h"
-#include "device/sandbox/Interruption.h"
+#include "device/sandbox/Environment.h"
 
 #include <algorithm>
 #include <cctype>
@@ -16,7 +16,6 @@
 #include <random>
 #include <signal.h>
 #include <sstream>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,33 +28,14 @@ using Words = std::vector<std::string>;
 constexpr std::size_t kLongestLog = 1 << 16;
 // ssh's own failures; the others are the remote command's.
 constexpr int kSshFailed = 255;
-// Where scp finds the package, which is opened by nobody's name.
-constexpr int kPackageDescriptor = 3;
-
-// Where a program's streams lead; -1 leaves the launcher's own.
-struct Streams {
-  int output = -1;
-  int errors = -1;
-  int package = -1;
-};
-
 // Returns the status as a shell tells it. Where the launcher is to end, the program ends first.
-int runProgram(const fs::path& program, const Words& arguments, const Streams& streams) {
-  const std::string path = program;
-  std::vector<char*> words{const_cast<char*>(path.c_str())};
-  for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
-  words.push_back(nullptr);
-  const pid_t child = fork();
-  if (child < 0) refuseWithError("No process could be started:");
-  if (child == 0) {
-    if (streams.output >= 0) dup2(streams.output, STDOUT_FILENO);
-    if (streams.errors >= 0) dup2(streams.errors, STDERR_FILENO);
-    if (streams.package == kPackageDescriptor) fcntl(streams.package, F_SETFD, 0);
-    if (streams.package >= 0) dup2(streams.package, kPackageDescriptor);
-    execv(words[0], words.data());
-    _exit(127);
-  }
-  const Descriptor end(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+int runProgram(const fs::path& program, const Words& arguments, int output = STDOUT_FILENO,
+               int errors = STDERR_FILENO, const std::vector<int>& passed = {}) {
+  ProcessStart start{{program.string()}, {}, STDIN_FILENO, output, errors, passed};
+  start.words.insert(start.words.end(), arguments.begin(), arguments.end());
+  const pid_t child = spawn(start);
+  if (child < 0) refuseWithError(program.string() + " could not be started:");
+  const Descriptor end = endOf(child);
   int status = 0;
   pollfd watched{end.get(), POLLIN, 0};
   while (waitpid(child, &status, WNOHANG) == 0) {
@@ -68,7 +48,7 @@ int runProgram(const fs::path& program, const Words& arguments, const Streams& s
       throw;
     }
   }
-  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  return shellStatus(status);
 }
 
 // One connection that ssh and scp share, so that a password is asked for once. It ends with the object.
@@ -82,13 +62,12 @@ class Connection {
     char folder[] = "/tmp/tweakbench-send-XXXXXX";
     if (mkdtemp(folder) == nullptr) refuseWithError("No folder could be made for the connection:");
     folder_ = folder;
-    nothing_ = Descriptor(open("/dev/null", O_RDWR | O_CLOEXEC));
   }
   ~Connection() {
     try {
       Words words = options();
       words.insert(words.end(), {"-O", "exit", "--", phone_.host});
-      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, {nothing_.get(), nothing_.get()});
+      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, -1, -1);
     } catch (const std::exception&) {
     } catch (const Interrupted&) {
     }
@@ -105,7 +84,7 @@ class Connection {
     words.insert(words.end(),
                  {"-M", "-N", "-f", "-E", (folder_ / "log").string(), "-o", "ControlPersist=60", "-o",
                   "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host});
-    if (runProgram(ssh_, words, {nothing_.get(), nothing_.get()}) == 0) return 0;
+    if (runProgram(ssh_, words, -1, -1) == 0) return 0;
     const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // ssh ends its lines with a carriage return.
     const std::string log =
@@ -133,15 +112,15 @@ class Connection {
   int copy(const Descriptor& package, const std::string& target) const {
     Words words = options();
     const bool isAddress = phone_.host.find(':') != std::string::npos;
-    words.insert(words.end(), {"-O", "--", "/proc/self/fd/" + std::to_string(kPackageDescriptor),
+    words.insert(words.end(), {"-O", "--", "/proc/self/fd/" + std::to_string(package.get()),
                                (isAddress ? "[" + phone_.host + "]:" : phone_.host + ":") + target});
-    return runProgram(scp_, words, {STDERR_FILENO, -1, package.get()});
+    return runProgram(scp_, words, STDERR_FILENO, STDERR_FILENO, {package.get()});
   }
 
   int command(const std::string& line, bool onTerminal) const {
     Words words = options();
     words.insert(words.end(), {onTerminal ? "-t" : "-T", "--", phone_.host, line});
-    return runProgram(ssh_, words, {});
+    return runProgram(ssh_, words);
   }
 
  private:
@@ -158,7 +137,6 @@ class Connection {
   fs::path ssh_;
   fs::path scp_;
   fs::path folder_;
-  Descriptor nothing_;
 };
 
 // A name that nobody on the phone can have put a link at.

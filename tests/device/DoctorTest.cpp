@@ -1,10 +1,10 @@
 // The doctor: what it makes of what it has seen, and of a build's log.
+#include "device/Process.h"
 #include "device/doctor/BuildLog.h"
 #include "device/doctor/Checks.h"
 #include "device/doctor/DeviceProbe.h"
 #include "device/doctor/Trial.h"
 #include "device/folder/Beneath.h"
-#include "device/sandbox/Capture.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 // What the launcher makes of the host: environment, paths, accounts, and why bubblewrap failed.
 #include "device/Refusal.h"
 #include "device/sandbox/Account.h"
-#include "device/sandbox/DataFiles.h"
-#include "device/sandbox/Diagnosis.h"
+#include "device/sandbox/Arguments.h"
 #include "device/sandbox/Environment.h"
+#include "device/sandbox/Sandbox.h"
 #include "device/session/Accessibility.h"
-#include "device/session/ReducedMotion.h"
+#include "device/session/Display.h"
 #include "support/TemporaryFolder.h"
 
 #include <filesystem>

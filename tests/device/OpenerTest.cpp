@@ -2,7 +2,7 @@
 #include "device/opener/OpenableAddress.h"
 #include "device/opener/Opener.h"
 #include "device/opener/ShownFolders.h"
-#include "device/sandbox/HostPrograms.h"
+#include "device/sandbox/Environment.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>

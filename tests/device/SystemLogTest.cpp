@@ -1,10 +1,9 @@
 #include "device/Visible.h"
 #include "device/session/SystemLog.h"
+#include "support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <sys/file.h>
 
 #include <gtest/gtest.h>
 
@@ -28,17 +27,17 @@ TEST(SystemLog, PassesOnTheWordsAlone) {
             "a?1m?\u00e4\u0627?[0m?");
 }
 
-TEST(SystemLog, RemovesWhatKilledLaunchersLeft) {
-  std::string abandoned = "/tmp/tweakbench-log-XXXXXX";
-  std::string used = abandoned;
-  ASSERT_NE(mkdtemp(used.data()), nullptr);
-  const Descriptor lock(open(used.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  ASSERT_EQ(flock(lock.get(), LOCK_EX | LOCK_NB), 0);
-  ASSERT_NE(mkdtemp(abandoned.data()), nullptr);
-  std::ofstream(abandoned + "/log") << "socket";
-  const device::SystemLog log;
-  EXPECT_FALSE(std::filesystem::exists(abandoned));
-  EXPECT_TRUE(std::filesystem::remove(used));
+TEST(SystemLog, ReplacesTheSocketOfAKilledLauncher) {
+  const TemporaryFolder folder;
+  const std::string socket = folder / "log";
+  putFile(socket, "left");
+  const Descriptor opened(open(folder.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  {
+    const device::SystemLog log(opened.get(), folder.path());
+    EXPECT_EQ(log.path(), socket);
+    EXPECT_TRUE(std::filesystem::is_socket(socket));
+  }
+  EXPECT_FALSE(std::filesystem::exists(socket));
 }
 
 }  // namespace

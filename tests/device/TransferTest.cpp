@@ -1,7 +1,7 @@
 // Projects copied in and out of a device whose programs may mean harm.
+#include "device/Process.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
-#include "device/sandbox/Interruption.h"
 #include "device/transfer/Send.h"
 #include "device/transfer/Transfer.h"
 #include "support/RefusalOf.h"

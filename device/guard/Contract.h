@@ -1,0 +1,51 @@
+// What the launcher, the filter and the programs inside the device agree on.
+#pragma once
+
+#include <cstdint>
+
+namespace guard {
+
+// The home folder of every command.
+inline constexpr const char* homeOfCommands = "/var/mobile";
+// The application's home folder, read-only and empty, which the guard replaces for commands. The interface's
+// libraries read settings there (X resources, key compositions, pointers, the display's cookie), and builds
+// can write to the other.
+inline constexpr const char* homeOfApplication = "/.host/empty";
+
+// The guard itself. Under this name it runs its arguments as a command, and as /bin/sh it is a shell.
+inline constexpr const char* path = "/.host/tweakbench/guard";
+
+// prctl() has no such operation, so a kernel without our filter answers EINVAL, and so does another filter.
+constexpr unsigned long kProbeOperation = 0x54574742;
+constexpr unsigned long kProbeArgument = 0x67756172;
+// Not an errno value of the kernel's; below its limit of 4095.
+constexpr int kProbeAnswer = 2787;
+
+}  // namespace guard
+
+namespace device {
+
+// From the starter inside the device to the launcher, in one write each: first Started or NotStarted; after
+// Started, when the program has ended, Ended. On a terminal Stopped may come any number of times before that.
+struct StartReport {
+  enum class Kind : std::int32_t { Started = 1, NotStarted = 2, Ended = 3, Stopped = 4 };
+  Kind kind;
+  // Started: 0. NotStarted: errno. Ended: the status as from waitpid(). Stopped: the signal.
+  std::int32_t value;
+};
+
+// From the launcher to the starter, over another descriptor, where there is a terminal.
+struct StartOrder {
+  // Continue: a stopped program goes on, with a value of 1 in the foreground of its terminal, with 0 in the
+  // background. Signal: its process group gets the signal `value`.
+  enum class Kind : std::int32_t { Continue = 1, Signal = 2 };
+  Kind kind;
+  std::int32_t value;
+};
+
+// How the starter is told which streams the program gets.
+inline constexpr const char* kPlainStreams = "plain";
+inline constexpr const char* kTerminalInForeground = "foreground";
+inline constexpr const char* kTerminalInBackground = "background";
+
+}  // namespace device
