@@ -29,11 +29,6 @@ void collectPackages(const std::string& folder, const MaybeText& project) {
   run_cmder("cd %@ && rm -rf %@ && mv packages %@", {folder, packages, packages});
 }
 
-// One argument of a command line, whatever it holds.
-std::string quoted(const std::string& word) {
-  return "'" + replaceAll(word, "'", "'\\''") + "'";
-}
-
 // The packages in a folder, and what changes about each that is written again, even under the same name.
 std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> packagesIn(const std::string& folder) {
   std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> found;

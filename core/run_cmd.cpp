@@ -16,6 +16,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -102,7 +103,8 @@ RunningCommands& running() {
   return commands;
 }
 
-pid_t spawnShell(const char* cmd, const char* variable) {
+// `output`: where its standard output goes, -1 for where ours does.
+pid_t spawnShell(const char* cmd, const char* variable, int output = -1) {
   char* const arguments[] = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(cmd),
                              nullptr};
   std::vector<char*> environment;
@@ -115,7 +117,12 @@ pid_t spawnShell(const char* cmd, const char* variable) {
   const std::lock_guard lock(commands.mutex);
   if (commands.stopped) return -1;
   pid_t child = -1;
-  if (posix_spawn(&child, "/bin/sh", nullptr, nullptr, arguments, environment.data()) != 0) return -1;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (output != -1) posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  const int refused = posix_spawn(&child, "/bin/sh", &actions, nullptr, arguments, environment.data());
+  posix_spawn_file_actions_destroy(&actions);
+  if (refused != 0) return -1;
   commands.shells.push_back(child);
   return child;
 }
@@ -157,6 +164,35 @@ int run_cmd_status(const char* cmd, const char* variable) {
 
 void run_cmd(std::string_view format, std::initializer_list<MaybeText> values, const char* variable) {
   run_cmd_status(fill(format, values).c_str(), variable);
+}
+
+void read_cmd(const std::string& cmd, const std::function<bool(std::string_view piece)>& read) {
+  constexpr int patience = 100;  // milliseconds
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return;
+  const Descriptor output(ends[0]);
+  Descriptor input(ends[1]);
+  const pid_t child = spawnShell(cmd.c_str(), nullptr, input.get());
+  input = Descriptor();
+  if (child == -1) return;
+  std::string buffer(std::size_t{1} << 16, '\0');
+  while (true) {
+    pollfd ready{output.get(), POLLIN, 0};
+    std::size_t size = 0;
+    if (poll(&ready, 1, patience) > 0) {
+      const auto got = readSome(output, buffer.data(), buffer.size());
+      if (!got || *got == 0) break;
+      size = *got;
+    }
+    if (read(std::string_view(buffer).substr(0, size))) continue;
+    signalProcessTree(child, SIGKILL);
+    break;
+  }
+  awaitExit(child);
+}
+
+std::string quoted(const std::string& word) {
+  return "'" + replaceAll(word, "'", "'\\''") + "'";
 }
 
 void stopCommands(int graceMilliseconds) {

@@ -3,7 +3,9 @@
 
 #include "core/Text.h"
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
@@ -28,6 +30,14 @@ inline void run_cmder(const char* cmd) {
 inline void run_cmder(std::string_view format, std::initializer_list<MaybeText> values) {
   run_cmd(format, values);
 }
+
+// Runs `cmd` and hands its standard output over as it comes, and an empty piece at least ten times a second
+// while nothing comes; the caller's thread waits meanwhile. `read` returns false to end the command with all
+// that it started. For commands that change nothing: the launcher is not asked to keep anything.
+void read_cmd(const std::string& cmd, const std::function<bool(std::string_view piece)>& read);
+
+// One argument of a command line, whatever it holds.
+std::string quoted(const std::string& word);
 
 // Sends SIGTERM to every running command and its descendants, and SIGKILL after `graceMilliseconds`. Later
 // calls of run_cmd do nothing. Called at the end of the process, so that no build goes on behind a closed
