@@ -1,0 +1,147 @@
+#include "ui/controls/RowListView.h"
+
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
+#include "platform/UIApplication.h"
+#include "platform/UIKeyboard.h"
+#include "ui/controls/Layer.h"
+
+#include <algorithm>
+
+#include <QIcon>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTimer>
+
+namespace {
+
+constexpr int separatorHeight = 1;
+
+}  // namespace
+
+// One cell: picture, texts, and the separator below.
+class RowCell : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QColor separatorColor;
+  QIcon picture;
+  bool marksCurrent = false;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
+    return {0, std::max(metrics::rowHeight, option.fontMetrics.height() + metrics::rowPadding)};
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const auto* const list = static_cast<const QListView*>(option.widget);
+    const bool marked = marksCurrent && list && list->currentIndex() == index;
+    const bool underPointer = (option.state & QStyle::State_MouseOver) != 0;
+    painter->fillRect(option.rect, marked         ? option.palette.color(QPalette::Highlight)
+                                   : underPointer ? colours::cellUnderPointer
+                                                  : colours::cellGround);
+    const bool rightToLeft = option.direction == Qt::RightToLeft;
+    QRect text = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
+    if (!picture.isNull()) {
+      const QSize size(metrics::iconSize, metrics::iconSize);
+      picture.paint(painter,
+                    QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, size, text));
+      const int indent = metrics::iconSize + metrics::rowPadding;
+      text = rightToLeft ? text.adjusted(0, 0, -indent, 0) : text.adjusted(indent, 0, 0, 0);
+    }
+    painter->setPen(marked ? option.palette.color(QPalette::HighlightedText) : colours::cellText);
+    // The text keeps its own direction; only where it stands follows the interface.
+    const auto draw = [&](const QString& line, const QFont& font, const QRect& place,
+                          Qt::TextElideMode elide) {
+      QTextOption layout((rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+      layout.setTextDirection(Qt::LeftToRight);
+      layout.setWrapMode(QTextOption::NoWrap);
+      painter->setFont(font);
+      painter->drawText(QRectF(place), QFontMetrics(font).elidedText(line, elide, place.width()), layout);
+    };
+    const QString detail = index.data(RowListView::DetailRole).toString();
+    if (detail.isEmpty()) {
+      const QVariant title = index.data(RowListView::TitleRole);
+      draw((title.isValid() ? title : index.data()).toString(), option.font, text, Qt::ElideMiddle);
+    } else {
+      const QFont small = systemFontOfSize(metrics::smallTextSize);
+      const int upper = option.fontMetrics.height();
+      const int lower = QFontMetrics(small).height();
+      const int top = text.top() + (text.height() - upper - lower) / 2;
+      draw(index.data(RowListView::TitleRole).toString(), option.font,
+           {text.left(), top, text.width(), upper}, Qt::ElideRight);
+      draw(detail, small, {text.left(), top + upper, text.width(), lower}, Qt::ElideMiddle);
+    }
+    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
+                      separatorColor);
+    const bool focused = (option.state & QStyle::State_HasFocus) != 0 && list && showsFocus(*list);
+    if (focused) drawFocusRing(*painter, option.rect.adjusted(0, 0, 0, -separatorHeight), 0);
+  }
+};
+
+RowListView::RowListView(QWidget* parent) : QListView(parent), cell_(new RowCell(this)) {
+  setItemDelegate(cell_);
+  setUniformItemSizes(true);
+  setFont(systemFontOfSize(metrics::bodyTextSize));
+  setFrameShape(QFrame::NoFrame);
+  setMouseTracking(true);
+  setEditTriggers(NoEditTriggers);
+  setSelectionMode(SingleSelection);
+  setVerticalScrollMode(ScrollPerPixel);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  viewport()->setAttribute(Qt::WA_Hover);
+  connect(this, &QListView::clicked, this,
+          atEventBoundary([this](const QModelIndex& index) { emit rowPicked(index.row()); }));
+}
+
+void RowListView::setModel(QAbstractItemModel* model) {
+  QListView::setModel(model);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { pickSelected(); });
+}
+
+void RowListView::setBackgroundColor(const QColor& colour) {
+  QPalette colours = palette();
+  colours.setColor(QPalette::Base, colour);
+  setPalette(colours);
+}
+
+void RowListView::setSeparatorColor(const QColor& colour) {
+  cell_->separatorColor = colour;
+  viewport()->update();
+}
+
+void RowListView::setPicture(const QString& name) {
+  cell_->picture = QIcon(QStringLiteral(":/pictures/") + name);
+}
+
+void RowListView::setMarksCurrent(bool marks) {
+  cell_->marksCurrent = marks;
+}
+
+QItemSelectionModel::SelectionFlags RowListView::selectionCommand(const QModelIndex& /*index*/,
+                                                                  const QEvent* /*event*/) const {
+  // Taps and keys select nothing, so that a selection is always the doing of assistive technology.
+  return QItemSelectionModel::NoUpdate;
+}
+
+void RowListView::pickSelected() {
+  const QModelIndexList selected = selectionModel()->selectedIndexes();
+  if (selected.isEmpty()) return;
+  const int row = selected.first().row();
+  // Outside the selection's own signal, where nothing of the view may be changed.
+  QTimer::singleShot(0, this, atEventBoundary([this, row] {
+                       clearSelection();
+                       setCurrentIndex(model()->index(row, 0));
+                       emit rowPicked(row);
+                     }));
+}
+
+void RowListView::keyPressEvent(QKeyEvent* event) {
+  const bool picks =
+      event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
+  if (picks && currentIndex().isValid()) {
+    if (!isRepeated(*event)) emit rowPicked(currentIndex().row());
+    return;
+  }
+  QListView::keyPressEvent(event);
+}
