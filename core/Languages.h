@@ -83,6 +83,26 @@ inline constexpr TextPair paste{"لصق", "Paste"};
 inline constexpr TextPair delete_{"حذف", "Delete"};
 inline constexpr TextPair selectAll{"تحديد الكل", "Select All"};
 inline constexpr TextPair longLinesNotWrapped{"النص طويل: لا تُلفّ الأسطر", "Long text: lines are not wrapped"};
+inline constexpr TextPair find{"بحث", "Find"};
+inline constexpr TextPair replaceBy{"استبدال بـ", "Replace with"};
+inline constexpr TextPair replace{"استبدال", "Replace"};
+inline constexpr TextPair replaceAll{"استبدال الكل", "Replace All"};
+inline constexpr TextPair replacedCount{"عدد الاستبدالات: %@", "Replaced: %@"};
+inline constexpr TextPair goToLine{"الانتقال الى سطر", "Go to Line"};
+inline constexpr TextPair lineNumber{"رقم السطر، او السطر:العمود", "A line, or line:column"};
+inline constexpr TextPair goToFile{"الانتقال الى ملف", "Go to File"};
+inline constexpr TextPair fileName{"اسم الملف", "File name"};
+inline constexpr TextPair projectFiles{"ملفات المشروع", "Project files"};
+inline constexpr TextPair createFile{"انشاء الملف %@", "Create %@"};
+inline constexpr TextPair fileNotCreated{"تعذر انشاء الملف %@", "%@ could not be created"};
+inline constexpr TextPair onlyFirstFiles{"تظهر أول %@ ملف فقط", "Only the first %@ files are listed"};
+inline constexpr TextPair searchInProject{"بحث في المشروع", "Search in Project"};
+inline constexpr TextPair searchedText{"النص المطلوب", "Text to find"};
+inline constexpr TextPair searchResults{"نتائج البحث", "Search results"};
+inline constexpr TextPair searching{"جار البحث ...", "Searching ..."};
+inline constexpr TextPair noMatch{"لا توجد نتائج", "No match"};
+inline constexpr TextPair linesFound{"عدد الأسطر: %@", "Lines: %@"};
+inline constexpr TextPair onlyFirstLines{"تظهر أول %@ سطر فقط", "Only the first %@ lines are listed"};
 
 // The same in both languages.
 inline constexpr const char* notSupportedYet = "Not supported yet";

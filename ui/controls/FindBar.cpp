@@ -2,8 +2,9 @@
 
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
+#include "ui/Localized.h"
+#include "ui/controls/CodeView.h"
 #include "ui/controls/Looks.h"
-#include "ui/controls/TextView.h"
 #include "ui/controls/UIButton.h"
 
 #include <QHBoxLayout>
@@ -12,18 +13,29 @@
 #include <QLineEdit>
 #include <QShortcut>
 
+namespace {
+
+void dressField(QLineEdit& field) {
+  field.setFont(systemFontOfSize(metrics::bodyTextSize));
+  field.setMinimumSize(0, metrics::fieldHeight);
+  field.setTextMargins(metrics::barPadding, 0, metrics::barPadding, 0);
+}
+
+}  // namespace
+
 FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)), result_(new QLabel(this)) {
-  auto* const layout = new QHBoxLayout(this);
-  layout->setContentsMargins(metrics::barPadding, metrics::barPadding, metrics::barPadding,
-                             metrics::barPadding);
+  auto* const lines = new QVBoxLayout(this);
+  lines->setContentsMargins(metrics::barPadding, metrics::barPadding, metrics::barPadding,
+                            metrics::barPadding);
+  lines->setSpacing(metrics::barSpacing);
+  auto* const layout = new QHBoxLayout;
+  lines->addLayout(layout);
   layout->setSpacing(metrics::barSpacing);
   // The field stands in line with the texts above it, whichever side that is.
   layout->addSpacing(metrics::rowPadding - metrics::barPadding);
   word_->setAccessibleName(QStringLiteral("Find text"));
   word_->setPlaceholderText(QStringLiteral("Find"));
-  word_->setFont(systemFontOfSize(metrics::bodyTextSize));
-  word_->setMinimumSize(0, metrics::fieldHeight);
-  word_->setTextMargins(metrics::barPadding, 0, metrics::barPadding, 0);
+  dressField(*word_);
   word_->installEventFilter(this);
   layout->addWidget(word_, 1);
   result_->setFont(systemFontOfSize(metrics::smallTextSize));
@@ -48,13 +60,49 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
 
 void FindBar::setText(TextView* text) {
   text_ = text;
-  const auto wire = [&](QKeySequence::StandardKey keys, auto action) {
+  const auto wire = [&](const QKeySequence& keys, auto action) {
     auto* const shortcut = new QShortcut(keys, text->parentWidget());
     connect(shortcut, &QShortcut::activated, this, atEventBoundary(action));
   };
   wire(QKeySequence::Find, [this] { open(); });
-  wire(QKeySequence::FindNext, [this] { find(SearchDirection::Forward, false); });
-  wire(QKeySequence::FindPrevious, [this] { find(SearchDirection::Backward, false); });
+  // Not the standard keys, which on some desktops include Ctrl+G.
+  wire(Qt::Key_F3, [this] { find(SearchDirection::Forward, false); });
+  wire(Qt::SHIFT | Qt::Key_F3, [this] { find(SearchDirection::Backward, false); });
+  code_ = qobject_cast<CodeView*>(text);
+  if (code_ != nullptr) addReplacing();
+}
+
+void FindBar::addReplacing() {
+  auto* const line = new QHBoxLayout;
+  static_cast<QBoxLayout*>(layout())->addLayout(line);
+  line->setSpacing(metrics::barSpacing);
+  line->addSpacing(metrics::rowPadding - metrics::barPadding);
+  replacement_ = new QLineEdit(this);
+  replacement_->setAccessibleName(localized(text::replaceBy));
+  replacement_->setPlaceholderText(localized(text::replaceBy));
+  dressField(*replacement_);
+  replacement_->installEventFilter(this);
+  line->addWidget(replacement_, 1);
+  const auto add = [&](const TextPair& name, auto action) {
+    auto* const button = new UIButton(localized(name), this);
+    button->setAccessibleName(button->text());
+    connect(button, &QPushButton::clicked, this, atEventBoundary(action));
+    line->addWidget(button);
+  };
+  add(text::replace, [this] { replace(); });
+  add(text::replaceAll, [this] {
+    const int count = code_->replaceAll(word_->text(), replacement_->text());
+    report(localized(text::replacedCount, {std::to_string(count)}));
+  });
+  auto* const shortcut = new QShortcut(Qt::CTRL | Qt::Key_H, code_->parentWidget());
+  connect(shortcut, &QShortcut::activated, this, atEventBoundary([this] {
+            open();
+            if (!word_->text().isEmpty()) replacement_->setFocus(Qt::ShortcutFocusReason);
+          }));
+}
+
+void FindBar::replace() {
+  if (!code_->replaceNext(word_->text(), replacement_->text())) find(SearchDirection::Forward, true);
 }
 
 void FindBar::open() {
@@ -75,6 +123,10 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
     const auto* const key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Escape) return dismiss();
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+      if (object == replacement_) {
+        replace();
+        return true;
+      }
       const bool back = (key->modifiers() & Qt::ShiftModifier) != 0;
       find(back ? SearchDirection::Backward : SearchDirection::Forward, false);
       return true;
@@ -86,9 +138,13 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
 void FindBar::find(SearchDirection direction, bool mayStay) {
   if (text_ == nullptr) return;
   const bool missing = !word_->text().isEmpty() && !text_->find(word_->text(), direction, mayStay);
-  result_->setText(missing ? QStringLiteral("No match") : QString());
+  report(missing ? QStringLiteral("No match") : QString());
   // On a narrow screen there is not room for the message and for what would lead nowhere.
   if (missing && (previous_->hasFocus() || next_->hasFocus())) word_->setFocus(Qt::OtherFocusReason);
   previous_->setVisible(!missing);
   next_->setVisible(!missing);
+}
+
+void FindBar::report(const QString& result) {
+  result_->setText(result);
 }

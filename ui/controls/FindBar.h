@@ -5,13 +5,15 @@
 
 #include <QWidget>
 
+class CodeView;
 class QLabel;
 class QLineEdit;
 class TextView;
 class UIButton;
 
-// Hidden until Ctrl+F. What is typed is found at once; Return goes on to the next place, Shift+Return to the
-// one before, as do F3 and Shift+F3; Esc closes the bar and leaves the place selected.
+// Hidden until Ctrl+F, or over a text that is edited until Ctrl+H, which has a second line for replacing.
+// What is typed is found at once; Return goes on to the next place, Shift+Return to the one before, as do F3
+// and Shift+F3; Esc closes the bar and leaves the place selected.
 class FindBar : public QWidget {
   Q_OBJECT
 
@@ -29,11 +31,16 @@ class FindBar : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
+  void addReplacing();
+  void replace();
   void find(SearchDirection direction, bool mayStay);
+  void report(const QString& result);
 
   QLineEdit* word_;
   QLabel* result_;
   UIButton* previous_ = nullptr;
   UIButton* next_ = nullptr;
   TextView* text_ = nullptr;
+  CodeView* code_ = nullptr;  // the same where it is edited
+  QLineEdit* replacement_ = nullptr;
 };

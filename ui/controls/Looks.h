@@ -55,4 +55,11 @@ inline const QColor switchKnob = Qt::white;
 // Stands out from every ground that a control has.
 inline const QColor focusRing(150, 210, 255);
 
+// Code: its colours are in CodeColours.h, and all of them can be read on these grounds.
+inline const QColor lineNumber = grey(160);
+inline const QColor currentLine = grey(64);
+inline const QColor codeSelection(0, 60, 130);
+inline const QColor bracket = Qt::white;
+inline const QColor bracketGround = grey(96);
+
 }  // namespace colours

@@ -275,6 +275,8 @@ void TextView::goTo(long line, long column) {
   long at = begin + std::clamp(column - 1, 0L, end - begin);
   while (at > begin && !startsCharacter(static_cast<char>(send(SCI_GETCHARAT, at)))) --at;
   send(SCI_GOTOPOS, at);
+  // From here the arrow keys keep this column.
+  send(SCI_CHOOSECARETX);
   send(SCI_VERTICALCENTRECARET);
 }
 
@@ -284,6 +286,7 @@ TextView::Place TextView::place() const {
 
 void TextView::goTo(const Place& place) {
   send(SCI_SETEMPTYSELECTION, std::clamp(place.caret, 0L, send(SCI_GETLENGTH)));
+  send(SCI_CHOOSECARETX);
   send(SCI_SETFIRSTVISIBLELINE, send(SCI_VISIBLEFROMDOCLINE, place.topLine));
 }
 

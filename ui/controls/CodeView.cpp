@@ -1,0 +1,289 @@
+#include "ui/controls/CodeView.h"
+
+#include "ui/controls/Looks.h"
+#include "ui/controls/Problems.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include <QKeyEvent>
+
+namespace {
+
+constexpr std::size_t longestColoured = std::size_t{4} << 20;  // bytes
+constexpr long longestMatched = 1L << 20;  // bytes that are searched for the other bracket
+constexpr int numberMargin = 0;
+constexpr int markMargin = 1;
+constexpr int markMarginWidth = 14;
+constexpr int firstMarker = 1;     // of errors; the other kinds follow
+constexpr int firstIndicator = 8;  // the same; the library's lexers use those before
+constexpr int markKinds = 3;
+
+bool isBracket(char byte) {
+  return byte != '\0' && std::strchr("()[]{}", byte) != nullptr;
+}
+
+}  // namespace
+
+CodeView::CodeView(QWidget* parent) : TextView(parent) {
+  send(SCI_SETMARGINTYPEN, numberMargin, SC_MARGIN_NUMBER);
+  send(SCI_SETMARGINTYPEN, markMargin, SC_MARGIN_SYMBOL);
+  send(SCI_SETMARGINMASKN, numberMargin, 0);
+  send(SCI_SETMARGINMASKN, markMargin, ((1 << markKinds) - 1) << firstMarker);
+  const int shapes[markKinds] = {SC_MARK_CIRCLE, SC_MARK_ARROW, SC_MARK_ROUNDRECT};
+  for (int kind = 0; kind < markKinds; ++kind) {
+    send(SCI_MARKERDEFINE, firstMarker + kind, shapes[kind]);
+    send(SCI_INDICSETSTYLE, firstIndicator + kind, INDIC_SQUIGGLEPIXMAP);
+  }
+  send(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
+  connect(this, &QsciScintilla::SCN_STYLENEEDED, this, [this](int end) { styleTo(end); });
+  connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) { characterAdded(character); });
+  connect(this, &QsciScintilla::linesChanged, this, [this] { widenMargin(); });
+  connect(this, &QsciScintilla::SCN_UPDATEUI, this, [this](int updated) {
+    if ((updated & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) == 0) return;
+    matchBrackets();
+    const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
+    if (std::exchange(caretLine_, line) != line) emit caretLineChanged();
+  });
+  applyLooks();
+}
+
+void CodeView::setFile(std::string_view bytes, const std::string& name) {
+  language_ = bytes.size() > longestColoured ? CodeLanguage::Plain : languageOf(name, bytes);
+  setBytes(bytes);
+  if (const char* const lexer = lexerOf(language_)) {
+    SendScintilla(SCI_SETLEXERLANGUAGE, 0UL, lexer);
+  } else {
+    send(SCI_SETLEXER, language_ == CodeLanguage::Logos ? SCLEX_CONTAINER : SCLEX_NULL);
+  }
+  if (const char* const words = keywordsOf(language_)) SendScintilla(SCI_SETKEYWORDS, 0UL, words);
+  detectIndentation(bytes.substr(0, longestColoured));
+  setProblems({});
+  applyLooks();
+  // What is below the lines in sight is coloured while nothing is typed.
+  send(SCI_SETIDLESTYLING, SC_IDLESTYLING_TOVISIBLE);
+  widenMargin();
+}
+
+void CodeView::applyLooks() {
+  TextView::applyLooks();
+  for (int style = 0; style < STYLE_DEFAULT; ++style)
+    SendScintilla(SCI_STYLESETFORE, style, colourOf(partOfStyle(language_, style)));
+  SendScintilla(SCI_STYLESETFORE, STYLE_LINENUMBER, colours::lineNumber);
+  SendScintilla(SCI_STYLESETBACK, STYLE_LINENUMBER, palette().color(QPalette::Active, QPalette::Base));
+  SendScintilla(SCI_SETMARGINBACKN, markMargin, palette().color(QPalette::Active, QPalette::Base));
+  SendScintilla(SCI_STYLESETFORE, STYLE_BRACELIGHT, colours::bracket);
+  SendScintilla(SCI_STYLESETBACK, STYLE_BRACELIGHT, colours::bracketGround);
+  // Coloured text can be read on this ground.
+  SendScintilla(SCI_SETSELBACK, 1UL, colours::codeSelection);
+  send(SCI_SETCARETLINEVISIBLE, 1);
+  SendScintilla(SCI_SETCARETLINEBACK, colours::currentLine);
+  for (int kind = 0; kind < markKinds; ++kind) {
+    const QColor colour = colourOf(static_cast<Problem::Kind>(kind));
+    SendScintilla(SCI_MARKERSETFORE, firstMarker + kind, colour);
+    SendScintilla(SCI_MARKERSETBACK, firstMarker + kind, colour);
+    SendScintilla(SCI_INDICSETFORE, firstIndicator + kind, colour);
+  }
+  widenMargin();
+}
+
+void CodeView::widenMargin() {
+  std::string digits = std::to_string(std::max(send(SCI_GETLINECOUNT), 10L));
+  std::fill(digits.begin(), digits.end(), '9');
+  const long width = SendScintilla(SCI_TEXTWIDTH, static_cast<uintptr_t>(STYLE_LINENUMBER), digits.c_str());
+  send(SCI_SETMARGINWIDTHN, numberMargin, width + metrics::textPadding);
+}
+
+// Colours from the last line that is, to the line of `end`.
+void CodeView::styleTo(long end) {
+  if (language_ != CodeLanguage::Logos) return;
+  long line = send(SCI_LINEFROMPOSITION, send(SCI_GETENDSTYLED));
+  const long last = send(SCI_LINEFROMPOSITION, end);
+  const long begin = send(SCI_POSITIONFROMLINE, line);
+  const long stop =
+      last + 1 < send(SCI_GETLINECOUNT) ? send(SCI_POSITIONFROMLINE, last + 1) : send(SCI_GETLENGTH);
+  if (stop <= begin) return;
+  const auto* const bytes = reinterpret_cast<const char*>(
+      SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), stop - begin));
+  std::string parts(static_cast<std::size_t>(stop - begin), '\0');
+  int state = line > 0 ? static_cast<int>(send(SCI_GETLINESTATE, line - 1)) : 0;
+  for (long at = begin; at < stop; ++line) {
+    const long next = line + 1 < send(SCI_GETLINECOUNT) ? send(SCI_POSITIONFROMLINE, line + 1) : stop;
+    state = styleLogosLine({bytes + (at - begin), static_cast<std::size_t>(next - at)}, state,
+                           parts.data() + (at - begin));
+    send(SCI_SETLINESTATE, line, state);
+    at = next;
+  }
+  send(SCI_STARTSTYLING, begin);
+  SendScintilla(SCI_SETSTYLINGEX, static_cast<uintptr_t>(parts.size()), parts.data());
+}
+
+// Tabs, unless the first indented lines show otherwise.
+void CodeView::detectIndentation(std::string_view text) {
+  std::size_t blanks = 0;
+  std::size_t lines = 0;
+  for (std::size_t at = text.find('\n'); at != std::string_view::npos && lines < 1000;
+       at = text.find('\n', at + 1), ++lines) {
+    if (text.substr(at + 1, 1) == "\t") break;
+    const std::size_t first = text.find_first_not_of(' ', at + 1);
+    if (first == std::string_view::npos || first < at + 3 || text[first] == '*') continue;
+    blanks = std::min(first - at - 1, std::size_t{8});
+    break;
+  }
+  if (language_ == CodeLanguage::Makefile) blanks = 0;
+  send(SCI_SETUSETABS, blanks == 0 ? 1 : 0);
+  send(SCI_SETTABWIDTH, blanks == 0 ? editorTabColumns : static_cast<long>(blanks));
+}
+
+void CodeView::characterAdded(int character) {
+  if (character == '\n' || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CR)) indentNewLine();
+  if (character == '}') alignClosingBrace();
+}
+
+void CodeView::indentNewLine() {
+  const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
+  if (line == 0) return;
+  const long begin = send(SCI_POSITIONFROMLINE, line - 1);
+  std::string above(static_cast<std::size_t>(send(SCI_GETLINEENDPOSITION, line - 1) - begin), '\0');
+  SendScintilla(SCI_GETTEXTRANGE, begin, begin + static_cast<long>(above.size()), above.data());
+  const std::size_t last = above.find_last_not_of(" \t");
+  const char end = last == std::string::npos ? '\0' : above[last];
+  const bool isRule = language_ == CodeLanguage::Makefile && above.find_first_of(" \t#") != 0 &&
+                      above.find(':') != std::string::npos && above.find('=') == std::string::npos;
+  const bool opens = language_ != CodeLanguage::Makefile && (end == '{' || end == '(' || end == '[');
+  const long columns = send(SCI_GETLINEINDENTATION, line - 1) + (opens || isRule ? send(SCI_GETTABWIDTH) : 0);
+  if (columns == 0) return;
+  send(SCI_SETLINEINDENTATION, line, columns);
+  send(SCI_GOTOPOS, send(SCI_GETLINEINDENTPOSITION, line));
+}
+
+// A closing brace that begins its line goes below the line of the opening one.
+void CodeView::alignClosingBrace() {
+  const long brace = send(SCI_GETCURRENTPOS) - 1;
+  const long line = send(SCI_LINEFROMPOSITION, brace);
+  if (send(SCI_GETLINEINDENTPOSITION, line) != brace || send(SCI_GETLENGTH) > longestMatched) return;
+  const long open = send(SCI_BRACEMATCH, brace);
+  if (open < 0) return;
+  const long columns = send(SCI_GETLINEINDENTATION, send(SCI_LINEFROMPOSITION, open));
+  if (columns != send(SCI_GETLINEINDENTATION, line)) send(SCI_SETLINEINDENTATION, line, columns);
+}
+
+void CodeView::shiftLines(bool deeper) {
+  const long first = send(SCI_LINEFROMPOSITION, send(SCI_GETSELECTIONSTART));
+  const long end = send(SCI_GETSELECTIONEND);
+  long last = send(SCI_LINEFROMPOSITION, end);
+  // A selection of whole lines ends before the next one.
+  if (last > first && end == send(SCI_POSITIONFROMLINE, last)) --last;
+  const long step = deeper ? send(SCI_GETTABWIDTH) : -send(SCI_GETTABWIDTH);
+  send(SCI_BEGINUNDOACTION);
+  for (long line = first; line <= last; ++line) {
+    const bool isEmpty = send(SCI_GETLINEENDPOSITION, line) == send(SCI_POSITIONFROMLINE, line);
+    const long columns = send(SCI_GETLINEINDENTATION, line);
+    const long wanted = isEmpty ? columns : std::max(columns + step, 0L);
+    if (wanted != columns) send(SCI_SETLINEINDENTATION, line, wanted);
+  }
+  send(SCI_ENDUNDOACTION);
+}
+
+void CodeView::keyPressEvent(QKeyEvent* event) {
+  const bool shifts = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+  const bool alone = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+  if (shifts && alone && hasSelectedText()) return shiftLines(event->key() == Qt::Key_Tab);
+  TextView::keyPressEvent(event);
+}
+
+void CodeView::matchBrackets() {
+  const long caret = send(SCI_GETCURRENTPOS);
+  const auto bracketAt = [this](long place) {
+    return place >= 0 && isBracket(static_cast<char>(send(SCI_GETCHARAT, place)));
+  };
+  const long bracket = bracketAt(caret - 1) ? caret - 1 : bracketAt(caret) ? caret : -1;
+  const long other = bracket < 0 || send(SCI_GETLENGTH) > longestMatched ? -1 : send(SCI_BRACEMATCH, bracket);
+  send(SCI_BRACEHIGHLIGHT, other < 0 ? -1 : bracket, other);
+}
+
+void CodeView::setProblems(const std::vector<Problem>& problems) {
+  marks_.clear();
+  for (int kind = 0; kind < markKinds; ++kind) {
+    send(SCI_MARKERDELETEALL, firstMarker + kind);
+    send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
+    send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
+  }
+  const long lines = send(SCI_GETLINECOUNT);
+  for (const Problem& problem : problems) {
+    marks_.push_back({-1, QString::fromStdString(problem.message)});
+    if (problem.line < 1 || problem.line > lines) continue;
+    const int kind = static_cast<int>(problem.kind);
+    const long line = problem.line - 1;
+    marks_.back().handle = send(SCI_MARKERADD, line, firstMarker + kind);
+    const long end = send(SCI_GETLINEENDPOSITION, line);
+    const long at = send(SCI_POSITIONFROMLINE, line) + problem.column - 1;
+    if (problem.column < 1 || at >= end) continue;
+    const long wordEnd = std::max(send(SCI_WORDENDPOSITION, at, 1), send(SCI_POSITIONAFTER, at));
+    send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
+    send(SCI_INDICATORFILLRANGE, at, wordEnd - at);
+  }
+  send(SCI_SETMARGINWIDTHN, markMargin, marks_.empty() ? 0 : markMarginWidth);
+  emit caretLineChanged();
+}
+
+long CodeView::lineOfProblem(std::size_t index) const {
+  const long handle = marks_.at(index).handle;
+  return handle < 0 ? 0 : send(SCI_MARKERLINEFROMHANDLE, handle) + 1;
+}
+
+QStringList CodeView::messagesAtCaret() const {
+  const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS)) + 1;
+  QStringList messages;
+  for (std::size_t index = 0; index < marks_.size(); ++index) {
+    if (lineOfProblem(index) == line && !messages.contains(marks_[index].message))
+      messages.append(marks_[index].message);
+  }
+  return messages;
+}
+
+bool CodeView::goToProblem(SearchDirection direction) {
+  const bool forward = direction == SearchDirection::Forward;
+  const long mask = send(SCI_GETMARGINMASKN, markMargin);
+  const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
+  const unsigned int message = forward ? SCI_MARKERNEXT : SCI_MARKERPREVIOUS;
+  long found = send(message, forward ? line + 1 : line - 1, mask);
+  if (found < 0) found = send(message, forward ? 0 : send(SCI_GETLINECOUNT), mask);
+  if (found >= 0) goTo(found + 1, 1);
+  return found >= 0;
+}
+
+bool CodeView::replaceNext(const QString& word, const QString& replacement) {
+  const long begin = send(SCI_GETSELECTIONSTART);
+  const QByteArray bytes = replacement.toUtf8();
+  // The selection is the word when the search that may stay there does.
+  if (!word.isEmpty() && hasSelectedText() && selectedText().size() == word.size() &&
+      find(word, SearchDirection::Forward, true) && send(SCI_GETSELECTIONSTART) == begin) {
+    send(SCI_TARGETFROMSELECTION);
+    SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.constData());
+    send(SCI_SETEMPTYSELECTION, begin + bytes.size());
+  }
+  return find(word, SearchDirection::Forward, true);
+}
+
+int CodeView::replaceAll(const QString& word, const QString& replacement) {
+  const QByteArray sought = word.toUtf8();
+  const QByteArray bytes = replacement.toUtf8();
+  std::vector<std::size_t> places;
+  const std::string_view whole = text();
+  std::size_t from = 0;
+  while (const auto at = findWord(whole, {sought.data(), static_cast<std::size_t>(sought.size())}, from,
+                                  SearchDirection::Forward)) {
+    places.push_back(*at);
+    from = *at + static_cast<std::size_t>(sought.size());
+  }
+  send(SCI_BEGINUNDOACTION);
+  // From the end, so that the places before it stay where they are.
+  for (auto place = places.rbegin(); place != places.rend(); ++place) {
+    send(SCI_SETTARGETRANGE, static_cast<long>(*place), static_cast<long>(*place) + sought.size());
+    SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.constData());
+  }
+  send(SCI_ENDUNDOACTION);
+  return static_cast<int>(places.size());
+}
