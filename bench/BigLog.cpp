@@ -1,12 +1,13 @@
 // What huge build logs cost the build screen's view: the time until they are painted, memory, scrolling,
-// finding. Runs in the device, from script/bench; exit status 0 when every promise holds.
+// finding; and what a key costs in the editor of a long source. Runs in the device, from script/bench; exit
+// status 0 when every promise holds.
 #include "bench/FirstPaint.h"
 #include "bench/SideBySide.h"
 #include "build/BuildRunner.h"
 #include "core/FileManager.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
-#include "ui/controls/TextView.h"
+#include "ui/controls/CodeView.h"
 #include "workspace/Paths.h"
 
 #include <algorithm>
@@ -14,7 +15,9 @@
 #include <fstream>
 #include <malloc.h>
 #include <string>
+#include <vector>
 
+#include <QKeyEvent>
 #include <QScrollBar>
 
 namespace {
@@ -82,6 +85,42 @@ bool measure(Log log) {
   return holds;
 }
 
+// Every key of some lines that are typed in the middle of a source, until all of the editor is painted anew.
+bool typing() {
+  constexpr double allowed = 16;  // milliseconds
+  std::string source;
+  for (int hook = 0; hook < 4000; ++hook) {
+    source += "%hook Class" + std::to_string(hook) +
+              "\n- (void)setFoo:(id)foo bar:(int)bar {\n\tNSLog(@\"%@ is %d\", foo, bar % 5);"
+              " // said\n\t%orig;\n}\n";
+  }
+  CodeView view;
+  view.resize(820, 1180);
+  view.setFile(source, "Tweak.x");
+  view.show();
+  view.goTo(10'000, 1);
+  view.grab();
+  std::vector<double> taken;
+  const std::string typed = "\tif ([self foo:@\"x\" bar:1]) { /* %orig\n";
+  for (int round = 0; round < 10; ++round) {
+    for (const char letter : typed) {
+      taken.push_back(1000 * seconds([&] {
+                        QKeyEvent press(QEvent::KeyPress, letter == '\n' ? Qt::Key_Return : 0, Qt::NoModifier,
+                                        QString(QLatin1Char(letter)));
+                        QCoreApplication::sendEvent(&view, &press);
+                        QCoreApplication::processEvents();
+                        view.grab();
+                      }));
+    }
+  }
+  std::sort(taken.begin(), taken.end());
+  const double high = taken[taken.size() * 95 / 100];
+  const bool holds = high <= allowed && view.bytes().size() >= source.size() + 10 * typed.size();
+  std::printf("a key in 20,000 lines: 95th percentile %.1f ms to its paint, median %.1f, at most %.0f: %s\n",
+              high, taken[taken.size() / 2], allowed, holds ? "holds" : "MISSED");
+  return holds;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -95,6 +134,7 @@ int main(int argc, char** argv) {
   hold &= measure({"empty lines", std::string(huge, '\n'), 4, 8});
   hold &= measure({"one plain line", std::string(5'000'000, 'x'), 4, 8, 0.3});
   hold &= measure({"one line of any script", repeated("…مشروع ", 5'000'000), 4, 8, 0.3});
+  hold &= typing();
   removeItemAtPath(paths::makeLog);
   return hold ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -24,6 +24,27 @@ constexpr int manyFiles = 60;
 constexpr const char* chattyMakefile = R"(package:
 	@for n in $$(seq 1000 3000); do printf '\033[0;32m> \033[1;39mCompiling\033[m source number %s of a project that has quite a lot of them\n' $$n; done
 	@printf 'خطأ: Tweak.x:12:3: error: unknown type name\n'
+	@printf 'Interface/View.xm:9:9: error: use of undeclared identifier '"'colour'"'\n'
+	@printf 'Interface/View.xm:5:17: warning: unused variable '"'count'"' [-Wunused-variable]\n'
+)";
+constexpr const char* code = R"(#import <UIKit/UIKit.h>
+
+/* Colours for every part of Logos. */
+%hook UIView
+static int const count = 5 % 3;
+
+- (void)setFrame:(CGRect)frame animated:(BOOL)animated {
+	%orig;
+	[self setTintColor:colour];
+	NSLog(@"%@ moved to %d", self, count);  // said once
+}
+
+%new
+- (id)nameFor:(SEL)selector {
+	return animated ? NSStringFromSelector(@selector(setFrame:animated:)) : nil;
+}
+
+%end
 )";
 
 std::string folderOf(const std::string& project) {
@@ -42,6 +63,8 @@ void makeMuch() {
   createFileAtPath(busy + '/' + longName + ".xm");
   createFileAtPath(busy + "/واجهة.h");
   writeToFileAtomically(busy + "/Makefile", chattyMakefile);
+  createDirectoryAtPath(busy + "/Interface");
+  writeToFileAtomically(busy + "/Interface/View.xm", code);
 }
 
 void muchOfEverything(Album& album) {
@@ -69,6 +92,40 @@ void muchOfEverything(Album& album) {
   waitToSee("Reload");
 }
 
+// From the main screen to a place in a file, and from there to others.
+void places(Album& album) {
+  tap(localized(text::goToFile));
+  waitToSee(localized(text::projectFiles));
+  album.picture("go-to-file");
+  finger::type("new/Other.xm");
+  album.picture("go-to-new-file");
+  tap(localized(text::cancel));
+  waitToSee("Reload");
+  tap(localized(text::searchInProject));
+  finger::type("count");
+  waitToSee(localized(text::linesFound, {std::string("3")}));
+  album.picture("search-in-project");
+  tap("Interface/View.xm:10: NSLog(@\"%@ moved to %d\", self, count);  // said once");
+  finger::waitToSee("View.xm");
+  album.picture("editor-place");
+  auto* const editor = finger::find("File text");
+  QTest::keyClick(editor, Qt::Key_F8, Qt::ShiftModifier);
+  album.picture("editor-problem");
+  QTest::keyClick(editor, Qt::Key_H, Qt::ControlModifier);
+  finger::type("frame");
+  QTest::keyClicks(finger::find(localized(text::replaceBy)), "bounds");
+  album.picture("editor-replace");
+  tap(localized(text::replaceAll));
+  album.picture("editor-replaced");
+  tap("Close find");
+  tap(localized(text::goToLine));
+  waitToSee(localized(text::lineNumber));
+  album.picture("go-to-line");
+  tap(localized(text::cancel));
+  tap("Save");
+  waitToSee("Reload");
+}
+
 void noneChosen(Album& album) {
   tap("Delete");
   waitToSee(localized(text::deleteFilesOrProjects));
@@ -88,6 +145,7 @@ void stops::otherScreens(Album& album) {
   tap("Back");
   waitToSee("Reload");
   muchOfEverything(album);
+  places(album);
   noneChosen(album);
   showMissingTheos();
   waitToSee(localized(text::mustInstallTheos));

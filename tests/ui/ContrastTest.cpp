@@ -1,7 +1,9 @@
 // What stands on what, and how well it can be told from it. Prints the table.
 #include "RQAlertView/RQAlertView.h"
 #include "platform/ApplicationStyle.h"
+#include "ui/controls/CodeColours.h"
 #include "ui/controls/Looks.h"
+#include "ui/controls/Problems.h"
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
 
@@ -130,6 +132,15 @@ TEST(Contrast, TextsAndControlsStandOut) {
   buttonsOn("build buttons", colours::buildButtonGround);
   buttonsOn("Save and Cancel", colours::editorButtonGround);
   buttonsOn("links", colours::linkGround);
+  for (int part = 0; part < codeParts; ++part) {
+    for (const QColor& ground : {palette.color(QPalette::Base), colours::currentLine, colours::codeSelection})
+      table.push_back(
+          {"code, part " + std::to_string(part), colourOf(static_cast<CodePart>(part)), ground, text});
+  }
+  table.push_back({"line numbers", colours::lineNumber, palette.color(QPalette::Base), text});
+  table.push_back({"matching brackets", colours::bracket, colours::bracketGround, text});
+  for (const auto kind : {Problem::Kind::Error, Problem::Kind::Warning, Problem::Kind::Note})
+    table.push_back({"marks of problems", colourOf(kind), palette.color(QPalette::Base), control});
   table.push_back({"focus on the window", colours::focusRing, window, control});
   table.push_back({"focus on a file", colours::focusRing, colours::cellGround, control});
   for (const auto& row : table) {

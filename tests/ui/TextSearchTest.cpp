@@ -1,4 +1,7 @@
+// Finding words and files, and telling the parts of code apart.
+#include "ui/controls/CodeColours.h"
 #include "ui/controls/TextSearch.h"
+#include "workspace/ProjectSearch.h"
 
 #include <string>
 
@@ -45,6 +48,79 @@ TEST(TextSearch, GoesOnceRoundTheText) {
   EXPECT_EQ(findWordAround("xabx", "ab", 2, backward), 1U);
   EXPECT_EQ(findWordAround("xabx", "no", 2, backward), std::nullopt);
   EXPECT_EQ(findWordAround("", "a", 0, forward), std::nullopt);
+}
+
+TEST(ProjectSearch, TheBestFilesComeFirst) {
+  const std::vector<std::string> paths{"Makefile",       "Tweak.x",
+                                       "Sub/Tweak.x",    "layout/to/we/a/k",
+                                       "SettingsView.m", "prefs/RootListController.m",
+                                       "rlc.h",          "مشروع.txt"};
+  const struct {
+    const char* typed;
+    std::vector<const char*> best;  // the first of them, in this order
+    std::size_t count;
+  } table[] = {
+      {"", {"Makefile", "Tweak.x"}, 8},
+      {"tweak", {"Tweak.x", "Sub/Tweak.x", "layout/to/we/a/k"}, 3},
+      {"sub tw", {"Sub/Tweak.x"}, 1},
+      {"s/t", {"Sub/Tweak.x"}, 2},
+      {"rlc", {"rlc.h", "prefs/RootListController.m"}, 2},
+      {"SV", {"SettingsView.m"}, 1},
+      {"مشر", {"مشروع.txt"}, 1},
+      {"kk", {}, 0},
+  };
+  for (const auto& row : table) {
+    const std::vector<std::size_t> found = bestMatches(paths, row.typed);
+    EXPECT_EQ(found.size(), row.count) << row.typed;
+    for (std::size_t place = 0; place < std::min(row.best.size(), found.size()); ++place)
+      EXPECT_EQ(paths[found[place]], row.best[place]) << row.typed;
+  }
+}
+
+TEST(CodeColours, LogosIsToldFromWhatOnlyLooksLikeIt) {
+  // Below each byte its part: comment, literal, keyword, directive, name, or a blank.
+  const struct {
+    std::string line, parts;
+  } lines[] = {
+      {"%hook Foo // %orig", "DDDDD     CCCCCCCC"},
+      {"- (void)set:(id)x at:(int)y {", "   KKKK NNN  KK   NN  KKK    "},
+      {"  int r = 5 % orig;", "  KKK     L        "},
+      {"  return %orig(a, @\"%orig \\\" \");", "  KKKKKK DDDDD    LLLLLLLLLLLL  "},
+      {"  x = @\"open", "      LLLLLL"},
+      {"  [self log:a", "   KKKK NNN  "},
+      {"        with:b ? self : nil];", "        NNNN     KKKK   KKK  "},
+      {"  y = a ? b : c; /* from", "                 CCCCCCC"},
+      {"here */ @selector(a:b:) z:", "CCCCCCC KKKKKKKKK N N    "},
+      {"#import <A/B.h>", "DDDDDDD LLLLLLL"},
+      {"@end '\\'' 1'000u", "KKKK LLLL LLLLLL"},
+  };
+  int state = 0;
+  for (const auto& row : lines) {
+    std::string parts(row.line.size() + 1, '\0');
+    state = styleLogosLine(row.line + "\n", state, parts.data());
+    std::string shown;
+    for (const char part : parts.substr(0, row.line.size())) shown += " CLKDN"[static_cast<int>(part)];
+    // Of names only the colon is left open.
+    EXPECT_EQ(shown, row.parts.substr(0, row.line.size()) +
+                         std::string(row.line.size() - std::min(row.line.size(), row.parts.size()), ' '))
+        << row.line;
+  }
+}
+
+TEST(CodeColours, TheLanguageFollowsTheNameOrTheFirstBytes) {
+  const struct {
+    const char *name, *text;
+    CodeLanguage language;
+  } table[] = {{"/p/Makefile", "", CodeLanguage::Makefile},
+               {"common.mk", "", CodeLanguage::Makefile},
+               {"Tweak.xm", "", CodeLanguage::Logos},
+               {"a.plist", "<?xml", CodeLanguage::Xml},
+               {"a.plist", "{ Filter", CodeLanguage::Logos},
+               {"control", "", CodeLanguage::Control},
+               {"layout/DEBIAN/postinst", "", CodeLanguage::Shell},
+               {"run", "#!/bin/bash\n", CodeLanguage::Shell},
+               {"notes", "x", CodeLanguage::Plain}};
+  for (const auto& row : table) EXPECT_EQ(languageOf(row.name, row.text), row.language) << row.name;
 }
 
 }  // namespace

@@ -98,7 +98,8 @@ void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const
                                RQAlertView& dialog, std::size_t, const QString& title) {
     if (title == confirmTitle) confirmed(dialog.textFieldsArray().front()->text().toStdString());
   });
-  prompt->showAnimated();
+  prompt->setShouldDismissAnimated(question.animated);
+  prompt->showAnimated(question.animated);
 }
 
 void showNotice(const QString& title, const QString& message) {

@@ -44,6 +44,7 @@ struct OneLineQuestion {
   QString message;
   QString confirmTitle;
   QString initialText;  // null: the field starts empty
+  bool animated = true;
 };
 
 // The question that the project menu asks: the prompt of a shell, and "Confirm".

@@ -12,7 +12,9 @@
 #include "ui/controls/Problems.h"
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
+#include "ui/dialogs/ProjectDialogs.h"
 #include "ui/screens/AppDelegate.h"
+#include "ui/screens/PopOverNewController.h"
 #include "ui/screens/ui_MakePackage.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
@@ -166,6 +168,9 @@ void MakePackage::wireButtons() {
   addShortcut(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L);
   addShortcut(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R);
   addShortcut(*outlets_->infoButton, Qt::Key_F1);
+  wireProjectButtons(
+      *outlets_->goToFileButton, *outlets_->searchButton,
+      [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
   nameShortcut(*outlets_->backButton, Qt::Key_Escape);
   // When the application ends during a build, the commands have been stopped and the job waited for by now.
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });

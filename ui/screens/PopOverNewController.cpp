@@ -6,26 +6,42 @@
 #include "core/Process.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
+#include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
+#include "platform/UIWindow.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
+#include "ui/controls/Problems.h"
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
+#include "ui/dialogs/ProjectDialogs.h"
 #include "ui/screens/ui_PopOverNewController.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
 
 #include <map>
 
 #include <QPointer>
+#include <QShortcut>
 
 namespace {
 
 constexpr double loadDelay = 0.1;  // seconds; by then the main screen has recorded the pick
 constexpr std::size_t largestEditedFile = std::size_t{32} << 20;  // bytes
 
-// Where each file was left, by its path.
-std::map<std::string, TextView::Place>& leftPlaces() {
-  static std::map<std::string, TextView::Place> places;
+struct LeftPlace {
+  TextView::Place place;
+  std::size_t text = 0;  // the hash of what the file held: in another text the place means nothing
+};
+
+// Where each file was left, by its path. Forgotten with the application's window.
+std::map<std::string, LeftPlace>& leftPlaces() {
+  static std::map<std::string, LeftPlace> places;
+  static QPointer<UIWindow> window;
+  UIWindow* const now = UIApplication::sharedApplication()->appWindow();
+  if (window != now) places.clear();
+  window = now;
   return places;
 }
 
@@ -47,6 +63,46 @@ void PopOverNewController::loadView() {
   addShortcut(*outlets_->SaveButton, QKeySequence::Save);
   nameShortcut(*outlets_->CancelButton, Qt::Key_Escape);
   view->setFocusProxy(outlets_->PopOvetText);
+  wireToolBar();
+}
+
+void PopOverNewController::wireToolBar() {
+  CodeView& text = *outlets_->PopOvetText;
+  wireProjectButtons(
+      *outlets_->goToFileButton, *outlets_->searchButton,
+      [this](const std::string& path, long line, long column) { goTo(path, line, column); },
+      [&text] {
+        const QString selected = text.selectedText();
+        return selected.contains(QLatin1Char('\n')) ? QString() : selected;
+      });
+  const auto dress = [this](UIButton& button, const char* picture, const TextPair& name, auto action) {
+    button.setPicture(QLatin1String(picture));
+    button.setAccessibleName(localized(name));
+    connect(&button, &QPushButton::clicked, this, atEventBoundary(action));
+  };
+  dress(*outlets_->goToLineButton, "line", text::goToLine, [this] {
+    showGoToLine([editor = QPointer<PopOverNewController>(this)](long line, long column) {
+      if (editor) editor->outlets_->PopOvetText->goTo(line, column);
+    });
+  });
+  addShortcut(*outlets_->goToLineButton, Qt::CTRL | Qt::Key_G);
+  dress(*outlets_->findButton, "find", text::find, [this] { outlets_->findBar->open(); });
+  nameShortcut(*outlets_->findButton, QKeySequence::Find);
+  const auto wire = [&](const QKeySequence& keys, SearchDirection direction) {
+    connect(new QShortcut(keys, view()), &QShortcut::activated, this,
+            atEventBoundary([&text, direction] { text.goToProblem(direction); }));
+  };
+  wire(Qt::Key_F8, SearchDirection::Forward);
+  wire(Qt::SHIFT | Qt::Key_F8, SearchDirection::Backward);
+  outlets_->problemLabel->setFont(systemFontOfSize(metrics::smallTextSize));
+  outlets_->problemLabel->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
+                                             metrics::barSpacing);
+  connect(&LastBuild::shared(), &LastBuild::changed, this, atEventBoundary([this] { showProblems(); }));
+  connect(&text, &CodeView::caretLineChanged, this, [this, &text] {
+    const QStringList messages = text.messagesAtCaret();
+    outlets_->problemLabel->setText(messages.join(QLatin1Char('\n')));
+    outlets_->problemLabel->setVisible(!messages.isEmpty());
+  });
 }
 
 void PopOverNewController::viewDidLoad() {
@@ -64,7 +120,26 @@ void PopOverNewController::openAt(long line, long column) {
 
 void PopOverNewController::viewWillDisappear(bool animated) {
   UIViewController::viewWillDisappear(animated);
-  if (!path_.empty()) leftPlaces()[path_] = outlets_->PopOvetText->place();
+  keepPlace();
+}
+
+void PopOverNewController::keepPlace() {
+  if (!path_.empty()) leftPlaces()[path_] = {outlets_->PopOvetText->place(), textHash_};
+}
+
+void PopOverNewController::goTo(const std::string& path, long line, long column) {
+  if (fill(paths::projectFile, {currentProject(), path}) == path_) {
+    if (line > 0) outlets_->PopOvetText->goTo(line, column);
+    return;
+  }
+  leave([this, path, line, column] {
+    keepPlace();
+    SS(path);
+    openAt(line, column);
+    // The load that may still be to come would take back what is typed until then.
+    cancelPreviousPerformRequests(this);
+    Rep();
+  });
 }
 
 void PopOverNewController::Rep() {
@@ -75,22 +150,45 @@ void PopOverNewController::Rep() {
   const auto listing = path ? contentsOfDirectoryAtPath(*path) : std::nullopt;
   NSLog(fill("Cont %@", {listing ? MaybeText(described(*listing)) : std::nullopt}));
   if (listing) NSLog("Cont === Directory");
-  outlets_->PopOvetText->setBytes(text.value_or(std::string()));
+  outlets_->PopOvetText->setFile(text.value_or(std::string()), path.value_or(std::string()));
   path_ = path.value_or(std::string());
+  showProblems();
+  textHash_ = std::hash<std::string>()(text.value_or(std::string()));
   if (line_ > 0) {
     outlets_->PopOvetText->goTo(line_, column_);
-  } else if (const auto left = leftPlaces().find(path_); left != leftPlaces().end()) {
-    outlets_->PopOvetText->goTo(left->second);
+  } else if (const auto left = leftPlaces().find(path_);
+             left != leftPlaces().end() && left->second.text == textHash_) {
+    outlets_->PopOvetText->goTo(left->second.place);
   }
   if (!text || text->empty())
     NSLog(fill("Empty %@", {text ? MaybeText(pathExtension(*text)) : std::nullopt}));
+}
+
+void PopOverNewController::showProblems() {
+  const LastBuild& build = LastBuild::shared();
+  problems_.clear();
+  std::vector<Problem> shown;
+  for (std::size_t index = 0; index < build.problems().size(); ++index) {
+    const Problem& problem = build.problems()[index];
+    if (!build.project() || fill(paths::projectFile, {build.project(), problem.file}) != path_) continue;
+    problems_.push_back(index);
+    shown.push_back(problem);
+  }
+  outlets_->PopOvetText->setProblems(shown);
 }
 
 bool PopOverNewController::writeText() {
   const MaybeText path = pickedFile();
   keepHistory();
   // The empty editor of a file that is only too large for it must not take the file's place.
-  return path && !isTooLarge_ && writeToFileAtomically(*path, outlets_->PopOvetText->bytes());
+  const std::string bytes = outlets_->PopOvetText->bytes();
+  if (!path || isTooLarge_ || !writeToFileAtomically(*path, bytes)) return false;
+  textHash_ = std::hash<std::string>()(bytes);
+  for (std::size_t index = 0; index < problems_.size(); ++index) {
+    if (const long line = outlets_->PopOvetText->lineOfProblem(index); line > 0)
+      LastBuild::shared().moveTo(problems_[index], static_cast<int>(line));
+  }
+  return true;
 }
 
 void PopOverNewController::SaveButton() {

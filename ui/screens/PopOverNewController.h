@@ -6,14 +6,15 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Ui {
 class PopOverNewController;
 }
 class RQAlertView;
 
-// Comes up empty and loads the picked file a moment later, at the place where its last editor was left. A
-// file that is missing, no text in UTF-8, or a folder stays empty, and saving then empties it; only a file
+// Comes up empty and loads the picked file a moment later, where its last editor was left if it is unchanged.
+// A file that is missing, no text in UTF-8, or a folder stays empty, and saving then empties it; only a file
 // that is too large to be edited is left as it is.
 class PopOverNewController : public UIViewController {
   Q_OBJECT
@@ -44,6 +45,12 @@ class PopOverNewController : public UIViewController {
   void viewWillDisappear(bool animated) override;
 
  private:
+  void wireToolBar();
+  void keepPlace();
+  // Opens another file of the project in this editor, or another place of the same file.
+  void goTo(const std::string& path, long line, long column);
+  // Marks those of the last build that are in this file.
+  void showProblems();
   // False when the file is as it was.
   bool writeText();
   bool hasUnsavedText() const;
@@ -52,9 +59,11 @@ class PopOverNewController : public UIViewController {
   void leave(const std::function<void()>& away);
 
   std::unique_ptr<Ui::PopOverNewController> outlets_;
+  std::vector<std::size_t> problems_;  // that are marked: indices of the last build's
   bool isTooLarge_ = false;
-  std::string path_;  // the loaded file's; empty before it is loaded
-  long line_ = 0;     // where it is to be opened; 0: where it was left
+  std::string path_;          // the loaded file's; empty before it is loaded
+  std::size_t textHash_ = 0;  // of what the file held when it was loaded or saved last
+  long line_ = 0;             // where it is to be opened; 0: where it was left
   long column_ = 0;
   // The last time that it asked.
   std::weak_ptr<RQAlertView> question_;

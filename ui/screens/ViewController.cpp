@@ -4,11 +4,13 @@
 #include "core/FileManager.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
+#include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
+#include "ui/dialogs/ProjectDialogs.h"
 #include "ui/menus/Menus.h"
 #include "ui/screens/Dev.h"
 #include "ui/screens/MakePackage.h"
@@ -60,6 +62,11 @@ void ViewController::wireButtons() {
   }
   wire(outlets_->firstProjectButton, "new", &ViewController::NewProject);
   wire(outlets_->otherProjectButton, "choose", &ViewController::ChooseProjectButton);
+  wireProjectButtons(
+      *outlets_->goToFileButton, *outlets_->searchButton,
+      [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
+  NSNotificationCenter::defaultCenter().addObserver(this, ProjectFilesDidChangeNotification, nullptr,
+                                                    [this](const NSNotification&) { Reload(); });
   connect(outlets_->TableVV, &FileListView::rowPicked, this,
           atEventBoundary([this](int row) { didSelectRow(row); }));
 }

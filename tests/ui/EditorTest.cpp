@@ -1,0 +1,227 @@
+// Writing code: what the editor does while one types, and the ways to other files and places.
+#include "support/Tree.h"
+#include "tests/ui/Screens.h"
+#include "ui/controls/CodeView.h"
+#include "ui/screens/PopOverNewController.h"
+
+#include <QAccessible>
+#include <QLineEdit>
+#include <QListView>
+
+namespace {
+
+using finger::sees;
+using finger::tap;
+using finger::waitToSee;
+using finger::waitUntil;
+
+class Editor : public Screens {
+ protected:
+  // Keys reach their shortcuts only in a window that is active.
+  void startActive() {
+    start();
+    UIScreen::mainScreen()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+  }
+  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  }
+  static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+  static CodeView& editor() { return *qobject_cast<CodeView*>(finger::find("File text")); }
+  static std::size_t caret() { return editor().selectionBegin(); }
+  static QListView& list(const TextPair& name) {
+    return *qobject_cast<QListView*>(finger::find(localized(name)));
+  }
+  static QStringList rows(const TextPair& name) {
+    QStringList texts;
+    const QAbstractItemModel& model = *list(name).model();
+    for (int row = 0; row < model.rowCount(); ++row) texts << model.index(row, 0).data().toString();
+    return texts;
+  }
+  // Opens a file by what is typed of its name.
+  static void goToFile(const QString& typed, const QString& shown) {
+    press(Qt::Key_E, Qt::ControlModifier);
+    waitToSee(localized(text::projectFiles));
+    typeText(typed);
+    press(Qt::Key_Return);
+    waitToSee(shown);
+  }
+};
+
+TEST_F(Editor, FilesOfAnyFolderAreOpenedAndMadeByKeysInBothLanguages) {
+  inBothLanguages([this] {
+    const std::string folder = makeProject({{"Tweak.x", "%hook A\n"},
+                                            {"sub/Deep.x", "deep\n"},
+                                            {".theos/obj/Deep.x", "left out"},
+                                            {"sub/.theos/Deep.x", "left out"}});
+    startActive();
+    press(Qt::Key_E, Qt::ControlModifier);
+    waitToSee(localized(text::projectFiles));
+    EXPECT_EQ(rows(text::projectFiles), QStringList({"Tweak.x", "sub/Deep.x"}));
+    typeText("../x");
+    EXPECT_EQ(rows(text::projectFiles), QStringList()) << "nothing is made above the project";
+    press(Qt::Key_Escape);
+    waitToSee("Files");
+    goToFile("deep", "Deep.x");
+    EXPECT_EQ(editor().bytes(), "deep\n");
+    typeText("// mine ");
+    press(Qt::Key_E, Qt::ControlModifier);
+    waitToSee(localized(text::projectFiles));
+    typeText("new/dir/More.xm");
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    waitToSee(localized(text::saveChanges));
+    tap(localized(text::cancel));
+    waitToSee("Deep.x");
+    EXPECT_EQ(editor().bytes(), "// mine deep\n");
+    goToFile("tweak", localized(text::saveChanges));
+    tap(localized(text::save));
+    waitToSee("Tweak.x");
+    EXPECT_EQ(fileAt(folder + "sub/Deep.x"), "// mine deep\n");
+    EXPECT_EQ(fileAt(folder + "new/dir/More.xm"), "");
+    typeText("x");
+    leaveEditor("Save");
+    EXPECT_EQ(fileAt(folder + "Tweak.x"), "x%hook A\n");
+    EXPECT_TRUE(sees("new")) << "the list shows the folder that was made";
+  });
+}
+
+TEST_F(Editor, TheFileListIsFilteredAmongTenThousandWithoutAWait) {
+  const std::string folder = makeProject({{"Tweak.x", ""}});
+  for (int number = 0; number < 10'000; ++number)
+    putFile(folder + "d" + std::to_string(number % 10) + "/Source" + std::to_string(number) + ".m", "");
+  startActive();
+  press(Qt::Key_E, Qt::ControlModifier);
+  waitToSee(localized(text::projectFiles));
+  EXPECT_EQ(rows(text::projectFiles).size(), 10'001);
+  typeText("src77.m");
+  EXPECT_EQ(rows(text::projectFiles).front(), "d7/Source77.m");
+  QAccessibleInterface* const items = QAccessible::queryAccessibleInterface(&list(text::projectFiles));
+  ASSERT_GT(items->childCount(), 0);
+  EXPECT_EQ(items->child(0)->text(QAccessible::Name), "d7/Source77.m");
+  EXPECT_EQ(items->child(0)->role(), QAccessible::ListItem);
+}
+
+TEST_F(Editor, LinesOfTheWholeProjectAreFoundAndOpenedInBothLanguages) {
+  inBothLanguages([this] {
+    const std::string word = "it's $(touch /tmp/made) -e";
+    const std::string folder = makeProject({{"Tweak.x", "one\n\tNSLog(\"" + word + "\");\n"},
+                                            {"sub/a.m", "// IT'S $(touch /tmp/made) -e\nother"},
+                                            {"binary", std::string("\0\1", 2) + word},
+                                            {".theos/log", word}});
+    startActive();
+    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    waitToSee(localized(text::searchResults));
+    typeText(QString::fromStdString(word));
+    press(Qt::Key_Return);
+    waitToSee(localized(text::linesFound, {std::string("2")}));
+    EXPECT_FALSE(fileExistsAtPath("/tmp/made"));
+    tap("sub/a.m:1: // IT'S $(touch /tmp/made) -e");
+    waitToSee("a.m");
+    EXPECT_EQ(caret(), 3U);
+    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+    waitToSee(localized(text::searchResults));
+    typeText("nslog");
+    press(Qt::Key_Return);
+    waitToSee(localized(text::linesFound, {std::string("1")}));
+    press(Qt::Key_Return);
+    waitToSee("Tweak.x");
+    EXPECT_EQ(caret(), 5U);
+    leaveEditor("Cancel");
+  });
+}
+
+TEST_F(Editor, ASearchIsBoundedAndEndsWithItsDialog) {
+  std::string lines;
+  for (int line = 0; line < 5000; ++line) lines += "same\n";
+  makeProject({{"f", lines}});
+  mkfifo((device::projects + "P/waits").c_str(), 0600);
+  startActive();
+  press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  waitToSee(localized(text::searchResults));
+  typeText("same");
+  waitToSee(localized(text::onlyFirstLines, {std::string("2000")}));
+  EXPECT_EQ(rows(text::searchResults).size(), 2000);
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+}
+
+TEST_F(Editor, IndentationReplacingAndGoingToALineChangeWhatTheyShouldAndNoMore) {
+  const std::string before =
+      "\xEF\xBB\xBF"
+      "a {\r\n  two\r\nthree\r\n\n\xE2\x80\xA8 one One\rone";
+  const std::string folder = makeProject({{"f.m", before}});
+  startActive();
+  openEditor("f.m");
+  CodeView& text = editor();
+  press(Qt::Key_G, Qt::ControlModifier);
+  waitToSee(localized(text::goToLine));
+  typeText("2:3");
+  press(Qt::Key_Return);
+  waitToSee("File text");
+  EXPECT_EQ(caret(), 7U);
+  press(Qt::Key_Down, Qt::ShiftModifier);
+  press(Qt::Key_Tab);
+  EXPECT_EQ(text.bytes(),
+            "\xEF\xBB\xBF"
+            "a {\r\n    two\r\n  three\r\n\n\xE2\x80\xA8 one One\rone");
+  press(Qt::Key_Backtab);
+  EXPECT_EQ(text.bytes(), before);
+  press(Qt::Key_H, Qt::ControlModifier);
+  finger::type("one");
+  QTest::keyClicks(finger::find(localized(text::replaceBy)), "number");
+  tap(localized(text::replaceAll));
+  EXPECT_TRUE(sees(localized(text::replacedCount, {std::string("3")})));
+  EXPECT_NE(text.bytes().find(" number number\rnumber"), std::string::npos);
+  press(Qt::Key_Escape);
+  press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(text.bytes(), before) << "one step";
+  text.goTo(1, 4);
+  press(Qt::Key_Return);
+  typeText("if (x) {");
+  press(Qt::Key_Return);
+  typeText("y;");
+  press(Qt::Key_Return);
+  typeText("}");
+  EXPECT_TRUE(
+      text.bytes().starts_with("\xEF\xBB\xBF"
+                               "a {\r\n  if (x) {\r\n    y;\r\n  }\r\n  two\r\n"));
+  leaveEditor("Save");
+  EXPECT_TRUE(fileAt(folder + "f.m").ends_with(before.substr(6)));
+}
+
+TEST_F(Editor, EachFileIsOpenedWhereItWasLeft) {
+  std::string lines;
+  for (int line = 1; line <= 400; ++line) lines += "line " + std::to_string(line) + '\n';
+  makeProject({{"long", lines}, {"other", "x"}});
+  startActive();
+  openEditor("long").goTo(300, 3);
+  const int top = editor().firstVisibleLine();
+  EXPECT_GT(top, 200);
+  goToFile("other", "other");
+  EXPECT_EQ(caret(), 0U);
+  leaveEditor("Cancel");
+  openEditor("long");
+  EXPECT_EQ(caret(), lines.find("line 300") + 2);
+  EXPECT_NEAR(editor().firstVisibleLine(), top, 1);
+  leaveEditor("Cancel");
+}
+
+TEST_F(Editor, MarksMoveWithTheText) {
+  makeProject({{"f.x", "one\ntwo words\nthree\n"}});
+  startActive();
+  openEditor("f.x");
+  CodeView& text = editor();
+  text.setProblems({{.file = "f.x", .line = 2, .column = 5, .message = "unknown words"},
+                    {.file = "f.x", .line = 9, .kind = Problem::Kind::Warning, .message = ""}});
+  press(Qt::Key_Return);
+  press(Qt::Key_F8);
+  EXPECT_EQ(caret(), 5U);
+  waitToSee("unknown words");
+  press(Qt::Key_Up);
+  waitToMiss("unknown words");
+  text.setModified(false);
+  leaveEditor("Cancel");
+}
+
+}  // namespace

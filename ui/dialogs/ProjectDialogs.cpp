@@ -1,0 +1,367 @@
+#include "ui/dialogs/ProjectDialogs.h"
+
+#include "RQAlertView/RQAlertView.h"
+#include "core/FileManager.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
+#include "platform/NSNotificationCenter.h"
+#include "platform/UIKeyboard.h"
+#include "platform/UIScreen.h"
+#include "ui/Localized.h"
+#include "ui/controls/RowListView.h"
+#include "ui/controls/UIButton.h"
+#include "ui/dialogs/Dialogs.h"
+#include "workspace/CurrentProject.h"
+#include "workspace/Paths.h"
+#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectSearch.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+#include <vector>
+
+#include <QAbstractListModel>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int widestDialog = 560;
+constexpr int sideMargin = 16;
+constexpr int tallestContent = 480;
+constexpr int leastContent = 150;
+constexpr int roomAround = 150;   // what else the dialog has: title, button, margins
+constexpr int typingPause = 150;  // milliseconds without a key before a search begins
+constexpr std::size_t mostLines = 2000;
+
+struct Row {
+  QString name;    // read by assistive technology
+  QString title;   // shown
+  QString detail;  // shown below it; may be empty
+};
+
+class RowModel : public QAbstractListModel {
+ public:
+  using QAbstractListModel::QAbstractListModel;
+
+  int rowCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+  }
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (index.row() < 0 || index.row() >= rowCount()) return {};
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    if (role == Qt::DisplayRole) return row.name;
+    if (role == RowListView::TitleRole) return row.title;
+    return role == RowListView::DetailRole ? row.detail : QVariant();
+  }
+  void setRows(std::vector<Row> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+  }
+  void addRows(std::vector<Row> rows) {
+    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
+    std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+    endInsertRows();
+  }
+
+ private:
+  std::vector<Row> rows_;
+};
+
+// What such a dialog consists of: a field, rows that follow what is typed there, and a line about them. The
+// arrow keys move in the rows while the field keeps the focus.
+class PickPanel : public QWidget {
+ public:
+  PickPanel(const TextPair& fieldName, const TextPair& listName)
+      : field_(new RQAlertViewTextField(this)), list_(new RowListView(this)), note_(new QLabel(this)) {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(metrics::barPadding);
+    field_->setPlaceholder(localized(fieldName));
+    field_->setFont(systemFontOfSize(metrics::bodyTextSize));
+    field_->setMinimumHeight(metrics::touchSize);
+    field_->setColors(grey(69), Qt::white);
+    field_->setTintColor(palette().color(QPalette::Link));
+    field_->setClearButtonMode(UITextFieldViewMode::WhileEditing);
+    field_->installEventFilter(this);
+    layout->addWidget(field_);
+    list_->setAccessibleName(localized(listName));
+    list_->setBackgroundColor(colours::cellGround);
+    list_->setSeparatorColor(colours::separator);
+    list_->setMarksCurrent(true);
+    list_->setModel(&rows_);
+    layout->addWidget(list_, 1);
+    note_->setFont(systemFontOfSize(metrics::smallTextSize));
+    note_->setTextFormat(Qt::PlainText);
+    note_->hide();
+    layout->addWidget(note_);
+  }
+
+  RQAlertViewTextField& field() { return *field_; }
+  RowListView& list() { return *list_; }
+
+  void setRows(std::vector<Row> rows) {
+    rows_.setRows(std::move(rows));
+    list_->scrollToTop();
+    list_->setCurrentIndex(rows_.index(0));
+  }
+  void addRows(std::vector<Row> rows) {
+    if (rows.empty()) return;
+    rows_.addRows(std::move(rows));
+    if (!list_->currentIndex().isValid()) list_->setCurrentIndex(rows_.index(0));
+  }
+  void setNote(const QString& note) {
+    note_->setText(note);
+    note_->setVisible(!note.isEmpty());
+  }
+  // Return in the field calls this before it picks a row; true where it has done what there was to do.
+  std::function<bool()> entered;
+
+  QSize sizeHint() const override {
+    const int room = UIScreen::mainScreen()->height() - roomAround;
+    return {widestDialog, std::clamp(room, leastContent, tallestContent)};
+  }
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const int rows = rows_.rowCount();
+    const int row = list_->currentIndex().row();
+    switch (key) {
+      case Qt::Key_Return:
+      case Qt::Key_Enter:
+        if (isRepeated(*static_cast<QKeyEvent*>(event)) || (entered && entered())) return true;
+        if (row >= 0) emit list_->rowPicked(row);
+        return true;
+      case Qt::Key_Up:
+      case Qt::Key_Down:
+        // Round the ends, so that the last row is one key away.
+        if (rows > 0) goTo((row + (key == Qt::Key_Down ? 1 : rows - 1)) % rows);
+        return true;
+      case Qt::Key_PageUp:
+      case Qt::Key_PageDown: {
+        const int page = std::max(list_->viewport()->height() / metrics::rowHeight, 1);
+        if (rows > 0) goTo(std::clamp(row + (key == Qt::Key_PageDown ? page : -page), 0, rows - 1));
+        return true;
+      }
+      default:
+        return QWidget::eventFilter(object, event);
+    }
+  }
+
+ private:
+  void goTo(int row) {
+    list_->setCurrentIndex(rows_.index(row));
+    list_->scrollTo(rows_.index(row));
+  }
+
+  RQAlertViewTextField* field_;
+  RowListView* list_;
+  QLabel* note_;
+  RowModel rows_;
+};
+
+// `picked` is called with the row once the dialog has gone.
+void show(PickPanel* panel, const TextPair& title, std::function<void(int row)> picked) {
+  const auto dialog =
+      RQAlertView::alertViewWithViewAndTitle(localized(title), QString(), RQAlertViewStyle::Alert, panel,
+                                             QStringList(), localized(text::cancel), QString());
+  dressAsMessage(*dialog);
+  const QSize room = UIScreen::mainScreen()->size();
+  dialog->setWidth(std::min(widestDialog, std::min(room.width(), room.height()) - sideMargin));
+  QObject::connect(&panel->list(), &RowListView::rowPicked, panel,
+                   atEventBoundary([weak = std::weak_ptr(dialog), picked = std::move(picked)](int row) {
+                     const std::shared_ptr<RQAlertView> shown = weak.lock();
+                     if (shown && shown->isShowing())
+                       shown->dismissAnimated(false, [picked, row] { picked(row); });
+                   }));
+  dialog->setShouldDismissAnimated(false);
+  dialog->setDidShowHandler([panel](RQAlertView&) { panel->field().setFocus(Qt::OtherFocusReason); });
+  dialog->show();
+}
+
+void create(const std::string& path, const PlaceChosen& chosen) {
+  if (!createProjectFile(path))
+    return showNotice(localized(text::fileNotCreated, {shownName(path).toStdString()}));
+  NSNotificationCenter::defaultCenter().postNotificationName(ProjectFilesDidChangeNotification, nullptr);
+  chosen(path, 0, 0);
+}
+
+// The rows for what is typed: indices of files, and at the end where that is possible a file to be made.
+struct FileChoice {
+  std::vector<std::string> files = currentProjectFiles();
+  std::vector<std::size_t> matches;
+  std::string newFile;  // empty: none
+};
+
+Row fileRow(const std::string& path) {
+  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  return {shownName(path), shownName(path.substr(folder.size())), shownName(folder)};
+}
+
+void filter(FileChoice& choice, PickPanel& panel) {
+  const std::string typed = withoutBlanks(panel.field().text().toStdString());
+  choice.matches = bestMatches(choice.files, typed);
+  const bool isNew = isBelowProject(typed) &&
+                     !fileExistsAtPath(fill(paths::projectFile, {currentProject(), typed})) &&
+                     fileExistsAtPath(fill(paths::project, {currentProject()}));
+  choice.newFile = isNew ? typed : std::string();
+  std::vector<Row> rows;
+  rows.reserve(choice.matches.size() + 1);
+  for (const std::size_t index : choice.matches) rows.push_back(fileRow(choice.files[index]));
+  if (isNew) {
+    const QString title = localized(text::createFile, {shownName(typed).toStdString()});
+    rows.push_back({title, title, {}});
+  }
+  panel.setRows(std::move(rows));
+}
+
+// A search that goes on on another thread until the dialog goes or something else is typed.
+class Search : public QObject {
+ public:
+  Search(PickPanel& panel) : QObject(&panel), panel_(panel) {
+    pause_.setSingleShot(true);
+    connect(&pause_, &QTimer::timeout, this, atEventBoundary([this] { start(); }));
+    connect(&panel.field(), &QLineEdit::textChanged, this, atEventBoundary([this] {
+      stop();
+      lines_.clear();
+      panel_.setRows({});
+      panel_.setNote({});
+      pause_.start(typingPause);
+    }));
+    panel.entered = [this] {
+      if (!pause_.isActive()) return false;
+      start();
+      return true;
+    };
+  }
+  ~Search() override { stop(); }
+
+  const FoundLine& line(int row) const { return lines_.at(static_cast<std::size_t>(row)); }
+
+ private:
+  void stop() {
+    if (ended_) *ended_ = true;
+  }
+
+  void start() {
+    pause_.stop();
+    stop();
+    const std::string word = panel_.field().text().toStdString();
+    if (word.empty()) return;
+    ended_ = std::make_shared<std::atomic<bool>>(false);
+    panel_.setNote(localized(text::searching));
+    dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0),
+                   [word, ended = ended_, self = QPointer<Search>(this)] {
+                     std::size_t count = 0;
+                     const auto report = [&](std::vector<FoundLine> lines, bool isLast) {
+                       dispatch_async(dispatch_get_main_queue(),
+                                      [self, ended, isLast, lines = std::move(lines)] {
+                                        if (!*ended && self) self->add(lines, isLast);
+                                      });
+                     };
+                     searchCurrentProject(word, [&](std::vector<FoundLine> lines) {
+                       count += lines.size();
+                       if (!lines.empty() && !*ended) report(std::move(lines), false);
+                       return !*ended && count < mostLines;
+                     });
+                     report({}, true);
+                   });
+  }
+
+  void add(const std::vector<FoundLine>& lines, bool isLast) {
+    std::vector<Row> rows;
+    for (const FoundLine& line : lines) {
+      if (lines_.size() == mostLines) break;
+      const QString place = shownName(line.path) + QLatin1Char(':') + QString::number(line.line);
+      const QString text = shownName(line.text);
+      rows.push_back({place + QStringLiteral(": ") + text, text, place});
+      lines_.push_back(line);
+    }
+    panel_.addRows(std::move(rows));
+    if (!isLast) return;
+    const TextPair& note = lines_.empty()               ? text::noMatch
+                           : lines_.size() == mostLines ? text::onlyFirstLines
+                                                        : text::linesFound;
+    panel_.setNote(localized(note, {std::to_string(lines_.size())}));
+  }
+
+  PickPanel& panel_;
+  QTimer pause_;
+  std::vector<FoundLine> lines_;
+  std::shared_ptr<std::atomic<bool>> ended_;
+};
+
+}  // namespace
+
+void showGoToFile(PlaceChosen chosen) {
+  auto* const panel = new PickPanel(text::fileName, text::projectFiles);
+  const auto choice = std::make_shared<FileChoice>();
+  filter(*choice, *panel);
+  if (choice->files.size() == mostProjectFiles)
+    panel->setNote(localized(text::onlyFirstFiles, {std::to_string(mostProjectFiles)}));
+  QObject::connect(&panel->field(), &QLineEdit::textChanged, panel,
+                   atEventBoundary([panel, choice] { filter(*choice, *panel); }));
+  show(panel, text::goToFile, [choice, chosen = std::move(chosen)](int row) {
+    const auto index = static_cast<std::size_t>(row);
+    if (index < choice->matches.size()) return chosen(choice->files[choice->matches[index]], 0, 0);
+    if (!choice->newFile.empty()) create(choice->newFile, chosen);
+  });
+}
+
+void showProjectSearch(const QString& word, PlaceChosen chosen) {
+  auto* const panel = new PickPanel(text::searchedText, text::searchResults);
+  auto* const search = new Search(*panel);
+  panel->field().setText(word);
+  panel->field().selectAll();
+  // The lines outlive the panel, which goes with the dialog.
+  const auto picked = std::make_shared<FoundLine>();
+  QObject::connect(&panel->list(), &RowListView::rowPicked, panel,
+                   [search, picked](int row) { *picked = search->line(row); });
+  show(panel, text::searchInProject,
+       [picked, chosen = std::move(chosen)](int) { chosen(picked->path, picked->line, picked->column); });
+}
+
+void showGoToLine(std::function<void(long line, long column)> chosen) {
+  const OneLineQuestion question{localized(text::goToLine), localized(text::lineNumber),
+                                 localized(text::confirm), QString(), false};
+  showOneLinePrompt(question, [chosen = std::move(chosen)](const std::string& typed) {
+    // Digits of any script; what else there is parts them.
+    long numbers[2] = {0, 0};
+    int count = 0;
+    bool inside = false;
+    for (const QChar character : QString::fromStdString(typed)) {
+      const int digit = character.digitValue();
+      if (digit < 0) {
+        count += inside ? 1 : 0;
+        if (count == 2) break;
+      } else if (numbers[count] < 100'000'000) {
+        numbers[count] = 10 * numbers[count] + digit;
+      }
+      inside = digit >= 0;
+    }
+    if (numbers[0] > 0) chosen(numbers[0], std::max(numbers[1], 1L));
+  });
+}
+
+void wireProjectButtons(UIButton& goToFile, UIButton& search, const PlaceChosen& chosen,
+                        std::function<QString()> selected) {
+  const auto wire = [](UIButton& button, const char* picture, const TextPair& name, const QKeySequence& keys,
+                       auto action) {
+    button.setPicture(QLatin1String(picture));
+    button.setAccessibleName(localized(name));
+    addShortcut(button, keys);
+    QObject::connect(&button, &QPushButton::clicked, &button, atEventBoundary(action));
+  };
+  wire(goToFile, "files", text::goToFile, Qt::CTRL | Qt::Key_E, [chosen] { showGoToFile(chosen); });
+  wire(search, "search", text::searchInProject, Qt::CTRL | Qt::SHIFT | Qt::Key_F,
+       [chosen, selected = std::move(selected)] {
+         showProjectSearch(selected ? selected() : QString(), chosen);
+       });
+}
