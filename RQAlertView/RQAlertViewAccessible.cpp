@@ -1,8 +1,5 @@
-#include "RQAlertView/RQAlertViewAccessible.h"
-
-#include "RQAlertView/RQAlertView.h"
+// A dialog as assistive technology sees it.
 #include "RQAlertView/RQAlertViewBox.h"
-#include "RQAlertView/RQAlertViewButtonList.h"
 
 #include <unordered_map>
 
@@ -12,23 +9,23 @@
 
 namespace {
 
-// A plain widget over the others is nothing to a screen reader, so the box has to say itself what it is.
+// To a screen reader a plain widget is only a filler, so the box states its role.
 class AccessibleBox : public QAccessibleWidget {
  public:
   explicit AccessibleBox(RQAlertViewBox* box) : QAccessibleWidget(box) {}
 
   QAccessible::Role role() const override {
-    const RQAlertView& alertView = box()->alertView();
+    const RQAlertViewModel& dialog = box()->dialog();
     const bool asks =
-        alertView.style() == RQAlertViewStyle::ActionSheet || alertView.type() == RQAlertViewType::TextFields;
+        dialog.style == RQAlertViewStyle::ActionSheet || dialog.type == RQAlertViewType::TextFields;
     return asks ? QAccessible::Dialog : QAccessible::AlertMessage;
   }
 
   QString text(QAccessible::Text which) const override {
-    const RQAlertView& alertView = box()->alertView();
-    if (which == QAccessible::Description) return alertView.message();
+    const RQAlertViewModel& dialog = box()->dialog();
+    if (which == QAccessible::Description) return dialog.message;
     if (which != QAccessible::Name) return QAccessibleWidget::text(which);
-    for (const QString& text : {alertView.title(), alertView.message(), alertView.progressLabelText()}) {
+    for (const QString& text : {dialog.title, dialog.message, dialog.progressLabelText}) {
       if (!text.isEmpty()) return text;
     }
     return RQAlertViewBox::tr("Dialog");

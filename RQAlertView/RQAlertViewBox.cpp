@@ -1,19 +1,17 @@
 #include "RQAlertView/RQAlertViewBox.h"
 
-#include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewHeader.h"
 #include "RQAlertView/RQAlertViewHelper.h"
-#include "RQAlertView/RQAlertViewMetrics.h"
 #include "platform/EventLoop.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <QKeyEvent>
 
-namespace {
-
 using namespace RQAlertViewMetrics;
+
+namespace {
 
 constexpr int separatorThickness = 1;  // the room for a hairline
 
@@ -21,26 +19,30 @@ int rounded(double length) {
   return static_cast<int>(std::lround(length));
 }
 
-RQAlertViewRow cancelRowOf(const RQAlertView& alertView) {
-  return {RQAlertViewButtonKind::Cancel, 0, alertView.cancelButtonTitle()};
+// A button may be in the middle of its own click.
+void discard(RQAlertViewButton* button) {
+  if (!button) return;
+  button->hide();
+  button->deleteLater();
 }
 
 }  // namespace
 
-RQAlertViewBox::RQAlertViewBox(const RQAlertView& alertView, RQAlertViewContentArea* content, QWidget* parent)
+RQAlertViewBox::RQAlertViewBox(std::shared_ptr<const RQAlertViewModel> dialog, RQAlertViewPress press,
+                               QWidget* parent)
     : QWidget(parent),
-      alertView_(alertView),
-      card_(new RQAlertViewShadowView(this)),
-      cancelCard_(new RQAlertViewShadowView(this)),
-      header_(new RQAlertViewHeader(alertView, content, this)),
-      border_(new RQAlertViewBorderView(this)),
-      cancelBorder_(new RQAlertViewBorderView(this)) {
+      dialog_(std::move(dialog)),
+      press_(std::move(press)),
+      card_(new RQAlertViewShadowView(dialog_, this)),
+      cancelCard_(new RQAlertViewShadowView(dialog_, this)),
+      header_(new RQAlertViewHeader(dialog_, this)),
+      border_(new RQAlertViewBorderView(dialog_, this)),
+      cancelBorder_(new RQAlertViewBorderView(dialog_, this)) {
   // Shown one by one: a picture of the box is taken before the box itself is shown.
   card_->show();
   header_->show();
+  hide();
 }
-
-RQAlertViewBox::~RQAlertViewBox() = default;
 
 bool RQAlertViewBox::holdsFocus() const {
   const QWidget* focused = window()->focusWidget();
@@ -49,38 +51,34 @@ bool RQAlertViewBox::holdsFocus() const {
 
 void RQAlertViewBox::layOutIn(const QRect& room) {
   const bool heldFocus = holdsFocus();
-  const int width = std::min(rounded(alertView_.width()), room.width());
-  applyLooks(width);
-  const double offset = alertView_.offsetVertical();
-  const double most = std::min(alertView_.heightMax(), room.height() - 2 * offset);
-  const Heights heights = heightsFor(width, most);
+  const RQAlertViewAppearance& look = dialog_->appearance;
+  const int width = std::min(rounded(dialog_->width()), room.width());
+  header_->applyLooks();
+  arrangeButtons(width);
+  const Heights heights =
+      heightsFor(width, std::min(look.heightMax, room.height() - 2 * look.offsetVertical));
 
   const int separator = heights.header > 0 && heights.buttons > 0 ? separatorThickness : 0;
   const int cardHeight = heights.headerShown + separator + heights.buttons;
-  const int cancelGap = heights.cancel > 0 && cardHeight > 0 ? rounded(alertView_.cancelButtonOffsetY()) : 0;
+  const int cancelGap = heights.cancel > 0 && cardHeight > 0 ? rounded(look.cancelButtonOffsetY) : 0;
   const int total = cardHeight + cancelGap + heights.cancel;
   const int x = room.x() + (room.width() - width) / 2;
-  const int y = RQAlertViewHelper::comesFromBottom(alertView_)
-                    ? room.y() + room.height() - rounded(offset) - total
+  const int y = RQAlertViewHelper::comesFromBottom(*dialog_)
+                    ? room.y() + room.height() - rounded(look.offsetVertical) - total
                     : room.y() + (room.height() - total) / 2;
-  const int margin = RQAlertViewShadowView::shadowMargin(card_->look());
+  const int margin = RQAlertViewShadowView::shadowMargin(look);
   setGeometry(QRect(x, y, width, total).adjusted(-margin, -margin, margin, margin));
 
   const QRect card(margin, margin, width, cardHeight);
   card_->setVisible(cardHeight > 0);
   card_->setCardGeometry(card);
-  applyBackdrop(*card_, card);
   header_->layOutIn(QRect(card.topLeft(), QSize(width, heights.headerShown)));
   placeButtons(QRect(margin, margin + heights.headerShown + separator, width, heights.buttons), card);
 
   cancelCard_->setVisible(separateCancel_ != nullptr);
-  if (separateCancel_) {
-    const QRect cancel(margin, margin + cardHeight + cancelGap, width, heights.cancel);
-    cancelCard_->setCardGeometry(cancel);
-    applyBackdrop(*cancelCard_, cancel);
-    separateCancel_->setGeometry(cancel);
-    separateCancel_->setCard(cancelCard_->outline().translated(-cancel.topLeft()));
-  }
+  cancelCard_->setCardGeometry({margin, margin + cardHeight + cancelGap, width, heights.cancel});
+  if (separateCancel_) separateCancel_->place(cancelCard_->cardGeometry(), cancelCard_->outline());
+  for (RQAlertViewShadowView* each : {card_, cancelCard_}) applyBackdrop(*each);
   border_->frame(*card_);
   cancelBorder_->frame(*cancelCard_);
   // The button that had it may have become a row, or the other way round.
@@ -88,255 +86,150 @@ void RQAlertViewBox::layOutIn(const QRect& room) {
 }
 
 void RQAlertViewBox::setBackdrop(const QPixmap& backdrop) {
-  if (backdrop.isNull() && backdrop_.isNull()) return;
   backdrop_ = backdrop;
-  for (RQAlertViewShadowView* card : {card_, cancelCard_}) applyBackdrop(*card, card->cardGeometry());
+  for (RQAlertViewShadowView* card : {card_, cancelCard_}) applyBackdrop(*card);
 }
 
-void RQAlertViewBox::applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const {
-  if (backdrop_.isNull()) {
-    card.setBackdrop({});
-    return;
-  }
+void RQAlertViewBox::applyBackdrop(RQAlertViewShadowView& card) const {
+  if (backdrop_.isNull()) return card.setBackdrop({});
   const double ratio = backdrop_.devicePixelRatioF();
-  const QRect inParent = inFrame.translated(pos());
-  card.setBackdrop(backdrop_.copy(
-      QRectF(inParent.x() * ratio, inParent.y() * ratio, inParent.width() * ratio, inParent.height() * ratio)
-          .toAlignedRect()));
+  const QRectF inParent = card.cardGeometry().translated(pos());
+  card.setBackdrop(
+      backdrop_.copy(QRectF(inParent.topLeft() * ratio, inParent.size() * ratio).toAlignedRect()));
 }
 
-void RQAlertViewBox::applyLooks(int width) {
-  const RQAlertView& a = alertView_;
-  const RQAlertViewShadowView::Look look{.backgroundColor = a.backgroundColor(),
-                                         .cornerRadius = a.layerCornerRadius(),
-                                         .borderColor = a.layerBorderColor(),
-                                         .borderWidth = a.layerBorderWidth(),
-                                         .shadowColor = a.layerShadowColor(),
-                                         .shadowRadius = a.layerShadowRadius(),
-                                         .shadowOffset = a.layerShadowOffset(),
-                                         .separatorsColor = a.separatorsColor()};
-  card_->setLook(look);
-  cancelCard_->setLook(look);
-  header_->applyLooks();
-  arrangeButtons(width);
-  if (list_) {
-    list_->setScrollIndicator(a.showsVerticalScrollIndicator(), a.indicatorStyle());
-    list_->setColors(a.separatorsColor(), a.backgroundColor());
-  }
-  allButtonsChanged();
-}
-
-RQAlertViewBox::Arrangement RQAlertViewBox::arrangementFor(const RQAlertViewRows& rows, int width) const {
-  if (rows.count() == 0) return Arrangement::None;
-  if (alertView_.style() == RQAlertViewStyle::ActionSheet || alertView_.oneRowOneButton() ||
-      rows.count() > mostButtonsSideBySide) {
-    return Arrangement::List;
-  }
-  if (rows.count() == 1) return Arrangement::SideBySide;
-  const int column = (width - (rows.count() - 1) * separatorThickness) / rows.count();
-  for (int row = 0; row < rows.count(); ++row) {
+bool RQAlertViewBox::fitSideBySide(const RQAlertViewRows& rows, int width) const {
+  if (dialog_->style == RQAlertViewStyle::ActionSheet || dialog_->appearance.oneRowOneButton) return false;
+  if (rows.count() > mostButtonsSideBySide) return false;
+  const int column = (width - (rows.count() - 1) * separatorThickness) / std::max(rows.count(), 1);
+  for (int row = 0; rows.count() > 1 && row < rows.count(); ++row) {
     const RQAlertViewRow each = rows.at(row);
-    const double least =
-        leastWidthOfRQAlertViewButton(each.title, alertView_.buttonLook(each), buttonPaddingSideBySide);
-    if (least > column) return Arrangement::List;
+    if (leastWidthOfRQAlertViewButton(each.title, dialog_->lookOf(each), buttonPaddingSideBySide) > column)
+      return false;
   }
-  return Arrangement::SideBySide;
+  return true;
 }
 
 void RQAlertViewBox::arrangeButtons(int width) {
-  const RQAlertViewRows rows(alertView_);
-  const Arrangement arrangement = arrangementFor(rows, width);
-  const bool changed = !(rows == rows_) || arrangement != arrangement_;
-  rows_ = rows;
-  arrangement_ = arrangement;
-  rebuildCancel();
-  if (changed) rebuildSideBySide(rows);
-  if (arrangement != Arrangement::List) {
-    if (list_) list_->hide();
-    return;
-  }
-  if (!list_) {
-    list_ = new RQAlertViewButtonList(
-        [this](const RQAlertViewRow& row) { return alertView_.buttonLook(row); },
-        [this](const RQAlertViewRow& row) { return alertView_.isButtonEnabled(row); }, this);
-    connect(list_, &RQAlertViewButtonList::rowTapped, this, atEventBoundary([this](int row) {
-              const RQAlertViewRow tappedRow = list_->rows().at(row);
-              emit tapped(tappedRow.kind, tappedRow.index);
-            }));
-  }
-  list_->show();
-  list_->setRows(rows);
-  double least = alertView_.buttonsHeight();
-  if (const std::shared_ptr<RQAlertViewCell>& measure = alertView_.heightCell()) {
-    for (const auto kind :
-         {RQAlertViewButtonKind::Action, RQAlertViewButtonKind::Cancel, RQAlertViewButtonKind::Destructive}) {
-      const int height = measure->heightOf(QStringLiteral("X"), alertView_.buttonsLook(kind), width, least);
-      least = std::max<double>(least, height);
-    }
-  }
-  list_->setRowHeights(alertView_.hasUniformRows() ? RQAlertViewButtonList::RowHeights::Uniform
-                                                   : RQAlertViewButtonList::RowHeights::EachItsOwn,
-                       std::ceil(least), width);
-}
-
-void RQAlertViewBox::rebuildSideBySide(const RQAlertViewRows& rows) {
-  // A button may be in the middle of its own click.
-  for (RQAlertViewButton* button : sideBySide_) {
-    button->hide();
-    button->deleteLater();
-  }
-  sideBySide_.clear();
-  sideBySideRows_.clear();
-  if (arrangement_ != Arrangement::SideBySide) return;
-  for (int row = 0; row < rows.count(); ++row) sideBySideRows_.push_back(rows.at(row));
+  const RQAlertViewRows rows = dialog_->rows();
+  listed_ = rows.count() > 0 && !fitSideBySide(rows, width);
+  std::vector<RQAlertViewRow> wanted;
+  for (int row = 0; !listed_ && row < rows.count(); ++row) wanted.push_back(rows.at(row));
   // The safe answer comes first in a row, as it comes last in a list.
-  std::stable_partition(sideBySideRows_.begin(), sideBySideRows_.end(),
-                        [](const RQAlertViewRow& row) { return row.kind == RQAlertViewButtonKind::Cancel; });
-  for (const RQAlertViewRow& row : sideBySideRows_) {
-    sideBySide_.push_back(makeButton(row, buttonPaddingSideBySide));
+  std::stable_partition(wanted.begin(), wanted.end(),
+                        [](const auto& row) { return row.kind == RQAlertViewButtonKind::Cancel; });
+  const auto isOf = [](const RQAlertViewButton* button, const RQAlertViewRow& row) {
+    return button->row() == row;
+  };
+  if (!std::equal(sideBySide_.begin(), sideBySide_.end(), wanted.begin(), wanted.end(), isOf)) {
+    for (RQAlertViewButton* button : std::exchange(sideBySide_, {})) discard(button);
+    for (const auto& row : wanted) sideBySide_.push_back(makeButton(row, buttonPaddingSideBySide));
   }
-}
-
-void RQAlertViewBox::rebuildCancel() {
-  const bool separate = RQAlertViewHelper::isCancelButtonSeparate(alertView_);
-  if (separate && !separateCancel_) {
-    separateCancel_ = makeButton(cancelRowOf(alertView_), buttonPadding);
-  } else if (!separate && separateCancel_) {
-    separateCancel_->hide();
-    separateCancel_->deleteLater();
-    separateCancel_ = nullptr;
+  if (!RQAlertViewHelper::isCancelButtonSeparate(*dialog_)) {
+    discard(std::exchange(separateCancel_, nullptr));
+  } else if (!separateCancel_) {
+    separateCancel_ = makeButton(dialog_->cancelRow(), buttonPadding);
   }
+  if (listed_ && !list_) list_ = new RQAlertViewButtonList(dialog_, press_, this);
+  if (list_) list_->setVisible(listed_);
+  if (listed_) list_->takeOver(width);
+  buttonsChanged();
 }
 
 RQAlertViewButton* RQAlertViewBox::makeButton(const RQAlertViewRow& row, int padding) {
-  auto* button = new RQAlertViewButton(row.title, padding, this);
+  auto* button = new RQAlertViewButton(row, padding, this);
   button->show();
-  connect(button, &QAbstractButton::clicked, this,
-          atEventBoundary([this, kind = row.kind, index = row.index] { emit tapped(kind, index); }));
+  connect(button, &QAbstractButton::clicked, this, atEventBoundary([this, row] { press_(row); }));
   return button;
 }
 
 RQAlertViewBox::Heights RQAlertViewBox::heightsFor(int width, double roomHeight) const {
   Heights heights;
+  const RQAlertViewAppearance& look = dialog_->appearance;
   heights.header = header_->wholeHeight(width);
-  if (separateCancel_) heights.cancel = rounded(buttonHeight(*separateCancel_, width));
   double most = roomHeight;
-  if (separateCancel_) most -= heights.cancel + alertView_.cancelButtonOffsetY();
+  if (separateCancel_) {
+    heights.cancel = separateCancel_->heightFor(width, *look.buttonsHeight);
+    most -= heights.cancel + look.cancelButtonOffsetY;
+  }
   if (heights.header > 0) most -= separatorThickness;
-
-  double buttons = 0;
-  if (arrangement_ == Arrangement::SideBySide) {
+  const auto headerWithin = [&](double room) {
+    return rounded(std::clamp(room, 0.0, static_cast<double>(heights.header)));
+  };
+  if (!listed_) {
+    // A row of buttons cannot scroll, so all of the shortage is the header's.
     const int columns = static_cast<int>(sideBySide_.size());
-    for (const RQAlertViewButton* button : sideBySide_) {
-      buttons = std::max(buttons, buttonHeight(*button, width / columns));
-    }
-  } else if (arrangement_ == Arrangement::List) {
-    buttons = list_->heightOfRows();
+    for (const RQAlertViewButton* button : sideBySide_)
+      heights.buttons = std::max(heights.buttons, button->heightFor(width / columns, *look.buttonsHeight));
+    heights.headerShown = headerWithin(most - heights.buttons);
+    return heights;
   }
   // Where both do not fit, each scrolls in its share.
-  const double least = std::max(most - buttons, std::min<double>(heights.header, most * headerShare));
-  heights.headerShown = rounded(std::clamp(least, 0.0, static_cast<double>(heights.header)));
-  heights.buttons = rounded(std::min(buttons, std::max(most - heights.headerShown, 0.0)));
-  if (arrangement_ == Arrangement::List && heights.buttons < buttons) {
-    // The last row in sight is cut in half: that there are more below shows at a glance.
+  const double rows = list_->heightOfRows();
+  heights.headerShown =
+      headerWithin(std::max(most - rows, std::min<double>(heights.header, most * headerShare)));
+  heights.buttons = rounded(std::min(rows, std::max(most - heights.headerShown, 0.0)));
+  if (heights.buttons < rows) {
+    // Half of the last row in sight shows that there are more below.
     const double row = list_->leastRowHeight();
-    const double rows = std::floor(heights.buttons / row - 0.5) + 0.5;
-    if (rows > 1) heights.buttons = rounded(rows * row);
-  }
-  if (arrangement_ == Arrangement::SideBySide) {
-    // A row of buttons cannot scroll, so all of the shortage is the header's.
-    heights.buttons = rounded(buttons);
-    heights.headerShown = rounded(std::clamp(most - buttons, 0.0, static_cast<double>(heights.header)));
+    const double inSight = std::floor(heights.buttons / row - 0.5) + 0.5;
+    if (inSight > 1) heights.buttons = rounded(inSight * row);
   }
   return heights;
 }
 
 void RQAlertViewBox::placeButtons(const QRect& area, const QRect& card) {
   QList<QRect> separators;
-  const bool headed = area.y() > card.y();
-  if (headed && !area.isEmpty()) {
+  if (area.y() > card.y() && !area.isEmpty())
     separators << QRect(area.x(), area.y() - separatorThickness, area.width(), separatorThickness);
-  }
-  if (arrangement_ == Arrangement::List) {
+  if (listed_) {
     list_->setGeometry(area);
     list_->setCard(card_->outline().translated(-area.topLeft()));
   }
   const int columns = static_cast<int>(sideBySide_.size());
   const bool mirrored = layoutDirection() == Qt::RightToLeft;
   for (int place = 0; place < columns; ++place) {
-    RQAlertViewButton* button = sideBySide_[static_cast<std::size_t>(place)];
     const int column = mirrored ? columns - 1 - place : place;
     const int left = area.x() + area.width() * column / columns + (column > 0 ? separatorThickness : 0);
     const int right = area.x() + area.width() * (column + 1) / columns;
-    button->setGeometry(left, area.y(), right - left, area.height());
-    button->setCard(card_->outline().translated(-button->pos()));
+    sideBySide_[static_cast<std::size_t>(place)]->place({left, area.y(), right - left, area.height()},
+                                                        card_->outline());
     if (column > 0)
       separators << QRect(left - separatorThickness, area.y(), separatorThickness, area.height());
   }
   card_->setSeparators(separators);
 }
 
-double RQAlertViewBox::buttonHeight(const RQAlertViewButton& button, int width) const {
-  return heightOfRQAlertViewButton(button.title(), button.look(), width, button.padding(),
-                                   alertView_.buttonsHeight());
+std::vector<RQAlertViewButton*> RQAlertViewBox::buttons() const {
+  std::vector<RQAlertViewButton*> all(sideBySide_);
+  if (separateCancel_) all.insert(all.begin(), separateCancel_);
+  return all;
 }
 
-void RQAlertViewBox::buttonChanged(RQAlertViewButtonKind kind, std::size_t index) {
-  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) {
-    separateCancel_->setLook(alertView_.buttonLook(cancelRowOf(alertView_)));
-    separateCancel_->setEnabled(alertView_.cancelButtonEnabled());
-    return;
-  }
-  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
-    const RQAlertViewRow& row = sideBySideRows_[place];
-    if (row.kind != kind || row.index != index) continue;
-    sideBySide_[place]->setLook(alertView_.buttonLook(row));
-    sideBySide_[place]->setEnabled(alertView_.isButtonEnabled(row));
-  }
-  if (arrangement_ != Arrangement::List) return;
-  switch (kind) {
-    case RQAlertViewButtonKind::Action:
-      list_->rowChanged(rows_.rowOfAction(index));
-      break;
-    case RQAlertViewButtonKind::Cancel:
-      list_->rowChanged(rows_.count() - 1);
-      break;
-    case RQAlertViewButtonKind::Destructive:
-      list_->rowChanged(0);
-      break;
-  }
-}
-
-void RQAlertViewBox::allButtonsChanged() {
-  if (separateCancel_) buttonChanged(RQAlertViewButtonKind::Cancel, 0);
-  for (const RQAlertViewRow& row : sideBySideRows_) buttonChanged(row.kind, row.index);
-  if (arrangement_ == Arrangement::List) list_->looksChanged();
+void RQAlertViewBox::buttonsChanged() {
+  for (RQAlertViewButton* button : buttons()) button->setLook(dialog_->lookOf(button->row()));
+  if (listed_) list_->looksChanged();
 }
 
 QWidget* RQAlertViewBox::initialFocus() {
-  if (separateCancel_ && separateCancel_->isEnabled()) return separateCancel_;
   // The cancel button comes first among them where there is one.
-  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
-    if (sideBySideRows_[place].kind != RQAlertViewButtonKind::Destructive &&
-        sideBySide_[place]->isEnabled()) {
-      return sideBySide_[place];
-    }
+  for (RQAlertViewButton* button : buttons()) {
+    if (button->row().kind != RQAlertViewButtonKind::Destructive && button->isEnabled()) return button;
   }
-  if (arrangement_ == Arrangement::List) {
-    // The list stays at its beginning, wherever the safe row is.
-    list_->setAutoScroll(false);
-    list_->setCurrentIndex(list_->model()->index(safeRow(), 0));
-    list_->setAutoScroll(true);
-    return list_;
-  }
-  return this;
+  if (!listed_) return this;
+  // The list stays at its beginning, wherever the safe row is.
+  list_->setAutoScroll(false);
+  list_->setCurrentIndex(list_->model()->index(safeRow(), 0));
+  list_->setAutoScroll(true);
+  return list_;
 }
 
 int RQAlertViewBox::safeRow() const {
+  const RQAlertViewRows& rows = list_->rows();
   int safe = -1;
-  for (int row = 0; row < rows_.count(); ++row) {
-    const RQAlertViewRow each = rows_.at(row);
-    if (!alertView_.isButtonEnabled(each)) continue;
+  for (int row = 0; row < rows.count(); ++row) {
+    const RQAlertViewRow each = rows.at(row);
+    if (!dialog_->isEnabled(each)) continue;
     if (each.kind == RQAlertViewButtonKind::Cancel) return row;
     if (each.kind == RQAlertViewButtonKind::Action && safe == -1) safe = row;
   }
@@ -344,15 +237,15 @@ int RQAlertViewBox::safeRow() const {
 }
 
 RQAlertViewButton* RQAlertViewBox::buttonOfKind(RQAlertViewButtonKind kind) const {
-  if (separateCancel_ && kind == RQAlertViewButtonKind::Cancel) return separateCancel_;
-  for (std::size_t place = 0; place < sideBySide_.size(); ++place) {
-    if (sideBySideRows_[place].kind == kind) return sideBySide_[place];
+  if (kind == RQAlertViewButtonKind::Action) return nullptr;
+  for (RQAlertViewButton* button : buttons()) {
+    if (button->row().kind == kind) return button;
   }
   return nullptr;
 }
 
 void RQAlertViewBox::keyPressEvent(QKeyEvent* event) {
-  // What fields and buttons leave over: round and round inside the box.
+  // Those that fields and buttons leave over go round inside the box.
   if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
     focusNextPrevChild(event->key() == Qt::Key_Down);
     return;

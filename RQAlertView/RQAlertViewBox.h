@@ -4,51 +4,40 @@
 
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
-#include "RQAlertView/RQAlertViewRows.h"
+#include "RQAlertView/RQAlertViewHeader.h"
 #include "RQAlertView/RQAlertViewShadowView.h"
 
-#include <vector>
+// From now on the box of each dialog is exposed to assistive technology as an alert or a dialog with its
+// title, and the list of buttons as a list of items that can be pressed. Further calls do nothing.
+void installRQAlertViewAccessibility();
 
-#include <QPixmap>
-#include <QWidget>
-
-class RQAlertView;
-class RQAlertViewContentArea;
-class RQAlertViewHeader;
-
-// Reads everything from its dialog and reports taps; it knows neither the cover nor the stack of dialogs.
+// It knows neither the cover nor the stack of dialogs.
 class RQAlertViewBox : public QWidget {
   Q_OBJECT
 
  public:
-  // Takes `content` over. `alertView` outlives the box.
-  RQAlertViewBox(const RQAlertView& alertView, RQAlertViewContentArea* content, QWidget* parent);
-  ~RQAlertViewBox() override;
+  RQAlertViewBox(std::shared_ptr<const RQAlertViewModel> dialog, RQAlertViewPress press, QWidget* parent);
 
-  const RQAlertView& alertView() const { return alertView_; }
+  const RQAlertViewModel& dialog() const { return *dialog_; }
+  RQAlertViewHeader& header() const { return *header_; }
 
-  // Takes the dialog's texts, looks and width over and lays everything out inside `room`, which is in the
-  // parent's coordinates: in its middle, or for an action sheet that comes from the bottom at its lower edge.
+  // Takes over the dialog's texts, looks and width and lays everything out inside `room`, which is in the
+  // parent's coordinates: in its middle, or for an action sheet from the bottom at its lower edge.
   void layOutIn(const QRect& room);
-  // What shines through the cards: a picture as large as the parent, empty for none.
+  // What shows through the cards: a picture as large as the parent, null for none.
   void setBackdrop(const QPixmap& backdrop);
-  // Whether a button can be tapped has changed, or how it looks.
-  void buttonChanged(RQAlertViewButtonKind kind, std::size_t index);
-  void allButtonsChanged();
+  // The looks of the buttons, or whether they are enabled, have changed.
+  void buttonsChanged();
 
-  // What the focus goes to when the dialog has been shown: never a destructive button.
+  // What gets the focus when the dialog has been shown: never a destructive button.
   QWidget* initialFocus();
-  // The first button of this kind that is no row of the list, or null.
+  // The cancel or the destructive button where it is not a row of the list; else null.
   RQAlertViewButton* buttonOfKind(RQAlertViewButtonKind kind) const;
-
- signals:
-  void tapped(RQAlertViewButtonKind kind, std::size_t index);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  enum class Arrangement { None, SideBySide, List };
   struct Heights {
     int header = 0;  // what it would take
     int headerShown = 0;
@@ -57,32 +46,28 @@ class RQAlertViewBox : public QWidget {
   };
 
   bool holdsFocus() const;
-  // The row of the cancel button, else the first one that destroys nothing, of those that can be tapped; or
-  // -1.
+  // The row of the enabled cancel button, else of the first enabled action; -1 for none.
   int safeRow() const;
-  void applyLooks(int width);
-  void applyBackdrop(RQAlertViewShadowView& card, const QRect& inFrame) const;
+  void applyBackdrop(RQAlertViewShadowView& card) const;
   void arrangeButtons(int width);
-  void rebuildSideBySide(const RQAlertViewRows& rows);
-  void rebuildCancel();
+  bool fitSideBySide(const RQAlertViewRows& rows, int width) const;
   RQAlertViewButton* makeButton(const RQAlertViewRow& row, int padding);
-  Arrangement arrangementFor(const RQAlertViewRows& rows, int width) const;
-
   Heights heightsFor(int width, double roomHeight) const;
   void placeButtons(const QRect& area, const QRect& card);
-  double buttonHeight(const RQAlertViewButton& button, int width) const;
+  // The separate cancel button first, then those side by side.
+  std::vector<RQAlertViewButton*> buttons() const;
 
-  const RQAlertView& alertView_;
+  std::shared_ptr<const RQAlertViewModel> dialog_;
+  RQAlertViewPress press_;
   RQAlertViewShadowView* card_;
   RQAlertViewShadowView* cancelCard_;
   RQAlertViewHeader* header_;
   RQAlertViewBorderView* border_;
   RQAlertViewBorderView* cancelBorder_;
   QPixmap backdrop_;
+  // Made when it is needed; hidden where the buttons are side by side.
   RQAlertViewButtonList* list_ = nullptr;
+  bool listed_ = false;
   std::vector<RQAlertViewButton*> sideBySide_;
-  std::vector<RQAlertViewRow> sideBySideRows_;
   RQAlertViewButton* separateCancel_ = nullptr;
-  Arrangement arrangement_ = Arrangement::None;
-  RQAlertViewRows rows_;
 };

@@ -1,12 +1,13 @@
 #include "RQAlertView/RQAlertViewButton.h"
 
-#include "RQAlertView/RQAlertViewMetrics.h"
-#include "RQAlertView/RQAlertViewReports.h"
+#include "RQAlertView/RQAlertViewHelper.h"
+#include "RQAlertView/RQAlertViewShadowView.h"
 #include "RQAlertView/RQAlertViewText.h"
 #include "platform/UIApplication.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <QPainter>
 
@@ -14,35 +15,23 @@ namespace {
 
 using namespace RQAlertViewMetrics;
 
-QColor backgroundFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
-  switch (state) {
-    case RQAlertViewButtonState::Highlighted:
-      return look.backgroundColorHighlighted;
-    case RQAlertViewButtonState::Disabled:
-      return look.backgroundColorDisabled.isValid() ? look.backgroundColorDisabled : look.backgroundColor;
-    default:
-      return look.backgroundColor;
-  }
+using ButtonState = RQAlertViewButtonState;
+
+QColor backgroundFor(const RQAlertViewButtonLook& look, ButtonState state) {
+  if (state == ButtonState::Highlighted) return look.backgroundColorHighlighted;
+  const bool disabled = state == ButtonState::Disabled && look.backgroundColorDisabled.isValid();
+  return disabled ? look.backgroundColorDisabled : look.backgroundColor;
 }
 
-QColor titleColorFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
-  switch (state) {
-    case RQAlertViewButtonState::Highlighted:
-      return look.titleColorHighlighted;
-    case RQAlertViewButtonState::Disabled:
-      return look.titleColorDisabled;
-    default:
-      return look.titleColor;
-  }
+QColor titleColorFor(const RQAlertViewButtonLook& look, ButtonState state) {
+  if (state == ButtonState::Highlighted) return look.titleColorHighlighted;
+  return state == ButtonState::Disabled ? look.titleColorDisabled : look.titleColor;
 }
 
-const QPixmap& iconFor(const RQAlertViewButtonLook& look, RQAlertViewButtonState state) {
-  if (state == RQAlertViewButtonState::Highlighted && !look.iconImageHighlighted.isNull()) {
+const QPixmap& iconFor(const RQAlertViewButtonLook& look, ButtonState state) {
+  if (state == ButtonState::Highlighted && !look.iconImageHighlighted.isNull())
     return look.iconImageHighlighted;
-  }
-  if (state == RQAlertViewButtonState::Disabled && !look.iconImageDisabled.isNull()) {
-    return look.iconImageDisabled;
-  }
+  if (state == ButtonState::Disabled && !look.iconImageDisabled.isNull()) return look.iconImageDisabled;
   return look.iconImage;
 }
 
@@ -72,23 +61,17 @@ void paintTitle(QPainter& painter, const RQAlertViewButtonPainting& painting) {
   const double space = iconSpace(icon);
   const RQAlertViewTextLayout text(painting.title, textStyleOf(painting.look), room.width() - space);
 
-  // The icon stands right beside the text, wherever the text is aligned to.
+  // The icon is right beside the text, wherever the text is aligned to.
   const double free = std::max(0.0, room.width() - space - text.naturalWidth());
-  double textLeft = room.left();
-  double iconLeft = room.left();
-  const bool iconIsLeft = painting.look.iconPosition == RQAlertViewButtonIconPosition::Left;
   double before = free / 2;
   if (painting.look.textAlignment == NSTextAlignment::Left) before = 0;
   if (painting.look.textAlignment == NSTextAlignment::Right) before = free;
-  if (iconIsLeft) {
-    textLeft += space;
-    iconLeft += before;
-  } else {
-    iconLeft += before + text.naturalWidth() + iconGap;
-  }
+  const bool iconIsLeft = painting.look.iconPosition == RQAlertViewButtonIconPosition::Left;
+  const double textLeft = room.left() + (iconIsLeft ? space : 0);
   if (!icon.isNull()) {
-    const QSizeF size = icon.deviceIndependentSize();
-    painter.drawPixmap(QPointF(iconLeft, room.center().y() - size.height() / 2), icon);
+    const double iconLeft = room.left() + before + (iconIsLeft ? 0 : text.naturalWidth() + iconGap);
+    const double half = icon.deviceIndependentSize().height() / 2;
+    painter.drawPixmap(QPointF(iconLeft, room.center().y() - half), icon);
   }
   painter.setPen(titleColorFor(painting.look, painting.state));
   text.paint(painter, {textLeft, room.top() + (room.height() - text.height()) / 2}, painting.rect);
@@ -100,19 +83,14 @@ void paintRQAlertViewButton(QPainter& painter, const RQAlertViewButtonPainting& 
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   fill(painter, painting, backgroundFor(painting.look, painting.state));
-  if (painting.state == RQAlertViewButtonState::Hovered) {
+  if (painting.state == ButtonState::Hovered) {
     QColor tint = painting.look.titleColor;
     tint.setAlphaF(static_cast<float>(hoverTint));
     fill(painter, painting, tint);
   }
   paintTitle(painter, painting);
-  if (painting.focusRing) {
-    const double inset = focusRingInset + focusRingWidth / 2.0;
-    painter.setPen(QPen(titleColorFor(painting.look, painting.state), focusRingWidth));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(painting.rect.adjusted(inset, inset, -inset, -inset), focusRingRadius,
-                            focusRingRadius);
-  }
+  if (painting.focusRing)
+    paintFocusRing(painter, painting.rect, titleColorFor(painting.look, painting.state));
   painter.restore();
 }
 
@@ -136,10 +114,10 @@ bool showsWholeTitle(const QString& title, const RQAlertViewButtonLook& look, in
               .isTruncated();
 }
 
-RQAlertViewButton::RQAlertViewButton(const QString& title, int padding, QWidget* parent)
-    : QPushButton(parent), title_(title), padding_(padding) {
+RQAlertViewButton::RQAlertViewButton(RQAlertViewRow row, int padding, QWidget* parent)
+    : QPushButton(parent), row_(std::move(row)), padding_(padding) {
   // A lone ampersand would become a shortcut.
-  setText(QString(title).replace(u'&', QStringLiteral("&&")));
+  setText(QString(title()).replace(u'&', QStringLiteral("&&")));
   setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::TabFocus);
   // Return presses the button that has the focus.
@@ -148,11 +126,13 @@ RQAlertViewButton::RQAlertViewButton(const QString& title, int padding, QWidget*
 
 void RQAlertViewButton::setLook(const RQAlertViewButtonLook& look) {
   look_ = look;
+  setEnabled(look.enabled);
   update();
 }
 
-void RQAlertViewButton::setCard(const QPainterPath& card) {
-  card_ = card;
+void RQAlertViewButton::place(const QRect& area, const QPainterPath& card) {
+  setGeometry(area);
+  card_ = card.translated(-area.topLeft());
   update();
 }
 
@@ -163,7 +143,7 @@ void RQAlertViewButton::setSelected(bool selected) {
 
 void RQAlertViewButton::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  paintRQAlertViewButton(painter, {.title = title_,
+  paintRQAlertViewButton(painter, {.title = title(),
                                    .look = look_,
                                    .state = buttonState(),
                                    .rect = rect(),
@@ -177,7 +157,7 @@ void RQAlertViewButton::keyPressEvent(QKeyEvent* event) {
 }
 
 RQAlertViewButtonState RQAlertViewButton::buttonState() const {
-  if (isDown() || selected_) return RQAlertViewButtonState::Highlighted;
-  if (!isEnabled()) return RQAlertViewButtonState::Disabled;
-  return underMouse() ? RQAlertViewButtonState::Hovered : RQAlertViewButtonState::Normal;
+  if (isDown() || selected_) return ButtonState::Highlighted;
+  if (!isEnabled()) return ButtonState::Disabled;
+  return underMouse() ? ButtonState::Hovered : ButtonState::Normal;
 }

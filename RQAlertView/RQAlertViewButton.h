@@ -1,24 +1,24 @@
-// A button of a dialog that stands on its own or beside others.
+// A button of a dialog outside the list, and how every button is measured and painted.
 #pragma once
 
-#include "RQAlertView/RQAlertViewButtonProperties.h"
+#include "RQAlertView/RQAlertViewModel.h"
+#include "platform/UIKeyboard.h"
 
 #include <QPainterPath>
 #include <QPushButton>
-#include <QString>
 
 class QPainter;
 
 enum class RQAlertViewButtonState { Normal, Hovered, Highlighted, Disabled };
 
-// What is painted and where. Both paths and rectangles are in the painter's coordinates.
+// What is painted and where, in the painter's coordinates.
 struct RQAlertViewButtonPainting {
   const QString& title;
   const RQAlertViewButtonLook& look;
   RQAlertViewButtonState state = RQAlertViewButtonState::Normal;
   QRectF rect;
   int padding = 0;
-  // The card that the button lies in: its background is rounded where it meets the card's corners.
+  // The card below the button: the background is rounded where it meets the card's corners.
   QPainterPath card;
   bool focusRing = false;
 };
@@ -28,27 +28,35 @@ void paintRQAlertViewButton(QPainter& painter, const RQAlertViewButtonPainting& 
 // The height that the title takes in a button `width` wide, at least `least`.
 int heightOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int width, int padding,
                               double least);
-// The width that the title takes on one line, at its smallest and paddings included.
+// The width that the title takes on one line, at its smallest and with paddings.
 double leastWidthOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int padding);
 // Whether nothing of the title is truncated in a button `width` wide.
 bool showsWholeTitle(const QString& title, const RQAlertViewButtonLook& look, int width, int padding);
 
-// Its title is plain text: an ampersand is an ampersand. Return and Space tap it, but not their repeats while
-// they are held down: the press was meant for what had the focus before.
+// Whether the event is only the repeat of Return or Space held down. It presses nothing: the key was meant
+// for what had the focus before.
+inline bool isRepeatedAnswer(const QKeyEvent& press) {
+  return isRepeated(press) &&
+         (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter || press.key() == Qt::Key_Space);
+}
+
+// Its title is plain text: an ampersand is an ampersand.
 class RQAlertViewButton : public QPushButton {
   Q_OBJECT
 
  public:
-  RQAlertViewButton(const QString& title, int padding, QWidget* parent);
+  RQAlertViewButton(RQAlertViewRow row, int padding, QWidget* parent);
 
-  const QString& title() const { return title_; }
-  int padding() const { return padding_; }
+  const RQAlertViewRow& row() const { return row_; }
+  const QString& title() const { return row_.title; }
   void setLook(const RQAlertViewButtonLook& look);
-  const RQAlertViewButtonLook& look() const { return look_; }
-  // The outline of the card that the button lies in, in the button's coordinates.
-  void setCard(const QPainterPath& card);
+  int heightFor(int width, double least) const {
+    return heightOfRQAlertViewButton(title(), look_, width, padding_, least);
+  }
+  // `card` is the outline of the card below the button; both are in the parent's coordinates.
+  void place(const QRect& area, const QPainterPath& card);
 
-  // Selected: it has been tapped and keeps its highlighted look while the dialog goes.
+  // A button that was pressed keeps its highlighted look while the dialog goes.
   void setSelected(bool selected);
   bool isSelected() const { return selected_; }
 
@@ -59,7 +67,7 @@ class RQAlertViewButton : public QPushButton {
  private:
   RQAlertViewButtonState buttonState() const;
 
-  QString title_;
+  RQAlertViewRow row_;
   int padding_;
   RQAlertViewButtonLook look_;
   QPainterPath card_;

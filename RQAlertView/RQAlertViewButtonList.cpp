@@ -1,10 +1,11 @@
 #include "RQAlertView/RQAlertViewButtonList.h"
 
-#include "RQAlertView/RQAlertViewCell.h"
-#include "RQAlertView/RQAlertViewScrollIndicator.h"
+#include "RQAlertView/RQAlertViewButton.h"
+#include "RQAlertView/RQAlertViewShadowView.h"
 #include "platform/UIApplication.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include <QAccessible>
@@ -12,21 +13,15 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-RQAlertViewListModel::RQAlertViewListModel(EnabledQuestion enabled, QObject* parent)
-    : QAbstractListModel(parent), enabled_(std::move(enabled)) {}
+RQAlertViewListModel::RQAlertViewListModel(std::shared_ptr<const RQAlertViewModel> dialog, QObject* parent)
+    : QAbstractListModel(parent), dialog_(std::move(dialog)) {}
 
-void RQAlertViewListModel::setRows(const RQAlertViewRows& rows) {
-  if (rows == rows_) return;
-  beginResetModel();
-  rows_ = rows;
-  endResetModel();
-}
-
-void RQAlertViewListModel::rowChanged(int row) {
-  emit dataChanged(index(row), index(row));
-}
-
-void RQAlertViewListModel::allRowsChanged() {
+void RQAlertViewListModel::update() {
+  if (RQAlertViewRows rows = dialog_->rows(); !(rows == rows_)) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+  }
   if (rows_.count() > 0) emit dataChanged(index(0), index(rows_.count() - 1));
 }
 
@@ -40,98 +35,75 @@ QVariant RQAlertViewListModel::data(const QModelIndex& index, int role) const {
 }
 
 Qt::ItemFlags RQAlertViewListModel::flags(const QModelIndex& index) const {
-  if (!index.isValid() || !enabled_(rows_.at(index.row()))) return Qt::NoItemFlags;
+  if (!index.isValid() || !dialog_->isEnabled(rows_.at(index.row()))) return Qt::NoItemFlags;
   return Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
 }
 
-RQAlertViewButtonList::RQAlertViewButtonList(LookQuestion look, EnabledQuestion enabled, QWidget* parent)
+RQAlertViewButtonList::RQAlertViewButtonList(std::shared_ptr<const RQAlertViewModel> dialog,
+                                             RQAlertViewPress press, QWidget* parent)
     : QListView(parent),
-      model_(new RQAlertViewListModel(std::move(enabled), this)),
-      cell_(new RQAlertViewCell(this)) {
-  cell_->setting().look = std::move(look);
-  cell_->setting().rows = &model_->rows();
+      model_(new RQAlertViewListModel(std::move(dialog), this)),
+      cell_(new RQAlertViewCell(this)),
+      press_(std::move(press)) {
   setModel(model_);
   setItemDelegate(cell_);
-  setFrameShape(QFrame::NoFrame);
   setSelectionMode(QAbstractItemView::NoSelection);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollBar(new RQAlertViewScrollIndicator);
+  RQAlertViewScrollIndicator::install(*this);
   setFocusPolicy(Qt::TabFocus);
   setMouseTracking(true);
-  viewport()->setAutoFillBackground(false);
   viewport()->setAttribute(Qt::WA_Hover);
 }
 
-void RQAlertViewButtonList::setRows(const RQAlertViewRows& rows) {
-  model_->setRows(rows);
-  looksChanged();
-}
-
-const RQAlertViewRows& RQAlertViewButtonList::rows() const {
-  return model_->rows();
-}
-
-void RQAlertViewButtonList::looksChanged() {
-  model_->allRowsChanged();
-}
-
-void RQAlertViewButtonList::rowChanged(int row) {
-  model_->rowChanged(row);
-}
-
-void RQAlertViewButtonList::setRowHeights(RowHeights heights, double leastHeight, int width) {
-  RQAlertViewCell::Setting& setting = cell_->setting();
-  const bool uniform = heights == RowHeights::Uniform;
-  const bool same =
-      uniform == setting.uniform && setting.leastHeight == leastHeight && setting.width == width;
+void RQAlertViewButtonList::takeOver(int width) {
+  model_->update();
+  const RQAlertViewAppearance& look = dialog().appearance;
+  RQAlertViewScrollIndicator::takeLook(*this, look);
+  double least = *look.buttonsHeight;
+  if (look.heightCell) {
+    for (const auto* kind : {&look.buttons, &look.cancelButton, &look.destructiveButton})
+      least = std::max<double>(least, look.heightCell->heightOf(QStringLiteral("X"), *kind, width, least));
+  }
+  const bool uniform = dialog().hasUniformRows();
+  const bool same = uniform_ == uniform && leastHeight_ == std::ceil(least) && width_ == width;
   if (same && uniform) return;
-  setting.uniform = uniform;
-  setting.leastHeight = leastHeight;
-  setting.width = width;
+  uniform_ = uniform;
+  leastHeight_ = std::ceil(least);
+  width_ = width;
   setUniformItemSizes(uniform);
   scheduleDelayedItemsLayout();
 }
 
+int RQAlertViewButtonList::heightOfRow(int row) const {
+  if (uniform_) return static_cast<int>(leastHeight_);
+  const RQAlertViewRow shown = rows().at(row);
+  return cell_->heightOf(shown.title, dialog().lookOf(shown), width_, leastHeight_);
+}
+
 double RQAlertViewButtonList::heightOfRows() const {
   const int count = rows().count();
-  if (cell_->setting().uniform) return cell_->setting().leastHeight * count;
+  if (uniform_) return leastHeight_ * count;
   double height = 0;
-  for (int row = 0; row < count; ++row) height += cell_->heightOfRow(rows().at(row));
+  for (int row = 0; row < count; ++row) height += heightOfRow(row);
   return height;
 }
 
-double RQAlertViewButtonList::leastRowHeight() const {
-  return cell_->setting().leastHeight;
-}
-
-void RQAlertViewButtonList::setColors(const QColor& separators, const QColor& background) {
-  cell_->setting().separatorsColor = separators;
-  background_ = background;
-  viewport()->update();
-}
-
-void RQAlertViewButtonList::setScrollIndicator(bool shows, UIScrollViewIndicatorStyle style) {
-  static_cast<RQAlertViewScrollIndicator*>(verticalScrollBar())->setStyle(style);
-  setVerticalScrollBarPolicy(shows ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
-}
-
 void RQAlertViewButtonList::setCard(const QPainterPath& card) {
-  cell_->setting().card = card.translated(-viewport()->x(), -viewport()->y());
+  card_ = card;
   viewport()->update();
 }
 
 void RQAlertViewButtonList::tap(int row) {
-  if (isRowEnabled(row)) emit rowTapped(row);
+  if (isRowEnabled(row)) press_(rows().at(row));
 }
 
 void RQAlertViewButtonList::paintEvent(QPaintEvent* event) {
   QListView::paintEvent(event);
   if (verticalScrollBar()->value() == verticalScrollBar()->maximum()) return;
   QPainter painter(viewport());
-  painter.setClipPath(cell_->setting().card);
-  paintGoesOn(painter, viewport()->rect(), background_);
+  painter.setClipPath(card());
+  paintGoesOn(painter, viewport()->rect(), dialog().appearance.backgroundColor);
 }
 
 void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
@@ -140,20 +112,16 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-      if (row >= 0 && !isRepeatedAnswer(*event)) tap(row);
+      if (!isRepeatedAnswer(*event)) tap(row);
       return;
     case Qt::Key_Up:
-      if (row <= firstEnabledRow()) {
-        focusNextPrevChild(false);
-        return;
-      }
-      break;
+      if (row > firstEnabledRow()) break;
+      focusNextPrevChild(false);
+      return;
     case Qt::Key_Down:
-      if (row >= lastEnabledRow()) {
-        focusNextPrevChild(true);
-        return;
-      }
-      break;
+      if (row < lastEnabledRow()) break;
+      focusNextPrevChild(true);
+      return;
     case Qt::Key_Escape:
       event->ignore();
       return;
@@ -166,7 +134,7 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
 
 void RQAlertViewButtonList::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
-  pressStartRow_ = rowAt(event->position().toPoint());
+  pressStartRow_ = rowAt(*event);
   setPressedRow(pressStartRow_);
 }
 
@@ -174,16 +142,14 @@ void RQAlertViewButtonList::mouseMoveEvent(QMouseEvent* event) {
   QListView::mouseMoveEvent(event);
   if (!(event->buttons() & Qt::LeftButton)) return;
   // Sliding off the row takes the tap back.
-  setPressedRow(rowAt(event->position().toPoint()) == pressStartRow_ ? pressStartRow_ : -1);
+  setPressedRow(rowAt(*event) == pressStartRow_ ? pressStartRow_ : -1);
 }
 
 void RQAlertViewButtonList::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
-  const int row = rowAt(event->position().toPoint());
-  const bool tapped = row >= 0 && row == pressStartRow_;
-  pressStartRow_ = -1;
+  const int start = std::exchange(pressStartRow_, -1);
   setPressedRow(-1);
-  if (tapped) tap(row);
+  if (rowAt(*event) == start) tap(start);
 }
 
 void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
@@ -194,7 +160,7 @@ void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
   }
   const QModelIndex chosen = currentIndex();
   QListView::focusInEvent(event);
-  // The list view itself would choose the first row, which may be one that destroys something.
+  // The list view itself would choose the first row, which may be a destructive one.
   setCurrentIndex(chosen);
   // A screen reader follows the row, not the list.
   if (!QAccessible::isActive() || !currentIndex().isValid()) return;
@@ -203,29 +169,16 @@ void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
   QAccessible::updateAccessibility(&focused);
 }
 
-int RQAlertViewButtonList::firstEnabledRow() const {
-  int row = 0;
-  while (row < rows().count() && !isRowEnabled(row)) ++row;
+int RQAlertViewButtonList::enabledRow(int row, int step) const {
+  while (row >= 0 && row < rows().count() && !isRowEnabled(row)) row += step;
   return row < rows().count() ? row : -1;
 }
 
-int RQAlertViewButtonList::lastEnabledRow() const {
-  int row = rows().count() - 1;
-  while (row >= 0 && !isRowEnabled(row)) --row;
-  return row;
-}
-
 void RQAlertViewButtonList::setPressedRow(int row) {
-  const int shown = isRowEnabled(row) ? row : -1;
-  if (cell_->setting().pressedRow == shown) return;
-  cell_->setting().pressedRow = shown;
+  pressedRow_ = isRowEnabled(row) ? row : -1;
   viewport()->update();
 }
 
-int RQAlertViewButtonList::rowAt(const QPoint& position) const {
-  return indexAt(position).row();
-}
-
 bool RQAlertViewButtonList::isRowEnabled(int row) const {
-  return row >= 0 && row < rows().count() && (model_->flags(model_->index(row)) & Qt::ItemIsEnabled);
+  return row >= 0 && row < rows().count() && dialog().isEnabled(rows().at(row));
 }

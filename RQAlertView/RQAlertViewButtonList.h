@@ -1,77 +1,64 @@
 // The buttons of a dialog one below the other, of any number.
 #pragma once
 
-#include "RQAlertView/RQAlertViewButtonProperties.h"
-#include "RQAlertView/RQAlertViewRows.h"
-
-#include <functional>
+#include "RQAlertView/RQAlertViewModel.h"
 
 #include <QAbstractListModel>
 #include <QListView>
+#include <QMouseEvent>
 #include <QPainterPath>
 
-// The rows as a model, at no cost for those that are not seen.
+// The rows as a model; those that are not seen cost nothing.
 class RQAlertViewListModel : public QAbstractListModel {
   Q_OBJECT
 
  public:
-  using EnabledQuestion = std::function<bool(const RQAlertViewRow&)>;
+  RQAlertViewListModel(std::shared_ptr<const RQAlertViewModel> dialog, QObject* parent);
 
-  RQAlertViewListModel(EnabledQuestion enabled, QObject* parent);
-
-  void setRows(const RQAlertViewRows& rows);
+  // Takes over the rows, their looks and whether they are enabled.
+  void update();
   const RQAlertViewRows& rows() const { return rows_; }
-  // What is answered about a row has changed.
-  void rowChanged(int row);
-  void allRowsChanged();
+  const RQAlertViewModel& dialog() const { return *dialog_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
-  EnabledQuestion enabled_;
+  std::shared_ptr<const RQAlertViewModel> dialog_;
   RQAlertViewRows rows_;
 };
 
-class RQAlertViewCell;
-class RQAlertViewListModel;
-
-// Tapping a row, or Return or Space on it, taps the button. At the ends the arrow keys go on to what comes
-// before or after the list. The focus is on the row that is current, if any, unless Tab brings it.
+// A click on a row, or Return or Space on it, presses the button. At the ends the arrow keys go on to what
+// comes before or after the list. The focus is on the current row, if any, unless Tab brings it.
 class RQAlertViewButtonList : public QListView {
   Q_OBJECT
 
  public:
-  using LookQuestion = std::function<RQAlertViewButtonLook(const RQAlertViewRow&)>;
-  using EnabledQuestion = std::function<bool(const RQAlertViewRow&)>;
+  RQAlertViewButtonList(std::shared_ptr<const RQAlertViewModel> dialog, RQAlertViewPress press,
+                        QWidget* parent);
 
-  RQAlertViewButtonList(LookQuestion look, EnabledQuestion enabled, QWidget* parent);
+  const RQAlertViewModel& dialog() const { return model_->dialog(); }
+  const RQAlertViewRows& rows() const { return model_->rows(); }
+  // Takes over the dialog's buttons and looks, for a list `width` wide.
+  void takeOver(int width);
+  // The looks of the rows, or whether they are enabled, may have changed.
+  void looksChanged() { model_->update(); }
 
-  void setRows(const RQAlertViewRows& rows);
-  const RQAlertViewRows& rows() const;
-  // The looks of all rows, or whether they are enabled, may have changed.
-  void looksChanged();
-  void rowChanged(int row);
-
-  enum class RowHeights { Uniform, EachItsOwn };
-  // Uniform rows are all `leastHeight` high, and only those that are seen cost anything; otherwise every row
-  // is measured for the width and is at least that high.
-  void setRowHeights(RowHeights heights, double leastHeight, int width);
+  // Where a title may take several lines, each row is measured; otherwise all are leastRowHeight() high.
+  int heightOfRow(int row) const;
   double heightOfRows() const;
-  double leastRowHeight() const;
+  double leastRowHeight() const { return leastHeight_; }
 
-  // `background`: of the card that the list lies in.
-  void setColors(const QColor& separators, const QColor& background);
-  void setScrollIndicator(bool shows, UIScrollViewIndicatorStyle style);
-  // The outline of the card that the list lies in, in the list's coordinates.
+  // The outline of the card below the list, in the list's coordinates.
   void setCard(const QPainterPath& card);
+  // In the viewport's coordinates.
+  QPainterPath card() const { return card_.translated(-viewport()->pos()); }
+  // Held down by the pointer; -1 for none.
+  int pressedRow() const { return pressedRow_; }
 
-  // As if the row had been tapped; a disabled row cannot be.
+  // Presses the row's button unless it is disabled.
   void tap(int row);
-
- signals:
-  void rowTapped(int row);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -83,14 +70,20 @@ class RQAlertViewButtonList : public QListView {
 
  private:
   void setPressedRow(int row);
-  int rowAt(const QPoint& position) const;
+  int rowAt(const QMouseEvent& event) const { return indexAt(event.position().toPoint()).row(); }
   bool isRowEnabled(int row) const;
-  // -1 where no row is enabled.
-  int firstEnabledRow() const;
-  int lastEnabledRow() const;
+  // The first enabled row from `row` on, going by `step`; -1 if there is none.
+  int enabledRow(int row, int step) const;
+  int firstEnabledRow() const { return enabledRow(0, 1); }
+  int lastEnabledRow() const { return enabledRow(rows().count() - 1, -1); }
 
   RQAlertViewListModel* model_;
   RQAlertViewCell* cell_;
-  QColor background_;
+  RQAlertViewPress press_;
+  bool uniform_ = true;
+  double leastHeight_ = 0;
+  int width_ = 0;
+  QPainterPath card_;
   int pressStartRow_ = -1;
+  int pressedRow_ = -1;
 };

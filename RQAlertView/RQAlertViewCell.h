@@ -1,37 +1,18 @@
 // One row of the list of buttons: measures and paints it.
 #pragma once
 
-#include "RQAlertView/RQAlertViewButtonProperties.h"
-
-#include <functional>
-
-#include <QPainterPath>
 #include <QStyledItemDelegate>
 
-struct RQAlertViewRow;
-class RQAlertViewRows;
+struct RQAlertViewButtonLook;
+class RQAlertViewButtonList;
 
 class RQAlertViewCell : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
-  // What the rows of one list have in common.
-  struct Setting {
-    std::function<RQAlertViewButtonLook(const RQAlertViewRow&)> look;
-    const RQAlertViewRows* rows = nullptr;
-    bool uniform = true;  // every row is leastHeight high
-    double leastHeight = 0;
-    int width = 0;
-    QColor separatorsColor;
-    QPainterPath card;  // in the viewport's coordinates
-    int pressedRow = -1;
-  };
+  // Without a list it only measures.
+  explicit RQAlertViewCell(RQAlertViewButtonList* list = nullptr);
 
-  explicit RQAlertViewCell(QObject* parent = nullptr) : QStyledItemDelegate(parent) {}
-
-  Setting& setting() { return setting_; }
-
-  int heightOfRow(const RQAlertViewRow& row) const;
   // Of any title, in a list `width` wide; at least `least`.
   int heightOf(const QString& title, const RQAlertViewButtonLook& look, int width, double least) const;
 
@@ -42,5 +23,5 @@ class RQAlertViewCell : public QStyledItemDelegate {
                  const QModelIndex& index) override;
 
  private:
-  Setting setting_;
+  const RQAlertViewButtonList* list_;
 };

@@ -9,6 +9,7 @@ RQAlertViewController::RQAlertViewController(const std::shared_ptr<RQAlertView>&
   setView(view);
 }
 
+// The controller below, or null.
 std::shared_ptr<UIViewController> RQAlertViewController::currentViewController() {
   const UIWindow* window = RQAlertViewHelper::appWindow();
   return window ? window->topViewController() : nullptr;

@@ -1,5 +1,5 @@
-// The view controller of one dialog's window: shows the dialog's view and lets the screen below decide about
-// rotation and status bar.
+// The view controller of one dialog: shows the dialog's view in its window and lets the screen below decide
+// about rotation and status bar.
 #pragma once
 
 #include "platform/UIViewController.h"

@@ -1,32 +1,50 @@
 #include "RQAlertView/RQAlertViewHeader.h"
 
-#include "RQAlertView/RQAlertView.h"
-#include "RQAlertView/RQAlertViewContentArea.h"
-#include "RQAlertView/RQAlertViewMetrics.h"
-#include "RQAlertView/RQAlertViewScrollIndicator.h"
+#include "RQAlertView/RQAlertViewHelper.h"
+#include "RQAlertView/RQAlertViewShadowView.h"
 #include "RQAlertView/RQAlertViewText.h"
+#include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QScrollBar>
+#include <QProgressBar>
+#include <QVariantAnimation>
 
 using namespace RQAlertViewMetrics;
 
-// Lies over the area. Says that the text goes on, by fading its last line out, and that the keys scroll it,
-// by a ring.
+namespace {
+
+Qt::Alignment alignmentFor(NSTextAlignment alignment) {
+  switch (alignment) {
+    case NSTextAlignment::Center:
+      return Qt::AlignHCenter | Qt::AlignVCenter;
+    case NSTextAlignment::Right:
+      return Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter;
+    case NSTextAlignment::Left:
+      return Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter;
+    default:
+      return Qt::AlignLeading | Qt::AlignVCenter;
+  }
+}
+
+void paintBar(QPainter& painter, const QRectF& bar, const QColor& color, const QPixmap& image) {
+  if (!image.isNull()) return painter.drawPixmap(bar, image, QRectF(image.rect()));
+  painter.setBrush(color);
+  painter.drawRoundedRect(bar, bar.height() / 2, bar.height() / 2);
+}
+
+}  // namespace
+
+// Over the area: fades out the last line where the text goes on, and has the ring where the keys scroll it.
 class RQAlertViewHeader::Overlay : public QWidget {
  public:
-  explicit Overlay(QWidget* parent) : QWidget(parent) { setAttribute(Qt::WA_TransparentForMouseEvents); }
-
-  void setColors(const QColor& background, const QColor& ring) {
-    background_ = background;
-    ring_ = ring;
-    update();
+  Overlay(const RQAlertViewAppearance& look, QWidget* parent) : QWidget(parent), look_(look) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
   }
 
   void setGoesOn(bool goesOn) {
@@ -37,47 +55,102 @@ class RQAlertViewHeader::Overlay : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    if (goesOn_) paintGoesOn(painter, rect(), background_);
-    if (showsFocus(*parentWidget())) {
-      const double inset = focusRingInset + focusRingWidth / 2.0;
-      painter.setRenderHint(QPainter::Antialiasing);
-      painter.setPen(QPen(ring_, focusRingWidth));
-      painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), focusRingRadius,
-                              focusRingRadius);
-    }
+    if (goesOn_) paintGoesOn(painter, rect(), look_.backgroundColor);
+    if (showsFocus(*parentWidget())) paintFocusRing(painter, rect(), look_.tintColor);
   }
 
  private:
-  QColor background_;
-  QColor ring_;
+  const RQAlertViewAppearance& look_;
   bool goesOn_ = false;
 };
 
-RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewContentArea* content,
-                                     QWidget* parent)
+// In hundredths to assistive technology. A change that is animated moves the bar where motion is on; the
+// value itself changes at once.
+class RQAlertViewHeader::ProgressBar : public QProgressBar {
+ public:
+  ProgressBar(const RQAlertViewAppearance& look, QWidget* parent) : QProgressBar(parent), look_(look) {
+    setRange(0, 100);
+    setTextVisible(false);
+    setAccessibleName(tr("Progress"));
+    animation_.setDuration(250);
+    connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+      shown_ = value.toDouble();
+      update();
+    });
+  }
+
+  void setProgress(double progress, bool animated) {
+    setValue(static_cast<int>(std::lround(progress * 100)));
+    animation_.stop();
+    if (animated && motionEnabled() && isVisible()) {
+      animation_.setStartValue(shown_);
+      animation_.setEndValue(progress);
+      return animation_.start();
+    }
+    shown_ = progress;
+    update();
+  }
+
+  QSize sizeHint() const override {
+    const double image = std::max(look_.progressViewProgressImage.deviceIndependentSize().height(),
+                                  look_.progressViewTrackImage.deviceIndependentSize().height());
+    return {0, std::max(progressBarHeight, static_cast<int>(std::ceil(image)))};
+  }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const QRectF whole = rect();
+    paintBar(painter, whole, look_.progressViewTrackTintColor, look_.progressViewTrackImage);
+    if (shown_ <= 0) return;
+    QRectF done = whole;
+    done.setWidth(std::max(whole.height(), whole.width() * shown_));
+    if (layoutDirection() == Qt::RightToLeft) done.moveRight(whole.right());
+    paintBar(painter, done, look_.progressViewProgressTintColor, look_.progressViewProgressImage);
+  }
+
+ private:
+  const RQAlertViewAppearance& look_;
+  double shown_ = 0;
+  QVariantAnimation animation_;
+};
+
+RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent)
     : QScrollArea(parent),
-      alertView_(alertView),
+      dialog_(std::move(dialog)),
       parts_(new QWidget),
       title_(new RQAlertViewLabel(parts_)),
       message_(new RQAlertViewLabel(parts_)),
-      content_(content),
-      overlay_(new Overlay(this)) {
-  content_->setParent(parts_);
+      overlay_(new Overlay(dialog_->appearance, this)) {
+  title_->setText(dialog_->title);
+  message_->setText(dialog_->message);
+  if (dialog_->innerView) dialog_->innerView->setParent(parts_);
+  if (dialog_->type == RQAlertViewType::ActivityIndicator) {
+    indicator_ = new UIActivityIndicatorView(dialog_->appearance.activityIndicatorViewStyle, parts_);
+    indicator_->startAnimating();
+    progressLabel_ = new RQAlertViewLabel(parts_);
+  } else if (dialog_->type == RQAlertViewType::ProgressView) {
+    progressBar_ = new ProgressBar(dialog_->appearance, parts_);
+    progressLabel_ = new RQAlertViewLabel(parts_);
+    showProgress(false);
+  } else if (dialog_->type == RQAlertViewType::TextFields) {
+    addTextFields();
+  }
+  const auto shown = parts_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  for (QWidget* part : shown) part->show();
+  title_->setVisible(!dialog_->title.isEmpty());
+  message_->setVisible(!dialog_->message.isEmpty());
   setWidget(parts_);
-  // The area fills what it scrolls unless it is told not to; the card is to shine through.
+  // setWidget() fills the background; the card shows through.
   parts_->setAutoFillBackground(false);
-  viewport()->setAutoFillBackground(false);
-  setFrameShape(QFrame::NoFrame);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFocusPolicy(Qt::NoFocus);
-  setVerticalScrollBar(new RQAlertViewScrollIndicator);
-  setAccessibleName(tr("Message"));
   parts_->show();
-  title_->setText(alertView.title());
-  message_->setText(alertView.message());
-  title_->setVisible(!alertView.title().isEmpty());
-  message_->setVisible(!alertView.message().isEmpty());
-  content_->setVisible(!content_->isEmpty());
+  RQAlertViewScrollIndicator::install(*this);
+  setFocusPolicy(Qt::NoFocus);
+  setAccessibleName(tr("Message"));
+  applyLooks();
   connect(qApp, &QApplication::focusChanged, this, [this] {
     keepFocusInSight();
     overlay_->update();
@@ -86,16 +159,81 @@ RQAlertViewHeader::RQAlertViewHeader(const RQAlertView& alertView, RQAlertViewCo
           [this](int value) { overlay_->setGoesOn(value < verticalScrollBar()->maximum()); });
 }
 
+RQAlertViewHeader::~RQAlertViewHeader() = default;
+
+void RQAlertViewHeader::addTextFields() {
+  for (std::size_t index = 0; index < dialog_->numberOfTextFields; ++index) {
+    auto* field = new RQAlertViewTextField(parts_);
+    field->setTitle(dialog_->title.isEmpty() ? dialog_->message : dialog_->title);
+    connect(field, &QLineEdit::returnPressed, this, atEventBoundary([this, index] { fieldEntered(index); }));
+    fields_.emplace_back(field);
+  }
+}
+
+void RQAlertViewHeader::setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler) {
+  // A copy: the handler may destroy the window, and this with it.
+  const auto fields = fields_;
+  for (std::size_t index = 0; index < fields.size(); ++index) {
+    if (fields[index]) atEventBoundary(handler)(*fields[index], index);
+  }
+}
+
+std::vector<RQAlertViewTextField*> RQAlertViewHeader::textFields() const {
+  std::vector<RQAlertViewTextField*> fields;
+  for (const auto& field : fields_) {
+    if (field) fields.push_back(field);
+  }
+  return fields;
+}
+
 void RQAlertViewHeader::applyLooks() {
-  title_->setStyle({.font = alertView_.titleFont(), .alignment = alertView_.titleTextAlignment()},
-                   alertView_.titleTextColor());
-  message_->setStyle({.font = alertView_.messageFont(), .alignment = alertView_.messageTextAlignment()},
-                     alertView_.messageTextColor());
-  content_->applyAppearance(alertView_.appearanceValues());
-  overlay_->setColors(alertView_.backgroundColor(), alertView_.tintColor());
-  static_cast<RQAlertViewScrollIndicator*>(verticalScrollBar())->setStyle(alertView_.indicatorStyle());
-  setVerticalScrollBarPolicy(alertView_.showsVerticalScrollIndicator() ? Qt::ScrollBarAsNeeded
-                                                                       : Qt::ScrollBarAlwaysOff);
+  const RQAlertViewAppearance& look = dialog_->appearance;
+  title_->setStyle({.font = *look.titleFont, .alignment = look.titleTextAlignment}, *look.titleTextColor);
+  message_->setStyle({.font = look.messageFont, .alignment = look.messageTextAlignment},
+                     *look.messageTextColor);
+  if (indicator_) {
+    indicator_->setActivityIndicatorViewStyle(look.activityIndicatorViewStyle);
+    indicator_->setColor(look.activityIndicatorViewColor);
+  }
+  if (progressBar_) progressBar_->update();
+  if (progressLabel_) {
+    progressLabel_->setText(dialog_->progressLabelText);
+    progressLabel_->setVisible(!dialog_->progressLabelText.isEmpty());
+    progressLabel_->setStyle({.font = look.progressLabelFont,
+                              .alignment = look.progressLabelTextAlignment,
+                              .numberOfLines = look.progressLabelNumberOfLines,
+                              .lineBreakMode = look.progressLabelLineBreakMode},
+                             look.progressLabelTextColor);
+  }
+  for (RQAlertViewTextField* field : textFields()) applyLooksTo(*field);
+  applied_ = look;
+  overlay_->update();
+  RQAlertViewScrollIndicator::takeLook(*this, look);
+}
+
+void RQAlertViewHeader::applyLooksTo(RQAlertViewTextField& field) const {
+  using Look = RQAlertViewAppearance;
+  const Look& now = dialog_->appearance;
+  const auto changed = [&](auto... properties) {
+    return !applied_ || (!((*applied_).*properties == now.*properties) || ...);
+  };
+  if (changed(&Look::textFieldsBackgroundColor, &Look::textFieldsTextColor))
+    field.setColors(now.textFieldsBackgroundColor, now.textFieldsTextColor);
+  if (changed(&Look::tintColor)) field.setTintColor(now.tintColor);
+  if (changed(&Look::textFieldsFont)) field.setFont(now.textFieldsFont);
+  if (changed(&Look::textFieldsTextAlignment)) field.setAlignment(alignmentFor(now.textFieldsTextAlignment));
+  if (changed(&Look::textFieldsClearsOnBeginEditing))
+    field.setClearsOnBeginEditing(now.textFieldsClearsOnBeginEditing);
+  if (changed(&Look::textFieldsAdjustsFontSizeToFitWidth, &Look::textFieldsMinimumFontSize,
+              &Look::textFieldsFont)) {
+    field.setAdjustsFontSizeToFitWidth(now.textFieldsAdjustsFontSizeToFitWidth,
+                                       now.textFieldsMinimumFontSize);
+  }
+  if (changed(&Look::textFieldsClearButtonMode)) field.setClearButtonMode(now.textFieldsClearButtonMode);
+}
+
+void RQAlertViewHeader::showProgress(bool animated) {
+  if (progressBar_) progressBar_->setProgress(dialog_->progress, animated);
 }
 
 int RQAlertViewHeader::wholeHeight(int width) const {
@@ -108,12 +246,13 @@ void RQAlertViewHeader::layOutIn(const QRect& area) {
   const bool overflows = height > area.height();
   setVisible(!area.isEmpty());
   setGeometry(area);
-  // Only what scrolls is worth a stop of the Tab key.
+  // Only what scrolls is a stop of the Tab key.
   setFocusPolicy(overflows ? Qt::TabFocus : Qt::NoFocus);
   parts_->setGeometry(0, parts_->y(), area.width(), height);
   const int inner = area.width() - 2 * headerPadding;
   eachPart(inner, [this, inner](QWidget* part, int top, int partHeight) {
-    part->setGeometry(headerPadding, paddingVertical() + top, inner, partHeight);
+    const int width = part == indicator_ ? part->sizeHint().width() : inner;
+    part->setGeometry(headerPadding + (inner - width) / 2, paddingVertical() + top, width, partHeight);
   });
 
   overlay_->setGeometry(0, 0, area.width(), area.height());
@@ -123,17 +262,25 @@ void RQAlertViewHeader::layOutIn(const QRect& area) {
   keepFocusInSight();
 }
 
+void RQAlertViewHeader::fieldEntered(std::size_t index) {
+  for (std::size_t next = index + 1; next < fields_.size(); ++next) {
+    if (!fields_[next] || !fields_[next]->isEnabled() || fields_[next]->isHidden()) continue;
+    return fields_[next]->setFocus(Qt::TabFocusReason);
+  }
+  emit lastFieldEntered();
+}
+
 void RQAlertViewHeader::keepFocusInSight() {
   const QWidget* focused = window()->focusWidget();
   if (!focused || focused == parts_ || !parts_->isAncestorOf(focused)) return;
-  // The whole of it, the upper edge before the lower one where it is taller than the area.
+  // The whole of it, and its upper edge where it is taller than the area.
   const QRect place(focused->mapTo(parts_, QPoint()), focused->size());
   ensureVisible(place.x(), place.bottom(), 0, textFieldsGap);
   ensureVisible(place.x(), place.top(), 0, textFieldsGap);
 }
 
 void RQAlertViewHeader::keyPressEvent(QKeyEvent* event) {
-  // What a field leaves over belongs to the box, and so do the arrows where there is nothing left to scroll.
+  // Keys that a field leaves over belong to the box, and so do the arrows where nothing is left to scroll.
   const QScrollBar* bar = verticalScrollBar();
   const bool atEnd = (event->key() == Qt::Key_Up && bar->value() == bar->minimum()) ||
                      (event->key() == Qt::Key_Down && bar->value() == bar->maximum());
@@ -145,21 +292,33 @@ void RQAlertViewHeader::keyPressEvent(QKeyEvent* event) {
 }
 
 int RQAlertViewHeader::paddingVertical() const {
-  return alertView_.style() == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
-                                                       : actionSheetHeaderPaddingVertical;
+  return dialog_->style == RQAlertViewStyle::Alert ? alertHeaderPaddingVertical
+                                                   : actionSheetHeaderPaddingVertical;
 }
 
 template <typename Visit>
 int RQAlertViewHeader::eachPart(int innerWidth, Visit visit) const {
   int y = 0;
   bool first = true;
-  for (const auto& [part, gap] :
-       {std::pair<QWidget*, int>{title_, 0}, {message_, titleMessageGap}, {content_, contentGap}}) {
-    if (part->isHidden()) continue;
+  const auto put = [&](QWidget* part, int gap, int least = 0) {
+    if (!part || part->isHidden()) return;
     if (!std::exchange(first, false)) y += gap;
-    const int height = part->heightForWidth(innerWidth);
+    const int wanted =
+        part->hasHeightForWidth() ? part->heightForWidth(innerWidth) : part->sizeHint().height();
+    const int height = std::clamp(std::max(wanted, least), part->minimumHeight(), part->maximumHeight());
     visit(part, y, height);
     y += height;
+  };
+  put(title_, 0);
+  put(message_, titleMessageGap);
+  put(dialog_->innerView, contentGap);
+  put(indicator_, contentGap);
+  put(progressBar_, contentGap);
+  put(progressLabel_, progressLabelGap);
+  const int leastField = static_cast<int>(std::lround(dialog_->appearance.textFieldsHeight));
+  for (const auto& field : fields_) {
+    const int textAndPadding = field ? field->fontMetrics().height() + 2 * textFieldPadding : 0;
+    put(field, &field == &fields_.front() ? contentGap : textFieldsGap, std::max(leastField, textAndPadding));
   }
   return y;
 }

@@ -1,9 +1,10 @@
 #include "RQAlertView/RQAlertViewHelper.h"
 
-#include "RQAlertView/RQAlertView.h"
+#include "RQAlertView/RQAlertViewModel.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
+
+#include <algorithm>
 
 double RQAlertViewHelper::systemVersion() {
   return UIDevice::currentDevice().systemVersion();
@@ -17,27 +18,18 @@ bool RQAlertViewHelper::isPad() {
   return UIDevice::currentDevice().userInterfaceIdiom() == UIUserInterfaceIdiom::Pad;
 }
 
-bool RQAlertViewHelper::isPadAndNotForce(const RQAlertView& alertView) {
-  return isPad() && !alertView.padShowsActionSheetFromBottom();
+bool RQAlertViewHelper::isPadAndNotForce(const RQAlertViewModel& dialog) {
+  return isPad() && !dialog.appearance.padShowsActionSheetFromBottom;
 }
 
-bool RQAlertViewHelper::comesFromBottom(const RQAlertView& alertView) {
-  return alertView.style() == RQAlertViewStyle::ActionSheet && !isPadAndNotForce(alertView);
+bool RQAlertViewHelper::comesFromBottom(const RQAlertViewModel& dialog) {
+  return dialog.style == RQAlertViewStyle::ActionSheet && !isPadAndNotForce(dialog);
 }
 
-bool RQAlertViewHelper::isCancelButtonSeparate(const RQAlertView& alertView) {
-  if (alertView.cancelButtonTitle().isNull()) return false;
-  if (comesFromBottom(alertView)) return true;
-  // Of a list that has to scroll, the way out stays in sight.
-  const double room = UIScreen::mainScreen()->height() - 2 * alertView.offsetVertical();
-  return static_cast<double>(alertView.buttonTitles().size()) * alertView.buttonsHeight() > room;
-}
-
-QColor RQAlertViewHelper::rgb(double red, double green, double blue) {
-  return QColor::fromRgbF(static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue));
-}
-
-QColor RQAlertViewHelper::white(double level, double alpha) {
-  const auto part = static_cast<float>(level);
-  return QColor::fromRgbF(part, part, part, static_cast<float>(alpha));
+bool RQAlertViewHelper::isCancelButtonSeparate(const RQAlertViewModel& dialog) {
+  if (dialog.cancelButtonTitle.isNull()) return false;
+  if (comesFromBottom(dialog)) return true;
+  // It stays in sight where the list has to scroll.
+  const double room = UIScreen::mainScreen()->height() - 2 * dialog.appearance.offsetVertical;
+  return static_cast<double>(dialog.buttonTitles.size()) * *dialog.appearance.buttonsHeight > room;
 }

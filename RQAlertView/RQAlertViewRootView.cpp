@@ -1,10 +1,8 @@
 #include "RQAlertView/RQAlertViewRootView.h"
 
-#include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewHelper.h"
 #include "platform/EventLoop.h"
-#include "platform/UIDevice.h"
 #include "platform/UIWindow.h"
 
 #include <algorithm>
@@ -12,24 +10,15 @@
 
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
-#include <QWidget>
 
 namespace {
 
-// Each pixel of the blur stands for this many of the picture, across and down.
+// The pixels of the picture, across and down, that become one pixel of the blur.
 constexpr int coarseness = 14;
 
 QColor tintFor(UIBlurEffectStyle style) {
-  switch (style) {
-    case UIBlurEffectStyle::ExtraLight:
-      return {255, 255, 255, 190};
-    case UIBlurEffectStyle::Light:
-      return {255, 255, 255, 80};
-    case UIBlurEffectStyle::Dark:
-      return {0, 0, 0, 110};
-  }
-  return Qt::transparent;
+  if (style == UIBlurEffectStyle::Dark) return {0, 0, 0, 110};
+  return {255, 255, 255, style == UIBlurEffectStyle::Light ? 80 : 190};
 }
 
 int milliseconds(double seconds) {
@@ -48,14 +37,13 @@ QRectF scaled(const QRectF& rect, double scale) {
   return result;
 }
 
-}  // namespace
-
+// A picture of `widget` as it is now, blurred and tinted as the style says.
 QPixmap blurredPicture(QWidget& widget, UIBlurEffectStyle style) {
   QPixmap picture = widget.grab();
   if (picture.isNull()) return picture;
   const double ratio = picture.devicePixelRatioF();
   const QSize whole = picture.size();
-  // Making it small and large again is a blur that costs next to nothing.
+  // Making it small and large again is a cheap blur.
   const QSize small(std::max(1, whole.width() / coarseness), std::max(1, whole.height() / coarseness));
   picture = picture.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                 .scaled(whole, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -64,7 +52,11 @@ QPixmap blurredPicture(QWidget& widget, UIBlurEffectStyle style) {
   return picture;
 }
 
-RQAlertViewRootView::RQAlertViewRootView(const RQAlertView& alertView) : alertView_(alertView) {
+}  // namespace
+
+RQAlertViewRootView::RQAlertViewRootView(std::shared_ptr<const RQAlertViewModel> dialog,
+                                         const RQAlertViewPress& press)
+    : dialog_(std::move(dialog)), box_(new RQAlertViewBox(dialog_, press, this)) {
   animation_.setStartValue(0.0);
   animation_.setEndValue(1.0);
   animation_.setEasingCurve(QEasingCurve::OutCubic);
@@ -73,26 +65,19 @@ RQAlertViewRootView::RQAlertViewRootView(const RQAlertView& alertView) : alertVi
     update();
   });
   connect(&animation_, &QVariantAnimation::finished, this, atEventBoundary([this] { finishMotion(); }));
-  connect(&shift_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-    if (box_) box_->move(value.toPoint());
-  });
-}
-
-void RQAlertViewRootView::setBox(RQAlertViewBox* box) {
-  box_ = box;
-  box_->hide();
+  connect(&shift_, &QVariantAnimation::valueChanged, this,
+          [this](const QVariant& value) { box_->move(value.toPoint()); });
 }
 
 void RQAlertViewRootView::layoutSubviews() {
   shift_.stop();
-  if (box_) box_->layOutIn(freeRoom());
+  box_->layOutIn(freeRoom());
   update();
 }
 
 void RQAlertViewRootView::setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve) {
   if (frame == keyboard_) return;
   keyboard_ = frame;
-  if (!box_) return;
   const QPoint before = box_->pos();
   layoutSubviews();
   const QPoint after = box_->pos();
@@ -153,9 +138,9 @@ void RQAlertViewRootView::finishMotion() {
   animation_.stop();
   picture_ = {};
   earlierPicture_ = {};
-  if (box_) box_->setVisible(in_);
+  box_->setVisible(in_);
   update();
-  // Last: what is called may move the box again or drop the dialog.
+  // Last: it may move the box again or drop the dialog.
   if (const std::function<void()> finished = std::exchange(finished_, nullptr)) finished();
 }
 
@@ -175,19 +160,21 @@ double RQAlertViewRootView::coverShown() const {
 }
 
 double RQAlertViewRootView::dimming() const {
-  const QColor color = alertView_.coverColor();
-  const double own = std::clamp(alertView_.coverAlpha(), 0.0, 1.0) * (color.isValid() ? color.alphaF() : 0);
+  const QColor color = dialog_->appearance.coverColor;
+  const double alpha = std::clamp(dialog_->appearance.coverAlpha, 0.0, 1.0);
+  const double own = color.isValid() ? alpha * color.alphaF() : 0;
   const double other = motion_ == Motion::None ? 0 : otherDimming_;
   return other + (own - other) * coverShown();
 }
 
 void RQAlertViewRootView::paintCover(QPainter& painter) const {
   if (!coverBackdrop_.isNull()) {
-    painter.setOpacity(std::clamp(coverShown() * alertView_.coverAlpha(), 0.0, 1.0));
+    painter.setOpacity(std::clamp(coverShown() * dialog_->appearance.coverAlpha, 0.0, 1.0));
     painter.drawPixmap(rect(), coverBackdrop_);
     painter.setOpacity(1);
   }
-  QColor color = alertView_.coverColor().isValid() ? alertView_.coverColor() : QColor(Qt::black);
+  QColor color =
+      dialog_->appearance.coverColor.isValid() ? dialog_->appearance.coverColor : QColor(Qt::black);
   color.setAlphaF(static_cast<float>(std::clamp(dimming(), 0.0, 1.0)));
   if (color.alpha() > 0) painter.fillRect(rect(), color);
 }
@@ -195,35 +182,23 @@ void RQAlertViewRootView::paintCover(QPainter& painter) const {
 void RQAlertViewRootView::paintPicture(QPainter& painter) const {
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   const QRectF place = box_->geometry();
+  if (motion_ == Motion::ChangeFrom) return paintChange(painter, between(earlierPlace_, place, progress_));
   QRectF now = place;
-  double opacity = 1;
-  const bool fromBottom = RQAlertViewHelper::comesFromBottom(alertView_);
-  switch (motion_) {
-    case Motion::BringIn:
-    case Motion::TakeOut: {
-      const double in = motion_ == Motion::BringIn ? progress_ : 1 - progress_;
-      if (fromBottom) {
-        now.translate(0, (1 - in) * (height() - place.top()));
-      } else {
-        const double away = motion_ == Motion::BringIn ? alertView_.initialScale() : alertView_.finalScale();
-        now = scaled(place, away + (1 - away) * in);
-        opacity = in;
-      }
-      break;
-    }
-    case Motion::ChangeFrom:
-      paintChange(painter, between(earlierPlace_, place, progress_));
-      return;
-    case Motion::None:
-      return;
+  const double in = coverShown();
+  if (RQAlertViewHelper::comesFromBottom(*dialog_)) {
+    now.translate(0, (1 - in) * (height() - place.top()));
+  } else {
+    const RQAlertViewAppearance& look = dialog_->appearance;
+    const double away = motion_ == Motion::BringIn ? look.initialScale : look.finalScale;
+    now = scaled(place, away + (1 - away) * in);
+    painter.setOpacity(in);
   }
-  painter.setOpacity(opacity);
   painter.drawPixmap(now, picture_, QRectF(picture_.rect()));
 }
 
 void RQAlertViewRootView::paintChange(QPainter& painter, const QRectF& box) const {
   // The box grows or shrinks while one content fades into the other; texts keep their size meanwhile.
-  const double radius = alertView_.layerCornerRadius();
+  const double radius = dialog_->appearance.layerCornerRadius;
   QPainterPath outline;
   outline.addRoundedRect(box, radius, radius);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -235,9 +210,9 @@ void RQAlertViewRootView::paintChange(QPainter& painter, const QRectF& box) cons
     painter.drawPixmap(whole.topLeft(), picture);
   };
   paint(earlierPicture_, 1 - progress_);
-  // What neither of the two covers; none of it at the beginning and at the end.
+  // Fills what neither of the two covers, with nothing at the beginning and at the end.
   painter.setOpacity(std::min(1.0, 4 * progress_ * (1 - progress_)));
-  painter.fillPath(outline, alertView_.backgroundColor());
+  painter.fillPath(outline, dialog_->appearance.backgroundColor);
   paint(earlierPicture_, 1 - progress_);
   paint(picture_, progress_);
 }
@@ -247,8 +222,8 @@ void RQAlertViewRootView::takeBackdrops() {
   const auto blurred = [behind](const std::optional<UIBlurEffectStyle>& style) {
     return behind && style ? blurredPicture(*behind, *style) : QPixmap();
   };
-  coverBackdrop_ = blurred(alertView_.coverBlurEffect());
-  if (box_) box_->setBackdrop(blurred(alertView_.backgroundBlurEffect()));
+  coverBackdrop_ = blurred(dialog_->appearance.coverBlurEffect);
+  box_->setBackdrop(blurred(dialog_->appearance.backgroundBlurEffect));
 }
 
 void RQAlertViewRootView::resizeEvent(QResizeEvent* event) {
@@ -266,7 +241,7 @@ void RQAlertViewRootView::changeEvent(QEvent* event) {
 }
 
 void RQAlertViewRootView::mousePressEvent(QMouseEvent* event) {
-  // A touch that begins while the box moves is not kept for when it is in place.
+  // A touch that begins while the box moves does not count once it is in place.
   pressed_ = motion_ == Motion::None && event->button() == Qt::LeftButton &&
              !box_->geometry().contains(event->position().toPoint());
 }

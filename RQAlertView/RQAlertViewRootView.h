@@ -1,36 +1,21 @@
 // The view of a dialog: the cover that dims what lies behind, the box, and their coming and going.
 #pragma once
 
-#include "platform/UITextTraits.h"
-
-#include <functional>
-#include <memory>
-#include <utility>
+#include "RQAlertView/RQAlertViewModel.h"
 
 #include <QEasingCurve>
-#include <QPixmap>
 #include <QVariantAnimation>
-#include <QWidget>
 
-class QWidget;
-
-// A picture of `widget` as it is now, blurred and tinted as the style says. Empty where the widget is.
-QPixmap blurredPicture(QWidget& widget, UIBlurEffectStyle style);
-
-class RQAlertView;
 class RQAlertViewBox;
 
-// See-through until it is brought in. While it moves, a picture of the box moves and the box itself is out of
+// Transparent until it is brought in. While it moves, a picture of the box moves and the box itself is out of
 // reach.
 class RQAlertViewRootView : public QWidget {
   Q_OBJECT
 
  public:
-  // `alertView` outlives the view, or is handed to keep().
-  explicit RQAlertViewRootView(const RQAlertView& alertView);
+  RQAlertViewRootView(std::shared_ptr<const RQAlertViewModel> dialog, const RQAlertViewPress& press);
 
-  // Takes `box` over, which was made with this view as its parent.
-  void setBox(RQAlertViewBox* box);
   RQAlertViewBox* box() const { return box_; }
 
   // For the present size of the window and place of the keyboard.
@@ -40,11 +25,11 @@ class RQAlertViewRootView : public QWidget {
   void setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve);
 
   // Each ends with `finished`, which is called exactly once: at the end, at once without a duration
-  // (seconds), or by finishMotion(); never when the view is destroyed first. The cover's dimming begins at
-  // that of another dialog, whose place this one takes, or ends at it: 0 for none.
+  // (seconds), or by finishMotion(); never when the view is destroyed first. The cover's dimming begins or
+  // ends at that of another dialog: 0 for none.
   void bringIn(double dimmingBefore, double duration, std::function<void()> finished);
   void takeOut(double dimmingAfter, double duration, std::function<void()> finished);
-  // Brings the box in by changing it from a picture of another one that stood at `from`.
+  // Brings the box in by changing it from a picture of another one, which was at `from`.
   void changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore, double duration,
                   std::function<void()> finished);
   void finishMotion();
@@ -53,10 +38,6 @@ class RQAlertViewRootView : public QWidget {
   double dimming() const;
 
   QPixmap picture() const;
-
-  // Keeps the dialog until the view goes: its window is destroyed by the event loop, some time after the
-  // dialog has let go of it.
-  void keep(std::shared_ptr<RQAlertView> alertView) { kept_ = std::move(alertView); }
 
  signals:
   // The user tapped the cover.
@@ -82,14 +63,14 @@ class RQAlertViewRootView : public QWidget {
   void paintChange(QPainter& painter, const QRectF& box) const;
   void takeBackdrops();
 
-  const RQAlertView& alertView_;
-  RQAlertViewBox* box_ = nullptr;
+  std::shared_ptr<const RQAlertViewModel> dialog_;
+  RQAlertViewBox* box_;
   QRect keyboard_;
 
   Motion motion_ = Motion::None;
-  bool in_ = false;  // the box is in place once nothing moves
+  bool in_ = false;  // nothing moves and the box is in place
   double progress_ = 0;
-  // Children, so that what moves can be found from outside and its clock be turned.
+  // Children, so that tests can find them and turn their clocks.
   QVariantAnimation animation_{this};
   QVariantAnimation shift_{this};
   std::function<void()> finished_;
@@ -99,5 +80,4 @@ class RQAlertViewRootView : public QWidget {
   QPixmap coverBackdrop_;
   double otherDimming_ = 0;
   bool pressed_ = false;
-  std::shared_ptr<RQAlertView> kept_;
 };

@@ -1,73 +1,86 @@
-// A card of a dialog: the rounded background with its shadow. Its border is a view of its own.
+// What a dialog paints below, above and beside its contents: its cards, their borders, focus rings, and the
+// signs that something scrolls.
 #pragma once
+
+#include "RQAlertView/RQAlertViewModel.h"
 
 #include <QPainterPath>
 #include <QPixmap>
+#include <QScrollBar>
 #include <QWidget>
 
-// Lies below what stands on the card. The widget is larger than the card by the room that the shadow takes.
+class QAbstractScrollArea;
+
+// A card: the rounded background with its shadow and separators, below what is on the card. The widget is
+// larger than the card by the room that the shadow takes.
 class RQAlertViewShadowView : public QWidget {
   Q_OBJECT
 
  public:
-  struct Look {
-    QColor backgroundColor;
-    double cornerRadius = 0;
-    QColor borderColor;
-    double borderWidth = 0;
-    QColor shadowColor;
-    double shadowRadius = 0;
-    QPointF shadowOffset;
-    QColor separatorsColor;
+  RQAlertViewShadowView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent);
 
-    friend bool operator==(const Look&, const Look&) = default;
-  };
-
-  explicit RQAlertViewShadowView(QWidget* parent);
-
-  void setLook(const Look& look);
-  const Look& look() const { return look_; }
-  // In the parent's coordinates.
+  // In the parent's coordinates. Takes over the dialog's look.
   void setCardGeometry(const QRect& card);
   const QRect& cardGeometry() const { return card_; }
   // Hairlines, in the parent's coordinates: horizontal where wider than high, else vertical.
   void setSeparators(const QList<QRect>& separators);
-  // What is painted below the background colour, as large as the card; empty for nothing. It is seen as far
-  // as that colour is see-through.
+  // Painted below the background colour, as large as the card; null for nothing.
   void setBackdrop(const QPixmap& backdrop);
-
   // In the parent's coordinates.
   QPainterPath outline() const;
 
-  // How far the shadow of such a look reaches beyond the card, on the widest side.
-  static int shadowMargin(const Look& look);
+  // How far the shadow reaches beyond the card, on the widest side.
+  static int shadowMargin(const RQAlertViewAppearance& look);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void paintShadow(QPainter& painter, const QRectF& card) const;
+  void paintShadow(QPainter& painter) const;
 
-  Look look_;
+  std::shared_ptr<const RQAlertViewModel> dialog_;
   QRect card_;
   QList<QRect> separators_;
   QPixmap backdrop_;
 };
 
-// The border of a card, which lies above everything that stands on the card.
+// The border of a card, above everything that is on the card.
 class RQAlertViewBorderView : public QWidget {
   Q_OBJECT
 
  public:
-  explicit RQAlertViewBorderView(QWidget* parent);
+  RQAlertViewBorderView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent);
 
   // Covers `card`, which is a sibling of this view, and comes to the front. Hidden where the card is hidden
-  // or its look has no border.
+  // or the dialog has no border.
   void frame(const RQAlertViewShadowView& card);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  RQAlertViewShadowView::Look look_;
+  std::shared_ptr<const RQAlertViewModel> dialog_;
 };
+
+// The slim bar that shows how far a piece of a dialog is scrolled.
+class RQAlertViewScrollIndicator : public QScrollBar {
+  Q_OBJECT
+
+ public:
+  // Makes `area` scroll up and down only, frameless and transparent, with such a bar.
+  static void install(QAbstractScrollArea& area);
+  // `area` has such a bar.
+  static void takeLook(QAbstractScrollArea& area, const RQAlertViewAppearance& look);
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  UIScrollViewIndicatorStyle style_ = UIScrollViewIndicatorStyle::Default;
+};
+
+// Fades the lower edge of `area` into the background: more is below.
+void paintGoesOn(QPainter& painter, const QRect& area, const QColor& background);
+void paintFocusRing(QPainter& painter, const QRectF& around, const QColor& color);

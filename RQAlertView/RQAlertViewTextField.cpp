@@ -1,8 +1,8 @@
 #include "RQAlertView/RQAlertViewTextField.h"
 
-#include "RQAlertView/RQAlertViewMetrics.h"
-#include "RQAlertView/RQAlertViewReports.h"
+#include "RQAlertView/RQAlertViewHelper.h"
 #include "RQAlertView/RQAlertViewText.h"
+#include "platform/UIKeyboard.h"
 
 #include <algorithm>
 #include <cmath>
@@ -65,7 +65,7 @@ void RQAlertViewTextField::setTitle(const QString& title) {
 }
 
 void RQAlertViewTextField::updateAccessibleName() {
-  // A name that the application has given stays.
+  // A name that the application has set stays.
   if (accessibleName() != nameFromTexts_) return;
   nameFromTexts_ = placeholder().isEmpty() ? title_ : placeholder();
   setAccessibleName(nameFromTexts_);
@@ -81,7 +81,7 @@ void RQAlertViewTextField::setSecureTextEntry(bool secure) {
 }
 
 QColor RQAlertViewTextField::placeholderColor(const QColor& text) {
-  // Weaker than what is typed, and still strong enough to be read.
+  // Weaker than typed text, and still readable.
   QColor color = text;
   color.setAlphaF(0.6F);
   return color;
@@ -93,7 +93,7 @@ QColor RQAlertViewTextField::selectedTextColor(const QColor& tint) {
   };
   const float luminance =
       0.2126F * linear(tint.redF()) + 0.7152F * linear(tint.greenF()) + 0.0722F * linear(tint.blueF());
-  // From here on black stands out more than white.
+  // Above this black has more contrast than white.
   return luminance > 0.179F ? Qt::black : Qt::white;
 }
 
@@ -137,12 +137,14 @@ bool RQAlertViewTextField::isFirstResponder() const {
 }
 
 void RQAlertViewTextField::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Space || !isRepeatedAnswer(*event)) QLineEdit::keyPressEvent(event);
+  // Return held down was meant for what had the focus before.
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isReturn || !isRepeated(*event)) QLineEdit::keyPressEvent(event);
 }
 
 void RQAlertViewTextField::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
-  // Coming back from another program or a menu does not begin anything.
+  // Coming back from another program or a menu is not a beginning.
   const bool begins =
       event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason;
   if (clearsOnBeginEditing_ && begins) clear();
@@ -180,22 +182,9 @@ void RQAlertViewTextField::paintEvent(QPaintEvent* event) {
 }
 
 void RQAlertViewTextField::updateClearButton() {
-  const bool editing = isFirstResponder();
-  bool shown = false;
-  switch (clearButtonMode_) {
-    case UITextFieldViewMode::Never:
-      shown = false;
-      break;
-    case UITextFieldViewMode::WhileEditing:
-      shown = editing;
-      break;
-    case UITextFieldViewMode::UnlessEditing:
-      shown = !editing;
-      break;
-    case UITextFieldViewMode::Always:
-      shown = true;
-      break;
-  }
+  const auto unwanted =
+      isFirstResponder() ? UITextFieldViewMode::UnlessEditing : UITextFieldViewMode::WhileEditing;
+  const bool shown = clearButtonMode_ != UITextFieldViewMode::Never && clearButtonMode_ != unwanted;
   clearAction_->setVisible(shown && !text().isEmpty() && !isReadOnly());
 }
 

@@ -3,6 +3,9 @@
 
 #include "platform/UITextTraits.h"
 
+#include <cstddef>
+#include <functional>
+
 #include <QColor>
 #include <QFont>
 #include <QLineEdit>
@@ -19,7 +22,7 @@ class RQAlertViewTextField : public QLineEdit {
   void setPlaceholder(const QString& placeholder) { setPlaceholderText(placeholder); }
   // Hides the base class's: the accessible name follows the placeholder.
   void setPlaceholderText(const QString& placeholder);
-  // What the field is called as long as it has no placeholder.
+  // The accessible name as long as there is no placeholder.
   void setTitle(const QString& title);
 
   // A hint for an on-screen keyboard; a desktop's keyboard has no appearance.
@@ -43,12 +46,12 @@ class RQAlertViewTextField : public QLineEdit {
   // Marks the field that has the focus, and selected text.
   void setTintColor(const QColor& tint);
 
-  // A text that is too wide is made smaller, down to a font of `minimumSize` logical pixels. The font that
+  // Makes the font of a text that is too wide smaller, down to `minimumSize` logical pixels. The font that
   // was set comes back when there is room for it, or when this is switched off.
   void setAdjustsFontSizeToFitWidth(bool adjusts, double minimumSize);
 
-  // Takes or gives up the input focus. Answers whether the field has it, or has it not, afterwards; a field
-  // that is not shown yet cannot take it.
+  // Takes or gives up the input focus; returns whether that succeeded. A field that is not shown yet cannot
+  // take it.
   bool becomeFirstResponder();
   bool resignFirstResponder();
   bool isFirstResponder() const;
@@ -80,3 +83,6 @@ class RQAlertViewTextField : public QLineEdit {
   UITextFieldViewMode clearButtonMode_ = UITextFieldViewMode::Never;
   bool clearsOnBeginEditing_ = false;
 };
+
+using RQAlertViewTextFieldsSetupHandler =
+    std::function<void(RQAlertViewTextField& textField, std::size_t index)>;

@@ -4,7 +4,6 @@
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
-#include "platform/UIWindow.h"
 
 #include <algorithm>
 #include <cstring>
@@ -63,8 +62,7 @@ void RQAlertViewWindowsObserver::push(UIWindow* window) {
 
 void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   const std::weak_ptr<UIWindow> hidden = window->weak_from_this();
-  // Nothing is painted before the dialog below is back, else the screen would be seen without any for a
-  // moment.
+  // Nothing is painted before the dialog below is back: for a moment the screen would show without any.
   const bool uncovers = !covering_ && std::any_of(windowsArray_.begin(), windowsArray_.end(),
                                                   [window](const RQAlertViewWindowContainer& container) {
                                                     return container.window() && !container.holds(window);
@@ -72,12 +70,12 @@ void RQAlertViewWindowsObserver::restoreAfter(UIWindow* window) {
   if (uncovers) UIScreen::mainScreen()->setUpdatesEnabled(false);
   dispatch_after(0, dispatch_get_main_queue(), [hidden] {
     UIScreen::mainScreen()->setUpdatesEnabled(true);
-    // Hidden only, to be shown again later: it keeps its place.
+    // A window that is only hidden keeps its place.
     const std::shared_ptr<UIWindow> last = hidden.expired() ? sharedInstance()->lastWindow() : nullptr;
     if (last) {
       last->makeKeyAndVisible();
     } else if (UIApplication& application = *UIApplication::sharedApplication(); !application.keyWindow()) {
-      // What was covered has gone meanwhile.
+      // The covered window has gone meanwhile.
       application.passKeyOn();
     }
   });

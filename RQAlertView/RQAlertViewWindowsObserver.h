@@ -1,14 +1,43 @@
-// The stack of dialog windows: a newer one covers the one below it, which comes back when the newer one goes.
+// The windows of dialogs and their stack: a newer dialog covers the one below it, which comes back when the
+// newer one goes.
 #pragma once
 
-#include "RQAlertView/RQAlertViewWindowContainer.h"
+#include "platform/UIWindow.h"
 
 #include <memory>
 #include <vector>
 
-#include <QObject>
-
 struct NSNotification;
+
+// The window of one dialog. The observer recognises such windows by "Alert" in the class name.
+class RQAlertViewWindow : public UIWindow {
+  Q_OBJECT
+
+ public:
+  using UIWindow::UIWindow;
+};
+
+// An entry of the stack: holds one window weakly.
+class RQAlertViewWindowContainer {
+ public:
+  static RQAlertViewWindowContainer containerWithWindow(const std::shared_ptr<UIWindow>& window) {
+    return RQAlertViewWindowContainer().initWithWindow(window);
+  }
+  RQAlertViewWindowContainer& initWithWindow(const std::shared_ptr<UIWindow>& window) {
+    window_ = window;
+    identity_ = window.get();
+    return *this;
+  }
+
+  // Null once the window has been released.
+  std::shared_ptr<UIWindow> window() const { return window_.lock(); }
+  // Whether this is, or was, the entry of `window`.
+  bool holds(const UIWindow* window) const { return identity_ == window; }
+
+ private:
+  std::weak_ptr<UIWindow> window_;
+  const UIWindow* identity_ = nullptr;  // only compared: the window may be gone
+};
 
 // One for the process, destroyed with the application. Main thread.
 class RQAlertViewWindowsObserver : public QObject {
@@ -17,12 +46,12 @@ class RQAlertViewWindowsObserver : public QObject {
  public:
   static RQAlertViewWindowsObserver* sharedInstance();
 
-  // Registers for the visibility of windows; once is enough, more does no harm.
+  // Registers for the visibility of windows; further calls do nothing.
   void startObserving();
 
   // From the lowest to the topmost; may hold entries whose window is gone.
   const std::vector<RQAlertViewWindowContainer>& windowsArray() const { return windowsArray_; }
-  // Drops the entries whose window is gone, then answers the topmost window, or null.
+  // Drops the entries whose window is gone, then returns the topmost window, or null.
   std::shared_ptr<UIWindow> lastWindow();
   bool isWindowsArrayContains(const UIWindow* window) const;
 
@@ -35,5 +64,5 @@ class RQAlertViewWindowsObserver : public QObject {
 
   std::vector<RQAlertViewWindowContainer> windowsArray_;
   bool observing_ = false;
-  bool covering_ = false;  // a window is being hidden by a newer one
+  bool covering_ = false;  // a newer window is hiding the one below
 };

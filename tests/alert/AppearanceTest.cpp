@@ -164,10 +164,10 @@ TEST_F(Appearance, GivesEveryDialogItsWidth) {
 
   resize(820, 1180);
   EXPECT_EQ(s->width(), 280);
-  EXPECT_TRUE(RQAlertViewHelper::isPadAndNotForce(*s));
+  EXPECT_TRUE(RQAlertViewHelper::isPadAndNotForce(s->model()));
   s->setPadShowsActionSheetFromBottom(true);
   EXPECT_EQ(s->width(), 388);
-  EXPECT_FALSE(RQAlertViewHelper::isPadAndNotForce(*s));
+  EXPECT_FALSE(RQAlertViewHelper::isPadAndNotForce(s->model()));
 }
 
 TEST_F(Appearance, EnablesTheButtonsAsTheSharedObjectSays) {

@@ -6,7 +6,6 @@
 #include "RQAlertView/RQAlertViewButton.h"
 #include "RQAlertView/RQAlertViewButtonList.h"
 #include "RQAlertView/RQAlertViewController.h"
-#include "RQAlertView/RQAlertViewWindow.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"

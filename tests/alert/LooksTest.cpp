@@ -1,12 +1,12 @@
 // Every property of a dialog's look is seen on the screen: the box, its content, and the cover.
 #include "RQAlertView/RQAlertViewHeader.h"
-#include "RQAlertView/RQAlertViewProgressView.h"
-#include "RQAlertView/RQAlertViewScrollIndicator.h"
 #include "alert/Pictures.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/UIActivityIndicatorView.h"
 
 #include <algorithm>
+
+#include <QProgressBar>
 
 namespace {
 
@@ -70,9 +70,9 @@ TEST_F(Looks, HaveTheColorsTheyWereGiven) {
   expect("indicator", waiting(), &RQAlertView::setActivityIndicatorViewColor,
          [](const Dialog& dialog) { return seen(partOf<UIActivityIndicatorView>(dialog)); });
   expect("progress", withProgress(), &RQAlertView::setProgressViewProgressTintColor,
-         [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), true); });
+         [](const Dialog& dialog) { return half(partOf<QProgressBar>(dialog), true); });
   expect("track", withProgress(), &RQAlertView::setProgressViewTrackTintColor,
-         [](const Dialog& dialog) { return half(partOf<RQAlertViewProgressView>(dialog), false); });
+         [](const Dialog& dialog) { return half(partOf<QProgressBar>(dialog), false); });
   expect("text field", withFields(1), &RQAlertView::setTextFieldsBackgroundColor,
          [](const Dialog& dialog) { return seen(dialog->textFieldsArray()[0]); });
 }
@@ -167,7 +167,7 @@ TEST_F(Looks, OfAProgressBarMayBePictures) {
   dialog->setProgressViewProgressImage(pixmapOf(Qt::green, 11));
   dialog->setProgressViewTrackImage(pixmapOf(telling, 9));
   dialog->show();
-  const auto* bar = partOf<RQAlertViewProgressView>(dialog);
+  const auto* bar = partOf<QProgressBar>(dialog);
   EXPECT_EQ(bar->height(), 11);
   EXPECT_EQ(extentOf(seen(bar), Qt::green), QRect(0, 0, bar->width() / 2, 11));
   EXPECT_EQ(extentOf(seen(bar), telling), QRect(bar->width() / 2, 0, bar->width() / 2, 11));
