@@ -201,8 +201,8 @@ class Reader {
  public:
   explicit Reader(const BuiltProject& project) : project_(project) {}
 
-  void read(string_view line) {
-    if (awaitsCaret_ > 0 || mayMatter(line)) {
+  void read(string_view line, bool hasColon) {
+    if (awaitsCaret_ > 0 || mayMatter(line, hasColon)) {
       plain_ = withoutSequences(line);
       while (!plain_.empty() && plain_.back() == '\r') plain_.pop_back();
       const size_t before = problems.size();
@@ -216,12 +216,26 @@ class Reader {
 
  private:
   // Most lines of a log name nothing, and are not looked at any closer.
-  static bool mayMatter(string_view line) {
+  static bool mayMatter(string_view line, bool hasColon) {
     const size_t end = line.find_last_not_of("\r\033 ");
     if (end == string_view::npos) return false;
-    return line[end] == ':' || contains(line, ": ") || contains(line, "aking ") || contains(line, " line ") ||
-           contains(line, "cd ") || contains(line, " -C ") || contains(line, ">>> ") ||
-           contains(line, ":\033");
+    if (hasColon && (line[end] == ':' || contains(line, ": ") || contains(line, ":\033"))) return true;
+    switch (line.front()) {
+      case 'c':
+        return line.starts_with("cd ");
+      case 'm':
+      case '/':
+        return contains(line, " -C ");
+      case '>':
+      case ' ':
+      case 'M':
+      case '\033':
+        if (line.starts_with(">>> ") || contains(line, "aking ")) return true;
+        break;
+      default:
+        break;
+    }
+    return (line[end] == '.' || line[end] == '"') && contains(line, " line ");
   }
 
   void understand(string_view text) {
@@ -565,10 +579,12 @@ std::string textOf(const Problem& problem) {
 
 std::vector<Problem> problemsIn(std::string_view log, const BuiltProject& project) {
   Reader reader(project);
-  while (!log.empty()) {
-    const size_t end = std::min(log.find('\n'), log.size());
-    reader.read(log.substr(0, end));
-    log.remove_prefix(std::min(end + 1, log.size()));
+  size_t colon = log.find(':');
+  for (size_t begin = 0; begin < log.size();) {
+    const size_t end = std::min(log.find('\n', begin), log.size());
+    reader.read(log.substr(begin, end - begin), colon < end);
+    if (colon < end) colon = log.find(':', end);
+    begin = end + 1;
   }
   return std::move(reader.problems);
 }

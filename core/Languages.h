@@ -103,6 +103,15 @@ inline constexpr TextPair searching{"جار البحث ...", "Searching ..."};
 inline constexpr TextPair noMatch{"لا توجد نتائج", "No match"};
 inline constexpr TextPair linesFound{"عدد الأسطر: %@", "Lines: %@"};
 inline constexpr TextPair onlyFirstLines{"تظهر أول %@ سطر فقط", "Only the first %@ lines are listed"};
+inline constexpr TextPair problems{"المشكلات", "Problems"};
+inline constexpr TextPair nextProblem{"المشكلة التالية", "Next problem"};
+inline constexpr TextPair previousProblem{"المشكلة السابقة", "Previous problem"};
+// The Arabic ones say "errors: 3", which is right for every number.
+inline constexpr TextPair oneError{"الأخطاء: %@", "%@ error"};
+inline constexpr TextPair someErrors{"الأخطاء: %@", "%@ errors"};
+inline constexpr TextPair oneWarning{"التحذيرات: %@", "%@ warning"};
+inline constexpr TextPair someWarnings{"التحذيرات: %@", "%@ warnings"};
+inline constexpr TextPair listComma{"، ", ", "};
 
 // The same in both languages.
 inline constexpr const char* notSupportedYet = "Not supported yet";

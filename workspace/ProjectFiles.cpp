@@ -8,11 +8,6 @@
 #include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
-#include <algorithm>
-#include <filesystem>
-
-namespace fs = std::filesystem;
-
 namespace {
 
 constexpr const char* fullPathKey = "FullPath";
@@ -38,27 +33,6 @@ const std::vector<std::string>& MUArray() {
 void ArraySetUp() {
   files() = contentsOfDirectoryAtPath(fill(paths::project, {currentProject()}))
                 .value_or(std::vector<std::string>{});
-}
-
-std::vector<std::string> projectTree(const MaybeText& project) {
-  constexpr std::size_t most = 100'000;
-  const fs::path folder = fill(paths::project, {project});
-  std::vector<std::string> found;
-  std::error_code failed;
-  fs::recursive_directory_iterator each(folder, fs::directory_options::skip_permission_denied, failed);
-  for (; !failed && each != fs::recursive_directory_iterator() && found.size() < most;
-       each.increment(failed)) {
-    const fs::path name = each->path().filename();
-    std::error_code unreadable;
-    if (each->is_directory(unreadable)) {
-      if (name == ".theos" || name == ".git" || each->is_symlink(unreadable))
-        each.disable_recursion_pending();
-    } else {
-      found.push_back(each->path().string().substr(folder.string().size() + 1));
-    }
-  }
-  std::sort(found.begin(), found.end());
-  return found;
 }
 
 bool fileCheckRejects(const std::string& entry) {

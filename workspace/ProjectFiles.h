@@ -16,10 +16,6 @@ const std::vector<std::string>& MUArray();
 // "(null)".
 void ArraySetUp();
 
-// The files of a project, with those in its folders: relative to it, sorted, at most 100,000. `.theos` and
-// `.git` are left out, links to folders are not followed. Empty where there is no such project.
-std::vector<std::string> projectTree(const MaybeText& project);
-
 // Asks the shell whether `entry` of the current project is a regular file. The name goes into the command
 // line as it is, so a name with blanks is rejected although it exists. The answer is captured in
 // Checkers.log, which the caller deletes when it is done with the pick.

@@ -195,6 +195,30 @@ def build(device):
     assert has(get(pyatspi.ROLE_TEXT, "Build log"), pyatspi.STATE_READ_ONLY)
 
 
+def mend(device):
+    """From an error of a build to its line, and to the next package."""
+    with open(f"{device}/var/Tweakyard/Projects/{PROJECT}/Tweak.x", "r+", encoding="utf-8") as source:
+        lines = source.read().count("\n")
+        source.write("int broken = ;\n")
+    use(BUTTON, "Make Package")
+    error = f"Tweak.x:{lines + 1}:14: error: expected expression"
+    get(pyatspi.ROLE_LIST, "Problems")
+    use(pyatspi.ROLE_LIST_ITEM, error)
+    wait_for(lambda: "broken" in text_of("File text"), "the file's text is not there")
+    check_controls("editor at a problem")
+    text = get(pyatspi.ROLE_TEXT, "File text").queryText()
+    place = text.caretOffset
+    assert text.getText(place - 2, place + 1) == "= ;", text.getText(0, place)
+    text.queryEditableText().insertText(place, "1", 1)
+    use(BUTTON, "Save")
+    get(pyatspi.ROLE_LIST_ITEM, error)
+    use(BUTTON, "Make Package")
+    dialog("Done")
+    use(BUTTON, "Cancel")
+    no_dialog()
+    assert not showing(pyatspi.ROLE_LIST, "Problems")
+
+
 def main():
     global APPLICATION
     device = sys.argv[1]
@@ -204,6 +228,7 @@ def main():
         create_project()
         edit_file()
         build(device)
+        mend(device)
     except BaseException:
         for node in everything(APPLICATION):
             if has(node, pyatspi.STATE_SHOWING):

@@ -116,6 +116,36 @@ TEST_F(Keyboard, EveryControlHasANameAndTheKeysAreInItsTooltip) {
   check("build", {{"Back", "Esc"}});
 }
 
+TEST_F(Keyboard, AnErrorInASubfolderIsMendedAndThePackageBuiltInAFewKeys) {
+  makeProject(
+      {{"Makefile",
+        "ARCHS = arm64\nTARGET := iphone:clang:latest:14.0\n"
+        "include $(THEOS)/makefiles/common.mk\nTWEAK_NAME = P\nP_FILES = Tweak.x deep/Part.m\n"
+        "include $(THEOS_MAKE_PATH)/tweak.mk\n"},
+       {"Tweak.x", "#import <Foundation/Foundation.h>\n%hook NSObject\n%end\n"},
+       {"deep/Part.m", "int whole = 1;\n\tint broken = ;\n"},
+       {"P.plist", "{}"},
+       {"control", "Package: p.p\nVersion: 1\nArchitecture: iphoneos-arm\nMaintainer: M\nDescription: d\n"}});
+  putFile(updateMarker, "");
+  startActive();
+  press(Qt::Key_B, Qt::ControlModifier);
+  waitToSee("Make Package");
+  press(Qt::Key_B, Qt::ControlModifier);
+  waitToSee("1 error");
+  finger::waitUntil([] { return !sees(localized(text::pleaseWait)); }, "the build does not end");
+  press(Qt::Key_F8);
+  press(Qt::Key_Return);
+  waitToSee("Part.m");
+  typeText("2");
+  press(Qt::Key_S, Qt::ControlModifier);
+  waitToSee("Make Package");
+  EXPECT_EQ(fileAt(device::projects + "P/deep/Part.m"), "int whole = 1;\n\tint broken = 2;\n");
+  EXPECT_TRUE(sees("1 error")) << "the screen is kept";
+  press(Qt::Key_B, Qt::ControlModifier);
+  waitToSee(localized(text::debIsReady, {std::string("P")}));
+  EXPECT_FALSE(sees("1 error"));
+}
+
 TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   makeProject({{"Tweak.x", "%hook A\n"}});
   startActive();

@@ -277,4 +277,126 @@ TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
   }
 }
 
+class Problems : public Reading {
+ protected:
+  // Compilers of two kinds, the second of which the clean-up leaves a sequence of.
+  TextView& openProblems() {
+    TextView& view = openLog("deep/Part.m:2:48: error: a long line\n" + std::string(60, 'x') + "\n" +
+                             std::string(47, ' ') +
+                             "^\nTweak.x:1:3: \033[0;1;35mwarning: "
+                             "\033[0m\033[1munused\033[0m\nab\n\033[0;1;32m  ^\n\033[0mgone.m:1: "
+                             "error: a\ngone.m:1: error: a\nTweak.x:1:1: note: here\n");
+    putFile(device::projects + "P/deep/Part.m", "\n" + std::string(60, 'x') + "\n");
+    putFile(device::projects + "P/Tweak.x", "ab\n");
+    // Now that these files are there.
+    build("Make Package");
+    UIScreen::mainScreen()->activateWindow();
+    return view;
+  }
+  static QListView& list() { return *qobject_cast<QListView*>(finger::find("Problems")); }
+  static std::size_t lineBegin(TextView& view, int line) {
+    return static_cast<std::size_t>(view.SendScintilla(view.SCI_POSITIONFROMLINE, line));
+  }
+  static void expectEditorAt(const char* file, int line, int column) {
+    waitToSee(file);
+    auto& editor = *qobject_cast<TextView*>(finger::find("File text"));
+    int foundLine = 0;
+    int foundColumn = 0;
+    editor.getCursorPosition(&foundLine, &foundColumn);
+    EXPECT_EQ(foundLine, line);
+    EXPECT_EQ(foundColumn, column);
+    leaveEditor("Cancel", "Make Package");
+  }
+};
+
+TEST_F(Problems, AreCountedListedMarkedAndOpened) {
+  TextView& view = openProblems();
+  EXPECT_TRUE(sees("2 errors, 1 warning"));
+  QStringList rows;
+  for (int row = 0; row < list().model()->rowCount(); ++row)
+    rows.append(list().model()->index(row, 0).data().toString());
+  EXPECT_EQ(rows, (QStringList{"deep/Part.m:2:48: error: a long line", "Tweak.x:1:3: warning: unused",
+                               "gone.m:1: error: a", "Tweak.x:1:1: note: here"}));
+  const unsigned marks[] = {2, 0, 0, 4, 0, 0, 2, 2, 8, 0};
+  for (int line = 0; line < 10; ++line) EXPECT_EQ(view.markersAtLine(line), marks[line]) << line;
+  for (const int line : {0, 3, 6, 0}) {
+    tap("Next problem");
+    EXPECT_EQ(view.selectionBegin(), lineBegin(view, line));
+    EXPECT_TRUE(view.hasFocus());
+  }
+  QTest::keyClick(&view, Qt::Key_F8, Qt::ShiftModifier);
+  EXPECT_EQ(view.selectionBegin(), lineBegin(view, 6));
+  EXPECT_EQ(list().currentIndex().row(), 2);
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_TRUE(sees("Make Package")) << "there is no such file";
+
+  QTest::keyClick(&list(), Qt::Key_Up);
+  EXPECT_EQ(view.selectionBegin(), lineBegin(view, 3));
+  QTest::keyClick(&list(), Qt::Key_Return);
+  expectEditorAt("Tweak.x", 0, 2);
+  tap("deep/Part.m:2:48: error: a long line");
+  expectEditorAt("Part.m", 1, 47);
+  QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(&list())->child(1);
+  ASSERT_EQ(item->text(QAccessible::Name), "Tweak.x:1:3: warning: unused");
+  item->actionInterface()->doAction(item->actionInterface()->actionNames().first());
+  expectEditorAt("Tweak.x", 0, 2);
+  const auto x = static_cast<int>(view.SendScintilla(view.SCI_POINTXFROMPOSITION, 0, lineBegin(view, 4)));
+  const auto y = static_cast<int>(view.SendScintilla(view.SCI_POINTYFROMPOSITION, 0, lineBegin(view, 4)));
+  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {x + 2, y + 2});
+  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, {x + 2, y + 2});
+  expectEditorAt("Tweak.x", 0, 2);
+  tap("Clear Log");
+  EXPECT_FALSE(sees("Problems"));
+}
+
+TEST_F(Problems, CaretsAreSeenOnlyWhereTheyPointToTheirColumn) {
+  TextView& view = openProblems();
+  const auto isSeen = [&view](int line) {
+    return view.SendScintilla(view.SCI_GETSTYLEAT, lineBegin(view, line) + 1) == 0;
+  };
+  const int columns = view.viewport()->width() / view.fontMetrics().horizontalAdvance('x');
+  ASSERT_LT(columns, 60);
+  EXPECT_FALSE(isSeen(2)) << "its source is wrapped";
+  EXPECT_TRUE(isSeen(5));
+  UIScreen::mainScreen()->resize(1440, 900);
+  EXPECT_TRUE(isSeen(2));
+  UIScreen::mainScreen()->resize(390, 844);
+  EXPECT_FALSE(isSeen(2));
+}
+
+TEST_F(Problems, StayWithTheirScreenAndItsProject) {
+  openProblems();
+  tap("Show success alert");
+  tap("Back");
+  finger::waitToSee("Reload");
+  openBuildScreen();
+  EXPECT_TRUE(sees("2 errors, 1 warning"));
+  EXPECT_FALSE(qobject_cast<QAbstractButton*>(finger::find("Show success alert"))->isChecked());
+  tap("Back");
+  finger::waitToSee("Reload");
+  putFile(device::projects + "Q/f", "");
+  chooseProject("Q");
+  openBuildScreen();
+  EXPECT_FALSE(sees("Problems"));
+  EXPECT_EQ(log().bytes(), "");
+  EXPECT_TRUE(qobject_cast<QAbstractButton*>(finger::find("Show success alert"))->isChecked());
+}
+
+TEST_F(Reading, ARunningBuildShowsWhatItHasPrinted) {
+  makeProject({{"Makefile", "package:\n\t@seq 100; until test -e go; do sleep 0.01; done\n"}});
+  putFile(updateMarker, "");
+  start();
+  openBuildScreen();
+  tap("Make Package");
+  auto* const running = UIScreen::mainScreen()->findChild<QWidget*>("runningLog");
+  waitUntil([running] { return running->isVisible(); }, "nothing is shown");
+  const QImage empty = running->grab().toImage();
+  waitUntil([&] { return running->grab().toImage().copy(0, 0, 60, 200) != empty.copy(0, 0, 60, 200); },
+            "nothing of the log");
+  EXPECT_EQ(log().bytes(), "") << "which is set at the end";
+  putFile(device::projects + "P/go", "");
+  waitUntil([running] { return !running->isVisible(); }, "the build does not end");
+  EXPECT_TRUE(log().bytes().starts_with("1\n2\n"));
+}
+
 }  // namespace

@@ -79,9 +79,10 @@ class Screens : public testing::Test {
     return *editor;
   }
 
-  static void leaveEditor(const QString& button) {
+  // Back to the screen that has the control `below`.
+  static void leaveEditor(const QString& button, const QString& below = "Reload") {
     finger::tap(button);
-    finger::waitToSee("Reload");
+    finger::waitToSee(below);
   }
 
   static void chooseFrom(const QString& menu, const QString& title, const QString& entry) {

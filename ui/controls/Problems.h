@@ -4,10 +4,16 @@
 #include "build/BuildProblem.h"
 #include "core/Text.h"
 
+#include <optional>
 #include <vector>
 
 #include <QColor>
-#include <QObject>
+#include <QImage>
+#include <QWidget>
+
+class QLabel;
+class QsciScintilla;
+class RowListView;
 
 // The last build that was finished while the application runs. Main thread.
 class LastBuild : public QObject {
@@ -34,5 +40,51 @@ class LastBuild : public QObject {
   std::vector<Problem> problems_;
 };
 
-// Readable on the ground of texts, and told apart by shape as well.
+// Each kind has a colour, readable on the ground of texts, and a shape: an error is a circle, a warning a
+// triangle, a note a square. The image has two pixels for each logical one.
 QColor colourOf(Problem::Kind kind);
+QImage signOf(Problem::Kind kind, int side);
+
+// Lets a margin of `text`, which has no width yet, show these signs as markers, by the looks of this moment.
+void setUpProblemMargin(QsciScintilla& text, int margin);
+inline constexpr int problemMarginWidth = 18;
+// The marker of a problem's line.
+inline int markerOf(Problem::Kind kind) {
+  return 1 + static_cast<int>(kind);
+}
+
+class ProblemModel;
+
+// How many errors and warnings there are, and a list of the problems. Hidden where there are none.
+class ProblemsPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ProblemsPanel(QWidget* parent = nullptr);
+
+  // Shows the problems of LastBuild; none of them is the current one.
+  void reload();
+
+  // Goes to the next error or warning in the log's order, once round; to the first or last one after
+  // reload().
+  void step(bool backward);
+  void setCurrent(std::size_t problem);
+  // Indices of LastBuild's problems.
+  std::optional<std::size_t> current() const;
+
+  // The height of as many rows as fit into `room`, but one at least, or all that there is.
+  void limitHeight(std::optional<int> room);
+
+ signals:
+  // The user has gone to a problem, by step() or else within the list.
+  void shown(std::size_t problem, bool stepped);
+  // The user has picked a problem in the list.
+  void picked(std::size_t problem);
+
+ private:
+  QLabel* count_;
+  RowListView* list_;
+  ProblemModel* model_;
+  bool hasStepped_ = false;
+  bool isQuiet_ = false;  // the list's current row changes by no doing of the user's
+};

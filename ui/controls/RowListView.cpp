@@ -42,10 +42,12 @@ class RowCell : public QStyledItemDelegate {
                                                   : colours::cellGround);
     const bool rightToLeft = option.direction == Qt::RightToLeft;
     QRect text = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
-    if (!picture.isNull()) {
+    const QVariant own = index.data(Qt::DecorationRole);
+    const QIcon icon = own.isValid() ? own.value<QIcon>() : picture;
+    if (!icon.isNull()) {
       const QSize size(metrics::iconSize, metrics::iconSize);
-      picture.paint(painter,
-                    QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, size, text));
+      icon.paint(painter,
+                 QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, size, text));
       const int indent = metrics::iconSize + metrics::rowPadding;
       text = rightToLeft ? text.adjusted(0, 0, -indent, 0) : text.adjusted(indent, 0, 0, 0);
     }

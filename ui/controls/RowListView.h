@@ -24,7 +24,7 @@ class RowListView : public QListView {
   void setModel(QAbstractItemModel* model) override;
   void setBackgroundColor(const QColor& colour);
   void setSeparatorColor(const QColor& colour);
-  // The picture before each row, from the program's own; none unless set.
+  // The picture before each row that has none as its DecorationRole, from the program's own; none unless set.
   void setPicture(const QString& name);
   // Marks the current row although another control has the focus and moves it.
   void setMarksCurrent(bool marks);

@@ -42,19 +42,10 @@ int chosenZoom = 0;
 // What most lines end with; where there is no line yet, a line feed.
 long lineEndMode(std::string_view text) {
   std::size_t windows = 0;
-  std::size_t feeds = 0;
   std::size_t returns = 0;
-  for (std::size_t at = text.find_first_of("\r\n"); at != std::string_view::npos;
-       at = text.find_first_of("\r\n", at + 1)) {
-    if (text[at] == '\n') {
-      ++feeds;
-    } else if (at + 1 < text.size() && text[at + 1] == '\n') {
-      ++windows;
-      ++at;
-    } else {
-      ++returns;
-    }
-  }
+  for (std::size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1))
+    ++(text.substr(at + 1, 1) == "\n" ? windows : returns);
+  const std::size_t feeds = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) - windows;
   if (windows > feeds && windows >= returns) return QsciScintillaBase::SC_EOL_CRLF;
   return returns > feeds ? QsciScintillaBase::SC_EOL_CR : QsciScintillaBase::SC_EOL_LF;
 }
@@ -218,9 +209,9 @@ void TextView::setBytes(std::string_view bytes) {
   send(SCI_CLEARALL);
   send(SCI_SETSCROLLWIDTH, 1);
   send(SCI_APPENDTEXT, static_cast<long>(bytes.size()), reinterpret_cast<long>(bytes.data()));
-  if (readOnly) hideControlCharacters(bytes);
+  if (readOnly) hideControlCharacters(0, static_cast<long>(bytes.size()));
   setWrapped(bytes.size() <= longestWrapped);
-  send(SCI_SETEOLMODE, lineEndMode(bytes));
+  if (!readOnly) send(SCI_SETEOLMODE, lineEndMode(bytes));
   send(SCI_SETUNDOCOLLECTION, 1);
   send(SCI_EMPTYUNDOBUFFER);
   send(SCI_SETSAVEPOINT);
@@ -240,16 +231,23 @@ std::string TextView::bytes() {
   return byteOrderMark_ + std::string(text());
 }
 
-void TextView::hideControlCharacters(std::string_view text) {
-  constexpr std::size_t piece = std::size_t{1} << 20;
+void TextView::setHidden(long begin, long end, bool hidden) {
+  send(SCI_STARTSTYLING, begin);
+  send(SCI_SETSTYLING, end - begin, hidden ? hiddenStyle : 0);
+  if (!hidden) hideControlCharacters(begin, end);
+}
+
+void TextView::hideControlCharacters(long begin, long end) {
+  constexpr long piece = 1L << 20;
   std::string styles;
-  for (std::size_t begin = 0; begin < text.size(); begin += piece) {
-    const std::string_view part = text.substr(begin, piece);
+  for (; begin < end; begin += piece) {
+    const std::string_view part = text().substr(static_cast<std::size_t>(begin),
+                                                static_cast<std::size_t>(std::min(piece, end - begin)));
     if (std::none_of(part.begin(), part.end(), takesNoRoom)) continue;
     styles.resize(part.size());
     std::transform(part.begin(), part.end(), styles.begin(),
                    [](char byte) { return takesNoRoom(byte) ? char{hiddenStyle} : char{0}; });
-    send(SCI_STARTSTYLING, static_cast<long>(begin));
+    send(SCI_STARTSTYLING, begin);
     SendScintilla(SCI_SETSTYLINGEX, static_cast<uintptr_t>(styles.size()), styles.data());
   }
 }
@@ -449,6 +447,7 @@ void TextView::tap(QPoint at, qint64 time) {
        again ? send(SCI_WORDENDPOSITION, place, 1) : place);
   tappedTime_ = time;
   tappedAt_ = at;
+  emit tapped(static_cast<int>(send(SCI_LINEFROMPOSITION, place)));
   if (!isReadOnly()) QGuiApplication::inputMethod()->show();
 }
 

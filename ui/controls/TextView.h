@@ -51,6 +51,10 @@ class TextView : public QsciScintilla {
   // selection, or where `mayStay`, from its beginning. False when there is none; the selection stays then.
   bool find(const QString& word, SearchDirection direction, bool mayStay);
 
+ signals:
+  // A finger tapped on the line.
+  void tapped(int line);
+
  protected:
   void changeEvent(QEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -67,6 +71,8 @@ class TextView : public QsciScintilla {
   long send(unsigned int message, long first = 0, long second = 0) const {
     return SendScintilla(message, static_cast<unsigned long>(first), second);
   }
+  // Whether the bytes of a log take room on the screen. Control characters never do.
+  void setHidden(long begin, long end, bool hidden);
   // Valid until the text changes.
   std::string_view text() const;
 
@@ -76,7 +82,7 @@ class TextView : public QsciScintilla {
   void setUpKeys();
   void setUpZoom();
   void zoomTo(int level);
-  void hideControlCharacters(std::string_view text);
+  void hideControlCharacters(long begin, long end);
   void setWrapped(bool wrapped);
   void placeNote();
   void selectFromTop();

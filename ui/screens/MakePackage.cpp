@@ -3,11 +3,13 @@
 #include "RQAlertView/RQAlertView.h"
 #include "build/BuildProblem.h"
 #include "build/BuildRunner.h"
+#include "core/FileManager.h"
 #include "core/run_cmd.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
+#include "ui/controls/LogView.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/Problems.h"
 #include "ui/controls/UIButton.h"
@@ -17,16 +19,15 @@
 #include "ui/screens/PopOverNewController.h"
 #include "ui/screens/ui_MakePackage.h"
 #include "workspace/Paths.h"
-#include "workspace/ProjectFiles.h"
+#include "workspace/ProjectSearch.h"
 
 #include <algorithm>
 
 #include <QAbstractScrollArea>
 #include <QBoxLayout>
+#include <QEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QPointer>
-#include <QResizeEvent>
 
 namespace {
 
@@ -42,32 +43,39 @@ void showSuccess(const MaybeText& project) {
   dialog->showAnimated();
 }
 
-// Follows the width of a screen's view: when it is wide, `body` runs in reading direction and `column`, its
-// last widget, is a column of a fixed width; otherwise `body` runs down and `column` takes the width, as far
-// as buttons can use it. Lives as long as `view`, which owns `body` and `column`.
+// Follows the size of the screen's view. A wide one has the buttons in a column of a fixed width beside the
+// log, with the problems below them. In a narrow one all stand one below the other, the problems in at most a
+// third of the log's place. Lives as long as `view`, which owns the rest.
 class WideLayout : public QObject {
  public:
-  WideLayout(QWidget* view, QBoxLayout* body, QWidget* column) : QObject(view), body_(body), column_(column) {
+  WideLayout(QWidget* view, Ui::MakePackage& outlets) : QObject(view), view_(view), outlets_(outlets) {
     view->installEventFilter(this);
-    fit(view->width());
+    outlets.problems->installEventFilter(this);
+    fit();
   }
 
   bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Resize) fit(static_cast<QResizeEvent*>(event)->size().width());
+    if (event->type() == QEvent::Resize && object == view_) fit();
+    if (event->type() == QEvent::Show && object != view_) fit();
     return QObject::eventFilter(object, event);
   }
 
- private:
-  void fit(int width) {
-    if (!body_ || !column_) return;
-    const bool wide = width >= metrics::wideScreen;
-    body_->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    body_->setAlignment(column_, wide ? Qt::AlignTop : Qt::AlignHCenter);
-    column_->setFixedWidth(wide ? metrics::sideColumnWidth : std::min(width, metrics::widestControls));
+  void fit() {
+    const bool wide = view_->width() >= metrics::wideScreen;
+    outlets_.body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    outlets_.side->setDirection(wide ? QBoxLayout::BottomToTop : QBoxLayout::TopToBottom);
+    outlets_.side->setAlignment(outlets_.controls, wide ? Qt::AlignTop : Qt::AlignHCenter);
+    outlets_.controls->setFixedWidth(wide ? metrics::sideColumnWidth
+                                          : std::min(view_->width(), metrics::widestControls));
+    outlets_.problems->setMaximumWidth(wide ? metrics::sideColumnWidth : QWIDGETSIZE_MAX);
+    const int place = view_->height() - outlets_.titleBar->sizeHint().height() -
+                      outlets_.controls->sizeHint().height() - metrics::touchSize;
+    outlets_.problems->limitHeight(wide ? std::nullopt : std::optional(place / 3));
   }
 
-  QPointer<QBoxLayout> body_;
-  QPointer<QWidget> column_;
+ private:
+  QWidget* view_;
+  Ui::MakePackage& outlets_;
 };
 
 }  // namespace
@@ -146,10 +154,10 @@ void MakePackage::loadView() {
   outlets_->backButton->setFollowsReadingDirection(true);
   outlets_->infoButton->setPicture(QStringLiteral("about"));
   setView(view);
-  new WideLayout(view, outlets_->body, outlets_->controls);
-  outlets_->OutPut->setReadOnly(true);
+  new WideLayout(view, *outlets_);
   outlets_->findBar->setText(outlets_->OutPut);
   hint_ = new LogHint(*outlets_->OutPut);
+  running_ = new RunningLog(*outlets_->OutPut);
   wireButtons();
 }
 
@@ -172,6 +180,14 @@ void MakePackage::wireButtons() {
       *outlets_->goToFileButton, *outlets_->searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
   nameShortcut(*outlets_->backButton, Qt::Key_Escape);
+  connect(outlets_->OutPut, &LogView::problemPicked, this, &MakePackage::openProblem);
+  connect(outlets_->problems, &ProblemsPanel::picked, this, &MakePackage::openProblem);
+  connect(outlets_->problems, &ProblemsPanel::shown, this, [this](std::size_t problem, bool stepped) {
+    outlets_->OutPut->showProblem(LastBuild::shared().problems().at(problem));
+    hint_->hide();
+    // Where Return opens the file.
+    if (stepped) outlets_->OutPut->setFocus(Qt::ShortcutFocusReason);
+  });
   // When the application ends during a build, the commands have been stopped and the job waited for by now.
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });
 }
@@ -183,6 +199,8 @@ void MakePackage::viewDidLoad() {
   // The caption beside it, which the switch does not show itself.
   outlets_->SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
   hint_->showText(localized(text::nextLogAppearsHere), false);
+  // Those of an earlier screen belong to another project.
+  forgetProblems();
   const auto style = [](UIButton* button, qreal radius) {
     button->setLayer(
         {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});
@@ -213,10 +231,12 @@ void MakePackage::startBuild(BuildVariant variant) {
   dressAsProgress(*progress_);
   progress_->showAnimated();
   hint_->hide();
+  running_->start(paths::makeLog);
   keptWhileBuilding_ = shared_from_this();
   dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_HIGH, 0), [this, variant] {
     bool hasOnlyUpdated = false;
     runBuildJob(variant, [this, &hasOnlyUpdated] {
+      dispatch_async(dispatch_get_main_queue(), [this] { running_->follow(paths::updateLog); });
       UpdateTheos();
       hasOnlyUpdated = true;
     });
@@ -229,6 +249,7 @@ void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
   const std::shared_ptr<UIViewController> screen = std::move(keptWhileBuilding_);
   const std::shared_ptr<RQAlertView> progress = std::move(progress_);
   progress->dismissAnimated();
+  running_->stop();
   BuildResult result = collectBuildResult(variant);
   const bool hasLog = result.log.has_value();
   const bool isEmpty = !hasLog || result.log->empty();
@@ -238,11 +259,13 @@ void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
   } else if (isEmpty) {
     hint_->showText(localized(text::nextLogAppearsHere), false);
   }
+  // After an update the log is that of an earlier build, and so are its problems.
   if (!hasOnlyUpdated) {
-    const BuiltProject built{fill(paths::project, {result.project}), projectTree(result.project)};
+    const BuiltProject built{fill(paths::project, {result.project}), currentProjectFiles()};
     LastBuild::shared().set(result.project, problemsIn(result.log.value_or(std::string()), built));
   }
   outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
+  showProblems();
   const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
   if (asked && result.hasPackages && hasLog) showSuccess(result.project);
 }
@@ -254,7 +277,27 @@ void MakePackage::Respring() {
 void MakePackage::ClearLog() {
   removeBuildLog();
   outlets_->OutPut->setBytes({});
+  forgetProblems();
   hint_->showText(localized(text::nextLogAppearsHere), false);
+}
+
+void MakePackage::forgetProblems() {
+  LastBuild::shared().set(std::nullopt, {});
+  showProblems();
+}
+
+void MakePackage::showProblems() {
+  outlets_->OutPut->setProblems(LastBuild::shared().problems());
+  outlets_->problems->reload();
+}
+
+void MakePackage::openProblem(std::size_t index) {
+  const LastBuild& build = LastBuild::shared();
+  const Problem problem = build.problems().at(index);
+  outlets_->problems->setCurrent(index);
+  outlets_->OutPut->showProblem(problem);
+  if (fileExistsAtPath(fill(paths::projectFile, {build.project(), problem.file})))
+    presentEditor(*this, problem.file, problem.line, problem.column);
 }
 
 void MakePackage::InfoButton() {

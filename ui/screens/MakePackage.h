@@ -4,9 +4,11 @@
 #include "build/LogCleanUp.h"
 #include "platform/UIViewController.h"
 
+#include <cstddef>
 #include <memory>
 
 class RQAlertView;
+class RunningLog;
 namespace Ui {
 class MakePackage;
 }
@@ -42,10 +44,15 @@ class MakePackage : public UIViewController {
   void startBuild(BuildVariant variant);
   void finishBuild(BuildVariant variant, bool hasOnlyUpdated);
 
+  void showProblems();
+  void forgetProblems();
+  void openProblem(std::size_t index);
+
   class LogHint;
 
   std::unique_ptr<Ui::MakePackage> outlets_;
-  LogHint* hint_ = nullptr;  // the view's
+  LogHint* hint_ = nullptr;        // the view's
+  RunningLog* running_ = nullptr;  // the view's
   // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are
   // held here and not by the job, so that the worker thread never drops the last reference to something on
   // screen.

@@ -140,7 +140,10 @@ void ViewController::DismissPop() {
 }
 
 void ViewController::presentBuildScreen() {
-  presentViewController(std::make_shared<MakePackage>(), true);
+  const MaybeText project = currentProject();
+  if (!buildScreen_ || builtProject_ != project) buildScreen_ = std::make_shared<MakePackage>();
+  builtProject_ = project;
+  presentViewController(buildScreen_, true);
 }
 
 void ViewController::presentAboutScreen() {

@@ -1,10 +1,12 @@
 // The main screen: the current project's name, its files, and the buttons that open every menu.
 #pragma once
 
+#include "core/Text.h"
 #include "platform/UIViewController.h"
 
 #include <memory>
 
+class MakePackage;
 namespace Ui {
 class ViewController;
 }
@@ -44,4 +46,7 @@ class ViewController : public UIViewController {
   void rejectPick();
 
   std::unique_ptr<Ui::ViewController> outlets_;
+  // Kept with its log and its problems while the project stays the same.
+  std::shared_ptr<MakePackage> buildScreen_;
+  MaybeText builtProject_;
 };

@@ -10,6 +10,7 @@ define _theos_practice_source
 _practice-all:: .theos/obj/$(1)/$(2)
 .theos/obj/$(1)/$(2): $(2)
 	@$$(_THEOS_PRACTICE_BIN)/say step "Copying $(2)…"
+	@$$(_THEOS_PRACTICE_BIN)/check-syntax $(2)
 	@mkdir -p $$(dir $$@) && cp $(2) $$@
 endef
 
