@@ -12,9 +12,9 @@
 
 namespace finger {
 
-namespace {
+int patience = 180'000;
 
-constexpr int patienceMilliseconds = 180'000;
+namespace {
 
 bool isCalled(const QWidget& widget, const QString& name) {
   if (widget.accessibleName() == name) return true;
@@ -61,7 +61,7 @@ Row enabledRow(const QString& name) {
 }  // namespace
 
 void waitUntil(const std::function<bool()>& condition, const QString& what) {
-  if (!QTest::qWaitFor(condition, patienceMilliseconds)) throw Missing(what.toStdString());
+  if (!QTest::qWaitFor(condition, patience)) throw Missing(what.toStdString());
 }
 
 void tap(const QString& name) {

@@ -17,8 +17,10 @@ class Missing : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Runs the event loop until `condition` holds. Throws Missing with `what` when it does not within the
-// patience, which is long enough for a slow machine and a whole build.
+// How long all of these wait, in milliseconds: by default long enough for a whole build on a slow machine.
+extern int patience;
+
+// Runs the event loop until `condition` holds. Throws Missing with `what` if it does not within the patience.
 void waitUntil(const std::function<bool()>& condition, const QString& what);
 
 // Clicks the button, list row or switch called `name` in the key window, waiting for it to be there and

@@ -52,6 +52,8 @@ void confirmed(Album& album, const char* name, const QString& title) {
 }
 
 void files(Album& album) {
+  tap("New Project");
+  cancelled(album, "project-sheet", localized(text::projectOptions));
   fromNewProject(text::createHeaderFile);
   cancelled(album, "header-prompt", "~ root$");
   fromNewProject(text::changeFileName);

@@ -1,22 +1,21 @@
-// The parts of the guided tour, and the pictures that it takes on its way.
+// The parts of the guided tour, and its pictures.
 #pragma once
 
 #include <cstdio>
 #include <string>
 
-// Takes numbered pictures of the whole screen into a folder of the device, and says on the report where each
-// lies.
+// Saves numbered pictures of the whole screen in a folder of the device, and reports their paths.
 class Album {
  public:
   // Reports go to `report`, since the application redirects its standard streams onto its logs.
   explicit Album(FILE* report);
 
-  // Ends the names of all that follow, as the language's.
+  // A suffix for the names of the following pictures: the language.
   void setEnding(std::string ending) { ending_ = std::move(ending); }
 
-  // The screen once everything that was asked for has been laid out.
+  // The screen after pending layout.
   void picture(const std::string& name);
-  // The screen of this very moment: of what would be gone by then.
+  // The screen now, for what would be gone by then.
   void pictureAtOnce(const std::string& name);
 
  private:
@@ -30,18 +29,20 @@ namespace stops {
 
 inline constexpr const char* project = "HelloTweak";
 
-// From no project at all to a package: creates the project, edits a file of it, builds it.
+// From no project at all to a package in seven pictures: creates the project, edits a file of it, builds it.
 void mainJob(Album& album);
+// The rest of the editor and the build screen, on the project of the main job.
+void mainJobInDetail(Album& album);
 
 // Every dialog that the main screen leads to.
 void menus(Album& album);
 void options(Album& album);
 
-// What only some meet: a project with much in it and a log that is long, no project chosen among several, no
-// Theos, an address that nothing opens; and the about screen.
+// Rarer states: the about screen, a project with many files and a long log, no project chosen, no Theos, an
+// address that nothing opens.
 void otherScreens(Album& album);
 
-// Deletes every project, whose last dialog is the last of all.
+// Deletes every project.
 void end(Album& album);
 
 }  // namespace stops

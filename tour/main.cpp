@@ -1,7 +1,7 @@
-// The guided tour: the main job from an empty device to a built package, and all that lies beside the way,
-// done on the real screens with real clicks and keys, in each language, with a picture of every screen and
-// dialog. Runs in a device without projects and backups and prints, at its end, the paths of the package and
-// of the pictures there. Its one argument, WIDTHxHEIGHT in logical pixels, is the screen's size.
+// The guided tour: tour [WIDTHxHEIGHT] [main-job]. Does the main job from an empty device to a built package
+// on the real screens with real clicks and keys, then (unless only the main job is asked for) opens every
+// screen and dialog, in each language, and takes pictures. Needs a device without projects and backups, and
+// prints the paths of the pictures and of the package there. The size is in logical pixels.
 #include "core/FileManager.h"
 #include "core/Text.h"
 #include "platform/EventLoop.h"
@@ -25,8 +25,8 @@ namespace {
 
 const std::string packageFolder = std::string("/var/mobile/Documents/Tweakbench/") + stops::project;
 
-// The menu would end the process for the next one to speak the language. Instead the screen is brought up to
-// date, as it is when somebody has looked at the backups.
+// Changes the setting directly, since the menu would end the process, and refreshes the screen by opening the
+// list of backups.
 void turnToArabic() {
   setLanguage(Language::Arabic);
   finger::tap("Project Options");
@@ -37,32 +37,36 @@ void turnToArabic() {
 
 void goEverywhere(Album& album) {
   stops::mainJob(album);
+  stops::mainJobInDetail(album);
   stops::menus(album);
   stops::options(album);
   stops::otherScreens(album);
   stops::end(album);
 }
 
-// The tour ends with the dialogs that delete projects and backups, all of them.
+// The tour ends by deleting all projects and backups.
 void requireNothingToLose() {
   if (!projectNames().empty() || !backupNames().empty())
     throw std::runtime_error("there are projects or backups in this device, and it would delete them");
 }
 
-void goTour(FILE* report) {
+void goTour(FILE* report, bool onlyMainJob) {
   requireNothingToLose();
   Album album(report);
+  if (onlyMainJob) {
+    stops::mainJob(album);
+    return;
+  }
   goEverywhere(album);
   turnToArabic();
   album.setEnding("-arabic");
   goEverywhere(album);
 }
 
-void sizeScreen(int argc, char** argv) {
+void sizeScreen(const char* size) {
   int width = 0;
   int height = 0;
-  if (argc > 1 && std::sscanf(argv[1], "%dx%d", &width, &height) == 2)
-    UIScreen::mainScreen()->resize(width, height);
+  if (std::sscanf(size, "%dx%d", &width, &height) == 2) UIScreen::mainScreen()->resize(width, height);
 }
 
 bool reportPackage(FILE* report) {
@@ -82,18 +86,19 @@ int main(int argc, char** argv) {
   FILE* const report = fdopen(dup(STDOUT_FILENO), "w");
   int status = EXIT_FAILURE;
   UIApplicationMain(argc, argv, [&] {
-    // A picture must not catch a dialog half way.
+    // No picture of a dialog in motion.
     setMotionEnabled(false);
     endCommandsWithApplication();
-    sizeScreen(argc, argv);
-    dispatch_async(dispatch_get_main_queue(), [&] {
+    if (argc > 1) sizeScreen(argv[1]);
+    const bool onlyMainJob = argc > 1 && argv[argc - 1] == std::string("main-job");
+    dispatch_async(dispatch_get_main_queue(), [&, onlyMainJob] {
       try {
-        goTour(report);
+        goTour(report, onlyMainJob);
         if (reportPackage(report)) status = EXIT_SUCCESS;
       } catch (const std::exception& error) {
         std::fprintf(report, "The tour stopped: %s\n", error.what());
       }
-      // Not by closing the window, which asks where text is not saved.
+      // Not by closing the window, which asks about unsaved text.
       QCoreApplication::exit(status);
     });
     return makeAppDelegate();

@@ -101,7 +101,8 @@ void deletePackages() {
 bool importProject(const std::string& typedPath) {
   if (!fileExistsAtPath(typedPath)) return false;
   const std::string name = lastPathComponent(typedPath);
-  chooseProject(name);
+  setListedProject(name);
+  setCurrentProject(name);
   run_cmd("cp -r /%@ %@/", {typedPath, paths::projects});
   return true;
 }

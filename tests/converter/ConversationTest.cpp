@@ -1,11 +1,15 @@
 #include "converter/Conversation.h"
 #include "converter/LogosReader.h"
+#include "converter/PlainText.h"
 #include "core/FileManager.h"
+#include "core/Text.h"
 #include "support/BinaryPropertyList.h"
 #include "support/TemporaryFolder.h"
 #include "workspace/FlexImport.h"
 
+#include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -129,6 +133,126 @@ TEST_F(Converter, SaysWhenTheSourceCannotBeWritten) {
   createDirectoryAtPath(written());
   refused(places_.folder);
   EXPECT_EQ(contentsOfDirectoryAtPath(places_.folder)->size(), 1U) << "no temporary file is left";
+}
+
+using Lines = std::vector<std::string>;
+
+std::vector<FlexPatch> named(const Lines& names) {
+  std::vector<FlexPatch> patches;
+  for (const std::string& name : names) patches.push_back({name, "", {}});
+  return patches;
+}
+
+TEST(FlexMenu, TextsGoOneAfterTheOtherAndEscapeBytesStay) {
+  const std::string between = " \033Please input a valid number between \0330\033 and \033";
+  const struct {
+    const char* log;
+    std::string cleaned;
+  } rows[] = {
+      {"\033[31ma\033[32mb\033[0mc\033[0;34md\033[me[131m>f[139mg", "\033a\033b\033c\033d\033efg"},
+      {"[1;31mstays [35mstays", "[1;31mstays [35mstays"},
+      {"[[0mm", ""},     // "[m" comes after "[0m", which lays it bare
+      {"[[m0m", "[0m"},  // but "[0m" has had its turn
+      {"Please[131m>ININN", ""},
+      {"\033Enter corresponding number: \033\033Invalid selection received. kept", " kept"},
+      {"\033Enter corresponding number: \033Invalid selection received.",
+       "\033Enter corresponding number: \033Invalid selection received."},
+      {"\033[31mEnter corresponding number: \033[0m\033[m\033Invalid selection received.",
+       "\033Enter corresponding number: \033\033\033Invalid selection received."},
+  };
+  for (const auto& row : rows) EXPECT_EQ(cleanedFlexMenu(row.log), row.cleaned) << row.log;
+  EXPECT_EQ(cleanedFlexMenu(between + "7\033"), "7\033");
+  EXPECT_EQ(cleanedFlexMenu(std::string(flexBanner) + "!"), "!");
+}
+
+TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
+  EXPECT_EQ(splitLines("a\n\nb\n"), (Lines{"a", "", "b", ""}));
+  EXPECT_EQ(splitLines(""), Lines{""});
+  EXPECT_EQ(flexMenuEntries("L0\nL1\nL2\nL3\nL4\nL5\nL6\nL7\nL8\nL9"), (Lines{"L1", "L3", "L4", "L5", "L6"}));
+  EXPECT_EQ(flexMenuEntries("L0\n\nL2\nL3\n\n\nL6\n \n7\n8\n9"), (Lines{"L3", "L6", " "}));
+  EXPECT_EQ(flexMenuEntries("\n\n\n\n"), Lines{});
+  EXPECT_EQ(flexMenuEntries("0\n1\n2\n3\n4\n5"), Lines{"1"});
+  const std::string flood = replaceAll(std::string(100'000, '.'), ".", "y\n");
+  EXPECT_EQ(flexMenuEntries(flood), Lines(mostFlexMenuEntries, "y"));
+  EXPECT_EQ(flexMenuEntries("0\n1\n2\n" + std::string(1'000'000, 'x') + "\n4\n5\n6\n7"), (Lines{"1", "4"}));
+  for (const char* tooShort : {"", "a", "a\nb", "a\nb\nc", "a\nb\nc\nd"}) {
+    EXPECT_THROW(flexMenuEntries(tooShort), std::out_of_range) << tooShort;
+  }
+}
+
+TEST(FlexMenu, AKeyIsTheEntryWithoutThreeCharactersAndBlanks) {
+  EXPECT_EQ(flexPatchKey("\033  3 My Patch"), "3MyPatch");
+  EXPECT_EQ(flexPatchKey("مرح با"), "با");
+  EXPECT_EQ(flexPatchKey("abc"), "");
+  EXPECT_EQ(flexPatchKey("🚀a bc"), "bc");
+  EXPECT_EQ(flexPatchKey("ab🚀 c"), "c");
+  EXPECT_EQ(flexPatchKey("abc\td e"), "\tde");
+  for (const char* tooShort : {"", "ab", "مر", "🚀"})
+    EXPECT_THROW(flexPatchKey(tooShort), std::out_of_range) << tooShort;
+}
+
+// The promise that the two programs hold together: whatever the patches are called, each becomes one entry,
+// and the key of that entry means this patch and can stand in a command line and a file name.
+TEST(Menu, EachPatchIsOneEntryWhoseKeyMeansIt) {
+  Lines names;
+  for (const char* name : {"Premium",
+                           "7 Days",
+                           "0",
+                           "-",
+                           "",
+                           "two\nlines",
+                           "a  b",
+                           "كل الميزات",
+                           "🚀 go",
+                           "\033[31mred\033[0m",
+                           "x; rm -rf /",
+                           "$(reboot)`id`",
+                           "\"quoted\" 'too'",
+                           "../../etc",
+                           "[0m[m",
+                           "Premium",
+                           "PleaseININN",
+                           "All PleasePleaseININNININN now",
+                           "a&b|c>d<e",
+                           "wide\302\240\342\200\256blanks",
+                           "*?{a,b}~!#%"}) {
+    names.push_back(name);
+  }
+  names.push_back(std::string(5000, 'w'));
+  names.push_back(std::string(flexBanner));
+  for (int more = 0; more < 90; ++more) names.push_back("Patch " + std::to_string(more));
+  const auto patches = named(names);
+  const std::string printed = menuText(patches) + complaintText(patches.size());
+  const Lines entries = flexMenuEntries(cleanedFlexMenu(printed));
+  ASSERT_EQ(entries.size(), names.size());
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    const std::string key = flexPatchKey(entries[index]);
+    EXPECT_EQ(chosenPatch(key + "\n", patches), index) << key;
+    const auto isHarmless = [](unsigned char byte) {
+      return byte >= 0x80 || std::isalnum(byte) != 0 || byte == '-' || byte == '_' || byte == '.' ||
+             byte == ',' || byte == '+';
+    };
+    EXPECT_TRUE(std::all_of(key.begin(), key.end(), isHarmless)) << key;
+    EXPECT_TRUE(isValidUTF8(key));
+    EXPECT_LE(key.size() + std::string("FlexPatch").size(), 255U) << key;
+  }
+  EXPECT_EQ(entries[1], "\033  1 - 7 Days");
+  EXPECT_EQ(entries[19], "\033  19 - wide blanks");
+}
+
+TEST(Menu, AnAnswerMeansAPatchOnlyByItsNumber) {
+  const auto patches = named({"One", "7 Days", "-dash"});
+  const std::pair<const char*, std::size_t> rows[] = {
+      {"0", 0}, {" 1 \r\n", 1}, {"1-7Days", 1}, {"0One", 0}, {"2--dash", 2}, {"2-dash", 2}, {"002", 2}};
+  for (const auto& [answer, chosen] : rows) EXPECT_EQ(chosenPatch(answer, patches), chosen) << answer;
+  for (const char* none : {"17Days", "0-Two", "1-One", "3", "-1", "", "\n", "One", "+1", "1.5", "0x1",
+                           "99999999999999999999", "\033[31m"})
+    EXPECT_EQ(chosenPatch(none, patches), std::nullopt) << none;
+}
+
+TEST(Menu, WhyThereIsNoMenuIsTheOnlyEntry) {
+  const std::string reason = "The list is damaged.";
+  EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(noMenuText(reason))), Lines{reason});
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
 #include "support/Tree.h"
 #include "tests/ui/Screens.h"
 #include "ui/controls/UIButton.h"
-#include "ui/controls/UISwitch.h"
 #include "ui/screens/AppDelegate.h"
 #include "workspace/ProjectFiles.h"
 
-#include <algorithm>
 #include <sys/stat.h>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QListView>
 #include <QTimer>
 
@@ -18,28 +18,12 @@ using finger::tap;
 using finger::waitToSee;
 using finger::waitUntil;
 
-TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
+TEST_F(Screens, AHintInTheLogsPlaceSaysWhatATapDid) {
   inBothLanguages([this] {
-    start();
-    projectMenu(text::createNewProject);
-    waitToSee("~ root$");
-    finger::type("My First Tweak");
-    tap(localized(text::confirm));
-    waitToSee("MyFirstTweak");
-    waitToSee("MyFirstTweak.plist");
-
-    TextView& editor = openEditor("Tweak.x");
-    EXPECT_NE(editor.bytes().find("%hook"), std::string::npos);
-    QTest::keyClicks(&editor, "// mine");
-    QTest::keyClick(&editor, Qt::Key_Return);
-    QTest::keyClick(&editor, Qt::Key_Tab);
-    leaveEditor("Save");
     // One byte of another encoding in the log changes nothing.
-    putFile(device::projects + "MyFirstTweak/Makefile",
-            fileAt(device::projects + "MyFirstTweak/Makefile") + "all::\n\t@printf '\\351\\n'\n");
-    const Tree files = treeAt(device::projects + "MyFirstTweak");
-    EXPECT_EQ(files.at("Tweak.x").substr(0, 10), "// mine\n\t#");
-
+    makeProject({{"Makefile", "package:\n\t@printf 'fine \\351\\n'; mkdir packages\n"}, {"Tweak.x", ""}});
+    start();
+    const Tree files = treeAt(device::projects);
     openBuildScreen();
     const QString empty = localized(text::nextLogAppearsHere);
     const QString updated = localized(text::tapAgainToBuild);
@@ -50,43 +34,18 @@ TEST_F(Screens, TheMainJobGoesFromNothingToAPackageInBothLanguages) {
     build("Make Package");
     EXPECT_EQ(log().bytes(), "") << "the first tap updates Theos only";
     EXPECT_TRUE(sees(updated));
-    EXPECT_FALSE(sees(localized(text::done)));
     build("Make Package");
-    waitToSee(localized(text::debIsReady, {std::string("MyFirstTweak")}));
-    EXPECT_NE(log().bytes().find("Making all for tweak MyFirstTweak"), std::string::npos);
-    EXPECT_NE(log().bytes().find("\uFFFD"), std::string::npos);
-    const Tree built = treeAt(device::projects + "MyFirstTweak");
-    EXPECT_TRUE(std::includes(built.begin(), built.end(), files.begin(), files.end()))
-        << "a build changes no file";
-    const QStringList& opened = watchAddresses();
-    tap(localized(text::goToDebFolder));
-    waitUntil([&opened] { return !opened.isEmpty(); }, "nothing is opened");
-    EXPECT_EQ(opened.front(), "filza://view/var/mobile/Documents/Tweakbench/MyFirstTweak");
-    const auto packages = contentsOfDirectoryAtPath(device::packages + "/MyFirstTweak");
-    ASSERT_TRUE(packages && packages->size() == 1);
-    EXPECT_EQ(pathExtension(packages->front()), "deb");
+    tap(localized(text::cancel));
     waitToSee("Make Package");
+    EXPECT_EQ(log().bytes(), "fine \uFFFD\n");
+    EXPECT_EQ(treeAt(device::projects), files) << "a build changes no file";
     EXPECT_FALSE(sees(empty) || sees(updated));
     removeItemAtPath(updateMarker);
     build("Make Package");
     tap(localized(text::cancel));
     waitToSee(updated);
-    EXPECT_NE(log().bytes().find("\uFFFD"), std::string::npos) << "the older log";
+    EXPECT_EQ(log().bytes(), "fine \uFFFD\n") << "the older log";
   });
-}
-
-TEST_F(Screens, TheEditorRefusesWhatIsNoFile) {
-  makeProject({{"packages/x.deb", ""}, {"Tweak.x", "text"}});
-  start();
-  tap("packages");
-  waitToSee("Not supported yet");
-  EXPECT_TRUE(sees("(null)"));
-  EXPECT_EQ(pickedFile(), device::projects + "P/packages");
-  EXPECT_FALSE(fileExistsAtPath(device::application + "Checkers.log"));
-  tap("OK");
-  waitToSee("Reload");
-  EXPECT_FALSE(sees("Save"));
-  EXPECT_EQ(openEditor("Tweak.x").bytes(), "text");
 }
 
 TEST_F(Screens, TheEditorChangesNoByteButWhatIsTyped) {
@@ -181,56 +140,22 @@ TEST_F(Screens, TheInterfaceLivesDuringABuild) {
   EXPECT_GE(ticks, 20);
 }
 
-TEST_F(Screens, SuccessIsAnnouncedOnlyWhenAskedForAndReached) {
-  const std::string folder = makeProject({{"Makefile", "package:\n\t@echo fine; mkdir packages\n"}});
-  putFile(updateMarker, "");
-  start();
-  openBuildScreen();
-  auto* const asked = qobject_cast<UISwitch*>(finger::find("Show success alert"));
-  tap("Show success alert");
-  EXPECT_FALSE(asked->isOn());
-  EXPECT_EQ(asked->accessibleDescription(), localized(text::showSuccessAlert));
-  build("Make Package");
-  EXPECT_EQ(log().bytes(), "fine\n");
-  EXPECT_FALSE(sees(localized(text::done)));
-
-  tap("Show success alert");
-  putFile(folder + "Makefile", "package:\n\t@echo broken; exit 1\n");
-  build("Make Package");
-  EXPECT_NE(log().bytes().find("broken"), std::string::npos);
-  EXPECT_FALSE(sees(localized(text::done)));
-
-  tap("Clear Log");
-  EXPECT_EQ(log().bytes(), "");
-  EXPECT_FALSE(fileExistsAtPath(device::application + "MakeLog.log"));
-  // The device's killall is a link to the host's; one that records its arguments stands in for it.
-  std::filesystem::remove("/usr/bin/killall");
-  putFile("/usr/bin/killall", "#!/bin/sh\necho \"$@\" > /var/mobile/killed\n");
-  chmod("/usr/bin/killall", 0755);
-  tap("Respring");
-  EXPECT_EQ(fileAt("/var/mobile/killed"), "backboardd\n");
-}
-
-TEST_F(Screens, TheHintOpensThePackageSourceOnlyWhenAsked) {
-  start();
-  openBuildScreen();
-  const QStringList& opened = watchAddresses();
-  tap("Info");
-  waitToSee(localized(text::deviceSupportHint));
-  tap(localized(text::cancel));
-  tap("Info");
-  tap(localized(text::addTheSource));
-  waitUntil([&opened] { return !opened.isEmpty(); }, "nothing is opened");
-  ASSERT_EQ(opened.size(), 1);
-  EXPECT_TRUE(opened.front().startsWith("cydia://url/"));
-  EXPECT_TRUE(opened.front().contains("#?source="));
-  tap("Back");
-  tap("About");
-  waitToSee(localized(text::developedBy));
-  EXPECT_TRUE(sees(localized(text::thanksForTheIdea)));
-  for (const char* link : {"Profile", "Donate", "Pelbo"}) tap(link);
-  waitUntil([&opened] { return opened.size() == 4; }, "a link opens nothing");
-  EXPECT_EQ(opened.mid(1), (QStringList{links::authorProfile, links::donation, links::thankedProfile}));
+TEST_F(Screens, AnAddressThatNothingOpensIsShownAsTextToCopy) {
+  inBothLanguages([this] {
+    makeProject({{"Tweak.x", ""}});
+    start();
+    openAddressesOnHost();
+    optionsMenu(text::openInFilza);
+    waitToSee(localized(text::error));
+    QWidget* const address = finger::find("Address");
+    const QRect area = address->rect().translated(address->mapTo(address->window(), QPoint()));
+    EXPECT_TRUE(address->window()->rect().contains(area)) << "not all of it is on screen";
+    address->setFocus();
+    QGuiApplication::clipboard()->clear();
+    QTest::keyClick(address, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza://view/var/Tweakyard/Projects/P/");
+    tap(localized(text::ok));
+  });
 }
 
 QColor colourAt(QWidget& widget, const QPoint& place) {

@@ -3,10 +3,13 @@
 #include "support/StandardStreams.h"
 #include "support/Tree.h"
 #include "workspace/CurrentProject.h"
+#include "workspace/FlexImport.h"
 #include "workspace/ProjectFiles.h"
 #include "workspace/Projects.h"
 
+#include <cstdio>
 #include <set>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -162,33 +165,6 @@ TEST_F(Operations, AProjectOfNoNameUnpacksBesideTheOthersAndCountsAsNoneAfterwar
   EXPECT_FALSE(fileExistsAtPath(device::projects + "B/x")) << "as where no project is listed";
 }
 
-TEST_F(Operations, ProjectsAreDeletedOneOrAll) {
-  for (const char* file : {"A/x", "B/x", "C/x", ".hidden/x"}) put(file, "");
-  chooseProject("A");
-  deleteProject("B");
-  EXPECT_EQ(currentProject(), "A");
-  EXPECT_FALSE(fileExistsAtPath(device::projects + "B"));
-  deleteListedProject();
-  EXPECT_EQ(currentProject(), std::nullopt);
-  EXPECT_EQ(listedProject(), "A");
-  EXPECT_FALSE(fileExistsAtPath(device::projects + "A"));
-  chooseProject("C");
-  deleteAllProjects();
-  EXPECT_EQ(treeAt(device::projects), (Tree{{".hidden/", ""}, {".hidden/x", ""}}));
-  EXPECT_EQ(currentProject(), std::nullopt);
-}
-
-TEST_F(Operations, AddressesNameTheListedProject) {
-  EXPECT_EQ(projectAddress(), "filza://view/var/Tweakyard/Projects/(null)/");
-  setListedProject("P");
-  EXPECT_EQ(projectAddress(), "filza://view/var/Tweakyard/Projects/P/");
-  EXPECT_EQ(packagesAddress(), "filza:///var/mobile/Documents/Tweakbench");
-  putFile(device::packages + "/P/x.deb", "");
-  EXPECT_EQ(packagesAddress(), "filza:///var/mobile/Documents/Tweakbench/P/");
-  deletePackages();
-  EXPECT_FALSE(fileExistsAtPath(device::packages));
-}
-
 TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
   putFile("/var/mobile/Documents/In/Tweak.x", "imported");
   ASSERT_EQ(chdir("/var"), 0);
@@ -206,20 +182,6 @@ TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
   EXPECT_TRUE(importProject("var/mobile/Documents/In/Tweak.x")) << "a file is copied as well";
   EXPECT_EQ(at("Tweak.x"), "imported");
   removeItemAtPath("/var/mobile/Documents/In");
-}
-
-TEST_F(Operations, ExportCopiesBelowVarAndChangesNothing) {
-  put("P/Tweak.x", "x");
-  chooseProject("P");
-  filesystem::create_directories("/var/mobile/Documents/Out");
-  exportProject("mobile/Documents/Out/");
-  EXPECT_EQ(treeAt("/var/mobile/Documents/Out"), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
-  exportProject("no/such/folder/");
-  exportProject("../etc/");
-  exportProject("mobile/Documents/Out/P/Tweak.x");
-  EXPECT_EQ(treeAt("/var/mobile/Documents/Out"), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
-  EXPECT_EQ(treeAt(device::projects), (Tree{{"P/", ""}, {"P/Tweak.x", "x"}}));
-  removeItemAtPath("/var/mobile/Documents/Out");
 }
 
 TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
@@ -251,23 +213,6 @@ TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
   EXPECT_TRUE(backupNames().empty());
   putFile("/var/mobile/Documents/TweakbenchBackups", "in the way");
   EXPECT_EQ(backUpProject(), "/var/mobile/Documents/TweakbenchBackups/P") << "no command's failure is told";
-}
-
-TEST_F(Operations, RenamingAProjectFollowsItsNameThroughItsFiles) {
-  recordTheosPath();
-  createProject("Tweak");
-  put("Tweak/Makefile", "TWEAK_NAME = Tweak\nSUBPROJECTS += TweakSettings\nTweak_FILES = Tweak.x\n");
-  renameProject("New Pro");
-  EXPECT_EQ(currentProject(), "NewPro");
-  EXPECT_EQ(listedProject(), "NewPro");
-  EXPECT_FALSE(fileExistsAtPath(device::projects + "Tweak"));
-  EXPECT_EQ(at("NewPro/Makefile"),
-            "TWEAK_NAME = NewPro\nSUBPROJECTS += NewProSettings\nNewPro_FILES = NewPro.x\n");
-  EXPECT_NE(at("NewPro/control").find("Name: NewPro\n"), std::string::npos);
-  EXPECT_TRUE(fileExistsAtPath(device::projects + "NewPro/NewPro.plist"));
-  const Tree before = treeAt(device::projects);
-  renameProject("NewPro");
-  EXPECT_EQ(treeAt(device::projects), before);
 }
 
 TEST_F(Operations, ARenameThatTheShellRefusesStillNamesTheProject) {
@@ -316,6 +261,33 @@ TEST_F(Operations, TheLanguageIsWrittenOrRemoved) {
   removeItemAtPath(device::application + "LangFile.plist");
   setLanguage(Language::Arabic);
   EXPECT_FALSE(fileExistsAtPath(device::application + "LangFile.plist"));
+}
+
+TEST_F(Operations, WhatTheConverterRefusesLandsNowhere) {
+  const std::string project = device::projects + "P/";
+  const std::string list = "/var/mobile/Library/Flex/patches.plist";
+  const std::string menuLog = device::application + "Getter.log";
+  installConverter();
+  putFile(list, device::emptyList(
+                    "<key>patches</key><array><dict><key>name</key><string>One</string></dict></array>"));
+  createDirectoryAtPath(project);
+  setListedProject("P");
+  EXPECT_EQ(run_logged("echo 7 | ftt > /dev/null; echo $?; echo 0 | ftt > /dev/null; echo $?", menuLog),
+            "1\n0\n");
+  removeItemAtPath("/var/mobile/Documents/Wexley88");
+  convertFlexPatch("\033  7 - Gone");
+  EXPECT_THROW(convertFlexPatch("ab"), std::out_of_range);
+  putFile(list, "damaged");
+  EXPECT_EQ(harvestFlexMenu(), std::vector<std::string>{"The list of Flex patches is damaged."});
+  convertFlexPatch("\033  1 - 2nd");
+  EXPECT_TRUE(contentsOfDirectoryAtPath(project)->empty());
+  EXPECT_NE(fileAt(device::application + "titleANDObj.log").find("The list of Flex patches is damaged.\n"),
+            std::string::npos);
+  // Without a converter the menu has too few lines; the event boundary takes it from there.
+  ASSERT_EQ(rename("/usr/bin/ftt", "/usr/bin/ftt-away"), 0);
+  EXPECT_THROW(harvestFlexMenu(), std::out_of_range);
+  ASSERT_EQ(rename("/usr/bin/ftt-away", "/usr/bin/ftt"), 0);
+  removeItemAtPath(list);
 }
 
 }  // namespace

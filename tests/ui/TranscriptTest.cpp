@@ -1,0 +1,377 @@
+// Whole flows on the real screens, compared with transcripts.txt: what is done, and every command line,
+// setting, file operation, address, dialog and delayed call that follows, in this order, in both languages.
+// The grammar stands at the head of that file.
+#include "platform/NSNotificationCenter.h"
+#include "support/Shell.h"
+#include "tests/ui/Screens.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <dlfcn.h>
+#include <map>
+#include <mutex>
+#include <regex>
+#include <spawn.h>
+#include <sstream>
+#include <tuple>
+#include <unistd.h>
+#include <vector>
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QListView>
+
+namespace {
+
+struct DelayedCall {
+  QPointer<QObject> target;
+  std::function<void()> selector;
+};
+
+// Builds run on a worker thread.
+std::mutex mutex;
+bool isRecording = false;
+std::vector<std::string> records;
+std::vector<DelayedCall> held;  // main thread only
+
+void record(const std::string& line) {
+  const std::lock_guard lock(mutex);
+  if (isRecording) records.push_back(replaceAll(replaceAll(line, "\n", "\\n"), "\x1B", "\\e"));
+}
+
+// All three in this order are one line.
+void recordStream(const char* stream, const std::string& log) {
+  record(stream + log);
+  const std::lock_guard lock(mutex);
+  const std::size_t count = records.size();
+  if (count < 3 || records[count - 3] != "stdout " + log || records[count - 2] != "stderr " + log ||
+      records[count - 1] != "stdin " + log)
+    return;
+  records.resize(count - 2);
+  records.back() = "streams " + log;
+}
+
+std::size_t recorded() {
+  const std::lock_guard lock(mutex);
+  return records.size();
+}
+
+bool isOfTheDevice(const std::string& path) {
+  return path.starts_with("/Applications/") || path.starts_with("/var/Tweakyard") ||
+         path.starts_with("/var/mobile/Documents");
+}
+
+std::string shortened(const std::string& path) {
+  return path.starts_with(device::application) ? path.substr(device::application.size()) : path;
+}
+
+// The keys that a new property list sets or removes.
+std::string changeOf(const std::string& list, const std::string& next) {
+  std::string changes;
+  for (const char* key : {"Choose", "Files", "TheosPath", "FullPath", "Language"}) {
+    const MaybeText before = propertyListValue(list, key);
+    const MaybeText after = propertyListValue(next, key);
+    if (before != after) changes += std::string(" ") + key + (after ? "=" + *after : " removed");
+  }
+  return changes.empty() ? " as before" : changes;
+}
+
+template <typename Function>
+Function* next(Function*, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// The program's own definitions come before the C library's.
+extern "C" {
+
+int posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* actions,
+                const posix_spawnattr_t* attributes, char* const arguments[], char* const environment[]) {
+  record("sh " + std::string(arguments[2]));
+  return next(&posix_spawn, "posix_spawn")(child, path, actions, attributes, arguments, environment);
+}
+
+int rename(const char* from, const char* to) noexcept {
+  const std::string path = to;
+  if (path.ends_with(".plist") && path.starts_with(device::application))
+    record(shortened(path) + changeOf(path, from));
+  else if (isOfTheDevice(path))
+    record("write " + shortened(path));
+  return next(&rename, "rename")(from, to);
+}
+
+int remove(const char* path) noexcept {
+  if (isOfTheDevice(path)) record("remove " + shortened(path));
+  return next(&remove, "remove")(path);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+  const int status = next(&mkdir, "mkdir")(path, mode);
+  if (status == 0 && isOfTheDevice(path)) record("mkdir " + std::string(path));
+  return status;
+}
+
+FILE* freopen(const char* path, const char* mode, FILE* stream) {
+  const char* const name = stream == stdout ? "stdout " : stream == stderr ? "stderr " : "stdin ";
+  recordStream(name, shortened(path) + (mode == std::string("a+") ? "" : mode));
+  return next(&freopen, "freopen")(path, mode, stream);
+}
+}
+
+// Linked in the place of the platform's: time passes when the test says so.
+extern "C++" void delayed(QObject* target, std::function<void()> selector, double seconds) asm(
+    "__wrap__Z25performSelectorAfterDelayP7QObjectSt8functionIFvvEEd");
+void delayed(QObject* target, std::function<void()> selector, double seconds) {
+  std::ostringstream text;
+  text << "after " << seconds << " s";
+  record(text.str());
+  held.push_back({target, std::move(selector)});
+}
+
+namespace {
+
+class Transcripts : public Screens {
+ protected:
+  Transcripts() {
+    std::istringstream pairs(fileAt("/.host/tweakbench/tests/text-pairs.tsv"));
+    for (std::string line; std::getline(pairs, line);) {
+      const std::size_t tab = line.find('\t');
+      if (tab != std::string::npos) arabic_[line.substr(tab + 1)] = line.substr(0, tab);
+    }
+    NSNotificationCenter::defaultCenter().addObserver(
+        &observer_, RQAlertViewWillShowNotification, nullptr,
+        [this](const NSNotification& report) { recordDialog(dynamic_cast<RQAlertView&>(*report.object)); });
+    NSNotificationCenter::defaultCenter().addObserver(
+        &observer_, RQAlertViewWillDismissNotification, nullptr, [](const NSNotification& report) {
+          const auto& dialog = dynamic_cast<RQAlertView&>(*report.object);
+          if (dialog.type() == RQAlertViewType::ActivityIndicator) record("gone " + shown(dialog.title()));
+        });
+  }
+  ~Transcripts() override {
+    isRecording = false;
+    held.clear();
+  }
+
+  void follow(const std::string& section, bool isArabic) {
+    isArabic_ = isArabic;
+    device::reset();
+    for (const char* folder : {"/var/mobile/Documents/In", "/var/mobile/Documents/Out"})
+      removeItemAtPath(folder);
+    removeItemAtPath(backups);
+    device::speak(isArabic ? "AR" : "EN");
+    UIApplication::sharedApplication()->setURLOpener([](const QUrl& url) {
+      record("open " + url.toString().toStdString());
+      return true;
+    });
+    std::vector<std::string> lines;
+    std::istringstream text(section);
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    bool isAsWritten = true;
+    for (std::size_t at = 0; at < lines.size() && isAsWritten;) {
+      const std::string action = lines[at++];
+      std::vector<std::string> expected;
+      for (; at < lines.size() && lines[at].starts_with("  "); ++at)
+        expected.push_back(translated(lines[at].substr(2)));
+      {
+        const std::lock_guard lock(mutex);
+        records.clear();
+        isRecording = true;
+      }
+      try {
+        act(action);
+        settle(expected.size());
+      } catch (const finger::Missing& missing) {
+        record(missing.what());
+      }
+      const std::lock_guard lock(mutex);
+      isRecording = false;
+      isAsWritten = records == expected;
+      if (!isAsWritten)
+        ADD_FAILURE() << action << "\n wanted:\n" << joined(expected) << " came:\n" << joined(records);
+    }
+    for (auto dialog = topDialog(); dialog && dialog->isShowing(); dialog = topDialog()) dialog->dismiss();
+    delegate_.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    held.clear();
+  }
+
+  std::map<std::string, std::string> looks_;  // colours to name
+  std::map<std::string, std::string> named_;  // lines
+
+ private:
+  static std::string joined(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) text += "  " + line + '\n';
+    return text;
+  }
+
+  static std::string shown(const QString& text) {
+    return text.isNull() ? "-" : '<' + text.toStdString() + '>';
+  }
+
+  void recordDialog(const RQAlertView& dialog) {
+    std::string colours;
+    for (const QColor& colour :
+         {dialog.backgroundColor(), dialog.separatorsColor(), dialog.cancelButtonTitleColor(),
+          dialog.cancelButtonBackgroundColorHighlighted(), dialog.titleTextColor(), dialog.messageTextColor(),
+          dialog.buttonsTitleColor(), dialog.textFieldsTextColor(), dialog.textFieldsBackgroundColor(),
+          dialog.activityIndicatorViewColor(), dialog.progressLabelTextColor()})
+      colours += ' ' + colour.name(QColor::HexArgb).toStdString().substr(1);
+    const auto look = looks_.find(colours);
+    std::string line = dialog.style() == RQAlertViewStyle::Alert ? "alert " : "sheet ";
+    line += (look == looks_.end() ? colours : look->second) + ' ' + shown(dialog.title()) + ' ' +
+            shown(dialog.message()) + " [";
+    for (const QString& title : dialog.buttonTitles())
+      line += (line.ends_with('[') ? "" : ", ") + shown(title);
+    line += ']';
+    if (!dialog.cancelButtonTitle().isNull()) line += " cancel " + shown(dialog.cancelButtonTitle());
+    if (!dialog.destructiveButtonTitle().isNull())
+      line += " destructive " + shown(dialog.destructiveButtonTitle());
+    if (dialog.type() == RQAlertViewType::ActivityIndicator)
+      line += " spinner " + shown(dialog.progressLabelText());
+    for (const auto& field : dialog.textFieldsArray()) {
+      line += " field " + shown(field->text());
+      if (field->keyboardAppearance() == UIKeyboardAppearance::Dark) line += " dark";
+      if (field->clearButtonMode() == UITextFieldViewMode::WhileEditing) line += " clearing";
+    }
+    record(line);
+  }
+
+  // In the language of this run: a text of a pair, also one whose "%@" is filled.
+  std::string inThisLanguage(const std::string& english) const {
+    if (!isArabic_) return english;
+    for (const auto& [from, to] : arabic_) {
+      const std::size_t hole = from.find("%@");
+      if (from == english) return to;
+      if (hole == std::string::npos || !english.starts_with(from.substr(0, hole))) continue;
+      return replaceAll(to, "%@", english.substr(hole));
+    }
+    return english;
+  }
+
+  // <text> is translated, {text} too, without its braces; <=text> is the same in both languages; @FOLDER is
+  // the entries of a folder in the order in which it lists them.
+  std::string translated(std::string line) const {
+    if (const auto named = named_.find(line); named != named_.end()) line = named->second;
+    static const std::regex mark("<=([^>]*)>|<([^>]*)>|\\{([^}]*)\\}|@(/[^,\\]]*)");
+    std::string out;
+    auto last = line.cbegin();
+    for (std::sregex_iterator match(line.cbegin(), line.cend(), mark), end; match != end; ++match) {
+      out.append(last, (*match)[0].first);
+      last = (*match)[0].second;
+      if ((*match)[1].matched) out += '<' + match->str(1) + '>';
+      if ((*match)[2].matched) out += '<' + inThisLanguage(match->str(2)) + '>';
+      if ((*match)[3].matched) out += inThisLanguage(match->str(3));
+      if (!(*match)[4].matched) continue;
+      std::string entries;
+      for (const std::string& name :
+           contentsOfDirectoryAtPath(match->str(4)).value_or(std::vector<std::string>()))
+        entries += (entries.empty() ? "<" : ", <") + name + '>';
+      out += entries;
+    }
+    return replaceAll(out.append(last, line.cend()), "[, ", "[");
+  }
+
+  void act(const std::string& line) {
+    const std::size_t blank = std::min(line.find(' '), line.size());
+    const std::string verb = line.substr(0, blank);
+    const std::string rest = blank == line.size() ? "" : line.substr(blank + 1);
+    if (verb == "start") {
+      start();
+    } else if (verb == "press") {
+      QAbstractButton* button = nullptr;
+      const auto isThere = [&] {
+        const UIWindow* const window = UIApplication::sharedApplication()->keyWindow();
+        button = window->findChild<QAbstractButton*>(QString::fromStdString(rest));
+        return button != nullptr && button->isVisible() && button->isEnabled();
+      };
+      finger::waitUntil(isThere, "no button " + QString::fromStdString(rest));
+      QTest::mouseClick(button, Qt::LeftButton);
+    } else if (verb == "tap") {
+      const std::string name = replaceAll(translated(rest), "\\e", "\x1B");
+      finger::tap(QString::fromStdString(name.starts_with('<') ? name.substr(1, name.size() - 2) : name));
+    } else if (verb == "type") {
+      finger::type(QString::fromStdString(rest));
+    } else if (verb == "choose") {
+      isRecording = false;
+      chooseProject(rest);
+      isRecording = true;
+    } else if (verb == "look") {
+      look();
+    } else if (verb == "see") {
+      finger::waitToSee(QString::fromStdString(inThisLanguage(rest)));
+    } else if (verb == "read") {
+      std::istringstream text(
+          UIScreen::mainScreen()->findChild<TextView*>(QString::fromStdString(rest))->bytes());
+      for (std::string shown; std::getline(text, shown);) record("| " + shown);
+    } else {
+      ASSERT_EQ(verb, "$") << line;
+      isRecording = false;
+      std::istringstream output(outputOf(rest));
+      isRecording = true;
+      for (std::string printed; std::getline(output, printed);) record("| " + printed);
+    }
+  }
+
+  static void look() {
+    const UIWindow& screen = *UIApplication::sharedApplication()->keyWindow();
+    const QAbstractItemModel& files = *screen.findChild<QListView*>("TableVV")->model();
+    QStringList names;
+    for (int row = 0; row < files.rowCount(); ++row) names.append(files.index(row, 0).data().toString());
+    names.sort();
+    record((screen.findChild<QLabel*>("ProjLableName")->text() + ": " + names.join(", ")).toStdString());
+  }
+
+  // Until all that is wanted has come and no dialog moves; then the delayed calls, and so on.
+  static void settle(std::size_t wanted) {
+    constexpr int patience = 10'000;
+    const auto atRest = [] {
+      const auto dialog = topDialog();
+      return !dialog || dialog->state() == RQAlertViewState::Shown ||
+             dialog->state() == RQAlertViewState::Dismissed;
+    };
+    do {
+      for (const DelayedCall& call : std::exchange(held, {})) {
+        if (call.target) call.selector();
+      }
+      std::ignore =
+          QTest::qWaitFor([&] { return (recorded() >= wanted || !held.empty()) && atRest(); }, patience);
+    } while (!held.empty());
+    QCoreApplication::processEvents();
+  }
+
+  QObject observer_;
+  bool isArabic_ = false;
+  std::map<std::string, std::string> arabic_;
+};
+
+TEST_F(Transcripts, EveryFlowDoesWhatIsWrittenInThisOrderInBothLanguages) {
+  std::istringstream text(fileAt("/.host/tweakbench/tests/transcripts.txt"));
+  std::vector<std::pair<std::string, std::string>> sections;
+  for (std::string line; std::getline(text, line);) {
+    if (line.empty() || line.starts_with('#')) continue;
+    if (line.starts_with("looks ")) {
+      const std::size_t name = line.find(' ', 6);
+      looks_[line.substr(name)] = line.substr(6, name - 6);
+    } else if (line.starts_with("let ")) {
+      const std::size_t blank = line.find(' ', 4);
+      named_[line.substr(4, blank - 4)] = line.substr(blank + 1);
+    } else if (line.starts_with("== ")) {
+      sections.emplace_back(line.substr(3), "");
+    } else {
+      sections.back().second += line + '\n';
+    }
+  }
+  ASSERT_GT(sections.size(), 5U);
+  for (const auto& [title, section] : sections) {
+    for (const bool isArabic : {false, true}) {
+      SCOPED_TRACE(title + (isArabic ? ", in Arabic" : ""));
+      follow(section, isArabic);
+    }
+  }
+}
+
+}  // namespace
