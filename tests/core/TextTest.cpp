@@ -62,7 +62,7 @@ TEST(TextPairs, AreTheGivenTextsToTheByte) {
   const auto expectNext = [&given](const std::string& text) {
     std::string line;
     ASSERT_TRUE(std::getline(given, line));
-    EXPECT_EQ(text, replaceAll(line, "\\n", "\n"));
+    EXPECT_EQ(text, ::replaceAll(line, "\\n", "\n"));
   };
   const auto expectPairs = [&expectNext](const auto&... pairs) {
     (expectNext(pairs.arabic + std::string("\t") + pairs.english), ...);

@@ -44,7 +44,7 @@ TEST_F(Screens, AHintInTheLogsPlaceSaysWhatATapDid) {
     build("Make Package");
     tap(localized(text::cancel));
     waitToSee(updated);
-    EXPECT_EQ(log().bytes(), "fine \uFFFD\n") << "the older log";
+    EXPECT_TRUE(log().bytes().starts_with("fine \uFFFD\n")) << "the older log";
   });
 }
 

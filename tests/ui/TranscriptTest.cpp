@@ -142,10 +142,10 @@ class Transcripts : public Screens {
       if (tab != std::string::npos) arabic_[line.substr(tab + 1)] = line.substr(0, tab);
     }
     NSNotificationCenter::defaultCenter().addObserver(
-        &observer_, RQAlertViewWillShowNotification, nullptr,
+        &observer_, reports::willShow.notification, nullptr,
         [this](const NSNotification& report) { recordDialog(dynamic_cast<RQAlertView&>(*report.object)); });
     NSNotificationCenter::defaultCenter().addObserver(
-        &observer_, RQAlertViewWillDismissNotification, nullptr, [](const NSNotification& report) {
+        &observer_, reports::willDismiss.notification, nullptr, [](const NSNotification& report) {
           const auto& dialog = dynamic_cast<RQAlertView&>(*report.object);
           if (dialog.type() == RQAlertViewType::ActivityIndicator) record("gone " + shown(dialog.title()));
         });
