@@ -178,7 +178,7 @@ Descriptor openVar(int folder, const fs::path& name) {
   return openTop(folder, "var", name);
 }
 
-DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const DeviceContents& contents)
+DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
     : folder_(std::move(folder)), name_(name) {
   refuseForeignFolder(folder_.get(), name_);
   lock();
@@ -188,6 +188,9 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name, const Device
   replaceOverfullPrograms();
   shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
   theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
+}
+
+void DeviceFolder::complete(const DeviceContents& contents) const {
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();
@@ -303,6 +306,10 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
 void DeviceFolder::replaceOverfullPrograms() {
   struct TooMany {};
   std::size_t count = 0;
+  // Counted before.
+  const std::string state = stateOfLinks(userPrograms_.get());
+  if (!state.empty() && readBeneath(folder_.get(), std::string(kUserPrograms) + ".state", 4096) == state)
+    return;
   try {
     namesIn(userPrograms_.get(), [&count] {
       if (++count > kMostPrograms) throw TooMany();

@@ -49,10 +49,13 @@ struct DeviceContents {
 // 022.
 class DeviceFolder {
  public:
-  // Locks the device in `folder` and makes what is missing in it: everything the first time, the rest after a
-  // start that was killed or a build that removed it. `name` is what messages call the device. Throws
-  // Refusal, also where another launcher holds the lock.
-  DeviceFolder(Descriptor folder, const std::filesystem::path& name, const DeviceContents& contents);
+  // Locks the device in `folder` and opens its folders, made where missing. `name` is what messages call the
+  // device. Throws Refusal, also where another launcher holds the lock.
+  DeviceFolder(Descriptor folder, const std::filesystem::path& name);
+
+  // Makes what is missing in the folders: everything the first time, the rest after a start that was killed
+  // or a build that removed it. To be called before anything runs in the device. Throws Refusal.
+  void complete(const DeviceContents& contents) const;
 
   // DEVICE itself.
   int folder() const { return folder_.get(); }

@@ -1,6 +1,7 @@
 #include "device/folder/HistoryKeeper.h"
 
 #include "core/LauncherContract.h"
+#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
@@ -28,6 +29,7 @@ namespace {
 constexpr const char* kMissingIsSaid = "no-rsync";
 // With the time that a copy takes, a change is in the history within a minute.
 constexpr int kBetweenWalks = 40'000;
+constexpr int kFirstCopyLimit = 1000;
 constexpr std::size_t kMostAsked = 64;
 // The walk opens a descriptor for each level of folders.
 constexpr rlim_t kDescriptors = 4096;
@@ -88,7 +90,7 @@ class Keeper {
       }
       _exit(0);
     }
-    copyingEnd_ = Descriptor(copying_ < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, copying_, 0)));
+    copyingEnd_ = endOf(copying_);
     if (!copyingEnd_) finishCopying();
   }
 
@@ -161,6 +163,9 @@ class Keeper {
 void partFromLauncher(std::vector<int> kept) {
   setsid();
   for (int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_IGN);
   std::sort(kept.begin(), kept.end());
   unsigned next = 3;
@@ -195,7 +200,19 @@ void sayOnceThatRsyncIsMissing(const HistoryFolder& history, bool isMissing) {
 
 }  // namespace
 
-HistoryKeeper::HistoryKeeper(int device, int var, const HistoryTools& tools, Serves serves) {
+HistoryKeeper::HistoryKeeper(Serves serves) {
+  int sockets[2];
+  if (serves == Serves::Nobody || socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) != 0) return;
+  own_ = Descriptor(sockets[0]);
+  const Descriptor other(sockets[1]);
+  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, history::applicationDescriptor));
+  // The application would not find it under another number.
+  if (applicationEnd_.get() != history::applicationDescriptor) applicationEnd_.close();
+}
+
+void HistoryKeeper::start(int device, int var, const HistoryTools& tools) {
+  // The device has it by now.
+  applicationEnd_.close();
   std::optional<HistoryFolder> history;
   try {
     history.emplace(device);
@@ -207,32 +224,22 @@ HistoryKeeper::HistoryKeeper(int device, int var, const HistoryTools& tools, Ser
     std::fprintf(stderr, "tweakbench: %s\n", refusal.what());
     if (!history) return;
   }
-  int sockets[2] = {-1, -1};
-  int life[2];
-  int first[2];
-  if (pipe2(life, O_CLOEXEC) != 0) return;
-  life_ = Descriptor(life[1]);
-  Descriptor lifeHere(life[0]);
-  if (pipe2(first, O_CLOEXEC) != 0) return;
-  firstCopy_ = Descriptor(first[0]);
-  Descriptor firstThere(first[1]);
-  Descriptor own;
-  if (serves == Serves::TheApplication &&
-      socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0) {
-    own = Descriptor(sockets[0]);
-    const Descriptor other(sockets[1]);
-    applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, history::applicationDescriptor));
-    // The application would not find it under another number.
-    if (applicationEnd_.get() != history::applicationDescriptor) applicationEnd_.close();
-  }
-  const pid_t process = fork();
-  if (process != 0) return;
-  partFromLauncher({history->folder(), var, own.get(), lifeHere.get(), firstThere.get()});
+  Pipe life = makePipe();
+  Pipe first = makePipe();
+  life_ = std::move(life.writeEnd);
+  firstCopy_ = std::move(first.readEnd);
+  if (fork() != 0) return;
+  partFromLauncher({history->folder(), var, own_.get(), life.readEnd.get(), first.writeEnd.get()});
   try {
-    Keeper(std::move(*history), var, tools, own.get(), lifeHere.get(), std::move(firstThere)).keep();
+    Keeper(std::move(*history), var, tools, own_.get(), life.readEnd.get(), std::move(first.writeEnd)).keep();
   } catch (const std::exception&) {
   }
   _exit(0);
+}
+
+void HistoryKeeper::awaitFirstCopy() const {
+  pollfd end{firstCopy_.get(), POLLIN, 0};
+  poll(&end, 1, kFirstCopyLimit);
 }
 
 }  // namespace device

@@ -13,20 +13,22 @@ class HistoryKeeper {
  public:
   enum class Serves { Nobody, TheApplication };
 
-  // `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and before anything runs
-  // in the device: first a backup that a killed run has left half is replaced by the older one. Without
-  // `tools.rsync` no copies are taken, and that is said once for a device. Failures are said on standard
-  // error, and there is no history then.
-  HistoryKeeper(int device, int var, const HistoryTools& tools, Serves serves);
+  explicit HistoryKeeper(Serves serves);
+
+  // Starts the process. `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and
+  // before anything runs in the device: first a backup that a killed run has left half is replaced by the
+  // older one. Without `tools.rsync` no copies are taken, and that is said once for a device. Failures are
+  // said on standard error, and there is no history then.
+  void start(int device, int var, const HistoryTools& tools);
 
   // Goes to the application under this very number; -1 where nobody is served.
   int applicationEnd() const { return applicationEnd_.get(); }
 
-  // Closed at its other end when everything that was in the device at the start is in the history; -1 where
-  // there is no history.
-  int firstCopyEnd() const { return firstCopy_.get(); }
+  // Waits until everything that was in the device at the start is in the history, at most a second.
+  void awaitFirstCopy() const;
 
  private:
+  Descriptor own_;
   Descriptor applicationEnd_;
   // The process has the other ends: this one tells it the launcher's end, ...
   Descriptor life_;

@@ -34,11 +34,12 @@ struct StartReport {
   std::int32_t value;
 };
 
-// From the launcher to the starter, over another descriptor, where there is a terminal.
+// From the launcher to the starter, over another descriptor: first Begin, and the others only where there is
+// a terminal. The starter ends where the launcher ends before that.
 struct StartOrder {
-  // Continue: a stopped program goes on, with a value of 1 in the foreground of its terminal, with 0 in the
-  // background. Signal: its process group gets the signal `value`.
-  enum class Kind : std::int32_t { Continue = 1, Signal = 2 };
+  // Begin: the program may start. Continue: a stopped program goes on, with a value of 1 in the foreground of
+  // its terminal, with 0 in the background. Signal: its process group gets the signal `value`.
+  enum class Kind : std::int32_t { Continue = 1, Signal = 2, Begin = 3 };
   Kind kind;
   std::int32_t value;
 };

@@ -1,9 +1,8 @@
 // First program inside the device: starts the real one with the device's limits and reports how it began and
 // ended.
 //
-// usage: starter REPORTS ORDERS INPUT OUTPUT ERRORS FIRST plain|foreground|background PROGRAM ARGUMENTS...
-// The numbers are descriptors; INPUT, OUTPUT and ERRORS become the program's standard streams. The program
-// starts when FIRST is closed at its other end, or after a second; -1 waits for nothing. Unless
+// usage: starter REPORTS ORDERS INPUT OUTPUT ERRORS plain|foreground|background PROGRAM ARGUMENTS...
+// The numbers are descriptors; INPUT, OUTPUT and ERRORS become the program's standard streams. Unless
 // "plain", the terminal at standard output is made the program's, which is a job in its foreground or
 // background. Ends with the program's status, 128 + n for signal n.
 #include "device/guard/Contract.h"
@@ -46,9 +45,6 @@ constexpr struct {
     // the kernel minds no limit but 1.
     {RLIMIT_CORE, 1},
 };
-
-// For what the history copies before the program can change it.
-constexpr int kPatience = 1000;
 
 void limitResources() {
   for (const auto& [resource, most] : kLimits) {
@@ -135,15 +131,14 @@ int serveUntilEnd(pid_t program, int reports, int orders) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count < 9) return 125;
+  if (count < 8) return 125;
   const int reports = std::atoi(arguments[1]);
   const int orders = std::atoi(arguments[2]);
   Start start{};
   for (int stream = 0; stream < 3; ++stream) start.streams[stream] = std::atoi(arguments[3 + stream]);
-  pollfd first{std::atoi(arguments[6]), POLLIN, 0};
-  start.onTerminal = strcmp(arguments[7], device::kPlainStreams) != 0;
-  start.inForeground = strcmp(arguments[7], device::kTerminalInForeground) == 0;
-  start.words = arguments + 8;
+  start.onTerminal = strcmp(arguments[6], device::kPlainStreams) != 0;
+  start.inForeground = strcmp(arguments[6], device::kTerminalInForeground) == 0;
+  start.words = arguments + 7;
   fcntl(reports, F_SETFD, FD_CLOEXEC);
   fcntl(orders, F_SETFD, FD_CLOEXEC);
   // Builds run under the same user: keep them out of this process's descriptors.
@@ -159,10 +154,8 @@ int main(int count, char** arguments) {
     sigaddset(&child, SIGCHLD);
     sigprocmask(SIG_BLOCK, &child, nullptr);
   }
-  if (first.fd >= 0) {
-    poll(&first, 1, kPatience);
-    close(first.fd);
-  }
+  StartOrder begin{};
+  if (read(orders, &begin, sizeof begin) != sizeof begin) return 125;
   int failure[2];
   if (pipe2(failure, O_CLOEXEC) != 0) return 125;
   start.failure = failure[1];

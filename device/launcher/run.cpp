@@ -154,13 +154,10 @@ int run(const Options& options, const Task* task) {
   const bool isRoots = geteuid() == 0;
   if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
 
-  const DeviceFolder folder(
-      openOrMakeFolder(reached), device,
-      {host.ownFiles, isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
+  const DeviceFolder folder(openOrMakeFolder(reached), device);
   const bool isApplication = options.action == Options::Action::OpenApplication;
-  const HistoryKeeper history(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
-                              isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
-                                                               : HistoryKeeper::Serves::Nobody);
+  HistoryKeeper history(isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
+                                                         : HistoryKeeper::Serves::Nobody);
   Request request;
   request.applications = folder.applications();
   request.var = folder.var();
@@ -176,11 +173,9 @@ int run(const Options& options, const Task* task) {
   std::error_code noLibraries;
   const fs::path libraries = request.theos / "lib";
   // Projects that build a library or framework install it there.
-  if (options.theosAccess == Options::Theos::ReadOnly &&
-      fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory) {
-    putLibraryLinks(folder.theosLibraries(), libraries);
-    request.theosLibraries = folder.theosLibraries();
-  }
+  const bool hasOwnLibraries = options.theosAccess == Options::Theos::ReadOnly &&
+                               fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory;
+  if (hasOwnLibraries) request.theosLibraries = folder.theosLibraries();
   request.network = options.network;
   request.environment =
       deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
@@ -216,8 +211,14 @@ int run(const Options& options, const Task* task) {
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
   Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
-  // A command may be about to delete what the last one has made; a window does not wait.
-  if (!isApplication) program.startsAfter = history.firstCopyEnd();
+  program.beforeStart = [&] {
+    folder.complete({host.ownFiles,
+                     isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
+    if (hasOwnLibraries) putLibraryLinks(folder.theosLibraries(), libraries);
+    history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")});
+    // A command may be about to delete what the last one has made; a window does not wait.
+    if (!isApplication) history.awaitFirstCopy();
+  };
   if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
   SystemLog log(folder.folder(), reached);
   if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});

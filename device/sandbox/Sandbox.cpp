@@ -104,6 +104,7 @@ class Run {
         opener_(opener) {}
 
   Ending watch() {
+    order(StartOrder::Kind::Begin, 0);
     const auto limit = Clock::now() + kStartLimit;
     while (!hasEnded_) {
       int wait = -1;
@@ -347,16 +348,13 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   const Descriptor arguments = inMemory(list);
   Relay relay(program.streams);
   Terminal* const terminal = relay.terminal();
-  Pipe orders;
-  if (terminal != nullptr) orders = makePipe();
-  const Descriptor noOrders = terminal == nullptr ? openNothing() : Descriptor();
-  const int takenOrders = terminal == nullptr ? noOrders.get() : orders.readEnd.get();
+  Pipe orders = makePipe();
   ProcessStart start{
       {bubblewrap.string(), "--args", std::to_string(arguments.get()), "--", "/.host/tweakbench/starter"}};
-  for (int descriptor : {reports.writeEnd.get(), takenOrders, relay.input(), relay.output(), relay.errors(),
-                         program.startsAfter}) {
+  for (int descriptor :
+       {reports.writeEnd.get(), orders.readEnd.get(), relay.input(), relay.output(), relay.errors()}) {
     start.words.push_back(std::to_string(descriptor));
-    if (descriptor >= 0) start.passed.push_back(descriptor);
+    start.passed.push_back(descriptor);
   }
   start.words.push_back(terminal == nullptr        ? kPlainStreams
                         : terminal->wantsJoining() ? kTerminalInForeground
@@ -385,6 +383,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
   orders.readEnd.close();
   if (opener != nullptr) opener->applicationEnd().close();
+  if (program.beforeStart) program.beforeStart();
   relay.start();
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders.writeEnd),
              relay, log, signals, opener)

@@ -5,6 +5,7 @@
 #include "device/session/Relay.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,8 +19,8 @@ struct Program {
   // As the device sees it; the first is looked up in PATH.
   std::vector<std::string> command;
   Relay::Streams streams = Relay::Streams::Caller;
-  // Starts when this is closed at its other end, or after a second; -1 for at once.
-  int startsAfter = -1;
+  // Called while bubblewrap makes the device; the program starts when it has returned. Throws Refusal.
+  std::function<void()> beforeStart{};
 };
 
 struct Ending {

@@ -20,12 +20,12 @@ namespace {
 
 // More does not stay in the processor's cache.
 constexpr std::size_t kPiece = 128 << 10;
-// For a stream that fills a pipe of the usual size, pipes are made as large as the kernel allows. It counts
-// 64 MiB of them for a user and makes further ones small.
-constexpr std::size_t kFlowing = 32 << 10;
+// A stream that has brought this much gets pipes as large as the kernel allows, of which it counts 64 MiB for
+// a user and makes further ones small.
+constexpr std::size_t kFlowing = 1 << 20;
 constexpr int kPipeSize = 1 << 20;
-// Each wake-up of the programs at both ends costs as much as moving some hundred KiB, so a stream gets time
-// to fill its pipe. A pipe that holds kPipeSize is never full within this time.
+// It also gets time to fill its pipe, since waking the programs at both ends for each piece costs more than
+// moving it. A pipe of kPipeSize is hardly full within this time.
 constexpr auto kFilling = std::chrono::microseconds(100);
 
 void setOff(int event) {
@@ -79,7 +79,8 @@ struct Pump::Copying {
       if (isMoving) {
         const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, kPipeSize, 0);
         if (moved == 0 || (moved < 0 && errno == EAGAIN && !canWrite())) break;
-        if (moved >= static_cast<ssize_t>(kFlowing) && isLarge(source.get()) && isLarge(target.get()))
+        if (moved > 0) copied += static_cast<std::size_t>(moved);
+        if (copied >= kFlowing && isLarge(source.get()) && isLarge(target.get()))
           std::this_thread::sleep_for(kFilling);
         if (moved > 0 || errno == EINTR || errno == EAGAIN) continue;
         if (errno != EINVAL) break;

@@ -32,7 +32,7 @@ class DeviceFolderTest : public testing::Test {
     putFile(files / ("Tweakbench.app/" + name), content);
   }
   void start(const std::optional<std::string>& locale = "ar_SA") {
-    DeviceFolder(openOrMakeFolder(device.path()), "the device", {files.path(), locale});
+    DeviceFolder(openOrMakeFolder(device.path()), "the device").complete({files.path(), locale});
   }
   std::string application(const std::string& name) {
     return device / ("Applications/Tweakbench.app/" + name);
@@ -101,7 +101,8 @@ TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
 }
 
 TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {
-  DeviceFolder used(openOrMakeFolder(device.path()), "the device", {files.path(), "ar_SA"});
+  const DeviceFolder used(openOrMakeFolder(device.path()), "the device");
+  used.complete({files.path(), "ar_SA"});
   fs::remove_all(device / "Applications");
   fs::remove(device / "lock");
   EXPECT_NE(refusalOf([&] { start(); }), "none");
@@ -275,7 +276,7 @@ TEST_F(DeviceFolderTest, MoreProgramsThanAnyHostHasAreSetAsideButForTheConverter
 
 TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
   const auto expectNoStart = [&](const std::string& path, const std::string& reason) {
-    expectRefusal([&] { DeviceFolder(openOrMakeFolder(path), path, {files.path(), "en_US"}); }, reason);
+    expectRefusal([&] { DeviceFolder(openOrMakeFolder(path), path); }, reason);
   };
   expectNoStart(home.path(), "holds other files");
   expectNoStart(home / "precious", "could not be opened");
@@ -288,7 +289,7 @@ TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
 
 TEST_F(DeviceFolderTest, OneLauncherAtATime) {
   {
-    const DeviceFolder first(openOrMakeFolder(device.path()), "the device", {files.path(), "en_US"});
+    const DeviceFolder first(openOrMakeFolder(device.path()), "the device");
     expectRefusal([&] { start(); }, "in use by another");
   }
   start();
