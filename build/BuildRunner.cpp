@@ -1,9 +1,9 @@
 #include "build/BuildRunner.h"
 
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 #include <map>
@@ -50,6 +50,7 @@ int buildProject(const std::string& project, const std::vector<std::string>& arg
   const auto before = packagesIn(folder + "/packages");
   std::string command = fill("cd %@ && make", {folder});
   for (const auto& argument : arguments) command.append(" ").append(quoted(argument));
+  keepHistory();
   const int status = run_cmd_status(command.c_str());
   const auto after = packagesIn(folder + "/packages");
   if (status != 0 || after.empty() || after == before) return status;
@@ -69,6 +70,8 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
   redirectStandardStreams(paths::makeLog);
   const MaybeText project = itemName(currentProject());
   const std::string folder = fill(paths::project, {project});
+  // What make does to the project, too.
+  keepHistory();
   run_cmder(commandOf(variant), {folder});
   collectPackages(folder, project);
 }

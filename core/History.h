@@ -9,8 +9,8 @@
 // command. Call it once, before the first command.
 void connectHistory();
 
-// To be called before anything in projects, backups or packages is deleted or replaced. Waits at most a
-// second for the copy to be made. run_cmd() calls it. Any thread.
+// Call it once before each operation that deletes or replaces something in projects, backups or packages.
+// Waits at most a second for the copy. Any thread.
 void keepHistory();
 
 // Lives while a backup of the project is made, from before the first command to after the last. Until it says

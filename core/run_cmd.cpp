@@ -1,7 +1,6 @@
 #include "core/run_cmd.h"
 
 #include "core/FileManager.h"
-#include "core/History.h"
 
 #include <algorithm>
 #include <cctype>
@@ -155,7 +154,6 @@ void run_cmd(const char* cmd) {
 }
 
 int run_cmd_status(const char* cmd, const char* variable) {
-  keepHistory();
   const pid_t child = spawnShell(cmd, variable);
   if (child == -1) return 127;
   const int status = awaitExit(child);

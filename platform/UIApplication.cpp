@@ -82,12 +82,21 @@ bool UIApplication::notify(QObject* receiver, QEvent* event) {
   if (event->type() == QEvent::MouseButtonPress && receiver->isWindowType() && focusWidget())
     showFocusRings(*focusWidget(), false);
   if (event->type() == QEvent::KeyRelease) noteKeyRelease(*static_cast<QKeyEvent*>(event));
+  if (event->type() == QEvent::KeyPress && isHeldOver(*static_cast<QKeyEvent*>(event))) return true;
   try {
     return QApplication::notify(receiver, event);
   } catch (...) {
     logCurrentException("an event handler");
     return false;
   }
+}
+
+bool UIApplication::isHeldOver(const QKeyEvent& press) {
+  const auto top = keyWindow_ ? keyWindow_->topViewController() : nullptr;
+  if (isRepeated(press)) return press.key() == pressedKey_ && top != pressedIn_.lock();
+  pressedKey_ = press.key();
+  pressedIn_ = top;
+  return false;
 }
 
 void UIApplication::openURL(const QUrl& url, const QVariantMap& /*options*/,

@@ -23,6 +23,7 @@ class UIApplicationDelegate {
   }
 };
 
+class UIViewController;
 class UIWindow;
 
 // One for a process. An exception that any event handler lets out is written to the system log, and the
@@ -64,10 +65,15 @@ class UIApplication : public QApplication {
   void setKeyWindow(UIWindow* window);
   // `window` is being destroyed and already off the screen.
   void forgetWindow(const UIWindow* window);
+  // Whether the key is held down since another dialog or screen was on top. Such repeats are dropped.
+  bool isHeldOver(const QKeyEvent& press);
 
   std::unique_ptr<UIApplicationDelegate> delegate_;
   std::function<bool(const QUrl&)> opener_;
   QPointer<UIWindow> keyWindow_;
+  // The last key that was pressed, and the controller on top at that time.
+  int pressedKey_ = 0;
+  std::weak_ptr<UIViewController> pressedIn_;
 };
 
 // Makes the application and its delegate, shows the screen and runs the event loop. Returns the exit status.

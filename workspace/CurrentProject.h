@@ -1,4 +1,5 @@
-// Which Theos and which project are in use, as the property lists of the application folder remember them.
+// Which Theos and which project are in use, as the property lists of the application folder remember them,
+// and which names may be used in a command line that deletes or replaces.
 #pragma once
 
 #include "core/Text.h"
@@ -41,3 +42,10 @@ void createProjectsFolder();
 
 // What the main screen shows as the project's name: empty when no project is current.
 std::string currentProjectLabel();
+
+// Returns `name` unchanged if a command on the path FOLDER/name changes that item of FOLDER. Names go into
+// command lines unquoted. Absent, so that the shell refuses the line, if the shell could read the path as
+// another one: the name has operators, quotes, expansions or braces in it, begins with white space, is made
+// of slashes and dots, or leads up. Two things stay as the shell does them: the name ends at its first blank,
+// and a pattern stands for all that it matches.
+[[nodiscard]] MaybeText itemName(const MaybeText& name);

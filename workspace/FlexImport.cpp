@@ -1,11 +1,11 @@
 #include "workspace/FlexImport.h"
 
 #include "core/FileManager.h"
+#include "core/History.h"
 #include "core/Process.h"
 #include "core/Text.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 #include <algorithm>
@@ -108,6 +108,7 @@ void convertFlexPatch(const std::string& title) {
   redirectStandardStreams(paths::conversionLog);
   const MaybeText project = itemName(listedProject());
   const std::string key = flexPatchKey(title);
+  keepHistory();
   run_cmd("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key});
   const MaybeText name = itemName("FlexPatch" + key);
   const std::string older = fill(paths::projectFile, {project, name});

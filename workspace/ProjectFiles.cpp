@@ -5,7 +5,6 @@
 #include "core/PropertyList.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 namespace {
@@ -87,6 +86,7 @@ std::vector<std::string> listedProjectFiles() {
 void renameFile(const std::string& oldName, const std::string& typedName) {
   const MaybeText project = listedProject();
   const MaybeText folder = itemName(project);
+  keepHistory();
   run_cmd("mv %@ %@", {fill(paths::projectFile, {folder, itemName(oldName)}),
                        fill(paths::projectFile, {folder, withoutBlanks(typedName)})});
   if (project) {
@@ -99,5 +99,6 @@ void renameFile(const std::string& oldName, const std::string& typedName) {
 void deleteProjectFile(const std::string& entry) {
   const MaybeText listed = itemName(listedProject());
   const MaybeText project = listed ? listed : itemName(currentProject());
+  keepHistory();
   run_cmd("rm -rf %@", {fill(paths::projectFile, {project, itemName(entry)})});
 }

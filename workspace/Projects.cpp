@@ -4,7 +4,6 @@
 #include "core/History.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
-#include "workspace/ItemName.h"
 #include "workspace/Paths.h"
 
 #include <cstdlib>
@@ -32,6 +31,7 @@ std::string randomToken() {
 void createProject(const std::string& typedName) {
   const std::string name = withoutBlanks(typedName);
   const std::string project = fill(paths::project, {name});
+  keepHistory();
   if (!mayBeReadForEver(paths::templateArchive)) {
     // Before unzip replaces files of an existing project it asks, and after a captured run standard input is
     // the log, whose first letter may well mean "all".
@@ -64,6 +64,7 @@ void renameProject(const std::string& typedName) {
   const MaybeText oldName = itemName(currentProject());
   const std::string project = fill(paths::project, {newName});
   chooseProject(newName);
+  keepHistory();
   run_cmd("mv %@ %@", {fill(paths::project, {oldName}), project});
   for (const char* file : {"/control", "/Makefile"}) {
     rewriteName(project + file, oldName.value_or(std::string()), newName);
@@ -77,10 +78,12 @@ void deleteListedProject() {
 }
 
 void deleteProject(const MaybeText& name) {
+  keepHistory();
   run_cmd("rm -rf %@", {fill(paths::project, {itemName(name)})});
 }
 
 void deleteAllProjects() {
+  keepHistory();
   run_cmd("rm -rf %@/*", {paths::projects});
   removeCurrentProject();
 }
@@ -95,6 +98,7 @@ std::string packagesAddress() {
 }
 
 void deletePackages() {
+  keepHistory();
   run_cmd("rm -rf %@", {paths::packages});
 }
 
@@ -103,11 +107,13 @@ bool importProject(const std::string& typedPath) {
   const std::string name = lastPathComponent(typedPath);
   setListedProject(name);
   setCurrentProject(name);
+  keepHistory();
   run_cmd("cp -r /%@ %@/", {typedPath, paths::projects});
   return true;
 }
 
 void exportProject(const std::string& typedPath) {
+  keepHistory();
   run_cmd("cp -r %@ /var/%@", {fill(paths::project, {itemName(listedProject())}), typedPath});
 }
 
@@ -117,6 +123,7 @@ MaybeText backUpProject() {
   const std::string backup = fill(paths::projectBackup, {name});
   if (!fileExistsAtPath(paths::backups)) run_cmd("mkdir %@", {paths::backups});
   if (!fileExistsAtPath(project)) return std::nullopt;
+  keepHistory();
   NotedBackup noted(name.value_or(std::string()));
   run_cmd("rm -rf %@", {backup});
   const std::string copy = fill("mkdir %@ && cp -r %@ %@/", {backup, project, paths::backups});
@@ -131,6 +138,7 @@ std::vector<std::string> backupNames() {
 void restoreBackup(const std::string& name) {
   const MaybeText item = itemName(name);
   const std::string project = fill(paths::project, {item});
+  keepHistory();
   run_cmd("rm -rf %@ && cp -r %@ %@", {project, fill(paths::projectBackup, {item}), project});
 }
 
@@ -139,5 +147,6 @@ void chooseRestoredProject(const std::string& name) {
 }
 
 void deleteAllBackups() {
+  keepHistory();
   run_cmd("rm -rf %@", {paths::backups});
 }

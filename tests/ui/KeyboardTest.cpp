@@ -196,6 +196,30 @@ TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
   EXPECT_EQ(log().bytes(), "");
 }
 
+TEST_F(Keyboard, AKeyThatIsHeldDownTypesNothingIntoWhatComesUpNext) {
+  makeProject({{"Tweak.x", "%hook A\n"}});
+  startActive();
+  const auto pressAndHold = [](const char* next) {
+    QTest::keyPress(QApplication::focusWidget(), Qt::Key_Return);
+    waitToSee(next);
+    for (int repeats = 0; repeats < 3; ++repeats)
+      QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_Return, {}, "\r", true);
+    QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Return);
+  };
+  pickTweak();
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+  pressAndHold("File text");
+  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "%hook A\n");
+  typeText("x");
+  press(Qt::Key_Escape);
+  waitToSee(localized(text::saveChanges));
+  pressAndHold("File text");  // the question starts on Cancel
+  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "x%hook A\n");
+  press(Qt::Key_Return);
+  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "x\n%hook A\n");
+}
+
 TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
   makeProject({{"Tweak.x", ""}});
   startActive();
