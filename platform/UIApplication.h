@@ -23,6 +23,7 @@ class UIApplicationDelegate {
   }
 };
 
+class QKeyEvent;
 class UIViewController;
 class UIWindow;
 

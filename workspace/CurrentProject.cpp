@@ -79,22 +79,22 @@ std::string currentProjectLabel() {
 
 MaybeText itemName(const MaybeText& name) {
   // Not even in pairs: a second name in the line may close what the first one opens, as "{" and "x,}" do.
-  constexpr std::string_view neverLiteral("\0\n;&|<>()$`'\"\\{", 14);
-  constexpr std::string_view patterns = "*?[";
-  if (!name || name->find_first_of(neverLiteral) != std::string::npos) return std::nullopt;
-  const std::string_view path = std::string_view(*name).substr(0, name->find_first_of(" \t"));
+  constexpr std::string_view neverLiteral{"\0\n;&|<>()$`'\"\\{", 15};
+  constexpr std::string_view blanks = " \t";
+  if (!name || name->empty() || name->find_first_of(neverLiteral) != std::string::npos) return std::nullopt;
+  const std::string_view path = std::string_view(*name).substr(0, name->find_first_of(blanks));
+  // The shell takes further words as paths in the working directory.
+  if (name->find_first_of("*?[~#/", path.size()) != std::string::npos) return std::nullopt;
+  if (blanks.find(name->back()) != std::string_view::npos) return std::nullopt;
   bool isBelow = false;
   for (std::size_t from = 0; from <= path.size();) {
     const std::string_view part = path.substr(from, path.find('/', from) - from);
     from += part.size() + 1;
-    const std::string_view literal = part.substr(0, part.find_first_of(patterns));
-    const bool isDots = literal.find_first_not_of('.') == std::string_view::npos;
+    const std::string_view literal = part.substr(0, part.find_first_of("*?["));
+    const bool isDots = !part.empty() && literal.find_first_not_of('.') == std::string_view::npos;
     // Some shells match ".." with ".*" and ".[.]".
     if (part == ".." || (isDots && !literal.empty() && literal.size() < part.size())) return std::nullopt;
-    isBelow = isBelow || !isDots || (literal.empty() && !part.empty());
+    isBelow = isBelow || (!part.empty() && (!isDots || literal.empty()));
   }
-  // The further words are paths in the working directory.
-  const bool leadsElsewhere =
-      name->find_first_of("*?[~#/", path.size()) != std::string::npos && path.size() < name->size();
-  return isBelow && !leadsElsewhere ? name : std::nullopt;
+  return isBelow ? name : std::nullopt;
 }

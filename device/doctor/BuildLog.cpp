@@ -19,77 +19,77 @@ struct Message {
   string_view meaning;
 };
 
-constexpr string_view kNoTheos =
+constexpr string_view noTheos =
     "the Makefile sets THEOS to nothing or to a place that the device has not; remove that line, since the "
     "device sets THEOS itself.";
-constexpr string_view kNoPlistUtil =
+constexpr string_view noPlistUtil =
     "FINALPACKAGE wants plistutil for the property lists; install it with \"apt install libplist-utils\".";
-constexpr string_view kNoSdk =
+constexpr string_view noSdk =
     "the SDK that the project asks for is not in Theos's folder sdks; put it there, or change TARGET in the "
     "Makefile.";
-constexpr string_view kBlanks =
+constexpr string_view blanks =
     "the path of the project holds blanks, with which Theos cannot build; rename the project.";
-constexpr string_view kNoFilter =
+constexpr string_view noFilter =
     "the tweak has no filter list; make the property list that has the tweak's name beside the Makefile.";
-constexpr string_view kNoControl =
+constexpr string_view noControl =
     "the project has no control file; make one beside the Makefile, such as a new project's.";
-constexpr string_view kBadName =
+constexpr string_view badName =
     "the package name in control may hold only lower-case letters, digits, +, - and full stops; change it.";
-constexpr string_view kFakeroot =
+constexpr string_view fakeroot =
     "fakeroot was refused by the system; choose its other kind with \"update-alternatives --config "
     "fakeroot\" on the host.";
-constexpr string_view kWrongProgram =
+constexpr string_view wrongProgram =
     "a program of the toolchain is made for another processor or system; get the toolchain for this one.";
-constexpr string_view kNoInterpreter =
+constexpr string_view noInterpreter =
     "the first line of this script names a program that is missing, or ends as lines of Windows do; install "
     "the program, or get the script again with plain line ends (\"git config core.autocrlf false\").";
-constexpr string_view kTwice =
+constexpr string_view twice =
     "the Makefile was edited twice over, so that a rule or an include is in it more than once; remove one.";
-constexpr string_view kNoSpace =
+constexpr string_view noSpace =
     "the disk, or the device's /tmp of 512 MiB, was full; make room and build again.";
 
 const std::vector<Message>& messages() {
   static const std::vector<Message> table{
-      {{"/opt/theos/makefiles/", ".mk: no such file"}, kNotWhole},
-      {{": /", ".mk: no such file"}, kNoTheos},
+      {{"/opt/theos/makefiles/", ".mk: no such file"}, notWhole},
+      {{": /", ".mk: no such file"}, noTheos},
       {{"*** /", ": is a directory.  stop"},
        "the Makefile exports THEOS twice in one line, as in \"export THEOS=/opt/theos THEOS=/opt/theos\"; "
        "keep "
        "one of them."},
-      {{"libplist-utils", "not optimized"}, kNoPlistUtil},
-      {{"plistutil", "not found"}, kNoPlistUtil},
-      {{"not have any sdks"}, kNoSdk},
-      {{"chosen sdk", "not appear to exist"}, kNoSdk},
-      {{"sysroot", "missing"}, kNoSdk},
-      {{"vendor/include", "missing"}, kNotWhole},
+      {{"libplist-utils", "not optimized"}, noPlistUtil},
+      {{"plistutil", "not found"}, noPlistUtil},
+      {{"not have any sdks"}, noSdk},
+      {{"chosen sdk", "not appear to exist"}, noSdk},
+      {{"sysroot", "missing"}, noSdk},
+      {{"vendor/include", "missing"}, notWhole},
       {{"did not specify a target"},
        "the Makefile names no target; add a line such as \"TARGET := iphone:clang:latest:14.0\" at its top."},
-      {{"project", "contains spaces"}, kBlanks},
-      {{"path", "holds blanks"}, kBlanks},
+      {{"project", "contains spaces"}, blanks},
+      {{"path", "holds blanks"}, blanks},
       {{"package scheme", "not exist"},
        "this Theos has no such package scheme; change THEOS_PACKAGE_SCHEME in the Makefile."},
-      {{"to have a control file"}, kNoControl},
-      {{"has no control file"}, kNoControl},
-      {{"missing a filter"}, kNoFilter},
-      {{"has no filter list"}, kNoFilter},
-      {{"package name", "characters that aren"}, kBadName},
-      {{"package name", "may hold only"}, kBadName},
+      {{"to have a control file"}, noControl},
+      {{"has no control file"}, noControl},
+      {{"missing a filter"}, noFilter},
+      {{"has no filter list"}, noFilter},
+      {{"package name", "characters that aren"}, badName},
+      {{"package name", "may hold only"}, badName},
       {{"control directory has bad permissions"},
        "the folder with the control file is open to others; run \"chmod 755\" on layout/DEBIAN."},
-      {{"libfakeroot", "permission denied"}, kFakeroot},
-      {{"fakeroot", "message channels"}, kFakeroot},
-      {{"lack of sysv ipc"}, kFakeroot},
-      {{"cannot execute binary file"}, kWrongProgram},
-      {{"exec format error"}, kWrongProgram},
-      {{"cannot execute: required file not found"}, kNoInterpreter},
-      {{"bad interpreter"}, kNoInterpreter},
+      {{"libfakeroot", "permission denied"}, fakeroot},
+      {{"fakeroot", "message channels"}, fakeroot},
+      {{"lack of sysv ipc"}, fakeroot},
+      {{"cannot execute binary file"}, wrongProgram},
+      {{"exec format error"}, wrongProgram},
+      {{"cannot execute: required file not found"}, noInterpreter},
+      {{"bad interpreter"}, noInterpreter},
       {{"error while loading shared libraries"},
        "a program lacks a library of this system; the checks above name it if it is of the toolchain."},
-      {{"included multiple times"}, kTwice},
-      {{"overriding recipe for target"}, kTwice},
-      {{"overriding commands for target"}, kTwice},
-      {{"no space left on device"}, kNoSpace},
-      {{"disk quota exceeded"}, kNoSpace},
+      {{"included multiple times"}, twice},
+      {{"overriding recipe for target"}, twice},
+      {{"overriding commands for target"}, twice},
+      {{"no space left on device"}, noSpace},
+      {{"disk quota exceeded"}, noSpace},
       {{"error 137"}, "a program was killed, most often for want of memory; close others and build again."},
   };
   return table;

@@ -1,14 +1,39 @@
-// What a build's log tells of a failure.
+// One line of the doctor's report, and what a build's log tells of a failure.
 #pragma once
-
-#include "device/doctor/Finding.h"
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace device::doctor {
+
+// A Problem stops builds; a Note is worth knowing and stops nothing.
+enum class Verdict { Ok, Note, Problem };
+
+struct Finding {
+  Verdict verdict;
+  // A word or two.
+  std::string subject;
+  // One sentence: what is wrong and what to do.
+  std::string sentence;
+};
+
+inline Finding ok(std::string subject, std::string sentence) {
+  return {Verdict::Ok, std::move(subject), std::move(sentence)};
+}
+inline Finding note(std::string subject, std::string sentence) {
+  return {Verdict::Note, std::move(subject), std::move(sentence)};
+}
+inline Finding problem(std::string subject, std::string sentence) {
+  return {Verdict::Problem, std::move(subject), std::move(sentence)};
+}
+
+// For a copy of Theos of which something is missing: what is wrong and what to do.
+inline constexpr std::string_view notWhole =
+    "this copy of Theos is not whole; run \"git submodule update --init --recursive\" in its folder, or get "
+    "it anew with \"git clone --recursive\".";
 
 // The first line of a log that describes why the build failed, before make's own lines about the failure.
 struct FirstError {

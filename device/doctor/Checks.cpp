@@ -1,13 +1,96 @@
 #include "device/doctor/Checks.h"
 
-#include "device/doctor/BuildLog.h"
-#include "device/doctor/DeviceProbe.h"
-#include "device/doctor/Trial.h"
 #include "device/sandbox/Sandbox.h"
 
 #include <algorithm>
+#include <charconv>
+#include <regex>
 
 namespace device::doctor {
+
+using std::string;
+using std::string_view;
+
+namespace {
+
+constexpr std::size_t longestLine = 1024;
+
+// What is between the separators.
+std::vector<string_view> partsOf(string_view text, char separator) {
+  std::vector<string_view> parts;
+  while (true) {
+    const auto end = text.find(separator);
+    parts.push_back(text.substr(0, end));
+    if (end == string_view::npos) return parts;
+    text.remove_prefix(end + 1);
+  }
+}
+
+// -1 where the text is no number.
+int numberIn(string_view text) {
+  int value = -1;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size() ? value : -1;
+}
+
+Entry stateNamed(string_view word) {
+  if (word == "present") return Entry::Present;
+  if (word == "astray") return Entry::Astray;
+  return word == "empty" ? Entry::Empty : Entry::Missing;
+}
+
+Version versionIn(string_view text) {
+  Version version;
+  text.remove_prefix(std::min(text.find_first_of("0123456789"), text.size()));
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, version.first);
+  if (error == std::errc() && stop != end && *stop == '.') std::from_chars(stop + 1, end, version.second);
+  return version;
+}
+
+string textOf(const Version& version) {
+  return std::to_string(version.first) + "." + std::to_string(version.second);
+}
+
+void readLine(string_view line, DeviceFacts& facts) {
+  const auto fields = partsOf(line, '\t');
+  if (fields[0] == "try" && fields.size() == 5 && numberIn(fields[2]) >= 0) {
+    facts.starts[string(fields[1])] = {string(fields[3]), numberIn(fields[2]), string(fields[4])};
+  } else if (fields[0] == "entry" && fields.size() == 3) {
+    facts.theosEntries[string(fields[1])] = stateNamed(fields[2]);
+  } else if (fields[0] == "practice") {
+    facts.isPracticeTheos = true;
+  } else if (fields[0] == "closed" && fields.size() == 2) {
+    facts.closed = fields[1];
+  } else if (fields[0] == "target" && fields.size() == 2) {
+    facts.target = versionIn(fields[1]);
+  } else if (fields[0] == "sdk" && fields.size() == 3) {
+    facts.sdks.push_back({string(fields[1]), versionIn(fields[1]), stateNamed(fields[2])});
+  } else if (fields[0] == "fonts" && fields.size() == 2 && numberIn(fields[1]) >= 0) {
+    facts.arabicFonts = numberIn(fields[1]);
+  }
+}
+
+}  // namespace
+
+const Sdk* DeviceFacts::newestSdk() const {
+  const auto newest = std::max_element(sdks.begin(), sdks.end(),
+                                       [](auto& one, auto& two) { return one.version < two.version; });
+  return newest == sdks.end() ? nullptr : &*newest;
+}
+
+bool DeviceFacts::isNewestSdkTooOld() const {
+  return !sdks.empty() && newestSdk()->version < target;
+}
+
+DeviceFacts readProbe(string_view output) {
+  DeviceFacts facts;
+  for (const string_view line : partsOf(output, '\n')) {
+    if (line.size() <= longestLine) readLine(line, facts);
+  }
+  return facts;
+}
+
 namespace {
 
 using std::string;
@@ -26,10 +109,17 @@ struct ProgramCheck {
   const char* remedy;
 };
 
-// Where the toolchain of Theos is looked for.
-constexpr const char* kToolchainFolder = "toolchain/linux/iphone";
+// What to do, in words that several checks have.
+constexpr const char* toolchain = "put a toolchain for Linux at toolchain/linux/iphone in Theos's folder";
+constexpr const char* wholeCopy = "get a whole copy of Theos with \"git clone --recursive\"";
+constexpr const char* submodules =
+    "run \"git submodule update --init --recursive\" in Theos's folder, which needs a clone and no unpacked "
+    "archive";
 
-constexpr ProgramCheck kPrograms[] = {
+// Where the toolchain of Theos is looked for.
+constexpr const char* toolchainFolder = "toolchain/linux/iphone";
+
+constexpr ProgramCheck programs[] = {
     {"make", Need::Required, Need::Required, "runs every build", "install it with \"apt install make\""},
     {"unzip", Need::Required, Need::Required, "unpacks the template of a new project",
      "install it with \"apt install unzip\""},
@@ -41,9 +131,9 @@ constexpr ProgramCheck kPrograms[] = {
      "install it with \"apt install rsync\""},
     {"fakeroot", Need::Useful, Need::None, "gives the files of a package their owners",
      "install it with \"apt install fakeroot\""},
-    {"clang", Need::Required, Need::None, "compiles the sources", kToolchain},
-    {"ldid", Need::Required, Need::None, "signs what was compiled", kToolchain},
-    {"lipo", Need::Useful, Need::None, "joins the parts for several processors", kToolchain},
+    {"clang", Need::Required, Need::None, "compiles the sources", toolchain},
+    {"ldid", Need::Required, Need::None, "signs what was compiled", toolchain},
+    {"lipo", Need::Useful, Need::None, "joins the parts for several processors", toolchain},
     {"plistutil", Need::Useful, Need::None, "converts the property lists under FINALPACKAGE",
      "install it with \"apt install libplist-utils\""},
 };
@@ -54,21 +144,21 @@ struct EntryCheck {
 };
 
 // Without one of them Theos stops before it reads a project.
-constexpr EntryCheck kTheosEntries[] = {
-    {"bin", kWholeCopy},
-    {"makefiles/tweak.mk", kWholeCopy},
-    {"vendor/include", kSubmodules},
-    {"vendor/include/.git", kSubmodules},
-    {"vendor/lib", kSubmodules},
-    {"vendor/lib/.git", kSubmodules},
-    {"vendor/logos", kSubmodules},
-    {"vendor/dm.pl", kSubmodules},
+constexpr EntryCheck theosEntries[] = {
+    {"bin", wholeCopy},
+    {"makefiles/tweak.mk", wholeCopy},
+    {"vendor/include", submodules},
+    {"vendor/include/.git", submodules},
+    {"vendor/lib", submodules},
+    {"vendor/lib/.git", submodules},
+    {"vendor/logos", submodules},
+    {"vendor/dm.pl", submodules},
 };
 
-constexpr std::uintmax_t kMebibyte = 1U << 20;
-constexpr std::uintmax_t kTooLittleSpace = 16 * kMebibyte;
-constexpr std::uintmax_t kLittleSpace = 256 * kMebibyte;
-constexpr int kOldestMake = 4;
+constexpr std::uintmax_t mebibyte = 1U << 20;
+constexpr std::uintmax_t tooLittleSpace = 16 * mebibyte;
+constexpr std::uintmax_t littleSpace = 256 * mebibyte;
+constexpr int oldestMake = 4;
 
 bool isPractice(const Facts& facts) {
   return facts.theos.empty() || (facts.inDevice && facts.inDevice->isPracticeTheos);
@@ -100,9 +190,8 @@ string astrayRemedy(const string& link) {
 }
 
 Finding bubblewrapFinding(const Facts& facts) {
-  const char* subject = "bubblewrap";
-  if (!facts.bubblewrapRefusal.empty()) return problem(subject, facts.bubblewrapRefusal);
-  return ok(subject, facts.bubblewrap.string() + " is there.");
+  return facts.bubblewrapRefusal.empty() ? ok("bubblewrap", facts.bubblewrap.string() + " is there.")
+                                         : problem("bubblewrap", facts.bubblewrapRefusal);
 }
 
 Finding startFinding(const Facts& facts) {
@@ -136,25 +225,22 @@ Finding deviceFinding(const Facts& facts) {
 
 Finding spaceFinding(const Facts& facts) {
   const char* subject = "disk space";
-  const string sentence = std::to_string(facts.freeSpace / kMebibyte) + " MiB are free for the device";
-  if (facts.freeSpace < kTooLittleSpace)
+  const string sentence = std::to_string(facts.freeSpace / mebibyte) + " MiB are free for the device";
+  if (facts.freeSpace < tooLittleSpace)
     return problem(subject, sentence + ", too little to build; make room.");
-  if (facts.freeSpace < kLittleSpace)
+  if (facts.freeSpace < littleSpace)
     return note(subject, sentence + ", which large builds use up; make room.");
   return ok(subject, sentence + ".");
 }
 
 void addTheos(const Facts& facts, std::vector<Finding>& findings) {
   const char* subject = "Theos";
-  if (!facts.theosRefusal.empty()) {
-    findings.push_back(problem(subject, facts.theosRefusal));
-    return;
-  }
+  if (!facts.theosRefusal.empty()) return findings.push_back(problem(subject, facts.theosRefusal));
   if (isPractice(facts)) {
-    findings.push_back(note(subject,
-                            "It is the practice Theos, which packages sources and compiles nothing; to "
-                            "compile, install Theos at ~/theos or name its folder with --theos."));
-    return;
+    return findings.push_back(
+        note(subject,
+             "It is the practice Theos, which packages sources and compiles nothing; to "
+             "compile, install Theos at ~/theos or name its folder with --theos."));
   }
   findings.push_back(ok(subject, facts.theos.string() + " is used."));
   if (hasBlank(facts.theos.string())) {
@@ -164,15 +250,14 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
   }
   if (!facts.inDevice) return;
   if (!facts.inDevice->closed.empty()) {
-    findings.push_back(
+    return findings.push_back(
         problem(subject, facts.inDevice->closed +
                              " in Theos's folder cannot be read by the device's user; run \"chmod -R "
                              "a+rX\" on that folder."));
-    return;
   }
   // A folder that is not whole is told once, not again for what is missing in it.
   string told = "-";
-  for (const auto& check : kTheosEntries) {
+  for (const auto& check : theosEntries) {
     const string path = check.path;
     const Entry entry = entryOf(*facts.inDevice, path);
     const bool isMark = path.ends_with(".git");
@@ -186,34 +271,28 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
   }
 }
 
-void addSdks(const Facts& facts, std::vector<Finding>& findings) {
-  if (!facts.inDevice || isPractice(facts) || !facts.inDevice->closed.empty()) return;
+Finding sdkFinding(const DeviceFacts& seen) {
   const char* subject = "SDKs";
-  const string link = astrayOnTheWay(*facts.inDevice, "sdks");
-  const auto& sdks = facts.inDevice->sdks;
-  const Sdk* const newest = facts.inDevice->newestSdk();
-  if (!link.empty()) {
-    findings.push_back(problem(subject, astrayRemedy(link)));
-  } else if (newest == nullptr) {
-    findings.push_back(
-        problem(subject,
-                "There is none in Theos's folder sdks; put one there, such as iPhoneOS14.5.sdk, "
-                "or run bin/install-sdk of Theos."));
-  } else if (newest->state == Entry::Astray) {
-    findings.push_back(problem(subject, astrayRemedy("sdks/" + newest->name)));
-  } else if (newest->state != Entry::Present) {
-    findings.push_back(
-        problem(subject, "sdks/" + newest->name +
-                             " in Theos's folder has neither headers nor libraries; unpack the whole "
-                             "SDK there, or remove it."));
-  } else if (facts.inDevice->isNewestSdkTooOld()) {
-    findings.push_back(
-        note(subject, "The newest is " + newest->name + ", and new projects are built for iOS " +
-                          textOf(facts.inDevice->target) +
-                          "; put a newer one into Theos's folder sdks, or lower TARGET in each Makefile."));
-  } else {
-    findings.push_back(ok(subject, std::to_string(sdks.size()) + " in Theos's folder sdks."));
+  const Sdk* const newest = seen.newestSdk();
+  if (const string link = astrayOnTheWay(seen, "sdks"); !link.empty())
+    return problem(subject, astrayRemedy(link));
+  if (newest == nullptr) {
+    return problem(subject,
+                   "There is none in Theos's folder sdks; put one there, such as iPhoneOS14.5.sdk, "
+                   "or run bin/install-sdk of Theos.");
   }
+  if (newest->state == Entry::Astray) return problem(subject, astrayRemedy("sdks/" + newest->name));
+  if (newest->state != Entry::Present) {
+    return problem(subject, "sdks/" + newest->name +
+                                " in Theos's folder has neither headers nor libraries; unpack the whole "
+                                "SDK there, or remove it.");
+  }
+  if (seen.isNewestSdkTooOld()) {
+    return note(subject, "The newest is " + newest->name + ", and new projects are built for iOS " +
+                             textOf(seen.target) +
+                             "; put a newer one into Theos's folder sdks, or lower TARGET in each Makefile.");
+  }
+  return ok(subject, std::to_string(seen.sdks.size()) + " in Theos's folder sdks.");
 }
 
 // Empty where it started, whatever it then said.
@@ -234,7 +313,7 @@ string reasonNotToStart(const Start& trial) {
 }
 
 bool isOfToolchain(const ProgramCheck& check) {
-  return string(check.remedy) == kToolchain;
+  return string(check.remedy) == toolchain;
 }
 
 Finding programFinding(const ProgramCheck& check, const Facts& facts) {
@@ -244,7 +323,7 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   const auto found = facts.inDevice->starts.find(subject);
   const Start trial = found == facts.inDevice->starts.end() ? Start{} : found->second;
   if (trial.path.empty() && isOfToolchain(check)) {
-    const string path = string(kToolchainFolder) + "/bin/" + check.name;
+    const string path = string(toolchainFolder) + "/bin/" + check.name;
     const Entry entry = entryOf(*facts.inDevice, path);
     if (entry == Entry::Astray) return {verdict, subject, astrayRemedy(path)};
     if (entry == Entry::Present)
@@ -263,7 +342,7 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0)
     reason = "it fails with \"" + shortened(trial.said) + "\"";
   if (reason.empty()) {
-    if (subject == "make" && versionIn(trial.said).first < kOldestMake) {
+    if (subject == "make" && versionIn(trial.said).first < oldestMake) {
       return problem(subject,
                      "It is \"" + trial.said + "\", and Theos needs GNU Make 4 or later; install that.");
     }
@@ -275,10 +354,9 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
 }
 
 void addPrograms(const Facts& facts, std::vector<Finding>& findings) {
-  if (!facts.inDevice) return;
-  for (const auto& check : kPrograms) {
+  for (const auto& check : programs) {
     if (isOfToolchain(check) && facts.inDevice->closed.starts_with("toolchain")) continue;
-    const string link = isOfToolchain(check) ? astrayOnTheWay(*facts.inDevice, kToolchainFolder) : "";
+    const string link = isOfToolchain(check) ? astrayOnTheWay(*facts.inDevice, toolchainFolder) : "";
     // Said once for the whole toolchain.
     if (!link.empty() && string(check.name) == "clang")
       findings.push_back(problem("toolchain", astrayRemedy(link)));
@@ -286,30 +364,113 @@ void addPrograms(const Facts& facts, std::vector<Finding>& findings) {
   }
 }
 
-void addFonts(const Facts& facts, std::vector<Finding>& findings) {
-  if (!facts.inDevice) return;
+Finding fontFinding(const DeviceFacts& seen) {
   const char* subject = "fonts";
-  const auto list = facts.inDevice->starts.find("fc-list");
-  if (list == facts.inDevice->starts.end() || list->second.path.empty()) {
-    findings.push_back(
-        note(subject, "They cannot be listed; install \"fontconfig\" to have them looked at."));
-  } else if (facts.inDevice->arabicFonts == 0) {
-    findings.push_back(note(subject,
-                            "None has Arabic letters, so Arabic texts are shown as boxes; install one with "
-                            "\"apt install fonts-noto-core\"."));
-  } else {
-    findings.push_back(ok(subject, std::to_string(facts.inDevice->arabicFonts) + " have Arabic letters."));
+  const auto list = seen.starts.find("fc-list");
+  if (list == seen.starts.end() || list->second.path.empty())
+    return note(subject, "They cannot be listed; install \"fontconfig\" to have them looked at.");
+  if (seen.arabicFonts == 0) {
+    return note(subject,
+                "None has Arabic letters, so Arabic texts are shown as boxes; install one with "
+                "\"apt install fonts-noto-core\".");
   }
+  return ok(subject, std::to_string(seen.arabicFonts) + " have Arabic letters.");
 }
 
 void addLastBuild(const Facts& facts, std::vector<Finding>& findings) {
-  if (!facts.buildLog) {
-    findings.push_back(ok("last build", "There is no log of one."));
-    return;
-  }
+  if (!facts.buildLog) return findings.push_back(ok("last build", "There is no log of one."));
   const auto told = explainBuildLog(*facts.buildLog, facts.buildLogCut);
   if (told.empty()) findings.push_back(ok("last build", "Its log tells of no failure."));
   findings.insert(findings.end(), told.begin(), told.end());
+}
+
+// What to do where a stage of the trial failed for no better known reason. The project is Tweakbench's own,
+// so that the reason lies in Theos or on the host.
+struct StageRemedy {
+  // The beginning of Theos's words for it; "" is before the first.
+  string_view stage;
+  string_view remedy;
+};
+constexpr StageRemedy stageRemedies[] = {
+    {"Preprocessing", "see that perl works, and renew vendor/logos in Theos's folder"},
+    {"Compiling", "put another whole SDK into Theos's folder sdks, or another toolchain into toolchain"},
+    {"Linking",
+     "put a toolchain whose linker works at toolchain/linux/iphone in Theos's folder, or a whole SDK "
+     "into sdks"},
+    {"Generating debug",
+     "put a toolchain with a working dsymutil at toolchain/linux/iphone in Theos's folder"},
+    {"Stripping", "put a toolchain with a working strip at toolchain/linux/iphone in Theos's folder"},
+    {"Merging", "put a toolchain with a working lipo at toolchain/linux/iphone in Theos's folder"},
+    {"Signing", "put a working ldid into toolchain/linux/iphone/bin in Theos's folder"},
+    {"Making stage", "see that rsync and fakeroot work, and renew vendor/dm.pl in Theos's folder"},
+    {"", wholeCopy},
+};
+
+// The path or name that a line says is missing; empty for another line.
+string missingIn(const string& line) {
+  static const std::regex pattern(
+      "([^ :'\"]+)['\"]?(: No such file or directory|: command not found|: not found| file not found)");
+  std::smatch found;
+  // std::regex recurses once per character.
+  const string start = line.substr(0, 4000);
+  return std::regex_search(start, found, pattern) ? found.str(1) : string();
+}
+
+string remedyFor(const FirstError& error, const DeviceFacts& seen) {
+  const string theos = "/opt/theos/";
+  const string missing = missingIn(error.line);
+  const string_view known = meaningOf(error.line);
+  // A missing makefile leaves a variable empty, which gives a path with two slashes.
+  if (missing.find("//") != string::npos || missing.ends_with(".mk")) return string(notWhole);
+  if (!known.empty()) return string(known);
+  if (missing.starts_with("/var/Tweakyard/"))
+    return string("a step before it made nothing; ") + toolchain + ".";
+  if (missing.starts_with(theos + "toolchain/"))
+    return missing.substr(theos.size()) + " is missing in Theos's folder; put a whole toolchain there.";
+  if (missing.starts_with(theos))
+    return missing.substr(theos.size()) + " is missing in Theos's folder; " + wholeCopy + ".";
+  const bool isSdksPart = error.stage.starts_with("Compiling") || error.stage.starts_with("Linking");
+  const bool isHeader = error.line.find("' file not found") != string::npos;
+  if (isSdksPart && (missing.empty() || isHeader) && seen.isNewestSdkTooOld()) {
+    return seen.newestSdk()->name + " is older than iOS " + textOf(seen.target) +
+           ", for which new projects are built; put a newer SDK into Theos's folder sdks.";
+  }
+  if (isHeader) {
+    if (missing.find("ubstrate") != string::npos)
+      return string("vendor/include or vendor/lib is not whole; ") + submodules + ".";
+    return "the SDK is not whole; put another one into Theos's folder sdks.";
+  }
+  if (!missing.empty()) {
+    return missing +
+           " is not there in the device, which shows Theos and the host's /usr; install it on the "
+           "host, or mend what asks for it.";
+  }
+  if (error.line.find("Permission denied") != string::npos)
+    return "everybody must be able to read Theos's folder and to run its programs; run \"chmod -R a+rX\" on "
+           "the folder and \"chmod a+x\" on the program.";
+  for (const auto& [stage, remedy] : stageRemedies) {
+    if (error.stage.starts_with(stage)) return string(remedy) + ".";
+  }
+  return {};
+}
+
+Finding trialFinding(const Facts& facts, bool canBuildSoFar) {
+  const char* subject = "trial build";
+  if (!facts.trial) {
+    return note(subject, facts.isQuick   ? "Left out, so nothing was tried."
+                         : canBuildSoFar ? "None was made."
+                                         : "Not made, since it cannot work before the rest is mended.");
+  }
+  if (facts.trial->status == 0) return ok(subject, "A new project builds, and a package came out.");
+  const FirstError error = firstErrorIn(facts.trial->log);
+  if (facts.trial->status == 124) {
+    return problem(subject, "A new project's build did not end in time" +
+                                (error.stage.empty() ? "" : ", being at \"" + shortened(error.stage) + "\"") +
+                                "; try again when the machine is less busy, and look at what hangs.");
+  }
+  const string stage = error.stage.empty() ? "" : " at \"" + shortened(error.stage) + "\"";
+  return problem(subject, "A new project does not build: it stops" + stage + " with \"" +
+                              shortened(error.line) + "\": " + remedyFor(error, *facts.inDevice));
 }
 
 }  // namespace
@@ -318,9 +479,11 @@ std::vector<Finding> findingsFor(const Facts& facts) {
   std::vector<Finding> findings{bubblewrapFinding(facts), startFinding(facts), deviceFinding(facts),
                                 spaceFinding(facts)};
   addTheos(facts, findings);
-  addSdks(facts, findings);
-  addPrograms(facts, findings);
-  addFonts(facts, findings);
+  if (facts.inDevice) {
+    if (!isPractice(facts) && facts.inDevice->closed.empty()) findings.push_back(sdkFinding(*facts.inDevice));
+    addPrograms(facts, findings);
+    findings.push_back(fontFinding(*facts.inDevice));
+  }
   addLastBuild(facts, findings);
   findings.push_back(trialFinding(facts, canBuild(findings)));
   return findings;

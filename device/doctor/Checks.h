@@ -1,14 +1,107 @@
-// What the facts mean for builds.
+// What the doctor has seen of the host, Theos and the device, and what it means for builds.
 #pragma once
 
-#include "device/doctor/Facts.h"
-#include "device/doctor/Finding.h"
+#include "device/doctor/BuildLog.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace device::doctor {
 
-// One finding for each check, in the order in which they are best mended.
+// A program that was started in the device.
+struct Start {
+  // In the device; empty where there is no such program.
+  std::string path;
+  // As a shell tells it: 124 took too long, 126 and 127 not started, 128 + n killed by signal n.
+  int status = 127;
+  // The first line that it printed, on either stream.
+  std::string said;
+};
+
+// An entry of Theos's folder, as the device sees it. Astray: a link whose target the device does not show.
+// Empty: a folder that holds nothing but, perhaps, ".git".
+enum class Entry { Missing, Present, Astray, Empty };
+
+// Numbers of an iOS version, "14.5" as {14, 5}; 0 where there is none.
+using Version = std::pair<int, int>;
+
+struct Sdk {
+  // "iPhoneOS14.5.sdk".
+  std::string name;
+  Version version;
+  // Empty: it has neither headers nor libraries.
+  Entry state = Entry::Present;
+};
+
+// What became of a project made out of the template and built.
+struct Trial {
+  // As a shell tells it; 124 took too long. 0 where a package came out.
+  int status = 0;
+  // What was printed, on either stream.
+  std::string log;
+};
+
+// Everything in it is text of programs in the device, and not to be trusted.
+struct DeviceFacts {
+  std::map<std::string, Start, std::less<>> starts;
+  // By path below Theos's folder.
+  std::map<std::string, Entry, std::less<>> theosEntries;
+  // A path below Theos's folder that the device's user cannot read, or empty.
+  std::string closed;
+  bool isPracticeTheos = false;
+  std::vector<Sdk> sdks;
+  // What the template's Makefile builds for.
+  Version target;
+
+  // The one that Theos takes; null where there is none.
+  const Sdk* newestSdk() const;
+  // Whether new projects are built for a later iOS than that SDK's.
+  bool isNewestSdkTooOld() const;
+  int arabicFonts = 0;
+};
+
+struct Facts {
+  // Why there is none; empty where bubblewrap was found.
+  std::string bubblewrapRefusal;
+  std::filesystem::path bubblewrap;
+
+  // Why no device starts, or empty.
+  std::string deviceRefusal;
+  // Absent where no device starts.
+  std::optional<DeviceFacts> inDevice;
+
+  // Why the asked-for Theos cannot be used, or empty.
+  std::string theosRefusal;
+  // On the host; empty where none was found and the practice Theos takes its place.
+  std::filesystem::path theos;
+
+  enum class DeviceFolder { NotYetMade, Good, OfAnotherUser, OtherFiles };
+  std::filesystem::path device;
+  DeviceFolder deviceFolder = DeviceFolder::NotYetMade;
+  // Bytes that the device's user can still write there.
+  std::uintmax_t freeSpace = 0;
+
+  // Absent where none was made; `isQuick`: since nobody wanted one.
+  std::optional<Trial> trial;
+  bool isQuick = false;
+
+  // The end of the last build's log; absent where there is none or it is no plain file.
+  std::optional<std::string> buildLog;
+  // Whether the log is longer and its beginning is missing.
+  bool buildLogCut = false;
+};
+
+// Reads what doctor/probe printed in the device, a line for each thing that it looked at, with tabs between
+// the fields. Skips lines that the probe cannot have printed.
+DeviceFacts readProbe(std::string_view output);
+
+// One finding for each check, in the order in which they are best mended. The last one is the trial's.
 std::vector<Finding> findingsFor(const Facts& facts);
 
 bool canBuild(const std::vector<Finding>& findings);

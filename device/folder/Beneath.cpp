@@ -12,12 +12,6 @@
 #include <unistd.h>
 
 namespace device {
-namespace {
-
-// A folder that a build fills with names must not fill the memory.
-constexpr std::size_t kMostNames = 1'000'000;
-
-}  // namespace
 
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
   open_how how{};
@@ -30,16 +24,14 @@ Descriptor openFolderBeneath(int folder, const std::filesystem::path& path) {
   return openBeneath(folder, path, O_RDONLY | O_DIRECTORY);
 }
 
-bool makeFolderBeneath(int folder, const std::filesystem::path& path) {
-  std::filesystem::path sofar;
-  Descriptor parent = openFolderBeneath(folder, ".");
+Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path) {
+  Descriptor opened = openFolderBeneath(folder, ".");
   for (const auto& part : path) {
-    if (!parent) return false;
-    mkdirat(parent.get(), part.c_str(), 0755);
-    sofar /= part;
-    parent = openFolderBeneath(folder, sofar);
+    if (!opened) break;
+    mkdirat(opened.get(), part.c_str(), 0755);
+    opened = openFolderBeneath(opened.get(), part);
   }
-  return static_cast<bool>(parent);
+  return opened;
 }
 
 bool exists(int folder, const std::string& name) {
@@ -148,13 +140,15 @@ std::optional<std::vector<std::string>> namesIn(int folder, const std::function<
     close(copy);
     return std::nullopt;
   }
+  // A folder that a build fills with names must not fill the memory.
+  constexpr std::size_t mostNames = 1'000'000;
   std::vector<std::string> names;
   errno = 0;
   while (const dirent* entry = readdir(stream.get())) {
     const std::string name = entry->d_name;
     if (pause) pause();
     if (name != "." && name != "..") names.push_back(name);
-    if (names.size() > kMostNames) {
+    if (names.size() > mostNames) {
       errno = E2BIG;
       return std::nullopt;
     }
@@ -162,6 +156,10 @@ std::optional<std::vector<std::string>> namesIn(int folder, const std::function<
   }
   if (errno != 0) return std::nullopt;
   return names;
+}
+
+std::vector<std::string> namesInOrNone(const Descriptor& folder) {
+  return (folder ? namesIn(folder.get()) : std::nullopt).value_or(std::vector<std::string>());
 }
 
 }  // namespace device

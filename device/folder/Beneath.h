@@ -17,8 +17,9 @@ namespace device {
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags);
 Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
 
-// Makes the folder `path` and its parents where missing. False where something else is in the way.
-bool makeFolderBeneath(int folder, const std::filesystem::path& path);
+// Opens the folder `path` and makes it and its parents where missing. Empty where something else is in the
+// way.
+Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path);
 
 // Whether there is an entry of that name, links included.
 bool exists(int folder, const std::string& name);
@@ -43,5 +44,7 @@ bool removeBeneath(int folder, const std::string& name);
 // What fdopendir() would give, "." and ".." dropped; absent with errno set on failure, E2BIG where there are
 // more than a million. `pause` is called again and again, and what it throws goes through.
 std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause = {});
+// The same; nothing on failure, also where `folder` is empty.
+std::vector<std::string> namesInOrNone(const Descriptor& folder);
 
 }  // namespace device

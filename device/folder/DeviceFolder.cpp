@@ -5,6 +5,7 @@
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/HistoryFolder.h"
+#include "device/folder/Packages.h"
 #include "device/folder/ProgramLinks.h"
 #include "device/folder/ShippedFiles.h"
 
@@ -34,8 +35,6 @@ constexpr const char* kConverter = "ftt";
 constexpr std::size_t kMostSwept = 100'000;
 // Many times what a host has.
 constexpr std::size_t kMostPrograms = 100'000;
-constexpr const char* kBesideProjects = "Tweakyard";
-constexpr const char* kProjectsFolder = "Tweakyard/Projects";
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
 constexpr std::size_t kLargestPreferences = 1 << 20;
@@ -244,7 +243,7 @@ void DeviceFolder::removeLeftovers() const {
       if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
         setAside(beside.get(), fs::path("var") / kBesideProjects, name);
     }
-    const Descriptor projects = openFolderBeneath(var_.get(), kProjectsFolder);
+    const Descriptor projects = openFolderBeneath(var_.get(), kProjects);
     for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
   } catch (const TooMany&) {
   }

@@ -4,23 +4,28 @@
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
-#include "device/folder/HistoryWalk.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <functional>
+#include <memory>
 #include <numeric>
 #include <optional>
 #include <poll.h>
+#include <set>
 #include <signal.h>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <unordered_map>
 
 namespace device {
 namespace {
@@ -28,22 +33,224 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kLock = "lock";
-constexpr const char* kState = "state";
-constexpr const char* kUsage = "usage";
-constexpr const char* kAbout = "about";
-constexpr const char* kSetAside = "set-aside";
-constexpr const char* kBeingMade = ".new-copy";
-constexpr const char* kBeingDropped = ".old-";
-constexpr const char* kBeingParted = ".old-parted";
-constexpr std::size_t kLargestState = std::size_t{512} << 20;
+constexpr const char* lockFile = "lock";
+constexpr const char* stateFile = "state";
+constexpr const char* usageFile = "usage";
+constexpr const char* aboutFile = "about";
+constexpr const char* setAside = "set-aside";
+constexpr const char* beingMade = ".new-copy";
+constexpr const char* beingDropped = ".old-";
+constexpr const char* beingParted = ".old-parted";
+constexpr std::size_t largestState = std::size_t{512} << 20;
 // Left free for everything else on the disk.
-constexpr unsigned long long kLeftFree = 64ULL << 20;
-constexpr auto kLongestCopy = std::chrono::minutes(10);
+constexpr unsigned long long leftFree = 64ULL << 20;
+constexpr auto longestCopy = std::chrono::minutes(10);
 // rsync, so that whatever it copies can be read and removed afterwards.
-constexpr std::array kCopying{"/rsync", "-rlptS", "--chmod=Du+rwx,Fu+rw,ug-s,o-t", "--no-specials",
-                              "--no-devices"};
-constexpr long kOldestSetAside = 31L * 24 * 3600;
+constexpr std::array copying{"/rsync", "-rlptS", "--chmod=Du+rwx,Fu+rw,ug-s,o-t", "--no-specials",
+                             "--no-devices"};
+constexpr long oldestSetAside = 31L * 24 * 3600;
+
+constexpr std::size_t mostEntriesKept = 200'000;
+constexpr std::size_t mostRemarks = 20;
+// Two bounds on what a build can make one walk cost. Each level takes one descriptor.
+constexpr std::size_t mostVisited = 3 * mostEntriesKept;
+constexpr int deepest = 200;
+constexpr std::size_t flood = 10'000;
+constexpr std::size_t longestPath = 4000;
+constexpr std::size_t largestWalkedState = std::size_t{64} << 20;
+constexpr std::uint64_t block = 4096;
+
+// A project, a backup, or a project's packages.
+struct WalkedItem {
+  // Below a dated copy, such as Projects/NAME.
+  std::string path;
+  std::size_t entries = 0;
+  // The sizes of what has to be copied, no less than what that takes on the disk.
+  std::uint64_t newBytes = 0;
+};
+
+struct Walk {
+  // Every entry with its inode, size and times. Equal for two walks between which nothing changed; never
+  // empty.
+  std::string state;
+  std::vector<WalkedItem> items;
+  // What is left out, as sentences.
+  std::vector<std::string> remarks;
+  // False where something could not be looked at, or was too much to look at.
+  bool isWhole = true;
+  // Some file has the size and time that it had before, and was changed nevertheless.
+  bool hasDisguisedChange = false;
+  // What the last dated copy takes at most.
+  std::uint64_t oldBytes = 0;
+};
+
+// The folders in which the kinds of things are, in the order of allKept; empty where there is none, or a link
+// in its place.
+using KeptFolders = std::array<Descriptor, allKept.size()>;
+
+// What the newest dated copy has.
+struct LastCopy {
+  // Of the walk before it; empty where there is no such copy.
+  std::string state;
+  // Items that were in the device and did not get into the copy.
+  std::set<std::string> leftOut;
+};
+
+struct Facts {
+  std::uint64_t inode;
+  std::uint64_t size;
+  std::int64_t modified;
+  std::int64_t changed;
+  std::uint64_t mode;
+};
+
+std::int64_t nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+// A state is a row of paths, each with a NUL and the facts behind it.
+std::unordered_map<std::string_view, Facts> factsOf(std::string_view state) {
+  std::unordered_map<std::string_view, Facts> facts;
+  while (!state.empty()) {
+    const std::size_t size = state.find('\0');
+    if (size == std::string_view::npos || state.size() < size + 1 + sizeof(Facts)) return {};
+    std::memcpy(&facts[state.substr(0, size)], state.data() + size + 1, sizeof(Facts));
+    state.remove_prefix(size + 1 + sizeof(Facts));
+  }
+  return facts;
+}
+
+std::uint64_t spaceOf(const Facts& facts) {
+  return S_ISREG(facts.mode) ? (facts.size + block - 1) / block * block : block;
+}
+
+class Walker {
+ public:
+  explicit Walker(const LastCopy& last) : last_(factsOf(last.state)), leftOut_(last.leftOut) {
+    for (const auto& [path, facts] : last_) {
+      const std::size_t end = path.find('/', path.find('/') + 1);
+      if (leftOut_.empty() || !leftOut_.contains(std::string(path.substr(0, end))))
+        result.oldBytes += spaceOf(facts);
+    }
+  }
+
+  Walk result;
+
+  void folder(int folder, const std::string& name) {
+    struct stat status {};
+    if (fstat(folder, &status) == 0) note(name, status);
+    auto names = namesIn(folder);
+    if (!names) return cut(name + " has too many entries, or cannot be read.");
+    std::sort(names->begin(), names->end());
+    // What is known already goes before what a build may have made without end.
+    if (names->size() > flood) {
+      std::stable_partition(names->begin(), names->end(),
+                            [&](const auto& each) { return last_.contains(name + "/" + each); });
+    }
+    for (const auto& each : *names) {
+      const std::string path = name + "/" + each;
+      if (visited_ >= mostVisited || result.state.size() >= 3 * largestWalkedState)
+        return cut(visible(path) + " and others are too many.");
+      start_ = result.state.size();
+      wasLeftOut_ = leftOut_.contains(path);
+      result.items.push_back({path, 0, 0});
+      entry(folder, each.c_str(), path, 0);
+      if (!isTooMuch()) continue;
+      cut(visible(path) + " has too many entries.");
+      result.state.resize(start_);
+      result.items.pop_back();
+    }
+  }
+
+ private:
+  void remark(const std::string& sentence) {
+    if (result.remarks.size() < mostRemarks) result.remarks.push_back(sentence);
+    if (result.remarks.size() == mostRemarks) result.remarks.push_back("And more.");
+  }
+  void cut(const std::string& sentence) {
+    remark(sentence);
+    result.isWhole = false;
+  }
+
+  bool isTooMuch() const {
+    return result.items.back().entries >= mostEntriesKept ||
+           result.state.size() - start_ >= largestWalkedState;
+  }
+
+  Facts note(const std::string& path, const struct stat& status) {
+    const Facts facts{status.st_ino, static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+                      nanoseconds(status.st_ctim), status.st_mode};
+    result.state.append(path).push_back('\0');
+    result.state.append(reinterpret_cast<const char*>(&facts), sizeof facts);
+    return facts;
+  }
+
+  void entry(int parent, const char* name, const std::string& path, int depth) {
+    struct stat status {};
+    WalkedItem& item = result.items.back();
+    ++visited_;
+    ++item.entries;
+    if (isTooMuch() || fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
+    if (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) > largestFileKept)
+      return remark(visible(path) + " has more than 64 MiB.");
+    const Facts facts = note(path, status);
+    const auto known = last_.find(path);
+    const bool isSame = !wasLeftOut_ && known != last_.end() && known->second.size == facts.size &&
+                        known->second.modified == facts.modified && known->second.mode == facts.mode;
+    if (S_ISREG(status.st_mode) && isSame &&
+        (known->second.changed != facts.changed || known->second.inode != facts.inode)) {
+      result.hasDisguisedChange = true;
+    }
+    if (!S_ISREG(status.st_mode) || !isSame) item.newBytes += spaceOf(facts);
+    if (S_ISDIR(status.st_mode)) inside(parent, name, path, depth);
+    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
+      remark(visible(path) + " is no file, folder or link.");
+  }
+
+  void inside(int parent, const char* name, const std::string& path, int depth) {
+    if (depth >= deepest || path.size() > longestPath)
+      return cut(visible(path.substr(0, 100)) + "… lies too deep.");
+    const int opened = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (opened < 0) return;  // The copy may be able to read it.
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(opened), closedir);
+    if (!stream) {
+      close(opened);
+      return;
+    }
+    while (const dirent* each = readdir(stream.get())) {
+      const std::string_view inner = each->d_name;
+      if (inner == "." || inner == "..") continue;
+      if (inner == folderLeftOut && each->d_type == DT_DIR) continue;
+      entry(opened, each->d_name, path + "/" + each->d_name, depth + 1);
+      if (isTooMuch()) return;
+    }
+  }
+
+  std::unordered_map<std::string_view, Facts> last_;
+  const std::set<std::string>& leftOut_;
+  std::size_t visited_ = 0;
+  // Of the item that is looked at: where its state begins.
+  std::size_t start_ = 0;
+  bool wasLeftOut_ = false;
+};
+
+KeptFolders openKept(int var) {
+  KeptFolders folders;
+  for (const Kept kind : allKept)
+    folders[static_cast<std::size_t>(kind)] = openFolderBeneath(var, folderInDevice(kind));
+  return folders;
+}
+
+Walk walk(const KeptFolders& folders, const LastCopy& last) {
+  Walker walker(last);
+  for (const Kept kind : allKept) {
+    const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
+    if (folder) walker.folder(folder.get(), folderInHistory(kind));
+  }
+  // The mark of a walk, so that an empty device has a state, too.
+  walker.result.state.append("\0", 1).append(sizeof(Facts), '\0');
+  return std::move(walker.result);
+}
 
 // Programs of the host's that work on the history, in a sandbox that has nothing else but, read-only, the
 // folders to copy: no link that a build plants leads anywhere.
@@ -115,7 +322,7 @@ class Sandboxed {
   void add(std::initializer_list<std::string> words) { shown_.insert(shown_.end(), words); }
 
   static bool takeLines(int output, const std::function<bool(const std::string&)>& take) {
-    const auto limit = Clock::now() + kLongestCopy;
+    const auto limit = Clock::now() + longestCopy;
     std::string text;
     char piece[16384];
     while (true) {
@@ -148,7 +355,7 @@ struct Record {
 
 Record readRecord(int history) {
   Record record;
-  const std::string text = readBeneath(history, kState, kLargestState).value_or("");
+  const std::string text = readBeneath(history, stateFile, largestState).value_or("");
   std::vector<std::string> parts;
   std::size_t place = 0;
   // An empty part ends the list of items.
@@ -172,7 +379,7 @@ bool writeRecord(int history, const Record& record) {
     text.append(part).push_back('\0');
   for (const auto& item : record.last.leftOut) text.append(item).push_back('\0');
   text.push_back('\0');
-  return writeAtomically(history, kState, text + record.last.state, 0600);
+  return writeAtomically(history, stateFile, text + record.last.state, 0600);
 }
 
 class Copying {
@@ -207,7 +414,7 @@ class Copying {
         made.isWhole = false;
         walked.remarks.push_back("Something changed while it was copied, or has too long a path.");
         break;
-      case kTooMuch:
+      case tooMuch:
         made.isWhole = false;
         walked.remarks.push_back("There was more than could be counted before.");
         break;
@@ -218,9 +425,9 @@ class Copying {
     made.last.state = std::move(walked.state);
     std::string about = made.isWhole ? "whole\n" : "incomplete\n";
     for (const auto& remark : walked.remarks) about += remark + "\n";
-    const Descriptor copied = openFolderBeneath(folder_, kBeingMade);
-    if (!copied || !writeAtomically(copied.get(), kAbout, about, 0600) ||
-        !renameToNew(folder_, kBeingMade, folder_, made.when)) {
+    const Descriptor copied = openFolderBeneath(folder_, beingMade);
+    if (!copied || !writeAtomically(copied.get(), aboutFile, about, 0600) ||
+        !renameToNew(folder_, beingMade, folder_, made.when)) {
       return sweep();
     }
     writeRecord(folder_, made);
@@ -233,19 +440,19 @@ class Copying {
     if (tools_.rsync.empty()) return;
     for (const auto& when : history_.moved()) {
       sweep();
-      const std::string entry = std::string(kSetAside) + "/" + when;
+      const std::string entry = std::string(setAside) + "/" + when;
       if (!hasRoomFor(measure(entry))) continue;
-      std::vector<std::string> command(kCopying.begin(), kCopying.end());
-      command.insert(command.end(), {entry + "/", std::string(kBeingParted) + "/"});
+      std::vector<std::string> command(copying.begin(), copying.end());
+      command.insert(command.end(), {entry + "/", std::string(beingParted) + "/"});
       if (runOnHistory("CAP_DAC_READ_SEARCH", command) == 0) {
-        history_.part(when, kBeingParted);
+        history_.part(when, beingParted);
       }
       sweep();
     }
   }
 
  private:
-  static constexpr int kTooMuch = 1000;
+  static constexpr int tooMuch = 1000;
 
   // Takes the largest items out until the rest has room beside the last copy.
   static std::set<std::string> chooseWhatFits(Walk& walked) {
@@ -265,7 +472,7 @@ class Copying {
   }
 
   Descriptor locked() const {
-    Descriptor lock(openat(folder_, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    Descriptor lock(openat(folder_, lockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
     if (lock && flock(lock.get(), LOCK_EX) != 0) lock.close();
     return lock;
   }
@@ -273,7 +480,7 @@ class Copying {
   bool hasRoomFor(unsigned long long needed) const {
     struct statvfs disk {};
     return fstatvfs(folder_, &disk) == 0 &&
-           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= needed + kLeftFree;
+           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= needed + leftFree;
   }
 
   // `room_` is afterwards what the copy may take. The usage on record is never too low, and measured again
@@ -281,7 +488,7 @@ class Copying {
   bool makeRoom(unsigned long long needed) {
     if (!hasRoomFor(needed)) return false;
     unsigned long long usage =
-        std::strtoull(readBeneath(folder_, kUsage, 64).value_or("0").c_str(), nullptr, 10);
+        std::strtoull(readBeneath(folder_, usageFile, 64).value_or("0").c_str(), nullptr, 10);
     if (usage == 0 || usage + needed > largestHistory) usage = measure();
     while (usage + needed > largestHistory) {
       auto entries = history_.entries();
@@ -296,7 +503,7 @@ class Copying {
       usage = measure();
     }
     room_ = std::max(needed, largestHistory - std::min(usage, largestHistory));
-    writeAtomically(folder_, kUsage, std::to_string(usage + needed), 0600);
+    writeAtomically(folder_, usageFile, std::to_string(usage + needed), 0600);
     return true;
   }
 
@@ -311,16 +518,16 @@ class Copying {
   }
 
   int copy(const KeptFolders& folders, const Walk& walked, const std::string& last) const {
-    if (mkdirat(folder_, kBeingMade, 0700) != 0) return -1;
+    if (mkdirat(folder_, beingMade, 0700) != 0) return -1;
     if (walked.items.empty()) return 0;
-    std::vector<std::string> command(kCopying.begin(), kCopying.end());
+    std::vector<std::string> command(copying.begin(), copying.end());
     command.insert(command.end(), {"--from0", "--files-from=-", "--modify-window=-1",
                                    "--exclude=/*/*/**/" + std::string(folderLeftOut) + "/",
                                    "--exclude=/*/*/" + std::string(folderLeftOut) + "/",
                                    "--max-size=" + std::to_string(largestFileKept), "--out-format=%l"});
     if (walked.hasDisguisedChange) command.push_back("--checksum");
     if (!last.empty()) command.push_back("--link-dest=/to/" + last);
-    command.insert(command.end(), {"/from/", std::string("/to/") + kBeingMade + "/"});
+    command.insert(command.end(), {"/from/", std::string("/to/") + beingMade + "/"});
     std::string list;
     for (const auto& item : walked.items) list.append(item.path).push_back('\0');
     Sandboxed sandbox(tools_, folder_);
@@ -330,13 +537,13 @@ class Copying {
       bytes += std::strtoull(line.c_str(), nullptr, 10);
       return bytes <= room_;
     });
-    return bytes > room_ ? kTooMuch : status;
+    return bytes > room_ ? tooMuch : status;
   }
 
   void drop(const std::string& when) const {
-    renameat(folder_, when.c_str(), folder_, (kBeingDropped + when).c_str());
-    const std::string aside = std::string(kSetAside) + "/" + when;
-    renameat(folder_, aside.c_str(), folder_, (std::string(kBeingDropped) + "aside-" + when).c_str());
+    renameat(folder_, when.c_str(), folder_, (beingDropped + when).c_str());
+    const std::string aside = std::string(setAside) + "/" + when;
+    renameat(folder_, aside.c_str(), folder_, (std::string(beingDropped) + "aside-" + when).c_str());
     sweep();
   }
 
@@ -344,7 +551,7 @@ class Copying {
   void sweep() const {
     std::vector<std::string> command{"/usr/bin/rm", "-rf", "--"};
     for (const auto& name : namesIn(folder_).value_or(std::vector<std::string>())) {
-      if (name == kBeingMade || name.starts_with(kBeingDropped)) command.push_back(name);
+      if (name == beingMade || name.starts_with(beingDropped)) command.push_back(name);
     }
     if (command.size() > 3) runOnHistory("CAP_DAC_OVERRIDE", command);
   }
@@ -359,7 +566,7 @@ class Copying {
     for (auto& entry : history_.entries()) {
       if (!entry.isSetAside)
         copies.push_back(std::move(entry));
-      else if (now - timeOf(entry.when) > kOldestSetAside)
+      else if (now - timeOf(entry.when) > oldestSetAside)
         drop(entry.when);
     }
     for (const auto& when : thinnedOut(copies, now)) drop(when);

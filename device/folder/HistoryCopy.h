@@ -3,10 +3,14 @@
 
 #include "device/folder/HistoryFolder.h"
 
+#include <cstdint>
 #include <filesystem>
 
 namespace device {
 
+// What a dated copy leaves out of every project.
+inline constexpr const char* folderLeftOut = ".theos";
+inline constexpr std::uint64_t largestFileKept = std::uint64_t{64} << 20;
 // What the history may take on the disk, in bytes.
 inline constexpr unsigned long long largestHistory = 2ULL << 30;
 

@@ -20,26 +20,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kHistory = "history";
-constexpr const char* kSetAside = "set-aside";
-constexpr const char* kAbout = "about";
+constexpr const char* historyFolder = "history";
+constexpr const char* asideFolder = "set-aside";
+constexpr const char* aboutFile = "about";
 // What the history takes on the disk, as far as that is known.
-constexpr const char* kUsage = "usage";
-constexpr const char* kBackupNote = "backup-note";
-constexpr const char* kMoved = "moved";
-constexpr const char* kNameFormat = "%Y-%m-%dT%H-%M-%SZ";
-constexpr std::size_t kLongestAbout = 1 << 20;
+constexpr const char* usageFile = "usage";
+constexpr const char* backupNote = "backup-note";
+constexpr const char* movedMark = "moved";
+constexpr const char* nameFormat = "%Y-%m-%dT%H-%M-%SZ";
+constexpr std::size_t longestAbout = 1 << 20;
 // Against a clock that was wrong for a while.
-constexpr int kNeverTooOld = 3;
-constexpr long kHour = 3600;
-constexpr long kDay = 24 * kHour;
-constexpr long kMonth = 31 * kDay;
+constexpr int neverTooOld = 3;
+constexpr long hour = 3600;
+constexpr long day = 24 * hour;
+constexpr long month = 31 * day;
 
 std::string nameAt(std::time_t time) {
   char name[32];
   struct tm parts {};
   gmtime_r(&time, &parts);
-  strftime(name, sizeof name, kNameFormat, &parts);
+  strftime(name, sizeof name, nameFormat, &parts);
   return name;
 }
 
@@ -71,7 +71,7 @@ const char* folderInHistory(Kept kind) {
 
 std::time_t timeOf(const std::string& when) {
   struct tm parts {};
-  const char* end = strptime(when.c_str(), kNameFormat, &parts);
+  const char* end = strptime(when.c_str(), nameFormat, &parts);
   return end != nullptr && *end == '\0' ? timegm(&parts) : -1;
 }
 
@@ -85,25 +85,24 @@ std::string localName(const std::string& when) {
 }
 
 HistoryFolder::HistoryFolder(int device) {
-  mkdirat(device, kHistory, 0700);
-  folder_ = openFolderBeneath(device, kHistory);
+  mkdirat(device, historyFolder, 0700);
+  folder_ = openFolderBeneath(device, historyFolder);
   struct stat status {};
   if (!folder_ || fstat(folder_.get(), &status) != 0)
     refuseWithError("The device's history cannot be opened:");
   if (status.st_uid != geteuid()) throw Refusal("The device's history belongs to another user.");
-  mkdirat(folder_.get(), kSetAside, 0700);
+  mkdirat(folder_.get(), asideFolder, 0700);
 }
 
 std::vector<HistoryEntry> HistoryFolder::entries() const {
   std::vector<HistoryEntry> entries;
   const auto add = [&entries](const Descriptor& folder, bool isSetAside) {
-    const auto names = folder ? namesIn(folder.get()) : std::nullopt;
-    for (const auto& name : names.value_or(std::vector<std::string>())) {
+    for (const auto& name : namesInOrNone(folder)) {
       if (timeOf(name) < 0) continue;
       HistoryEntry entry{name, isSetAside, true, {}};
       if (!isSetAside) {
         std::istringstream about(
-            readBeneath(folder.get(), fs::path(name) / kAbout, kLongestAbout).value_or(""));
+            readBeneath(folder.get(), fs::path(name) / aboutFile, longestAbout).value_or(""));
         std::string line;
         std::getline(about, line);
         entry.isWhole = line == "whole";
@@ -113,7 +112,7 @@ std::vector<HistoryEntry> HistoryFolder::entries() const {
     }
   };
   add(openFolderBeneath(folder_.get(), "."), false);
-  add(openFolderBeneath(folder_.get(), kSetAside), true);
+  add(openFolderBeneath(folder_.get(), asideFolder), true);
   std::sort(entries.begin(), entries.end(), [](const HistoryEntry& one, const HistoryEntry& other) {
     return std::tie(one.when, one.isSetAside) > std::tie(other.when, other.isSetAside);
   });
@@ -121,26 +120,26 @@ std::vector<HistoryEntry> HistoryFolder::entries() const {
 }
 
 Descriptor HistoryFolder::open(const HistoryEntry& entry, const fs::path& path) const {
-  return openFolderBeneath(folder_.get(), fs::path(entry.isSetAside ? kSetAside : ".") / entry.when / path);
+  return openFolderBeneath(folder_.get(), fs::path(entry.isSetAside ? asideFolder : ".") / entry.when / path);
 }
 
 std::string HistoryFolder::newName() const {
-  const Descriptor aside = openFolderBeneath(folder_.get(), kSetAside);
+  const Descriptor aside = openFolderBeneath(folder_.get(), asideFolder);
   std::time_t time = std::time(nullptr);
   while (exists(folder_.get(), nameAt(time)) || (aside && exists(aside.get(), nameAt(time)))) ++time;
   return nameAt(time);
 }
 
 Descriptor HistoryFolder::makePlace(const std::string& when, const fs::path& path) const {
-  const fs::path above = fs::path(kSetAside) / when / path.parent_path();
-  unlinkat(folder_.get(), kUsage, 0);
-  return makeFolderBeneath(folder_.get(), above) ? openFolderBeneath(folder_.get(), above) : Descriptor();
+  const fs::path above = fs::path(asideFolder) / when / path.parent_path();
+  unlinkat(folder_.get(), usageFile, 0);
+  return makeFolderBeneath(folder_.get(), above);
 }
 
 void HistoryFolder::removePlace(const std::string& when, const fs::path& path) const {
   const int error = errno;
   for (fs::path left = path.parent_path();; left = left.parent_path()) {
-    unlinkat(folder_.get(), (fs::path(kSetAside) / when / left).c_str(), AT_REMOVEDIR);
+    unlinkat(folder_.get(), (fs::path(asideFolder) / when / left).c_str(), AT_REMOVEDIR);
     if (left.empty()) break;
   }
   errno = error;
@@ -158,27 +157,27 @@ std::string HistoryFolder::setAside(int parent, const std::string& name, const f
 }
 
 void HistoryFolder::noteMoved(const std::string& when) const {
-  writeAtomically(folder_.get(), fs::path(kSetAside) / when / kMoved, "", 0600);
+  writeAtomically(folder_.get(), fs::path(asideFolder) / when / movedMark, "", 0600);
 }
 
 std::vector<std::string> HistoryFolder::moved() const {
-  const Descriptor aside = openFolderBeneath(folder_.get(), kSetAside);
-  auto names = (aside ? namesIn(aside.get()) : std::nullopt).value_or(std::vector<std::string>());
+  const Descriptor aside = openFolderBeneath(folder_.get(), asideFolder);
+  auto names = namesInOrNone(aside);
   std::erase_if(names, [&](const std::string& name) {
-    return timeOf(name) < 0 || !exists(aside.get(), fs::path(name) / kMoved);
+    return timeOf(name) < 0 || !exists(aside.get(), fs::path(name) / movedMark);
   });
   return names;
 }
 
 bool HistoryFolder::part(const std::string& when, const std::string& copy) const {
-  const fs::path entry = fs::path(kSetAside) / when;
-  unlinkat(folder_.get(), (fs::path(copy) / kMoved).c_str(), 0);
-  unlinkat(folder_.get(), kUsage, 0);
+  const fs::path entry = fs::path(asideFolder) / when;
+  unlinkat(folder_.get(), (fs::path(copy) / movedMark).c_str(), 0);
+  unlinkat(folder_.get(), usageFile, 0);
   return renameat2(folder_.get(), copy.c_str(), folder_.get(), entry.c_str(), RENAME_EXCHANGE) == 0;
 }
 
 std::string HistoryFolder::notedOlder() const {
-  std::istringstream note(readBeneath(folder_.get(), kBackupNote, 4096).value_or(""));
+  std::istringstream note(readBeneath(folder_.get(), backupNote, 4096).value_or(""));
   std::string name;
   std::string when;
   std::getline(note, name) && std::getline(note, when);
@@ -216,33 +215,30 @@ void HistoryFolder::beginBackup(int var, const std::string& name) const {
   const bool hasOlder = backups && exists(backups.get(), name);
   // First what is about to happen, with the place where the older one will be then.
   const std::string when = newName();
-  if (!writeAtomically(folder_.get(), kBackupNote, name + "\n" + (hasOlder ? when : "") + "\n", 0600)) return;
+  if (!writeAtomically(folder_.get(), backupNote, name + "\n" + (hasOlder ? when : "") + "\n", 0600)) return;
   if (!hasOlder) return;
-  unlinkat(folder_.get(), kUsage, 0);
-  const fs::path place = fs::path(kSetAside) / when / folderInHistory(Kept::Backup);
-  const Descriptor aside =
-      makeFolderBeneath(folder_.get(), place) ? openFolderBeneath(folder_.get(), place) : Descriptor();
+  const Descriptor aside = makePlace(when, fs::path(folderInHistory(Kept::Backup)) / name);
   if (!aside || !renameToNew(backups.get(), name, aside.get(), name)) finishBackup();
 }
 
 void HistoryFolder::finishBackup() const {
   if (const std::string when = notedOlder(); timeOf(when) >= 0) noteMoved(when);
-  unlinkat(folder_.get(), kBackupNote, 0);
+  unlinkat(folder_.get(), backupNote, 0);
 }
 
 void HistoryFolder::undoBackup(int var) const {
-  std::istringstream note(readBeneath(folder_.get(), kBackupNote, 4096).value_or(""));
+  std::istringstream note(readBeneath(folder_.get(), backupNote, 4096).value_or(""));
   std::string name;
   std::string when;
   if (!std::getline(note, name) || !std::getline(note, when) || !isPlain(name)) return finishBackup();
   const fs::path inHistory = folderInHistory(Kept::Backup);
   const Descriptor aside =
-      when.empty() ? Descriptor() : openFolderBeneath(folder_.get(), kSetAside / fs::path(when) / inHistory);
+      when.empty() ? Descriptor() : openFolderBeneath(folder_.get(), asideFolder / fs::path(when) / inHistory);
   const bool hasMoved = aside && exists(aside.get(), name);
   // Killed before the older one was moved, or after it was put back: what is there is whole.
   if (!when.empty() && !hasMoved) return finishBackup();
-  if (hasMoved) makeFolderBeneath(var, folderInDevice(Kept::Backup));
-  const Descriptor backups = openFolderBeneath(var, folderInDevice(Kept::Backup));
+  const fs::path place = folderInDevice(Kept::Backup);
+  const Descriptor backups = hasMoved ? makeFolderBeneath(var, place) : openFolderBeneath(var, place);
   if (backups && exists(backups.get(), name)) setAside(backups.get(), name, inHistory / name);
   if (backups && hasMoved && renameToNew(aside.get(), name, backups.get(), name))
     removePlace(when, inHistory / name);
@@ -258,10 +254,10 @@ std::vector<std::string> thinnedOut(const std::vector<HistoryEntry>& copies, std
     const std::time_t time = timeOf(copy.when);
     // Negative where the clock has been set back; such a copy stays until its time has come again.
     const long age = now - time;
-    if (copy.isWhole && whole++ < kNeverTooOld) kept.insert(copy.when);
-    if (age <= kHour || &copy == &copies.front()) kept.insert(copy.when);
-    if (age <= kHour || age > kMonth) continue;
-    const long stretch = age <= kDay ? kHour : kDay;
+    if (copy.isWhole && whole++ < neverTooOld) kept.insert(copy.when);
+    if (age <= hour || &copy == &copies.front()) kept.insert(copy.when);
+    if (age <= hour || age > month) continue;
+    const long stretch = age <= day ? hour : day;
     const HistoryEntry*& best = newest[{stretch, time / stretch}];
     if (best == nullptr || (copy.isWhole && !best->isWhole)) best = &copy;
   }

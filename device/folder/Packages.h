@@ -12,6 +12,8 @@ namespace device {
 
 // Where projects are, below var/.
 inline constexpr const char* kProjects = "Tweakyard/Projects";
+// Where what comes in is put together: on the same file system, and not a project.
+inline constexpr const char* kBesideProjects = "Tweakyard";
 // Where builds of the application leave packages, in a folder for each project; those of make alone stay in
 // the project.
 inline constexpr const char* kPackages = "mobile/Documents/Tweakbench";

@@ -40,6 +40,9 @@ struct Task {
 // Opens the application, a shell or a command in the device, or what `task` says.
 int run(const Options& options, const Task* task = nullptr);
 int build(const Options& options);
+// doctor: prints one line for each check. 0 if a build works or, where the options leave the trial out,
+// nothing was found against it, otherwise 1.
+int examine(const Options& options);
 int showHistory(const Options& options);
 int restore(const Options& options);
 // path, import, export and send; `callerUmask` is taken from the modes of what is made on the host.

@@ -4,26 +4,106 @@
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
-#include "device/folder/HistoryChanges.h"
+#include "device/folder/HistoryCopy.h"
 #include "device/folder/HistoryFolder.h"
-#include "device/folder/HistoryWalk.h"
 #include "device/launcher/Commands.h"
 #include "device/transfer/Transfer.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <iostream>
 #include <map>
+#include <set>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <climits>
 
 namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kNotThere = 1;
-constexpr std::size_t kNamedAtMost = 4;
-constexpr const char* kIndent = "                     ";
+constexpr int notThere = 1;
+constexpr std::size_t namedAtMost = 4;
+constexpr const char* indent = "                     ";
+constexpr int deepest = 200;
+
+std::string linkTarget(int folder, const std::string& name) {
+  std::string target(PATH_MAX, '\0');
+  const ssize_t size = readlinkat(folder, name.c_str(), target.data(), target.size());
+  target.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+  return target;
+}
+
+// Absent, or one that is not kept, has no type.
+struct stat look(int folder, const std::string& name) {
+  struct stat status {};
+  if (fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return {};
+  const struct stat nothing {};
+  const bool isKept =
+      (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) <= largestFileKept) ||
+      S_ISLNK(status.st_mode) || (S_ISDIR(status.st_mode) && name != folderLeftOut);
+  return isKept ? status : nothing;
+}
+
+class Comparison {
+ public:
+  explicit Comparison(std::size_t limit) : limit_(limit) {}
+
+  std::vector<std::string> found;
+
+  void folders(int older, int newer, const std::string& path, int depth) {
+    std::set<std::string> names;
+    for (int folder : {older, newer}) {
+      const auto inIt = namesIn(folder).value_or(std::vector<std::string>());
+      names.insert(inIt.begin(), inIt.end());
+    }
+    for (const auto& name : names) {
+      if (found.size() >= limit_) return;
+      entries(older, newer, name, path + name, depth);
+    }
+  }
+
+ private:
+  void entries(int older, int newer, const std::string& name, const std::string& path, int depth) {
+    const struct stat before = look(older, name);
+    const struct stat after = look(newer, name);
+    if ((before.st_mode & S_IFMT) != (after.st_mode & S_IFMT)) return found.push_back(path);
+    switch (before.st_mode & S_IFMT) {
+      case S_IFREG:
+        if (before.st_ino != after.st_ino &&
+            (before.st_size != after.st_size || before.st_mtim.tv_sec != after.st_mtim.tv_sec ||
+             before.st_mtim.tv_nsec != after.st_mtim.tv_nsec)) {
+          found.push_back(path);
+        }
+        return;
+      case S_IFLNK:
+        if (linkTarget(older, name) != linkTarget(newer, name)) found.push_back(path);
+        return;
+      case S_IFDIR: {
+        const Descriptor olderInside = openFolderBeneath(older, name);
+        const Descriptor newerInside = openFolderBeneath(newer, name);
+        if (depth < deepest && olderInside && newerInside)
+          folders(olderInside.get(), newerInside.get(), path + "/", depth + 1);
+        return;
+      }
+      default:
+        return;
+    }
+  }
+
+  std::size_t limit_;
+};
+
+// Returns the paths below two folders at which they differ, at most `limit` of them, and never what the
+// history leaves out. Does not read files: those of the same size and modification time count as equal.
+std::vector<std::string> differences(int older, int newer, std::size_t limit) {
+  Comparison comparison(limit);
+  comparison.folders(older, newer, {}, 0);
+  return std::move(comparison.found);
+}
 
 // An opened device, for this process as the device's user.
 struct Opened {
@@ -54,9 +134,9 @@ std::string called(Kept kind, const std::string& name) {
 // A few of the names, in one line.
 std::string listed(const std::vector<std::string>& names) {
   std::string text;
-  for (std::size_t i = 0; i < std::min(names.size(), kNamedAtMost); ++i)
+  for (std::size_t i = 0; i < std::min(names.size(), namedAtMost); ++i)
     text.append(i == 0 ? "" : ", ").append(visible(names[i]));
-  return names.size() > kNamedAtMost ? text + " and more" : text;
+  return names.size() > namedAtMost ? text + " and more" : text;
 }
 
 bool isNotKept(const HistoryEntry& entry, Kept kind, const std::string& name) {
@@ -82,9 +162,7 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
     const Descriptor before = older != nullptr ? history.open(*older, folderInHistory(kind)) : Descriptor();
     std::map<std::string, int> names;
     for (const Descriptor* folder : {&before, &after}) {
-      const auto inIt = *folder ? namesIn(folder->get()) : std::nullopt;
-      for (const auto& name : inIt.value_or(std::vector<std::string>()))
-        names[name] |= folder == &after ? 2 : 1;
+      for (const auto& name : namesInOrNone(*folder)) names[name] |= folder == &after ? 2 : 1;
     }
     for (const auto& [name, where] : names) {
       if (!only.empty() && name != only) continue;
@@ -99,7 +177,7 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
         const Descriptor then = openFolderBeneath(before.get(), name);
         const Descriptor now = openFolderBeneath(after.get(), name);
         const auto different =
-            then && now ? differences(then.get(), now.get(), kNamedAtMost + 1) : std::vector<std::string>();
+            then && now ? differences(then.get(), now.get(), namedAtMost + 1) : std::vector<std::string>();
         if (different.empty()) continue;
         change += ": " + listed(different);
       }
@@ -201,7 +279,7 @@ int showHistory(const Options& options) {
               << "\n";
     for (const auto& remark : entry->remarks) {
       if (options.project.empty() || isAbout(remark, visible(options.project)))
-        std::cout << kIndent << "not kept: " << remark << "\n";
+        std::cout << indent << "not kept: " << remark << "\n";
     }
     std::cout << std::flush;
     // Whoever reads has seen enough.
@@ -211,7 +289,7 @@ int showHistory(const Options& options) {
   std::cerr << "tweakbench: "
             << (options.project.empty() ? "There is no history yet.\n"
                                         : "The history does not have " + visible(options.project) + ".\n");
-  return kNotThere;
+  return notThere;
 }
 
 int restore(const Options& options) {
@@ -219,10 +297,10 @@ int restore(const Options& options) {
     return bringBack(options);
   } catch (const Interrupted& interrupted) {
     raise(interrupted.signal);
-    return kNotThere;
+    return notThere;
   } catch (const Refusal& refusal) {
     std::cerr << "tweakbench: " << refusal.what() << "\n";
-    return kNotThere;
+    return notThere;
   }
 }
 

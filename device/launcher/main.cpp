@@ -1,5 +1,4 @@
 // tweakbench, the launcher: opens the application, a shell or a command in the device.
-#include "device/doctor/Doctor.h"
 #include "device/launcher/Commands.h"
 
 #include <fcntl.h>
@@ -41,7 +40,7 @@ int main(int count, char** arguments) {
       std::cout << options.text << std::flush;
       return std::cout ? 0 : kFailed;
     }
-    if (options.action == Options::Action::Examine) return doctor::examine(options);
+    if (options.action == Options::Action::Examine) return examine(options);
     if (options.action == Options::Action::Build) return build(options);
     if (options.action == Options::Action::History) return showHistory(options);
     if (options.action == Options::Action::Restore) return restore(options);

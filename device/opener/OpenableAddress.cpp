@@ -1,14 +1,26 @@
 #include "device/opener/OpenableAddress.h"
 
 #include "core/LauncherContract.h"
+#include "core/Text.h"
+#include "device/folder/Beneath.h"
 
 #include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
 #include <initializer_list>
 #include <optional>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace device {
 namespace {
+
+namespace fs = std::filesystem;
 
 OpenableAddress refused(std::string reason) {
   return {OpenableAddress::Kind::Refused, {}, std::move(reason)};
@@ -25,33 +37,10 @@ bool isWrittenAsURL(std::string_view url) {
 // Opener programs are shell scripts more often than not, and may quote badly. What ends single quotes or
 // means something within double ones is written as %xx, which leads a browser to the same page.
 std::string plainInQuotes(std::string_view url) {
-  std::string plain;
-  for (const char character : url) {
-    switch (character) {
-      case '\'':
-        plain += "%27";
-        break;
-      case '$':
-        plain += "%24";
-        break;
-      case '(':
-        plain += "%28";
-        break;
-      case ')':
-        plain += "%29";
-        break;
-      default:
-        plain += character;
-    }
-  }
+  std::string plain(url);
+  for (const auto& [character, written] : {std::pair{"'", "%27"}, {"$", "%24"}, {"(", "%28"}, {")", "%29"}})
+    plain = replaceAll(plain, character, written);
   return plain;
-}
-
-int hexadecimal(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
 }
 
 std::optional<std::string> decoded(std::string_view text) {
@@ -61,11 +50,11 @@ std::optional<std::string> decoded(std::string_view text) {
       plain += text[i];
       continue;
     }
-    if (i + 2 >= text.size()) return std::nullopt;
-    const int high = hexadecimal(text[i + 1]);
-    const int low = hexadecimal(text[i + 2]);
-    if (high < 0 || low < 0) return std::nullopt;
-    plain += static_cast<char>(high * 16 + low);
+    unsigned char byte = 0;
+    const auto digits = text.substr(i + 1, 2);
+    const char* const end = digits.data() + digits.size();
+    if (digits.size() < 2 || std::from_chars(digits.data(), end, byte, 16).ptr != end) return std::nullopt;
+    plain += static_cast<char>(byte);
     i += 2;
   }
   return plain;
@@ -112,6 +101,41 @@ OpenableAddress readFolder(std::string_view place) {
   return refused("not a folder of the device's own");
 }
 
+constexpr std::size_t mostShown = 32;
+constexpr std::string_view placeName = "tweakbench-folders-";
+
+// Letters of any script, and what no shell minds anywhere.
+bool isPlain(const std::string& name) {
+  return !name.empty() && name.front() != '-' && name.front() != '.' && isValidUTF8(name) &&
+         std::all_of(name.begin(), name.end(), [](unsigned char character) {
+           return std::isalnum(character) != 0 || character >= 0x80 ||
+                  std::strchr("._+-@", character) != nullptr;
+         });
+}
+
+// A place whose process has ended, so that nobody holds its lock. Nothing is deleted but links in its
+// numbered folders and what is empty then.
+void removeIfAbandoned(int temporary, const std::string& name) {
+  const Descriptor place = openFolderBeneath(temporary, name);
+  struct stat status {};
+  if (!place || fstat(place.get(), &status) != 0 || status.st_uid != geteuid()) return;
+  if (flock(place.get(), LOCK_EX | LOCK_NB) != 0) return;
+  const auto numbered = namesIn(place.get());
+  if (!numbered) return;
+  for (const auto& number : *numbered) {
+    const Descriptor inside = openFolderBeneath(place.get(), number);
+    const auto links = inside ? namesIn(inside.get()) : std::nullopt;
+    if (!links) continue;
+    for (const auto& link : *links) {
+      const bool isLink =
+          fstatat(inside.get(), link.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+      if (isLink) unlinkat(inside.get(), link.c_str(), 0);
+    }
+    unlinkat(place.get(), number.c_str(), AT_REMOVEDIR);
+  }
+  unlinkat(temporary, name.c_str(), AT_REMOVEDIR);
+}
+
 }  // namespace
 
 OpenableAddress readAddress(std::string_view url) {
@@ -124,6 +148,62 @@ OpenableAddress readAddress(std::string_view url) {
       return {OpenableAddress::Kind::Page, plainInQuotes(url), {}};
   }
   return refused("another scheme");
+}
+
+ShownFolders::ShownFolders(fs::path temporary) : temporary_(std::move(temporary)) {
+  const Descriptor folder(open(temporary_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const auto names = folder ? namesIn(folder.get()) : std::nullopt;
+  if (!names) return;
+  for (const auto& name : *names) {
+    if (name.starts_with(placeName)) removeIfAbandoned(folder.get(), name);
+  }
+}
+
+ShownFolders::~ShownFolders() {
+  for (const auto& shown : shown_) forget(shown);
+  if (!place_.empty()) rmdir(place_.c_str());
+}
+
+fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
+  struct stat status {};
+  if (fstat(folder.get(), &status) != 0) return {};
+  const std::string name = isPlain(wished) ? wished : "folder";
+  for (const auto& shown : shown_) {
+    if (shown.device == status.st_dev && shown.number == status.st_ino && shown.path.filename() == name)
+      return shown.path;
+  }
+  if (place_.empty() && !makePlace()) return {};
+  if (shown_.size() == mostShown) {
+    forget(shown_.front());
+    shown_.pop_front();
+  }
+  // Two folders may have the same name.
+  const fs::path own = place_ / std::to_string(++count_);
+  fs::path path = own / name;
+  const std::string open = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(folder.get());
+  if (mkdir(own.c_str(), 0700) != 0 || symlink(open.c_str(), path.c_str()) != 0) {
+    rmdir(own.c_str());
+    return {};
+  }
+  shown_.push_back({std::move(folder), status.st_dev, status.st_ino, path});
+  return path;
+}
+
+bool ShownFolders::makePlace() {
+  std::string made = temporary_ / (std::string(placeName) + "XXXXXX");
+  if (mkdtemp(made.data()) == nullptr) return false;
+  lock_ = Descriptor(open(made.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!lock_ || flock(lock_.get(), LOCK_EX | LOCK_NB) != 0) {
+    rmdir(made.c_str());
+    return false;
+  }
+  place_ = made;
+  return true;
+}
+
+void ShownFolders::forget(const Shown& shown) {
+  unlink(shown.path.c_str());
+  rmdir(shown.path.parent_path().c_str());
 }
 
 }  // namespace device

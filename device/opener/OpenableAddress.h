@@ -1,8 +1,14 @@
-// What a URL from the device may ask for: nothing but folders of the device and pages for the browser.
+// What a URL from the device may ask for: folders of the device and pages for the browser, nothing else; and
+// paths for such folders that nothing in the device can lead astray.
 #pragma once
 
+#include "core/Descriptor.h"
+
+#include <deque>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 
 namespace device {
 
@@ -26,5 +32,39 @@ struct OpenableAddress {
 
 // Looks at the text alone; whether a folder exists, and where its path really leads, is for who opens it.
 OpenableAddress readAddress(std::string_view url);
+
+// A program on the host that gets the device's own path would resolve it again, and by then a build may have
+// put a file or a link in the folder's place. These paths lead to the folder that was opened: they are links
+// to this process's open descriptors, in a folder below `temporary`. They are valid as long as the object.
+class ShownFolders {
+ public:
+  // Removes what others of this user's left there whose process is gone.
+  explicit ShownFolders(std::filesystem::path temporary = "/tmp");
+  ~ShownFolders();
+  ShownFolders(const ShownFolders&) = delete;
+  ShownFolders& operator=(const ShownFolders&) = delete;
+
+  // The path for `folder`; the same folder gets the same path. Its last component is `name`, or another word
+  // where that is no plain name, since builds choose it and file managers and their scripts read it. Empty
+  // where no path could be made. The oldest of many folders is given up.
+  std::filesystem::path show(Descriptor folder, const std::string& name);
+
+ private:
+  struct Shown {
+    Descriptor folder;
+    dev_t device;
+    ino_t number;
+    std::filesystem::path path;
+  };
+  bool makePlace();
+  void forget(const Shown& shown);
+
+  std::filesystem::path temporary_;
+  std::filesystem::path place_;
+  // Locked as long as the process lives, so that others leave the place alone.
+  Descriptor lock_;
+  std::deque<Shown> shown_;
+  int count_ = 0;
+};
 
 }  // namespace device

@@ -1,13 +1,16 @@
 #include "device/opener/Opener.h"
 
 #include "device/Process.h"
+#include "device/Visible.h"
 #include "device/folder/Beneath.h"
-#include "device/opener/OpenableAddress.h"
 
 #include <algorithm>
+#include <array>
+#include <ctime>
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <utility>
 
@@ -172,6 +175,35 @@ fs::path openerLogPath(const Environment& caller, const fs::path& home) {
   // A relative value is to be ignored.
   if (!state.is_absolute()) state = home / ".local/state";
   return state / "tweakbench/opener.log";
+}
+
+void OpenerLog::open() {
+  std::error_code error;
+  std::filesystem::create_directories(path_.parent_path(), error);
+  file_ = Descriptor(
+      ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+  constexpr off_t largest = 256 << 10;
+  struct stat status {};
+  if (!file_) return;
+  const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
+  if (!isFile || (status.st_size > largest && ftruncate(file_.get(), 0) != 0)) file_.close();
+}
+
+void OpenerLog::add(const std::string& words) {
+  constexpr int mostLines = 500;
+  constexpr std::size_t longestLine = 300;
+  if (lines_ > mostLines) return;
+  if (lines_ == 0) open();
+  const std::string last = "Nothing more is noted in this run.";
+  const std::string said = ++lines_ > mostLines ? last : visible(words.substr(0, longestLine));
+  if (!file_) return;
+  std::array<char, 32> time{};
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M:%S ", localtime_r(&now, &parts));
+  const std::string line = time.data() + said + "\n";
+  // A line that is lost is no reason to stop opening.
+  [[maybe_unused]] const ssize_t written = write(file_.get(), line.data(), line.size());
 }
 
 }  // namespace device

@@ -4,8 +4,7 @@
 
 #include "core/Descriptor.h"
 #include "core/LauncherContract.h"
-#include "device/opener/OpenerLog.h"
-#include "device/opener/ShownFolders.h"
+#include "device/opener/OpenableAddress.h"
 #include "device/sandbox/Environment.h"
 
 #include <chrono>
@@ -16,6 +15,24 @@
 #include <vector>
 
 namespace device {
+
+// A file of the user's, outside the device. Starts anew when it has grown large, and takes so many lines of
+// one run only, since the device decides how many there are.
+class OpenerLog {
+ public:
+  // The first line makes the file, and its folder where missing. Where that cannot be, lines go nowhere.
+  explicit OpenerLog(std::filesystem::path file) : path_(std::move(file)) {}
+
+  // One line, with the time in front; control characters are made visible, long texts cut.
+  void add(const std::string& words);
+
+ private:
+  void open();
+
+  std::filesystem::path path_;
+  Descriptor file_;
+  int lines_ = 0;
+};
 
 // Stands outside the device and trusts nothing that comes: the application may have been taken over. Every
 // request is one packet and gets one answer. A URL is one argument of the opener program, which is started

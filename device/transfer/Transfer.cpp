@@ -21,8 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// On the same file system as the projects, and not one of them.
-constexpr const char* kBesideProjects = "Tweakyard";
 constexpr std::size_t kLongestMakefile = 1 << 20;
 
 fs::path pathOf(int folder) {
@@ -116,10 +114,10 @@ class Unfinished {
   Descriptor folder_;
 };
 
-Descriptor openProjects(const Transfer& transfer, const char* folder) {
+Descriptor makeInDevice(const Transfer& transfer, const fs::path& folder) {
   transfer.inDevice.assume();
-  Descriptor opened = openFolderBeneath(transfer.var.get(), folder);
-  if (!opened) refuseWithError("The device's folder /var/" + std::string(folder) + " cannot be opened:");
+  Descriptor opened = makeFolderBeneath(transfer.var.get(), folder);
+  if (!opened) refuseWithError("The device's folder /var/" + folder.string() + " cannot be opened:");
   return opened;
 }
 
@@ -148,8 +146,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
 // stay instead. Returns what is left out.
 std::vector<std::string> movePackages(const Transfer& transfer, const std::string& name, int from) {
   const fs::path path = fs::path(kPackages) / name;
-  makeFolderBeneath(transfer.var.get(), path);
-  const Descriptor to = openFolderBeneath(transfer.var.get(), path);
+  const Descriptor to = makeFolderBeneath(transfer.var.get(), path);
   std::vector<std::string> leftOut;
   for (const auto& each : namesIn(from).value_or(std::vector<std::string>())) {
     if (!to || !renameToNew(from, each, to.get(), each))
@@ -186,10 +183,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
   if (isWithin(fs::weakly_canonical(transfer.device, error), pathOf(from.get()))) {
     throw Refusal(visible(source.string()) + " has the device in it; a copy of it would never end.");
   }
-  transfer.inDevice.assume();
-  makeFolderBeneath(transfer.var.get(), kProjects);
-  const Descriptor projects = openProjects(transfer, kProjects);
-  const Descriptor beside = openProjects(transfer, kBesideProjects);
+  const Descriptor projects = makeInDevice(transfer, kProjects);
+  const Descriptor beside = makeInDevice(transfer, kBesideProjects);
   const bool isReplaced = existing == Existing::Replaced && exists(projects.get(), name);
   if (!isReplaced && exists(projects.get(), name)) {
     throw Refusal("There is a project " + name + " in the device already; import --replace replaces it.");
@@ -228,10 +223,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
 }
 
 Transferred copyBack(const Transfer& transfer, int source, const fs::path& place, const std::string& name) {
-  for (const fs::path& folder : {place, fs::path(kBesideProjects)})
-    makeFolderBeneath(transfer.var.get(), folder);
-  const Descriptor target = openProjects(transfer, place.c_str());
-  const Descriptor beside = openProjects(transfer, kBesideProjects);
+  const Descriptor target = makeInDevice(transfer, place);
+  const Descriptor beside = makeInDevice(transfer, kBesideProjects);
   Unfinished copy(beside.get(), ".import-", transfer.inDevice);
   CopyRules rules{CopiedLinks::All, 022, transfer.pause};
   rules.unreadable = CopyRules::Unreadable::LeftOut;

@@ -1,9 +1,6 @@
 // The doctor: what it makes of what it has seen, and of a build's log.
 #include "device/Process.h"
-#include "device/doctor/BuildLog.h"
 #include "device/doctor/Checks.h"
-#include "device/doctor/DeviceProbe.h"
-#include "device/doctor/Trial.h"
 #include "device/folder/Beneath.h"
 #include "support/TemporaryFolder.h"
 
@@ -332,7 +329,7 @@ TEST(Trial, WhatWentWrongFirstIsNamedWithWhatToDo) {
                        row.stage + "\n" + row.error +
                        "\nmake[3]: *** [rules.mk:4: x.o] Error 1\nmake: *** [all] Error 2\n";
     if (*row.stage == 0) facts.trial->log = std::string(row.error) + "\n";
-    const Finding told = trialFinding(facts, true);
+    const Finding told = findingsFor(facts).back();
     EXPECT_EQ(told.verdict, Verdict::Problem);
     for (const char* part : {row.stage, row.error, row.remedy})
       EXPECT_NE(told.sentence.find(part), std::string::npos) << part << ": " << told.sentence;
@@ -343,11 +340,11 @@ TEST(Trial, WhatWentWrongFirstIsNamedWithWhatToDo) {
   facts.inDevice->target = {15, 0};
   facts.trial = Trial{
       1, "==> Compiling Tweak.x...\nx.h:1: fatal error: 'New/New.h' file not found\nmake: *** [x] Error 1\n"};
-  EXPECT_NE(trialFinding(facts, true).sentence.find("older than iOS 15.0"), std::string::npos);
+  EXPECT_NE(findingsFor(facts).back().sentence.find("older than iOS 15.0"), std::string::npos);
   facts.trial = Trial{124, "==> Signing Trial...\n"};
-  EXPECT_NE(trialFinding(facts, true).sentence.find("did not end in time, being at \"Signing Trial...\""),
+  EXPECT_NE(findingsFor(facts).back().sentence.find("did not end in time, being at \"Signing Trial...\""),
             std::string::npos)
-      << trialFinding(facts, true).sentence;
+      << findingsFor(facts).back().sentence;
 }
 
 TEST(BuildLog, AGoodBuildIsLeftAlone) {

@@ -1,7 +1,5 @@
 // What the opener opens for a device that means harm, and what it does not.
-#include "device/opener/OpenableAddress.h"
 #include "device/opener/Opener.h"
-#include "device/opener/ShownFolders.h"
 #include "device/sandbox/Environment.h"
 #include "support/TemporaryFolder.h"
 

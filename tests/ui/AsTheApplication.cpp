@@ -59,6 +59,11 @@ void destroy() {
   putProject("Restored", "file");
   putFile("/var/mobile/Documents/TweakbenchBackups/Restored/file", "older");
   restoreBackup("Restored");
+  putFile("/var/Tweakyard/Projects/Saved/file", "\xff, so no text to edit\nall of Saved\n");
+  chooseProject("Saved");
+  finger::tap("Reload");
+  finger::tap("file");
+  finger::tap("Save");
   putProject("All", "file");
   backUpProject();
   putFile("/var/mobile/Documents/Tweakbench/All/file", "all of All\n");

@@ -182,7 +182,7 @@ TEST_F(Names, ThatAreNoneChangeNothing) {
       ")",     "''",   "\"\"/",    "'../Q'",  "\"P",    "P/x'",   "\\",       "\\\n",   "$x",     "${x}",
       "$x/$1", "${P",  "\"$x\"",   "P/$x/..", "$'.'",   "'' P",   "P\\\\\\",  "{,x}",   ".*",     "{$x,P}",
       "$()",   "``",   "$(true)",  "P/.[.]",  "P/../Q", "{P,..}", "$'\\x2f'", "{Z..a}", "`true`", "Q$x",
-      "'Q'",   "Q;P",  "Q\nP",     "Q{",      "Q /var", "Q *",    "Q ~"};
+      "'Q'",   "Q;P",  "Q\nP",     "Q{",      "Q /var", "Q *",    "Q ~",      "Q "};
   none.insert(none.end(), {std::nullopt, "P/../../Projects", std::string("P\0x", 3)});
   for (const Use& use : uses) {
     for (const MaybeText& name : none)
