@@ -6,8 +6,7 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/HistoryFolder.h"
 #include "device/folder/Packages.h"
-#include "device/folder/ProgramLinks.h"
-#include "device/folder/ShippedFiles.h"
+#include "device/folder/SuppliedFiles.h"
 
 #include <algorithm>
 #include <cstring>

@@ -3,7 +3,7 @@
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
-#include "device/folder/ProgramLinks.h"
+#include "device/folder/SuppliedFiles.h"
 #include "device/guard/Contract.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"

@@ -6,7 +6,7 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/HistoryFolder.h"
 #include "device/folder/Packages.h"
-#include "device/transfer/FixedTheos.h"
+#include "device/guard/Contract.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLongestMakefile = 1 << 20;
+constexpr std::size_t longestMakefile = 1 << 20;
 
 fs::path pathOf(int folder) {
   return fs::read_symlink("/proc/self/fd/" + std::to_string(folder));
@@ -155,18 +155,96 @@ std::vector<std::string> movePackages(const Transfer& transfer, const std::strin
   return leftOut;
 }
 
+constexpr std::string_view blanks = " \t\r";
+
+std::string_view trimmed(std::string_view text) {
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+// Takes `word` and the blanks behind it off the front of `text`, if it is there as a word of its own.
+bool take(std::string_view& text, std::string_view word) {
+  if (!text.starts_with(word)) return false;
+  const std::string_view rest = text.substr(word.size());
+  if (!rest.empty() && blanks.find(rest.front()) == std::string_view::npos) return false;
+  text = trimmed(rest);
+  return true;
+}
+
+// What a line assigns to THEOS so that the environment's does not count.
+std::optional<std::string> assigned(std::string_view line) {
+  while (take(line, "export") || take(line, "override")) {
+  }
+  if (!line.starts_with("THEOS")) return std::nullopt;
+  line = trimmed(line.substr(5));
+  const auto equals = line.find('=');
+  const std::string_view operation = line.substr(0, equals);
+  if (equals == std::string_view::npos || !(operation.empty() || operation == ":" || operation == "::")) {
+    return std::nullopt;
+  }
+  line = line.substr(equals + 1);
+  return std::string(trimmed(line.substr(0, line.find('#'))));
+}
+
+// An assignment of THEOS in a Makefile that counts whatever the environment says.
+struct FixedTheos {
+  // Counted from 1.
+  int line;
+  // As the Makefile has it, comment and blanks aside.
+  std::string place;
+};
+
+// The last assignment that always counts. Absent where THEOS is left to the environment ("?="), or is set in
+// a conditional.
+std::optional<FixedTheos> fixedTheos(std::string_view makefile) {
+  std::optional<FixedTheos> found;
+  int conditionals = 0;
+  for (int number = 1; !makefile.empty(); ++number) {
+    const auto end = makefile.find('\n');
+    const std::string_view line = makefile.substr(0, end);
+    makefile = end == std::string_view::npos ? std::string_view() : makefile.substr(end + 1);
+    // A recipe is the shell's.
+    if (line.starts_with('\t')) continue;
+    const std::string_view text = trimmed(line);
+    for (const char* word : {"ifdef ", "ifndef ", "ifeq ", "ifneq "})
+      conditionals += text.starts_with(word) ? 1 : 0;
+    if (text.starts_with("endif") && conditionals > 0) --conditionals;
+    const auto place = conditionals == 0 ? assigned(text) : std::nullopt;
+    if (place) found = FixedTheos{number, *place};
+  }
+  return found;
+}
+
+// Whether there may be something at `place` in the device. True also for what cannot be known, such as a
+// relative path or one with variables of make.
+bool mayBeInDevice(const std::string& place, int var) {
+  std::string path = place;
+  if (path.starts_with('~')) path.replace(0, 1, guard::homeOfCommands);
+  for (const char* home : {"$(HOME)", "${HOME}"}) path = replaceAll(path, home, guard::homeOfCommands);
+  if (!path.starts_with('/') || path.find('$') != std::string::npos) return true;
+  fs::path whole = fs::path(path + "/").lexically_normal().parent_path();
+  if (whole.string().starts_with("/private/var/")) whole = whole.string().substr(8);
+  if (whole == "/opt/theos") return true;
+  if (whole.string().starts_with("/usr/")) return access(whole.c_str(), F_OK) == 0;
+  if (!whole.string().starts_with("/var/")) return false;
+  // Where a link leads is the device's own affair.
+  const Descriptor above =
+      openBeneath(var, whole.parent_path().lexically_relative("/var"), O_PATH | O_DIRECTORY);
+  return above ? exists(above.get(), whole.filename()) : errno == ELOOP;
+}
+
 // What keeps a project that comes in from building.
 std::string warningAbout(const Transfer& transfer, int project) {
   for (const char* name : {"GNUmakefile", "makefile", "Makefile"}) {
-    const auto makefile = readBeneath(project, name, kLongestMakefile);
+    const auto makefile = readBeneath(project, name, longestMakefile);
     if (!makefile) continue;
     const auto fixed = fixedTheos(*makefile);
     if (!fixed || mayBeInDevice(fixed->place, transfer.var.get())) break;
     return "Line " + std::to_string(fixed->line) + " of its " + name + " sets THEOS to " +
            visible(fixed->place) +
            ", which is not in the device: no build will find Theos. With \"THEOS ?=\" the project builds "
-           "here and "
-           "there.";
+           "here and there.";
   }
   return {};
 }

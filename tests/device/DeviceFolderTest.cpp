@@ -2,8 +2,7 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryFolder.h"
-#include "device/folder/ProgramLinks.h"
-#include "device/folder/ShippedFiles.h"
+#include "device/folder/SuppliedFiles.h"
 #include "support/RefusalOf.h"
 #include "support/TemporaryFolder.h"
 

@@ -88,3 +88,14 @@ void showNewProjectMenu(ViewController& screen) {
              if (title == localized(text::createHeaderFile)) askForHeaderName(owner);
            });
 }
+
+void showProjectChooser(ViewController& screen) {
+  const std::vector<std::string> names = projectNames();
+  const Owner owner(&screen);
+  showMenu({localized(text::loadProject), QString(), titlesOf(names)},
+           [names, owner](std::size_t index, const QString&) {
+             forEachNamed(names, index, [&owner](const std::string& name) {
+               if (chooseProject(name)) refresh(owner);
+             });
+           });
+}

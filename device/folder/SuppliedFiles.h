@@ -1,4 +1,5 @@
-// The device's folders of links to the host's programs and to the libraries of Theos.
+// What the launcher puts into the device's folders: shipped files, and links to the host's programs and to
+// the libraries of Theos.
 #pragma once
 
 #include <filesystem>
@@ -8,11 +9,25 @@
 
 namespace device {
 
-// Where the device sees the host's programs, which the links lead to.
-constexpr const char* kHostPrograms = "/.host/usr/bin";
+enum class ApplicationFolder { New, Kept };
+
+// The device's folders that shipped files come into.
+struct ShippedTo {
+  int application = -1;
+  // The device's /usr/bin, where the application moves the converter. It gets none from here; the one that is
+  // there is only renewed. -1 where there is none.
+  int programs = -1;
+};
+
+// Brings the shipped files of `source` into the device. `record` is a folder out of the device's reach that
+// keeps what was shipped before, so that a file that the user or a build has changed or removed is left
+// alone, while one that is as it was shipped becomes the new one. A New folder gets every file. Throws
+// Refusal.
+void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int record,
+               ApplicationFolder state);
 
 // Name to target: every host program, with `sh` being the guard.
-std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& hostPrograms = "/usr/bin");
+std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& programs = "/usr/bin");
 
 // Moves an entry of the folder out of the way.
 using SetAside = std::function<void(const std::string& name)>;

@@ -1,11 +1,12 @@
-#include "device/folder/ProgramLinks.h"
+#include "device/folder/SuppliedFiles.h"
 
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
 #include <array>
-#include <cstdio>
+#include <cstring>
 #include <fcntl.h>
+#include <iostream>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,6 +15,23 @@ namespace device {
 namespace {
 
 namespace fs = std::filesystem;
+
+// Where the device sees the host's programs, to which the links point.
+const std::string hostPrograms = "/.host/usr/bin/";
+
+// Far above what is shipped; a file of the device may be anything.
+constexpr std::size_t largestShipped = 64 << 20;
+
+// The one shipped file that does not stay in the application folder.
+constexpr const char* converter = "ftt";
+
+// A build may have filled the disk or put a folder in the way, which is no reason not to start.
+bool put(int folder, const std::string& name, const std::string& content, mode_t mode) {
+  if (writeAtomically(folder, name, content, mode)) return true;
+  std::cerr << "tweakbench: The file " << name
+            << " could not be put into the device: " << std::strerror(errno) << ".\n";
+  return false;
+}
 
 std::optional<std::string> linkTarget(int folder, const std::string& name) {
   std::array<char, 512> target{};
@@ -31,11 +49,36 @@ bool replaceBy(int folder, const std::string& name, const std::string& target, c
 
 }  // namespace
 
-std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& hostPrograms) {
+void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int record,
+               ApplicationFolder state) {
+  const Descriptor shipped(open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const auto names = shipped ? namesIn(shipped.get()) : std::nullopt;
+  if (!names) refuseWithError("Tweakbench's own folder " + source.string() + " could not be read:");
+  for (const auto& name : *names) {
+    const auto now = readBeneath(shipped.get(), name, largestShipped);
+    if (!now) refuseWithError("Tweakbench's own file " + (source / name).string() + " could not be read:");
+    const auto before = readBeneath(record, name, largestShipped);
+    const auto isOutdated = [&](int folder) {
+      return before && *before != *now && readBeneath(folder, name, largestShipped) == before;
+    };
+    struct stat status {};
+    fstatat(shipped.get(), name.c_str(), &status, 0);
+    const mode_t mode = (status.st_mode & S_IXUSR) != 0 ? 0755 : 0644;
+    const bool isNew = !before && !exists(device.application, name);
+    if (state == ApplicationFolder::New || isNew || isOutdated(device.application)) {
+      if (!put(device.application, name, *now, mode)) continue;
+    }
+    if (name == converter && isOutdated(device.programs) && !put(device.programs, name, *now, mode)) continue;
+    // Last, so that a start that is killed before does it all again.
+    if (before != now) writeAtomically(record, name, *now, 0644);
+  }
+}
+
+std::map<std::string, std::string> hostProgramLinks(const fs::path& programs) {
   std::map<std::string, std::string> links;
-  for (const auto& entry : std::filesystem::directory_iterator(hostPrograms)) {
+  for (const auto& entry : fs::directory_iterator(programs)) {
     const std::string name = entry.path().filename();
-    links.emplace(name, std::string(kHostPrograms) + "/" + name);
+    links.emplace(name, hostPrograms + name);
   }
   links["sh"] = "/.host/tweakbench/guard";
   return links;
@@ -50,7 +93,7 @@ std::size_t putLinks(int folder, const std::map<std::string, std::string>& links
     const auto target = linkTarget(folder, name);
     if (wanted != links.end()) {
       if (target == wanted->second) missing.erase(name);
-    } else if (target && target->starts_with(std::string(kHostPrograms) + "/")) {
+    } else if (target && target->starts_with(hostPrograms)) {
       unlinkat(folder, name.c_str(), 0);
     }
   }
