@@ -28,6 +28,7 @@ Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path) {
   Descriptor opened = openFolderBeneath(folder, ".");
   for (const auto& part : path) {
     if (!opened) break;
+    if (part.empty()) continue;  // behind a slash at the end
     mkdirat(opened.get(), part.c_str(), 0755);
     opened = openFolderBeneath(opened.get(), part);
   }

@@ -111,10 +111,14 @@ TEST_F(Operations, ANastyNameMeansToDeletionAndRenamingWhatTheShellReads) {
     MaybeText moved;  // none where the command fails
     std::string made;
   } rows[] = {
-      {"two words", {"two"}, "new", {}, ""},          {"it's", {}, "new", {}, ""},
-      {"-rf", {"-rf"}, "new name", "-rf", "newname"}, {"ملف.x", {"ملف.x"}, "اسم جديد", "ملف.x", "اسمجديد"},
-      {"$(echo keep)", {"keep"}, "-n", "keep", "-n"}, {"star*", {"star*", "starfish"}, "new", {}, ""},
-      {"keep", {"keep"}, "$(pwd)x", "keep", "x"},     {"keep", {"keep"}, "it's", {}, ""},
+      {"two words", {"two"}, "new", {}, ""},
+      {"it's", {}, "new", {}, ""},
+      {"-rf", {"-rf"}, "new name", "-rf", "newname"},
+      {"ملف.x", {"ملف.x"}, "اسم جديد", "ملف.x", "اسمجديد"},
+      {"$(echo keep)", {}, "-n", {}, ""},
+      {"star*", {"star*", "starfish"}, "new", {}, ""},
+      {"keep", {"keep"}, "$(pwd)x", "keep", "x"},
+      {"keep", {"keep"}, "it's", {}, ""},
   };
   ASSERT_EQ(chdir("/"), 0);
   setListedProject("P");
