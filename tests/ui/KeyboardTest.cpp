@@ -199,9 +199,12 @@ TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
 TEST_F(Keyboard, AKeyThatIsHeldDownTypesNothingIntoWhatComesUpNext) {
   makeProject({{"Tweak.x", "%hook A\n"}});
   startActive();
-  const auto pressAndHold = [](const char* next) {
+  const auto edited = [] {
+    return sees("File text") ? qobject_cast<TextView*>(finger::find("File text"))->bytes() : std::string();
+  };
+  const auto pressAndHoldReturn = [&edited] {
     QTest::keyPress(QApplication::focusWidget(), Qt::Key_Return);
-    waitToSee(next);
+    finger::waitUntil([&edited] { return !edited().empty(); }, "no file is edited");
     for (int repeats = 0; repeats < 3; ++repeats)
       QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_Return, {}, "\r", true);
     QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Return);
@@ -209,15 +212,15 @@ TEST_F(Keyboard, AKeyThatIsHeldDownTypesNothingIntoWhatComesUpNext) {
   pickTweak();
   press(Qt::Key_Escape);
   waitToSee("Files");
-  pressAndHold("File text");
-  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "%hook A\n");
+  pressAndHoldReturn();
+  EXPECT_EQ(edited(), "%hook A\n");
   typeText("x");
   press(Qt::Key_Escape);
   waitToSee(localized(text::saveChanges));
-  pressAndHold("File text");  // the question starts on Cancel
-  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "x%hook A\n");
+  pressAndHoldReturn();  // on Cancel, on which the question starts
+  EXPECT_EQ(edited(), "x%hook A\n");
   press(Qt::Key_Return);
-  EXPECT_EQ(qobject_cast<TextView*>(finger::find("File text"))->bytes(), "x\n%hook A\n");
+  EXPECT_EQ(edited(), "x\n%hook A\n");
 }
 
 TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
