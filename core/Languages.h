@@ -87,7 +87,7 @@ inline constexpr TextPair find{"بحث", "Find"};
 inline constexpr TextPair replaceBy{"استبدال بـ", "Replace with"};
 inline constexpr TextPair replace{"استبدال", "Replace"};
 inline constexpr TextPair replaceAll{"استبدال الكل", "Replace All"};
-inline constexpr TextPair replacedCount{"عدد الاستبدالات: %@", "Replaced: %@"};
+inline constexpr TextPair replacedCount{"الاستبدالات: %@", "Replaced: %@"};
 inline constexpr TextPair goToLine{"الانتقال الى سطر", "Go to Line"};
 inline constexpr TextPair lineNumber{"رقم السطر، او السطر:العمود", "A line, or line:column"};
 inline constexpr TextPair goToFile{"الانتقال الى ملف", "Go to File"};

@@ -94,14 +94,14 @@ void muchOfEverything(Album& album) {
 
 // From the main screen to a place in a file, and from there to others.
 void places(Album& album) {
-  tap(localized(text::goToFile));
+  tap(text::goToFile.english);
   waitToSee(localized(text::projectFiles));
   album.picture("go-to-file");
   finger::type("new/Other.xm");
   album.picture("go-to-new-file");
   tap(localized(text::cancel));
   waitToSee("Reload");
-  tap(localized(text::searchInProject));
+  tap(text::searchInProject.english);
   finger::type("count");
   waitToSee(localized(text::linesFound, {std::string("3")}));
   album.picture("search-in-project");

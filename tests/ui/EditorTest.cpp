@@ -216,7 +216,7 @@ TEST_F(Editor, MarksMoveWithTheText) {
                     {.file = "f.x", .line = 9, .kind = Problem::Kind::Warning, .message = ""}});
   press(Qt::Key_Return);
   press(Qt::Key_F8);
-  EXPECT_EQ(caret(), 5U);
+  EXPECT_EQ(caret(), 9U);
   waitToSee("unknown words");
   press(Qt::Key_Up);
   waitToMiss("unknown words");

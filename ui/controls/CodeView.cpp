@@ -36,7 +36,7 @@ CodeView::CodeView(QWidget* parent) : TextView(parent) {
     send(SCI_MARKERDEFINE, firstMarker + kind, shapes[kind]);
     send(SCI_INDICSETSTYLE, firstIndicator + kind, INDIC_SQUIGGLEPIXMAP);
   }
-  send(SCI_SETINDENTATIONGUIDES, SC_IV_NONE);
+  send(SCI_SETWRAPINDENTMODE, SC_WRAPINDENT_INDENT);
   connect(this, &QsciScintilla::SCN_STYLENEEDED, this, [this](int end) { styleTo(end); });
   connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) { characterAdded(character); });
   connect(this, &QsciScintilla::linesChanged, this, [this] { widenMargin(); });
@@ -250,8 +250,18 @@ bool CodeView::goToProblem(SearchDirection direction) {
   const unsigned int message = forward ? SCI_MARKERNEXT : SCI_MARKERPREVIOUS;
   long found = send(message, forward ? line + 1 : line - 1, mask);
   if (found < 0) found = send(message, forward ? 0 : send(SCI_GETLINECOUNT), mask);
-  if (found >= 0) goTo(found + 1, 1);
-  return found >= 0;
+  if (found < 0) return false;
+  // The first place that is marked in the line.
+  const long begin = send(SCI_POSITIONFROMLINE, found);
+  const long end = send(SCI_GETLINEENDPOSITION, found);
+  long place = end;
+  for (int indicator = firstIndicator; indicator < firstIndicator + markKinds; ++indicator) {
+    const bool isHere = send(SCI_INDICATORVALUEAT, indicator, begin) != 0;
+    const long next = isHere ? begin : send(SCI_INDICATOREND, indicator, begin);
+    if (next >= begin && send(SCI_INDICATORVALUEAT, indicator, next) != 0) place = std::min(place, next);
+  }
+  goTo(found + 1, place == end ? 1 : place - begin + 1);
+  return true;
 }
 
 bool CodeView::replaceNext(const QString& word, const QString& replacement) {

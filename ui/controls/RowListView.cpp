@@ -53,10 +53,13 @@ class RowCell : public QStyledItemDelegate {
     }
     painter->setPen(marked ? option.palette.color(QPalette::HighlightedText) : colours::cellText);
     // The text keeps its own direction; only where it stands follows the interface.
+    const Qt::LayoutDirection direction =
+        index.data(RowListView::FollowsInterfaceRole).toBool() ? option.direction : Qt::LeftToRight;
     const auto draw = [&](const QString& line, const QFont& font, const QRect& place,
                           Qt::TextElideMode elide) {
-      QTextOption layout((rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-      layout.setTextDirection(Qt::LeftToRight);
+      QTextOption layout((rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
+                         Qt::AlignVCenter);
+      layout.setTextDirection(direction);
       layout.setWrapMode(QTextOption::NoWrap);
       painter->setFont(font);
       painter->drawText(QRectF(place), QFontMetrics(font).elidedText(line, elide, place.width()), layout);

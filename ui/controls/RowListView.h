@@ -11,12 +11,13 @@ class RowCell;
 // picks none. Only the rows on screen cost anything.
 //
 // The text of a row is its model's DisplayRole. Where the model has the roles below, they are shown instead,
-// one below the other.
+// one below the other. A row reads from the left in every language, as names and code do, unless its model
+// answers true to the last role.
 class RowListView : public QListView {
   Q_OBJECT
 
  public:
-  enum Role { TitleRole = Qt::UserRole, DetailRole };
+  enum Role { TitleRole = Qt::UserRole, DetailRole, FollowsInterfaceRole };
 
   explicit RowListView(QWidget* parent = nullptr);
 

@@ -39,38 +39,49 @@ constexpr int typingPause = 150;  // milliseconds without a key before a search 
 constexpr std::size_t mostLines = 2000;
 
 struct Row {
-  QString name;    // read by assistive technology
-  QString title;   // shown
-  QString detail;  // shown below it; may be empty
+  QString name;                   // read by assistive technology
+  QString title;                  // shown
+  QString detail;                 // shown below it; may be empty
+  bool followsInterface = false;  // reads in the direction of the interface, not as code does
 };
 
+// Rows that are made when they are shown.
 class RowModel : public QAbstractListModel {
  public:
   using QAbstractListModel::QAbstractListModel;
 
-  int rowCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-  }
+  int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
   QVariant data(const QModelIndex& index, int role) const override {
-    if (index.row() < 0 || index.row() >= rowCount()) return {};
-    const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    if (role == Qt::DisplayRole) return row.name;
-    if (role == RowListView::TitleRole) return row.title;
-    return role == RowListView::DetailRole ? row.detail : QVariant();
+    if (index.row() < 0 || index.row() >= count_) return {};
+    switch (role) {
+      case Qt::DisplayRole:
+        return rowAt(index.row()).name;
+      case RowListView::TitleRole:
+        return rowAt(index.row()).title;
+      case RowListView::DetailRole:
+        return rowAt(index.row()).detail;
+      case RowListView::FollowsInterfaceRole:
+        return rowAt(index.row()).followsInterface;
+      default:
+        return {};
+    }
   }
-  void setRows(std::vector<Row> rows) {
+  void setCount(int count) {
     beginResetModel();
-    rows_ = std::move(rows);
+    count_ = count;
     endResetModel();
   }
-  void addRows(std::vector<Row> rows) {
-    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
-    std::move(rows.begin(), rows.end(), std::back_inserter(rows_));
+  void growTo(int count) {
+    if (count <= count_) return;
+    beginInsertRows({}, count_, count - 1);
+    count_ = count;
     endInsertRows();
   }
 
+  std::function<Row(int row)> rowAt;
+
  private:
-  std::vector<Row> rows_;
+  int count_ = 0;
 };
 
 // What such a dialog consists of: a field, rows that follow what is typed there, and a line about them. The
@@ -105,14 +116,15 @@ class PickPanel : public QWidget {
   RQAlertViewTextField& field() { return *field_; }
   RowListView& list() { return *list_; }
 
-  void setRows(std::vector<Row> rows) {
-    rows_.setRows(std::move(rows));
+  // Set this before any row.
+  void setRowAt(std::function<Row(int row)> rowAt) { rows_.rowAt = std::move(rowAt); }
+  void setCount(std::size_t count) {
+    rows_.setCount(static_cast<int>(count));
     list_->scrollToTop();
     list_->setCurrentIndex(rows_.index(0));
   }
-  void addRows(std::vector<Row> rows) {
-    if (rows.empty()) return;
-    rows_.addRows(std::move(rows));
+  void growTo(std::size_t count) {
+    rows_.growTo(static_cast<int>(count));
     if (!list_->currentIndex().isValid()) list_->setCurrentIndex(rows_.index(0));
   }
   void setNote(const QString& note) {
@@ -200,7 +212,12 @@ struct FileChoice {
   std::string newFile;  // empty: none
 };
 
-Row fileRow(const std::string& path) {
+Row rowOf(const FileChoice& choice, std::size_t row) {
+  if (row >= choice.matches.size()) {
+    const QString title = localized(text::createFile, {shownName(choice.newFile).toStdString()});
+    return {title, title, {}, true};
+  }
+  const std::string& path = choice.files[choice.matches[row]];
   const std::string folder = path.substr(0, path.rfind('/') + 1);
   return {shownName(path), shownName(path.substr(folder.size())), shownName(folder)};
 }
@@ -212,20 +229,19 @@ void filter(FileChoice& choice, PickPanel& panel) {
                      !fileExistsAtPath(fill(paths::projectFile, {currentProject(), typed})) &&
                      fileExistsAtPath(fill(paths::project, {currentProject()}));
   choice.newFile = isNew ? typed : std::string();
-  std::vector<Row> rows;
-  rows.reserve(choice.matches.size() + 1);
-  for (const std::size_t index : choice.matches) rows.push_back(fileRow(choice.files[index]));
-  if (isNew) {
-    const QString title = localized(text::createFile, {shownName(typed).toStdString()});
-    rows.push_back({title, title, {}});
-  }
-  panel.setRows(std::move(rows));
+  panel.setCount(choice.matches.size() + (isNew ? 1 : 0));
 }
 
 // A search that goes on on another thread until the dialog goes or something else is typed.
 class Search : public QObject {
  public:
-  Search(PickPanel& panel) : QObject(&panel), panel_(panel) {
+  explicit Search(PickPanel& panel) : QObject(&panel), panel_(panel) {
+    panel.setRowAt([this](int row) {
+      const FoundLine& found = line(row);
+      const QString place = shownName(found.path) + QLatin1Char(':') + QString::number(found.line);
+      const QString text = shownName(found.text);
+      return Row{place + QStringLiteral(": ") + text, text, place};
+    });
     pause_.setSingleShot(true);
     connect(&pause_, &QTimer::timeout, this, atEventBoundary([this] { start(); }));
     connect(&panel.field(), &QLineEdit::textChanged, this, atEventBoundary([this] {
@@ -276,15 +292,10 @@ class Search : public QObject {
   }
 
   void add(const std::vector<FoundLine>& lines, bool isLast) {
-    std::vector<Row> rows;
-    for (const FoundLine& line : lines) {
-      if (lines_.size() == mostLines) break;
-      const QString place = shownName(line.path) + QLatin1Char(':') + QString::number(line.line);
-      const QString text = shownName(line.text);
-      rows.push_back({place + QStringLiteral(": ") + text, text, place});
-      lines_.push_back(line);
-    }
-    panel_.addRows(std::move(rows));
+    const std::size_t room = mostLines - lines_.size();
+    lines_.insert(lines_.end(), lines.begin(),
+                  lines.begin() + static_cast<long>(std::min(room, lines.size())));
+    panel_.growTo(lines_.size());
     if (!isLast) return;
     const TextPair& note = lines_.empty()               ? text::noMatch
                            : lines_.size() == mostLines ? text::onlyFirstLines
@@ -303,6 +314,7 @@ class Search : public QObject {
 void showGoToFile(PlaceChosen chosen) {
   auto* const panel = new PickPanel(text::fileName, text::projectFiles);
   const auto choice = std::make_shared<FileChoice>();
+  panel->setRowAt([choice](int row) { return rowOf(*choice, static_cast<std::size_t>(row)); });
   filter(*choice, *panel);
   if (choice->files.size() == mostProjectFiles)
     panel->setNote(localized(text::onlyFirstFiles, {std::to_string(mostProjectFiles)}));
