@@ -15,9 +15,7 @@ constexpr std::size_t longestColoured = std::size_t{4} << 20;  // bytes
 constexpr long longestMatched = 1L << 20;  // bytes that are searched for the other bracket
 constexpr int numberMargin = 0;
 constexpr int markMargin = 1;
-constexpr int markMarginWidth = 14;
-constexpr int firstMarker = 1;     // of errors; the other kinds follow
-constexpr int firstIndicator = 8;  // the same; the library's lexers use those before
+constexpr int firstIndicator = 8;  // of errors; the other kinds follow. The library's lexers use those before
 constexpr int markKinds = 3;
 
 bool isBracket(char byte) {
@@ -28,14 +26,9 @@ bool isBracket(char byte) {
 
 CodeView::CodeView(QWidget* parent) : TextView(parent) {
   send(SCI_SETMARGINTYPEN, numberMargin, SC_MARGIN_NUMBER);
-  send(SCI_SETMARGINTYPEN, markMargin, SC_MARGIN_SYMBOL);
   send(SCI_SETMARGINMASKN, numberMargin, 0);
-  send(SCI_SETMARGINMASKN, markMargin, ((1 << markKinds) - 1) << firstMarker);
-  const int shapes[markKinds] = {SC_MARK_CIRCLE, SC_MARK_ARROW, SC_MARK_ROUNDRECT};
-  for (int kind = 0; kind < markKinds; ++kind) {
-    send(SCI_MARKERDEFINE, firstMarker + kind, shapes[kind]);
+  for (int kind = 0; kind < markKinds; ++kind)
     send(SCI_INDICSETSTYLE, firstIndicator + kind, INDIC_SQUIGGLEPIXMAP);
-  }
   send(SCI_SETWRAPINDENTMODE, SC_WRAPINDENT_INDENT);
   connect(this, &QsciScintilla::SCN_STYLENEEDED, this, [this](int end) { styleTo(end); });
   connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) { characterAdded(character); });
@@ -72,19 +65,15 @@ void CodeView::applyLooks() {
     SendScintilla(SCI_STYLESETFORE, style, colourOf(partOfStyle(language_, style)));
   SendScintilla(SCI_STYLESETFORE, STYLE_LINENUMBER, colours::lineNumber);
   SendScintilla(SCI_STYLESETBACK, STYLE_LINENUMBER, palette().color(QPalette::Active, QPalette::Base));
-  SendScintilla(SCI_SETMARGINBACKN, markMargin, palette().color(QPalette::Active, QPalette::Base));
+  setUpProblemMargin(*this, markMargin);
   SendScintilla(SCI_STYLESETFORE, STYLE_BRACELIGHT, colours::bracket);
   SendScintilla(SCI_STYLESETBACK, STYLE_BRACELIGHT, colours::bracketGround);
   // Coloured text can be read on this ground.
   SendScintilla(SCI_SETSELBACK, 1UL, colours::codeSelection);
   send(SCI_SETCARETLINEVISIBLE, 1);
   SendScintilla(SCI_SETCARETLINEBACK, colours::currentLine);
-  for (int kind = 0; kind < markKinds; ++kind) {
-    const QColor colour = colourOf(static_cast<Problem::Kind>(kind));
-    SendScintilla(SCI_MARKERSETFORE, firstMarker + kind, colour);
-    SendScintilla(SCI_MARKERSETBACK, firstMarker + kind, colour);
-    SendScintilla(SCI_INDICSETFORE, firstIndicator + kind, colour);
-  }
+  for (int kind = 0; kind < markKinds; ++kind)
+    SendScintilla(SCI_INDICSETFORE, firstIndicator + kind, colourOf(static_cast<Problem::Kind>(kind)));
   widenMargin();
 }
 
@@ -206,7 +195,7 @@ void CodeView::matchBrackets() {
 void CodeView::setProblems(const std::vector<Problem>& problems) {
   marks_.clear();
   for (int kind = 0; kind < markKinds; ++kind) {
-    send(SCI_MARKERDELETEALL, firstMarker + kind);
+    send(SCI_MARKERDELETEALL, markerOf(static_cast<Problem::Kind>(kind)));
     send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
     send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
   }
@@ -216,7 +205,7 @@ void CodeView::setProblems(const std::vector<Problem>& problems) {
     if (problem.line < 1 || problem.line > lines) continue;
     const int kind = static_cast<int>(problem.kind);
     const long line = problem.line - 1;
-    marks_.back().handle = send(SCI_MARKERADD, line, firstMarker + kind);
+    marks_.back().handle = send(SCI_MARKERADD, line, markerOf(problem.kind));
     const long end = send(SCI_GETLINEENDPOSITION, line);
     const long at = send(SCI_POSITIONFROMLINE, line) + problem.column - 1;
     if (problem.column < 1 || at >= end) continue;
@@ -224,7 +213,7 @@ void CodeView::setProblems(const std::vector<Problem>& problems) {
     send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
     send(SCI_INDICATORFILLRANGE, at, wordEnd - at);
   }
-  send(SCI_SETMARGINWIDTHN, markMargin, marks_.empty() ? 0 : markMarginWidth);
+  send(SCI_SETMARGINWIDTHN, markMargin, marks_.empty() ? 0 : problemMarginWidth);
   emit caretLineChanged();
 }
 

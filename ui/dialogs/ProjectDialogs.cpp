@@ -246,8 +246,8 @@ class Search : public QObject {
     connect(&pause_, &QTimer::timeout, this, atEventBoundary([this] { start(); }));
     connect(&panel.field(), &QLineEdit::textChanged, this, atEventBoundary([this] {
       stop();
+      panel_.setCount(0);
       lines_.clear();
-      panel_.setRows({});
       panel_.setNote({});
       pause_.start(typingPause);
     }));
