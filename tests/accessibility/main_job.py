@@ -1,8 +1,11 @@
 """The main job as somebody does it who hears the screen: everything is found by role and name and used through its
-action or its text. Argument: the folder of the device."""
+action or its text. Then the shipped program's own set-up: its signals, and its end during a build. Arguments: the folder of
+the device, the launcher's process."""
 
+import ctypes
 import glob
 import os
+import signal
 import subprocess
 import sys
 
@@ -206,10 +209,11 @@ def mend(device):
     use(pyatspi.ROLE_LIST_ITEM, error)
     wait_for(lambda: "broken" in text_of("File text"), "the file's text is not there")
     check_controls("editor at a problem")
-    text = get(pyatspi.ROLE_TEXT, "File text").queryText()
+    editor = get(pyatspi.ROLE_TEXT, "File text")
+    text = editor.queryText()
     place = text.caretOffset
     assert text.getText(place - 2, place + 1) == "= ;", text.getText(0, place)
-    text.queryEditableText().insertText(place, "1", 1)
+    editor.queryEditableText().insertText(place, "1", 1)
     use(BUTTON, "Save")
     get(pyatspi.ROLE_LIST_ITEM, error)
     use(BUTTON, "Make Package")
@@ -217,6 +221,51 @@ def mend(device):
     use(BUTTON, "Cancel")
     no_dialog()
     assert not showing(pyatspi.ROLE_LIST, "Problems")
+
+
+def process_below(ancestor, name):
+    """The youngest process of this name among the descendants of another."""
+    found = None
+    below = {ancestor}
+    for number in sorted(int(entry) for entry in os.listdir("/proc") if entry.isdigit()):
+        try:
+            with open(f"/proc/{number}/status", encoding="utf-8") as status:
+                fields = dict(line.rstrip("\n").split(":\t", 1) for line in status if ":\t" in line)
+        except OSError:
+            continue
+        if int(fields["PPid"]) in below:
+            below.add(number)
+            if fields["Name"] == name:
+                found = fields
+    return found
+
+
+def close_window():
+    """As a window manager asks for it."""
+    library = ctypes.CDLL("libX11.so.6")
+    library.XOpenDisplay.restype = ctypes.c_void_p
+    display = ctypes.c_void_p(library.XOpenDisplay(None))
+    atom = lambda name: library.XInternAtom(display, name, False)
+    window = int(subprocess.check_output(["xdotool", "search", "--onlyvisible", "--class", "Tweakbench"]).split()[0])
+    client_message = 33
+    event = (ctypes.c_long * 24)(client_message, 0, 0, 0, window, atom(b"WM_PROTOCOLS"), 32, atom(b"WM_DELETE_WINDOW"))
+    library.XSendEvent(display, ctypes.c_ulong(window), False, ctypes.c_long(0), event)
+    library.XFlush(display)
+
+
+def close_during_build(device, launcher):
+    """The application ends at once, and asks what it has started to end before."""
+    caught = int(process_below(launcher, "Tweakbench")["SigCgt"], 16)
+    for number in (signal.SIGPIPE, signal.SIGXFSZ):
+        assert caught >> (number - 1) & 1, f"{number} would end the application"
+    with open(f"{device}/var/Tweakyard/Projects/{PROJECT}/Makefile", "w", encoding="utf-8") as makefile:
+        makefile.write("package:\n\t@trap 'touch /var/tmp/asked; exit' TERM; touch /var/tmp/started; while :; do :; done\n")
+    use(BUTTON, "Make Package")
+    wait_for(lambda: os.path.exists(f"{device}/var/tmp/started"), "make does not start")
+    close_window()
+    # The launcher may be gone, but not waited for yet.
+    wait_for(lambda: not process_below(launcher, "Tweakbench"), "the application goes on")
+    assert os.path.exists(f"{device}/var/tmp/asked"), "the build was not asked to end"
 
 
 def main():

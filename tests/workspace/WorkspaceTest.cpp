@@ -200,24 +200,6 @@ TEST_F(Workspace, EveryExportIsExpandedAndNothingElseIsAssumedOfTheTemplate) {
   putFile(archive, shipped);
 }
 
-// Names go into the command lines as they are typed. What the shell makes of them is its business; the
-// process and the settings must come through, and what lies beside the projects must stay.
-TEST_F(Workspace, NastyNamesHurtNothing) {
-  const std::string tooLong(300, 'n');
-  putFile("/var/mobile/Documents/kept", "kept");
-  for (const char* name :
-       {"", "   ", "a'b", "a\"b", "$(touch${IFS}/var/mobile/x)", "`id`", "a;b", "a&&b", "a\nb", "a|b>c",
-        "../../mobile/Documents/P", "-rf", "*", "مشروع", tooLong.c_str()}) {
-    createProject(name);
-    ArraySetUp();
-    EXPECT_EQ(device::setting("Choose", "Choose"), withoutBlanks(name)) << name;
-    EXPECT_EQ(fileAt("/var/mobile/Documents/kept"), "kept") << name;
-  }
-  EXPECT_TRUE(fileExistsAtPath(device::projects + "مشروع/مشروع.plist"));
-  EXPECT_TRUE(fileExistsAtPath(device::projects + "control"))
-      << "an empty name unpacks into the Projects folder itself";
-}
-
 TEST(Languages, FollowTheSettingAndInAutomaticModeTheDevice) {
   const struct {
     const char* why;
