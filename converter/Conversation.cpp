@@ -22,7 +22,7 @@ constexpr std::string_view red = "\033[31m";
 constexpr std::string_view green = "\033[32m";
 constexpr std::string_view plain = "\033[0m";
 
-// Survives the loss of the blanks, so that the number of "7 Days" can be told from the name.
+// Separates number and name also without blanks, as in "1-7Days".
 constexpr char separator = '-';
 
 std::string joined(std::initializer_list<std::string_view> pieces) {
@@ -36,8 +36,7 @@ std::string joined(std::initializer_list<std::string_view> pieces) {
 std::string menuText(const std::vector<FlexPatch>& patches) {
   std::string text = joined({blue, banner, plain, "\n", "\n", plain, "The Flex patches on this device:\n"});
   for (std::size_t index = 0; index < patches.size(); ++index) {
-    // Nothing behind the name: it would become part of the key. No colour but the one, no more than two
-    // blanks.
+    // Nothing after the name, since it would become part of the key. This one colour and two blanks exactly.
     text += joined(
         {red, "  ", std::to_string(index), " ", {&separator, 1}, " ", menuName(patches[index].name), "\n"});
   }
@@ -66,14 +65,14 @@ std::optional<std::size_t> chosenPatch(std::string_view answer, const std::vecto
 
 namespace {
 
-// Whatever cannot be printed is not missed: who cares looks for the file.
+// Failed writes are ignored: callers look for the file.
 void print(std::FILE* out, const std::string& text) {
   std::fwrite(text.data(), 1, text.size(), out);
   std::fflush(out);
 }
 
-// The next line; empty at the end of the input, and for a line longer than any answer. There is one try only:
-// a program whose input is its own output would otherwise never be done with complaining.
+// The next line; empty at end of file and for lines longer than any answer. Reads once only: if its input is
+// its own output, it would complain for ever.
 std::string answerFrom(std::FILE* in) {
   std::array<char, 1024> line{};
   if (std::fgets(line.data(), static_cast<int>(line.size()), in) == nullptr) return {};

@@ -21,17 +21,16 @@ enum class Ending { Converted, Refused };
 // Refused: one line says why, and no file was written.
 Ending converse(const ConverterPlaces& places, std::FILE* in, std::FILE* out);
 
-// All up to the prompt, after which the answer is read. `patches` is not empty.
+// The text up to the prompt. `patches` must not be empty.
 std::string menuText(const std::vector<FlexPatch>& patches);
 
-// What follows the prompt when the answer means no patch.
+// The text after the prompt if the answer selects no patch.
 std::string complaintText(std::size_t patches);
 
-// All that is printed when there is nothing to choose from. The import screen shows `reason`, one line, as
-// the only entry, so it may hold only what menuName() leaves.
+// Printed instead of a menu if there is nothing to choose from. The import screen shows `reason` as the only
+// entry: one line of characters that menuName() keeps.
 std::string noMenuText(std::string_view reason);
 
-// The index of the patch that `answer` means: its number, alone or with the patch's name behind it as an
-// entry of the menu has it, blanks left out. A name that belongs to another number means none: the list has
-// changed since the menu was printed.
+// The index of the patch that `answer` selects by its number, alone or followed by the name as in the menu,
+// without blanks. Absent if the name belongs to another number, since the list has changed then.
 std::optional<std::size_t> chosenPatch(std::string_view answer, const std::vector<FlexPatch>& patches);

@@ -41,7 +41,7 @@ FlexPatch patchOf(const PropertyListValue& value) {
   return patch;
 }
 
-// XML as UTF-8 without a byte order mark, which is all that is read; anything else as it is.
+// XML converted to UTF-8 without a byte-order mark, since libplist reads no other; other bytes unchanged.
 std::string inUTF8(std::string_view bytes) {
   constexpr std::array<std::pair<std::string_view, const char*>, 4> starts{
       {{"\xFF\xFE", "UTF-16"}, {"\xFE\xFF", "UTF-16"}, {{"<\0", 2}, "UTF-16LE"}, {{"\0<", 2}, "UTF-16BE"}}};

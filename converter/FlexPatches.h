@@ -1,4 +1,4 @@
-// The Flex app's patches as they lie on the device (docs/flex-patches.md).
+// The list of Flex patches on the device (docs/flex-patches.md).
 #pragma once
 
 #include "core/PropertyList.h"
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-// What a patch does to one method. Nothing is checked yet: every text may be empty, as a missing one is.
+// What a patch does to one method. Not validated: any text may be empty, and is if the list lacks it.
 struct FlexUnit {
   std::string className;
   std::string signature;
@@ -23,7 +23,7 @@ struct FlexPatch {
   std::vector<FlexUnit> units;
 };
 
-// The patches in the property list `bytes`, which may be UTF-16, in its order. Absent when the bytes are no
-// such list. What is no dictionary among the patches is passed over; a unit that is none comes as an empty
-// unit, so that it is not lost silently.
+// The patches in the property list `bytes` (UTF-8, UTF-16 or binary), in its order. Absent if the bytes are
+// not such a list. Patches that are not dictionaries are skipped; a unit that is not one becomes an empty
+// unit, so that it is reported.
 std::optional<std::vector<FlexPatch>> flexPatches(std::string_view bytes);

@@ -32,7 +32,7 @@ constexpr std::string_view classes =
     "UIToolbar "
     "UITouch UIView UIViewController UIWindow CALayer";
 
-// Those of MacTypes.h and its like, which have no prefix.
+// Names of MacTypes.h and similar headers, without a prefix.
 constexpr std::string_view taken =
     "AbsoluteTime Boolean Byte ByteCount ByteOffset CharParameter Class CompTimeValue ConstLogicalAddress "
     "DebugStr Debugger "

@@ -18,7 +18,7 @@ struct Hook {
   std::string methods;
 };
 
-// What Logos or automatic reference counting make of methods by their names.
+// Method names with a meaning for Logos or automatic reference counting.
 enum class Family {
   None,
   Forbidden,  // the compiler lets nobody name them
@@ -40,7 +40,7 @@ Family familyOf(const MethodSignature& signature) {
   return Family::None;
 }
 
-// Which argument a key ("1" for the first) means.
+// The argument that a key names ("1" is the first).
 std::size_t argumentIndex(const std::string& key, const MethodSignature& signature) {
   std::size_t number = 0;
   const char* const last = key.data() + key.size();
@@ -51,8 +51,8 @@ std::size_t argumentIndex(const std::string& key, const MethodSignature& signatu
   return number - 1;
 }
 
-// The expression of `value`, by which `type` becomes known where it was not: an enumeration and a pointer are
-// handed over alike, whatever they are called.
+// The expression of `value`. An unknown `type` becomes known by it: all enumerations, and all pointers, are
+// passed alike.
 std::string expressionOf(const PropertyListValue& value, ValueType& type) {
   if (type.kind != ValueKind::Word && type.kind != ValueKind::Unknown) return valueExpression(value, type);
   const ValueKind kind = isNothing(value) ? ValueKind::Pointer : ValueKind::Integer;
@@ -102,14 +102,13 @@ std::string original(const MethodSignature& signature) {
   return signature.arguments.empty() ? "%orig" : "%orig(" + signature.argumentNames() + ")";
 }
 
-// An argument after one that is not known may be anywhere. Nothing is done with any of them, which void *
-// says.
+// After an argument of unknown type, the place of the others is unknown. None is used, so void * will do.
 void ignoreArguments(MethodSignature& signature) {
   const auto first = std::find_if_not(signature.arguments.begin(), signature.arguments.end(), isKnown);
   std::fill(first, signature.arguments.end(), ValueType{"void *", ValueKind::Pointer});
 }
 
-// Gives the types of `signature` that are not known what the values tell of them.
+// Derives the unknown types of `signature` from the values.
 std::string body(const FlexUnit& unit, MethodSignature& signature) {
   const bool givesNothing = signature.returned.kind == ValueKind::Void;
   std::string text;
@@ -140,7 +139,7 @@ class SourceWriter {
         add(unit);
         ++source_.hooked;
       } catch (const NotUnderstood& reason) {
-        // An empty class or method cannot be told from a missing one, and shows as such.
+        // An empty class or method is reported as missing.
         const std::string what = unit.className + " " + unit.signature + ": " + reason.what();
         skipped_ += "// Skipped: " + commentText(what) + ".\n";
         ++source_.skipped;
@@ -170,7 +169,7 @@ class SourceWriter {
     if (family == Family::Forbidden || (family == Family::Copying && !isObject))
       throw NotUnderstood("automatic reference counting does not let the method be hooked");
     Hook& hook = hookFor(unit.className);
-    // Logos names its functions like this.
+    // The prefix of the functions that Logos makes.
     const std::string identity =
         (signature.of == MethodSignature::Of::Class ? '+' : '-') + replaceAll(signature.selector(), ":", "$");
     if (!hook.identities.insert(identity).second) throw NotUnderstood("an earlier unit has set the method");
@@ -181,13 +180,13 @@ class SourceWriter {
     }
   }
 
-  // Identifiers, with dots between them where a class of Swift is named with its module.
+  // Identifiers, joined by dots for a Swift class with its module.
   static bool isClassName(std::string_view name) {
     const std::size_t dot = std::min(name.find('.'), name.size());
     return isIdentifier(name.substr(0, dot)) && (dot == name.size() || isClassName(name.substr(dot + 1)));
   }
 
-  // A class gets its hook with its first unit that is understood.
+  // The first convertible unit of a class opens its hook.
   Hook& hookFor(const std::string& className) {
     const auto isIt = [&className](const Hook& hook) { return hook.className == className; };
     const auto found = std::find_if(hooks_.begin(), hooks_.end(), isIt);

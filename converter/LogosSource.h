@@ -15,16 +15,17 @@ struct LogosSource {
   std::size_t skipped = 0;  // units that it does not do; it says in comments which and why
 };
 
-// One %hook for each class, the methods in the patch's order. A unit that is not understood is skipped whole.
+// One %hook for each class, the methods in the patch's order. Skips units that cannot be converted, with a
+// comment that says why.
 LogosSource logosSource(const FlexPatch& patch);
 
-// The expression that gives `value` as a `type`. Numbers, truth values and structures may also be texts, as
-// people write them; "nil", "Nil", "NULL", "null" or "(null)", and for pointers 0, stand for no object.
-// Throws NotUnderstood when the value does not fit the type.
+// `value` as an expression of `type`. Numbers, truth values and structures may also be texts, as people write
+// them; "nil", "Nil", "NULL", "null", "(null)" and, for pointers, 0 are nil. Throws NotUnderstood if the
+// value does not fit the type.
 std::string valueExpression(const PropertyListValue& value, const ValueType& type);
 
-// Whether `value` is one of the texts that stand for no object.
+// Whether `value` is one of the texts for nil.
 bool isNothing(const PropertyListValue& value);
 
-// What `value` means as an answer to a yes-or-no question; absent when it is none.
+// `value` as yes or no; absent if it is neither.
 std::optional<bool> truth(const PropertyListValue& value);

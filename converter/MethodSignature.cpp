@@ -4,7 +4,7 @@
 
 namespace {
 
-// Class dumps say in comments what a type really is: "id /* block */", "/*^block*/id".
+// Class dumps name the real type in comments: "id /* block */", "/*^block*/id".
 std::string withoutComments(std::string_view text) {
   std::string kept;
   while (true) {
@@ -20,7 +20,7 @@ std::string withoutComments(std::string_view text) {
   }
 }
 
-// Whether every argument has a name of its own. "a:(int)b:(int)c" has two meanings otherwise.
+// Whether every argument has its own name; otherwise "a:(int)b:(int)c" is ambiguous.
 enum class ArgumentNames { Given, Optional };
 
 class SignatureReader {
@@ -72,8 +72,8 @@ class SignatureReader {
     return true;
   }
 
-  // Reads an argument's own name, and into `piece` what stands before the next argument's colon, which may be
-  // nothing. False where no argument follows.
+  // Reads an argument's own name, and into `piece` the text before the next argument's colon, maybe empty.
+  // False if no argument follows.
   bool takeNextPiece(std::string& piece) {
     const std::string own = identifier();
     if (names_ == ArgumentNames::Given && own.empty()) giveUp();
@@ -87,7 +87,7 @@ class SignatureReader {
     return false;
   }
 
-  // Empty when there is none here.
+  // Empty if there is none here.
   std::string identifier() {
     skipBlanks();
     const std::size_t start = at_;

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-// The message is a clause that says why, for a comment in the source that is written.
+// Thrown when a unit cannot be converted. The message is a clause that says why, for a comment in the source.
 class NotUnderstood : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -14,29 +14,28 @@ class NotUnderstood : public std::runtime_error {
 
 namespace known {
 
-// Whether `name` is one of `names`, which single blanks separate.
+// Whether `name` is one of `names`, a list separated by single blanks.
 bool isAmong(std::string_view names, std::string_view name);
 
-// Words within a type that change nothing for a call.
+// Words within a type that do not affect a call.
 bool isQualifier(std::string_view name);
 
 // Classes of Foundation and UIKit that source can name without declaring them.
 bool isClass(std::string_view name);
 
-// Whether the headers may use `name` for something that is no class: a type, a function, a macro. Knows the
-// older names one by one and those of the frameworks by their prefixes, so it also says so of many a class.
+// Whether the headers may use `name` for a type, a function or a macro. Knows the older names one by one and
+// the frameworks' names by prefix, so it is also true of many classes.
 bool isTaken(std::string_view name);
 
-// Macros that a piece of a selector may be called like, and that the source must therefore do without.
+// Macros that may share their name with a piece of a selector: the source undefines them.
 bool isMacro(std::string_view name);
 
-// Words that no piece of a selector can be called: the compiler takes them for something else wherever they
-// are, or the source needs the macro.
+// Names that a piece of a selector cannot have: the compiler reserves them, or the source needs the macro.
 bool isReserved(std::string_view name);
 
 }  // namespace known
 
-// What values a type takes.
+// The kinds of values that a type takes.
 enum class ValueKind {
   Void,
   Boolean,

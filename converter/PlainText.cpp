@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t longestMenuName = 120;  // bytes; a file name holds 255
 constexpr std::size_t longestComment = 300;   // bytes
 
-// Splits the first character off `rest`, which is not empty.
+// Removes and returns the first character of `rest`, which must not be empty.
 std::string_view takeCharacter(std::string_view& rest) {
   std::size_t length = 1;
   while (length < rest.size() && !startsCharacter(rest[length])) ++length;
@@ -33,8 +33,8 @@ struct Range {
   char32_t last;
 };
 
-// What is not seen or breaks lines: controls, blanks of unusual widths, separators, marks of direction,
-// fillers. The two joiners (U+200C, U+200D) stay, being part of words and of pictures.
+// Invisible or line-breaking characters: controls, unusual blanks, separators, direction marks, fillers. The
+// joiners U+200C and U+200D are not among them, since words and emoji need them.
 constexpr std::array<Range, 14> unseen{{
     {0x00, 0x1F},
     {0x7F, 0xA0},
@@ -71,13 +71,13 @@ bool mayStandInMenu(char32_t point) {
   return isLetterOrDigit(point) || isOneOf(point, "-_.,+");
 }
 
-// A question mark may be half of a trigraph, and thus a backslash.
+// A question mark may be part of a trigraph for a backslash.
 bool mayStandInComment(char32_t point) {
   return isSeen(point) && !isOneOf(point, "\\%?\"/");
 }
 
-// `text` with whatever may not stand, and each run of blanks, as one blank; none at the ends; cut off after
-// `longest` bytes, between two characters.
+// `text` with each run of blanks and unwanted characters as one blank, none at the ends, cut after at most
+// `longest` bytes between two characters.
 std::string onlyWhat(bool (*mayStand)(char32_t), std::string_view text, std::size_t longest) {
   std::string kept;
   bool blankBefore = false;
@@ -96,7 +96,7 @@ std::string onlyWhat(bool (*mayStand)(char32_t), std::string_view text, std::siz
   return kept;
 }
 
-// Octal, since it ends after three digits whatever follows.
+// Octal, since such an escape ends after three digits, whatever follows.
 void appendEscaped(std::string& literal, std::string_view bytes) {
   for (const char byte : bytes) {
     const auto value = static_cast<unsigned char>(byte);
@@ -114,8 +114,8 @@ std::string_view trimmed(std::string_view text, std::string_view unwanted) {
 }
 
 std::string menuName(std::string_view name) {
-  // The import takes this word out of the menu wherever it stands, but not with a blank in it; of the key the
-  // blank goes again.
+  // The import removes this word from the menu, but not if it has a blank inside; the key loses the blank
+  // again.
   const std::string kept =
       replaceAll(onlyWhat(mayStandInMenu, name, longestMenuName), "PleaseININN", "Please ININN");
   return kept.empty() ? "Unnamed" : kept;
@@ -130,8 +130,7 @@ std::string stringLiteral(std::string_view text) {
   while (!text.empty()) {
     const std::string_view character = takeCharacter(text);
     const char32_t point = codePoint(character);
-    // Logos looks for its directives and for the closing quote itself, and is not to be led astray by "%end"
-    // or by a backslash before a quote.
+    // Logos itself looks for directives and closing quotes: no "%end" and no backslash before a quote.
     const bool stands = isSeen(point) && !isOneOf(point, "\\\"%?");
     if (stands) {
       literal += character;

@@ -19,7 +19,7 @@ struct Whole {
 using Number = std::variant<bool, Whole, double>;
 using MaybeWritten = std::optional<std::string>;
 
-// As people write a number in source or elsewhere: "(BOOL)1", "@(5);", "٥", "return NO;".
+// Numbers as people write them: "(BOOL)1", "@(5);", "٥", "return NO;".
 std::string plainNumber(std::string text) {
   constexpr std::array<std::pair<std::string_view, std::string_view>, 14> westerns{{{"٠", "0"},
                                                                                     {"١", "1"},
@@ -92,7 +92,7 @@ std::optional<Number> numberOf(const PropertyListValue& value) {
   return value.text() == nullptr ? std::nullopt : numberOf(*value.text());
 }
 
-// Reals too where they are whole numbers.
+// Also reals that are whole numbers.
 std::optional<Whole> whole(const Number& number) {
   if (const auto* const whole = std::get_if<Whole>(&number)) return *whole;
   if (const bool* const answer = std::get_if<bool>(&number)) return Whole{*answer ? 1U : 0U, Sign::Unsigned};
@@ -108,7 +108,7 @@ double real(const Number& number) {
                                      : static_cast<double>(amount.magnitude);
 }
 
-// Absent when the number does not fit.
+// Absent if the number does not fit.
 MaybeWritten wholeExpression(const Whole& number, unsigned bits, Sign sign) {
   const std::uint64_t largest =
       sign == Sign::Unsigned ? UINT64_MAX >> (64 - bits) : (std::uint64_t{1} << (bits - 1)) - 1;
@@ -117,7 +117,7 @@ MaybeWritten wholeExpression(const Whole& number, unsigned bits, Sign sign) {
     return std::to_string(number.magnitude) + (number.magnitude > INT64_MAX ? "ULL" : "");
   }
   if (sign == Sign::Unsigned || number.magnitude > largest + 1) return std::nullopt;
-  // The smallest number has no literal of its own: the minus sign is applied to one that would be too large.
+  // The smallest number has no literal: the digits after the minus sign would be too large.
   if (number.magnitude > INT64_MAX) return "(-9223372036854775807LL - 1)";
   return "-" + std::to_string(number.magnitude);
 }
@@ -203,7 +203,7 @@ MaybeWritten structureExpression(std::string text, const std::string& name) {
 }
 
 MaybeWritten textExpression(const std::string& text) {
-  // Theos takes warnings for errors, and the compiler warns of a zero within a literal.
+  // The compiler warns of a NUL in a literal, and Theos treats warnings as errors.
   return text.find('\0') == std::string::npos ? std::optional(stringLiteral(text)) : std::nullopt;
 }
 

@@ -17,7 +17,7 @@ struct NamedTypes {
   std::string_view written = {};  // empty: by their names
 };
 
-// Sizes are those of a 64-bit phone.
+// Sizes on a 64-bit phone.
 constexpr std::array<NamedTypes, 33> namedTypes{{
     {"void IBAction", ValueKind::Void, 0, Sign::Signed, "void"},
     {"BOOL bool _Bool", ValueKind::Boolean, 8, Sign::Signed, "BOOL"},
@@ -85,7 +85,7 @@ std::optional<ValueType> namedType(const std::string& name) {
   return {};
 }
 
-// Without what is between angle brackets (protocols, type arguments) and braces (the members of a structure).
+// Without angle brackets (protocols, type arguments) and braces (members of a structure) and their contents.
 std::string withoutInsides(std::string_view text) {
   std::string kept;
   int depth = 0;
@@ -118,7 +118,7 @@ Pieces piecesOf(std::string_view text) {
       at = end;
       continue;
     }
-    // References and arrays are handed over as pointers.
+    // References and arrays are passed as pointers.
     if (text[at] == '*' || text[at] == '&' || text[at] == '[') ++pieces.stars;
     if (text[at] == '[')
       at = std::min(text.find(']', at), text.size() - 1);
@@ -129,7 +129,7 @@ Pieces piecesOf(std::string_view text) {
   return pieces;
 }
 
-// char, short, int and long in their combinations; absent when the words are something else.
+// char, short, int and long in their combinations; absent for other words.
 std::optional<ValueType> basicType(const Words& words) {
   const auto count = [&words](std::string_view word) { return std::count(words.begin(), words.end(), word); };
   const auto chars = count("char");
@@ -158,7 +158,7 @@ std::optional<ValueType> scalar(const Words& words) {
   return basicType(words);
 }
 
-// Whether `name` is a framework's whose types are classes, enumerations, and the structures and reals above.
+// Whether `name` is of a framework whose types are classes, enumerations, and the structures and reals above.
 bool isOfCocoa(std::string_view name) {
   return name.size() > 2 && (name.starts_with("NS") || name.starts_with("UI") || name.starts_with("CA")) &&
          name[2] >= 'A' && name[2] <= 'Z';
@@ -179,8 +179,7 @@ ValueType pointer(const Pieces& pieces) {
   const auto pointee = scalar(pieces.words);
   if (pieces.stars == 1 && pointee && isScalar(pointee->kind) && pointee->written.back() != '*')
     return {(pieces.isConstant ? "const " : "") + pointee->written + " *", ValueKind::Pointer};
-  // A structure that is not declared would be one of the method's own; an object behind two pointers has an
-  // owner.
+  // An undeclared structure would be local to the method; an object behind two pointers has an owner.
   const bool isObject = pieces.stars == 1 && !pointee && pieces.words.size() == 1 && pieces.isUnderstood &&
                         (!known::isTaken(pieces.words.front()) || pieces.words.front() == "Protocol" ||
                          isOfCocoa(pieces.words.front()));

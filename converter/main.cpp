@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #ifdef __SANITIZE_ADDRESS__
-// Commands in the device run without ptrace, which the search for leaks needs; its complaint would end up in
-// the menu.
+// LeakSanitizer needs ptrace, which commands in the device do not have; its complaint would get into the
+// menu.
 extern "C" const char* __asan_default_options() {
   return "detect_leaks=0";
 }
