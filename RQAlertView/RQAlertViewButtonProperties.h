@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/ApplicationStyle.h"
-#include "platform/UITextTraits.h"
 
 #include <functional>
 #include <optional>

@@ -130,7 +130,6 @@ RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dia
   if (dialog_->innerView) dialog_->innerView->setParent(parts_);
   if (dialog_->type == RQAlertViewType::ActivityIndicator) {
     indicator_ = new UIActivityIndicatorView(dialog_->appearance.activityIndicatorViewStyle, parts_);
-    indicator_->startAnimating();
     progressLabel_ = new RQAlertViewLabel(parts_);
   } else if (dialog_->type == RQAlertViewType::ProgressView) {
     progressBar_ = new ProgressBar(dialog_->appearance, parts_);

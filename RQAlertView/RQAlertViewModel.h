@@ -4,7 +4,7 @@
 #include "RQAlertView/RQAlertViewButtonProperties.h"
 #include "RQAlertView/RQAlertViewCell.h"
 #include "platform/UIActivityIndicatorView.h"
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,7 @@
 #include "RQAlertView/RQAlertViewText.h"
 
+#include "core/Text.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>

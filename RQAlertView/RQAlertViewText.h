@@ -1,7 +1,7 @@
 // Texts of a dialog: what is drawn for a text from outside, broken into lines.
 #pragma once
 
-#include "platform/UITextTraits.h"
+#include "platform/ApplicationStyle.h"
 
 #include <memory>
 #include <optional>

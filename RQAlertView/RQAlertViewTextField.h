@@ -1,7 +1,7 @@
 // A one-line input field of a dialog.
 #pragma once
 
-#include "platform/UITextTraits.h"
+#include "platform/ApplicationStyle.h"
 
 #include <cstddef>
 #include <functional>

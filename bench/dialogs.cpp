@@ -5,7 +5,6 @@
 #include "bench/SideBySide.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

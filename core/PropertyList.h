@@ -31,15 +31,13 @@ struct PropertyListRelease {
 };
 using PropertyListNode = std::unique_ptr<void, PropertyListRelease>;
 
-// Reads XML or binary. None when `bytes` are no property list, or too large or too deep for one
-// (PropertyListBounds.h).
+// Reads XML or binary. None when `bytes` are no property list, or beyond the bounds above.
 PropertyListNode parsedPropertyList(std::string_view bytes);
 
 // A dictionary read from a file, XML or binary. Move-only; one thread at a time.
 class PropertyList {
  public:
-  // Absent when the file is missing, no property list, no dictionary, or too large or too deep to be a
-  // settings file (PropertyListBounds.h).
+  // Absent when the file is missing, no property list, no dictionary, or beyond the bounds above.
   static std::optional<PropertyList> initWithContentsOfFile(const std::string& path);
 
   // Absent when there is no such key or its value is no valid UTF-8 string.
@@ -86,6 +84,6 @@ struct PropertyListValue {
   const PropertyListValue* find(std::string_view key) const;
 };
 
-// Absent when `bytes`, XML or binary, are no property list, or too large or too deep (PropertyListBounds.h).
+// Absent when `bytes`, XML or binary, are no property list, or beyond the bounds above.
 // Keys that are not valid UTF-8 are dropped with their values.
 std::optional<PropertyListValue> propertyListTree(std::string_view bytes);

@@ -45,3 +45,15 @@ std::string lastPathComponent(std::string_view path);
 
 // What stands after the last dot of the last component, empty where it has none.
 std::string pathExtension(std::string_view path);
+
+// A UTF-16 unit by which a name could break its line, steer the reading direction, or look like another name,
+// as it is shown: a control picture, else U+FFFD. Every other unit as it is.
+constexpr char16_t visibleForm(char16_t unit) {
+  if (unit < 0x20) return static_cast<char16_t>(0x2400 + unit);
+  if (unit == 0x7F) return 0x2421;
+  const bool control = unit >= 0x80 && unit <= 0x9F;
+  const bool separator = unit == 0x2028 || unit == 0x2029;
+  const bool mark = unit == 0x061C || unit == 0x200E || unit == 0x200F ||
+                    (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+  return control || separator || mark ? 0xFFFD : unit;
+}

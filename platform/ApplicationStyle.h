@@ -1,4 +1,4 @@
-// Colours, fonts and the look of the controls whose drawing is left to the style.
+// Colours, fonts, how texts are set, and the look of the controls whose drawing is left to the style.
 #pragma once
 
 #include <QColor>
@@ -17,6 +17,26 @@ QFont systemFontOfSize(double size);
 QFont boldSystemFontOfSize(double size);
 // The desktop's font for code, in the same way.
 QFont fixedPitchFontOfSize(double size);
+
+// In the values of the platform.
+enum class NSTextAlignment { Left = 0, Center = 1, Right = 2, Justified = 3, Natural = 4 };
+
+enum class NSLineBreakMode {
+  ByWordWrapping = 0,
+  ByCharWrapping = 1,
+  ByClipping = 2,
+  ByTruncatingHead = 3,
+  ByTruncatingTail = 4,
+  ByTruncatingMiddle = 5
+};
+
+enum class UITextFieldViewMode { Never = 0, WhileEditing = 1, UnlessEditing = 2, Always = 3 };
+
+enum class UIKeyboardAppearance { Default = 0, Dark = 1, Light = 2 };
+
+enum class UIScrollViewIndicatorStyle { Default = 0, Black = 1, White = 2 };
+
+enum class UIBlurEffectStyle { ExtraLight = 0, Light = 1, Dark = 2 };
 
 // Fusion, with scroll bars that are only a thumb: nothing at their ends, and no ground of their own.
 class ApplicationStyle : public QProxyStyle {

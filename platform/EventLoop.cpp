@@ -25,7 +25,7 @@ namespace handover {
 
 #if defined(__SANITIZE_THREAD__)
 inline char between;
-// What this thread did so far is done before what another does after taken().
+// What this thread has done is visible to another after its taken().
 inline void given() {
   __tsan_release(&between);
 }
@@ -87,7 +87,7 @@ void runOnWorker(std::function<void()> job, QThread::Priority priority) {
     handover::given();
   }));
   worker->start(priority);
-  // A refused thread is told by nothing but this: no signal comes, and no exception.
+  // The only sign of a refused thread: neither a signal nor an exception comes.
   if (worker->isRunning() || worker->isFinished()) {
     const std::lock_guard lock(workersMutex);
     std::erase_if(workers(), [](const auto& thread) { return thread->isFinished() && thread->wait(); });
@@ -108,10 +108,7 @@ dispatch_queue_t dispatch_get_main_queue() {
 dispatch_queue_t dispatch_get_global_queue(long priority, unsigned long /*flags*/) {
   static const DispatchQueue high{DispatchQueue::Kind::Global, QThread::HighPriority};
   static const DispatchQueue usual{DispatchQueue::Kind::Global, QThread::NormalPriority};
-  static const DispatchQueue low{DispatchQueue::Kind::Global, QThread::LowPriority};
-  if (priority == DISPATCH_QUEUE_PRIORITY_HIGH) return &high;
-  if (priority == DISPATCH_QUEUE_PRIORITY_LOW) return &low;
-  return &usual;
+  return priority == DISPATCH_QUEUE_PRIORITY_HIGH ? &high : &usual;
 }
 
 void dispatch_async(dispatch_queue_t queue, std::function<void()> job) {
@@ -188,8 +185,8 @@ std::vector<std::shared_ptr<void>>& pool() {
 void autorelease(std::shared_ptr<void> object) {
   if (!object || !QCoreApplication::instance()) return;
   pool().push_back(std::move(object));
-  // The event holds no object: an application that ends with events left over drops them under a lock that
-  // the objects would need for going away.
+  // The event itself holds no object: an application drops the events left at its end under a lock that the
+  // objects would need to be destroyed.
   QMetaObject::invokeMethod(QCoreApplication::instance(), drainAutoreleasePool, Qt::QueuedConnection);
 }
 

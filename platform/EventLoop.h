@@ -29,13 +29,12 @@ auto atEventBoundary(Callable callable) {
 
 inline constexpr long DISPATCH_QUEUE_PRIORITY_HIGH = 2;
 inline constexpr long DISPATCH_QUEUE_PRIORITY_DEFAULT = 0;
-inline constexpr long DISPATCH_QUEUE_PRIORITY_LOW = -2;
 
 class DispatchQueue;  // compared by address only, never owned
 using dispatch_queue_t = const DispatchQueue*;
 
 dispatch_queue_t dispatch_get_main_queue();
-// A concurrent queue: its jobs run beside one another. `flags` is always 0. An unknown priority counts as the
+// A concurrent queue: its jobs run beside one another. `flags` is always 0. Every other priority counts as the
 // default one.
 dispatch_queue_t dispatch_get_global_queue(long priority, unsigned long flags);
 

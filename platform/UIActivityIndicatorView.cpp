@@ -1,6 +1,6 @@
 #include "platform/UIActivityIndicatorView.h"
 
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 
 #include <QPainter>
 
@@ -22,16 +22,6 @@ UIActivityIndicatorView::UIActivityIndicatorView(UIActivityIndicatorViewStyle st
     step_ = (step_ + 1) % spokes;
     update();
   });
-}
-
-void UIActivityIndicatorView::startAnimating() {
-  animating_ = true;
-  updateTimer();
-}
-
-void UIActivityIndicatorView::stopAnimating() {
-  animating_ = false;
-  updateTimer();
 }
 
 void UIActivityIndicatorView::setColor(const QColor& color) {
@@ -77,16 +67,10 @@ void UIActivityIndicatorView::paintEvent(QPaintEvent*) {
 
 void UIActivityIndicatorView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  updateTimer();
+  if (motionEnabled()) timer_.start();
 }
 
 void UIActivityIndicatorView::hideEvent(QHideEvent* event) {
   QWidget::hideEvent(event);
-  updateTimer();
-}
-
-void UIActivityIndicatorView::updateTimer() {
-  const bool runs = animating_ && isVisible() && motionEnabled();
-  if (runs && !timer_.isActive()) timer_.start();
-  if (!runs) timer_.stop();
+  timer_.stop();
 }

@@ -1,4 +1,4 @@
-// The spinning wheel that says: something is going on, for an unknown time.
+// The spinning wheel for work of unknown length.
 #pragma once
 
 #include <QColor>
@@ -7,7 +7,7 @@
 
 enum class UIActivityIndicatorViewStyle { WhiteLarge = 0, White = 1, Gray = 2 };
 
-// The timer runs only while the wheel spins, is visible, and motion is on.
+// It spins while it is visible and motion is on.
 class UIActivityIndicatorView : public QWidget {
   Q_OBJECT
 
@@ -16,10 +16,7 @@ class UIActivityIndicatorView : public QWidget {
       UIActivityIndicatorViewStyle style = UIActivityIndicatorViewStyle::WhiteLarge,
       QWidget* parent = nullptr);
 
-  void startAnimating();
-  void stopAnimating();
-  bool isAnimating() const { return animating_; }
-  // Whether the timer runs.
+  // Whether the timer of the wheel runs.
   bool isTicking() const { return timer_.isActive(); }
 
   // An invalid colour means the style's own.
@@ -35,11 +32,8 @@ class UIActivityIndicatorView : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  void updateTimer();
-
   UIActivityIndicatorViewStyle style_;
   QColor color_;
-  bool animating_ = false;
   int step_ = 0;
   QTimer timer_;
 };

@@ -136,7 +136,7 @@ void UIApplication::setKeyWindow(UIWindow* window) {
     if (window) window->restoreFocus();
     return;
   }
-  if (before) before->resignKey();
+  if (before) before->rememberFocus();
   keyWindow_ = window;
   if (!window) {
     // What is out of sight takes no keys.

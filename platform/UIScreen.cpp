@@ -1,10 +1,12 @@
 #include "platform/UIScreen.h"
 
+#include "core/LauncherContract.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -18,8 +20,9 @@ namespace {
 // Logical pixels: a common phone's screen to start with, the smallest one as the limit.
 constexpr QSize firstSize{390, 844};
 constexpr QSize smallestSize{320, 480};
+constexpr int shortestPadSide = 744;
 
-// A plain widget would be a mere filler, and what is a window to a screen reader decides whether it follows.
+// To a screen reader a plain widget is only a filler; it follows windows.
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
   if (className != QLatin1String("UIScreen")) return nullptr;
   return new QAccessibleWidget(static_cast<UIScreen*>(object), QAccessible::Window);
@@ -60,7 +63,6 @@ UIScreen::~UIScreen() {
 void UIScreen::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   for (UIWindow* window : windows_) window->setGeometry(rect());
-  emit boundsChanged(rect());
 }
 
 void UIScreen::closeEvent(QCloseEvent* event) {
@@ -90,4 +92,33 @@ void UIScreen::bringToFront(UIWindow* window) {
   });
   windows_.insert(place, window);
   for (UIWindow* each : windows_) each->raise();
+}
+
+UIDevice& UIDevice::currentDevice() {
+  static UIDevice device;
+  return device;
+}
+
+UIUserInterfaceIdiom UIDevice::userInterfaceIdiom() const {
+  const QSize size = UIScreen::mainScreen()->size();
+  return std::min(size.width(), size.height()) >= shortestPadSide ? UIUserInterfaceIdiom::Pad
+                                                                  : UIUserInterfaceIdiom::Phone;
+}
+
+namespace {
+
+std::optional<bool>& chosenMotion() {
+  static std::optional<bool> chosen;
+  return chosen;
+}
+
+}  // namespace
+
+bool motionEnabled() {
+  // The device cannot see the desktop's settings; the launcher has looked.
+  return chosenMotion().value_or(!qEnvironmentVariableIsSet(reducedMotionVariable));
+}
+
+void setMotionEnabled(bool enabled) {
+  chosenMotion() = enabled;
 }

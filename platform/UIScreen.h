@@ -1,4 +1,5 @@
-// The screen: the one top-level window, in which the application's windows lie one above the other.
+// The screen: the one top-level window, which contains the application's windows one above the other; the
+// kind of device that it stands for; and whether anything on it moves.
 #pragma once
 
 #include <vector>
@@ -15,19 +16,13 @@ class UIScreen : public QWidget {
   static UIScreen* mainScreen();
   ~UIScreen() override;
 
-  // Logical pixels, the corner at (0, 0).
-  QRect bounds() const { return rect(); }
-
   // From the lowest to the topmost: by level, then by the order in which they came to the front. Hidden ones
   // are included.
   const std::vector<UIWindow*>& windows() const { return windows_; }
 
- signals:
-  void boundsChanged(const QRect& bounds);
-
  protected:
   void resizeEvent(QResizeEvent* event) override;
-  // Closes unless the controller on top of one of the windows has something against it.
+  // Closes unless the top controller of one of the windows vetoes it.
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -42,3 +37,27 @@ class UIScreen : public QWidget {
 
   std::vector<UIWindow*> windows_;
 };
+
+enum class UIUserInterfaceIdiom { Phone = 0, Pad = 1 };
+
+class UIDevice {
+ public:
+  static UIDevice& currentDevice();
+
+  // A pad if the screen's shorter side is as long as the smallest pad's, else a phone. Follows the screen as
+  // it is resized.
+  UIUserInterfaceIdiom userInterfaceIdiom() const;
+
+  double systemVersion() const { return systemVersion_; }
+  void setSystemVersion(double version) { systemVersion_ = version; }
+
+ private:
+  UIDevice() = default;
+
+  double systemVersion_ = 14.0;
+};
+
+// True until switched off, unless the desktop asks for reduced motion. With motion off everything that would
+// be animated takes its final state at once, with the same reports in the same order. Main thread.
+bool motionEnabled();
+void setMotionEnabled(bool enabled);

@@ -2,7 +2,7 @@
 
 #include "core/Process.h"
 #include "platform/EventLoop.h"
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 
 #include <utility>

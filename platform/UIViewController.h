@@ -81,7 +81,6 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
   void dismissViewControllerAnimated(bool animated, std::function<void()> completion = {});
 
   std::shared_ptr<UIViewController> presentedViewController() const { return presented_; }
-  std::shared_ptr<UIViewController> presentingViewController() const { return presenting_.lock(); }
 
   virtual bool shouldAutorotate() const { return true; }
   virtual UIInterfaceOrientationMask supportedInterfaceOrientations() const;

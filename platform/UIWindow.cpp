@@ -163,11 +163,6 @@ void UIWindow::becomeKey() {
   post(UIWindowDidBecomeKeyNotification, this);
 }
 
-void UIWindow::resignKey() {
-  rememberFocus();
-  post(UIWindowDidResignKeyNotification, this);
-}
-
 void UIWindow::rememberFocus() {
   QWidget* focused = window()->focusWidget();
   // A widget counts as its own ancestor.

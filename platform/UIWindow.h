@@ -16,7 +16,6 @@ inline const QString UIWindowDidBecomeVisibleNotification =
 inline const QString UIWindowDidBecomeHiddenNotification =
     QStringLiteral("UIWindowDidBecomeHiddenNotification");
 inline const QString UIWindowDidBecomeKeyNotification = QStringLiteral("UIWindowDidBecomeKeyNotification");
-inline const QString UIWindowDidResignKeyNotification = QStringLiteral("UIWindowDidResignKeyNotification");
 
 inline constexpr double UIWindowLevelNormal = 0;
 inline constexpr double UIWindowLevelStatusBar = 1000;
@@ -68,7 +67,6 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   friend class UIViewController;
 
   void becomeKey();
-  void resignKey();
   void rememberFocus();
   void restoreFocus();
 

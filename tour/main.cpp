@@ -6,7 +6,6 @@
 #include "core/Text.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "tour/Finger.h"
 #include "tour/Tour.h"

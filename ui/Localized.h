@@ -3,7 +3,6 @@
 
 #include "core/Languages.h"
 #include "core/Text.h"
-#include "platform/UITextTraits.h"
 
 #include <string>
 

@@ -9,7 +9,6 @@
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

@@ -2,7 +2,6 @@
 #include "RQAlertView/RQAlertView.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"

@@ -1,6 +1,6 @@
 // In a program of its own, since nothing may have chosen for or against motion before.
 #include "core/LauncherContract.h"
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 
 #include <QByteArray>
 #include <gtest/gtest.h>

@@ -44,7 +44,7 @@ TEST(Queues, RunMainJobsInOrderAndNeverBeforeTheCallReturns) {
 
 TEST(Queues, LogWhatAJobThrowsAndGoOn) {
   systemlog::take();
-  dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_LOW, 0),
+  dispatch_async(dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0),
                  [] { throw std::runtime_error("worker failed"); });
   dispatch_wait_for_global_queues();
   EXPECT_THAT(systemlog::take(), ElementsAre(HasSubstr("worker failed")));

@@ -1,6 +1,5 @@
 // Runs the tests of widgets with one application object, off screen, without motion.
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 
 #include <gtest/gtest.h>

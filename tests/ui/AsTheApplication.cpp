@@ -5,7 +5,6 @@
 #include "core/run_cmd.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "support/TemporaryFolder.h"
 #include "tour/Finger.h"

@@ -2,7 +2,6 @@
 // process ends in order, and so does everything that it started.
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
 #include "platform/UIScreen.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"

@@ -1,6 +1,6 @@
 // Every action without a mouse.
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 #include "tests/ui/Screens.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"

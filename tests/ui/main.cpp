@@ -1,6 +1,6 @@
 // Runs the tests of the screens with one application object, off screen, without motion.
 #include "platform/UIApplication.h"
-#include "platform/UIDevice.h"
+#include "platform/UIScreen.h"
 #include "tour/Finger.h"
 
 #include <gtest/gtest.h>
