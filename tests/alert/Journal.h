@@ -7,17 +7,30 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
-
-#include <QObject>
 
 class Journal {
  public:
   // All handlers, a delegate with every method, and all notifications.
   explicit Journal(RQAlertView& dialog) {
-    listen(dialog);
-    setHandlers(dialog);
-    setDelegate();
+    listen(dialog, "WillShow", &RQAlertView::setWillShowHandler, delegate->alertViewWillShow);
+    listen(dialog, "ShowAnimations", &RQAlertView::setShowAnimationsBlock,
+           delegate->showAnimationsForAlertView);
+    listen(dialog, "DidShow", &RQAlertView::setDidShowHandler, delegate->alertViewDidShow);
+    listen(dialog, "Action", &RQAlertView::setActionHandler, delegate->alertViewClickedButtonAtIndex);
+    listen(dialog, "Cancel", &RQAlertView::setCancelHandler, delegate->alertViewCancelled);
+    listen(dialog, "Destructive", &RQAlertView::setDestructiveHandler, delegate->alertViewDestructed);
+    listen(dialog, "WillDismiss", &RQAlertView::setWillDismissHandler, delegate->alertViewWillDismiss);
+    listen(dialog, "DismissAnimations", &RQAlertView::setDismissAnimationsBlock,
+           delegate->dismissAnimationsForAlertView);
+    listen(dialog, "DidDismiss", &RQAlertView::setDidDismissHandler, delegate->alertViewDidDismiss);
+    listen(dialog, "DidDismissAfterAction", &RQAlertView::setDidDismissAfterActionHandler,
+           delegate->alertViewDidDismissAfterClickedButtonAtIndex);
+    listen(dialog, "DidDismissAfterCancel", &RQAlertView::setDidDismissAfterCancelHandler,
+           delegate->alertViewDidDismissAfterCancelled);
+    listen(dialog, "DidDismissAfterDestructive", &RQAlertView::setDidDismissAfterDestructiveHandler,
+           delegate->alertViewDidDismissAfterDestructed);
     dialog.setDelegate(delegate);
   }
 
@@ -33,64 +46,26 @@ class Journal {
   std::shared_ptr<RQAlertViewDelegate> delegate = std::make_shared<RQAlertViewDelegate>();
 
  private:
-  void setHandlers(RQAlertView& dialog) {
-    dialog.setActionHandler(action("handler action"));
-    dialog.setCancelHandler(plain("handler cancel"));
-    dialog.setDestructiveHandler(plain("handler destructive"));
-    dialog.setWillShowHandler(plain("handler willShow"));
-    dialog.setDidShowHandler(plain("handler didShow"));
-    dialog.setWillDismissHandler(plain("handler willDismiss"));
-    dialog.setDidDismissHandler(plain("handler didDismiss"));
-    dialog.setDidDismissAfterActionHandler(action("handler afterAction"));
-    dialog.setDidDismissAfterCancelHandler(plain("handler afterCancel"));
-    dialog.setDidDismissAfterDestructiveHandler(plain("handler afterDestructive"));
-    dialog.setShowAnimationsBlock(animations("block show"));
-    dialog.setDismissAnimationsBlock(animations("block dismiss"));
-  }
-
-  void setDelegate() {
-    delegate->alertViewWillShow = plain("delegate willShow");
-    delegate->alertViewDidShow = plain("delegate didShow");
-    delegate->alertViewWillDismiss = plain("delegate willDismiss");
-    delegate->alertViewDidDismiss = plain("delegate didDismiss");
-    delegate->alertViewClickedButtonAtIndex = action("delegate action");
-    delegate->alertViewCancelled = plain("delegate cancel");
-    delegate->alertViewDestructed = plain("delegate destructive");
-    delegate->alertViewDidDismissAfterClickedButtonAtIndex = action("delegate afterAction");
-    delegate->alertViewDidDismissAfterCancelled = plain("delegate afterCancel");
-    delegate->alertViewDidDismissAfterDestructed = plain("delegate afterDestructive");
-    delegate->showAnimationsForAlertView = animations("delegate show");
-    delegate->dismissAnimationsForAlertView = animations("delegate dismiss");
-  }
-
-  void listen(RQAlertView& dialog) {
-    for (const char* name : {"WillShow", "ShowAnimations", "DidShow", "Action", "Cancel", "Destructive",
-                             "WillDismiss", "DismissAnimations", "DidDismiss", "DidDismissAfterAction",
-                             "DidDismissAfterCancel", "DidDismissAfterDestructive"}) {
-      const QString whole = QString("RQAlertView%1Notification").arg(QLatin1String(name));
-      NSNotificationCenter::defaultCenter().addObserver(
-          &observer_, whole, &dialog, [this, name](const NSNotification& notification) {
-            std::string line = std::string("posted ") + name;
-            for (const auto& [key, value] : notification.userInfo.asKeyValueRange()) {
-              line += " " + key.toStdString() + "=" + value.toString().toStdString();
-            }
-            note(line);
-          });
-    }
-  }
-
-  RQAlertViewHandler plain(const std::string& line) {
-    return [this, line](RQAlertView&) { note(line); };
-  }
-  RQAlertViewActionHandler action(const std::string& line) {
-    return [this, line](RQAlertView&, std::size_t index, const QString& title) {
-      note(line + " " + std::to_string(index) + " " + title.toStdString());
+  template <typename Handler>
+  void listen(RQAlertView& dialog, const std::string& name, void (RQAlertView::*setHandler)(Handler),
+              Handler& method) {
+    const auto noting = [this](const std::string& line) {
+      return [this, line](RQAlertView&, const auto&... values) {
+        std::string whole = line;
+        ((whole += " " + QVariant::fromValue(values).toString().toStdString()), ...);
+        note(whole);
+      };
     };
-  }
-  RQAlertViewAnimationsBlock animations(const std::string& line) {
-    return [this, line](RQAlertView&, double duration) {
-      note(line + " " + QString::number(duration).toStdString());
-    };
+    (dialog.*setHandler)(noting("handler " + name));
+    method = noting("delegate " + name);
+    NSNotificationCenter::defaultCenter().addObserver(
+        &observer_, QString("RQAlertView%1Notification").arg(QString::fromStdString(name)), &dialog,
+        [this, name](const NSNotification& notification) {
+          std::string line = "posted " + name;
+          for (const auto& [key, value] : notification.userInfo.asKeyValueRange())
+            line += " " + key.toStdString() + "=" + value.toString().toStdString();
+          note(line);
+        });
   }
 
   QObject observer_;

@@ -180,23 +180,6 @@ TEST_F(Keys, ThatAreHeldDownAnswerNothing) {
   }
 }
 
-TEST_F(Keys, AndTouchesDuringTheEntranceAreNotKept) {
-  setMotionEnabled(true);
-  const Dialog dialog = alert({"A"}, "Cancel");
-  dialog->setCancelHandler([this](RQAlertView&) { heard.emplace_back("cancelled"); });
-  dialog->showAnimated();
-  QWidget* const view = dialog->view();
-  QTest::mousePress(view, Qt::LeftButton, {}, QPoint(5, 5));
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
-    QTest::keyPress(UIScreen::mainScreen()->windowHandle(), key);
-  ASSERT_TRUE(becomes(dialog, RQAlertViewState::Shown));
-  QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(5, 5));
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
-    QTest::keyRelease(UIScreen::mainScreen()->windowHandle(), key);
-  EXPECT_THAT(answered(), ElementsAre());
-  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
-}
-
 TEST_F(Keys, GoThroughTheFieldsWithReturnAndPressTheOnlyButton) {
   for (const QStringList& buttons : {QStringList{"OK"}, QStringList{"OK", "Other"}}) {
     const Dialog dialog = listeningTo(withFields(2, buttons));

@@ -3,7 +3,6 @@
 #include "alert/Dialogs.h"
 #include "platform/UIKeyboard.h"
 
-#include <QElapsedTimer>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -126,32 +125,6 @@ TEST_F(Layout, GivesWayToAKeyboardAndKeepsTheFieldBeingTypedInInSight) {
   expectWhole(dialog);
   keyboard.setFrame({});
   EXPECT_EQ(frameOf(dialog)->geometry(), before);
-}
-
-TEST_F(Layout, OpensAHundredThousandButtonsAtOnce) {
-  QStringList titles;
-  for (int index = 0; index < 100000; ++index) titles << QString("Button %1").arg(index);
-  const auto opening = [&](const QStringList& buttons) {
-    QElapsedTimer timer;
-    timer.start();
-    const Dialog dialog = showing(sheet(buttons, "Cancel"));
-    dialog->view()->grab();
-    const auto taken = timer.nsecsElapsed();
-    close(dialog);
-    return taken;
-  };
-  opening(titles.mid(0, 20));
-  // Far from what it would take to look at every title; the bench has the exact figures.
-  EXPECT_LT(opening(titles), 20 * opening(titles.mid(0, 20)) + 50'000'000);
-}
-
-TEST_F(Layout, TakesAVeryLongMessageInItsStride) {
-  const Dialog dialog = showing(withMessage(QString("Many words, all of them plain. ").repeated(3300)));
-  expectWhole(dialog);
-  auto* header = dialog->view()->findChild<QScrollArea*>();
-  header->verticalScrollBar()->setValue(header->verticalScrollBar()->maximum());
-  EXPECT_GT(header->verticalScrollBar()->value(), 10000);
-  dialog->view()->grab();
 }
 
 }  // namespace

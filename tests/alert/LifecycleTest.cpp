@@ -60,29 +60,36 @@ TEST_F(Lifecycle, EndsTypingInTheKeyWindow) {
   EXPECT_EQ(typed, "abc");
 }
 
-TEST_F(Lifecycle, TakesNoInputWhileItMoves) {
+TEST_F(Lifecycle, TakesNoInputWhileItMovesNorKeepsItForLater) {
   setMotionEnabled(true);
   const Dialog dialog = alert({"One"}, "Cancel");
   dialog->setAnimationDuration(0.05);
   Journal journal(*dialog);
-  dialog->showAnimated();
-  journal.take();
-  const auto poke = [&] {
-    QTest::mouseClick(dialog->view(), Qt::LeftButton, {}, QPoint(3, 3));
-    QTest::mouseClick(dialog->view(), Qt::LeftButton, {}, dialog->view()->rect().center());
-    QTest::keyClick(dialog->window().get(), Qt::Key_Return);
-    QTest::keyClick(dialog->window().get(), Qt::Key_Escape);
+  QWidget* const view = dialog->view();
+  const auto press = [&] {
+    QTest::mouseClick(view, Qt::LeftButton, {}, view->rect().center());
+    QTest::mousePress(view, Qt::LeftButton, {}, QPoint(3, 3));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
+      QTest::keyPress(UIScreen::mainScreen()->windowHandle(), key);
   };
+  const auto release = [&] {
+    QTest::mouseRelease(view, Qt::LeftButton, {}, QPoint(3, 3));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
+      QTest::keyRelease(UIScreen::mainScreen()->windowHandle(), key);
+  };
+  dialog->showAnimated();
   ASSERT_EQ(dialog->state(), RQAlertViewState::Showing);
-  poke();
-  EXPECT_TRUE(journal.take().empty());
+  journal.take();
+  press();
   ASSERT_TRUE(becomes(dialog, RQAlertViewState::Shown));
   EXPECT_TRUE(frameOf(dialog)->isVisible());
-  journal.take();
+  release();
+  EXPECT_THAT(journal.take(), ElementsAre("handler DidShow", "delegate DidShow", "posted DidShow"));
   dialog->dismissAnimated();
-  journal.take();
   ASSERT_EQ(dialog->state(), RQAlertViewState::Dismissing);
-  poke();
+  journal.take();
+  press();
+  release();
   EXPECT_TRUE(journal.take().empty());
   EXPECT_TRUE(becomes(dialog, RQAlertViewState::Dismissed));
 }

@@ -1,14 +1,16 @@
 // To whom a dialog reports what, and in which order.
 #include "alert/Dialogs.h"
 #include "alert/Journal.h"
+#include "support/SystemLog.h"
 
 #include <functional>
-#include <initializer_list>
+#include <stdexcept>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::IsEmpty;
 
 using Lines = std::vector<std::string>;
 
@@ -17,13 +19,13 @@ Lines operator+(Lines lines, const Lines& more) {
   return lines;
 }
 
-const Lines willShow{"handler willShow", "delegate willShow", "posted WillShow"};
-const Lines showAnimations{"posted ShowAnimations duration=0.05", "block show 0.05", "delegate show 0.05"};
-const Lines didShow{"handler didShow", "delegate didShow", "posted DidShow"};
-const Lines willDismiss{"handler willDismiss", "delegate willDismiss", "posted WillDismiss"};
-const Lines dismissAnimations{"posted DismissAnimations duration=0.05", "block dismiss 0.05",
-                              "delegate dismiss 0.05"};
-const Lines didDismiss{"handler didDismiss", "delegate didDismiss", "posted DidDismiss"};
+// To the handler, the delegate, and by notification.
+Lines trio(const std::string& name, const std::string& values = "", const std::string& userInfo = "") {
+  return {"handler " + name + values, "delegate " + name + values, "posted " + name + userInfo};
+}
+Lines animations(const std::string& name) {
+  return {"posted " + name + " duration=0.05", "handler " + name + " 0.05", "delegate " + name + " 0.05"};
+}
 
 class Reports : public Dialogs {
  protected:
@@ -32,6 +34,15 @@ class Reports : public Dialogs {
         RQAlertView::alertViewWithTitle("Title", none, style, {"One", "Two"}, "Cancel", "Delete");
     dialog->setShouldDismissAnimated(false);
     return dialog;
+  }
+  template <typename Call>
+  static std::string messageOf(Call call) {
+    try {
+      call();
+    } catch (const InternalInconsistency& error) {
+      return error.what();
+    }
+    return "nothing was thrown";
   }
 };
 
@@ -43,19 +54,13 @@ struct Answer {
 };
 
 const std::vector<Answer> answers{
-    {"Two",
-     [](RQAlertView& dialog) { dialog.forceActionAtIndex(1); },
-     {"handler action 1 Two", "delegate action 1 Two", "posted Action index=1 title=Two"},
-     {"handler afterAction 1 Two", "delegate afterAction 1 Two",
-      "posted DidDismissAfterAction index=1 title=Two"}},
-    {"Cancel",
-     [](RQAlertView& dialog) { dialog.forceCancel(); },
-     {"handler cancel", "delegate cancel", "posted Cancel"},
-     {"handler afterCancel", "delegate afterCancel", "posted DidDismissAfterCancel"}},
-    {"Delete",
-     [](RQAlertView& dialog) { dialog.forceDestructive(); },
-     {"handler destructive", "delegate destructive", "posted Destructive"},
-     {"handler afterDestructive", "delegate afterDestructive", "posted DidDismissAfterDestructive"}},
+    {"Two", [](RQAlertView& dialog) { dialog.forceActionAtIndex(1); },
+     trio("Action", " 1 Two", " index=1 title=Two"),
+     trio("DidDismissAfterAction", " 1 Two", " index=1 title=Two")},
+    {"Cancel", [](RQAlertView& dialog) { dialog.forceCancel(); }, trio("Cancel"),
+     trio("DidDismissAfterCancel")},
+    {"Delete", [](RQAlertView& dialog) { dialog.forceDestructive(); }, trio("Destructive"),
+     trio("DidDismissAfterDestructive")},
 };
 
 TEST_F(Reports, GoToHandlerThenDelegateThenNotificationFromShowToTheVeryEnd) {
@@ -66,10 +71,11 @@ TEST_F(Reports, GoToHandlerThenDelegateThenNotificationFromShowToTheVeryEnd) {
       const Dialog dialog = everyButton(way == 1 ? sheetStyle : alertStyle);
       Journal journal(*dialog);
       dialog->showAnimated(false, [&] { journal.note("show completed"); });
-      EXPECT_THAT(journal.take(), ElementsAreArray(willShow + didShow + Lines{"show completed"}));
-      way == 2 ? answer.force(*dialog) : tap(dialog, QString::fromLatin1(answer.title));
       EXPECT_THAT(journal.take(),
-                  ElementsAreArray(answer.now + willDismiss + didDismiss + answer.afterwards));
+                  ElementsAreArray(trio("WillShow") + trio("DidShow") + Lines{"show completed"}));
+      way == 2 ? answer.force(*dialog) : tap(dialog, QString::fromLatin1(answer.title));
+      EXPECT_THAT(journal.take(), ElementsAreArray(answer.now + trio("WillDismiss") + trio("DidDismiss") +
+                                                   answer.afterwards));
       EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
       EXPECT_EQ(dialog->delegate(), nullptr);
       letGo();
@@ -84,13 +90,13 @@ TEST_F(Reports, ComeFromInsideTheAnimationsToo) {
   dialog->setAnimationDuration(0.05);
   Journal journal(*dialog);
   dialog->showAnimated(true, [&] { journal.note("show completed"); });
-  EXPECT_THAT(journal.take(), ElementsAreArray(willShow + showAnimations));
+  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillShow") + animations("ShowAnimations")));
   EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Shown; }));
-  EXPECT_THAT(journal.take(), ElementsAreArray(didShow + Lines{"show completed"}));
+  EXPECT_THAT(journal.take(), ElementsAreArray(trio("DidShow") + Lines{"show completed"}));
   dialog->dismissAnimated(true, [&] { journal.note("dismiss completed"); });
-  EXPECT_THAT(journal.take(), ElementsAreArray(willDismiss + dismissAnimations));
+  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillDismiss") + animations("DismissAnimations")));
   EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Dismissed; }));
-  EXPECT_THAT(journal.take(), ElementsAreArray(didDismiss + Lines{"dismiss completed"}));
+  EXPECT_THAT(journal.take(), ElementsAreArray(trio("DidDismiss") + Lines{"dismiss completed"}));
 }
 
 TEST_F(Reports, TellOfAnAnswerButNotOfADismissalWhereItKeepsTheDialogOpen) {
@@ -105,7 +111,7 @@ TEST_F(Reports, TellOfAnAnswerButNotOfADismissalWhereItKeepsTheDialogOpen) {
   }
   EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
   dialog->dismiss();
-  EXPECT_THAT(journal.take(), ElementsAreArray(willDismiss + didDismiss));
+  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillDismiss") + trio("DidDismiss")));
 }
 
 TEST_F(Reports, ReachOnlyWhatTheDelegateRespondsToAndNoneOnceItHasGone) {
@@ -142,6 +148,59 @@ TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
   dialog->show();
   dialog->forceCancel();
   EXPECT_THAT(answered(), ElementsAre("after cancelled", "after afterwards"));
+}
+
+TEST_F(Reports, ThrowWhereAButtonIsForcedThatThereIsNot) {
+  const Dialog dialog = alert({"A", "B"});
+  EXPECT_EQ(messageOf([&] { dialog->forceCancel(); }), "Cancel button is not exists");
+  EXPECT_EQ(messageOf([&] { dialog->forceDestructive(); }), "Destructive button is not exists");
+  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(2); }), "Button at index 2 is not exists");
+  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(18446744073709551615U); }),
+            "Button at index 18446744073709551615 is not exists");
+  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(1); }), "nothing was thrown");
+}
+
+TEST_F(Reports, ThrowWhereADialogWasNotInitialized) {
+  const std::string message =
+      "You need to use one of \"- initWith...\" or \"+ alertViewWith...\" methods to initialize RQAlertView";
+  const Dialog dialog = RQAlertView::alloc();
+  EXPECT_EQ(messageOf([&] { dialog->show(); }), message);
+  EXPECT_EQ(messageOf([&] { dialog->showAnimated(); }), message);
+  EXPECT_EQ(messageOf([&] { dialog->showAnimated(true, [] {}); }), message);
+  EXPECT_EQ(messageOf([&] { RQAlertView::appearance()->show(); }), message);
+  const Dialog shown = showing(alert());
+  EXPECT_EQ(messageOf([&] { shown->transitionToAlertView(dialog); }), message);
+  EXPECT_TRUE(shown->isShowing());
+  shown->dismiss();
+}
+
+TEST_F(Reports, IgnoreAnIndexWhereAButtonIsEnabledAndThrowElsewhere) {
+  const Dialog dialog = alert({"A"});
+  dialog->setButtonEnabled(false, 1);
+  EXPECT_TRUE(dialog->isButtonEnabledAtIndex(0));
+  EXPECT_THROW(dialog->isButtonEnabledAtIndex(1), std::out_of_range);
+  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(1, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
+}
+
+TEST_F(Reports, WarnOfEachDeprecatedDelegateMethodOnce) {
+  auto delegate = std::make_shared<RQAlertViewDelegate>();
+  const Dialog dialog = alert();
+  systemlog::take();
+  dialog->setDelegate(delegate);
+  EXPECT_THAT(systemlog::take(), IsEmpty());
+  int called = 0;
+  delegate->alertViewButtonPressedWithTitle = [&](RQAlertView&, const QString&, std::size_t) { ++called; };
+  delegate->alertViewDestructiveButtonPressed = [&](RQAlertView&) { ++called; };
+  dialog->setDelegate(delegate);
+  EXPECT_THAT(
+      systemlog::take(),
+      ElementsAre("WARNING: delegate method \"alertView:buttonPressedWithTitle:index:\" is DEPRECATED, use "
+                  "\"alertView:clickedButtonAtIndex:title:\" instead",
+                  "WARNING: delegate method \"alertViewDestructiveButtonPressed:\" is DEPRECATED, use "
+                  "\"alertViewDestructed:\" instead"));
+  dialog->show();
+  dialog->forceActionAtIndex(0);
+  EXPECT_EQ(called, 0);
 }
 
 // Every way of making a dialog, told apart by who hears of the action.

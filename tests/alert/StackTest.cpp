@@ -114,7 +114,7 @@ TEST_F(Stack, LetsAMiddleDialogGoAtOnceAndKeepsTheOthers) {
   Journal journal(*middle);
   middle->dismissAnimated(true, [&] { journal.note("completed"); });
   EXPECT_THAT(journal.take(),
-              ElementsAre("handler didDismiss", "delegate didDismiss", "posted DidDismiss", "completed"));
+              ElementsAre("handler DidDismiss", "delegate DidDismiss", "posted DidDismiss", "completed"));
   letGo();
   EXPECT_EQ(keyWindow(), top->window().get());
   close(top);
@@ -203,8 +203,8 @@ TEST_F(Stack, TurnsOneDialogIntoAnother) {
     EXPECT_EQ(from->state(), RQAlertViewState::Dismissed);
     EXPECT_EQ(to->state(), RQAlertViewState::Shown);
     EXPECT_THAT(fromJournal.take(),
-                ElementsAre("handler willDismiss", "delegate willDismiss", "posted WillDismiss",
-                            "handler didDismiss", "delegate didDismiss", "posted DidDismiss"));
+                ElementsAre("handler WillDismiss", "delegate WillDismiss", "posted WillDismiss",
+                            "handler DidDismiss", "delegate DidDismiss", "posted DidDismiss"));
     EXPECT_EQ(std::count(toJournal.lines.begin(), toJournal.lines.end(), "posted WillShow"), 1);
     EXPECT_EQ(std::count(toJournal.lines.begin(), toJournal.lines.end(), "posted DidShow"), 1);
     letGo();
