@@ -299,7 +299,7 @@ void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHan
   if (state_ != State::Showing) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
   state_ = State::Shown;
-  // Covered meanwhile by another dialog, it takes the focus when it comes back.
+  // If another dialog covers it by now, it takes the focus when it comes back.
   takeFocus();
   report(reports::didShow, delegate_, {});
   call(completionHandler);
@@ -318,7 +318,7 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
   const bool dismissing = state_ == State::Dismissing || (state_ == State::Dismissed && window_);
   if (!isShowing() && !dismissing) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();
-  // A show that still moves ends with all its reports, one of which may dismiss the dialog.
+  // A show that still moves is completed with all its reports, one of which may dismiss the dialog.
   if (state_ == State::Showing && rootView_) rootView_->finishMotion();
   if (state_ == State::Dismissed && !window_) return call(completionHandler);
   afterDismissal_.push_back(std::move(completionHandler));
@@ -390,28 +390,24 @@ void RQAlertView::removeObservers() {
 }
 
 void RQAlertView::keyboardVisibleChanged(const NSNotification& notification) {
-  const bool hides = notification.name == UIKeyboardWillHideNotification;
-  moveFor(hides ? QRectF() : notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(),
-          notification);
+  keyboardFrameChanged(notification);
 }
 
 void RQAlertView::keyboardFrameChanged(const NSNotification& notification) {
-  moveFor(notification.userInfo.value(UIKeyboardFrameEndUserInfoKey).toRectF(), notification);
-}
-
-void RQAlertView::moveFor(const QRectF& keyboard, const NSNotification& notification) {
   if (!isShowing() || !window_ || window_->isHidden()) return;
-  rootView_->setKeyboardFrame(
-      keyboard.toAlignedRect(),
-      notification.userInfo.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
-      static_cast<QEasingCurve::Type>(
-          notification.userInfo.value(UIKeyboardAnimationCurveUserInfoKey, QEasingCurve::OutCubic).toInt()));
+  const QVariantMap& info = notification.userInfo;
+  const bool hides = notification.name == UIKeyboardWillHideNotification;
+  const QRectF frame = hides ? QRectF() : info.value(UIKeyboardFrameEndUserInfoKey).toRectF();
+  const int curve = info.value(UIKeyboardAnimationCurveUserInfoKey, QEasingCurve::OutCubic).toInt();
+  rootView_->setKeyboardFrame(frame.toAlignedRect(),
+                              info.value(UIKeyboardAnimationDurationUserInfoKey).toDouble(),
+                              static_cast<QEasingCurve::Type>(curve));
 }
 
 void RQAlertView::windowVisibleChanged(const NSNotification& notification) {
   const auto* other = qobject_cast<UIWindow*>(notification.object);
   if (other && other == window_.get()) {
-    // It is no longer covered: the keyboard may have come or gone meanwhile.
+    // It is no longer covered; the keyboard may have changed since.
     rootView_->setKeyboardFrame(UIKeyboard::frame().toAlignedRect(), 0, QEasingCurve::Linear);
     return;
   }
@@ -455,7 +451,7 @@ RQAlertViewButton* RQAlertView::buttonOfKind(RQAlertViewButtonKind kind) const {
 }
 
 void RQAlertView::answer(const RQAlertViewRow& row, RQAlertViewButton* sender) {
-  // While it goes the dialog takes no more answers, and an answer that is being reported is not given again.
+  // Ignores answers during the dismissal, and re-entrant ones.
   const bool leaving = state_ == State::Dismissing || state_ == State::Dismissed;
   if (leaving || !answering_.insert({row.kind, row.index}).second) return;
   const std::shared_ptr<RQAlertView> alive = shared_from_this();

@@ -63,7 +63,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   using Shared = std::shared_ptr<RQAlertView>;
 
   // A dialog that must be set up with one of the initializers before it is shown.
-  static Shared alloc();
+  [[nodiscard]] static Shared alloc();
   // The shared object from which every new dialog copies its appearance. It cannot be shown.
   static const Shared& appearance();
   // Gives the shared object its starting values again.
@@ -360,7 +360,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   RQ_PROPERTY(double, textFieldsMinimumFontSize, setTextFieldsMinimumFontSize, textFieldsMinimumFontSize)
   RQ_PROPERTY(UITextFieldViewMode, textFieldsClearButtonMode, setTextFieldsClearButtonMode, textFieldsClearButtonMode)
 
-  // These depend on the style and type until they are set. The shared object tells whether they are set there.
+  // These depend on the style and type until they are set. The shared object knows whether they are set there.
   RQ_DEPENDENT_PROPERTY(bool, cancelOnTouch, setCancelOnTouch, isUserCancelOnTouch)
   RQ_DEPENDENT_PROPERTY(double, buttonsHeight, setButtonsHeight, isUserButtonsHeight)
   RQ_DEPENDENT_PROPERTY(QColor, titleTextColor, setTitleTextColor, isUserTitleTextColor)
@@ -369,7 +369,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   // clang-format on
 
   // The width that the dialog has in the application's window as it is now, whatever was set;
-  // RQAlertViewNotSet where it is neither set nor can be told yet.
+  // RQAlertViewNotSet before an initializer, unless it is set.
   double width() const;
   void setWidth(double width);
 
@@ -407,9 +407,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void addObservers();
   void removeObservers();
   void keyboardVisibleChanged(const NSNotification& notification);
+  // Lays the dialog out above the keyboard, with the duration and the curve that the notification gives.
   void keyboardFrameChanged(const NSNotification& notification);
-  // Lays the dialog out above `keyboard`, with the duration and the curve that the notification gives.
-  void moveFor(const QRectF& keyboard, const NSNotification& notification);
   void windowVisibleChanged(const NSNotification& notification);
   void windowGone();
 

@@ -81,7 +81,7 @@ void RQAlertViewBox::layOutIn(const QRect& room) {
   for (RQAlertViewShadowView* each : {card_, cancelCard_}) applyBackdrop(*each);
   border_->frame(*card_);
   cancelBorder_->frame(*cancelCard_);
-  // The button that had it may have become a row, or the other way round.
+  // The focused button may have become a row, or the focused row a button.
   if (heldFocus && !holdsFocus()) initialFocus()->setFocus(Qt::OtherFocusReason);
 }
 
@@ -217,7 +217,7 @@ QWidget* RQAlertViewBox::initialFocus() {
     if (button->row().kind != RQAlertViewButtonKind::Destructive && button->isEnabled()) return button;
   }
   if (!listed_) return this;
-  // The list stays at its beginning, wherever the safe row is.
+  // The list does not scroll to the safe row.
   list_->setAutoScroll(false);
   list_->setCurrentIndex(list_->model()->index(safeRow(), 0));
   list_->setAutoScroll(true);
@@ -245,7 +245,7 @@ RQAlertViewButton* RQAlertViewBox::buttonOfKind(RQAlertViewButtonKind kind) cons
 }
 
 void RQAlertViewBox::keyPressEvent(QKeyEvent* event) {
-  // Those that fields and buttons leave over go round inside the box.
+  // Arrows that fields and buttons do not use move the focus inside the box.
   if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down) {
     focusNextPrevChild(event->key() == Qt::Key_Down);
     return;

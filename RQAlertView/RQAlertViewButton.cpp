@@ -61,7 +61,7 @@ void paintTitle(QPainter& painter, const RQAlertViewButtonPainting& painting) {
   const double space = iconSpace(icon);
   const RQAlertViewTextLayout text(painting.title, textStyleOf(painting.look), room.width() - space);
 
-  // The icon is right beside the text, wherever the text is aligned to.
+  // The icon is right beside the text in each alignment.
   const double free = std::max(0.0, room.width() - space - text.naturalWidth());
   double before = free / 2;
   if (painting.look.textAlignment == NSTextAlignment::Left) before = 0;

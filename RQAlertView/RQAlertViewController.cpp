@@ -9,36 +9,10 @@ RQAlertViewController::RQAlertViewController(const std::shared_ptr<RQAlertView>&
   setView(view);
 }
 
-// The controller below, or null.
 std::shared_ptr<UIViewController> RQAlertViewController::currentViewController() {
   const UIWindow* window = RQAlertViewHelper::appWindow();
-  return window ? window->topViewController() : nullptr;
-}
-
-bool RQAlertViewController::shouldAutorotate() const {
-  const auto below = currentViewController();
-  return below ? below->shouldAutorotate() : UIViewController::shouldAutorotate();
-}
-
-UIInterfaceOrientationMask RQAlertViewController::supportedInterfaceOrientations() const {
-  const auto below = currentViewController();
-  return below ? below->supportedInterfaceOrientations() : UIViewController::supportedInterfaceOrientations();
-}
-
-UIStatusBarStyle RQAlertViewController::preferredStatusBarStyle() const {
-  const auto below = currentViewController();
-  return below ? below->preferredStatusBarStyle() : UIViewController::preferredStatusBarStyle();
-}
-
-bool RQAlertViewController::prefersStatusBarHidden() const {
-  const auto below = currentViewController();
-  return below ? below->prefersStatusBarHidden() : UIViewController::prefersStatusBarHidden();
-}
-
-UIStatusBarAnimation RQAlertViewController::preferredStatusBarUpdateAnimation() const {
-  const auto below = currentViewController();
-  return below ? below->preferredStatusBarUpdateAnimation()
-               : UIViewController::preferredStatusBarUpdateAnimation();
+  const auto below = window ? window->topViewController() : nullptr;
+  return below ? below : std::make_shared<UIViewController>();
 }
 
 void RQAlertViewController::cancelOperation() {

@@ -10,22 +10,29 @@ class RQAlertViewController : public UIViewController {
   Q_OBJECT
 
  public:
-  // Takes `view` over. The dialog keeps itself alive while it is shown; the controller only refers to it.
+  // Takes ownership of `view`. The dialog keeps itself alive while it is shown; the controller refers to it
+  // weakly.
   RQAlertViewController(const std::shared_ptr<RQAlertView>& alertView, QWidget* view);
 
   std::shared_ptr<RQAlertView> alertView() const { return alertView_.lock(); }
 
-  bool shouldAutorotate() const override;
-  UIInterfaceOrientationMask supportedInterfaceOrientations() const override;
-  UIStatusBarStyle preferredStatusBarStyle() const override;
-  bool prefersStatusBarHidden() const override;
-  UIStatusBarAnimation preferredStatusBarUpdateAnimation() const override;
+  bool shouldAutorotate() const override { return currentViewController()->shouldAutorotate(); }
+  UIInterfaceOrientationMask supportedInterfaceOrientations() const override {
+    return currentViewController()->supportedInterfaceOrientations();
+  }
+  UIStatusBarStyle preferredStatusBarStyle() const override {
+    return currentViewController()->preferredStatusBarStyle();
+  }
+  bool prefersStatusBarHidden() const override { return currentViewController()->prefersStatusBarHidden(); }
+  UIStatusBarAnimation preferredStatusBarUpdateAnimation() const override {
+    return currentViewController()->preferredStatusBarUpdateAnimation();
+  }
 
   // Esc: the same as the cancel button, where there is one and it is enabled.
   void cancelOperation() override;
 
  private:
-  // Of the application window, or null.
+  // On top in the application's window; a plain one where there is none.
   static std::shared_ptr<UIViewController> currentViewController();
 
   std::weak_ptr<RQAlertView> alertView_;

@@ -19,19 +19,6 @@ using namespace RQAlertViewMetrics;
 
 namespace {
 
-Qt::Alignment alignmentFor(NSTextAlignment alignment) {
-  switch (alignment) {
-    case NSTextAlignment::Center:
-      return Qt::AlignHCenter | Qt::AlignVCenter;
-    case NSTextAlignment::Right:
-      return Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter;
-    case NSTextAlignment::Left:
-      return Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter;
-    default:
-      return Qt::AlignLeading | Qt::AlignVCenter;
-  }
-}
-
 void paintBar(QPainter& painter, const QRectF& bar, const QColor& color, const QPixmap& image) {
   if (!image.isNull()) return painter.drawPixmap(bar, image, QRectF(image.rect()));
   painter.setBrush(color);
@@ -220,7 +207,8 @@ void RQAlertViewHeader::applyLooksTo(RQAlertViewTextField& field) const {
     field.setColors(now.textFieldsBackgroundColor, now.textFieldsTextColor);
   if (changed(&Look::tintColor)) field.setTintColor(now.tintColor);
   if (changed(&Look::textFieldsFont)) field.setFont(now.textFieldsFont);
-  if (changed(&Look::textFieldsTextAlignment)) field.setAlignment(alignmentFor(now.textFieldsTextAlignment));
+  if (changed(&Look::textFieldsTextAlignment))
+    field.setAlignment(alignmentFor(now.textFieldsTextAlignment) | Qt::AlignVCenter);
   if (changed(&Look::textFieldsClearsOnBeginEditing))
     field.setClearsOnBeginEditing(now.textFieldsClearsOnBeginEditing);
   if (changed(&Look::textFieldsAdjustsFontSizeToFitWidth, &Look::textFieldsMinimumFontSize,

@@ -49,7 +49,7 @@ struct RQAlertViewDelegate {
   RQAlertViewHandler alertViewDestructiveButtonPressed;
 };
 
-// To whom a new dialog reports: nobody yet, three handlers, or a delegate.
+// The first receivers of a new dialog: none, three handlers, or a delegate.
 struct RQAlertViewRecipients {
   RQAlertViewRecipients() = default;
   RQAlertViewRecipients(RQAlertViewActionHandler actionHandler, RQAlertViewHandler cancelHandler,

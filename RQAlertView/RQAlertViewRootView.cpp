@@ -197,7 +197,7 @@ void RQAlertViewRootView::paintPicture(QPainter& painter) const {
 }
 
 void RQAlertViewRootView::paintChange(QPainter& painter, const QRectF& box) const {
-  // The box grows or shrinks while one content fades into the other; texts keep their size meanwhile.
+  // The box grows or shrinks while one content fades into the other; texts keep their size.
   const double radius = dialog_->appearance.layerCornerRadius;
   QPainterPath outline;
   outline.addRoundedRect(box, radius, radius);

@@ -1,4 +1,4 @@
-// The view of a dialog: the cover that dims what lies behind, the box, and their coming and going.
+// The view of a dialog: the cover that dims the screen, the box, and their motion.
 #pragma once
 
 #include "RQAlertView/RQAlertViewModel.h"
@@ -34,7 +34,7 @@ class RQAlertViewRootView : public QWidget {
                   std::function<void()> finished);
   void finishMotion();
 
-  // How strongly the cover dims what lies behind it at this moment: its opacity, from 0 to 1.
+  // The opacity of the cover at this moment, from 0 to 1.
   double dimming() const;
 
   QPixmap picture() const;

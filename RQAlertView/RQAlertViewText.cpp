@@ -11,7 +11,6 @@
 #include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QTextLayout>
 
 namespace {
 
@@ -26,34 +25,27 @@ constexpr qsizetype longestWord = 1000;
 enum class Strength { Neutral, LeftToRight, RightToLeft };
 
 Strength strengthOf(QChar character) {
-  switch (character.direction()) {
-    case QChar::DirL:
-      return Strength::LeftToRight;
-    case QChar::DirR:
-    case QChar::DirAL:
-      return Strength::RightToLeft;
-    default:
-      return Strength::Neutral;
-  }
+  const QChar::Direction direction = character.direction();
+  if (direction == QChar::DirL) return Strength::LeftToRight;
+  return direction == QChar::DirR || direction == QChar::DirAL ? Strength::RightToLeft : Strength::Neutral;
 }
 
-// A word takes the direction of its letters; one that mixes them is left to the usual rules.
+// A word takes the direction of its letters; the usual rules apply to one that mixes them.
 Strength strengthOf(QStringView word) {
   Strength found = Strength::Neutral;
   for (const QChar character : word) {
-    const Strength strength = strengthOf(character);
-    if (strength == Strength::Neutral) continue;
-    if (strength == Strength::RightToLeft) return strength;
-    found = strength;
+    if (const Strength strength = strengthOf(character); strength != Strength::Neutral) found = strength;
+    if (found == Strength::RightToLeft) break;
   }
   return found;
 }
 
 QChar visible(QChar character) {
   const char16_t code = character.unicode();
-  if (code == u'\n' || code == u'\t') return character == u'\t' ? QChar(u' ') : character;
+  if (code == u'\n') return code;
+  if (code == u'\t') return u' ';
   if (code == QChar::LineSeparator || code == QChar::ParagraphSeparator) return u'\n';
-  // What begins a colour on a terminal is nothing to be seen.
+  // It begins a colour on a terminal.
   if (code == 0x1b) return takesNoRoom;
   return visibleForm(code);
 }
@@ -91,8 +83,7 @@ QString isolated(QStringView line) {
   return result;
 }
 
-// A mark that closes a quotation does not stand in a line alone, but goes with the word before it, a path as
-// a whole.
+// Keeps a mark that closes a quotation in one line with the word before it, a path as a whole.
 void keepClosingMark(QString& line) {
   if (!line.endsWith(QStringLiteral(" \""))) return;
   line[line.size() - 2] = QChar::Nbsp;
@@ -101,8 +92,7 @@ void keepClosingMark(QString& line) {
   line.replace(word, line.size() - word, joined);
 }
 
-// Where a stretch without a blank is so long, looking for the ends of words would take a time that grows with
-// the square of its length.
+// Looking for the ends of words takes quadratic time in a stretch without blanks.
 bool hasEndlessWord(QStringView text) {
   qsizetype length = 0;
   for (const QChar character : text) {
@@ -112,8 +102,8 @@ bool hasEndlessWord(QStringView text) {
   return false;
 }
 
-// The middle of a line that is far too long for its width can be left out before anything is measured: what
-// is left still has to be truncated, and is in the same places.
+// Leaves out the middle of a line that is far too long for its width, before anything is measured: the rest
+// still has to be truncated, in the same places.
 QString shortened(const QString& line, double width) {
   const auto most = static_cast<qsizetype>(width) + longestWord;
   if (line.size() <= 2 * most) return line;
@@ -123,23 +113,7 @@ QString shortened(const QString& line, double width) {
 QTextOption optionFor(const QString& text, const RQAlertViewTextStyle& style, Qt::LayoutDirection direction) {
   QTextOption option;
   option.setTextDirection(direction);
-  switch (style.alignment) {
-    case NSTextAlignment::Left:
-      option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
-      break;
-    case NSTextAlignment::Center:
-      option.setAlignment(Qt::AlignHCenter);
-      break;
-    case NSTextAlignment::Right:
-      option.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
-      break;
-    case NSTextAlignment::Justified:
-      option.setAlignment(Qt::AlignJustify);
-      break;
-    case NSTextAlignment::Natural:
-      option.setAlignment(Qt::AlignLeft);
-      break;
-  }
+  option.setAlignment(alignmentFor(style.alignment));
   if (style.numberOfLines == 1) {
     option.setWrapMode(QTextOption::NoWrap);
   } else if (style.lineBreakMode == NSLineBreakMode::ByCharWrapping || hasEndlessWord(text)) {
@@ -180,7 +154,7 @@ QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double widt
   if (style.numberOfLines != 1 || !style.adjustsFontSizeToFitWidth) return font;
   const double least = sizeOf(font) * style.minimumScaleFactor;
   double size = sizeOf(font);
-  // Letters do not become narrower quite as they become smaller, so one step may not be enough.
+  // Letters do not shrink in proportion, so one step may not be enough.
   for (double taken = RQAlertViewTextLayout::singleLineWidth(text, font); taken > width && size > least;
        taken = RQAlertViewTextLayout::singleLineWidth(text, font)) {
     size = std::max(least, std::min(size * width / taken, size - 0.25));
@@ -190,6 +164,22 @@ QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double widt
 }
 
 }  // namespace
+
+Qt::Alignment alignmentFor(NSTextAlignment alignment) {
+  switch (alignment) {
+    case NSTextAlignment::Left:
+      return Qt::AlignLeft | Qt::AlignAbsolute;
+    case NSTextAlignment::Right:
+      return Qt::AlignRight | Qt::AlignAbsolute;
+    case NSTextAlignment::Center:
+      return Qt::AlignHCenter;
+    case NSTextAlignment::Justified:
+      return Qt::AlignJustify;
+    case NSTextAlignment::Natural:
+      break;
+  }
+  return Qt::AlignLeading;
+}
 
 Qt::LayoutDirection RQAlertViewText::direction(const QString& text) {
   for (const QChar character : text) {
@@ -229,7 +219,7 @@ RQAlertViewTextLayout::RQAlertViewTextLayout(const QString& text, const RQAlertV
     const qsizetype end = newline < 0 ? shown.size() : newline;
     const bool last = newline < 0;
     if (linesLeft == 1 && !last) {
-      // More follows than there is room for: the last line stands for all the rest.
+      // There is room for one more line: it has all the rest.
       addLastLine(shown.mid(start), set);
       return;
     }
@@ -237,10 +227,6 @@ RQAlertViewTextLayout::RQAlertViewTextLayout(const QString& text, const RQAlertV
     start = end + 1;
   }
 }
-
-RQAlertViewTextLayout::RQAlertViewTextLayout(RQAlertViewTextLayout&&) noexcept = default;
-RQAlertViewTextLayout& RQAlertViewTextLayout::operator=(RQAlertViewTextLayout&&) noexcept = default;
-RQAlertViewTextLayout::~RQAlertViewTextLayout() = default;
 
 bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlertViewTextStyle& style,
                                          int& linesLeft) {
@@ -266,7 +252,7 @@ bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlert
   layout->endLayout();
   if (restStart != 0) {
     if (restStart > 0) {
-      // Set anew without the line that is replaced below.
+      // Laid out again without the line that is replaced below.
       int ignored = INT_MAX;
       addParagraph(paragraph.left(restStart), style, ignored);
     } else {

@@ -9,11 +9,9 @@
 
 #include <QFont>
 #include <QLabel>
-#include <QRectF>
-#include <QString>
+#include <QTextLayout>
 
 class QPainter;
-class QTextLayout;
 
 namespace RQAlertViewText {
 
@@ -26,6 +24,9 @@ Qt::LayoutDirection direction(const QString& text);
 QString displayText(const QString& text);
 
 }  // namespace RQAlertViewText
+
+// Left and right are absolute, whatever the direction of the text.
+Qt::Alignment alignmentFor(NSTextAlignment alignment);
 
 struct RQAlertViewTextStyle {
   QFont font;
@@ -43,9 +44,6 @@ struct RQAlertViewTextStyle {
 class RQAlertViewTextLayout {
  public:
   RQAlertViewTextLayout(const QString& text, const RQAlertViewTextStyle& style, double width);
-  RQAlertViewTextLayout(RQAlertViewTextLayout&&) noexcept;
-  RQAlertViewTextLayout& operator=(RQAlertViewTextLayout&&) noexcept;
-  ~RQAlertViewTextLayout();
 
   double height() const { return height_; }
   // Of the widest line.

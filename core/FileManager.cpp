@@ -114,7 +114,7 @@ MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
   struct stat information {};
   if (!file || fstat(file.get(), &information) != 0) return std::nullopt;
   if (static_cast<std::size_t>(information.st_size) > limit) return std::nullopt;
-  // The size is a hint: the file may still grow, or may lie in a file system that reports none.
+  // The size is a hint: the file may still grow, or may be in a file system that reports none.
   std::string contents(static_cast<std::size_t>(information.st_size) + 1, '\0');
   std::size_t size = 0;
   for (;;) {

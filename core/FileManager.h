@@ -1,8 +1,8 @@
 // The file operations that the system makes itself, without a shell.
 //
 // Failures are silent unless a function returns something: absent, false, or nothing done. Paths are absolute
-// UTF-8. What lies in the device may have been planted by a build, so reading takes regular files only (links
-// are followed, and lead nowhere but into the device), never waits on a FIFO, and stops at a bound. Any
+// UTF-8. A build may have planted files, so only regular files are read (links are followed and stay in the
+// device), reading never waits on a FIFO, and it stops at a bound. Any
 // thread.
 #pragma once
 
@@ -50,15 +50,15 @@ enum class Durability {
   // The new contents are on the disk when the call returns.
   Durable,
   // Left to the file system, which writes the contents before the new name: for files that come with many
-  // others which nobody syncs either, as those of a freshly unpacked project.
+  // others that are not synced either, such as those of a freshly unpacked project.
   Deferred,
 };
 
-// Whether a command that reads what `path` leads to may never end: it is a FIFO or a device.
+// Whether reading `path` may never end: it is a FIFO or a device, links followed.
 bool mayBeReadForEver(const std::string& path);
 
 // A regular file opened for reading; none when it is missing, something else, or unreadable.
-Descriptor openRegularFile(const std::string& path);
+[[nodiscard]] Descriptor openRegularFile(const std::string& path);
 
 // Reads up to `size` bytes; 0 at the end of the file, absent on an error.
 std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::size_t size);
@@ -74,7 +74,7 @@ class AtomicFile {
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
 
-  // A failure is remembered and reported by commit().
+  // commit() reports a failure.
   void write(std::string_view contents);
   // False when the old file stayed. Call it once.
   bool commit(Durability durability);

@@ -22,7 +22,7 @@ std::int64_t milliseconds() {
   return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
 }
 
-// Whether it was answered in time.
+// Whether the answer came in time.
 bool ask(history::Wish wish, const std::string& name = {}) {
   const std::lock_guard lock(asking);
   history::Request request{};
@@ -40,7 +40,7 @@ bool ask(history::Wish wish, const std::string& name = {}) {
     if (ready <= 0) return false;
     history::Answer got{};
     if (recv(launcher, &got, sizeof got, MSG_DONTWAIT) != static_cast<ssize_t>(sizeof got)) return false;
-    // Others were asked for before, and too late.
+    // Others are late answers to earlier requests.
     if (got.number == request.number) return true;
   }
 }
@@ -68,6 +68,6 @@ NotedBackup::NotedBackup(const std::string& project) {
 }
 
 NotedBackup::~NotedBackup() {
-  // Also where no answer came: it may have been noted all the same, and then be taken away at the next start.
+  // Also if no answer came: the launcher may have noted the backup, and the next start would remove it.
   ask(isWhole_ ? history::Wish::FinishBackup : history::Wish::UndoBackup);
 }

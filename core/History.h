@@ -1,21 +1,21 @@
 // Earlier states of the projects, which the launcher keeps outside the device.
 //
-// Without a launcher that answers, everything here does nothing.
+// Without a launcher, everything here does nothing.
 #pragma once
 
 #include <string>
 
-// Takes the socket over that the launcher has put at history::applicationDescriptor, and keeps it from every
-// command. Call it once, before the first command.
+// Takes ownership of the launcher's socket at history::applicationDescriptor and makes it close-on-exec. Call
+// it once, before the first command.
 void connectHistory();
 
 // Call it once before each operation that deletes or replaces something in projects, backups or packages.
 // Waits at most a second for the copy. Any thread.
 void keepHistory();
 
-// Lives while a backup of the project is made, from before the first command to after the last. Until it says
-// that it is whole, the launcher takes it away, and the next start does so where the application is killed;
-// the older backup comes back then. Any thread.
+// Exists while a backup of the project is made, from before the first command to after the last. Unless
+// isWhole() was called, the launcher removes the new backup and restores the older one; if the application is
+// killed, the next start does. Any thread.
 class NotedBackup {
  public:
   explicit NotedBackup(const std::string& project);

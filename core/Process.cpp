@@ -33,7 +33,7 @@ constexpr int platformFlag = 2;
 }  // namespace
 
 const char* platformizeThrough(const char* library) {
-  // The library stays loaded: what it returns may lie in it.
+  // The library stays loaded: its result may point into it.
   void* const handle = dlopen(library, RTLD_LAZY);
   if (handle == nullptr) return nullptr;
   dlerror();

@@ -48,7 +48,7 @@ class PropertyList {
   void setObject(const std::string& value, const std::string& key);
   void removeObjectForKey(const std::string& key);
 
-  // Writes XML over the file at `path`, whatever form was read. False when the file stayed as it was.
+  // Writes XML over the file at `path`, in either form. False if the file was not changed.
   bool writeToFile(const std::string& path) const;
 
  private:
@@ -65,12 +65,12 @@ MaybeText propertyListValue(const std::string& path, const std::string& key);
 void setPropertyListValue(const std::string& path, const std::string& key, const std::string& value);
 void removePropertyListValue(const std::string& path, const std::string& key);
 
-// One value with all that lies below it. An owner of everything it holds.
+// One value with all below it, which it owns.
 struct PropertyListValue {
   using Array = std::vector<PropertyListValue>;
   using Dictionary = std::map<std::string, PropertyListValue, std::less<>>;
 
-  // std::monostate stands for what nobody here reads (dates, data) and for text that is not valid UTF-8. A
+  // std::monostate is a date, data, or text that is not valid UTF-8: no caller reads these. A
   // whole number is a std::uint64_t only where it is past INT64_MAX.
   std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Array, Dictionary>
       value;

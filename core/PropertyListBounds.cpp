@@ -9,7 +9,7 @@ namespace {
 constexpr std::string_view binaryMagic = "bplist00";
 constexpr std::size_t mostXMLContainers = 4'000;
 
-// --- XML: levels are counted by tags; what the tags are called is the library's business.
+// --- XML: levels are counted by tags, whatever their names.
 
 // The end of the markup that begins at `at` ("<…"), one past its last character; npos when it is cut off.
 std::size_t markupEnd(std::string_view text, std::size_t at) {
@@ -33,10 +33,10 @@ std::size_t openings(std::string_view text, std::string_view tag) {
 }
 
 bool isXMLWithinBounds(std::string_view text) {
-  // The library takes texts by their length in one place and up to the zero in another.
+  // libplist mixes counted and NUL-terminated strings.
   if (text.find('\0') != std::string_view::npos) return false;
-  // However the text is crafted so that the library reads its comments otherwise than the scan below does, it
-  // cannot nest deeper than it has containers.
+  // A crafted text may have comments that the library reads differently from the scan below, but it cannot nest
+  // deeper than its number of containers.
   if (openings(text, "<array") + openings(text, "<dict") > mostXMLContainers) return false;
   int depth = 0;
   std::size_t values = 0;
@@ -47,7 +47,7 @@ bool isXMLWithinBounds(std::string_view text) {
     if (kind == '/') {
       --depth;
     } else if (kind != '!' && kind != '?') {
-      // plist and the value's own tag stand around what is counted as levels.
+      // <plist> and the value's own tag are not levels.
       if (++values > 2 * mostPropertyListValues) return false;
       if (text[end - 2] != '/' && ++depth > deepestPropertyList + 2) return false;
     }

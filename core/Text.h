@@ -14,7 +14,7 @@ using MaybeText = std::optional<std::string>;
 bool isValidUTF8(std::string_view text);
 
 // `text` with each byte that is no part of a valid character replaced by U+FFFD.
-std::string withReplacementCharacters(std::string_view text);
+[[nodiscard]] std::string withReplacementCharacters(std::string_view text);
 
 // Whether `byte` is the first of a character in UTF-8, not one that goes on with it.
 inline bool startsCharacter(char byte) {
@@ -23,27 +23,27 @@ inline bool startsCharacter(char byte) {
 
 // Replaces every occurrence of `pattern` (not empty) by `replacement`: literal, case-sensitive, scanning once
 // from the start, occurrences not overlapping.
-std::string replaceAll(std::string_view text, std::string_view pattern, std::string_view replacement);
+[[nodiscard]] std::string replaceAll(std::string_view text, std::string_view pattern,
+                                     std::string_view replacement);
 
 // Fills each "%@" of `format`, in order, with the next value. An absent value, and a "%@" without a value,
 // becomes "(null)"; never an empty field, which would turn a command line against the folder above.
-std::string fill(std::string_view format, std::initializer_list<MaybeText> values);
+[[nodiscard]] std::string fill(std::string_view format, std::initializer_list<MaybeText> values);
 
 // `text` without the sequences that colour it on a terminal, and without the lone escape bytes that the
 // clean-up of a build's log leaves of them.
 std::string withoutSequences(std::string_view text);
 
 // A name as typed, without its blanks; nothing else is changed.
-std::string withoutBlanks(std::string_view typed);
+[[nodiscard]] std::string withoutBlanks(std::string_view typed);
 
 // A list as the system log shows it.
 std::string described(const std::vector<std::string>& items);
 
-// What stands after the last slash of `path`, trailing slashes aside; "/" for the root, empty for an empty
-// path.
+// What follows the last slash of `path`, without trailing slashes; "/" for the root, empty for an empty path.
 std::string lastPathComponent(std::string_view path);
 
-// What stands after the last dot of the last component, empty where it has none.
+// What follows the last dot of the last component; empty without one.
 std::string pathExtension(std::string_view path);
 
 // A UTF-16 unit by which a name could break its line, steer the reading direction, or look like another name,

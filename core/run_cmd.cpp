@@ -29,7 +29,7 @@ struct Process {
   pid_t parent;
 };
 
-// The parent is the second field after the program's name, which stands in parentheses and may hold any byte.
+// The parent is the second field after the program's name, which is in parentheses and may contain any byte.
 pid_t parentOf(const char* id) {
   char path[64];
   std::snprintf(path, sizeof path, "/proc/%.20s/stat", id);

@@ -34,8 +34,8 @@ class DispatchQueue;  // compared by address only, never owned
 using dispatch_queue_t = const DispatchQueue*;
 
 dispatch_queue_t dispatch_get_main_queue();
-// A concurrent queue: its jobs run beside one another. `flags` is always 0. Every other priority counts as the
-// default one.
+// A concurrent queue: its jobs run beside one another. `flags` is always 0. Every other priority counts as
+// the default one.
 dispatch_queue_t dispatch_get_global_queue(long priority, unsigned long flags);
 
 // Hands `job` over and returns at once. Any thread. What a job throws is written to the system log.

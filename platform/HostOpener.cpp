@@ -44,7 +44,7 @@ bool HostOpener::open(const QUrl& url) {
   opener::Request request{};
   const auto size = static_cast<std::size_t>(text.size());
   if (size == 0 || size > opener::longestURL) {
-    // Of one that is not valid, only the reason has the text.
+    // Of an invalid URL only the error contains the text.
     const QByteArray asked = url.isValid() ? text : url.errorString().toUtf8();
     NSLog("No URL that can be opened: " + asked.left(opener::longestURL).toStdString());
     return false;
@@ -64,7 +64,7 @@ void HostOpener::takeAnswers() {
   const ssize_t got = recv(socket_, &answer, sizeof answer, MSG_DONTWAIT);
   if (got < 0) return;
   if (got != static_cast<ssize_t>(sizeof answer)) {
-    // The launcher is gone, and this process is about to go with it.
+    // The launcher is gone, and this process will follow.
     answers_->setEnabled(false);
     return;
   }
@@ -72,7 +72,7 @@ void HostOpener::takeAnswers() {
   if (answer.verdict == opener::Verdict::Unavailable && url.isValid()) report(url);
 }
 
-// From the event loop in any case: who opens a URL is in the middle of something.
+// Always from the event loop: the caller of open() is in the middle of something.
 void HostOpener::report(const QUrl& url) {
   dispatch_async(dispatch_get_main_queue(), [unavailable = unavailable_, url] { unavailable(url); });
 }

@@ -1,4 +1,4 @@
-// Where URLs go that the application opens: to the opener outside the device.
+// Sends the URLs that the application opens to the opener outside the device.
 #pragma once
 
 #include <cstdint>
@@ -13,13 +13,13 @@ class QSocketNotifier;
 // Main thread. Nothing waits for an answer; it comes through the event loop.
 class HostOpener : public QObject {
  public:
-  // `unavailable` gets every URL that could not be opened because the host has no program for it, or only one
-  // that fails. URLs that the opener refuses get nothing: that is told in its log.
+  // `unavailable` gets each URL that the host has no program for, or only one that fails. URLs that the
+  // opener refuses are only logged by it.
   explicit HostOpener(std::function<void(const QUrl&)> unavailable, QObject* parent = nullptr);
   ~HostOpener() override;
 
-  // Takes the socket over that the launcher has put at `descriptor`, and keeps it from every command. Without
-  // it, or where the descriptor is something else, every URL is unavailable.
+  // Takes ownership of the launcher's socket at `descriptor` and makes it close-on-exec. Without it, or if
+  // the descriptor is something else, every URL is unavailable.
   void connectTo(int descriptor);
 
   // Whether the URL was handed over.

@@ -1,4 +1,4 @@
-// Notifications by name: whoever posts one does not know who listens.
+// Notifications by name.
 #pragma once
 
 #include <functional>
@@ -15,8 +15,8 @@ struct NSNotification {
   QVariantMap userInfo;
 };
 
-// Main thread only. Delivery is synchronous, in the order of registration; an observer that throws is logged
-// and does not keep the others from being called.
+// Main thread only. Delivery is synchronous, in the order of registration. An exception from an observer is
+// logged, and the others are called.
 class NSNotificationCenter {
  public:
   using Handler = std::function<void(const NSNotification&)>;

@@ -19,8 +19,8 @@ namespace {
 
 constexpr int pictureCacheKilobytes = 2048;
 
-// Painting hands pieces to the threads of this pool and waits for them, for ever where none can be started.
-// So there is one from the beginning, which takes them all and never ends.
+// Painting hands work to this pool and waits for it, for ever if no thread can be started. So one thread is
+// started at once, takes all of the work and never ends.
 void startPaintingThread() {
   QThreadPool& threads = *QThreadPool::globalInstance();
   threads.setMaxThreadCount(1);
@@ -55,7 +55,7 @@ QPalette darkPalette() {
 UIApplication::UIApplication(int& argc, char** argv) : QApplication(argc, argv) {
   setStyle(new ApplicationStyle);
   setPalette(darkPalette());
-  // The style keeps a picture of every control for every palette, and each dialog brings palettes of its own.
+  // The style caches a picture of each control for each palette, and each dialog has palettes of its own.
   QPixmapCache::setCacheLimit(pictureCacheKilobytes);
   startPaintingThread();
   new UIKeyboard(this);
@@ -66,8 +66,8 @@ UIApplication::~UIApplication() {
   // Windows ask the application for the key window as they go, so they go while it is still whole.
   delegate_.reset();
   UIScreen::destroyMainScreen();
-  // Jobs that the main queue still holds, with all that they hold, while objects can still go in order; and
-  // no event loop will come for what waits to be destroyed.
+  // Drops the jobs of the main queue while their objects can still be destroyed in order, and destroys what
+  // waits for an event loop that will not run again.
   QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
   drainAutoreleasePool();
   sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -139,12 +139,12 @@ void UIApplication::setKeyWindow(UIWindow* window) {
   if (before) before->rememberFocus();
   keyWindow_ = window;
   if (!window) {
-    // What is out of sight takes no keys.
+    // A hidden window takes no keys.
     QWidget* const focused = before ? before->window()->focusWidget() : nullptr;
     if (focused) focused->clearFocus();
     return;
   }
-  // The new one takes the focus before the others lose the right to it.
+  // The new one takes the focus before the others are disabled.
   window->becomeKey();
   for (UIWindow* each : UIScreen::mainScreen()->windows()) {
     if (each != keyWindow_) setTakesInput(*each, false);

@@ -1,4 +1,4 @@
-// The application object: the event loop and its boundary, the key window, and the way out to other programs.
+// The application object: the event loop and its boundary, the key window, opening URLs.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@ class UIApplicationDelegate {
  public:
   virtual ~UIApplicationDelegate() = default;
 
-  // The place to make the first window. The application ends at once when false is answered.
+  // Make the first window here. The application ends at once if this returns false.
   virtual bool applicationDidFinishLaunchingWithOptions(UIApplication& /*application*/,
                                                         const QVariantMap& /*options*/) {
     return true;
@@ -42,11 +42,11 @@ class UIApplication : public QApplication {
 
   bool notify(QObject* receiver, QEvent* event) override;
 
-  // Hands `url` to the opener and reports its answer through `completionHandler`, from the event loop. There
-  // are no options yet.
+  // Hands `url` to the opener and reports its result to `completionHandler`, from the event loop. There are
+  // no options yet.
   void openURL(const QUrl& url, const QVariantMap& options = {},
                std::function<void(bool)> completionHandler = {});
-  // The opener answers whether the URL was taken. Without one every URL is logged and refused.
+  // The opener returns whether it took the URL. Without one every URL is logged and refused.
   void setURLOpener(std::function<bool(const QUrl&)> opener) { opener_ = std::move(opener); }
 
   UIApplicationDelegate* delegate() const { return delegate_.get(); }
@@ -54,7 +54,7 @@ class UIApplication : public QApplication {
 
   // The window that takes input, or null.
   UIWindow* keyWindow() const;
-  // The application's own window, above which dialogs lie: the lowest of the normal level that is shown, else
+  // The application's own window, below the dialogs: the lowest of the normal level that is shown, else
   // the lowest of that level; null where there is none.
   UIWindow* appWindow() const;
   // Makes the topmost visible window key, in place of the one that is.

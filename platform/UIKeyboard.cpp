@@ -13,10 +13,10 @@
 
 namespace {
 
-// Input methods do not tell how they move; this is how phones do.
+// Input methods do not report how they move; phones take this long.
 constexpr double slideSeconds = 0.25;
 
-// There is one keyboard, whoever watches it.
+// Of the one keyboard.
 QRectF& presentFrame() {
   static QRectF frame;
   return frame;
@@ -63,7 +63,7 @@ QRectF UIKeyboard::frame() {
 
 void UIKeyboard::readInputMethod() {
   const QInputMethod* inputMethod = QGuiApplication::inputMethod();
-  // Told in the coordinates of the window that has the focus, which is the screen.
+  // In the coordinates of the focused window, which is the screen.
   setFrame(inputMethod->isVisible() ? inputMethod->keyboardRectangle() : QRectF());
 }
 

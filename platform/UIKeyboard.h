@@ -30,17 +30,16 @@ class UIKeyboard : public QObject {
   // `frame` is empty while no keyboard is shown. A change of frame is posted before the show or hide that it
   // belongs to.
   void setFrame(const QRectF& frame);
-  // Where the keyboard stands now.
+  // The present frame.
   static QRectF frame();
 
  private:
   void readInputMethod();
 };
 
-// Whether `press` comes from a key that is held down. X11 sends such repeats as a release and a press of the
-// same time. Where the press is late, Qt takes both for real, so QKeyEvent::isAutoRepeat() alone does not
-// tell.
+// Whether `press` comes from a key that is held down. X11 sends such repeats as a release and a press with
+// the same time. If the press is late, Qt takes both for real: QKeyEvent::isAutoRepeat() alone is not enough.
 bool isRepeated(const QKeyEvent& press);
 
-// To be called with each key release, before anything handles it.
+// Call it with each key release, before anything handles it.
 void noteKeyRelease(const QKeyEvent& release);

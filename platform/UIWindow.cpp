@@ -16,8 +16,8 @@
 
 namespace {
 
-// The style draws every control once for every palette that it meets and keeps the picture's name for good,
-// so what was drawn for palettes that are gone is thrown away from time to time.
+// The style caches a picture of each control for each palette and never drops one: empties the cache from
+// time to time.
 void forgetPicturesOfFormerPalettes() {
   constexpr int palettesAtATime = 64;
   static int palettes = 0;
@@ -27,13 +27,13 @@ void forgetPicturesOfFormerPalettes() {
 }  // namespace
 
 void setTakesInput(QWidget& widget, bool takesInput) {
-  // What the widget itself was told: its parent may be switched off as well.
+  // The widget's own setting: its parent may be disabled as well.
   if (takesInput != widget.testAttribute(Qt::WA_ForceDisabled)) return;
   if (takesInput) {
     widget.setPalette(QPalette());
     forgetPicturesOfFormerPalettes();
   } else {
-    // What lies behind is dimmed by the cover above it, not greyed out control by control as well.
+    // The cover above dims what is behind it; it is not greyed out as well.
     QPalette palette = widget.palette();
     for (int role = 0; role < QPalette::NColorRoles; ++role) {
       const auto colorRole = static_cast<QPalette::ColorRole>(role);
@@ -114,14 +114,14 @@ void UIWindow::setVisible(bool visible) {
 }
 
 void UIWindow::setWindowLevel(double level) {
-  // Only a change moves the window: one that lies below others stays there.
+  // Only a change moves the window; one below others stays there.
   if (level == windowLevel_) return;
   windowLevel_ = level;
   UIScreen::mainScreen()->bringToFront(this);
 }
 
 void UIWindow::endEditing() {
-  // Where no keyboard is plugged in, nothing has the focus, and Qt's part for Wayland must not be asked.
+  // Without a keyboard nothing has the focus, and then Qt's Wayland plugin must not be called.
   if (QGuiApplication::focusObject() != nullptr) QGuiApplication::inputMethod()->commit();
   rememberFocus();
   if (lastFocus_ && lastFocus_ == window()->focusWidget()) setFocus(Qt::OtherFocusReason);
@@ -153,7 +153,7 @@ bool UIWindow::focusNextPrevChild(bool next) {
     to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return true;
   }
-  // Nowhere to go inside; the focus must not get out either.
+  // Nothing else inside takes the focus; it stays.
   return true;
 }
 

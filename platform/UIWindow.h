@@ -43,11 +43,11 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void makeKeyAndVisible();
   bool isKeyWindow() const;
   // Showing and hiding a window (setHidden, setVisible, show, hide) posts the notifications above. When the
-  // key window is hidden, the topmost one that is still visible becomes key, unless told otherwise below.
+  // key window is hidden, the topmost one that is still visible becomes key, unless setPassesKeyOn() says otherwise.
   void setVisible(bool visible) override;
 
-  // False where a window that is hidden now is to come back in this one's place: when this one is hidden as
-  // the key window, nothing takes input until somebody makes the other one key.
+  // False if a window that is hidden now is to come back in this one's place: when this one is hidden as the
+  // key window, nothing takes input until the other one is made key.
   void setPassesKeyOn(bool passes) { passesKeyOn_ = passes; }
 
   double windowLevel() const { return windowLevel_; }
@@ -82,15 +82,14 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
 void retireUIWindow(UIWindow* window);
 
 template <typename Window = UIWindow, typename... Arguments>
-std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
+[[nodiscard]] std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
   auto* window = new Window(std::forward<Arguments>(arguments)...);
-  // The screen destroys its windows when it goes first, hence the guard; while it does, a window is already
-  // no UIWindow any more.
+  // The guard is for a screen that goes first and destroys its windows, which are then only QObjects.
   return std::shared_ptr<Window>(window, [guard = QPointer<QObject>(window)](UIWindow*) {
     retireUIWindow(qobject_cast<UIWindow*>(guard.data()));
   });
 }
 
-// Without input `widget` and all in it take neither keys, shortcuts nor clicks, but look as they did. Move
-// the focus elsewhere first. Main thread.
+// Without input `widget` and all in it take neither keys, shortcuts nor clicks, but look the same. Move the
+// focus elsewhere first. Main thread.
 void setTakesInput(QWidget& widget, bool takesInput);

@@ -1,7 +1,6 @@
 // Buttons, indicator, progress and custom view of a dialog that is shown.
 #include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
-#include "platform/UIActivityIndicatorView.h"
 
 #include <QProgressBar>
 
@@ -146,17 +145,6 @@ TEST_F(Content, FollowsItsProgressWhileShown) {
   const int before = frameOf(dialog)->height();
   dialog->setProgressLabelText(none);
   EXPECT_LT(frameOf(dialog)->height(), before);
-}
-
-TEST_F(Content, SpinsFromItsShowUntilItGoes) {
-  setMotionEnabled(true);
-  const Dialog dialog = waiting();
-  auto* indicator = dialog->view()->findChild<UIActivityIndicatorView*>();
-  EXPECT_FALSE(indicator->isTicking());
-  dialog->show();
-  EXPECT_TRUE(indicator->isTicking());
-  dialog->dismiss();
-  EXPECT_FALSE(indicator->isTicking());
 }
 
 TEST_F(Content, TakesAViewOfTheApplicationsOwnOver) {

@@ -41,33 +41,25 @@ TEST_F(Stack, CoversTheLowerDialogAndBringsItBackWithItsFocus) {
 }
 
 TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
-  struct Change {
-    const char* name;
-    std::function<void(RQAlertView&)> make;
-  };
+  using Change = std::function<void(RQAlertView&)>;
   const std::vector<Change> changes{
-      {"colour", [](RQAlertView& dialog) { dialog.setTitleTextColor(Qt::green); }},
-      {"fonts",
-       [](RQAlertView& dialog) {
-         dialog.setTitleFont(boldSystemFontOfSize(30));
-         dialog.setButtonsFont(systemFontOfSize(60));
-       }},
-      {"label", [](RQAlertView& dialog) { dialog.setProgressLabelText("Nearly done"); }},
-      {"arrangement", [](RQAlertView& dialog) { dialog.setOneRowOneButton(true); }},
-      {"one button",
-       [](RQAlertView& dialog) {
-         dialog.setButtonPropertiesAtIndex(0, [](auto& properties) { properties.numberOfLines = 0; });
-       }},
-      {"the focused button", [](RQAlertView& dialog) { dialog.setCancelButtonEnabled(false); }},
-      {"all buttons", [](RQAlertView& dialog) { dialog.setButtonsEnabled(false); }},
-      {"level", [](RQAlertView& dialog) { dialog.setWindowLevel(RQAlertViewWindowLevel::BelowStatusBar); }},
-      {"screen", [](RQAlertView&) { UIScreen::mainScreen()->resize(820, 1180); }},
-      {"direction", [](RQAlertView&) { UIApplication::setLayoutDirection(Qt::RightToLeft); }},
+      [](RQAlertView& dialog) { dialog.setTitleTextColor(Qt::green); },
+      [](RQAlertView& dialog) { dialog.setButtonsFont(systemFontOfSize(60)); },
+      [](RQAlertView& dialog) { dialog.setProgressLabelText("Nearly done"); },
+      [](RQAlertView& dialog) { dialog.setOneRowOneButton(true); },
+      [](RQAlertView& dialog) {
+        dialog.setButtonPropertiesAtIndex(0, [](auto& properties) { properties.numberOfLines = 0; });
+      },
+      [](RQAlertView& dialog) { dialog.setCancelButtonEnabled(false); },
+      [](RQAlertView& dialog) { dialog.setButtonsEnabled(false); },
+      [](RQAlertView& dialog) { dialog.setWindowLevel(RQAlertViewWindowLevel::BelowStatusBar); },
+      [](RQAlertView&) { UIScreen::mainScreen()->resize(820, 1180); },
+      [](RQAlertView&) { UIApplication::setLayoutDirection(Qt::RightToLeft); },
   };
   // Covered by one that was made later, and still in sight below one that was made earlier.
   for (const bool madeLater : {true, false}) {
     for (const Change& change : changes) {
-      SCOPED_TRACE(std::string(change.name) + (madeLater ? "" : ", in sight"));
+      SCOPED_TRACE(std::to_string(&change - changes.data()) + (madeLater ? "" : ", in sight"));
       Dialog upper = madeLater ? nullptr : alert();
       const Dialog lower = showing(waiting("Wait", {"A"}, "Cancel"));
       if (!upper) upper = alert();
@@ -75,7 +67,7 @@ TEST_F(Stack, KeepsADialogCoveredWhateverChangesInIt) {
       const QWidget* focused = focus();
       ASSERT_TRUE(upper->window()->isAncestorOf(focused));
 
-      change.make(*lower);
+      change(*lower);
       QCoreApplication::processEvents();
       EXPECT_EQ(lower->window()->isHidden(), madeLater);
       EXPECT_EQ(keyWindow(), upper->window().get());
