@@ -235,14 +235,14 @@ void DeviceFolder::removeLeftovers() const {
   try {
     sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
     // What a killed import left; a living one holds its lock.
-    const Descriptor beside = openFolderBeneath(var_.get(), kBesideProjects);
+    const Descriptor beside = openFolderBeneath(var_.get(), besideProjects);
     for (const auto& name : list(beside)) {
       if (!name.starts_with(".import-")) continue;
       const Descriptor unfinished = openFolderBeneath(beside.get(), name);
       if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
-        setAside(beside.get(), fs::path("var") / kBesideProjects, name);
+        setAside(beside.get(), fs::path("var") / besideProjects, name);
     }
-    const Descriptor projects = openFolderBeneath(var_.get(), kProjects);
+    const Descriptor projects = openFolderBeneath(var_.get(), projectsFolder);
     for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
   } catch (const TooMany&) {
   }

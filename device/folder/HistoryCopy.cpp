@@ -13,12 +13,14 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <numeric>
 #include <optional>
 #include <poll.h>
 #include <set>
 #include <signal.h>
+#include <sstream>
 #include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -39,7 +41,7 @@ constexpr const char* usageFile = "usage";
 constexpr const char* aboutFile = "about";
 constexpr const char* setAside = "set-aside";
 constexpr const char* beingMade = ".new-copy";
-constexpr const char* beingDropped = ".old-";
+const std::string beingDropped = ".old-";
 constexpr const char* beingParted = ".old-parted";
 constexpr std::size_t largestState = std::size_t{512} << 20;
 // Left free for everything else on the disk.
@@ -263,7 +265,8 @@ class Sandboxed {
     for (const Kept kind : allKept) {
       const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
       if (!folder) continue;
-      add({"--ro-bind-fd", std::to_string(folder.get()), std::string("/from/") + folderInHistory(kind)});
+      shown_.insert(shown_.end(), {"--ro-bind-fd", std::to_string(folder.get()),
+                                   std::string("/from/") + folderInHistory(kind)});
       passed_.push_back(folder.get());
     }
   }
@@ -272,32 +275,12 @@ class Sandboxed {
   // `capability` is what the program has over the device user's own files.
   int run(const char* capability, const std::vector<std::string>& command, const std::string& input,
           const std::function<bool(const std::string&)>& take) {
-    std::vector<std::string> words{tools_.bubblewrap.string(),
-                                   "--unshare-all",
-                                   "--unshare-user",
-                                   "--die-with-parent",
-                                   "--new-session",
-                                   "--clearenv",
-                                   "--cap-drop",
-                                   "ALL",
-                                   "--cap-add",
-                                   capability,
-                                   "--ro-bind",
-                                   "/usr",
-                                   "/usr",
-                                   "--symlink",
-                                   "usr/lib",
-                                   "/lib",
-                                   "--symlink",
-                                   "usr/lib64",
-                                   "/lib64",
-                                   "--dev",
-                                   "/dev",
-                                   "--dir",
-                                   "/from",
-                                   "--ro-bind-try",
-                                   tools_.rsync.string(),
-                                   "/rsync"};
+    std::istringstream fixed(
+        "--unshare-all --unshare-user --die-with-parent --new-session --clearenv --ro-bind /usr /usr "
+        "--symlink usr/lib /lib --symlink usr/lib64 /lib64 --dev /dev --dir /from --cap-drop ALL --cap-add");
+    std::vector<std::string> words{tools_.bubblewrap.string()};
+    words.insert(words.end(), std::istream_iterator<std::string>(fixed), {});
+    words.insert(words.end(), {capability, "--ro-bind-try", tools_.rsync.string(), "/rsync"});
     words.insert(words.end(), shown_.begin(), shown_.end());
     words.insert(words.end(),
                  {"--bind-fd", std::to_string(history_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
@@ -319,8 +302,6 @@ class Sandboxed {
   }
 
  private:
-  void add(std::initializer_list<std::string> words) { shown_.insert(shown_.end(), words); }
-
   static bool takeLines(int output, const std::function<bool(const std::string&)>& take) {
     const auto limit = Clock::now() + longestCopy;
     std::string text;
@@ -498,8 +479,7 @@ class Copying {
       });
       const std::string least = leastMissed(entries);
       // One alone that is too large, such as a project that was set aside, is no reason to keep no copy.
-      if (least.empty()) break;
-      drop(least);
+      if (least.empty() || !drop(least)) break;
       usage = measure();
     }
     room_ = std::max(needed, largestHistory - std::min(usage, largestHistory));
@@ -540,11 +520,17 @@ class Copying {
     return bytes > room_ ? tooMuch : status;
   }
 
-  void drop(const std::string& when) const {
-    renameat(folder_, when.c_str(), folder_, (beingDropped + when).c_str());
-    const std::string aside = std::string(setAside) + "/" + when;
-    renameat(folder_, aside.c_str(), folder_, (std::string(beingDropped) + "aside-" + when).c_str());
+  // False where the entry stays, since something of it is being brought back.
+  bool drop(const std::string& when) const {
+    for (const std::string& name : {when, std::string(setAside) + "/" + when}) {
+      const Descriptor entry = openFolderBeneath(folder_, name);
+      if (!entry) continue;
+      if (flock(entry.get(), LOCK_EX | LOCK_NB) != 0) return false;
+      const std::string dropped = beingDropped + (name == when ? "" : "aside-") + when;
+      renameat(folder_, name.c_str(), folder_, dropped.c_str());
+    }
     sweep();
+    return true;
   }
 
   // Removes what was being made or dropped, also by a process that was killed.

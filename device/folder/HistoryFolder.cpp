@@ -2,6 +2,7 @@
 
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/Packages.h"
 
 #include <algorithm>
 #include <cctype>
@@ -57,11 +58,11 @@ bool isPlain(const std::string& name) {
 const char* folderInDevice(Kept kind) {
   switch (kind) {
     case Kept::Project:
-      return "Tweakyard/Projects";
+      return projectsFolder;
     case Kept::Backup:
       return "mobile/Documents/TweakbenchBackups";
     default:
-      return "mobile/Documents/Tweakbench";
+      return packagesFolder;
   }
 }
 
@@ -232,8 +233,9 @@ void HistoryFolder::undoBackup(int var) const {
   std::string when;
   if (!std::getline(note, name) || !std::getline(note, when) || !isPlain(name)) return finishBackup();
   const fs::path inHistory = folderInHistory(Kept::Backup);
-  const Descriptor aside =
-      when.empty() ? Descriptor() : openFolderBeneath(folder_.get(), asideFolder / fs::path(when) / inHistory);
+  const Descriptor aside = when.empty()
+                               ? Descriptor()
+                               : openFolderBeneath(folder_.get(), asideFolder / fs::path(when) / inHistory);
   const bool hasMoved = aside && exists(aside.get(), name);
   // Killed before the older one was moved, or after it was put back: what is there is whole.
   if (!when.empty() && !hasMoved) return finishBackup();

@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Kept short of what a file name may have, for the rest of a temporary name.
-constexpr std::size_t kLongestName = 200;
+constexpr std::size_t longestName = 200;
 
 }  // namespace
 
@@ -28,7 +28,7 @@ bool Package::isSameAs(const Package& other) const {
 std::vector<Package> packagesOf(int var, const std::string& project) {
   std::vector<Package> found;
   for (const fs::path& place :
-       {fs::path(kPackages) / project, fs::path(kProjects) / project / kOwnPackages}) {
+       {fs::path(packagesFolder) / project, fs::path(projectsFolder) / project / ownPackages}) {
     const Descriptor folder = openFolderBeneath(var, place);
     auto names =
         folder ? namesIn(folder.get()).value_or(std::vector<std::string>()) : std::vector<std::string>();
@@ -64,7 +64,7 @@ Descriptor openNewestPackage(int var, const std::string& project, std::string& n
 
 void requireProject(int var, const std::string& project) {
   requireEntryName(project);
-  if (openFolderBeneath(var, fs::path(kProjects) / project)) return;
+  if (openFolderBeneath(var, fs::path(projectsFolder) / project)) return;
   if (errno == ENOENT) throw Refusal("There is no project " + project + " in the device.");
   refuseWithError("The project " + project + " cannot be opened:");
 }
@@ -84,7 +84,7 @@ void requireEntryName(const std::string& name) {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
   });
   if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
-      name.size() > kLongestName) {
+      name.size() > longestName) {
     throw Refusal("\"" + visible(name) + "\" is no project's name.");
   }
 }

@@ -11,13 +11,13 @@
 namespace device {
 
 // Where projects are, below var/.
-inline constexpr const char* kProjects = "Tweakyard/Projects";
+inline constexpr const char* projectsFolder = "Tweakyard/Projects";
 // Where what comes in is put together: on the same file system, and not a project.
-inline constexpr const char* kBesideProjects = "Tweakyard";
+inline constexpr const char* besideProjects = "Tweakyard";
 // Where builds of the application leave packages, in a folder for each project; those of make alone stay in
 // the project.
-inline constexpr const char* kPackages = "mobile/Documents/Tweakbench";
-inline constexpr const char* kOwnPackages = "packages";
+inline constexpr const char* packagesFolder = "mobile/Documents/Tweakbench";
+inline constexpr const char* ownPackages = "packages";
 
 struct Package {
   // Below var/.

@@ -31,7 +31,7 @@ int build(const Options& options) {
     for (const auto& package : packagesOf(var, options.project)) {
       const bool isNew = std::none_of(before.begin(), before.end(),
                                       [&](const Package& other) { return package.isSameAs(other); });
-      if (!isNew || package.path.parent_path() != std::filesystem::path(kPackages) / options.project)
+      if (!isNew || package.path.parent_path() != std::filesystem::path(packagesFolder) / options.project)
         continue;
       std::cout << (device / "var" / package.path).string() << "\n";
       ++made;

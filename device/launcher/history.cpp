@@ -15,6 +15,7 @@
 #include <map>
 #include <set>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -231,6 +232,9 @@ int bringBack(const Options& options) {
   const fs::path place = folderInDevice(options.kept);
   const Descriptor present = openFolderBeneath(device.var.get(), place / options.project);
   const HistoryEntry entry = choose(history, entries, options.when, path, present.get());
+  // A copy that is being taken meanwhile drops old entries, but no locked one.
+  const Descriptor held = history.open(entry, ".");
+  if (held) flock(held.get(), LOCK_SH);
   const Rights own = Rights::own();
   const Interruption interruption;
   const Transfer transfer{device.name,

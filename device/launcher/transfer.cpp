@@ -72,9 +72,9 @@ void exportTo(const Transfer& prepared, const Options& options) {
 void showPath(const Transfer& prepared, const Options& options) {
   prepared.inDevice.assume();
   if (!options.project.empty()) requireProject(prepared.var.get(), options.project);
-  if (!openFolderBeneath(prepared.var.get(), kProjects))
+  if (!openFolderBeneath(prepared.var.get(), projectsFolder))
     refuseWithError("The device's folder of projects cannot be opened:");
-  const fs::path projects = prepared.device / "var" / kProjects;
+  const fs::path projects = prepared.device / "var" / projectsFolder;
   std::cout << (options.project.empty() ? projects : projects / options.project).string() << std::endl;
 }
 

@@ -123,21 +123,21 @@ Descriptor makeInDevice(const Transfer& transfer, const fs::path& folder) {
 
 // The project's packages that lie outside it, as those of a copy that has none. Returns what is left out.
 std::vector<std::string> addPackages(const Transfer& transfer, const std::string& name, int copy) {
-  if (exists(copy, kOwnPackages)) return {};
+  if (exists(copy, ownPackages)) return {};
   transfer.inDevice.assume();
-  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(kPackages) / name);
+  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(packagesFolder) / name);
   if (!from && errno == ENOENT) return {};
   // A build may have put anything there, which is no reason to keep the project in.
-  if (!from) return {kOwnPackages};
+  if (!from) return {ownPackages};
   transfer.host.assume();
-  if (mkdirat(copy, kOwnPackages, 0700) != 0) refuseWithError("The packages could not be written:");
-  const Descriptor to = openFolderBeneath(copy, kOwnPackages);
+  if (mkdirat(copy, ownPackages, 0700) != 0) refuseWithError("The packages could not be written:");
+  const Descriptor to = openFolderBeneath(copy, ownPackages);
   if (!to) refuseWithError("The packages could not be written:");
   auto leftOut = copyTree({from.get(), transfer.inDevice}, {to.get(), transfer.host},
                           {CopiedLinks::Inside, transfer.umask, transfer.pause});
   transfer.host.assume();
   if (fchmod(to.get(), 0777 & ~transfer.umask) != 0) refuseWithError("The packages could not be written:");
-  for (auto& each : leftOut) each = std::string(kOwnPackages).append("/").append(each);
+  for (auto& each : leftOut) each = std::string(ownPackages).append("/").append(each);
   return leftOut;
 }
 
@@ -145,12 +145,12 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
 // would take those that lie in the project for its own. Packages of the same names that are there already
 // stay instead. Returns what is left out.
 std::vector<std::string> movePackages(const Transfer& transfer, const std::string& name, int from) {
-  const fs::path path = fs::path(kPackages) / name;
+  const fs::path path = fs::path(packagesFolder) / name;
   const Descriptor to = makeFolderBeneath(transfer.var.get(), path);
   std::vector<std::string> leftOut;
   for (const auto& each : namesIn(from).value_or(std::vector<std::string>())) {
     if (!to || !renameToNew(from, each, to.get(), each))
-      leftOut.push_back(std::string(kOwnPackages).append("/").append(each));
+      leftOut.push_back(std::string(ownPackages).append("/").append(each));
   }
   return leftOut;
 }
@@ -261,8 +261,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
   if (isWithin(fs::weakly_canonical(transfer.device, error), pathOf(from.get()))) {
     throw Refusal(visible(source.string()) + " has the device in it; a copy of it would never end.");
   }
-  const Descriptor projects = makeInDevice(transfer, kProjects);
-  const Descriptor beside = makeInDevice(transfer, kBesideProjects);
+  const Descriptor projects = makeInDevice(transfer, projectsFolder);
+  const Descriptor beside = makeInDevice(transfer, besideProjects);
   const bool isReplaced = existing == Existing::Replaced && exists(projects.get(), name);
   if (!isReplaced && exists(projects.get(), name)) {
     throw Refusal("There is a project " + name + " in the device already; import --replace replaces it.");
@@ -275,8 +275,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
   done.warning = warningAbout(transfer, copy.folder());
   // Out of the project before it is there.
   const Unfinished aside(beside.get(), ".import-", transfer.inDevice);
-  const bool hasPackages = openFolderBeneath(copy.folder(), kOwnPackages) &&
-                           renameat(copy.folder(), kOwnPackages, aside.folder(), kOwnPackages) == 0;
+  const bool hasPackages = openFolderBeneath(copy.folder(), ownPackages) &&
+                           renameat(copy.folder(), ownPackages, aside.folder(), ownPackages) == 0;
 
   std::optional<HistoryFolder> history;
   if (existing == Existing::Replaced) history.emplace(transfer.folder.get());
@@ -288,13 +288,13 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
     copy.finish(projects.get(), name, 0755);
   }
   if (!hasPackages) return done;
-  const Descriptor built = openFolderBeneath(transfer.var.get(), kPackages);
+  const Descriptor built = openFolderBeneath(transfer.var.get(), packagesFolder);
   if (history && built && exists(built.get(), name)) {
-    history->replace(built.get(), name, aside.folder(), kOwnPackages, when,
+    history->replace(built.get(), name, aside.folder(), ownPackages, when,
                      fs::path(folderInHistory(Kept::Packages)) / name);
     done.kept = transfer.device / "history/set-aside" / when;
   } else {
-    const Descriptor packages = openFolderBeneath(aside.folder(), kOwnPackages);
+    const Descriptor packages = openFolderBeneath(aside.folder(), ownPackages);
     for (auto& each : movePackages(transfer, name, packages.get())) done.leftOut.push_back(std::move(each));
   }
   return done;
@@ -302,7 +302,7 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
 
 Transferred copyBack(const Transfer& transfer, int source, const fs::path& place, const std::string& name) {
   const Descriptor target = makeInDevice(transfer, place);
-  const Descriptor beside = makeInDevice(transfer, kBesideProjects);
+  const Descriptor beside = makeInDevice(transfer, besideProjects);
   Unfinished copy(beside.get(), ".import-", transfer.inDevice);
   CopyRules rules{CopiedLinks::All, 022, transfer.pause};
   rules.unreadable = CopyRules::Unreadable::LeftOut;
@@ -316,7 +316,7 @@ Transferred copyBack(const Transfer& transfer, int source, const fs::path& place
 Transferred exportProject(const Transfer& transfer, const std::string& name, const fs::path& target) {
   requireEntryName(name);
   transfer.inDevice.assume();
-  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(kProjects) / name);
+  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(projectsFolder) / name);
   if (!from && errno == ENOENT) throw Refusal("There is no project " + name + " in the device.");
   if (!from) refuseWithError("The project " + name + " cannot be opened:");
   transfer.host.assume();
