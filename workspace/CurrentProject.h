@@ -24,23 +24,22 @@ void setTheosPath(const std::string& path);
 // The folder names below the Projects folder, in the order the file system gives them.
 std::vector<std::string> projectNames();
 
-// Makes the project current in both records. Whether its folder exists, so that the screen is to be set up
-// again.
+// Makes the project current in both records. Returns whether its folder exists; the screen is set up again
+// then.
 bool chooseProject(const std::string& name);
 
-// Moves the Flex converter from the application folder to /usr/bin, unless one is there.
+// Moves the Flex converter from the application folder to /usr/bin if there is none.
 void installConverter();
 
 // Whether any of the folders in which Theos may lie exists.
 bool theosIsPresent();
 
-// Records under "TheosPath" the last of those folders that exists: the strongest comes last. Nothing is
-// recorded, and an earlier record stays, when none exists.
+// Records the last of those folders that exists under "TheosPath". If none exists, an earlier record stays.
 void recordTheosPath();
 
 void createProjectsFolder();
 
-// What the main screen shows as the project's name: empty when no project is current.
+// The project's name on the main screen; empty if no project is current.
 std::string currentProjectLabel();
 
 // Returns `name` unchanged if a command on the path FOLDER/name changes that item of FOLDER. Names go into

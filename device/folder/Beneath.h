@@ -1,5 +1,4 @@
-// Opening and writing below a folder whose contents are not to be trusted: no link is followed, nothing above
-// is reached.
+// Opens and writes below a folder with hostile contents. Follows no link and never leaves the folder.
 #pragma once
 
 #include "core/Descriptor.h"
@@ -21,28 +20,29 @@ Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
 // way.
 Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path);
 
-// Whether there is an entry of that name, links included.
+// Whether there is an entry of that name; links count.
 bool exists(int folder, const std::string& name);
 
 // The content of a regular file of at most `limit` bytes; absent for anything else.
 std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
 
-// The last `limit` bytes of a regular file, or all of it where it is shorter; absent for anything else.
+// The last `limit` bytes of a regular file, or all of a shorter one; absent for anything else.
 std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
 
-// Gives an entry another name, also in another folder of the same file system. False, with errno EEXIST or
-// ENOTEMPTY, where that name is taken.
+// Renames an entry, also into another folder of the same file system. False, with errno EEXIST or ENOTEMPTY,
+// if the name is taken.
 bool renameToNew(int folder, const std::string& name, int newFolder, const std::string& newName);
 
-// Replaces the file `name` in `folder` in one step; on false, errno tells why and the old file stands.
+// Replaces the file `name` in `folder` in one step. On failure returns false with errno, and the old file
+// stays.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
 
-// Deletes the entry `name` in `folder` with everything in it; links are deleted themselves. False where
-// something is left, errno tells why.
+// Deletes the entry `name` in `folder` with everything in it, but no target of a link. False with errno if
+// something is left.
 bool removeBeneath(int folder, const std::string& name);
 
-// What fdopendir() would give, "." and ".." dropped; absent with errno set on failure, E2BIG where there are
-// more than a million. `pause` is called again and again, and what it throws goes through.
+// The names in a folder without "." and "..", in the file system's order. Absent with errno on failure, E2BIG
+// for more than a million. `pause` is called for each name and may throw.
 std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause = {});
 // The same; nothing on failure, also where `folder` is empty.
 std::vector<std::string> namesInOrNone(const Descriptor& folder);

@@ -1,4 +1,4 @@
-// Takes a dated copy of what is in the device.
+// Takes a dated copy of the projects, backups and packages in the device.
 #pragma once
 
 #include "device/folder/HistoryFolder.h"
@@ -27,13 +27,12 @@ enum class Insistence {
   Gaps,
 };
 
-// Copies what changed in DEVICE/var (opened as `var`) since the newest copy, drops the copies that are no
-// longer needed, and waits for another process that is at it. Takes as long as it takes. To be used as the
-// device's user, in a process that has no other children. Failures leave the history as it was; the next call
-// tries again.
+// Copies what changed in DEVICE/var (opened as `var`) since the newest copy and drops the copies that are no
+// longer needed. Waits for another process that does the same; may take minutes. Call it as the device's user
+// in a process without other children. A failure leaves the history as it was; the next call tries again.
 void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, Insistence insistence);
 
-// Exchanges what was moved into the history, and what a build may still have a hold of, for copies; else as
+// Replaces what was moved into the history by copies, since a build may still have it open. Otherwise as
 // above.
 void partMoved(const HistoryFolder& history, const HistoryTools& tools);
 

@@ -22,7 +22,7 @@ inline constexpr const char* ownPackages = "packages";
 struct Package {
   // Below var/.
   std::filesystem::path path;
-  // What a build cannot forge: a package with the same two is the same one, wherever it was moved.
+  // A build cannot forge these two: a package with both the same is the same one, even if it was moved.
   ino_t number;
   timespec changed;
   timespec modified;
@@ -30,12 +30,11 @@ struct Package {
   bool isSameAs(const Package& other) const;
 };
 
-// All regular files that end in ".deb" in the package folder of `project` and in its own "packages", in this
-// order, and by name in each. A name with control characters is left out: it could not be printed.
+// All regular files that end in ".deb" in the package folder of `project`, then in its own "packages", sorted
+// by name. Leaves out names with control characters, which could not be printed.
 std::vector<Package> packagesOf(int var, const std::string& project);
 
-// Opens the package that was modified last for reading and puts its name into `name`. None where there is no
-// package.
+// Opens the package that was modified last for reading and sets `name`. Empty if there is no package.
 Descriptor openNewestPackage(int var, const std::string& project, std::string& name);
 
 // Throws Refusal unless there is a folder of that name, whose name may be any that a folder can have.

@@ -9,8 +9,8 @@
 
 namespace device {
 
-// One end of a copy. Every entry below `folder` is reached without following links, so that either end may be
-// changed meanwhile by programs that mean harm.
+// One end of a copy. Entries below `folder` are opened without following links, so hostile programs may
+// change either end meanwhile.
 struct CopyEnd {
   int folder;
   Rights rights;
@@ -26,7 +26,7 @@ struct CopyRules {
   CopiedLinks links = CopiedLinks::All;
   // Taken from the modes of what is made: 0755 for folders and programs, 0644 for other files.
   mode_t umask = 022;
-  // Called again and again; what it throws ends the copy.
+  // Called for each entry; if it throws, the copy ends.
   std::function<void()> pause;
   // What cannot be opened, or is too deep.
   enum class Unreadable { Refused, LeftOut };

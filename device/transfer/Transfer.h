@@ -11,7 +11,7 @@
 
 namespace device {
 
-// What both ways need. The device may be in use meanwhile: what is copied appears in one step, and a failure
+// What both directions need. The device may be in use meanwhile: a copy appears in one step, and a failure
 // leaves nothing.
 struct Transfer {
   // DEVICE, for messages and to keep the host's side out of it.
@@ -25,7 +25,7 @@ struct Transfer {
   Rights inDevice;
   // The caller's, for what is made on the host.
   mode_t umask;
-  // Called again and again; what it throws ends the copy, of which nothing stays.
+  // Called for each entry; if it throws, the copy ends and nothing of it stays.
   std::function<void()> pause;
 };
 
@@ -34,11 +34,11 @@ enum class Existing { Refused, Replaced };
 struct Transferred {
   // Import: the project's name. Export: where the copy is.
   std::string what;
-  // As from copyTree(), and packages that had no place.
+  // As from copyTree(), and packages whose names were taken.
   std::vector<std::string> leftOut = {};
-  // Import: where what it replaced is kept; empty where it replaced nothing.
+  // Import: where the replaced project is kept; empty if there was none.
   std::filesystem::path kept = {};
-  // Import: a sentence on what keeps the project from building in the device, or nothing.
+  // Import: a sentence on why the project cannot build in the device; else empty.
   std::string warning = {};
 };
 
