@@ -100,6 +100,8 @@ bool typing() {
   view.show();
   view.goTo(10'000, 1);
   view.grab();
+  // The lines are wrapped bit by bit.
+  for (int turn = 0; turn < 1000; ++turn) QCoreApplication::processEvents();
   std::vector<double> taken;
   const std::string typed = "\tif ([self foo:@\"x\" bar:1]) { /* %orig\n";
   for (int round = 0; round < 10; ++round) {

@@ -45,6 +45,7 @@ class CodeView : public TextView {
  protected:
   void applyLooks() override;
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void styleTo(long end);

@@ -98,11 +98,13 @@ void PopOverNewController::wireToolBar() {
   outlets_->problemLabel->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
                                              metrics::barSpacing);
   connect(&LastBuild::shared(), &LastBuild::changed, this, atEventBoundary([this] { showProblems(); }));
-  connect(&text, &CodeView::caretLineChanged, this, [this, &text] {
+  // Later, since this is found out while the text is painted.
+  const auto tellMessages = [this, &text] {
     const QStringList messages = text.messagesAtCaret();
     outlets_->problemLabel->setText(messages.join(QLatin1Char('\n')));
     outlets_->problemLabel->setVisible(!messages.isEmpty());
-  });
+  };
+  connect(&text, &CodeView::caretLineChanged, this, tellMessages, Qt::QueuedConnection);
 }
 
 void PopOverNewController::viewDidLoad() {
