@@ -214,7 +214,7 @@ Finding deviceFinding(const Facts& facts) {
       return problem(subject, path + " cannot be used by this user; choose another folder with --device.");
     case Facts::DeviceFolder::OtherFiles:
       return problem(subject,
-                     path + " holds other files and is no device; choose a new folder with --device.");
+                     path + " holds other files and is not a device; choose a new folder with --device.");
     case Facts::DeviceFolder::NotYetMade:
       return ok(subject, "It will be made at " + path + " by the first start.");
     case Facts::DeviceFolder::Good:

@@ -216,7 +216,7 @@ int report(const Facts& facts) {
                               : "Nothing was found that stops builds, but none was tried.");
   }
   std::cout << std::endl;
-  if (!std::cout) throw Refusal("The report could not be written.");
+  if (!std::cout) throw Refusal("The report could not be written to standard output.");
   return problems == 0 ? 0 : 1;
 }
 

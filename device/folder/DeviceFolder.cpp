@@ -82,7 +82,7 @@ void refuseForeignFolder(int folder, const fs::path& device) {
   if (!names) refuseWithError("The device " + device.string() + " could not be read:");
   if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
     throw Refusal("The folder " + device.string() +
-                  " holds other files and is no device; give --device a new folder.");
+                  " holds other files and is not a device; give --device a new folder.");
   }
 }
 
@@ -101,7 +101,8 @@ Descriptor openTop(int device, const char* folder, const fs::path& name) {
   Descriptor opened(openat(device, folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat status {};
   if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
-    throw Refusal("The device " + name.string() + " is damaged: " + folder + " is no folder of its user's.");
+    throw Refusal("The device " + name.string() + " is damaged: " + folder +
+                  " is not a folder of its user; move it away, or give --device a new folder.");
   }
   // A build may have closed it; nothing in the device can put something else in its place.
   if ((status.st_mode & S_IRWXU) != S_IRWXU) fchmodat(device, folder, 0755, 0);

@@ -211,7 +211,7 @@ class Walker {
 
   void inside(int parent, const char* name, const std::string& path, int depth) {
     if (depth >= deepest || path.size() > longestPath)
-      return cut(visible(path.substr(0, 100)) + "… lies too deep.");
+      return cut(visible(path.substr(0, 100)) + "… is nested too deeply.");
     const int opened = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (opened < 0) return;  // The copy may be able to read it.
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(opened), closedir);

@@ -91,7 +91,8 @@ HistoryFolder::HistoryFolder(int device) {
   struct stat status {};
   if (!folder_ || fstat(folder_.get(), &status) != 0)
     refuseWithError("The device's history cannot be opened:");
-  if (status.st_uid != geteuid()) throw Refusal("The device's history belongs to another user.");
+  if (status.st_uid != geteuid())
+    throw Refusal("The device's history belongs to another user; start Tweakbench as that user.");
   mkdirat(folder_.get(), asideFolder, 0700);
 }
 

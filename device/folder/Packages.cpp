@@ -73,9 +73,10 @@ void requireProjectName(const std::string& name) {
   requireEntryName(name);
   if (!isValidUTF8(name)) throw Refusal("A project's name has to be UTF-8 text: rename the folder.");
   if (name.starts_with('-') || name.find_first_of(" \"'\\`$&|;<>()*?[]{}!#~%=") != std::string::npos) {
-    throw Refusal("\"" + name +
-                  "\" is no name for a project, since it goes into command lines as it is: rename the folder "
-                  "to one without blanks, quotes and other special characters of the shell.");
+    throw Refusal(
+        "\"" + name +
+        "\" cannot be a project's name, since names go into command lines as they are: rename the folder "
+        "to one without blanks, quotes and other special characters of the shell.");
   }
 }
 
@@ -85,7 +86,7 @@ void requireEntryName(const std::string& name) {
   });
   if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
       name.size() > longestName) {
-    throw Refusal("\"" + visible(name) + "\" is no project's name.");
+    throw Refusal("\"" + visible(name) + "\" is not a project's name.");
   }
 }
 

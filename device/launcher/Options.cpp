@@ -46,12 +46,12 @@ constexpr const char* kCommands =
 std::vector<std::string> operands(std::vector<std::string> words, std::size_t count, const char* usage) {
   if (!words.empty() && words.front() == "--") words.erase(words.begin());
   const bool hasEmpty = std::find(words.begin(), words.end(), "") != words.end();
-  if (words.size() != count || hasEmpty) throw Refusal(std::string("It is: tweakbench ") + usage + ".");
+  if (words.size() != count || hasEmpty) throw Refusal(std::string("Usage: tweakbench ") + usage + ".");
   return words;
 }
 
 void takeBuild(Options& options, const std::vector<std::string>& words) {
-  constexpr const char* kUsage = "It is: tweakbench build NAME [VARIABLE=VALUE...] [-- GOAL...].";
+  constexpr const char* kUsage = "Usage: tweakbench build NAME [VARIABLE=VALUE...] [-- GOAL...].";
   options.action = Options::Action::Build;
   const auto dashes = std::find(words.begin(), words.end(), "--");
   if (dashes == words.begin() || words.front().empty()) throw Refusal(kUsage);
@@ -102,7 +102,7 @@ void takeCommand(Options& options, std::vector<std::string> words) {
     options.action = Options::Action::OpenShell;
   } else if (name == "doctor") {
     options.isQuick = !words.empty() && words.front() == "--quick";
-    if (words.size() > (options.isQuick ? 1 : 0)) throw Refusal("It is: tweakbench doctor [--quick].");
+    if (words.size() > (options.isQuick ? 1 : 0)) throw Refusal("Usage: tweakbench doctor [--quick].");
     options.action = Options::Action::Examine;
   } else if (name == "build") {
     takeBuild(options, words);

@@ -37,10 +37,12 @@ int build(const Options& options) {
       ++made;
     }
     std::cout << std::flush;
-    if (!std::cout) throw Refusal("The packages' paths could not be written.");
+    if (!std::cout) throw Refusal("The packages' paths could not be written to standard output.");
     const bool isExpected =
         std::find(options.command.begin(), options.command.end(), "package") != options.command.end();
-    if (made == 0 && isExpected) std::cerr << "tweakbench: The build ended well but made no package.\n";
+    if (made == 0 && isExpected)
+      std::cerr << "tweakbench: The build succeeded but made no package; its Makefile should include a rule "
+                   "such as tweak.mk.\n";
   };
   return run(options, &task);
 }

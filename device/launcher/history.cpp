@@ -213,11 +213,11 @@ HistoryEntry choose(const HistoryFolder& history, const std::vector<HistoryEntry
     if (localName(entry.when).starts_with(when) || entry.when.starts_with(when)) meant.push_back(entry);
   }
   if (meant.empty())
-    throw Refusal("There is none of " + visible(when) + "; see \"tweakbench history NAME\".");
+    throw Refusal("There is no copy of " + visible(when) + "; see \"tweakbench history NAME\".");
   if (meant.size() > 1) {
     std::vector<std::string> names;
     for (const auto& entry : meant) names.push_back(localName(entry.when));
-    throw Refusal(visible(when) + " may be " + listed(names) + "; give more of it.");
+    throw Refusal(visible(when) + " could be " + listed(names) + "; give more of the time.");
   }
   return meant.front();
 }

@@ -60,7 +60,7 @@ void import(const Transfer& prepared, const Options& options) {
   tellLeftOut(kLeftOut, done.leftOut);
   if (!done.warning.empty()) std::cerr << "tweakbench: " << done.warning << "\n";
   std::cout << "The project " << done.what << " is in the device."
-            << (done.kept.empty() ? "" : " What it was is kept in " + done.kept.string() + ".") << std::endl;
+            << (done.kept.empty() ? "" : " The old one is kept in " + done.kept.string() + ".") << std::endl;
 }
 
 void exportTo(const Transfer& prepared, const Options& options) {
@@ -82,7 +82,7 @@ void showPath(const Transfer& prepared, const Options& options) {
 
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut) {
   if (leftOut.empty()) return;
-  std::cerr << "tweakbench: Left out, since " << why << ":";
+  std::cerr << "tweakbench: Skipped, since " << why << ":";
   for (std::size_t i = 0; i < std::min(leftOut.size(), kNamedAtMost); ++i) std::cerr << " " << leftOut[i];
   if (leftOut.size() > kNamedAtMost) std::cerr << " and " << leftOut.size() - kNamedAtMost << " more";
   std::cerr << ".\n";

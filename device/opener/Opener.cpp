@@ -103,7 +103,7 @@ Verdict Opener::open(std::uint32_t number, const std::string& url) {
   // Never a file: a file manager might run it.
   Descriptor folder =
       openBeneath(isVar ? setting_.var : setting_.applications, address.value, O_PATH | O_DIRECTORY);
-  if (!folder) return refuse(url, "no folder of the device");
+  if (!folder) return refuse(url, "not a folder of the device");
   std::string name = fs::path(address.value).filename();
   if (name == ".") name = isVar ? "var" : "Applications";
   const fs::path path = folders_.show(std::move(folder), name);

@@ -63,7 +63,8 @@ void become(const Account& account) {
   __user_cap_data_struct nothing[_LINUX_CAPABILITY_U32S_3] = {};
   if (syscall(SYS_capset, &header, nothing) != 0)
     refuseWithError("Root's capabilities could not be given up:");
-  if (setresuid(0, 0, 0) == 0) throw Refusal("Root's rights could not be given up.");
+  if (setresuid(0, 0, 0) == 0)
+    throw Refusal("Root's rights could not be dropped; start Tweakbench as an ordinary user.");
   // Changing the user closes this process's /proc entries to itself.
   prctl(PR_SET_DUMPABLE, 1, 0, 0, 0);
 }

@@ -148,7 +148,9 @@ std::filesystem::path findTheos(const Options& options, const Environment& calle
     std::error_code error;
     std::filesystem::path whole = std::filesystem::canonical(candidate, error);
     if (!error && isTheos(whole)) return whole;
-    if (options.theos) throw Refusal(candidate.string() + " is no Theos: it has no makefiles/common.mk.");
+    if (options.theos)
+      throw Refusal(candidate.string() +
+                    " is not a Theos: it has no makefiles/common.mk; give Theos's own folder.");
   }
   if (options.theosAccess == Options::Theos::Writable) {
     throw Refusal("--writable-theos needs a Theos, and none was found; give its folder with --theos.");

@@ -29,7 +29,7 @@ class Copy {
   std::vector<std::string> leftOut;
 
   void folder(int source, int target, const fs::path& at, int depth) {
-    if (depth > kDeepest) throw Refusal("The folder " + name(at) + " lies too deep.");
+    if (depth > kDeepest) throw Refusal("The folder " + name(at) + " is nested too deeply.");
     reader_.assume();
     const auto names = namesIn(source, rules_.pause);
     if (!names) fail(at, "could not be read:");

@@ -217,7 +217,7 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
   }
   if (status == kSshFailed) {
     std::cerr << "tweakbench: The connection to " << phone.host
-              << " broke while the package was installed.\n";
+              << " broke while the package was installed; send it again.\n";
     return kUnreachable;
   }
   std::cerr << "tweakbench: " << name << " could not be installed: " << (isRoot ? "dpkg" : "sudo or dpkg")

@@ -42,7 +42,7 @@ void requireOutside(int folder, const fs::path& path, const fs::path& device) {
   std::error_code error;
   const fs::path whole = fs::weakly_canonical(device, error);
   if (isWithin(pathOf(folder), whole)) {
-    throw Refusal(visible(path.string()) + " lies in the device; use a folder outside it.");
+    throw Refusal(visible(path.string()) + " is in the device; use a folder outside it.");
   }
 }
 
@@ -259,7 +259,8 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
   requireOutside(from.get(), source, transfer.device);
   std::error_code error;
   if (isWithin(fs::weakly_canonical(transfer.device, error), pathOf(from.get()))) {
-    throw Refusal(visible(source.string()) + " has the device in it; a copy of it would never end.");
+    throw Refusal(visible(source.string()) +
+                  " contains the device, so a copy would never end; copy another folder.");
   }
   const Descriptor projects = makeInDevice(transfer, projectsFolder);
   const Descriptor beside = makeInDevice(transfer, besideProjects);

@@ -196,7 +196,7 @@ TEST_F(OpenerTest, FilesLinksAndMissingFoldersAreRefused) {
   for (const char* path : {"run.desktop", "link", "link/", "link/folder", "file-link", "pipe", "missing"}) {
     opener_.emplace(setting());
     EXPECT_EQ(ask(std::string("filza:///var/") + path), Verdict::Refused) << path;
-    EXPECT_NE(log().find(std::string("Refused (no folder of the device): filza:///var/") + path + "\n"),
+    EXPECT_NE(log().find(std::string("Refused (not a folder of the device): filza:///var/") + path + "\n"),
               std::string::npos)
         << log();
   }

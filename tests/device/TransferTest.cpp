@@ -264,13 +264,13 @@ TEST_F(TransferTest, WhatCannotComeInLeavesTheDeviceAsItWas) {
   const auto before = treeAt(device.path());
   expectNoImport(home / "nothing", "No such file");
   expectNoImport(home / "precious", "Not a directory");
-  expectNoImport("/", "no project's name");
-  expectNoImport(home / "line\nbreak", "\"line?break\" is no project's name");
+  expectNoImport("/", "not a project's name");
+  expectNoImport(home / "line\nbreak", "\"line?break\" is not a project's name");
   for (const char* name : {"two words", "-rf"}) expectNoImport(home / name, "command lines");
   expectNoImport(home / "\xd9", "UTF-8");
   expectNoImport(home / "Taken", "already");
-  expectNoImport(device / "var/Tweakyard/Projects/Taken", "lies in the device");
-  expectNoImport("/tmp", "has the device in it");
+  expectNoImport(device / "var/Tweakyard/Projects/Taken", "is in the device");
+  expectNoImport("/tmp", "contains the device");
   putFile(home / "P/a", "");
   putFile(home / "P/b", "");
   int steps = 0;
@@ -287,13 +287,13 @@ TEST_F(TransferTest, WhatCannotGoOutLeavesTheHostAsItWas) {
   fs::create_symlink("nowhere", home / "dangling");
   const auto before = treeAt(home.path());
   for (const char* name : {"", ".", "..", "P/../P", "../Projects/P", "a\nb"})
-    expectNoExport(name, home / "out", "is no project's name");
+    expectNoExport(name, home / "out", "is not a project's name");
   expectNoExport("Q", home / "out", "no project Q");
   expectNoExport("P", home / "there", "already");
   expectNoExport("P", home / "precious", "already");
   expectNoExport("P", home / "dangling", "already");
   expectNoExport("P", home / "no/such", "No such file");
-  expectNoExport("P", device / "var", "lies in the device");
+  expectNoExport("P", device / "var", "is in the device");
   expectNoExport("P", home / "out", "enough", [] { throw Refusal("enough"); });
   EXPECT_EQ(treeAt(home.path()), before);
 }
