@@ -98,7 +98,7 @@ void take(const std::string& step) {
     putFile(result, addressShown());
   } else if (step == "language") {
     tapOption(text::changeLanguage);
-    finger::tap(localized(text::arabic));
+    finger::tap(QString::fromUtf8(text::autoLanguage));
   } else if (step == "read") {
     finger::tap("Project Options");
     finger::waitToSee(QString::fromUtf8(text::extraOptions.arabic));
