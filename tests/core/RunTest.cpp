@@ -29,6 +29,18 @@ TEST(Running, TheShellReadsTheWholeLineAndTheCallBlocksUntilItEnds) {
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a child was left unreaped";
 }
 
+TEST(Running, OutputIsReadAsItComesAndTheReaderMayEndTheCommand) {
+  std::string read;
+  read_cmd("echo " + quoted("it's $(false)") + "; sleep 1000 & wait", [&read](std::string_view piece) {
+    read += piece;
+    return read.empty();
+  });
+  EXPECT_EQ(read, "it's $(false)\n");
+  int calls = 0;
+  read_cmd("sleep 1000", [&calls](std::string_view piece) { return piece.empty() && ++calls < 3; });
+  EXPECT_EQ(calls, 3) << "it is asked without any output, too";
+}
+
 TEST(Running, AFailedWaitIsTheOnlyThingReported) {
   const TemporaryFolder folder;
   const StandardStreams restored;
