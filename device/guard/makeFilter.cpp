@@ -13,6 +13,7 @@
 #include <linux/filter.h>
 #include <linux/sched.h>
 #include <linux/seccomp.h>
+#include <netinet/in.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -56,13 +57,22 @@ void refuseArgument(scmp_filter_ctx filter, int error, int call, unsigned argume
                         scmp_arg_cmp{argument, SCMP_CMP_MASKED_EQ, mask, value}));
 }
 
-// Only the internet families stay: local sockets lead to the display, to buses and to agents.
+// Only the internet families stay: local sockets lead to the display, to buses and to agents. Of their
+// protocols only the usual ones do: the others bring rarely used code of the kernel in, even as modules.
 void refuseSockets(scmp_filter_ctx filter) {
   for (scmp_datum_t family = 0; family < 64; ++family) {
     if (family != AF_UNIX) refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 0, kLow32, family);
     if (family == AF_INET || family == AF_INET6) continue;
     refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socket), 0, kLow32, family);
   }
+  constexpr scmp_datum_t kSmallProtocols = 64;
+  for (scmp_datum_t protocol = 1; protocol < kSmallProtocols; ++protocol) {
+    const bool isUsual = protocol == IPPROTO_TCP || protocol == IPPROTO_UDP || protocol == IPPROTO_ICMP ||
+                         protocol == IPPROTO_ICMPV6;
+    if (!isUsual) refuseArgument(filter, EPROTONOSUPPORT, SCMP_SYS(socket), 2, kLow32, protocol);
+  }
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPROTONOSUPPORT), SCMP_SYS(socket), 1,
+                        scmp_arg_cmp{2, SCMP_CMP_GE, kSmallProtocols, 0}));
   // make and perl use pairs. These two types only send to each other; one of datagrams, which the kernel also
   // makes of SOCK_RAW, can send to any socket of the host.
   constexpr scmp_datum_t kTypes = 0xf;
@@ -91,6 +101,14 @@ void refuseSteeringOthers(scmp_filter_ctx filter) {
   refuseUnless(SCMP_SYS(ioprio_set), 1, 0);
 }
 
+// Whoever opens a file with a lease waits for its holder, by default 45 seconds: the application's window
+// would stand still, and the history would not get on.
+void refuseLeases(scmp_filter_ctx filter) {
+  constexpr scmp_datum_t kSetDelegation = F_SETLEASE + 16;  // F_SETDELEG, the same for folders
+  for (scmp_datum_t command : {scmp_datum_t{F_SETLEASE}, kSetDelegation})
+    refuseArgument(filter, EINVAL, SCMP_SYS(fcntl), 1, kLow32, command);
+}
+
 // Counted for the user or the machine as a whole, so that a build could use up what the host's programs need.
 void refuseSharedCounts(scmp_filter_ctx filter) {
   for (int call : {SCMP_SYS(inotify_init), SCMP_SYS(inotify_init1)}) refuse(filter, EMFILE, call);
@@ -104,7 +122,9 @@ void refuseSharedCounts(scmp_filter_ctx filter) {
                         scmp_arg_cmp{2, SCMP_CMP_NE, 0, 0}));
 }
 
-void refuseTerminalInjection(scmp_filter_ctx filter) {
+void refuseTerminalControls(scmp_filter_ctx filter) {
+  // The other line disciplines are old drivers for modems, which the kernel loads when asked.
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, TIOCSETD);
   constexpr scmp_datum_t kLinuxConsole = 0x541c;  // TIOCLINUX
   refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, TIOCSTI);
   refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, kLinuxConsole);
@@ -202,7 +222,8 @@ int main() {
   refuseSockets(filter);
   refuseSteeringOthers(filter);
   refuseSharedCounts(filter);
-  refuseTerminalInjection(filter);
+  refuseLeases(filter);
+  refuseTerminalControls(filter);
   refuseNamespacesAndMounts(filter);
   refuseKernelInterfaces(filter);
   answerProbe(filter);

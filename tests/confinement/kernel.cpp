@@ -8,7 +8,9 @@
 #include <fcntl.h>
 #include <linux/keyctl.h>
 #include <linux/sched.h>
+#include <netinet/in.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <sys/ptrace.h>
 #include <sys/socket.h>
@@ -194,6 +196,18 @@ std::vector<Attempt> attemptsOnTheKernel() {
         {kInterfaces, "bend the clock by the older call", Control::Machine, reaches<SYS_adjtimex>},
         {kInterfaces, "name the host", Control::Root,
          [] { return wasReached(syscall(SYS_sethostname, nullptr, -1)); }},
+        {kInterfaces, "a protocol that few use", Control::Machine,
+         [] { return opened(socket(AF_INET, SOCK_STREAM, IPPROTO_MPTCP)); }},
+        {kInterfaces, "a modem's line discipline", Control::Machine,
+         [] {
+           constexpr int kNone = 27;
+           const int terminal = open("/dev/ptmx", O_RDWR | O_NOCTTY);
+           const bool through = ioctl(terminal, TIOCSETD, &kNone) == 0;
+           const int error = errno;
+           close(terminal);
+           errno = error;
+           return through;
+         }},
         {kInterfaces, "encrypt through a socket", Control::Machine, hasFamily<AF_ALG>},
         {kInterfaces, "a socket for keys", Control::Machine, hasFamily<AF_KEY>},
         {kInterfaces, "a socket for radio", Control::Machine, hasFamily<AF_BLUETOOTH>},

@@ -144,6 +144,17 @@ std::vector<Attempt> attemptsOnProcesses() {
            return network >= 0 && setns(network, 0) == 0;
          });
        }},
+      {kApplication, "keep it waiting for a file", Control::Everyone,
+       [] {
+         // Whoever opens the file waits until the lease is given back.
+         const int file = open("/tmp/tweakbench-probe-lease", O_RDWR | O_CREAT, 0600);
+         const bool through = fcntl(file, F_SETLEASE, F_WRLCK) == 0;
+         const int error = errno;
+         close(file);
+         unlink("/tmp/tweakbench-probe-lease");
+         errno = error;
+         return through;
+       }},
       {kApplication, "limit its processor time", Control::Everyone, [] { return limits(getppid()); }},
       {kApplication, "change its priority", Control::Everyone,
        [] { return prioritizes(PRIO_PROCESS, getppid()); }},
