@@ -34,6 +34,8 @@ constexpr const char* kConverter = "ftt";
 constexpr std::size_t kMostSwept = 100'000;
 // Many times what a host has.
 constexpr std::size_t kMostPrograms = 100'000;
+// Of what was set aside.
+constexpr std::size_t kMostNamed = 10;
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
 constexpr std::size_t kLargestPreferences = 1 << 20;
@@ -189,7 +191,7 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
   theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
 }
 
-void DeviceFolder::complete(const DeviceContents& contents) const {
+void DeviceFolder::complete(const DeviceContents& contents) {
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();
@@ -197,6 +199,8 @@ void DeviceFolder::complete(const DeviceContents& contents) const {
   refreshLinks(kUserPrograms);
   refreshLinks(kShellPrograms);
   refreshApplication(contents.ownFiles / kApplicationFolder);
+  if (setAsideCount_ > kMostNamed)
+    std::cerr << "tweakbench: So were " << setAsideCount_ - kMostNamed << " more, which are there, too.\n";
 }
 
 void DeviceFolder::lock() {
@@ -213,7 +217,7 @@ void DeviceFolder::remainDevice() const {
 
 // What an application that was killed in the middle of a save left beside the file. Nothing else of the
 // device runs while it is locked, so nobody is writing such a file now.
-void DeviceFolder::removeLeftovers() const {
+void DeviceFolder::removeLeftovers() {
   struct TooMany {};
   std::size_t count = 0;
   const auto list = [&count](const Descriptor& folder) {
@@ -267,18 +271,23 @@ void DeviceFolder::refreshPreferences(const std::string& locale) const {
     writeAtomically(folder_.get(), kLocaleRecord, locale, 0644);
 }
 
-void DeviceFolder::setAside(int parent, const fs::path& shown, const std::string& name) const {
+// All of one start goes into one entry: a build can put many thousand things in the way.
+void DeviceFolder::setAside(int parent, const fs::path& shown, const std::string& name) {
+  const bool isNamed = ++setAsideCount_ <= kMostNamed;
+  const fs::path path = shown / name;
   try {
-    const std::string entry = HistoryFolder(folder_.get()).setAside(parent, name, shown / name);
-    std::cerr << "tweakbench: " << visible((shown / name).string()) << " was in the device's way; it is now "
-              << visible((name_ / "history/set-aside" / entry / shown / name).string()) << ".\n";
+    setAsideEntry_ = HistoryFolder(folder_.get()).setAside(parent, name, path, setAsideEntry_);
+    if (!isNamed) return;
+    std::cerr << "tweakbench: " << visible(path.string()) << " was in the device's way; it is now "
+              << visible((name_ / "history/set-aside" / setAsideEntry_ / path).string()) << ".\n";
   } catch (const Refusal& refusal) {
-    std::cerr << "tweakbench: " << visible((shown / name).string())
+    if (!isNamed) return;
+    std::cerr << "tweakbench: " << visible(path.string())
               << " is in the device's way and could not be set aside: " << refusal.what() << "\n";
   }
 }
 
-bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& path) const {
+bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& path) {
   Descriptor parent = openFolderBeneath(top, ".");
   fs::path sofar = shown;
   bool isNew = false;
@@ -324,7 +333,7 @@ void DeviceFolder::replaceOverfullPrograms() {
     renameat(before.get(), kConverter, userPrograms_.get(), kConverter);
 }
 
-void DeviceFolder::refreshLinks(const std::string& programs) const {
+void DeviceFolder::refreshLinks(const std::string& programs) {
   const Descriptor folder = openFolderBeneath(folder_.get(), programs);
   const std::string record = programs + ".state";
   const std::string state = stateOfLinks(folder.get());
@@ -339,7 +348,7 @@ void DeviceFolder::refreshLinks(const std::string& programs) const {
   writeAtomically(folder_.get(), record, stateOfLinks(folder.get()), 0644);
 }
 
-void DeviceFolder::refreshApplication(const fs::path& shipped) const {
+void DeviceFolder::refreshApplication(const fs::path& shipped) {
   mkdirat(folder_.get(), kShipped, 0755);
   const bool isNew = repairFolder(applications_.get(), "Applications", kApplicationFolder);
   const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);

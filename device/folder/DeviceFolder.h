@@ -55,7 +55,7 @@ class DeviceFolder {
 
   // Makes what is missing in the folders: everything the first time, the rest after a start that was killed
   // or a build that removed it. To be called before anything runs in the device. Throws Refusal.
-  void complete(const DeviceContents& contents) const;
+  void complete(const DeviceContents& contents);
 
   // DEVICE itself.
   int folder() const { return folder_.get(); }
@@ -72,16 +72,16 @@ class DeviceFolder {
 
  private:
   void lock();
-  void removeLeftovers() const;
+  void removeLeftovers();
   // Moves the entry `name` of `parent`, which messages call `shown`, into the history, and says so.
-  void setAside(int parent, const std::filesystem::path& shown, const std::string& name) const;
+  void setAside(int parent, const std::filesystem::path& shown, const std::string& name);
   // Makes the folder `path` below `top` where missing, with what is in its way set aside and what was closed
   // opened. True where it is new.
-  bool repairFolder(int top, const std::filesystem::path& shown, const std::filesystem::path& path) const;
+  bool repairFolder(int top, const std::filesystem::path& shown, const std::filesystem::path& path);
   void replaceOverfullPrograms();
   void refreshPreferences(const std::string& locale) const;
-  void refreshLinks(const std::string& programs) const;
-  void refreshApplication(const std::filesystem::path& shipped) const;
+  void refreshLinks(const std::string& programs);
+  void refreshApplication(const std::filesystem::path& shipped);
 
   Descriptor folder_;
   std::filesystem::path name_;
@@ -91,6 +91,9 @@ class DeviceFolder {
   Descriptor userPrograms_;
   Descriptor shellPrograms_;
   Descriptor theosLibraries_;
+  // The history's entry for what this start sets aside, once there is some, and how much that was.
+  std::string setAsideEntry_;
+  std::size_t setAsideCount_ = 0;
 };
 
 }  // namespace device

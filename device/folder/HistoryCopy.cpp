@@ -274,7 +274,7 @@ class Sandboxed {
   // Returns the exit status, or -1. Each line of its output is given to `take`, which ends it by false.
   // `capability` is what the program has over the device user's own files.
   int run(const char* capability, const std::vector<std::string>& command, const std::string& input,
-          const std::function<bool(const std::string&)>& take) {
+          const std::function<bool(const std::string&)>& take, std::chrono::seconds limit = longestCopy) {
     std::istringstream fixed(
         "--unshare-all --unshare-user --die-with-parent --new-session --clearenv --ro-bind /usr /usr "
         "--symlink usr/lib /lib --symlink usr/lib64 /lib64 --dev /dev --dir /from --cap-drop ALL --cap-add");
@@ -294,7 +294,7 @@ class Sandboxed {
     const pid_t child = spawn(start);
     if (child < 0) return -1;
     output.writeEnd.close();
-    if (!takeLines(output.readEnd.get(), take)) kill(child, SIGKILL);
+    if (!takeLines(output.readEnd.get(), take, limit)) kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
@@ -302,8 +302,9 @@ class Sandboxed {
   }
 
  private:
-  static bool takeLines(int output, const std::function<bool(const std::string&)>& take) {
-    const auto limit = Clock::now() + longestCopy;
+  static bool takeLines(int output, const std::function<bool(const std::string&)>& take,
+                        std::chrono::seconds patience) {
+    const auto limit = Clock::now() + patience;
     std::string text;
     char piece[16384];
     while (true) {
@@ -387,7 +388,7 @@ class Copying {
                                         [](auto sum, const auto& item) { return sum + item.newBytes; });
     if (!makeRoom(needed)) return;
     made.isWhole = made.last.leftOut.empty() && walked.isWhole;
-    switch (copy(folders, walked, last.when)) {
+    switch (copy(folders, walked, last.when, patienceFor(needed, walked.oldBytes))) {
       case 0:
         break;
       case 23:
@@ -422,10 +423,13 @@ class Copying {
     for (const auto& when : history_.moved()) {
       sweep();
       const std::string entry = std::string(setAside) + "/" + when;
-      if (!hasRoomFor(measure(entry))) continue;
+      const auto size = measure(entry);
+      // What a build still has as its working folder may be there yet, and then it could lead the copy
+      // astray.
+      if (!hasRoomFor(size) || mkdirat(folder_, beingParted, 0700) != 0) continue;
       std::vector<std::string> command(copying.begin(), copying.end());
       command.insert(command.end(), {entry + "/", std::string(beingParted) + "/"});
-      if (runOnHistory("CAP_DAC_READ_SEARCH", command) == 0) {
+      if (runOnHistory("CAP_DAC_READ_SEARCH", command, patienceFor(size, 0)) == 0) {
         history_.part(when, beingParted);
       }
       sweep();
@@ -497,7 +501,17 @@ class Copying {
     return bytes;
   }
 
-  int copy(const KeptFolders& folders, const Walk& walked, const std::string& last) const {
+  // Many times what a slow disk needs. rsync waits for ever where a build swaps a file for a pipe just before
+  // it is opened.
+  static std::chrono::seconds patienceFor(std::uint64_t newBytes, std::uint64_t oldBytes) {
+    constexpr std::uint64_t newInASecond = 2 << 20;
+    constexpr std::uint64_t oldInASecond = 16 << 20;
+    const std::chrono::seconds patience(30 + newBytes / newInASecond + oldBytes / oldInASecond);
+    return std::min<std::chrono::seconds>(patience, longestCopy);
+  }
+
+  int copy(const KeptFolders& folders, const Walk& walked, const std::string& last,
+           std::chrono::seconds limit) const {
     if (mkdirat(folder_, beingMade, 0700) != 0) return -1;
     if (walked.items.empty()) return 0;
     std::vector<std::string> command(copying.begin(), copying.end());
@@ -513,10 +527,11 @@ class Copying {
     Sandboxed sandbox(tools_, folder_);
     sandbox.show(folders);
     unsigned long long bytes = 0;
-    const int status = sandbox.run("CAP_DAC_READ_SEARCH", command, list, [&](const std::string& line) {
+    const auto take = [&](const std::string& line) {
       bytes += std::strtoull(line.c_str(), nullptr, 10);
       return bytes <= room_;
-    });
+    };
+    const int status = sandbox.run("CAP_DAC_READ_SEARCH", command, list, take, limit);
     return bytes > room_ ? tooMuch : status;
   }
 
@@ -542,8 +557,11 @@ class Copying {
     if (command.size() > 3) runOnHistory("CAP_DAC_OVERRIDE", command);
   }
 
-  int runOnHistory(const char* capability, const std::vector<std::string>& command) const {
-    return Sandboxed(tools_, folder_).run(capability, command, {}, [](const auto&) { return true; });
+  int runOnHistory(const char* capability, const std::vector<std::string>& command,
+                   std::chrono::seconds limit = longestCopy) const {
+    return Sandboxed(tools_, folder_)
+        .run(
+            capability, command, {}, [](const auto&) { return true; }, limit);
   }
 
   void thinOut() const {

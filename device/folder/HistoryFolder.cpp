@@ -147,8 +147,9 @@ void HistoryFolder::removePlace(const std::string& when, const fs::path& path) c
   errno = error;
 }
 
-std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path) const {
-  const std::string when = newName();
+std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path,
+                                    const std::string& entry) const {
+  const std::string when = entry.empty() ? newName() : entry;
   const Descriptor target = makePlace(when, path);
   if (target && renameToNew(parent, name, target.get(), path.filename())) {
     noteMoved(when);
@@ -159,7 +160,8 @@ std::string HistoryFolder::setAside(int parent, const std::string& name, const f
 }
 
 void HistoryFolder::noteMoved(const std::string& when) const {
-  writeAtomically(folder_.get(), fs::path(asideFolder) / when / movedMark, "", 0600);
+  const fs::path note = fs::path(asideFolder) / when / movedMark;
+  if (!exists(folder_.get(), note)) writeAtomically(folder_.get(), note, "", 0600);
 }
 
 std::vector<std::string> HistoryFolder::moved() const {

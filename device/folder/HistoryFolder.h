@@ -52,10 +52,11 @@ class HistoryFolder {
   // The folder PATH of an entry; empty where the entry has none.
   Descriptor open(const HistoryEntry& entry, const std::filesystem::path& path) const;
 
-  // Moves the entry `name` of the folder `parent` to `path` in a new entry of the history, whatever it is,
-  // and returns that entry's name. It must be on the device's own file system. Throws Refusal, and then
-  // nothing has moved.
-  std::string setAside(int parent, const std::string& name, const std::filesystem::path& path) const;
+  // Moves what `parent` has under `name`, whatever it is, to `path` in an entry of the history, and returns
+  // that entry's name: a new one unless `entry` is the one to use. It must be on the device's own file
+  // system. Throws Refusal, and then nothing has moved.
+  std::string setAside(int parent, const std::string& name, const std::filesystem::path& path,
+                       const std::string& entry = {}) const;
 
   // Puts the entry `newName` of the folder `newParent` in the place of `name` in `parent`, and keeps what was
   // there at `path` in the entry `when`, which may be a new one. In one step where the file system knows how;

@@ -30,6 +30,8 @@ constexpr const char* kMissingIsSaid = "no-rsync";
 // With the time that a copy takes, a change is in the history within a minute.
 constexpr int kBetweenWalks = 40'000;
 constexpr int kFirstCopyLimit = 1000;
+// After the device's end, for a copy that is being made.
+constexpr int kLastPatience = 3000;
 constexpr std::size_t kMostAsked = 64;
 // The walk opens a descriptor for each level of folders.
 constexpr rlim_t kDescriptors = 4096;
@@ -66,7 +68,7 @@ class Keeper {
       if (copying_ <= 0 && (!waiting_.empty() || milliseconds() >= nextWalk_))
         startCopying(waiting_.empty() ? Insistence::Changes : Insistence::Gaps);
     }
-    if (copying_ > 0) waitpid(copying_, nullptr, 0);
+    abandonCopying();
     copy(Insistence::Gaps);
     partMoved(history_, tools_);
   }
@@ -92,6 +94,15 @@ class Keeper {
     }
     copyingEnd_ = endOf(copying_);
     if (!copyingEnd_) finishCopying();
+  }
+
+  // A copy from before the device's end may wait for a pipe that a build put in a file's place, and nobody
+  // writes to it any more. The last one finds all as it stays.
+  void abandonCopying() {
+    if (copying_ <= 0) return;
+    pollfd end{copyingEnd_.get(), POLLIN, 0};
+    if (poll(&end, 1, kLastPatience) <= 0) kill(copying_, SIGKILL);
+    waitpid(copying_, nullptr, 0);
   }
 
   void finishCopying() {

@@ -154,7 +154,7 @@ int run(const Options& options, const Task* task) {
   const bool isRoots = geteuid() == 0;
   if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
 
-  const DeviceFolder folder(openOrMakeFolder(reached), device);
+  DeviceFolder folder(openOrMakeFolder(reached), device);
   const bool isApplication = options.action == Options::Action::OpenApplication;
   HistoryKeeper history(isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
                                                          : HistoryKeeper::Serves::Nobody);
