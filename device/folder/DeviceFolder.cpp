@@ -263,7 +263,8 @@ void DeviceFolder::refreshPreferences(const std::string& locale) const {
     const auto present = readBeneath(folder.get(), kPreferences, kLargestPreferences);
     const auto value = present ? localeIn(*present) : std::nullopt;
     // Another one was set by the user, for good.
-    if (!value || value != readBeneath(folder_.get(), kLocaleRecord, kLargestPreferences)) return;
+    if (!value || value == locale || value != readBeneath(folder_.get(), kLocaleRecord, kLargestPreferences))
+      return;
     preferences = *present;
     preferences.replace(static_cast<std::size_t>(value->data() - present->data()), value->size(), locale);
   }

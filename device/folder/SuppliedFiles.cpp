@@ -55,14 +55,21 @@ void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int
   const auto names = shipped ? namesIn(shipped.get()) : std::nullopt;
   if (!names) refuseWithError("Tweakbench's own folder " + source.string() + " could not be read:");
   for (const auto& name : *names) {
+    struct stat status {};
+    struct stat recorded {};
+    fstatat(shipped.get(), name.c_str(), &status, 0);
+    // The record has the time of what it was made from, so that a start does not read it all.
+    if (state == ApplicationFolder::Kept && fstatat(record, name.c_str(), &recorded, 0) == 0 &&
+        recorded.st_size == status.st_size && recorded.st_mtim.tv_sec == status.st_mtim.tv_sec &&
+        recorded.st_mtim.tv_nsec == status.st_mtim.tv_nsec) {
+      continue;
+    }
     const auto now = readBeneath(shipped.get(), name, largestShipped);
     if (!now) refuseWithError("Tweakbench's own file " + (source / name).string() + " could not be read:");
     const auto before = readBeneath(record, name, largestShipped);
     const auto isOutdated = [&](int folder) {
       return before && *before != *now && readBeneath(folder, name, largestShipped) == before;
     };
-    struct stat status {};
-    fstatat(shipped.get(), name.c_str(), &status, 0);
     const mode_t mode = (status.st_mode & S_IXUSR) != 0 ? 0755 : 0644;
     const bool isNew = !before && !exists(device.application, name);
     if (state == ApplicationFolder::New || isNew || isOutdated(device.application)) {
@@ -70,7 +77,9 @@ void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int
     }
     if (name == converter && isOutdated(device.programs) && !put(device.programs, name, *now, mode)) continue;
     // Last, so that a start that is killed before does it all again.
-    if (before != now) writeAtomically(record, name, *now, 0644);
+    if (before != now && !writeAtomically(record, name, *now, 0644)) continue;
+    const timespec times[] = {status.st_mtim, status.st_mtim};
+    utimensat(record, name.c_str(), times, 0);
   }
 }
 

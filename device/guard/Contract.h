@@ -12,8 +12,11 @@ inline constexpr const char* homeOfCommands = "/var/mobile";
 // can write to the other.
 inline constexpr const char* homeOfApplication = "/.host/empty";
 
-// The guard itself. Under this name it runs its arguments as a command, and as /bin/sh it is a shell.
-inline constexpr const char* path = "/.host/tweakbench/guard";
+// Puts this process under the system call filter, for what it then becomes, unless it is already; marks all
+// descriptors but the standard streams close-on-exec and takes what is the application's out of the
+// environment. Where that fails it says so and returns false, and the caller ends with kRefused.
+bool putOn();
+constexpr int kRefused = 126;
 
 // prctl() has no such operation, so a kernel without our filter answers EINVAL, and so does another filter.
 constexpr unsigned long kProbeOperation = 0x54574742;
@@ -37,12 +40,17 @@ struct StartReport {
 // From the launcher to the starter, over another descriptor: first Begin, and the others only where there is
 // a terminal. The starter ends where the launcher ends before that.
 struct StartOrder {
-  // Begin: the program may start. Continue: a stopped program goes on, with a value of 1 in the foreground of
-  // its terminal, with 0 in the background. Signal: its process group gets the signal `value`.
+  // Begin: the program may start, with a value of 1 with reduced motion. Continue: a stopped program goes on,
+  // with a value of 1 in the foreground of its terminal, with 0 in the background. Signal: its process group
+  // gets the signal `value`.
   enum class Kind : std::int32_t { Continue = 1, Signal = 2, Begin = 3 };
   Kind kind;
   std::int32_t value;
 };
+
+// How the starter is told whether it puts the filter on.
+inline constexpr const char* kFiltered = "filtered";
+inline constexpr const char* kUnfiltered = "unfiltered";
 
 // How the starter is told which streams the program gets.
 inline constexpr const char* kPlainStreams = "plain";

@@ -1,10 +1,12 @@
 // First program inside the device: starts the real one with the device's limits and reports how it began and
 // ended.
 //
-// usage: starter REPORTS ORDERS INPUT OUTPUT ERRORS plain|foreground|background PROGRAM ARGUMENTS...
+// usage: starter REPORTS ORDERS INPUT OUTPUT ERRORS plain|foreground|background filtered|unfiltered
+// PROGRAM ARGUMENTS...
 // The numbers are descriptors; INPUT, OUTPUT and ERRORS become the program's standard streams. Unless
 // "plain", the terminal at standard output is made the program's, which is a job in its foreground or
 // background. Ends with the program's status, 128 + n for signal n.
+#include "core/LauncherContract.h"
 #include "device/guard/Contract.h"
 
 #include <algorithm>
@@ -68,6 +70,7 @@ struct Start {
   int streams[3];
   bool onTerminal;
   bool inForeground;
+  bool isFiltered;
   int failure;
   char** words;
 };
@@ -85,6 +88,7 @@ struct Start {
   }
   for (int stream = 0; stream < 3; ++stream) dup2(start.streams[stream], stream);
   for (int given : start.streams) close(given);
+  if (start.isFiltered && !guard::putOn()) _exit(guard::kRefused);
   execvp(start.words[0], start.words);
   const int error = errno;
   [[maybe_unused]] const ssize_t written = write(start.failure, &error, sizeof error);
@@ -131,14 +135,15 @@ int serveUntilEnd(pid_t program, int reports, int orders) {
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count < 8) return 125;
+  if (count < 9) return 125;
   const int reports = std::atoi(arguments[1]);
   const int orders = std::atoi(arguments[2]);
   Start start{};
   for (int stream = 0; stream < 3; ++stream) start.streams[stream] = std::atoi(arguments[3 + stream]);
   start.onTerminal = strcmp(arguments[6], device::kPlainStreams) != 0;
   start.inForeground = strcmp(arguments[6], device::kTerminalInForeground) == 0;
-  start.words = arguments + 7;
+  start.isFiltered = strcmp(arguments[7], device::kFiltered) == 0;
+  start.words = arguments + 8;
   fcntl(reports, F_SETFD, FD_CLOEXEC);
   fcntl(orders, F_SETFD, FD_CLOEXEC);
   // Builds run under the same user: keep them out of this process's descriptors.
@@ -156,6 +161,7 @@ int main(int count, char** arguments) {
   }
   StartOrder begin{};
   if (read(orders, &begin, sizeof begin) != sizeof begin) return 125;
+  if (begin.value == 1) setenv(reducedMotionVariable, "1", 1);
   int failure[2];
   if (pipe2(failure, O_CLOEXEC) != 0) return 125;
   start.failure = failure[1];
@@ -172,7 +178,7 @@ int main(int count, char** arguments) {
   if (read(failure[0], &error, sizeof error) == static_cast<ssize_t>(sizeof error)) {
     report(reports, StartReport::Kind::NotStarted, error);
     waitFor(program);
-    return error == ENOENT ? 127 : 126;
+    return error == ENOENT ? 127 : guard::kRefused;
   }
   report(reports, StartReport::Kind::Started, 0);
   const int status = start.onTerminal ? serveUntilEnd(program, reports, orders) : waitFor(program);

@@ -4,7 +4,6 @@
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
 #include "device/folder/SuppliedFiles.h"
-#include "device/guard/Contract.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
 #include "device/sandbox/Arguments.h"
@@ -96,12 +95,8 @@ std::vector<RootLink> rootLinks() {
 Program programFor(const Options& options) {
   const auto streams = options.hasInput ? Relay::Streams::Caller : Relay::Streams::CallerWithoutInput;
   switch (options.action) {
-    case Options::Action::Execute: {
-      if (options.filter == Options::Filter::Off) return {options.command, streams};
-      std::vector<std::string> command{guard::path};
-      command.insert(command.end(), options.command.begin(), options.command.end());
-      return {command, streams};
-    }
+    case Options::Action::Execute:
+      return {options.command, streams, options.filter == Options::Filter::On};
     case Options::Action::OpenShell:
       return {{"/bin/sh"}, streams};
     default:
@@ -116,9 +111,13 @@ int tell(const Ending& ending, const std::string& program) {
     case Ending::Kind::SetUpFailed:
       throw Refusal(ending.message);
     case Ending::Kind::NotStarted:
+      if (ending.value == ENOENT) {
+        std::cerr << "tweakbench: " << program << " was not found in the device.\n";
+        return 127;
+      }
       std::cerr << "tweakbench: " << program << " could not be started: " << std::strerror(ending.value)
                 << ".\n";
-      return ending.value == ENOENT ? 127 : 126;
+      return 126;
     case Ending::Kind::Exited:
       return ending.value;
     case Ending::Kind::Killed:
@@ -195,10 +194,6 @@ int run(const Options& options, const Task* task) {
   if (accessibility) {
     for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
   }
-  // Root's start has become a user whose settings these are not.
-  if (isApplication && !isRoots && prefersReducedMotion(caller, account.home)) {
-    addReducedMotion(request.environment);
-  }
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"
                            : task != nullptr                          ? "The build"
@@ -218,6 +213,8 @@ int run(const Options& options, const Task* task) {
     history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")});
     // A command may be about to delete what the last one has made; a window does not wait.
     if (!isApplication) history.awaitFirstCopy();
+    // Root's start has become a user whose settings these are not.
+    return isApplication && !isRoots && prefersReducedMotion(caller, account.home);
   };
   if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
   SystemLog log(folder.folder(), reached);

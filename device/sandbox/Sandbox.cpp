@@ -104,7 +104,6 @@ class Run {
         opener_(opener) {}
 
   Ending watch() {
-    order(StartOrder::Kind::Begin, 0);
     const auto limit = Clock::now() + kStartLimit;
     while (!hasEnded_) {
       int wait = -1;
@@ -359,6 +358,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   start.words.push_back(terminal == nullptr        ? kPlainStreams
                         : terminal->wantsJoining() ? kTerminalInForeground
                                                    : kTerminalInBackground);
+  start.words.push_back(program.isFiltered ? kFiltered : kUnfiltered);
   start.words.insert(start.words.end(), program.command.begin(), program.command.end());
   start.passed.insert(start.passed.end(), {request.applications, request.var, request.userPrograms,
                                            request.shellPrograms, arguments.get(), request.statusOutput});
@@ -383,8 +383,10 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
   orders.readEnd.close();
   if (opener != nullptr) opener->applicationEnd().close();
-  if (program.beforeStart) program.beforeStart();
+  const StartOrder begin{StartOrder::Kind::Begin, program.beforeStart && program.beforeStart() ? 1 : 0};
   relay.start();
+  // The pipe is empty and takes it.
+  [[maybe_unused]] const ssize_t written = write(orders.writeEnd.get(), &begin, sizeof begin);
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders.writeEnd),
              relay, log, signals, opener)
       .watch();

@@ -19,8 +19,11 @@ struct Program {
   // As the device sees it; the first is looked up in PATH.
   std::vector<std::string> command;
   Relay::Streams streams = Relay::Streams::Caller;
-  // Called while bubblewrap makes the device; the program starts when it has returned. Throws Refusal.
-  std::function<void()> beforeStart{};
+  // Whether it gets the guard's filter at once. What it starts by /bin/sh gets it in any case.
+  bool isFiltered = false;
+  // Called while bubblewrap makes the device; the program starts when it has returned whether the desktop
+  // asks for reduced motion. Throws Refusal.
+  std::function<bool()> beforeStart{};
 };
 
 struct Ending {

@@ -1,6 +1,5 @@
 #include "device/session/Display.h"
 
-#include "core/LauncherContract.h"
 #include "device/Process.h"
 #include "device/Refusal.h"
 
@@ -151,10 +150,6 @@ bool prefersReducedMotion(const Environment& caller, const fs::path& home,
   // A relative value is to be ignored.
   if (!settings.is_absolute()) settings = home / ".config";
   return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller, patience);
-}
-
-void addReducedMotion(Environment& environment) {
-  environment[reducedMotionVariable] = "1";
 }
 
 }  // namespace device

@@ -47,7 +47,4 @@ void addDisplay(Environment& environment, const Display& display, int authority)
 bool prefersReducedMotion(const Environment& caller, const std::filesystem::path& home,
                           std::chrono::milliseconds patience = std::chrono::seconds(2));
 
-// Tells the application so; commands do not get to see it.
-void addReducedMotion(Environment& environment);
-
 }  // namespace device
