@@ -46,8 +46,7 @@ bool measure(Log log) {
   std::ofstream(paths::makeLog, std::ios::binary) << log.text;
   log.text = std::string();
   log.text.shrink_to_fit();
-  TextView view;
-  view.setReadOnly(true);
+  LogView view;
   view.QWidget::setFont(fixedPitchFontOfSize(13));
   view.resize(390, 600);
   view.show();
@@ -55,7 +54,10 @@ bool measure(Log log) {
   malloc_trim(0);
   const double before = residentMemory();
   const double opening = seconds([&view] {
-    view.setBytes(collectBuildResult(BuildVariant::Package).log.value_or(std::string()));
+    const std::string text = collectBuildResult(BuildVariant::Package).log.value_or(std::string());
+    const std::vector<Problem> problems = problemsIn(text, {paths::projects, {}});
+    view.setBytes(text);
+    view.setProblems(problems);
     view.grab();
   });
   const double memory = (residentMemory() - before) / size;

@@ -92,4 +92,27 @@ void stops::mainJobInDetail(Album& album) {
   tap(localized(text::cancel));
   tap("Back");
   waitToSee("Reload");
+
+  // From an error of a build to its line and back.
+  TextView& broken = openEditor();
+  broken.setCursorPosition(0, 0);
+  QTest::keyClicks(&broken, "int broken = ;");
+  QTest::keyClick(&broken, Qt::Key_Return);
+  tap("Save");
+  waitToSee("Reload");
+  tap("Build");
+  buildOnce();
+  const QString error = QStringLiteral("Tweak.x:1:14: error: expected expression");
+  tap(localized(text::nextProblem));
+  album.picture("build-problems");
+  tap(error);
+  waitToSee("Tweak.x");
+  album.picture("editor-problem");
+  QTest::keyClicks(finger::find("File text"), "1");
+  tap("Save");
+  tap("Make Package");
+  waitToSee(localized(text::goToDebFolder));
+  tap(localized(text::cancel));
+  tap("Back");
+  waitToSee("Reload");
 }

@@ -23,6 +23,7 @@ constexpr int problemMargin = 0;
 constexpr int caretIndicator = 8;
 constexpr int logTab = 8;
 constexpr int lookMilliseconds = 200;
+constexpr int dialogHeight = 160;    // about that of the one that says that a build runs
 constexpr long lastPart = 32 << 10;  // bytes of a file that are looked at
 
 // How many columns a line takes at most: characters beyond ASCII may be wide.
@@ -225,8 +226,11 @@ void RunningLog::paintEvent(QPaintEvent*) {
   const QFont font = log_.font();
   painter.setFont(font);
   const QFontMetrics size(font);
-  const QRect area = rect().adjusted(metrics::textPadding, metrics::textPadding, -metrics::textPadding,
-                                     -metrics::textPadding);
+  QRect area = rect().adjusted(metrics::textPadding, metrics::textPadding, -metrics::textPadding,
+                               -metrics::textPadding);
+  // The end stays in sight above the dialog where there is not room for it below.
+  const int middle = mapFrom(window(), window()->rect().center()).y();
+  if (area.bottom() < middle + dialogHeight) area.setBottom(std::max(middle - dialogHeight / 2, area.top()));
   // From the last line up, each cut into as many as it takes.
   const auto columns = std::max<qsizetype>(area.width() / std::max(size.horizontalAdvance(u'M'), 1), 1);
   const auto rows = static_cast<std::size_t>(std::max(area.height() / size.lineSpacing(), 1));
@@ -249,7 +253,7 @@ void RunningLog::paintEvent(QPaintEvent*) {
   painter.setFont(systemFontOfSize(metrics::bodyTextSize));
   QRect place = painter.fontMetrics().boundingRect(time).adjusted(-metrics::barPadding, -metrics::barSpacing,
                                                                   metrics::barPadding, metrics::barSpacing);
-  place.moveBottomRight(area.bottomRight());
+  place.moveTopRight(area.topRight());
   painter.fillRect(place, colours::tileGround);
   painter.drawText(place, Qt::AlignCenter, time);
 }

@@ -161,8 +161,10 @@ ProblemsPanel::ProblemsPanel(QWidget* parent)
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   auto* const bar = new QHBoxLayout;
-  bar->setContentsMargins(metrics::rowPadding, 0, metrics::barPadding, 0);
+  bar->setContentsMargins(metrics::barPadding, 0, metrics::barPadding, 0);
   bar->setSpacing(metrics::barSpacing);
+  // In line with the texts of the rows, whichever side that is.
+  bar->addSpacing(metrics::rowPadding - metrics::barPadding);
   column->addLayout(bar);
   column->addWidget(list_, 1);
   count_->setFont(systemFontOfSize(metrics::bodyTextSize));
