@@ -3,11 +3,13 @@
 // status 0 when every promise holds.
 #include "bench/FirstPaint.h"
 #include "bench/SideBySide.h"
+#include "build/BuildProblem.h"
 #include "build/BuildRunner.h"
 #include "core/FileManager.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
 #include "ui/controls/CodeView.h"
+#include "ui/controls/LogView.h"
 #include "workspace/Paths.h"
 
 #include <algorithm>
@@ -130,10 +132,11 @@ bool typing() {
 int main(int argc, char** argv) {
   UIApplication application(argc, argv);
   constexpr std::size_t huge = 100U << 20;
-  bool hold = measure(
-      {"compiler lines", repeated("==> Compiling Tweak.x (arm64)\xE2\x80\xA6\nclang -x objective-c -c "
-                                  "-I/opt/theos/include -o .theos/obj/arm64/Tweak.x.o\n",
-                                  huge)});
+  const std::string lines =
+      "==> Compiling Tweak.x (arm64)\xE2\x80\xA6\nclang -x objective-c -c -I/opt/theos/include -o "
+      ".theos/obj/arm64/Tweak.x.o\n";
+  bool hold = measure({"compiler lines", repeated(lines, huge)});
+  hold &= measure({"the most that is wrapped", repeated(lines, 1'000'000), 0.5, 12});
   // What is all one line, or all lines, costs more.
   hold &= measure({"empty lines", std::string(huge, '\n'), 4, 8});
   hold &= measure({"one plain line", std::string(5'000'000, 'x'), 4, 8, 0.3});

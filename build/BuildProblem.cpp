@@ -401,12 +401,12 @@ class Reader {
   bool followFolder(string_view text) {
     take(text, "> ");
     if (take(text, "Making ")) {
-      const auto ending = [&] { return text.substr(0, text.find(text.ends_with("...") ? "..." : "…")); };
+      text = text.substr(0, text.find(text.ends_with("...") ? "..." : "…"));
       if (const size_t in = text.find(" in "); in != string_view::npos) {
-        enter(ending().substr(in + 4));
+        enter(text.substr(in + 4));
       } else if (const size_t name = text.find(" for "); name != string_view::npos) {
         // Back in another folder: a tweak's filter list is beside its Makefile.
-        const string_view instance = ending().substr(name + 5);
+        const string_view instance = text.substr(name + 5);
         const string filter = string(instance.substr(instance.rfind(' ') + 1)) + ".plist";
         const string here = folders_.empty() ? string() : folders_.back();
         if (!isSource(joined(here, filter))) {
