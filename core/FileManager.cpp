@@ -2,6 +2,7 @@
 
 #include "core/LauncherContract.h"
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <dirent.h>
@@ -114,19 +115,17 @@ MaybeText contentsOfFile(const std::string& path, std::size_t limit) {
   struct stat information {};
   if (!file || fstat(file.get(), &information) != 0) return std::nullopt;
   if (static_cast<std::size_t>(information.st_size) > limit) return std::nullopt;
-  // The size is a hint: the file may still grow, or may be in a file system that reports none.
-  std::string contents(static_cast<std::size_t>(information.st_size) + 1, '\0');
-  std::size_t size = 0;
+  // The size is a hint: the file may still grow, or may be in a file system that reports none. Appending
+  // avoids zeroing the buffer first.
+  std::string contents;
+  contents.reserve(static_cast<std::size_t>(information.st_size));
+  std::array<char, std::size_t{64} << 10> buffer;
   for (;;) {
-    const auto got = readSome(file, contents.data() + size, contents.size() - size);
-    if (!got) return std::nullopt;
-    if (*got == 0) break;
-    size += *got;
-    if (size > limit) return std::nullopt;
-    if (size == contents.size()) contents.resize(size + size / 2 + 4096);
+    const auto got = readSome(file, buffer.data(), buffer.size());
+    if (!got || contents.size() + *got > limit) return std::nullopt;
+    if (*got == 0) return contents;
+    contents.append(buffer.data(), *got);
   }
-  contents.resize(size);
-  return contents;
 }
 
 MaybeText stringWithContentsOfFile(const std::string& path, std::size_t limit) {
