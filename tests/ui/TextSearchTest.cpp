@@ -3,7 +3,9 @@
 #include "ui/controls/TextSearch.h"
 #include "workspace/ProjectSearch.h"
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -104,6 +106,21 @@ TEST(CodeColours, LogosIsToldFromWhatOnlyLooksLikeIt) {
     EXPECT_EQ(shown, row.parts.substr(0, row.line.size()) +
                          std::string(row.line.size() - std::min(row.line.size(), row.parts.size()), ' '))
         << row.line;
+  }
+}
+
+TEST(CodeColours, ALineThatIsCutAnywhereStaysWithinItsBounds) {
+  const std::string whole =
+      "#import <A/b.h> @\"a\\\" 'b' %orig [x y:1'0] /* c */ - (id)z:(int)q { @selector(a:) }";
+  for (std::size_t begin = 0; begin <= whole.size(); ++begin) {
+    for (std::size_t end = begin; end <= whole.size(); ++end) {
+      // Exactly as much room as there are bytes, which AddressSanitizer watches.
+      const std::vector<char> line(whole.begin() + static_cast<long>(begin),
+                                   whole.begin() + static_cast<long>(end));
+      std::vector<char> parts(line.size(), 99);
+      styleLogosLine({line.data(), line.size()}, 0, parts.data());
+      EXPECT_EQ(std::count(parts.begin(), parts.end(), 99), 0);
+    }
   }
 }
 

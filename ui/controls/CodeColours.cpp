@@ -82,7 +82,7 @@ class LogosLine {
  private:
   char peek(std::size_t offset = 0) const { return at_ + offset < line_.size() ? line_[at_ + offset] : '\0'; }
   void paint(std::size_t end, CodePart part) {
-    end = std::min(end, line_.size());
+    end = std::clamp(end, at_, line_.size());
     std::memset(parts_ + at_, static_cast<int>(part), end - at_);
     at_ = end;
   }
@@ -130,7 +130,8 @@ class LogosLine {
     const std::size_t open = line_.find_first_not_of(" \t", at_);
     if (open == std::string_view::npos || line_[open] != '<') return;
     at_ = open;
-    paint(line_.find_first_of(">\r\n", open) + 1, CodePart::Literal);
+    const std::size_t close = line_.find_first_of(">\r\n", open);
+    paint(close == std::string_view::npos ? line_.size() : close + 1, CodePart::Literal);
   }
 
   void word() {
@@ -310,5 +311,5 @@ CodePart partOfStyle(CodeLanguage language, int style) {
 }
 
 int styleLogosLine(std::string_view line, int state, char* parts) {
-  return LogosLine(line, state, parts).style();
+  return line.empty() ? state : LogosLine(line, state, parts).style();
 }
