@@ -35,8 +35,8 @@ std::size_t openings(std::string_view text, std::string_view tag) {
 bool isXMLWithinBounds(std::string_view text) {
   // libplist mixes counted and NUL-terminated strings.
   if (text.find('\0') != std::string_view::npos) return false;
-  // A crafted text may have comments that the library reads differently from the scan below, but it cannot nest
-  // deeper than its number of containers.
+  // A crafted text may have comments that the library reads differently from the scan below, but it cannot
+  // nest deeper than its number of containers.
   if (openings(text, "<array") + openings(text, "<dict") > mostXMLContainers) return false;
   int depth = 0;
   std::size_t values = 0;

@@ -43,7 +43,8 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   void makeKeyAndVisible();
   bool isKeyWindow() const;
   // Showing and hiding a window (setHidden, setVisible, show, hide) posts the notifications above. When the
-  // key window is hidden, the topmost one that is still visible becomes key, unless setPassesKeyOn() says otherwise.
+  // key window is hidden, the topmost one that is still visible becomes key, unless setPassesKeyOn() says
+  // otherwise.
   void setVisible(bool visible) override;
 
   // False if a window that is hidden now is to come back in this one's place: when this one is hidden as the
