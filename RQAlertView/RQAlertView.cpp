@@ -84,7 +84,9 @@ std::shared_ptr<RQAlertView> RQAlertView::setUp(
   if (isAppearance_ || isInitialized()) throw InternalInconsistency("RQAlertView is initialized already");
   *model_ = std::move(model);
   setProgress(model_->progress);
-  handlers_ = std::move(recipients.handlers);
+  handlers_.actionHandler = std::move(recipients.actionHandler);
+  handlers_.cancelHandler = std::move(recipients.cancelHandler);
+  handlers_.destructiveHandler = std::move(recipients.destructiveHandler);
   setDelegate(std::move(recipients.delegate));
   // The set-up handler gets a complete dialog, and may drop the last reference to it.
   std::shared_ptr<RQAlertView> alive = shared_from_this();

@@ -26,7 +26,7 @@ using RQAlertViewCompletionHandler = std::function<void()>;
 
 // Each is optional.
 struct RQAlertViewHandlers {
-  RQAlertViewHandler willShowHandler{}, didShowHandler{}, willDismissHandler{}, didDismissHandler{};
+  RQAlertViewHandler willShowHandler, didShowHandler, willDismissHandler, didDismissHandler{};
   RQAlertViewActionHandler actionHandler{}, didDismissAfterActionHandler{};
   RQAlertViewHandler cancelHandler{}, didDismissAfterCancelHandler{};
   RQAlertViewHandler destructiveHandler{}, didDismissAfterDestructiveHandler{};
@@ -52,14 +52,15 @@ struct RQAlertViewDelegate {
 // The first receivers of a new dialog: none, three handlers, or a delegate.
 struct RQAlertViewRecipients {
   RQAlertViewRecipients() = default;
-  RQAlertViewRecipients(RQAlertViewActionHandler actionHandler, RQAlertViewHandler cancelHandler,
-                        RQAlertViewHandler destructiveHandler)
-      : handlers{.actionHandler = std::move(actionHandler),
-                 .cancelHandler = std::move(cancelHandler),
-                 .destructiveHandler = std::move(destructiveHandler)} {}
+  RQAlertViewRecipients(RQAlertViewActionHandler action, RQAlertViewHandler cancel,
+                        RQAlertViewHandler destructive)
+      : actionHandler(std::move(action)),
+        cancelHandler(std::move(cancel)),
+        destructiveHandler(std::move(destructive)) {}
   explicit RQAlertViewRecipients(std::weak_ptr<RQAlertViewDelegate> to) : delegate(std::move(to)) {}
 
-  RQAlertViewHandlers handlers;
+  RQAlertViewActionHandler actionHandler;
+  RQAlertViewHandler cancelHandler, destructiveHandler;
   std::weak_ptr<RQAlertViewDelegate> delegate;
 };
 

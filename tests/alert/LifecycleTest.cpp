@@ -60,7 +60,7 @@ TEST_F(Lifecycle, EndsTypingInTheKeyWindow) {
   EXPECT_EQ(typed, "abc");
 }
 
-TEST_F(Lifecycle, TakesNoInputWhileItMovesNorKeepsItForLater) {
+TEST_F(Lifecycle, TakesNoInputBeforeItIsInPlaceNorKeepsItForLater) {
   setMotionEnabled(true);
   const Dialog dialog = alert({"One"}, "Cancel");
   dialog->setAnimationDuration(0.05);
@@ -77,6 +77,8 @@ TEST_F(Lifecycle, TakesNoInputWhileItMovesNorKeepsItForLater) {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Escape})
       QTest::keyRelease(UIScreen::mainScreen()->windowHandle(), key);
   };
+  QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(3, 3));
+  EXPECT_TRUE(journal.take().empty()) << "before it is shown";
   dialog->showAnimated();
   ASSERT_EQ(dialog->state(), RQAlertViewState::Showing);
   journal.take();

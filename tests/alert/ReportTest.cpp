@@ -131,6 +131,13 @@ TEST_F(Reports, ReachOnlyWhatTheDelegateRespondsToAndNoneOnceItHasGone) {
   EXPECT_EQ(shown, 1);
 }
 
+TEST_F(Reports, ReachAHandlerThatWasSetBeforeTheInitializer) {
+  const Dialog dialog = RQAlertView::alloc();
+  dialog->setDidShowHandler([this](RQAlertView&) { heard.emplace_back("shown"); });
+  dialog->initWithTitle("Title", none, alertStyle, {"A"}, none, none)->show();
+  EXPECT_THAT(answered(), ElementsAre("shown"));
+}
+
 TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
   const auto named = [&](const std::string& name) {
     auto delegate = std::make_shared<RQAlertViewDelegate>();
