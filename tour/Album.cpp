@@ -16,7 +16,7 @@ constexpr const char* folder = "/var/mobile/Pictures";
 
 Album::Album(FILE* report) : report_(report) {
   createDirectoryAtPath(folder);
-  // Where every screen has nothing, so that nothing in the pictures looks hovered over.
+  // Every screen is empty there, so no control is hovered in the pictures.
   const UIScreen& screen = *UIScreen::mainScreen();
   QCursor::setPos(screen.mapToGlobal(QPoint(screen.width() / 4, 2)));
 }

@@ -67,8 +67,8 @@ void waitUntil(const std::function<bool()>& condition, const QString& what) {
 void tap(const QString& name) {
   waitUntil([&name] { return enabledButton(name) != nullptr || enabledRow(name).view != nullptr; },
             QStringLiteral("nothing to tap is called ") + name);
-  // The rings around what has the focus go with a click, which this one, made on the widget itself, does not
-  // come to be told.
+  // A real click hides focus rings; QTest sends this one to the widget directly, so the screen does not see
+  // it.
   showFocusRings(*UIScreen::mainScreen(), false);
   if (QAbstractButton* const button = enabledButton(name)) {
     QTest::mouseClick(button, Qt::LeftButton);

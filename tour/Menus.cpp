@@ -35,7 +35,7 @@ void fromOptions(const TextPair& entry) {
   choose("Project Options", text::extraOptions, entry);
 }
 
-// The dialog `title`, which closes by `button`.
+// The dialog `title`, closed by `button`.
 void dialog(Album& album, const char* name, const QString& title, const QString& button) {
   waitToSee(title);
   album.picture(name);
@@ -98,7 +98,7 @@ void backups(Album& album) {
   album.picture("delete-backups");
   tap(localized(text::confirm));
   confirmed(album, "backups-deleted", localized(text::done));
-  // With no project on record there is nothing to back up.
+  // Without a listed project there is nothing to back up.
   setListedProject("gone");
   fromOptions(text::backUp);
   confirmed(album, "backup-error", localized(text::error));
@@ -110,7 +110,7 @@ void backups(Album& album) {
 void stops::menus(Album& album) {
   tap("Choose Project");
   cancelled(album, "choose-sheet", localized(text::loadProject));
-  // What the build has made.
+  // A folder that the build has made.
   tap("Reload");
   tap(".theos");
   confirmed(album, "not-supported", QString::fromUtf8(text::notSupportedYet));

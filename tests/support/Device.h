@@ -1,4 +1,4 @@
-// The device that a test runs in, as a user would find it fresh.
+// Resets the device that a test runs in, and reads it.
 #pragma once
 
 #include "core/FileManager.h"
@@ -21,7 +21,7 @@ inline std::string emptyList(const std::string& inside = "") {
          "</dict></plist>";
 }
 
-// Back to no project, no setting, no log, no Theos but the one at /opt/theos.
+// Removes all projects, settings and logs, and every Theos but /opt/theos.
 inline void reset() {
   for (const char* list : {"Choose", "Files", "LangFile", "Checker"})
     putFile(application + list + ".plist", emptyList());

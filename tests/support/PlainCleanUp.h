@@ -1,4 +1,4 @@
-// What cleaning a build log means: literal replacements over the whole text, one after the other.
+// The clean-up of a build log in its simplest form: one literal replacement after the other.
 #pragma once
 
 #include "build/LogCleanUp.h"

@@ -1,4 +1,4 @@
-// What the launcher refuses to do, in its own words.
+// The launcher's refusals.
 #pragma once
 
 #include "device/Refusal.h"
@@ -9,7 +9,7 @@
 
 namespace device {
 
-// "none" where the action goes through.
+// The message of the Refusal that `action` throws; "none" if it throws none.
 template <typename Action>
 std::string refusalOf(const Action& action) {
   try {

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string>
 
-// What it prints, its complaints included.
+// Its standard output and standard error.
 inline std::string outputOf(const std::string& command) {
   std::string text;
   FILE* pipe = popen(("{ " + command + "; } 2>&1").c_str(), "r");

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <sys/resource.h>
 
-// While it lives, no file of this process grows past so many bytes.
+// During its lifetime no file of this process grows beyond that size.
 class SizeLimit {
  public:
   explicit SizeLimit(rlim_t bytes) {

@@ -1,4 +1,4 @@
-// Gives a test its standard streams back after code that redirects them for good.
+// Restores a test's standard streams after code that redirects them for good.
 #pragma once
 
 #include <array>
@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-// Failures go where the test program's output went at its start, whatever the streams lead to when they
-// happen.
+// Prints failures to the original standard output, whatever the streams are redirected to.
 class FailureReport : public testing::EmptyTestEventListener {
  public:
   void OnTestPartResult(const testing::TestPartResult& result) override {

@@ -1,4 +1,4 @@
-// The system log as a test sees it: what the program writes there is kept instead.
+// Keeps what the program writes to the system log, for tests.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A folder of a test's own, gone with the test.
+// A folder that is deleted with the object.
 #pragma once
 
 #include <cstdlib>
@@ -33,7 +33,7 @@ inline void putFile(const std::string& path, std::string_view contents) {
   std::ofstream(path, std::ios::binary | std::ios::trunc) << contents;
 }
 
-// The file's bytes; a text that no test expects when there is none.
+// The file's bytes; "(no file at …)" if there is none.
 inline std::string fileAt(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) return "(no file at " + path + ")";

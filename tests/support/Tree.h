@@ -1,4 +1,4 @@
-// What lies in a folder, for comparing it as a whole.
+// A folder's contents as a value, to compare it as a whole.
 #pragma once
 
 #include "support/TemporaryFolder.h"
@@ -10,7 +10,7 @@
 // Everything below a folder: relative path to contents, folders ending in a slash.
 using Tree = std::map<std::string, std::string>;
 
-// Empty where there is no such folder.
+// Empty if there is no such folder.
 inline Tree treeAt(const std::string& folder) {
   Tree tree;
   if (!std::filesystem::exists(folder)) return tree;
