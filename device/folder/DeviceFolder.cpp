@@ -301,10 +301,11 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
       isThere = false;
     }
     isNew = !isThere && mkdirat(parent.get(), part.c_str(), 0755) == 0;
-    // A build may have closed it, or left rules for what is made in the folder above. Nothing of the device
-    // runs now, so that it is the folder still.
+    // A build may have closed it, or left rules for what is made in the folder above. What a killed launcher
+    // started may live a moment longer, and must not have a link's target opened.
     const bool isOpen = isThere && (status.st_mode & S_IRWXU) == S_IRWXU;
-    if ((isThere || isNew) && !isOpen) fchmodat(parent.get(), part.c_str(), 0755, 0);
+    const Descriptor found = openBeneath(parent.get(), part, O_PATH | O_DIRECTORY);
+    if (found && !isOpen) chmod(("/proc/self/fd/" + std::to_string(found.get())).c_str(), 0755);
     parent = openFolderBeneath(parent.get(), part);
     sofar /= part;
   }
