@@ -211,6 +211,7 @@ void ProblemsPanel::reload() {
   count_->setText(errors.isEmpty() || warnings.isEmpty() ? errors + warnings
                                                          : errors + localized(text::listComma) + warnings);
   setVisible(!count_->text().isEmpty());
+  limitHeight(room_);
 }
 
 void ProblemsPanel::step(bool backward) {
@@ -239,6 +240,7 @@ std::optional<std::size_t> ProblemsPanel::current() const {
 }
 
 void ProblemsPanel::limitHeight(std::optional<int> room) {
+  room_ = room;
   if (!room) return list_->setMaximumHeight(QWIDGETSIZE_MAX), list_->setMinimumHeight(0);
   const int row = std::max(list_->sizeHintForRow(0), metrics::touchSize);
   const int rows = std::clamp(*room / row, 1, std::max(model_->rowCount(), 1));

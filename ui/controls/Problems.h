@@ -85,6 +85,7 @@ class ProblemsPanel : public QWidget {
   QLabel* count_;
   RowListView* list_;
   ProblemModel* model_;
+  std::optional<int> room_;
   bool hasStepped_ = false;
   bool isQuiet_ = false;  // the list's current row changes by no doing of the user's
 };

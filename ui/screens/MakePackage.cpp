@@ -50,13 +50,11 @@ class WideLayout : public QObject {
  public:
   WideLayout(QWidget* view, Ui::MakePackage& outlets) : QObject(view), view_(view), outlets_(outlets) {
     view->installEventFilter(this);
-    outlets.problems->installEventFilter(this);
     fit();
   }
 
   bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Resize && object == view_) fit();
-    if (event->type() == QEvent::Show && object != view_) fit();
+    if (event->type() == QEvent::Resize) fit();
     return QObject::eventFilter(object, event);
   }
 
