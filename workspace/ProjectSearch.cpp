@@ -105,6 +105,8 @@ bool parseLine(std::string_view output, std::string_view word, FoundLine& found)
   found.path = output.substr(0, zero);
   if (found.path.starts_with("./")) found.path.erase(0, 2);
   std::string_view text = rest.substr(colon + 1);
+  // The editor keeps a byte-order mark apart.
+  if (found.line == 1 && text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   const auto match = std::search(text.begin(), text.end(), word.begin(), word.end(),
                                  [](char one, char other) { return folded(one) == folded(other); });
   const auto at = match == text.end() ? std::size_t{0} : static_cast<std::size_t>(match - text.begin());

@@ -106,7 +106,7 @@ TEST_F(Editor, LinesOfTheWholeProjectAreFoundAndOpenedInBothLanguages) {
   inBothLanguages([this] {
     const std::string word = "it's $(touch /tmp/made) -e";
     const std::string folder = makeProject({{"Tweak.x", "one\n\tNSLog(\"" + word + "\");\n"},
-                                            {"sub/a.m", "// IT'S $(touch /tmp/made) -e\nother"},
+                                            {"sub/a.m", "\xEF\xBB\xBF// IT'S $(touch /tmp/made) -e\nother"},
                                             {"binary", std::string("\0\1", 2) + word},
                                             {".theos/log", word}});
     startActive();
