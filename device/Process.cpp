@@ -106,13 +106,12 @@ pid_t spawn(const ProcessStart& start) {
   words.front() = const_cast<char*>(name.c_str());
   const std::vector<char*> variables =
       start.environment ? pointersTo(*start.environment) : std::vector<char*>();
-  char* const* const environment = start.environment ? variables.data() : environ;
   const pid_t parent = getpid();
   volatile int failure = 0;
   // Copying the launcher's memory map takes longer than all the rest.
   const pid_t child = vfork();
   if (child == 0) {
-    failure = become(start, words.data(), environment, parent);
+    failure = become(start, words.data(), start.environment ? variables.data() : environ, parent);
     _exit(127);
   }
   if (child > 0 && failure != 0) {
