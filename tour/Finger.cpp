@@ -16,10 +16,16 @@ int patience = 180'000;
 
 namespace {
 
-bool isCalled(const QWidget& widget, const QString& name) {
-  if (widget.accessibleName() == name) return true;
-  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget)) return button->text() == name;
-  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return label->text() == name;
+// What controls are called in the language of the moment: callers say it in English.
+QStringList inEachLanguage(const QString& name) {
+  return {name, QCoreApplication::translate("", name.toUtf8().constData())};
+}
+
+bool isCalled(const QWidget& widget, const QStringList& names) {
+  if (names.contains(widget.accessibleName())) return true;
+  if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
+    return names.contains(button->text());
+  if (const auto* const label = qobject_cast<const QLabel*>(&widget)) return names.contains(label->text());
   return false;
 }
 
@@ -34,8 +40,9 @@ Widget* visible(const std::function<bool(const Widget&)>& fits) {
 }
 
 QAbstractButton* enabledButton(const QString& name) {
-  return visible<QAbstractButton>(
-      [&name](const QAbstractButton& button) { return button.isEnabled() && isCalled(button, name); });
+  return visible<QAbstractButton>([names = inEachLanguage(name)](const QAbstractButton& button) {
+    return button.isEnabled() && isCalled(button, names);
+  });
 }
 
 struct Row {
@@ -80,7 +87,9 @@ void tap(const QString& name) {
 }
 
 bool sees(const QString& name) {
-  return visible<QWidget>([&name](const QWidget& widget) { return isCalled(widget, name); }) != nullptr ||
+  return visible<QWidget>([names = inEachLanguage(name)](const QWidget& widget) {
+           return isCalled(widget, names);
+         }) != nullptr ||
          enabledRow(name).view != nullptr;
 }
 
@@ -104,8 +113,9 @@ QWidget* find(const QString& accessibleName) {
   QWidget* found = nullptr;
   waitUntil(
       [&] {
-        found = visible<QWidget>(
-            [&](const QWidget& widget) { return widget.accessibleName() == accessibleName; });
+        found = visible<QWidget>([names = inEachLanguage(accessibleName)](const QWidget& widget) {
+          return names.contains(widget.accessibleName());
+        });
         return found != nullptr;
       },
       QStringLiteral("not to be found: ") + accessibleName);

@@ -18,6 +18,10 @@ inline QString localized(const TextPair& pair, std::initializer_list<MaybeText> 
   return QString::fromStdString(fill(Languages(pair), values));
 }
 
+// From now on tr() and the layouts give names, captions and tooltips in the language of the moment; what they
+// are in Arabic is in Localized.cpp. Needs the application object.
+void translateOwnTexts();
+
 // A name from the file system as it may be shown, in one line: control characters and direction marks are
 // replaced by visible signs, and bytes that are not UTF-8 by U+FFFD.
 inline QString shownName(const std::string& name) {

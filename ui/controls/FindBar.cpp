@@ -33,26 +33,26 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
   layout->setSpacing(metrics::barSpacing);
   // The field stands in line with the texts above it, whichever side that is.
   layout->addSpacing(metrics::rowPadding - metrics::barPadding);
-  word_->setAccessibleName(QStringLiteral("Find text"));
-  word_->setPlaceholderText(QStringLiteral("Find"));
+  word_->setAccessibleName(tr("Find text"));
+  word_->setPlaceholderText(tr("Find"));
   dressField(*word_);
   word_->installEventFilter(this);
   layout->addWidget(word_, 1);
   result_->setFont(systemFontOfSize(metrics::smallTextSize));
   layout->addWidget(result_);
-  const auto add = [&](const char* name, const char* picture, const char* tip, auto action) {
+  const auto add = [&](const char* name, const char* picture, const QKeySequence& keys, auto action) {
     auto* const button = new UIButton(this);
-    button->setAccessibleName(QLatin1String(name));
-    button->setToolTip(QLatin1String(tip));
+    button->setAccessibleName(tr(name));
+    nameShortcut(*button, keys);
     button->setPicture(QLatin1String(picture));
     connect(button, &QPushButton::clicked, this, atEventBoundary(action));
     layout->addWidget(button);
     return button;
   };
-  previous_ = add("Find previous", "previous", "Find previous (Shift+F3)",
+  previous_ = add("Find previous", "previous", QKeySequence::FindPrevious,
                   [this] { find(SearchDirection::Backward, false); });
-  next_ = add("Find next", "next", "Find next (F3)", [this] { find(SearchDirection::Forward, false); });
-  add("Close find", "close", "Close (Esc)", [this] { dismiss(); });
+  next_ = add("Find next", "next", QKeySequence::FindNext, [this] { find(SearchDirection::Forward, false); });
+  add("Close find", "close", Qt::Key_Escape, [this] { dismiss(); });
   connect(word_, &QLineEdit::textChanged, this,
           atEventBoundary([this] { find(SearchDirection::Forward, true); }));
   hide();
@@ -138,7 +138,7 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
 void FindBar::find(SearchDirection direction, bool mayStay) {
   if (text_ == nullptr) return;
   const bool missing = !word_->text().isEmpty() && !text_->find(word_->text(), direction, mayStay);
-  report(missing ? QStringLiteral("No match") : QString());
+  report(missing ? tr("No match") : QString());
   // On a narrow screen there is not room for the message and for what would lead nowhere.
   if (missing && (previous_->hasFocus() || next_->hasFocus())) word_->setFocus(Qt::OtherFocusReason);
   previous_->setVisible(!missing);
