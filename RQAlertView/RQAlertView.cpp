@@ -309,8 +309,11 @@ void RQAlertView::showComplete(const RQAlertViewCompletionHandler& completionHan
 
 void RQAlertView::takeFocus() {
   if (state_ != State::Shown || !window_ || !window_->isKeyWindow()) return;
-  if (const auto fields = textFieldsArray(); !fields.empty()) {
-    fields.front()->becomeFirstResponder();
+  const auto fields = textFieldsArray();
+  const auto usable = std::find_if(fields.begin(), fields.end(),
+                                   [](const RQAlertViewTextField* field) { return field->isEnabled(); });
+  if (usable != fields.end()) {
+    (*usable)->becomeFirstResponder();
   } else {
     rootView_->box()->initialFocus()->setFocus(Qt::OtherFocusReason);
   }

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QFontDatabase>
+#include <QImage>
 #include <QPainter>
 #include <QStyleOptionSlider>
 
@@ -29,6 +30,15 @@ QFont boldSystemFontOfSize(double size) {
 
 QFont fixedPitchFontOfSize(double size) {
   return resized(QFontDatabase::systemFont(QFontDatabase::FixedFont), size);
+}
+
+void loadFonts() {
+  QImage paper(1, 1, QImage::Format_ARGB32_Premultiplied);
+  QPainter painter(&paper);
+  for (const QFont& font : {systemFontOfSize(14), boldSystemFontOfSize(18)}) {
+    painter.setFont(font);
+    painter.drawText(0, 0, QStringLiteral("Tweak تويك"));
+  }
 }
 
 namespace {

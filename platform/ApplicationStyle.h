@@ -18,6 +18,10 @@ QFont boldSystemFontOfSize(double size);
 // The desktop's font for code, in the same way.
 QFont fixedPitchFontOfSize(double size);
 
+// Finds and opens the fonts of the texts to come, which takes so long the first time that the motion of a
+// dialog would stop for it.
+void loadFonts();
+
 // In the values of the platform.
 enum class NSTextAlignment { Left = 0, Center = 1, Right = 2, Justified = 3, Natural = 4 };
 

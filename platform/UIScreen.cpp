@@ -1,6 +1,9 @@
 #include "platform/UIScreen.h"
 
 #include "core/LauncherContract.h"
+#include "platform/ApplicationStyle.h"
+#include "platform/EventLoop.h"
+#include "platform/UIApplication.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
 
@@ -21,11 +24,45 @@ namespace {
 constexpr QSize firstSize{390, 844};
 constexpr QSize smallestSize{320, 480};
 constexpr int shortestPadSide = 744;
+// Seconds, by which the first screen has been painted.
+constexpr double fontDelay = 0.3;
+
+// The screen and its windows lie in layers. Assistive technology is shown what takes input and is in sight:
+// hidden widgets would still be listed, and the items of hidden lists would say that they are showing.
+class AccessibleLayers : public QAccessibleWidget {
+ public:
+  using QAccessibleWidget::QAccessibleWidget;
+
+  int childCount() const override { return static_cast<int>(inSight().size()); }
+  QAccessibleInterface* child(int index) const override {
+    const QWidgetList children = inSight();
+    return index < 0 || index >= children.size() ? nullptr
+                                                 : QAccessible::queryAccessibleInterface(children[index]);
+  }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child ? static_cast<int>(inSight().indexOf(qobject_cast<QWidget*>(child->object()))) : -1;
+  }
+
+ private:
+  QWidgetList inSight() const {
+    const UIWindow* const key = UIApplication::sharedApplication()->keyWindow();
+    QWidgetList children;
+    for (QObject* object : widget()->children()) {
+      auto* const child = qobject_cast<QWidget*>(object);
+      const bool isBeneath = key && qobject_cast<UIWindow*>(child) && child != key;
+      if (child && !child->isHidden() && !isBeneath) children.append(child);
+    }
+    return children;
+  }
+};
 
 // To a screen reader a plain widget is only a filler; it follows windows.
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
-  if (className != QLatin1String("UIScreen")) return nullptr;
-  return new QAccessibleWidget(static_cast<UIScreen*>(object), QAccessible::Window);
+  if (className == QLatin1String("UIScreen"))
+    return new AccessibleLayers(static_cast<QWidget*>(object), QAccessible::Window);
+  if (className == QLatin1String("UIWindow"))
+    return new AccessibleLayers(static_cast<QWidget*>(object), QAccessible::Client);
+  return nullptr;
 }
 
 QPointer<UIScreen>& theScreen() {
@@ -53,11 +90,22 @@ UIScreen::UIScreen() {
   setWindowTitle(QStringLiteral("Tweakbench"));
   setMinimumSize(smallestSize);
   resize(firstSize);
+  dispatch_after(fontDelay, dispatch_get_main_queue(), loadFonts);
 }
 
 UIScreen::~UIScreen() {
   // The windows look for their screen as they go, so they go first.
   while (!windows_.empty()) delete windows_.back();
+}
+
+void UIScreen::comeForward(const QByteArray& activationToken) {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  constexpr const char* variable = "XDG_ACTIVATION_TOKEN";
+  if (!activationToken.isEmpty()) qputenv(variable, activationToken);
+  activateWindow();
+  // It holds once, and is not for commands.
+  qunsetenv(variable);
 }
 
 void UIScreen::resizeEvent(QResizeEvent* event) {

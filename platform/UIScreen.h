@@ -16,6 +16,10 @@ class UIScreen : public QWidget {
   static UIScreen* mainScreen();
   ~UIScreen() override;
 
+  // Shows the window in front of those of other programs, if the desktop allows it. `activationToken` is its
+  // leave to do so under Wayland, or empty.
+  void comeForward(const QByteArray& activationToken);
+
   // From the lowest to the topmost: by level, then by the order in which they came to the front. Hidden ones
   // are included.
   const std::vector<UIWindow*>& windows() const { return windows_; }

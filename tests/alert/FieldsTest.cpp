@@ -35,6 +35,19 @@ TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   EXPECT_EQ(fields[1]->palette().color(QPalette::Text), QColor(Qt::yellow));
 }
 
+TEST_F(Fields, GiveTheFocusToTheFirstThatTakesIt) {
+  for (const std::size_t disabled : {1U, 2U}) {
+    const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
+        "Title", none, 2,
+        [&](RQAlertViewTextField& field, std::size_t index) { field.setEnabled(index >= disabled); }, {"OK"},
+        none, none);
+    dialog->show();
+    EXPECT_EQ(focus(),
+              disabled == 1 ? dialog->textFieldsArray()[1] : static_cast<QWidget*>(buttonOf(dialog, "OK")));
+    dialog->dismiss();
+  }
+}
+
 TEST_F(Fields, HandsAWholeDialogToASetUpHandler) {
   const auto makeWith = [](const Dialog& dialog, const std::function<void()>& handler) {
     return dialog->initWithTextFieldsAndTitle(
