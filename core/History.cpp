@@ -1,11 +1,11 @@
 #include "core/History.h"
 
 #include "core/LauncherContract.h"
+#include "core/Process.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <ctime>
-#include <fcntl.h>
 #include <mutex>
 #include <poll.h>
 #include <sys/socket.h>
@@ -48,15 +48,9 @@ bool ask(history::Wish wish, const std::string& name = {}) {
 }  // namespace
 
 void connectHistory() {
-  int type = 0;
-  socklen_t size = sizeof type;
-  const int descriptor = history::applicationDescriptor;
-  if (getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) != 0 || type != SOCK_SEQPACKET ||
-      fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) {
-    return;
-  }
+  if (!takeLauncherSocket(history::applicationDescriptor)) return;
   const std::lock_guard lock(asking);
-  launcher = descriptor;
+  launcher = history::applicationDescriptor;
 }
 
 void keepHistory() {

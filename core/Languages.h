@@ -75,6 +75,9 @@ inline constexpr TextPair changesWouldBeLost{
 inline constexpr TextPair save{"حفظ", "Save"};
 inline constexpr TextPair discard{"تجاهل", "Discard"};
 inline constexpr TextPair thanksForTheIdea{"شكرا لـ Pelbo على الفكرة 🌹", "Thanks to Pelbo for the idea 🌹"};
+inline constexpr TextPair addressToOpen{"العنوان", "The address"};
+inline constexpr TextPair folderOnComputer{"المجلد على هذا الحاسوب", "The folder on this computer"};
+inline constexpr TextPair noProgramOpensIt{"لا يوجد هنا برنامج يفتحه.", "No program here opens it."};
 inline constexpr TextPair undo{"تراجع", "Undo"};
 inline constexpr TextPair redo{"إعادة", "Redo"};
 inline constexpr TextPair cut{"قص", "Cut"};

@@ -33,6 +33,11 @@ inline constexpr std::array<TheosCandidate, 5> theosCandidates{{
     {"/var/mobile/Documents/theos", "/var/mobile/Documents/theos"},
 }};
 
+// Where the device shows the Theos that the launcher has found, ...
+inline constexpr const char* theosMount = "/opt/theos";
+// ... and a file with its path on the host, for the user; nothing in the device can change it.
+inline constexpr const char* theosOnHostFile = "/.host/theos-on-host";
+
 // --- Reduced motion
 
 // The launcher sets this environment variable, to any value, if the desktop asks for reduced motion. The
@@ -84,9 +89,31 @@ enum class Verdict : std::uint32_t {
 struct Answer {
   std::uint32_t number;
   Verdict verdict;
+  // Where an unavailable folder is on the host, up to the end of the packet.
+  char hostPath[4096];
 };
+inline constexpr std::size_t answerHead = offsetof(Answer, hostPath);
 
 }  // namespace opener
+
+// --- The launcher brings the application's window forward, and starts the application again
+
+// Over a SOCK_SEQPACKET pair; each packet begins with its kind.
+namespace window {
+
+// As opener::applicationDescriptor.
+inline constexpr int applicationDescriptor = 102;
+
+// To the application: show the window in front of others. The desktop's activation token follows, or nothing.
+inline constexpr char comeForward = 'f';
+// To the launcher: start the application once more when it has ended with status 0. The window's geometry
+// follows, which the launcher does not look at, ...
+inline constexpr char startAgain = 'a';
+// ... and sends to the application that it starts.
+inline constexpr char wasAt = 'w';
+inline constexpr std::size_t longestMessage = 1 + 256;
+
+}  // namespace window
 
 // --- The application asks the launcher to keep what it is about to change
 

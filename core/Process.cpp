@@ -4,7 +4,9 @@
 
 #include <csignal>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <initializer_list>
+#include <sys/socket.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -41,6 +43,15 @@ const char* platformizeThrough(const char* library) {
   const auto entitleNow = reinterpret_cast<EntitleNow>(dlsym(handle, "jb_oneshot_entitle_now"));
   if (const char* const error = dlerror()) return error;
   return entitleNow(getpid(), platformFlag);
+}
+
+bool takeLauncherSocket(int descriptor) {
+  int domain = 0;
+  int type = 0;
+  socklen_t size = sizeof(int);
+  return getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &domain, &size) == 0 && domain == AF_UNIX &&
+         getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET &&
+         fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0;
 }
 
 const char* platformize_me() {

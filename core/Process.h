@@ -15,6 +15,10 @@ void NSLog(const std::string& line);
 // depend on SIGPIPE. Call it once, before the first thread starts.
 void surviveRefusedWrites();
 
+// Whether the launcher left a socket for the application at `descriptor`, as LauncherContract.h tells. From
+// then on no command gets it.
+bool takeLauncherSocket(int descriptor);
+
 // Asks the jailbreak support library /usr/lib/libjailbreak.dylib for platform entitlements. Null if the
 // library is absent, the loader's error text if it lacks jb_oneshot_entitle_now, else the library's result
 // unchanged, which need not be a valid pointer. Nothing calls it so far: the process relies on setuid(0).

@@ -5,26 +5,13 @@
 #include "platform/EventLoop.h"
 
 #include <algorithm>
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
 
 #include <QSocketNotifier>
 
-namespace {
-
-bool isOpenerSocket(int descriptor) {
-  int domain = 0;
-  int type = 0;
-  socklen_t size = sizeof(int);
-  return getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &domain, &size) == 0 && domain == AF_UNIX &&
-         getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
-}
-
-}  // namespace
-
-HostOpener::HostOpener(std::function<void(const QUrl&)> unavailable, QObject* parent)
+HostOpener::HostOpener(Unavailable unavailable, QObject* parent)
     : QObject(parent), unavailable_(std::move(unavailable)) {}
 
 HostOpener::~HostOpener() {
@@ -33,7 +20,7 @@ HostOpener::~HostOpener() {
 }
 
 void HostOpener::connectTo(int descriptor) {
-  if (!isOpenerSocket(descriptor) || fcntl(descriptor, F_SETFD, FD_CLOEXEC) != 0) return;
+  if (!takeLauncherSocket(descriptor)) return;
   socket_ = descriptor;
   answers_ = new QSocketNotifier(socket_, QSocketNotifier::Read, this);
   connect(answers_, &QSocketNotifier::activated, this, atEventBoundary([this] { takeAnswers(); }));
@@ -63,16 +50,18 @@ void HostOpener::takeAnswers() {
   opener::Answer answer{};
   const ssize_t got = recv(socket_, &answer, sizeof answer, MSG_DONTWAIT);
   if (got < 0) return;
-  if (got != static_cast<ssize_t>(sizeof answer)) {
+  if (got < static_cast<ssize_t>(opener::answerHead)) {
     // The launcher is gone, and this process will follow.
     answers_->setEnabled(false);
     return;
   }
   const QUrl url = asked_.take(answer.number);
-  if (answer.verdict == opener::Verdict::Unavailable && url.isValid()) report(url);
+  if (answer.verdict == opener::Verdict::Unavailable && url.isValid())
+    report(url, QString::fromUtf8(answer.hostPath, got - static_cast<qsizetype>(opener::answerHead)));
 }
 
 // Always from the event loop: the caller of open() is in the middle of something.
-void HostOpener::report(const QUrl& url) {
-  dispatch_async(dispatch_get_main_queue(), [unavailable = unavailable_, url] { unavailable(url); });
+void HostOpener::report(const QUrl& url, const QString& hostPath) {
+  dispatch_async(dispatch_get_main_queue(),
+                 [unavailable = unavailable_, url, hostPath] { unavailable(url, hostPath); });
 }

@@ -13,9 +13,10 @@ class QSocketNotifier;
 // Main thread. Nothing waits for an answer; it comes through the event loop.
 class HostOpener : public QObject {
  public:
-  // `unavailable` gets each URL that the host has no program for, or only one that fails. URLs that the
-  // opener refuses are only logged by it.
-  explicit HostOpener(std::function<void(const QUrl&)> unavailable, QObject* parent = nullptr);
+  // Gets every URL that the host has no program for, or only one that fails, and for a folder its path on the
+  // host, which is empty otherwise. URLs that the opener refuses are only written to its log.
+  using Unavailable = std::function<void(const QUrl& url, const QString& hostPath)>;
+  explicit HostOpener(Unavailable unavailable, QObject* parent = nullptr);
   ~HostOpener() override;
 
   // Takes ownership of the launcher's socket at `descriptor` and makes it close-on-exec. Without it, or if
@@ -27,9 +28,9 @@ class HostOpener : public QObject {
 
  private:
   void takeAnswers();
-  void report(const QUrl& url);
+  void report(const QUrl& url, const QString& hostPath = {});
 
-  std::function<void(const QUrl&)> unavailable_;
+  Unavailable unavailable_;
   int socket_ = -1;
   QSocketNotifier* answers_ = nullptr;
   std::uint32_t lastNumber_ = 0;

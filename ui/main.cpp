@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
     endCommandsWithApplication();
     openAddressesOnHost();
     connectHistory();
+    followLauncher();
     return makeAppDelegate();
   });
 }

@@ -9,6 +9,7 @@
 #include "device/folder/SuppliedFiles.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
@@ -17,6 +18,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 
 namespace device {
@@ -26,6 +28,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kLock = "lock";
 constexpr const char* kShipped = "shipped";
+constexpr const char* kLogSocket = "log.";
 constexpr const char* kUserPrograms = "usr-bin";
 constexpr const char* kShellPrograms = "bin";
 constexpr const char* kApplicationFolder = "Tweakbench.app";
@@ -36,6 +39,9 @@ constexpr std::size_t kMostSwept = 100'000;
 constexpr std::size_t kMostPrograms = 100'000;
 // Of what was set aside.
 constexpr std::size_t kMostNamed = 10;
+// Another launcher's set-up has half a minute.
+constexpr int kLockTries = 1500;
+constexpr auto kBetweenTries = std::chrono::milliseconds(20);
 constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
 constexpr const char* kPreferences = "com.apple.springboard.plist";
 constexpr std::size_t kLargestPreferences = 1 << 20;
@@ -182,16 +188,21 @@ Descriptor openVar(int folder, const fs::path& name) {
 DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
     : folder_(std::move(folder)), name_(name) {
   refuseForeignFolder(folder_.get(), name_);
-  lock();
+  isAlone_ = lock();
   applications_ = openTop(folder_.get(), "Applications", name_);
   var_ = openTop(folder_.get(), "var", name_);
   userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
-  replaceOverfullPrograms();
+  if (isAlone_) replaceOverfullPrograms();
   shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
   theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
 }
 
 void DeviceFolder::complete(const DeviceContents& contents) {
+  if (!isAlone_) {
+    // All else might be in use.
+    if (contents.locale) refreshPreferences(*contents.locale);
+    return;
+  }
   for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();
@@ -203,11 +214,24 @@ void DeviceFolder::complete(const DeviceContents& contents) {
     std::cerr << "tweakbench: So were " << setAsideCount_ - kMostNamed << " more, which are there, too.\n";
 }
 
-void DeviceFolder::lock() {
+bool DeviceFolder::lock() {
   lock_ = openLock(folder_.get(), name_);
-  if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return;
-  if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
-  throw Refusal("The device " + name_.string() + " is in use by another Tweakbench; close that one first.");
+  if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return true;
+  for (int tries = 0; flock(lock_.get(), LOCK_SH | LOCK_NB) != 0; ++tries) {
+    if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
+    if (tries == kLockTries) {
+      throw Refusal("The device " + name_.string() +
+                    " is being set up by another Tweakbench, which takes too long; end that one first.");
+    }
+    std::this_thread::sleep_for(kBetweenTries);
+  }
+  return false;
+}
+
+void DeviceFolder::share() {
+  while (flock(lock_.get(), LOCK_SH) != 0 && errno == EINTR) {
+  }
+  isAlone_ = false;
 }
 
 void DeviceFolder::remainDevice() const {
@@ -237,6 +261,9 @@ void DeviceFolder::removeLeftovers() {
       }
     }
   };
+  for (const auto& name : namesIn(folder_.get()).value_or(std::vector<std::string>())) {
+    if (name.starts_with(kLogSocket)) unlinkat(folder_.get(), name.c_str(), 0);
+  }
   try {
     sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
     // What a killed import left; a living one holds its lock.

@@ -1,6 +1,10 @@
 // The device's folder on the host: made, kept in order, locked and opened for the launcher.
 //
-//   DEVICE/lock               held by the launcher that uses the device
+//   DEVICE/lock               held by the launchers that use the device: by one alone while it puts the
+//   folder
+//                             in order, then shared
+//   DEVICE/window, .lock      of the launcher that has the window (SingleWindow.h)
+//   DEVICE/log.*              sockets of the launchers' system logs (SystemLog.h)
 //   DEVICE/Applications, var  shown as they are, writable
 //   DEVICE/usr-bin            shown as /usr/bin, writable
 //   DEVICE/theos-lib          shown as /opt/theos/lib, writable
@@ -45,17 +49,23 @@ struct DeviceContents {
   std::optional<std::string> locale;
 };
 
-// A device, locked for this process as long as the object lives. To be used as the device's user, with umask
-// 022.
+// A device, locked for this process as long as the object lives, so that nobody puts it in order meanwhile.
+// To be used as the device's user, with umask 022.
 class DeviceFolder {
  public:
   // Locks the device in `folder` and opens its folders, made where missing. `name` is what messages call the
-  // device. Throws Refusal, also where another launcher holds the lock.
+  // device. Throws Refusal.
   DeviceFolder(Descriptor folder, const std::filesystem::path& name);
 
-  // Makes what is missing in the folders: everything the first time, the rest after a start that was killed
-  // or a build that removed it. To be called before anything runs in the device. Throws Refusal.
+  // Where nothing else uses the device, makes what is missing in the folders: everything the first time, the
+  // rest after a start that was killed or a build that removed it. To be called before share(). Throws
+  // Refusal.
   void complete(const DeviceContents& contents);
+
+  // Whether nothing else runs in the device yet, nor will before share().
+  bool isAlone() const { return isAlone_; }
+  // From now on other launchers may use the device, too.
+  void share();
 
   // DEVICE itself.
   int folder() const { return folder_.get(); }
@@ -71,7 +81,8 @@ class DeviceFolder {
   void remainDevice() const;
 
  private:
-  void lock();
+  // Returns whether nobody else uses the device.
+  bool lock();
   void removeLeftovers();
   // Moves the entry `name` of `parent`, which messages call `shown`, into the history, and says so.
   void setAside(int parent, const std::filesystem::path& shown, const std::string& name);
@@ -86,6 +97,7 @@ class DeviceFolder {
   Descriptor folder_;
   std::filesystem::path name_;
   Descriptor lock_;
+  bool isAlone_ = false;
   Descriptor applications_;
   Descriptor var_;
   Descriptor userPrograms_;

@@ -26,6 +26,10 @@ void requireDevice(const std::filesystem::path& device);
 // Says on standard error what a copy lacks, and why; nothing where it lacks nothing.
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut);
 
+// Says `sentence` on standard error. Where that is no terminal and the application was to be opened on a
+// display, as from a menu, also in a window, for which nothing waits.
+void complain(const Options& options, const std::string& sentence);
+
 // A program of a command's own to run in the device.
 struct Task {
   // Called when the device is ready, with its var/, before anything of it runs.

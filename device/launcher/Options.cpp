@@ -33,7 +33,7 @@ constexpr const char* kCommands =
     "  send NAME [USER@HOST]       Copy the project's newest package to a phone and install it there\n"
     "  doctor [--quick]            Say whether a build works, and what to do where it does not; --quick\n"
     "                              builds none\n\n"
-    "All but exec, shell and build work beside an open application, and replace nothing without --replace.\n"
+    "All of them work beside an open application, and replace nothing without --replace.\n"
     "HOSTPATH of an export is the folder to put the copy into, or else the copy's own new name. WHEN is a\n"
     "time as history prints it, or its beginning. Folders .theos and files over 64 MiB have no history.\n\n"
     "Exit status: the command's, make's; 128 + n if signal n killed it; 125 if the device could not be set\n"

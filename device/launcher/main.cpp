@@ -34,8 +34,11 @@ int main(int count, char** arguments) {
   const mode_t callerUmask = umask(022);
   // A caller that ignores it has the kernel throw away how children end.
   signal(SIGCHLD, SIG_DFL);
+  Options options;
+  // A wrong command line is nothing that a menu has.
+  options.action = Options::Action::ShowText;
   try {
-    const Options options = parseOptions(count, arguments);
+    options = parseOptions(count, arguments);
     if (options.action == Options::Action::ShowText) {
       std::cout << options.text << std::flush;
       return std::cout ? 0 : kFailed;
@@ -49,7 +52,7 @@ int main(int count, char** arguments) {
         options.action == Options::Action::ShowPath || options.action == Options::Action::Send;
     return transfers ? transfer(options, callerUmask) : run(options);
   } catch (const std::exception& error) {
-    std::cerr << "tweakbench: " << error.what() << "\n";
+    complain(options, error.what());
     return kFailed;
   }
 }

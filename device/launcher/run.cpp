@@ -1,4 +1,5 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
+#include "core/LauncherContract.h"
 #include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
@@ -12,6 +13,7 @@
 #include "device/sandbox/Stage.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
+#include "device/session/SingleWindow.h"
 #include "device/session/SystemLog.h"
 
 #include <cstring>
@@ -106,23 +108,22 @@ Program programFor(const Options& options) {
 
 // Says in one sentence how it ended, unless the program has said all by itself; returns the launcher's
 // status.
-int tell(const Ending& ending, const std::string& program) {
+int tell(const Ending& ending, const std::string& program, const Options& options) {
   switch (ending.kind) {
     case Ending::Kind::SetUpFailed:
       throw Refusal(ending.message);
     case Ending::Kind::NotStarted:
       if (ending.value == ENOENT) {
-        std::cerr << "tweakbench: " << program << " was not found in the device.\n";
+        complain(options, program + " was not found in the device.");
         return 127;
       }
-      std::cerr << "tweakbench: " << program << " could not be started: " << std::strerror(ending.value)
-                << ".\n";
+      complain(options, program + " could not be started: " + std::strerror(ending.value) + ".");
       return 126;
     case Ending::Kind::Exited:
       return ending.value;
     case Ending::Kind::Killed:
-      std::cerr << "tweakbench: " << program << " was killed by signal " << ending.value << " ("
-                << strsignal(ending.value) << ").\n";
+      complain(options, program + " was killed by signal " + std::to_string(ending.value) + " (" +
+                            strsignal(ending.value) + ").");
       return 128 + ending.value;
     case Ending::Kind::Interrupted:
       signal(ending.value, SIG_DFL);
@@ -133,6 +134,18 @@ int tell(const Ending& ending, const std::string& program) {
 }
 
 }  // namespace
+
+void complain(const Options& options, const std::string& sentence) {
+  std::cerr << "tweakbench: " << sentence << "\n";
+  if (options.action != Options::Action::OpenApplication || isatty(STDERR_FILENO) != 0 || geteuid() == 0)
+    return;
+  try {
+    const Environment caller = callerEnvironment();
+    if (findDisplay(caller, waylandSupport()).kind == Display::Kind::None) return;
+    spawnApart(findOwnFiles() / "notice", sentence, caller);
+  } catch (const Refusal&) {
+  }
+}
 
 fs::path deviceOf(const Options& options, const Environment& caller, const Account& account) {
   return options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
@@ -149,51 +162,70 @@ int run(const Options& options, const Task* task) {
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
   Host host = lookAt(options, caller, account.home);
   const fs::path device = deviceOf(options, caller, account);
+  // Root's start shows it elsewhere.
+  const std::string theosOnHost = host.theos;
   fs::path reached = device;
   const bool isRoots = geteuid() == 0;
   if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
 
   DeviceFolder folder(openOrMakeFolder(reached), device);
   const bool isApplication = options.action == Options::Action::OpenApplication;
+  std::optional<SingleWindow> window;
+  if (isApplication &&
+      !window.emplace(folder.folder()).claim(lookUp(caller, "XDG_ACTIVATION_TOKEN").value_or(""))) {
+    std::cerr << "tweakbench: Tweakbench is open already; its window was brought forward.\n";
+    return 0;
+  }
   HistoryKeeper history(isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
                                                          : HistoryKeeper::Serves::Nobody);
-  Request request;
-  request.applications = folder.applications();
-  request.var = folder.var();
-  request.userPrograms = folder.userPrograms();
-  request.shellPrograms = folder.shellPrograms();
-  request.ownFiles = host.ownFiles;
-  request.theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
-  if (!isTheos(request.theos)) {
+  const fs::path theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
+  if (!isTheos(theos)) {
     throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(account.user) +
                   "); open it up with \"chmod -R go+rX\" and its folder's name.");
   }
-  request.theosAccess = options.theosAccess;
   std::error_code noLibraries;
-  const fs::path libraries = request.theos / "lib";
+  const fs::path libraries = theos / "lib";
   // Projects that build a library or framework install it there.
   const bool hasOwnLibraries = options.theosAccess == Options::Theos::ReadOnly &&
                                fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory;
-  if (hasOwnLibraries) request.theosLibraries = folder.theosLibraries();
-  request.network = options.network;
-  request.environment =
-      deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
-  request.rootLinks = rootLinks();
-  std::vector<Descriptor> contents;
-  for (const auto& file : deviceDataFiles(account, options.network)) {
-    contents.push_back(inMemory(file.content));
-    request.dataFiles.push_back({contents.back().get(), file.path});
-  }
-  if (host.display && host.display->kind != Display::Kind::None) {
-    request.sockets.push_back({host.display->socket, socketInDevice(*host.display)});
-    addDisplay(request.environment, *host.display, host.authority.get());
-    if (host.authority) request.passedOn.push_back(host.authority.get());
-  }
   // Without an account of its own the device's user has no session.
   auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
-  if (accessibility) {
-    for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
-  }
+  SystemLog log(folder.folder(), reached);
+  std::vector<Descriptor> contents;
+  // Made for each start: bubblewrap reads the files to their ends.
+  const auto makeRequest = [&] {
+    Request request;
+    request.applications = folder.applications();
+    request.var = folder.var();
+    request.userPrograms = folder.userPrograms();
+    request.shellPrograms = folder.shellPrograms();
+    request.ownFiles = host.ownFiles;
+    request.theos = theos;
+    request.theosAccess = options.theosAccess;
+    if (hasOwnLibraries) request.theosLibraries = folder.theosLibraries();
+    request.network = options.network;
+    request.environment =
+        deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
+    request.rootLinks = rootLinks();
+    auto dataFiles = deviceDataFiles(account, options.network);
+    dataFiles.push_back({theosOnHostFile, theosOnHost.empty() ? "practice Theos" : theosOnHost});
+    contents.clear();
+    for (const auto& file : dataFiles) {
+      contents.push_back(inMemory(file.content));
+      request.dataFiles.push_back({contents.back().get(), file.path});
+    }
+    if (host.display && host.display->kind != Display::Kind::None) {
+      request.sockets.push_back({host.display->socket, socketInDevice(*host.display)});
+      addDisplay(request.environment, *host.display, host.authority.get());
+      if (host.authority) request.passedOn.push_back(host.authority.get());
+    }
+    if (accessibility) {
+      for (const auto& socket : accessibility->sockets()) request.sockets.push_back(socket);
+    }
+    if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
+    if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
+    return request;
+  };
   const std::string name = options.action == Options::Action::Execute ? options.command.front()
                            : isApplication                            ? "The application"
                            : task != nullptr                          ? "The build"
@@ -201,31 +233,39 @@ int run(const Options& options, const Task* task) {
   std::optional<Opener> opener;
   if (isApplication) {
     // Root's start has become a user whose desktop session this is not.
-    opener.emplace(Opener::Setting{folder.applications(), folder.var(),
+    opener.emplace(Opener::Setting{folder.applications(), folder.var(), device,
                                    isRoots ? fs::path() : findProgram(caller, "xdg-open"),
                                    openerEnvironment(caller), openerLogPath(caller, account.home)});
   }
   Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
+  // Root's start has become a user whose settings these are not.
+  const auto hasReducedMotion = [&] {
+    return isApplication && !isRoots && prefersReducedMotion(caller, account.home);
+  };
   program.beforeStart = [&] {
     folder.complete({host.ownFiles,
                      isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
     if (hasOwnLibraries) putLibraryLinks(folder.theosLibraries(), libraries);
-    history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")});
+    history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
+                  folder.isAlone());
+    folder.share();
     // A command may be about to delete what the last one has made; a window does not wait.
     if (!isApplication) history.awaitFirstCopy();
-    // Root's start has become a user whose settings these are not.
-    return isApplication && !isRoots && prefersReducedMotion(caller, account.home);
+    return hasReducedMotion();
   };
-  if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
-  SystemLog log(folder.folder(), reached);
-  if (!log.path().empty()) request.sockets.push_back({log.path(), "/.host/log"});
-  const Ending ending =
-      runInDevice(host.bubblewrap, std::move(request), program, log, opener ? &*opener : nullptr);
+  Ending ending;
+  do {
+    if (opener) opener->connect();
+    if (window) window->connect();
+    ending = runInDevice(host.bubblewrap, makeRequest(), program, log, opener ? &*opener : nullptr,
+                         window ? &*window : nullptr);
+    program.beforeStart = hasReducedMotion;
+  } while (window && window->isToStartAgain() && ending.kind == Ending::Kind::Exited && ending.value == 0);
   folder.remainDevice();
   // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();
   opener.reset();
-  const int status = tell(ending, name);
+  const int status = tell(ending, name, options);
   if (task != nullptr) task->end(folder.var(), status);
   return status;
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <ctime>
 #include <fcntl.h>
 #include <initializer_list>
@@ -28,7 +29,9 @@ constexpr std::size_t kMostAtOnce = 5;
 constexpr auto kWithin = std::chrono::seconds(10);
 constexpr std::size_t kMostRunning = 16;
 
-pid_t startProgram(const fs::path& program, const std::string& argument, const Environment& environment) {
+}  // namespace
+
+pid_t spawnApart(const fs::path& program, const std::string& argument, const Environment& environment) {
   ProcessStart start{{program, argument}};
   start.environment.emplace();
   for (const auto& [name, value] : environment) start.environment->push_back(name + "=" + value);
@@ -37,9 +40,12 @@ pid_t startProgram(const fs::path& program, const std::string& argument, const E
   return spawn(start);
 }
 
-}  // namespace
-
 Opener::Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.log) {
+  connect();
+}
+
+void Opener::connect() {
+  applicationEnd_.close();
   int ends[2];
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return;
   own_ = Descriptor(ends[0]);
@@ -85,40 +91,50 @@ void Opener::takeRequest() {
   // The application has ended, or sends nothing.
   if (got == 0) return own_.close();
   const auto size = static_cast<std::size_t>(got);
+  Asked asked{request.number, {}};
   if (size <= opener::requestHead || size > sizeof request)
-    return answer(request.number, refuse({}, "a request of " + std::to_string(size) + " bytes"));
-  const std::string url(request.url, size - opener::requestHead);
-  const Verdict verdict = open(request.number, url);
+    return answer(asked, refuse({}, "a request of " + std::to_string(size) + " bytes"));
+  asked.url.assign(request.url, size - opener::requestHead);
+  const Verdict verdict = open(asked);
   // One that was started is answered when it is known how that went.
-  if (verdict != Verdict::Opened) answer(request.number, verdict);
+  if (verdict != Verdict::Opened) answer(asked, verdict);
 }
 
-Verdict Opener::open(std::uint32_t number, const std::string& url) {
+Verdict Opener::open(Asked& asked) {
+  const std::string& url = asked.url;
   const OpenableAddress address = readAddress(url);
   if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
   if (started_.size() >= kMostRunning) return refuse(url, "too many opener programs are running");
   if (isTooOften()) return refuse(url, "too often");
-  if (address.kind == OpenableAddress::Kind::Page) return start(number, url, address.value);
+  if (address.kind == OpenableAddress::Kind::Page) return start(asked, address.value);
   const bool isVar = address.kind == OpenableAddress::Kind::FolderOfVar;
-  // Never a file: a file manager might run it.
-  Descriptor folder =
-      openBeneath(isVar ? setting_.var : setting_.applications, address.value, O_PATH | O_DIRECTORY);
+  fs::path below = address.value;
+  Descriptor folder = openNearest(isVar ? setting_.var : setting_.applications, below);
   if (!folder) return refuse(url, "not a folder of the device");
-  std::string name = fs::path(address.value).filename();
-  if (name == ".") name = isVar ? "var" : "Applications";
-  const fs::path path = folders_.show(std::move(folder), name);
-  return path.empty() ? refuse(url, "it could not be shown") : start(number, url, path);
+  const fs::path shown = ((isVar ? "var" : "Applications") / below).lexically_normal();
+  asked.hostPath = setting_.device / (below == "." ? shown.parent_path() : shown);
+  const fs::path path = folders_.show(std::move(folder), fs::path(asked.hostPath).filename());
+  return path.empty() ? refuse(url, "it could not be shown") : start(asked, path);
 }
 
-Verdict Opener::start(std::uint32_t number, const std::string& url, const std::string& argument) {
+Descriptor Opener::openNearest(int top, fs::path& path) const {
+  while (true) {
+    // Never a file: a file manager might run it.
+    Descriptor folder = openBeneath(top, path, O_PATH | O_DIRECTORY);
+    if (folder || errno != ENOENT || path == ".") return folder;
+    path = path.has_parent_path() ? path.parent_path() : ".";
+  }
+}
+
+Verdict Opener::start(const Asked& asked, const std::string& argument) {
   if (setting_.program.empty()) return Verdict::Unavailable;
-  const pid_t process = startProgram(setting_.program, argument, setting_.environment);
+  const pid_t process = spawnApart(setting_.program, argument, setting_.environment);
   if (process < 0) {
-    log_.add(setting_.program.string() + " could not be started for " + url);
+    log_.add(setting_.program.string() + " could not be started for " + asked.url);
     return Verdict::Unavailable;
   }
   Descriptor end = endOf(process);
-  started_.push_back({process, std::move(end), number, url, Clock::now() + kSoonEnough, false});
+  started_.push_back({process, std::move(end), asked, Clock::now() + kSoonEnough, false});
   return Verdict::Opened;
 }
 
@@ -144,15 +160,17 @@ void Opener::lookAfter(Started& started) {
   if (hasEnded) started.process = -1;
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
   started.isAnswered = true;
-  if (!hasEnded || (status == 0 && !isLost)) return answer(started.number, Verdict::Opened);
-  log_.add(setting_.program.string() + " failed for " + started.url);
-  answer(started.number, Verdict::Unavailable);
+  if (!hasEnded || (status == 0 && !isLost)) return answer(started.asked, Verdict::Opened);
+  log_.add(setting_.program.string() + " failed for " + started.asked.url);
+  answer(started.asked, Verdict::Unavailable);
 }
 
-void Opener::answer(std::uint32_t number, Verdict verdict) const {
-  const opener::Answer answer{number, verdict};
+void Opener::answer(const Asked& asked, Verdict verdict) const {
+  opener::Answer answer{asked.number, verdict, {}};
+  const std::size_t length =
+      verdict == Verdict::Unavailable ? asked.hostPath.copy(answer.hostPath, sizeof answer.hostPath) : 0;
   // An application that takes no answers gets none.
-  send(own_.get(), &answer, sizeof answer, MSG_DONTWAIT | MSG_NOSIGNAL);
+  send(own_.get(), &answer, opener::answerHead + length, MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
 Environment openerEnvironment(const Environment& caller) {

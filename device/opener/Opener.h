@@ -43,17 +43,21 @@ class Opener {
     // The device's folders, which stay open as long as the opener lives.
     int applications;
     int var;
+    // DEVICE on the host, for paths that the user is shown.
+    std::filesystem::path device;
     // xdg-open or what stands in its place; empty where there is none.
     std::filesystem::path program;
     // What the program is started with.
     Environment environment;
     std::filesystem::path log;
   };
-  // Where the sockets cannot be made, applicationEnd() is -1 and nothing ever comes.
   explicit Opener(Setting setting);
   Opener(const Opener&) = delete;
   Opener& operator=(const Opener&) = delete;
 
+  // Makes the sockets, anew for each start of the application. Where they cannot be made, applicationEnd() is
+  // -1 and nothing ever comes.
+  void connect();
   // For the device, under this very number; to be closed here once the device has it.
   Descriptor& applicationEnd() { return applicationEnd_; }
 
@@ -68,24 +72,31 @@ class Opener {
 
  private:
   using Clock = std::chrono::steady_clock;
+  struct Asked {
+    std::uint32_t number;
+    std::string url;
+    // Where the folder is on the host; empty for pages.
+    std::string hostPath{};
+  };
   // An opener program that has not ended yet.
   struct Started {
     pid_t process;
     Descriptor end;
-    std::uint32_t number;
-    std::string url;
+    Asked asked;
     // When it counts as successful, running or not.
     Clock::time_point answerBy;
     bool isAnswered;
   };
 
   void takeRequest();
-  opener::Verdict open(std::uint32_t number, const std::string& url);
-  opener::Verdict start(std::uint32_t number, const std::string& url, const std::string& argument);
+  opener::Verdict open(Asked& asked);
+  // The folder that a URL means or, where that is missing, the nearest one above; `path` becomes its path.
+  Descriptor openNearest(int top, std::filesystem::path& path) const;
+  opener::Verdict start(const Asked& asked, const std::string& argument);
   opener::Verdict refuse(const std::string& url, const std::string& reason);
   bool isTooOften();
   void lookAfter(Started& started);
-  void answer(std::uint32_t number, opener::Verdict verdict) const;
+  void answer(const Asked& asked, opener::Verdict verdict) const;
 
   Setting setting_;
   OpenerLog log_;
@@ -95,6 +106,11 @@ class Opener {
   std::deque<Clock::time_point> recent_;
   std::vector<Started> started_;
 };
+
+// Starts a program of the desktop's with one argument and nothing else of the launcher's, which outlives it.
+// Returns its process, or -1.
+pid_t spawnApart(const std::filesystem::path& program, const std::string& argument,
+                 const Environment& environment);
 
 // What of the caller's environment the opener program gets: the desktop session's own, and no secrets.
 Environment openerEnvironment(const Environment& caller);

@@ -63,7 +63,8 @@ void addDeviceFolders(ArgumentList& list, const Request& request) {
   list.add({"--bind-fd", std::to_string(request.var), "/var"});
   list.add({"--bind-fd", std::to_string(request.userPrograms), "/usr/bin"});
   list.add({"--ro-bind-fd", std::to_string(request.shellPrograms), "/bin"});
-  list.add({"--symlink", "/var", "/private/var"});
+  // As on a phone; the import prompt's example starts with mobile/.
+  list.add({"--symlink", "/var", "/private/var", "--symlink", "/var/mobile", "/mobile"});
   const bool isWritable = request.theosAccess == Options::Theos::Writable;
   list.add({isWritable ? "--bind" : "--ro-bind", request.theos.string(), "/opt/theos"});
   if (request.theosLibraries < 0) return;

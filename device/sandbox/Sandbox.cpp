@@ -4,6 +4,7 @@
 #include "device/Refusal.h"
 #include "device/guard/Contract.h"
 #include "device/opener/Opener.h"
+#include "device/session/SingleWindow.h"
 #include "device/session/SystemLog.h"
 
 #include <array>
@@ -90,7 +91,7 @@ class Signals {
 class Run {
  public:
   Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Descriptor orders, Relay& relay, SystemLog& log,
-      Signals& signals, Opener* opener)
+      Signals& signals, Opener* opener, SingleWindow* window)
       : child_(child),
         childEnd_(endOf(child)),
         reports_(std::move(reports.readEnd)),
@@ -101,7 +102,8 @@ class Run {
         terminal_(relay.terminal()),
         log_(log),
         signals_(signals),
-        opener_(opener) {}
+        opener_(opener),
+        window_(window) {}
 
   Ending watch() {
     const auto limit = Clock::now() + kStartLimit;
@@ -140,8 +142,10 @@ class Run {
       const int patience = opener_->patience();
       if (patience >= 0) wait = wait < 0 ? patience : std::min(wait, patience);
     }
+    if (window_ != nullptr) window_->addTo(watched);
     const int ready = poll(watched.data(), watched.size(), wait);
     if (opener_ != nullptr && ready >= 0) opener_->serve(watched);
+    if (window_ != nullptr && ready > 0) window_->serve(watched);
     reapAdopted();
     if (ready <= 0) return ready;
     if (watched[0].revents != 0) hasEnded_ = true;
@@ -304,6 +308,7 @@ class Run {
   SystemLog& log_;
   Signals& signals_;
   Opener* opener_;
+  SingleWindow* window_;
   std::string message_;
   std::optional<int> startError_;
   std::optional<int> endStatus_;
@@ -336,7 +341,7 @@ std::string firstLine(const std::string& message) {
 }  // namespace
 
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   SystemLog& log, Opener* opener) {
+                   SystemLog& log, Opener* opener, SingleWindow* window) {
   Pipe reports = makeWatchedPipe();
   Pipe status = makeWatchedPipe();
   Pipe messages = makeWatchedPipe();
@@ -366,6 +371,7 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   for (const auto& file : request.dataFiles) start.passed.push_back(file.content);
   start.passed.insert(start.passed.end(), request.passedOn.begin(), request.passedOn.end());
   if (opener != nullptr && opener->applicationEnd()) start.passed.push_back(opener->applicationEnd().get());
+  if (window != nullptr && window->applicationEnd()) start.passed.push_back(window->applicationEnd().get());
   // bubblewrap shows its environment in the device, and its standard output as the console.
   start.environment.emplace();
   if (terminal != nullptr) start.output = terminal->deviceSide().get();
@@ -383,12 +389,13 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
   for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
   orders.readEnd.close();
   if (opener != nullptr) opener->applicationEnd().close();
+  if (window != nullptr) window->applicationEnd().close();
   const StartOrder begin{StartOrder::Kind::Begin, program.beforeStart && program.beforeStart() ? 1 : 0};
   relay.start();
   // The pipe is empty and takes it.
   [[maybe_unused]] const ssize_t written = write(orders.writeEnd.get(), &begin, sizeof begin);
   return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders.writeEnd),
-             relay, log, signals, opener)
+             relay, log, signals, opener, window)
       .watch();
 }
 

@@ -13,6 +13,7 @@
 namespace device {
 
 class Opener;
+class SingleWindow;
 class SystemLog;
 
 struct Program {
@@ -28,7 +29,7 @@ struct Program {
 
 struct Ending {
   enum class Kind { SetUpFailed, NotStarted, Exited, Killed, Interrupted };
-  Kind kind;
+  Kind kind = Kind::SetUpFailed;
   // NotStarted: errno. Exited: the status. Killed, Interrupted: the signal, which the program or the launcher
   // got.
   int value = 0;
@@ -38,9 +39,9 @@ struct Ending {
 
 // To be called from the main thread of a process without other threads: the device ends with that thread.
 // Returns when no process of the device is left. `request.statusOutput` is filled in here. Meanwhile `log` is
-// passed on and `opener`, which may be null, serves the program.
+// passed on, and `opener` and `window`, which may be null, serve the program.
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   SystemLog& log, Opener* opener = nullptr);
+                   SystemLog& log, Opener* opener = nullptr, SingleWindow* window = nullptr);
 
 // The kernel's switches for user namespaces; absent where the kernel has none.
 struct NamespaceSettings {

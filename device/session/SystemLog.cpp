@@ -17,29 +17,28 @@ constexpr int kMostAtOnce = 100;
 // "Nov 22 23:59:59 ", as every line carries it behind its priority.
 constexpr std::size_t kTimeLength = 16;
 
-constexpr const char* kSocket = "log";
-
 }  // namespace
 
-SystemLog::SystemLog(int folder, const std::filesystem::path& path) : folder_(folder) {
+SystemLog::SystemLog(int folder, const std::filesystem::path& path)
+    : folder_(folder), name_("log." + std::to_string(getpid())) {
   // What a killed launcher left.
-  unlinkat(folder, kSocket, 0);
+  unlinkat(folder, name_.c_str(), 0);
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   // The folder's own path may be too long for an address.
-  const std::string here = "/proc/self/fd/" + std::to_string(folder) + "/" + kSocket;
+  const std::string here = "/proc/self/fd/" + std::to_string(folder) + "/" + name_;
   std::memcpy(address.sun_path, here.c_str(), here.size() + 1);
   socket_ = Descriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket_ || bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     socket_.close();
     return;
   }
-  path_ = path / kSocket;
+  path_ = path / name_;
   openlog("tweakbench", LOG_PID, LOG_USER);
 }
 
 SystemLog::~SystemLog() {
-  if (!path_.empty()) unlinkat(folder_, kSocket, 0);
+  if (!path_.empty()) unlinkat(folder_, name_.c_str(), 0);
 }
 
 void SystemLog::passOn() {

@@ -11,7 +11,7 @@ namespace device {
 // Stands for /dev/log in the device. What a build starts cannot reach it, since it has no local sockets.
 class SystemLog {
  public:
-  // Makes the socket in the device's folder, which is locked, at `path` and open as long as the object lives.
+  // Makes the socket log.PID in the device's folder at `path` and open as long as the object lives.
   // Where that fails, path() is empty and the device has no log.
   SystemLog(int folder, const std::filesystem::path& path);
   ~SystemLog();
@@ -28,6 +28,7 @@ class SystemLog {
 
  private:
   int folder_;
+  std::string name_;
   std::string path_;
   Descriptor socket_;
 };

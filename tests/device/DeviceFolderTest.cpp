@@ -289,12 +289,20 @@ TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
   expectNoStart(device.path(), "damaged: bin");
 }
 
-TEST_F(DeviceFolderTest, OneLauncherAtATime) {
+TEST_F(DeviceFolderTest, OnlyAStartThatIsAlonePutsTheFolderInOrder) {
+  const fs::path link = device / "usr-bin/env";
   {
     DeviceFolder first(openOrMakeFolder(device.path()), "the device");
-    expectRefusal([&] { start(); }, "in use by another");
+    first.complete({files.path(), "en_US"});
+    EXPECT_TRUE(first.isAlone());
+    first.share();
+    fs::remove(link);
+    DeviceFolder second(openOrMakeFolder(device.path()), "the device");
+    second.complete({files.path(), "en_US"});
+    EXPECT_FALSE(second.isAlone() || fs::is_symlink(link)) << "what runs may be using the folder";
   }
   start();
+  EXPECT_TRUE(fs::is_symlink(link));
 }
 
 TEST(Beneath, NothingAboveOrThroughALinkIsReached) {

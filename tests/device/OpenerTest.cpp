@@ -90,6 +90,7 @@ class OpenerTest : public testing::Test {
   Opener::Setting setting() {
     return {applications_.get(),
             var_.get(),
+            "/host/device",
             home / "xdg-open",
             {{"OUT", home / "out"}, {"PATH", "/usr/bin:/bin"}},
             home / "state/opener.log"};
@@ -100,8 +101,9 @@ class OpenerTest : public testing::Test {
   }
   // Serves the opener until it has answered.
   opener::Answer answer() {
+    // The path ends with a NUL here.
     opener::Answer answer{};
-    while (recv(opener_->applicationEnd().get(), &answer, sizeof answer, MSG_DONTWAIT) < 0) {
+    while (recv(opener_->applicationEnd().get(), &answer, sizeof answer - 1, MSG_DONTWAIT) < 0) {
       std::vector<pollfd> watched;
       opener_->addTo(watched);
       poll(watched.data(), watched.size(), opener_->patience());
@@ -114,6 +116,7 @@ class OpenerTest : public testing::Test {
     send(std::string(reinterpret_cast<const char*>(&number), sizeof number) + url);
     const opener::Answer got = answer();
     EXPECT_EQ(got.number, number);
+    hostPath_ = got.hostPath;
     return got.verdict;
   }
   std::string log() { return fileAt(home / "state/opener.log"); }
@@ -129,6 +132,7 @@ class OpenerTest : public testing::Test {
   Descriptor var_;
   std::optional<Opener> opener_;
   std::uint32_t number_ = 0;
+  std::string hostPath_;
 };
 
 TEST_F(OpenerTest, APageIsOneArgumentOfTheProgram) {
@@ -187,13 +191,24 @@ TEST(ShownFolders, WhatAProcessLeftThatIsGoneIsRemovedAndNothingElse) {
   EXPECT_EQ(fileAt(home / "1/precious"), "kept");
 }
 
-TEST_F(OpenerTest, FilesLinksAndMissingFoldersAreRefused) {
+TEST_F(OpenerTest, InPlaceOfAMissingFolderTheNearestAboveIsShown) {
+  putFile(device / "var/A #%?b/inside", "");
+  EXPECT_EQ(ask("filza://view/var/A%20%23%25%3Fb/missing/packages/"), Verdict::Opened);
+  EXPECT_EQ(fileAt(home / "out"), shown() + "\ninside\n");
+  fs::remove(home / "xdg-open");
+  EXPECT_EQ(ask("filza://view/var/A%20%23%25%3Fb/missing/"), Verdict::Unavailable);
+  EXPECT_EQ(hostPath_, "/host/device/var/A #%?b");
+  EXPECT_EQ(ask("filza:///var/missing"), Verdict::Unavailable);
+  EXPECT_EQ(hostPath_, "/host/device/var");
+}
+
+TEST_F(OpenerTest, FilesAndLinksAreRefused) {
   putFile(device / "var/run.desktop", "[Desktop Entry]\nExec=sh\n");
   fs::create_directory_symlink(home.path(), device / "var/link");
   fs::create_symlink(home / "precious", device / "var/file-link");
   mkfifo((device / "var/pipe").c_str(), 0600);
   fs::create_directory(home / "folder");
-  for (const char* path : {"run.desktop", "link", "link/", "link/folder", "file-link", "pipe", "missing"}) {
+  for (const char* path : {"run.desktop", "link", "link/", "link/folder", "file-link", "pipe"}) {
     opener_.emplace(setting());
     EXPECT_EQ(ask(std::string("filza:///var/") + path), Verdict::Refused) << path;
     EXPECT_NE(log().find(std::string("Refused (not a folder of the device): filza:///var/") + path + "\n"),
@@ -223,7 +238,7 @@ TEST_F(OpenerTest, WithoutAProgramThatWorksTheURLIsUnavailable) {
   none.program.clear();
   opener_.emplace(std::move(none));
   EXPECT_EQ(ask("https://example.com/"), Verdict::Unavailable);
-  EXPECT_EQ(ask("filza:///var/missing"), Verdict::Refused) << "nothing to show";
+  EXPECT_EQ(ask("filza:///var/P/inside"), Verdict::Refused) << "nothing to show";
 }
 
 TEST_F(OpenerTest, AProgramThatRunsOnHasOpened) {

@@ -29,7 +29,7 @@ TEST(SystemLog, PassesOnTheWordsAlone) {
 
 TEST(SystemLog, ReplacesTheSocketOfAKilledLauncher) {
   const TemporaryFolder folder;
-  const std::string socket = folder / "log";
+  const std::string socket = folder / ("log." + std::to_string(getpid()));
   putFile(socket, "left");
   const Descriptor opened(open(folder.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   {

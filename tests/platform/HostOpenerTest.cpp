@@ -33,14 +33,17 @@ class HostOpenerTest : public testing::Test {
     return request;
   }
   void answer(std::uint32_t number, Verdict verdict) {
-    const opener::Answer answer{number, verdict};
-    EXPECT_EQ(send(ends_[1], &answer, sizeof answer, 0), static_cast<ssize_t>(sizeof answer));
+    opener::Answer answer{number, verdict, {}};
+    const auto size = opener::answerHead + std::string("/host").copy(answer.hostPath, sizeof answer.hostPath);
+    EXPECT_EQ(send(ends_[1], &answer, size, 0), static_cast<ssize_t>(size));
   }
 
   int ends_[2] = {-1, -1};
   std::size_t size_ = 0;
   std::vector<std::string> unavailable_;
-  HostOpener opener_{[this](const QUrl& url) { unavailable_.push_back(url.toString().toStdString()); }};
+  HostOpener opener_{[this](const QUrl& url, const QString& hostPath) {
+    unavailable_.push_back((url.toString() + hostPath).toStdString());
+  }};
 };
 
 TEST_F(HostOpenerTest, HandsURLsOverAndTellsWhichCouldNotBeOpened) {
@@ -60,7 +63,7 @@ TEST_F(HostOpenerTest, HandsURLsOverAndTellsWhichCouldNotBeOpened) {
   answer(request().number, Verdict::Unavailable);
   EXPECT_TRUE(unavailable_.empty()) << "before the event loop";
   EXPECT_TRUE(QTest::qWaitFor([this] { return unavailable_.size() == 2; }));
-  EXPECT_THAT(unavailable_, ElementsAre("https://example.com/3", "https://example.com/4"));
+  EXPECT_THAT(unavailable_, ElementsAre("https://example.com/3/host", "https://example.com/4/host"));
 }
 
 TEST_F(HostOpenerTest, KeepsItsSocketFromCommands) {
@@ -78,7 +81,9 @@ TEST_F(HostOpenerTest, SendsNothingThatIsTooLong) {
 
 TEST_F(HostOpenerTest, WithoutALauncherEveryURLIsUnavailable) {
   std::vector<std::string> told;
-  const auto tell = [&told](const QUrl& url) { told.push_back(url.toString().toStdString()); };
+  const auto tell = [&told](const QUrl& url, const QString&) {
+    told.push_back(url.toString().toStdString());
+  };
   HostOpener alone(tell);
   const int file = ::open("/dev/null", O_RDWR);
   for (int other : {-1, file}) {

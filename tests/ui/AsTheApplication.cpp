@@ -97,12 +97,18 @@ void take(const std::string& step) {
     openAddress(links::addPackageSource);
     putFile(result, addressShown());
   } else if (step == "language") {
+    putFile("/var/tmp/step", "read");
+    UIScreen::mainScreen()->resize(500, 700);
     tapOption(text::changeLanguage);
     finger::tap(QString::fromUtf8(text::autoLanguage));
   } else if (step == "read") {
     finger::tap("Project Options");
     finger::waitToSee(QString::fromUtf8(text::extraOptions.arabic));
-    putFile(result, "Arabic");
+    putFile(result, "Arabic " + std::to_string(UIScreen::mainScreen()->width()));
+  } else if (step == "minimize") {
+    UIScreen::mainScreen()->showMinimized();
+    putFile(result, "minimized");
+    finger::waitUntil([] { return !UIScreen::mainScreen()->isMinimized(); }, "nobody brings it forward");
   } else if (step == "destroy") {
     destroy();
   } else if (step == "backup") {
@@ -125,6 +131,7 @@ int main(int argc, char** argv) {
     endCommandsWithApplication();
     openAddressesOnHost();
     connectHistory();
+    followLauncher();
     createProjectsFolder();
     recordTheosPath();
     putFile("/var/Tweakyard/Projects/P/Tweak.x", "");

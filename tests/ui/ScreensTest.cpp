@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QListView>
+#include <QRegularExpression>
 #include <QTimer>
 
 namespace {
@@ -46,6 +47,45 @@ TEST_F(Screens, AHintInTheLogsPlaceSaysWhatATapDid) {
     waitToSee(updated);
     EXPECT_TRUE(log().bytes().starts_with("fine \uFFFD\n")) << "the older log";
   });
+}
+
+// Of all that is visible, names, captions and tooltips in Latin letters; the project is called P.
+QStringList latinTexts() {
+  QStringList found;
+  for (const QWidget* widget : UIScreen::mainScreen()->findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    for (const QString& text :
+         {widget->accessibleName(), widget->toolTip().section(" (", 0, 0),
+          widget->property("text").toString(), widget->property("placeholderText").toString()}) {
+      if (text.contains(QRegularExpression("[A-Za-z]{2}"))) found.append(text);
+    }
+  }
+  return found;
+}
+
+TEST_F(Screens, ControlsAreCalledInTheLanguageOfTheInterface) {
+  device::speak("AR");
+  makeProject({{"x", "text"}});
+  start();
+  // Keys reach their shortcuts only in a window that is active.
+  UIScreen::mainScreen()->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+  EXPECT_EQ(latinTexts(), QStringList());
+  openBuildScreen();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
+  waitToSee("Find text");
+  EXPECT_EQ(latinTexts(), QStringList());
+  finger::type("none");
+  waitToSee("No match");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  tap("Back");
+  tap("About");
+  waitToSee("Donate");
+  EXPECT_EQ(latinTexts().filter(QRegularExpression("^(?!Pelbo|شكرا|Tweakbench|/)")), QStringList());
+  tap("Back");
+  openEditor("x");
+  EXPECT_EQ(latinTexts(), QStringList());
+  leaveEditor("Cancel");
 }
 
 TEST_F(Screens, TheEditorChangesNoByteButWhatIsTyped) {
@@ -146,7 +186,7 @@ TEST_F(Screens, AnAddressThatNothingOpensIsShownAsTextToCopy) {
     start();
     openAddressesOnHost();
     optionsMenu(text::openInFilza);
-    waitToSee(localized(text::error));
+    waitToSee(localized(text::addressToOpen));
     QWidget* const address = finger::find("Address");
     const QRect area = address->rect().translated(address->mapTo(address->window(), QPoint()));
     EXPECT_TRUE(address->window()->rect().contains(area)) << "not all of it is on screen";
@@ -155,6 +195,10 @@ TEST_F(Screens, AnAddressThatNothingOpensIsShownAsTextToCopy) {
     QTest::keyClick(address, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza://view/var/Tweakyard/Projects/P/");
     tap(localized(text::ok));
+    openAddress("filza:///var/A #%?b/");
+    waitToSee(localized(text::addressToOpen));
+    tap(localized(text::copy));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza:///var/A %23%25%3Fb/");
   });
 }
 

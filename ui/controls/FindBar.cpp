@@ -49,9 +49,9 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
     layout->addWidget(button);
     return button;
   };
-  previous_ = add("Find previous", "previous", QKeySequence::FindPrevious,
+  previous_ = add("Find previous", "previous", Qt::SHIFT | Qt::Key_F3,
                   [this] { find(SearchDirection::Backward, false); });
-  next_ = add("Find next", "next", QKeySequence::FindNext, [this] { find(SearchDirection::Forward, false); });
+  next_ = add("Find next", "next", Qt::Key_F3, [this] { find(SearchDirection::Forward, false); });
   add("Close find", "close", Qt::Key_Escape, [this] { dismiss(); });
   connect(word_, &QLineEdit::textChanged, this,
           atEventBoundary([this] { find(SearchDirection::Forward, true); }));

@@ -8,6 +8,8 @@
 
 #include <utility>
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 
 namespace {
@@ -39,7 +41,7 @@ class AddressText : public QPlainTextEdit {
     setLayoutDirection(Qt::LeftToRight);
     setTabChangesFocus(true);
     setFrameShape(QFrame::NoFrame);
-    setAccessibleName(QStringLiteral("Address"));
+    setAccessibleName(tr("Address"));
     selectAll();
   }
 
@@ -48,6 +50,17 @@ class AddressText : public QPlainTextEdit {
     return {QPlainTextEdit::sizeHint().width(), lines + 2 * qRound(document()->documentMargin())};
   }
 };
+
+void showToCopy(const QString& title, const QString& address) {
+  const auto notice = RQAlertView::alertViewWithViewAndTitle(
+      title, localized(text::noProgramOpensIt), RQAlertViewStyle::Alert, new AddressText(address),
+      QStringList{localized(text::copy), localized(text::ok)}, QString(), QString());
+  dressAsMessage(*notice);
+  notice->setActionHandler([address](RQAlertView&, std::size_t, const QString& pressed) {
+    if (pressed == localized(text::copy)) QGuiApplication::clipboard()->setText(address);
+  });
+  notice->showAnimated();
+}
 
 }  // namespace
 
@@ -114,11 +127,11 @@ void showMissingTheos() {
 }
 
 void showAddress(const QString& address) {
-  const auto notice = RQAlertView::alertViewWithViewAndTitle(
-      localized(text::error), QString(), RQAlertViewStyle::Alert, new AddressText(address),
-      QStringList{localized(text::ok)}, QString(), QString());
-  dressAsMessage(*notice);
-  notice->showAnimated();
+  showToCopy(localized(text::addressToOpen), address);
+}
+
+void showHostPath(const QString& path) {
+  showToCopy(localized(text::folderOnComputer), path);
 }
 
 void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,

@@ -59,9 +59,10 @@ void showNotice(const QString& title, const QString& message = QString());
 // The notice of a start without a Theos.
 void showMissingTheos();
 
-// An address that no program of the host opens, as text to be selected and copied; all of it is selected at
-// first.
+// An address that no program of the host opens, as selected text with a button that copies it.
 void showAddress(const QString& address);
+// The same for a folder, with its path on the host.
+void showHostPath(const QString& path);
 
 // A confirming button and "Cancel"; only the former calls `confirmed`.
 void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,

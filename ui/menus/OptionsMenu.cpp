@@ -4,9 +4,6 @@
 #include "ui/screens/AppDelegate.h"
 #include "workspace/Projects.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
 
 void askForImport(const Owner& owner) {
@@ -66,12 +63,10 @@ void confirmDeletingBackups() {
   });
 }
 
-// The next start speaks the new language. Nothing is to be saved, and the objects on screen are not to be
-// taken apart from within one of their own handlers, so the process ends where it is.
+// The next start speaks the new language.
 [[noreturn]] void endWith(Language language) {
   setLanguage(language);
-  std::fflush(nullptr);
-  std::_Exit(EXIT_SUCCESS);
+  startAgain();
 }
 
 void showLanguages() {

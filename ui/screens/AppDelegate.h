@@ -46,6 +46,13 @@ inline constexpr const char* addPackageSource =
 // Asks for `address` to be opened. `completion`, which may be null, hears whether it was taken.
 void openAddress(const std::string& address, std::function<void(bool)> completion = {});
 
+// From now on the window comes forward when the launcher says so, and takes the place that it had before
+// startAgain(). Needs the application object; call it once, before any command is started.
+void followLauncher();
+
+// Ends the process with status 0. The launcher starts it again.
+[[noreturn]] void startAgain();
+
 // From now on addresses go to the opener outside the device, if the launcher has given one, and those that
 // nothing opens are shown. Needs the application object; call it once, before any command is started.
 void openAddressesOnHost();

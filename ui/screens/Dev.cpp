@@ -1,5 +1,7 @@
 #include "ui/screens/Dev.h"
 
+#include "core/FileManager.h"
+#include "core/LauncherContract.h"
 #include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "ui/Localized.h"
@@ -7,9 +9,21 @@
 #include "ui/controls/UIButton.h"
 #include "ui/screens/AppDelegate.h"
 #include "ui/screens/ui_Dev.h"
+#include "workspace/CurrentProject.h"
 
 #include <QEvent>
 #include <QIcon>
+
+namespace {
+
+// The user's own Theos is known by its path on the host.
+std::string shownTheos() {
+  const std::string inDevice = theosPath().value_or("-");
+  const MaybeText onHost = stringWithContentsOfFile(theosOnHostFile);
+  return onHost && inDevice == theosMount ? *onHost : inDevice;
+}
+
+}  // namespace
 
 Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
 
@@ -21,6 +35,7 @@ void Dev::loadView() {
   view->setAutoFillBackground(true);
   outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
+  outlets_->versionLabel->setFont(systemFontOfSize(metrics::smallTextSize));
   outlets_->backButton->setPicture(QStringLiteral("back"));
   outlets_->backButton->setFollowsReadingDirection(true);
   nameShortcut(*outlets_->backButton, Qt::Key_Escape);
@@ -39,6 +54,8 @@ void Dev::viewDidLoad() {
   UIViewController::viewDidLoad();
   outlets_->creditLabel->setText(localized(text::developedBy));
   outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
+  outlets_->versionLabel->setText(QStringLiteral("Tweakbench " TWEAKBENCH_VERSION "\nTheos: ") +
+                                  shownName(shownTheos()));
   outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
   outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
   for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {

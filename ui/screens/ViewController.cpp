@@ -6,6 +6,7 @@
 #include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
+#include "platform/UIScreen.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
@@ -96,6 +97,10 @@ void ViewController::viewDidLoad() {
   if (project != outlets_->ProjLableName->text()) outlets_->TableVV->leavePlace();
   outlets_->TableVV->reloadData();
   outlets_->ProjLableName->setText(project);
+  // "[*]" alone would be a place for the mark of a changed document.
+  UIScreen::mainScreen()->setWindowTitle(
+      (project.isEmpty() ? QString() : QString(project).replace("[*]", "[*][*]") + QStringLiteral(" – ")) +
+      QStringLiteral("Tweakbench"));
   showEmptyState();
   // The texts of this screen are the project's own; their surroundings follow the language of the next
   // dialog.

@@ -1,0 +1,20 @@
+// Shows a sentence in a window: why the application could not be started from a menu, where nobody reads
+// standard error. Runs outside the device, since that may be what is missing.
+//
+// usage: notice SENTENCE
+#include <QApplication>
+#include <QMessageBox>
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QGuiApplication::setDesktopFileName(QStringLiteral("org.example.Tweakbench"));
+  if (argc != 2) return 2;
+  QMessageBox box(QMessageBox::Warning, QStringLiteral("Tweakbench"),
+                  QStringLiteral("Tweakbench could not be opened."), QMessageBox::Close);
+  box.setTextFormat(Qt::PlainText);
+  box.setInformativeText(QString::fromLocal8Bit(argv[1]));
+  // Commands to type are in it.
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  box.exec();
+  return 0;
+}

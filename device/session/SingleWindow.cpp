@@ -1,0 +1,150 @@
+#include "device/session/SingleWindow.h"
+
+#include "device/Refusal.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+
+namespace device {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kLock = "window.lock";
+constexpr const char* kSocket = "window";
+// A launcher whose application has just ended still ends the rest of the device.
+constexpr auto kPatience = std::chrono::seconds(15);
+constexpr auto kBetweenTries = std::chrono::milliseconds(50);
+constexpr timeval kAnswerLimit{2, 0};
+constexpr char kDone = 1;
+
+// Below the open folder, since the length of a socket's path is limited.
+sockaddr_un addressIn(int folder) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, kSocket);
+  return address;
+}
+
+Descriptor makeSocket(int flags) {
+  return Descriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0));
+}
+
+bool isOwnProcess(int connection) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+         (peer.uid == geteuid() || peer.uid == 0);
+}
+
+bool isReady(const std::vector<pollfd>& watched, const Descriptor& one) {
+  return one && std::any_of(watched.begin(), watched.end(),
+                            [&](const pollfd& each) { return each.fd == one.get() && each.revents != 0; });
+}
+
+}  // namespace
+
+bool SingleWindow::claim(std::string_view token) {
+  for (const auto limit = Clock::now() + kPatience; Clock::now() < limit;
+       std::this_thread::sleep_for(kBetweenTries)) {
+    if (hasLocked()) {
+      listen();
+      return true;
+    }
+    if (callOther(token)) return false;
+  }
+  throw Refusal("The device is in use by another Tweakbench that does not answer; close that one first.");
+}
+
+bool SingleWindow::hasLocked() {
+  if (!lock_) lock_ = Descriptor(openat(device_, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  if (!lock_) refuseWithError("The device's window could not be locked:");
+  return flock(lock_.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+// Where the file system knows no sockets, a second start is refused after a while.
+void SingleWindow::listen() {
+  unlinkat(device_, kSocket, 0);
+  Descriptor listener = makeSocket(SOCK_NONBLOCK);
+  const sockaddr_un address = addressIn(device_);
+  if (bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+      fchmodat(device_, kSocket, 0600, 0) == 0 && ::listen(listener.get(), 4) == 0) {
+    listener_ = std::move(listener);
+  }
+}
+
+bool SingleWindow::callOther(std::string_view token) const {
+  const Descriptor connection = makeSocket(0);
+  const sockaddr_un address = addressIn(device_);
+  setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &kAnswerLimit, sizeof kAnswerLimit);
+  setsockopt(connection.get(), SOL_SOCKET, SO_SNDTIMEO, &kAnswerLimit, sizeof kAnswerLimit);
+  char answer = 0;
+  // A packet without a token would read as the end.
+  const std::string call = "." + std::string(isActivationToken(token) ? token : "");
+  return ::connect(connection.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+         send(connection.get(), call.data(), call.size(), MSG_NOSIGNAL) > 0 &&
+         recv(connection.get(), &answer, 1, 0) == 1 && answer == kDone;
+}
+
+void SingleWindow::connect() {
+  applicationEnd_.close();
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return;
+  own_ = Descriptor(ends[0]);
+  const Descriptor other(ends[1]);
+  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, window::applicationDescriptor));
+  // The application would not find it under another number.
+  if (applicationEnd_.get() != window::applicationDescriptor) applicationEnd_.close();
+  if (geometry_) tell(window::wasAt, *geometry_);
+  geometry_.reset();
+}
+
+void SingleWindow::addTo(std::vector<pollfd>& watched) const {
+  for (const Descriptor* one : {&own_, &listener_, &caller_}) {
+    if (*one) watched.push_back({one->get(), POLLIN, 0});
+  }
+}
+
+void SingleWindow::serve(const std::vector<pollfd>& watched) {
+  if (isReady(watched, own_)) {
+    std::array<char, window::longestMessage> message{};
+    const ssize_t got = recv(own_.get(), message.data(), message.size(), MSG_DONTWAIT);
+    if (got > 0 && message[0] == window::startAgain)
+      geometry_ = std::string(message.data() + 1, static_cast<std::size_t>(got) - 1);
+    if (got == 0) own_.close();
+  }
+  if (isReady(watched, caller_)) {
+    std::array<char, window::longestMessage> call{};
+    const ssize_t got = recv(caller_.get(), call.data(), call.size(), MSG_DONTWAIT);
+    const std::string_view token(call.data() + 1, got > 1 ? static_cast<std::size_t>(got) - 1 : 0);
+    if (got > 0 && isActivationToken(token) && tell(window::comeForward, token))
+      send(caller_.get(), &kDone, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
+    caller_.close();
+  }
+  if (isReady(watched, listener_)) {
+    caller_ = Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
+    if (caller_ && !isOwnProcess(caller_.get())) caller_.close();
+  }
+}
+
+bool SingleWindow::tell(char kind, std::string_view rest) const {
+  const std::string message = kind + std::string(rest);
+  return own_ && send(own_.get(), message.data(), message.size(), MSG_DONTWAIT | MSG_NOSIGNAL) > 0;
+}
+
+bool isActivationToken(std::string_view token) {
+  return token.size() < window::longestMessage &&
+         std::all_of(token.begin(), token.end(), [](char letter) { return letter > 0x20 && letter < 0x7f; });
+}
+
+}  // namespace device
