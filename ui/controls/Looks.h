@@ -31,7 +31,7 @@ inline constexpr int widestControls = 560;
 // Below this height, pictures that only adorn are shown small.
 inline constexpr int lowScreen = 520;
 inline constexpr int emblemSize = 128;
-inline constexpr int smallEmblemSize = 64;
+inline constexpr int smallEmblemSize = 44;
 inline constexpr int addressLines = 4;
 
 }  // namespace metrics

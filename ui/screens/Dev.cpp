@@ -11,8 +11,11 @@
 #include "ui/screens/ui_Dev.h"
 #include "workspace/CurrentProject.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QIcon>
+#include <QLabel>
 
 namespace {
 
@@ -54,8 +57,8 @@ void Dev::viewDidLoad() {
   UIViewController::viewDidLoad();
   outlets_->creditLabel->setText(localized(text::developedBy));
   outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
-  outlets_->versionLabel->setText(QStringLiteral("Tweakbench " TWEAKBENCH_VERSION "\nTheos: ") +
-                                  shownName(shownTheos()));
+  theos_ = shownName(shownTheos());
+  outlets_->versionLabel->setToolTip(theos_);
   outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
   outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
   for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
@@ -70,6 +73,11 @@ bool Dev::eventFilter(QObject* object, QEvent* event) {
     const int side = view.height() < metrics::lowScreen ? metrics::smallEmblemSize : metrics::emblemSize;
     const QIcon emblem(QStringLiteral(":/pictures/application.png"));
     outlets_->picture->setPixmap(emblem.pixmap(QSize(side, side), view.devicePixelRatioF()));
+    QLabel& version = *outlets_->versionLabel;
+    const int width = outlets_->panel->maximumWidth();
+    version.setText(QStringLiteral("Tweakbench " TWEAKBENCH_VERSION "\n") +
+                    version.fontMetrics().elidedText(QStringLiteral("Theos: ") + theos_, Qt::ElideMiddle,
+                                                     std::min(view.width() - metrics::touchSize, width)));
   }
   return UIViewController::eventFilter(object, event);
 }

@@ -25,4 +25,5 @@ class Dev : public UIViewController {
 
  private:
   std::unique_ptr<Ui::Dev> outlets_;
+  QString theos_;
 };
