@@ -189,6 +189,10 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
     : folder_(std::move(folder)), name_(name) {
   refuseForeignFolder(folder_.get(), name_);
   isAlone_ = lock();
+  // Of launchers that were killed.
+  for (const auto& entry : namesIn(folder_.get()).value_or(std::vector<std::string>())) {
+    if (isAlone_ && entry.starts_with(kLogSocket)) unlinkat(folder_.get(), entry.c_str(), 0);
+  }
   applications_ = openTop(folder_.get(), "Applications", name_);
   var_ = openTop(folder_.get(), "var", name_);
   userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
@@ -261,9 +265,6 @@ void DeviceFolder::removeLeftovers() {
       }
     }
   };
-  for (const auto& name : namesIn(folder_.get()).value_or(std::vector<std::string>())) {
-    if (name.starts_with(kLogSocket)) unlinkat(folder_.get(), name.c_str(), 0);
-  }
   try {
     sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
     // What a killed import left; a living one holds its lock.
