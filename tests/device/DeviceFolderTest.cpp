@@ -274,6 +274,14 @@ TEST_F(DeviceFolderTest, MoreProgramsThanAnyHostHasAreSetAsideButForTheConverter
   EXPECT_LT(std::distance(fs::directory_iterator(device / "usr-bin"), {}), 100'000);
   EXPECT_EQ(fileAt(device / "usr-bin/ftt"), "converter");
   EXPECT_TRUE(fs::is_symlink(device / "usr-bin/env"));
+  // A start does not look through a project of that size for what a killed save left, either.
+  const std::string left = device / "var/Tweakyard/Projects/Full/.tweakbench-saving-abcdef";
+  fs::create_directories(device / "var/Tweakyard/Projects");
+  fs::rename(fs::directory_iterator(device / "history/set-aside")->path() / "usr-bin",
+             fs::path(left).parent_path());
+  putFile(left, "");
+  start();
+  EXPECT_TRUE(fs::exists(left));
 }
 
 TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
