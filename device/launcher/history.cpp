@@ -49,71 +49,43 @@ struct stat look(int folder, const std::string& name) {
   return isKept ? status : nothing;
 }
 
-class Comparison {
- public:
-  explicit Comparison(std::size_t limit) : limit_(limit) {}
-
-  std::vector<std::string> found;
-
-  void folders(int older, int newer, const std::string& path, int depth) {
-    std::set<std::string> names;
-    for (int folder : {older, newer}) {
-      const auto inIt = namesIn(folder).value_or(std::vector<std::string>());
-      names.insert(inIt.begin(), inIt.end());
-    }
-    for (const auto& name : names) {
-      if (found.size() >= limit_) return;
-      entries(older, newer, name, path + name, depth);
-    }
+// Adds the paths below two folders at which they differ to `found`, at most `limit`, and never what the
+// history leaves out. Does not read files: those of the same size and modification time count as equal.
+void compare(int older, int newer, const std::string& above, int depth, std::size_t limit,
+             std::vector<std::string>& found) {
+  std::set<std::string> names;
+  for (int folder : {older, newer}) {
+    for (auto& name : namesIn(folder).value_or(std::vector<std::string>())) names.insert(std::move(name));
   }
-
- private:
-  void entries(int older, int newer, const std::string& name, const std::string& path, int depth) {
+  for (const auto& name : names) {
+    if (found.size() >= limit) return;
     const struct stat before = look(older, name);
     const struct stat after = look(newer, name);
-    if ((before.st_mode & S_IFMT) != (after.st_mode & S_IFMT)) return found.push_back(path);
-    switch (before.st_mode & S_IFMT) {
-      case S_IFREG:
-        if (before.st_ino != after.st_ino &&
-            (before.st_size != after.st_size || before.st_mtim.tv_sec != after.st_mtim.tv_sec ||
-             before.st_mtim.tv_nsec != after.st_mtim.tv_nsec)) {
-          found.push_back(path);
-        }
-        return;
-      case S_IFLNK:
-        if (linkTarget(older, name) != linkTarget(newer, name)) found.push_back(path);
-        return;
-      case S_IFDIR: {
-        const Descriptor olderInside = openFolderBeneath(older, name);
-        const Descriptor newerInside = openFolderBeneath(newer, name);
-        if (depth < deepest && olderInside && newerInside)
-          folders(olderInside.get(), newerInside.get(), path + "/", depth + 1);
-        return;
-      }
-      default:
-        return;
+    bool isSame = (before.st_mode & S_IFMT) == (after.st_mode & S_IFMT);
+    if (isSame && S_ISREG(before.st_mode)) {
+      isSame = before.st_ino == after.st_ino ||
+               (before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec &&
+                before.st_mtim.tv_nsec == after.st_mtim.tv_nsec);
+    } else if (isSame && S_ISLNK(before.st_mode)) {
+      isSame = linkTarget(older, name) == linkTarget(newer, name);
+    } else if (isSame && S_ISDIR(before.st_mode) && depth < deepest) {
+      const Descriptor olderInside = openFolderBeneath(older, name);
+      const Descriptor newerInside = openFolderBeneath(newer, name);
+      if (olderInside && newerInside)
+        compare(olderInside.get(), newerInside.get(), above + name + "/", depth + 1, limit, found);
     }
+    if (!isSame) found.push_back(above + name);
   }
-
-  std::size_t limit_;
-};
-
-// Returns the paths below two folders at which they differ, at most `limit` of them, and never what the
-// history leaves out. Does not read files: those of the same size and modification time count as equal.
-std::vector<std::string> differences(int older, int newer, std::size_t limit) {
-  Comparison comparison(limit);
-  comparison.folders(older, newer, {}, 0);
-  return std::move(comparison.found);
 }
 
-// An opened device, for this process as the device's user.
-struct Opened {
-  fs::path name;
-  Descriptor folder;
-  Descriptor var;
-};
+std::vector<std::string> differences(int older, int newer, std::size_t limit) {
+  std::vector<std::string> found;
+  compare(older, newer, {}, 0, limit, found);
+  return found;
+}
 
-Opened openAsItsUser(const Options& options) {
+// Makes this process the device's user.
+Transfer openAsItsUser(const Options& options) {
   const Environment caller = callerEnvironment();
   const auto calling = callingAccount(caller);
   Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
@@ -124,7 +96,8 @@ Opened openAsItsUser(const Options& options) {
       isRoot ? openFolderForAccount(device, caller, calling.has_value(), account) : openOrMakeFolder(device);
   if (isRoot) become(account);
   Descriptor var = openVar(folder.get(), device);
-  return {device, std::move(folder), std::move(var)};
+  const Rights own = Rights::own();
+  return {device, std::move(folder), std::move(var), own, own, 022, Interruption::check};
 }
 
 std::string called(Kept kind, const std::string& name) {
@@ -223,7 +196,7 @@ HistoryEntry choose(const HistoryFolder& history, const std::vector<HistoryEntry
 }
 
 int bringBack(const Options& options) {
-  const Opened device = openAsItsUser(options);
+  const Transfer device = openAsItsUser(options);
   const HistoryFolder history(device.folder.get());
   const fs::path path = fs::path(folderInHistory(options.kept)) / options.project;
   const auto entries = entriesWith(history, path);
@@ -235,16 +208,8 @@ int bringBack(const Options& options) {
   // A copy that is being taken meanwhile drops old entries, but no locked one.
   const Descriptor held = history.open(entry, ".");
   if (held) flock(held.get(), LOCK_SH);
-  const Rights own = Rights::own();
   const Interruption interruption;
-  const Transfer transfer{device.name,
-                          Descriptor(dup(device.folder.get())),
-                          Descriptor(dup(device.var.get())),
-                          own,
-                          own,
-                          022,
-                          Interruption::check};
-  const Transferred done = copyBack(transfer, history.open(entry, path).get(), place, options.project);
+  const Transferred done = copyBack(device, history.open(entry, path).get(), place, options.project);
   tellLeftOut("they cannot be read or are not files", done.leftOut);
   for (const auto& remark : entry.remarks) {
     if (remark.starts_with(visible(path.string())))
@@ -264,7 +229,7 @@ int bringBack(const Options& options) {
 }  // namespace
 
 int showHistory(const Options& options) {
-  const Opened device = openAsItsUser(options);
+  const Transfer device = openAsItsUser(options);
   const HistoryFolder history(device.folder.get());
   const auto entries = history.entries();
   bool isAny = false;

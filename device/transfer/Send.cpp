@@ -25,9 +25,9 @@ namespace {
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
-constexpr std::size_t kLongestLog = 1 << 16;
+constexpr std::size_t longestLog = 1 << 16;
 // ssh's own failures; the others are the remote command's.
-constexpr int kSshFailed = 255;
+constexpr int sshFailed = 255;
 // Returns the status as a shell tells it. Where the launcher is to end, the program ends first.
 int runProgram(const fs::path& program, const Words& arguments, int output = STDOUT_FILENO,
                int errors = STDERR_FILENO, const std::vector<int>& passed = {}) {
@@ -88,24 +88,24 @@ class Connection {
     const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // ssh ends its lines with a carriage return.
     const std::string log =
-        visible(replaceAll(readBeneath(folder.get(), "log", kLongestLog).value_or(""), "\r", ""), "\n\t");
+        visible(replaceAll(readBeneath(folder.get(), "log", longestLog).value_or(""), "\r", ""), "\n\t");
     std::cerr << log;
     if (log.find("Host key verification failed") != std::string::npos ||
         log.find("IDENTIFICATION HAS CHANGED") != std::string::npos) {
       std::cerr
           << "tweakbench: The key of " << phone_.host
           << " is not known or has changed; connect to it once with ssh and see whether it is your phone.\n";
-      return kLoginRefused;
+      return LoginRefused;
     }
     if (log.find("Permission denied") != std::string::npos ||
         log.find("Too many authentication") != std::string::npos) {
       std::cerr << "tweakbench: " << phone_.host << " refused the login of " << phone_.user
                 << "; see whether \"ssh " << phone_.user << "@" << phone_.host << "\" works.\n";
-      return kLoginRefused;
+      return LoginRefused;
     }
     std::cerr << "tweakbench: " << phone_.host
               << " cannot be reached; see whether the phone is awake, in this network, and runs OpenSSH.\n";
-    return kUnreachable;
+    return Unreachable;
   }
 
   // By the old protocol of scp, since phones often have an SSH server without sftp.
@@ -202,7 +202,7 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
     connection.command("rm -f " + target, false);
     std::cerr << "tweakbench: The package could not be copied to " << phone.host
               << "; see what scp says above.\n";
-    return kNotCopiedToPhone;
+    return NotCopiedToPhone;
   }
   const bool isRoot = phone.user == "root";
   // sudo may ask for a password.
@@ -215,15 +215,15 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
     std::cerr << "tweakbench: " << name << " is installed on " << phone.host << ".\n";
     return 0;
   }
-  if (status == kSshFailed) {
+  if (status == sshFailed) {
     std::cerr << "tweakbench: The connection to " << phone.host
               << " broke while the package was installed; send it again.\n";
-    return kUnreachable;
+    return Unreachable;
   }
   std::cerr << "tweakbench: " << name << " could not be installed: " << (isRoot ? "dpkg" : "sudo or dpkg")
             << " on " << phone.host
             << (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) << ".\n";
-  return kNotInstalled;
+  return NotInstalled;
 }
 
 }  // namespace device

@@ -23,11 +23,11 @@ Phone phoneFor(const std::string& typed, const Environment& caller);
 
 // Exit statuses of "send" besides 0.
 enum SendStatus {
-  kNothingToSend = 1,
-  kUnreachable = 2,
-  kLoginRefused = 3,
-  kNotCopiedToPhone = 4,
-  kNotInstalled = 5
+  NothingToSend = 1,
+  Unreachable = 2,
+  LoginRefused = 3,
+  NotCopiedToPhone = 4,
+  NotInstalled = 5
 };
 
 // Copies the newest package of `project` to the phone and has dpkg install it there, through sudo unless the
