@@ -14,18 +14,18 @@
 
 namespace device::doctor {
 
-// A program that was started in the device.
+// A program that the probe started in the device.
 struct Start {
-  // In the device; empty where there is no such program.
+  // In the device; empty if there is no such program.
   std::string path;
-  // As a shell tells it: 124 took too long, 126 and 127 not started, 128 + n killed by signal n.
+  // As a shell counts: 124 for a timeout, 126 and 127 if it did not start, 128 + n if signal n killed it.
   int status = 127;
   // The first line that it printed, on either stream.
   std::string said;
 };
 
-// An entry of Theos's folder, as the device sees it. Astray: a link whose target the device does not show.
-// Empty: a folder that holds nothing but, perhaps, ".git".
+// An entry of Theos's folder, as the device sees it. Astray: a link whose target is not in the device. Empty:
+// a folder with at most ".git" in it.
 enum class Entry { Missing, Present, Astray, Empty };
 
 // Numbers of an iOS version, "14.5" as {14, 5}; 0 where there is none.
@@ -47,7 +47,7 @@ struct Trial {
   std::string log;
 };
 
-// Everything in it is text of programs in the device, and not to be trusted.
+// All of it comes from programs in the device and is hostile.
 struct DeviceFacts {
   std::map<std::string, Start, std::less<>> starts;
   // By path below Theos's folder.
@@ -59,7 +59,7 @@ struct DeviceFacts {
   // What the template's Makefile builds for.
   Version target;
 
-  // The one that Theos takes; null where there is none.
+  // The one that Theos uses; null if there is none.
   const Sdk* newestSdk() const;
   // Whether new projects are built for a later iOS than that SDK's.
   bool isNewestSdkTooOld() const;

@@ -11,18 +11,17 @@ namespace device {
 
 enum class ApplicationFolder { New, Kept };
 
-// The device's folders that shipped files come into.
+// The device's folders that get shipped files.
 struct ShippedTo {
   int application = -1;
-  // The device's /usr/bin, where the application moves the converter. It gets none from here; the one that is
-  // there is only renewed. -1 where there is none.
+  // The device's /usr/bin, to which the application moves the converter. Only a converter that is there is
+  // updated. -1 for none.
   int programs = -1;
 };
 
-// Brings the shipped files of `source` into the device. `record` is a folder out of the device's reach that
-// keeps what was shipped before, so that a file that the user or a build has changed or removed is left
-// alone, while one that is as it was shipped becomes the new one. A New folder gets every file. Throws
-// Refusal.
+// Copies the shipped files of `source` into the device. `record` is a folder outside the device with what was
+// shipped before: a file that the user or a build has changed or removed stays so, and an unchanged one is
+// updated. A New folder gets every file. Throws Refusal.
 void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int record,
                ApplicationFolder state);
 
@@ -32,16 +31,15 @@ std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path&
 // Moves an entry of the folder out of the way.
 using SetAside = std::function<void(const std::string& name)>;
 
-// Puts the links into `folder`. A link that is missing or was changed is made again, and what is in its place
-// is replaced (a folder is set aside); a link to a host program that is gone is removed; everything else
-// stays. `folder` is written by programs in the device: no link in it is followed. Returns how many links
-// could not be made. Throws Refusal where the folder cannot be read.
+// Puts the links into `folder`. Restores links that are missing or changed, replacing what is in their place
+// (a folder is set aside), removes links to host programs that are gone, and keeps everything else. Follows
+// no link in `folder`, to which programs in the device write. Returns how many links could not be made.
+// Throws Refusal if the folder cannot be read.
 std::size_t putLinks(int folder, const std::map<std::string, std::string>& links, const SetAside& setAside);
 
-// Puts a link for each entry of Theos's folder lib, `libraries`, which the device sees at `shown`, into
-// `folder`, and removes links to entries that are gone. What builds put there stays, also in place of the
-// host's. `folder` is written by programs in the device: no link in it is followed. What cannot be made is
-// left out.
+// Puts a link into `folder` for each entry of Theos's folder lib, `libraries`, which the device sees at
+// `shown`, and removes links to entries that are gone. Keeps what builds put there, also instead of the
+// host's. Follows no link in `folder`. Skips links that cannot be made.
 void putLibraryLinks(int folder, const std::filesystem::path& libraries,
                      const std::string& shown = "/.host/theos/lib");
 
