@@ -51,9 +51,9 @@ class HistoryFolder {
   // Opens the folder `path` of an entry; empty if the entry has none.
   Descriptor open(const HistoryEntry& entry, const std::filesystem::path& path) const;
 
-  // Moves `name` in the folder `parent`, whatever it is, to `path` in a set-aside entry and returns that entry's
-  // name: a new one unless `entry` names one. It must be on the device's file system. If it throws Refusal,
-  // nothing has moved.
+  // Moves `name` in the folder `parent`, whatever it is, to `path` in a set-aside entry and returns that
+  // entry's name: a new one unless `entry` names one. It must be on the device's file system. If it throws
+  // Refusal, nothing has moved.
   std::string setAside(int parent, const std::string& name, const std::filesystem::path& path,
                        const std::string& entry = {}) const;
 
