@@ -27,42 +27,10 @@ constexpr int shortestPadSide = 744;
 // Seconds, by which the first screen has been painted.
 constexpr double fontDelay = 0.3;
 
-// The screen and its windows lie in layers. Assistive technology is shown what takes input and is in sight:
-// hidden widgets would still be listed, and the items of hidden lists would say that they are showing.
-class AccessibleLayers : public QAccessibleWidget {
- public:
-  using QAccessibleWidget::QAccessibleWidget;
-
-  int childCount() const override { return static_cast<int>(inSight().size()); }
-  QAccessibleInterface* child(int index) const override {
-    const QWidgetList children = inSight();
-    return index < 0 || index >= children.size() ? nullptr
-                                                 : QAccessible::queryAccessibleInterface(children[index]);
-  }
-  int indexOfChild(const QAccessibleInterface* child) const override {
-    return child ? static_cast<int>(inSight().indexOf(qobject_cast<QWidget*>(child->object()))) : -1;
-  }
-
- private:
-  QWidgetList inSight() const {
-    const UIWindow* const key = UIApplication::sharedApplication()->keyWindow();
-    QWidgetList children;
-    for (QObject* object : widget()->children()) {
-      auto* const child = qobject_cast<QWidget*>(object);
-      const bool isBeneath = key && qobject_cast<UIWindow*>(child) && child != key;
-      if (child && !child->isHidden() && !isBeneath) children.append(child);
-    }
-    return children;
-  }
-};
-
 // To a screen reader a plain widget is only a filler; it follows windows.
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
-  if (className == QLatin1String("UIScreen"))
-    return new AccessibleLayers(static_cast<QWidget*>(object), QAccessible::Window);
-  if (className == QLatin1String("UIWindow"))
-    return new AccessibleLayers(static_cast<QWidget*>(object), QAccessible::Client);
-  return nullptr;
+  if (className != QLatin1String("UIScreen")) return nullptr;
+  return new QAccessibleWidget(static_cast<UIScreen*>(object), QAccessible::Window);
 }
 
 QPointer<UIScreen>& theScreen() {
