@@ -37,9 +37,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr const char* lockFile = "lock";
 constexpr const char* stateFile = "state";
-constexpr const char* usageFile = "usage";
-constexpr const char* aboutFile = "about";
-constexpr const char* setAside = "set-aside";
 constexpr const char* beingMade = ".new-copy";
 const std::string beingDropped = ".old-";
 constexpr const char* beingParted = ".old-parted";
@@ -422,7 +419,7 @@ class Copying {
     if (tools_.rsync.empty()) return;
     for (const auto& when : history_.moved()) {
       sweep();
-      const std::string entry = std::string(setAside) + "/" + when;
+      const std::string entry = std::string(asideFolder) + "/" + when;
       const auto size = measure(entry);
       // What a build still has as its working folder may be there yet, and then it could lead the copy
       // astray.
@@ -537,7 +534,7 @@ class Copying {
 
   // False where the entry stays, since something of it is being brought back.
   bool drop(const std::string& when) const {
-    for (const std::string& name : {when, std::string(setAside) + "/" + when}) {
+    for (const std::string& name : {when, std::string(asideFolder) + "/" + when}) {
       const Descriptor entry = openFolderBeneath(folder_, name);
       if (!entry) continue;
       if (flock(entry.get(), LOCK_EX | LOCK_NB) != 0) return false;

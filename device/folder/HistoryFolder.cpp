@@ -22,10 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* historyFolder = "history";
-constexpr const char* asideFolder = "set-aside";
-constexpr const char* aboutFile = "about";
-// What the history takes on the disk, as far as that is known.
-constexpr const char* usageFile = "usage";
 constexpr const char* backupNote = "backup-note";
 constexpr const char* movedMark = "moved";
 constexpr const char* nameFormat = "%Y-%m-%dT%H-%M-%SZ";

@@ -25,6 +25,12 @@ namespace device {
 
 enum class Kept { Project, Backup, Packages };
 inline constexpr std::array<Kept, 3> allKept{Kept::Project, Kept::Backup, Kept::Packages};
+// Names in the history's folder: what was set aside; in a copy, what it says about itself; what the whole
+// takes on the disk, as far as that is known.
+inline constexpr const char* asideFolder = "set-aside";
+inline constexpr const char* aboutFile = "about";
+inline constexpr const char* usageFile = "usage";
+
 // The folder with things of this kind: below DEVICE/var, and below a dated copy.
 const char* folderInDevice(Kept kind);
 const char* folderInHistory(Kept kind);

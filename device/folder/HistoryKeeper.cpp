@@ -221,14 +221,14 @@ HistoryKeeper::HistoryKeeper(Serves serves) {
   if (applicationEnd_.get() != history::applicationDescriptor) applicationEnd_.close();
 }
 
-void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool isAlone) {
+void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool undoesBackup) {
   std::optional<HistoryFolder> history;
   try {
     history.emplace(device);
     // Inherited by the process: nobody else takes it, and who wants the last copy waits for it.
     flock(history->folder(), LOCK_SH | LOCK_NB);
     sayOnceThatRsyncIsMissing(*history, tools.rsync.empty());
-    if (isAlone) history->undoBackup(var);
+    if (undoesBackup) history->undoBackup(var);
   } catch (const Refusal& refusal) {
     std::fprintf(stderr, "tweakbench: %s\n", refusal.what());
     if (!history) return;

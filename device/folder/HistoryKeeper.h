@@ -16,11 +16,11 @@ class HistoryKeeper {
   explicit HistoryKeeper(Serves serves);
 
   // Starts the process. `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and
-  // before anything of this launcher's runs in the device. Where nothing else does (`isAlone`), first a
-  // backup that a killed run has left half is replaced by the older one. Without `tools.rsync` no copies are
-  // taken, and that is said once for a device. Failures are said on standard error, and there is no history
-  // then.
-  void start(int device, int var, const HistoryTools& tools, bool isAlone);
+  // before anything of this launcher's runs in the device. Where no other application runs there
+  // (`undoesBackup`), first a backup that a killed one has left half is replaced by the older one. Without
+  // `tools.rsync` no copies are taken, and that is said once for a device. Failures are said on standard
+  // error, and there is no history then.
+  void start(int device, int var, const HistoryTools& tools, bool undoesBackup);
 
   // Goes to the application under this very number; -1 where nobody is served.
   int applicationEnd() const { return applicationEnd_.get(); }

@@ -247,7 +247,7 @@ int run(const Options& options, const Task* task) {
                      isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
     if (hasOwnLibraries) putLibraryLinks(folder.theosLibraries(), libraries);
     history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
-                  folder.isAlone());
+                  folder.isAlone() || window);
     folder.share();
     // A command may be about to delete what the last one has made; a window does not wait.
     if (!isApplication) history.awaitFirstCopy();

@@ -105,7 +105,7 @@ constexpr std::size_t mostShown = 32;
 constexpr std::string_view placeName = "tweakbench-folders-";
 
 // Letters of any script, and what no shell minds anywhere.
-bool isPlain(const std::string& name) {
+bool isPlainName(const std::string& name) {
   return !name.empty() && name.front() != '-' && name.front() != '.' && isValidUTF8(name) &&
          std::all_of(name.begin(), name.end(), [](unsigned char character) {
            return std::isalnum(character) != 0 || character >= 0x80 ||
@@ -167,7 +167,7 @@ ShownFolders::~ShownFolders() {
 fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
   struct stat status {};
   if (fstat(folder.get(), &status) != 0) return {};
-  const std::string name = isPlain(wished) ? wished : "folder";
+  const std::string name = isPlainName(wished) ? wished : "folder";
   for (const auto& shown : shown_) {
     if (shown.device == status.st_dev && shown.number == status.st_ino && shown.path.filename() == name)
       return shown.path;

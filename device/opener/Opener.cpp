@@ -19,7 +19,6 @@ namespace device {
 namespace {
 
 namespace fs = std::filesystem;
-using opener::Verdict;
 
 // Opener programs end at once where they hand on to a running desktop, and run on where they become the
 // browser.
@@ -95,12 +94,12 @@ void Opener::takeRequest() {
   if (size <= opener::requestHead || size > sizeof request)
     return answer(asked, refuse({}, "a request of " + std::to_string(size) + " bytes"));
   asked.url.assign(request.url, size - opener::requestHead);
-  const Verdict verdict = open(asked);
+  const opener::Verdict verdict = open(asked);
   // One that was started is answered when it is known how that went.
-  if (verdict != Verdict::Opened) answer(asked, verdict);
+  if (verdict != opener::Verdict::Opened) answer(asked, verdict);
 }
 
-Verdict Opener::open(Asked& asked) {
+opener::Verdict Opener::open(Asked& asked) {
   const std::string& url = asked.url;
   const OpenableAddress address = readAddress(url);
   if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
@@ -126,21 +125,21 @@ Descriptor Opener::openNearest(int top, fs::path& path) const {
   }
 }
 
-Verdict Opener::start(const Asked& asked, const std::string& argument) {
-  if (setting_.program.empty()) return Verdict::Unavailable;
+opener::Verdict Opener::start(const Asked& asked, const std::string& argument) {
+  if (setting_.program.empty()) return opener::Verdict::Unavailable;
   const pid_t process = spawnApart(setting_.program, argument, setting_.environment);
   if (process < 0) {
     log_.add(setting_.program.string() + " could not be started for " + asked.url);
-    return Verdict::Unavailable;
+    return opener::Verdict::Unavailable;
   }
   Descriptor end = endOf(process);
   started_.push_back({process, std::move(end), asked, Clock::now() + kSoonEnough, false});
-  return Verdict::Opened;
+  return opener::Verdict::Opened;
 }
 
-Verdict Opener::refuse(const std::string& url, const std::string& reason) {
+opener::Verdict Opener::refuse(const std::string& url, const std::string& reason) {
   log_.add("Refused (" + reason + "): " + url);
-  return Verdict::Refused;
+  return opener::Verdict::Refused;
 }
 
 bool Opener::isTooOften() {
@@ -160,15 +159,16 @@ void Opener::lookAfter(Started& started) {
   if (hasEnded) started.process = -1;
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
   started.isAnswered = true;
-  if (!hasEnded || (status == 0 && !isLost)) return answer(started.asked, Verdict::Opened);
+  if (!hasEnded || (status == 0 && !isLost)) return answer(started.asked, opener::Verdict::Opened);
   log_.add(setting_.program.string() + " failed for " + started.asked.url);
-  answer(started.asked, Verdict::Unavailable);
+  answer(started.asked, opener::Verdict::Unavailable);
 }
 
-void Opener::answer(const Asked& asked, Verdict verdict) const {
+void Opener::answer(const Asked& asked, opener::Verdict verdict) const {
   opener::Answer answer{asked.number, verdict, {}};
-  const std::size_t length =
-      verdict == Verdict::Unavailable ? asked.hostPath.copy(answer.hostPath, sizeof answer.hostPath) : 0;
+  const std::size_t length = verdict == opener::Verdict::Unavailable
+                                 ? asked.hostPath.copy(answer.hostPath, sizeof answer.hostPath)
+                                 : 0;
   // An application that takes no answers gets none.
   send(own_.get(), &answer, opener::answerHead + length, MSG_DONTWAIT | MSG_NOSIGNAL);
 }

@@ -12,7 +12,7 @@
 namespace device {
 namespace {
 
-constexpr int kPatience = 1000;  // milliseconds
+constexpr int kGiveBackPatience = 1000;  // milliseconds
 
 bool isNothing(const struct stat& status) {
   return S_ISCHR(status.st_mode) && status.st_rdev == makedev(1, 3);
@@ -116,7 +116,7 @@ void Relay::finish() {
   if (!inwardPump_ || !reader_) return;
   inwardPump_->stop();
   pollfd end{inwardPump_->end(), POLLIN, 0};
-  if (poll(&end, 1, kPatience) == 1) inwardPump_->giveBack(reader_.get());
+  if (poll(&end, 1, kGiveBackPatience) == 1) inwardPump_->giveBack(reader_.get());
 }
 
 }  // namespace device

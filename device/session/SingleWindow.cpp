@@ -20,11 +20,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kLock = "window.lock";
+constexpr const char* kWindowLock = "window.lock";
 constexpr const char* kSocket = "window";
 // A launcher whose application has just ended still ends the rest of the device.
-constexpr auto kPatience = std::chrono::seconds(15);
-constexpr auto kBetweenTries = std::chrono::milliseconds(50);
+constexpr auto kFrontPatience = std::chrono::seconds(15);
+constexpr auto kBetweenKnocks = std::chrono::milliseconds(50);
 constexpr timeval kAnswerLimit{2, 0};
 constexpr char kDone = 1;
 
@@ -55,8 +55,8 @@ bool isReady(const std::vector<pollfd>& watched, const Descriptor& one) {
 }  // namespace
 
 bool SingleWindow::claim(std::string_view token) {
-  for (const auto limit = Clock::now() + kPatience; Clock::now() < limit;
-       std::this_thread::sleep_for(kBetweenTries)) {
+  for (const auto limit = Clock::now() + kFrontPatience; Clock::now() < limit;
+       std::this_thread::sleep_for(kBetweenKnocks)) {
     if (hasLocked()) {
       listen();
       return true;
@@ -67,7 +67,8 @@ bool SingleWindow::claim(std::string_view token) {
 }
 
 bool SingleWindow::hasLocked() {
-  if (!lock_) lock_ = Descriptor(openat(device_, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  if (!lock_)
+    lock_ = Descriptor(openat(device_, kWindowLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!lock_) refuseWithError("The device's window could not be locked:");
   return flock(lock_.get(), LOCK_EX | LOCK_NB) == 0;
 }

@@ -13,7 +13,7 @@ namespace device {
 namespace {
 
 constexpr std::size_t kLongestLine = 8192;
-constexpr int kMostAtOnce = 100;
+constexpr int kMostLinesAtOnce = 100;
 // "Nov 22 23:59:59 ", as every line carries it behind its priority.
 constexpr std::size_t kTimeLength = 16;
 
@@ -44,7 +44,7 @@ SystemLog::~SystemLog() {
 void SystemLog::passOn() {
   std::array<char, kLongestLine> line;
   // Not for ever: whoever floods the log must not keep the launcher from what else it watches.
-  for (int count = 0; count < kMostAtOnce; ++count) {
+  for (int count = 0; count < kMostLinesAtOnce; ++count) {
     const ssize_t got = recv(socket_.get(), line.data(), line.size(), 0);
     if (got <= 0) return;
     syslog(LOG_NOTICE, "%s", wordsOf({line.data(), static_cast<std::size_t>(got)}).c_str());

@@ -19,12 +19,12 @@ namespace fs = std::filesystem;
 
 // Two descriptors each, within what a process may open.
 constexpr int kDeepest = 256;
-constexpr std::size_t kPiece = 1 << 20;
+constexpr std::size_t kCopiedAtOnce = 1 << 20;
 
 class Copy {
  public:
   Copy(const CopyEnd& source, const CopyEnd& target, const CopyRules& rules)
-      : reader_(source.rights), writer_(target.rights), rules_(rules), piece_(kPiece) {}
+      : reader_(source.rights), writer_(target.rights), rules_(rules), piece_(kCopiedAtOnce) {}
 
   std::vector<std::string> leftOut;
 
@@ -111,7 +111,7 @@ class Copy {
       }
       while (start < end) {
         if (rules_.pause) rules_.pause();
-        const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, kPiece));
+        const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, kCopiedAtOnce));
         const ssize_t got = pread(from, piece_.data(), wanted, start);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) fail(at, "could not be read:");

@@ -171,8 +171,8 @@ TEST_F(Operations, AProjectOfNoNameUnpacksBesideTheOthersAndCountsAsNoneAfterwar
 
 TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
   putFile("/var/mobile/Documents/In/Tweak.x", "imported");
-  ASSERT_EQ(chdir("/var"), 0);
-  EXPECT_TRUE(importProject("mobile/Documents/In")) << "there from here";
+  ASSERT_EQ(chdir("/var/mobile"), 0);
+  EXPECT_TRUE(importProject("Documents/In")) << "there from here";
   EXPECT_TRUE(treeAt(device::projects).empty()) << "and not from the root";
   removeCurrentProject();
   ASSERT_EQ(chdir("/"), 0);
