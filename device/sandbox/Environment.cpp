@@ -12,7 +12,7 @@ namespace device {
 namespace {
 
 // Values go on into the device as they are, so only plain ones do.
-bool isPlain(std::string_view value) {
+bool isPlainValue(std::string_view value) {
   return value.size() <= 128 && std::all_of(value.begin(), value.end(), [](char character) {
            return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
                   (character >= '0' && character <= '9') ||
@@ -21,7 +21,7 @@ bool isPlain(std::string_view value) {
 }
 
 std::string plainOr(std::optional<std::string> value, std::string_view otherwise) {
-  return value && isPlain(*value) ? *value : std::string(otherwise);
+  return value && isPlainValue(*value) ? *value : std::string(otherwise);
 }
 
 // What setlocale() takes for a category.
@@ -81,7 +81,7 @@ Environment deviceEnvironment(const Environment& caller, Audience audience) {
   if (audience == Audience::Application) {
     // How accents that are typed combine with letters depends on it; the interface's language does not.
     const auto typing = callerLocale(caller, "LC_CTYPE");
-    if (typing && isPlain(*typing) && (typing->ends_with(".UTF-8") || typing->ends_with(".utf8")))
+    if (typing && isPlainValue(*typing) && (typing->ends_with(".UTF-8") || typing->ends_with(".utf8")))
       result["LC_CTYPE"] = *typing;
     // What a build leaves under the home folder must not become the interface's fonts, styles or key maps.
     for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
@@ -103,7 +103,7 @@ std::string localeIdentifier(const Environment& caller) {
   // As gettext has it: LANGUAGE comes first, except in a locale that is not translated.
   const std::string preferred = isUntranslated(locale) ? std::string() : preferredLanguage(caller);
   const std::string language = languageOf(preferred.empty() ? locale : preferred);
-  return language.empty() || isUntranslated(language) || !isPlain(language) ? "en_US" : language;
+  return language.empty() || isUntranslated(language) || !isPlainValue(language) ? "en_US" : language;
 }
 
 std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {
