@@ -107,7 +107,7 @@ bool typing() {
   // The lines are wrapped bit by bit.
   for (int turn = 0; turn < 1000; ++turn) QCoreApplication::processEvents();
   std::vector<double> taken;
-  const std::string typed = "\tif ([self foo:@\"x\" bar:1]) { /* %orig\n";
+  const std::string typed = "if ([self foo:@\"x\" bar:1]) { /* %orig\n";
   for (int round = 0; round < 10; ++round) {
     for (const char letter : typed) {
       taken.push_back(1000 * seconds([&] {
