@@ -12,8 +12,8 @@ struct Comparison {
   int rounds;
 };
 
-// Runs both `comparison.rounds` times in turns and prints the medians of both, and the median of the ratios of
-// neighbouring runs, in which a noisy minute counts on both sides. False when that is larger than allowed.
+// Runs both `comparison.rounds` times in turns and prints the medians of both, and the median of the ratios
+// of neighbouring runs, in which a noisy minute counts on both sides. False when that is larger than allowed.
 // Both functions return what is compared: seconds, or bytes.
 bool compare(const Comparison& comparison, const char* unit, const std::function<double()>& ours,
              const std::function<double()>& yardstick);
