@@ -151,11 +151,14 @@ Descriptor openFolderForAccount(const fs::path& path, const Environment& caller,
     if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
   }
   if (!folder) folder = openOrMakeFolder(path);
+  // In this order: another start may be giving the folder away, and puts things into it afterwards.
+  std::error_code unreadable;
+  const bool isEmpty = fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()), unreadable);
   struct stat status {};
   fstat(folder.get(), &status);
   if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, caller);
   if (status.st_uid == 0) {
-    if (!fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()))) {
+    if (!isEmpty) {
       throw Refusal("The folder " + path.string() + " is root's and not empty; give --device a new folder.");
     }
     // A link that somebody else planted could lead to any empty folder of root's.
