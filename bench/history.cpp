@@ -18,15 +18,15 @@ int main() {
   if (mkdtemp(folder.data()) == nullptr) return 1;
   const fs::path var = fs::path(folder) / "var";
   for (int project = 0; project < projects; ++project) {
-    const fs::path path = var / device::folderInDevice(device::Kept::Project) / std::to_string(project);
+    const fs::path path = var / folderInDevice(Kept::Project) / std::to_string(project);
     fs::create_directories(path);
     for (int file = 0; file < filesEach; ++file) std::ofstream(path / std::to_string(file)) << file;
   }
   const Descriptor top(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   const Descriptor inVar(open(var.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const device::HistoryFolder history(top.get());
-  const device::HistoryTools tools{"/usr/bin/bwrap", "/usr/bin/rsync"};
-  const auto copy = [&] { device::takeCopy(history, inVar.get(), tools, device::Insistence::Gaps); };
+  const HistoryFolder history(top.get());
+  const HistoryTools tools{"/usr/bin/bwrap", "/usr/bin/rsync"};
+  const auto copy = [&] { takeCopy(history, inVar.get(), tools, Insistence::Gaps); };
   copy();
   const bool isCopied = history.entries().size() == 1 && history.entries().front().isWhole;
   std::vector<double> times(rounds);

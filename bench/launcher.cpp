@@ -23,9 +23,9 @@ using Words = std::vector<std::string>;
 
 constexpr double megabyte = 1024 * 1024;
 
-void runToEnd(const device::ProcessStart& start) {
+void runToEnd(const ProcessStart& start) {
   int status = 0;
-  const pid_t child = device::spawn(start);
+  const pid_t child = spawn(start);
   if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
     throw std::runtime_error("cannot run " + start.words.front());
 }
@@ -78,8 +78,8 @@ class Bare {
       }
       list.append(word).push_back('\0');
     }
-    const Descriptor arguments = device::inMemory(list);
-    device::ProcessStart start{{"/usr/bin/bwrap", "--args", std::to_string(arguments.get()), "--", program}};
+    const Descriptor arguments = inMemory(list);
+    ProcessStart start{{"/usr/bin/bwrap", "--args", std::to_string(arguments.get()), "--", program}};
     start.environment.emplace();
     start.passed = {arguments.get()};
     for (const auto& file : files) start.passed.push_back(file.get());
@@ -108,11 +108,11 @@ struct Window {
 // Runs a program that prints a number when its window has been painted, and then ends.
 Window openWindow(const Words& words) {
   Window window{};
-  device::Pipe output = device::makePipe();
-  device::ProcessStart start{words, {}, -1, output.writeEnd.get(), output.writeEnd.get()};
+  Pipe output = makePipe();
+  ProcessStart start{words, {}, -1, output.writeEnd.get(), output.writeEnd.get()};
   pid_t child = -1;
   window.seconds = seconds([&] {
-    child = device::spawn(start);
+    child = spawn(start);
     output.writeEnd.close();
     std::array<char, 256> number{};
     const ssize_t got = read(output.readEnd.get(), number.data(), number.size() - 1);

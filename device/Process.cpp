@@ -13,12 +13,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kMostCaptured = 1 << 20;
+constexpr std::size_t mostCaptured = 1 << 20;
 
 volatile sig_atomic_t came = 0;
 
@@ -65,7 +64,7 @@ void take(Source& source) {
     source.pipe.readEnd.close();
     return;
   }
-  const std::size_t room = kMostCaptured - source.text->size();
+  const std::size_t room = mostCaptured - source.text->size();
   source.text->append(piece.data(), std::min(room, static_cast<std::size_t>(got)));
 }
 
@@ -185,5 +184,3 @@ bool Interruption::hasCome() {
 void Interruption::check() {
   if (came != 0) throw Interrupted{came};
 }
-
-}  // namespace device

@@ -12,8 +12,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // All descriptors here are close-on-exec.
 struct Pipe {
   Descriptor readEnd;
@@ -91,5 +89,3 @@ class Interruption {
  private:
   std::map<int, struct sigaction> before_;
 };
-
-}  // namespace device

@@ -6,8 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-namespace device {
-
 // what() is one whole sentence that says what is wrong and, where something can be done, what to do.
 class Refusal : public std::runtime_error {
  public:
@@ -18,5 +16,3 @@ class Refusal : public std::runtime_error {
 [[noreturn]] inline void refuseWithError(const std::string& sentence) {
   throw Refusal(sentence + " " + std::strerror(errno) + ".");
 }
-
-}  // namespace device

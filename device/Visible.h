@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-namespace device {
-
 // How many bytes the character that starts with `first` has in UTF-8.
 inline std::size_t lengthOfCharacter(char first) {
   const auto code = static_cast<unsigned char>(first);
@@ -50,7 +48,7 @@ class ColouredOutput {
       std::size_t end = escape + 1;
       if (end < rest_.size() && rest_[end] == '[') end = rest_.find_first_not_of("0123456789;", end + 1);
       // The rest of the sequence comes with the next piece.
-      if (end >= rest_.size() && rest_.size() - escape <= kLongestSequence) {
+      if (end >= rest_.size() && rest_.size() - escape <= longestSequence) {
         rest_.erase(0, escape);
         return result;
       }
@@ -63,8 +61,6 @@ class ColouredOutput {
   }
 
  private:
-  static constexpr std::size_t kLongestSequence = 64;
+  static constexpr std::size_t longestSequence = 64;
   std::string rest_;
 };
-
-}  // namespace device

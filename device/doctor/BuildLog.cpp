@@ -6,7 +6,7 @@
 #include <optional>
 #include <set>
 
-namespace device::doctor {
+namespace doctor {
 namespace {
 
 using std::string;
@@ -232,4 +232,4 @@ std::vector<Finding> explainBuildLog(string_view log, bool cut) {
   return findings;
 }
 
-}  // namespace device::doctor
+}  // namespace doctor

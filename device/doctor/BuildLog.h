@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace device::doctor {
+namespace doctor {
 
 // A Problem stops builds; a Note is worth knowing and stops nothing.
 enum class Verdict { Ok, Note, Problem };
@@ -56,4 +56,4 @@ std::vector<Finding> explainBuildLog(std::string_view log, bool cut = false);
 // Enough of a line that a program said to look it up.
 std::string shortened(const std::string& said);
 
-}  // namespace device::doctor
+}  // namespace doctor

@@ -6,7 +6,7 @@
 #include <charconv>
 #include <regex>
 
-namespace device::doctor {
+namespace doctor {
 
 using std::string;
 using std::string_view;
@@ -198,7 +198,7 @@ Finding startFinding(const Facts& facts) {
   const char* subject = "user namespaces";
   if (!facts.deviceRefusal.empty()) {
     // Another refusal is not the system's.
-    const bool isSystems = facts.deviceRefusal.starts_with(kSetUpFailed);
+    const bool isSystems = facts.deviceRefusal.starts_with(setUpFailed);
     return problem(isSystems ? subject : "start", facts.deviceRefusal);
   }
   if (!facts.inDevice)
@@ -494,4 +494,4 @@ bool canBuild(const std::vector<Finding>& findings) {
                       [](const Finding& one) { return one.verdict == Verdict::Problem; });
 }
 
-}  // namespace device::doctor
+}  // namespace doctor

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace device::doctor {
+namespace doctor {
 
 // A program that the probe started in the device.
 struct Start {
@@ -106,4 +106,4 @@ std::vector<Finding> findingsFor(const Facts& facts);
 
 bool canBuild(const std::vector<Finding>& findings);
 
-}  // namespace device::doctor
+}  // namespace doctor

@@ -17,7 +17,6 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 using namespace doctor;
@@ -76,7 +75,7 @@ std::string sentenceIn(const std::string& errors) {
 
 void lookInDevice(const PassingDevice& device, Facts& facts) {
   const Captured probe = device.runScript(probeScript, probeLimit);
-  if (probe.status == kFailed) {
+  if (probe.status == launcherFailed) {
     facts.deviceRefusal = sentenceIn(probe.errors);
   } else if (probe.status != 0) {
     facts.deviceRefusal = "A command in the device ended with status " + std::to_string(probe.status) + ": " +
@@ -227,8 +226,6 @@ int examine(const Options& options) {
     return report(gather(options));
   } catch (const Interrupted& interrupted) {
     raise(interrupted.signal);
-    return kFailed;
+    return launcherFailed;
   }
 }
-
-}  // namespace device

@@ -11,8 +11,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace device {
-
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
   open_how how{};
   how.flags = static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW);
@@ -162,5 +160,3 @@ std::optional<std::vector<std::string>> namesIn(int folder, const std::function<
 std::vector<std::string> namesInOrNone(const Descriptor& folder) {
   return (folder ? namesIn(folder.get()) : std::nullopt).value_or(std::vector<std::string>());
 }
-
-}  // namespace device

@@ -10,8 +10,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // `path` is relative to `folder`. An empty result leaves the reason in errno; a link on the way is ELOOP.
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags);
 Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
@@ -46,5 +44,3 @@ bool removeBeneath(int folder, const std::string& name);
 std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause = {});
 // The same; nothing on failure, also where `folder` is empty.
 std::vector<std::string> namesInOrNone(const Descriptor& folder);
-
-}  // namespace device

@@ -21,32 +21,30 @@
 #include <thread>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kLock = "lock";
-constexpr const char* kShipped = "shipped";
-constexpr const char* kLogSocket = "log.";
-constexpr const char* kUserPrograms = "usr-bin";
-constexpr const char* kShellPrograms = "bin";
-constexpr const char* kApplicationFolder = "Tweakbench.app";
-constexpr const char* kConverter = "ftt";
+constexpr const char* lockName = "lock";
+constexpr const char* shippedFolder = "shipped";
+constexpr const char* logSocket = "log.";
+constexpr const char* userProgramsFolder = "usr-bin";
+constexpr const char* shellProgramsFolder = "bin";
+constexpr const char* applicationFolder = "Tweakbench.app";
 // Names that a start looks through for leftovers, in all folders together; what is behind them stays.
-constexpr std::size_t kMostSwept = 100'000;
+constexpr std::size_t mostSwept = 100'000;
 // Many times what a host has.
-constexpr std::size_t kMostPrograms = 100'000;
+constexpr std::size_t mostPrograms = 100'000;
 // Of what was set aside.
-constexpr std::size_t kMostNamed = 10;
+constexpr std::size_t mostNamed = 10;
 // Another launcher's set-up has half a minute.
-constexpr int kLockTries = 1500;
-constexpr auto kBetweenTries = std::chrono::milliseconds(20);
-constexpr const char* kPreferencesFolder = "mobile/Library/Preferences";
-constexpr const char* kPreferences = "com.apple.springboard.plist";
-constexpr std::size_t kLargestPreferences = 1 << 20;
+constexpr int lockTries = 1500;
+constexpr auto betweenTries = std::chrono::milliseconds(20);
+constexpr const char* preferencesFolder = "mobile/Library/Preferences";
+constexpr const char* preferencesFile = "com.apple.springboard.plist";
+constexpr std::size_t largestPreferences = 1 << 20;
 // The locale that was last written into them.
-constexpr const char* kLocaleRecord = "locale.state";
+constexpr const char* localeRecord = "locale.state";
 
 // The part of XML preferences that is the locale; absent where they have no such text or several.
 std::optional<std::string_view> localeIn(std::string_view preferences) {
@@ -88,14 +86,14 @@ void refuseForeignFolder(int folder, const fs::path& device) {
   }
   const auto names = namesIn(folder);
   if (!names) refuseWithError("The device " + device.string() + " could not be read:");
-  if (!names->empty() && std::find(names->begin(), names->end(), kLock) == names->end()) {
+  if (!names->empty() && std::find(names->begin(), names->end(), lockName) == names->end()) {
     throw Refusal("The folder " + device.string() +
                   " holds other files and is not a device; give --device a new folder.");
   }
 }
 
 Descriptor makeLock(int folder) {
-  return Descriptor(openat(folder, kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+  return Descriptor(openat(folder, lockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
 }
 
 Descriptor openLock(int folder, const fs::path& device) {
@@ -194,13 +192,13 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
   isAlone_ = lock();
   // Of launchers that were killed.
   for (const auto& entry : namesIn(folder_.get()).value_or(std::vector<std::string>())) {
-    if (isAlone_ && entry.starts_with(kLogSocket)) unlinkat(folder_.get(), entry.c_str(), 0);
+    if (isAlone_ && entry.starts_with(logSocket)) unlinkat(folder_.get(), entry.c_str(), 0);
   }
   applications_ = openTop(folder_.get(), "Applications", name_);
   var_ = openTop(folder_.get(), "var", name_);
-  userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  userPrograms_ = openTop(folder_.get(), userProgramsFolder, name_);
   if (isAlone_) replaceOverfullPrograms();
-  shellPrograms_ = openTop(folder_.get(), kShellPrograms, name_);
+  shellPrograms_ = openTop(folder_.get(), shellProgramsFolder, name_);
   theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
 }
 
@@ -210,15 +208,15 @@ void DeviceFolder::complete(const DeviceContents& contents) {
     if (contents.locale) refreshPreferences(*contents.locale);
     return;
   }
-  for (const char* standard : {"mobile/Documents", kPreferencesFolder, "tmp"})
+  for (const char* standard : {"mobile/Documents", preferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();
   if (contents.locale) refreshPreferences(*contents.locale);
-  refreshLinks(kUserPrograms);
-  refreshLinks(kShellPrograms);
-  refreshApplication(contents.ownFiles / kApplicationFolder);
-  if (setAsideCount_ > kMostNamed)
-    std::cerr << "tweakbench: So were " << setAsideCount_ - kMostNamed << " more, which are there, too.\n";
+  refreshLinks(userProgramsFolder);
+  refreshLinks(shellProgramsFolder);
+  refreshApplication(contents.ownFiles / applicationFolder);
+  if (setAsideCount_ > mostNamed)
+    std::cerr << "tweakbench: So were " << setAsideCount_ - mostNamed << " more, which are there, too.\n";
 }
 
 bool DeviceFolder::lock() {
@@ -226,11 +224,11 @@ bool DeviceFolder::lock() {
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return true;
   for (int tries = 0; flock(lock_.get(), LOCK_SH | LOCK_NB) != 0; ++tries) {
     if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
-    if (tries == kLockTries) {
+    if (tries == lockTries) {
       throw Refusal("The device " + name_.string() +
                     " is being set up by another Tweakbench, which takes too long; end that one first.");
     }
-    std::this_thread::sleep_for(kBetweenTries);
+    std::this_thread::sleep_for(betweenTries);
   }
   return false;
 }
@@ -254,7 +252,7 @@ void DeviceFolder::removeLeftovers() {
   const auto list = [&count](const Descriptor& folder) {
     const auto names = folder ? namesIn(folder.get(),
                                         [&count] {
-                                          if (++count > kMostSwept) throw TooMany();
+                                          if (++count > mostSwept) throw TooMany();
                                         })
                               : std::nullopt;
     return names.value_or(std::vector<std::string>());
@@ -269,7 +267,7 @@ void DeviceFolder::removeLeftovers() {
     }
   };
   try {
-    sweep(openFolderBeneath(applications_.get(), kApplicationFolder));
+    sweep(openFolderBeneath(applications_.get(), applicationFolder));
     // What a killed import left; a living one holds its lock.
     const Descriptor beside = openFolderBeneath(var_.get(), besideProjects);
     for (const auto& name : list(beside)) {
@@ -287,25 +285,25 @@ void DeviceFolder::removeLeftovers() {
 // Programs in the device may have left anything here. What cannot be read or written stays as it is, and the
 // application does without the caller's locale.
 void DeviceFolder::refreshPreferences(const std::string& locale) const {
-  const Descriptor folder = openFolderBeneath(var_.get(), kPreferencesFolder);
+  const Descriptor folder = openFolderBeneath(var_.get(), preferencesFolder);
   if (!folder) return;
   std::string preferences = preferencesWithLocale(locale);
-  if (exists(folder.get(), kPreferences)) {
-    const auto present = readBeneath(folder.get(), kPreferences, kLargestPreferences);
+  if (exists(folder.get(), preferencesFile)) {
+    const auto present = readBeneath(folder.get(), preferencesFile, largestPreferences);
     const auto value = present ? localeIn(*present) : std::nullopt;
     // Another one was set by the user, for good.
-    if (!value || value == locale || value != readBeneath(folder_.get(), kLocaleRecord, kLargestPreferences))
+    if (!value || value == locale || value != readBeneath(folder_.get(), localeRecord, largestPreferences))
       return;
     preferences = *present;
     preferences.replace(static_cast<std::size_t>(value->data() - present->data()), value->size(), locale);
   }
-  if (writeAtomically(folder.get(), kPreferences, preferences, 0644))
-    writeAtomically(folder_.get(), kLocaleRecord, locale, 0644);
+  if (writeAtomically(folder.get(), preferencesFile, preferences, 0644))
+    writeAtomically(folder_.get(), localeRecord, locale, 0644);
 }
 
 // All of one start goes into one entry: a build can put many thousand things in the way.
 void DeviceFolder::setAside(int parent, const fs::path& shown, const std::string& name) {
-  const bool isNamed = ++setAsideCount_ <= kMostNamed;
+  const bool isNamed = ++setAsideCount_ <= mostNamed;
   const fs::path path = shown / name;
   try {
     setAsideEntry_ = HistoryFolder(folder_.get()).setAside(parent, name, path, setAsideEntry_);
@@ -349,21 +347,21 @@ void DeviceFolder::replaceOverfullPrograms() {
   std::size_t count = 0;
   // Counted before.
   const std::string state = stateOfLinks(userPrograms_.get());
-  if (!state.empty() && readBeneath(folder_.get(), std::string(kUserPrograms) + ".state", 4096) == state)
+  if (!state.empty() && readBeneath(folder_.get(), std::string(userProgramsFolder) + ".state", 4096) == state)
     return;
   try {
     namesIn(userPrograms_.get(), [&count] {
-      if (++count > kMostPrograms) throw TooMany();
+      if (++count > mostPrograms) throw TooMany();
     });
     return;
   } catch (const TooMany&) {
   }
   const Descriptor before = std::move(userPrograms_);
-  setAside(folder_.get(), {}, kUserPrograms);
-  userPrograms_ = openTop(folder_.get(), kUserPrograms, name_);
+  setAside(folder_.get(), {}, userProgramsFolder);
+  userPrograms_ = openTop(folder_.get(), userProgramsFolder, name_);
   struct stat status {};
-  if (fstatat(before.get(), kConverter, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode))
-    renameat(before.get(), kConverter, userPrograms_.get(), kConverter);
+  if (fstatat(before.get(), converter, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode))
+    renameat(before.get(), converter, userPrograms_.get(), converter);
 }
 
 void DeviceFolder::refreshLinks(const std::string& programs) {
@@ -382,13 +380,12 @@ void DeviceFolder::refreshLinks(const std::string& programs) {
 }
 
 void DeviceFolder::refreshApplication(const fs::path& shipped) {
-  mkdirat(folder_.get(), kShipped, 0755);
-  const bool isNew = repairFolder(applications_.get(), "Applications", kApplicationFolder);
-  const Descriptor application = openFolderBeneath(applications_.get(), kApplicationFolder);
+  mkdirat(folder_.get(), shippedFolder, 0755);
+  const bool isNew = repairFolder(applications_.get(), "Applications", applicationFolder);
+  const Descriptor application = openFolderBeneath(applications_.get(), applicationFolder);
   if (!application) return;
-  const Descriptor programs = openFolderBeneath(folder_.get(), kUserPrograms);
-  shipFiles(shipped, {application.get(), programs.get()}, openFolderBeneath(folder_.get(), kShipped).get(),
+  const Descriptor programs = openFolderBeneath(folder_.get(), userProgramsFolder);
+  shipFiles(shipped, {application.get(), programs.get()},
+            openFolderBeneath(folder_.get(), shippedFolder).get(),
             isNew ? ApplicationFolder::New : ApplicationFolder::Kept);
 }
-
-}  // namespace device

@@ -26,8 +26,6 @@
 #include <string>
 #include <sys/types.h>
 
-namespace device {
-
 // Opens the folder of a device, which is made where missing, parents too. Throws Refusal.
 Descriptor openOrMakeFolder(const std::filesystem::path& path);
 
@@ -107,5 +105,3 @@ class DeviceFolder {
   std::string setAsideEntry_;
   std::size_t setAsideCount_ = 0;
 };
-
-}  // namespace device

@@ -29,7 +29,6 @@
 #include <unistd.h>
 #include <unordered_map>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -589,5 +588,3 @@ void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, 
 void partMoved(const HistoryFolder& history, const HistoryTools& tools) {
   Copying(history, -1, tools).partMoved();
 }
-
-}  // namespace device

@@ -6,8 +6,6 @@
 #include <cstdint>
 #include <filesystem>
 
-namespace device {
-
 // What a dated copy leaves out of every project.
 inline constexpr const char* folderLeftOut = ".theos";
 inline constexpr std::uint64_t largestFileKept = std::uint64_t{64} << 20;
@@ -35,5 +33,3 @@ void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, 
 // Replaces what was moved into the history by copies, since a build may still have it open. Otherwise as
 // above.
 void partMoved(const HistoryFolder& history, const HistoryTools& tools);
-
-}  // namespace device

@@ -16,7 +16,6 @@
 #include <tuple>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -284,5 +283,3 @@ std::string leastMissed(const std::vector<HistoryEntry>& entries) {
   }
   return found;
 }
-
-}  // namespace device

@@ -21,8 +21,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 enum class Kept { Project, Backup, Packages };
 inline constexpr std::array<Kept, 3> allKept{Kept::Project, Kept::Backup, Kept::Packages};
 // Names in the history's folder: what was set aside; in a copy, what it says about itself; what the whole
@@ -111,5 +109,3 @@ std::vector<std::string> thinnedOut(const std::vector<HistoryEntry>& copies, std
 // Which copy to drop first if space is short: the one closest in time to the next newer one. Empty if only
 // the newest and the newest whole copy are left.
 std::string leastMissed(const std::vector<HistoryEntry>& entries);
-
-}  // namespace device

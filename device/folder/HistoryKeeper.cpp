@@ -23,18 +23,17 @@
 #include <unistd.h>
 #include <vector>
 
-namespace device {
 namespace {
 
-constexpr const char* kMissingIsSaid = "no-rsync";
+constexpr const char* missingIsSaid = "no-rsync";
 // With the time that a copy takes, a change is in the history within a minute.
-constexpr int kBetweenWalks = 40'000;
-constexpr int kFirstCopyLimit = 1000;
+constexpr int betweenWalks = 40'000;
+constexpr int firstCopyLimit = 1000;
 // After the device's end, for a copy that is being made.
-constexpr int kLastPatience = 3000;
-constexpr std::size_t kMostAsked = 64;
+constexpr int lastPatience = 3000;
+constexpr std::size_t mostAsked = 64;
 // The walk opens a descriptor for each level of folders.
-constexpr rlim_t kDescriptors = 4096;
+constexpr rlim_t neededDescriptors = 4096;
 
 std::int64_t milliseconds() {
   timespec now{};
@@ -101,7 +100,7 @@ class Keeper {
   void abandonCopying() {
     if (copying_ <= 0) return;
     pollfd end{copyingEnd_.get(), POLLIN, 0};
-    if (poll(&end, 1, kLastPatience) <= 0) kill(copying_, SIGKILL);
+    if (poll(&end, 1, lastPatience) <= 0) kill(copying_, SIGKILL);
     waitpid(copying_, nullptr, 0);
   }
 
@@ -110,7 +109,7 @@ class Keeper {
     copying_ = 0;
     copyingEnd_.close();
     firstCopy_.close();
-    nextWalk_ = milliseconds() + kBetweenWalks;
+    nextWalk_ = milliseconds() + betweenWalks;
     for (const auto number : served_) answer(number);
     served_.clear();
   }
@@ -128,7 +127,7 @@ class Keeper {
     request.name[sizeof request.name - 1] = '\0';
     switch (request.wish) {
       case history::Wish::Copy:
-        if (waiting_.size() < kMostAsked) waiting_.push_back(request.number);
+        if (waiting_.size() < mostAsked) waiting_.push_back(request.number);
         return;
       case history::Wish::BeginBackup:
         // The rest of the second is for the way back.
@@ -192,15 +191,15 @@ void partFromLauncher(std::vector<int> kept) {
   if (chdir("/") != 0) _exit(1);
   rlimit descriptors{};
   getrlimit(RLIMIT_NOFILE, &descriptors);
-  descriptors.rlim_cur = std::max(descriptors.rlim_cur, std::min(descriptors.rlim_max, kDescriptors));
+  descriptors.rlim_cur = std::max(descriptors.rlim_cur, std::min(descriptors.rlim_max, neededDescriptors));
   setrlimit(RLIMIT_NOFILE, &descriptors);
 }
 
 void sayOnceThatRsyncIsMissing(const HistoryFolder& history, bool isMissing) {
   if (!isMissing) {
-    unlinkat(history.folder(), kMissingIsSaid, 0);
+    unlinkat(history.folder(), missingIsSaid, 0);
   } else if (const Descriptor said(
-                 openat(history.folder(), kMissingIsSaid, O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+                 openat(history.folder(), missingIsSaid, O_CREAT | O_EXCL | O_CLOEXEC, 0600));
              said) {
     std::fputs(
         "tweakbench: rsync is not installed, and no history of the projects is kept; install it with "
@@ -248,7 +247,5 @@ void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool u
 
 void HistoryKeeper::awaitFirstCopy() const {
   pollfd end{firstCopy_.get(), POLLIN, 0};
-  poll(&end, 1, kFirstCopyLimit);
+  poll(&end, 1, firstCopyLimit);
 }
-
-}  // namespace device

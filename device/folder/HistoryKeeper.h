@@ -4,8 +4,6 @@
 #include "core/Descriptor.h"
 #include "device/folder/HistoryCopy.h"
 
-namespace device {
-
 // Copies at the start, at most a minute after something changed, when the application asks for it, and once
 // more after the object's end or the launcher's, whichever comes first: that copy nobody waits for, and it
 // holds no lock of the device. The process has no terminal and none of the caller's streams.
@@ -36,5 +34,3 @@ class HistoryKeeper {
   // ... and this one closes with its first copy.
   Descriptor firstCopy_;
 };
-
-}  // namespace device

@@ -10,7 +10,6 @@
 #include <sys/stat.h>
 #include <tuple>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -89,5 +88,3 @@ void requireEntryName(const std::string& name) {
     throw Refusal("\"" + visible(name) + "\" is not a project's name.");
   }
 }
-
-}  // namespace device

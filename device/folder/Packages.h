@@ -8,8 +8,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // Where projects are, below var/.
 inline constexpr const char* projectsFolder = "Tweakyard/Projects";
 // Where what comes in is put together: on the same file system, and not a project.
@@ -45,5 +43,3 @@ void requireProjectName(const std::string& name);
 
 // Throws Refusal for what cannot be the name of an entry, is too long, or holds control characters.
 void requireEntryName(const std::string& name);
-
-}  // namespace device

@@ -11,7 +11,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -21,9 +20,6 @@ const std::string hostPrograms = "/.host/usr/bin/";
 
 // Far above what is shipped; a file of the device may be anything.
 constexpr std::size_t largestShipped = 64 << 20;
-
-// The one shipped file that does not stay in the application folder.
-constexpr const char* converter = "ftt";
 
 // A build may have filled the disk or put a folder in the way, which is no reason not to start.
 bool put(int folder, const std::string& name, const std::string& content, mode_t mode) {
@@ -134,5 +130,3 @@ void putLibraryLinks(int folder, const fs::path& libraries, const std::string& s
       putLibraryLinks(inner.get(), entry.path(), path);
   }
 }
-
-}  // namespace device

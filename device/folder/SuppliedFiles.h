@@ -7,7 +7,8 @@
 #include <map>
 #include <string>
 
-namespace device {
+// The one shipped file that does not stay in the application folder: the application moves it to /usr/bin.
+inline constexpr const char* converter = "ftt";
 
 enum class ApplicationFolder { New, Kept };
 
@@ -42,5 +43,3 @@ std::size_t putLinks(int folder, const std::map<std::string, std::string>& links
 // host's. Follows no link in `folder`. Skips links that cannot be made.
 void putLibraryLinks(int folder, const std::filesystem::path& libraries,
                      const std::string& shown = "/.host/theos/lib");
-
-}  // namespace device

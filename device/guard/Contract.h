@@ -14,19 +14,17 @@ inline constexpr const char* homeOfApplication = "/.host/empty";
 
 // Puts this process under the system call filter, for what it then becomes, unless it is already; marks all
 // descriptors but the standard streams close-on-exec and takes what is the application's out of the
-// environment. Where that fails it says so and returns false, and the caller ends with kRefused.
+// environment. Where that fails it says so and returns false, and the caller ends with `refused`.
 bool putOn();
-constexpr int kRefused = 126;
+constexpr int refused = 126;
 
 // prctl() has no such operation, so a kernel without our filter answers EINVAL, and so does another filter.
-constexpr unsigned long kProbeOperation = 0x54574742;
-constexpr unsigned long kProbeArgument = 0x67756172;
+constexpr unsigned long probeOperation = 0x54574742;
+constexpr unsigned long probeArgument = 0x67756172;
 // Not an errno value of the kernel's; below its limit of 4095.
-constexpr int kProbeAnswer = 2787;
+constexpr int probeAnswer = 2787;
 
 }  // namespace guard
-
-namespace device {
 
 // From the starter inside the device to the launcher, in one write each: first Started or NotStarted; after
 // Started, when the program has ended, Ended. On a terminal Stopped may come any number of times before that.
@@ -49,12 +47,10 @@ struct StartOrder {
 };
 
 // How the starter is told whether it puts the filter on.
-inline constexpr const char* kFiltered = "filtered";
-inline constexpr const char* kUnfiltered = "unfiltered";
+inline constexpr const char* filteredStart = "filtered";
+inline constexpr const char* unfilteredStart = "unfiltered";
 
 // How the starter is told which streams the program gets.
-inline constexpr const char* kPlainStreams = "plain";
-inline constexpr const char* kTerminalInForeground = "foreground";
-inline constexpr const char* kTerminalInBackground = "background";
-
-}  // namespace device
+inline constexpr const char* plainStreams = "plain";
+inline constexpr const char* terminalInForeground = "foreground";
+inline constexpr const char* terminalInBackground = "background";

@@ -19,14 +19,14 @@
 namespace {
 
 bool filterIsOn() {
-  return prctl(static_cast<int>(guard::kProbeOperation), guard::kProbeArgument, 0, 0, 0) == -1 &&
-         errno == guard::kProbeAnswer;
+  return prctl(static_cast<int>(guard::probeOperation), guard::probeArgument, 0, 0, 0) == -1 &&
+         errno == guard::probeAnswer;
 }
 
 bool putFilterOn() {
   if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return false;
-  const sock_fprog program{sizeof kFilterProgram / sizeof kFilterProgram[0],
-                           const_cast<sock_filter*>(kFilterProgram)};
+  const sock_fprog program{sizeof filterProgram / sizeof filterProgram[0],
+                           const_cast<sock_filter*>(filterProgram)};
   if (syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0UL, &program) != 0) return false;
   return filterIsOn();
 }
@@ -42,18 +42,18 @@ struct LandlockRules {
 // /proc, and, where the kernel can (6.12), signals to it. Kernels without Landlock have the application's own
 // protection only.
 void stepAsideFromTheApplication() {
-  constexpr __u64 kMakeDevice = LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
-  constexpr __u64 kMoveBetweenFolders = 1ULL << 13;
-  constexpr __u64 kScopeSignals = 1ULL << 1;
+  constexpr __u64 makeDevice = LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
+  constexpr __u64 moveBetweenFolders = 1ULL << 13;
+  constexpr __u64 scopeSignals = 1ULL << 1;
   const long version = syscall(SYS_landlock_create_ruleset, nullptr, 0UL, LANDLOCK_CREATE_RULESET_VERSION);
   if (version < 2) return;  // The first version forbids every move between folders.
-  const LandlockRules rules{kMakeDevice | kMoveBetweenFolders, 0, version >= 6 ? kScopeSignals : 0};
+  const LandlockRules rules{makeDevice | moveBetweenFolders, 0, version >= 6 ? scopeSignals : 0};
   const unsigned long size = version >= 6 ? sizeof rules : sizeof rules.files;
   const int ruleset = static_cast<int>(syscall(SYS_landlock_create_ruleset, &rules, size, 0UL));
   if (ruleset < 0) return;
   const int root = open("/", O_PATH | O_CLOEXEC);
   landlock_path_beneath_attr everywhere{};
-  everywhere.allowed_access = kMoveBetweenFolders;
+  everywhere.allowed_access = moveBetweenFolders;
   everywhere.parent_fd = root;
   if (syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &everywhere, 0UL) == 0) {
     syscall(SYS_landlock_restrict_self, ruleset, 0UL);

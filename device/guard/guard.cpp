@@ -11,19 +11,19 @@
 
 namespace {
 
-constexpr const char* kShell = "/.host/usr/bin/bash";
+constexpr const char* bash = "/.host/usr/bin/bash";
 
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (!guard::putOn()) return guard::kRefused;
+  if (!guard::putOn()) return guard::refused;
   char shell[] = "sh";
   char loginShell[] = "-sh";
   char* none[] = {shell, nullptr};
   char** passed = count > 0 ? arguments : none;
   passed[0] = passed[0][0] == '-' ? loginShell : shell;
-  execv(kShell, passed);
+  execv(bash, passed);
   const int error = errno;
-  dprintf(STDERR_FILENO, "sh: %s: %s\n", kShell, strerror(error));
-  return error == ENOENT ? 127 : guard::kRefused;
+  dprintf(STDERR_FILENO, "sh: %s: %s\n", bash, strerror(error));
+  return error == ENOENT ? 127 : guard::refused;
 }

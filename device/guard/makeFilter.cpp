@@ -27,18 +27,18 @@ namespace {
 
 // set_mempolicy_home_node: the last call that was weighed when the lists below were written. What a newer
 // kernel adds is answered as unknown, and libraries fall back.
-constexpr std::uint32_t kLastKnownCall = 450;
+constexpr std::uint32_t lastKnownCall = 450;
 
 #if defined(__x86_64__)
-constexpr std::uint32_t kNativeArchitecture = AUDIT_ARCH_X86_64;
+constexpr std::uint32_t nativeArchitecture = AUDIT_ARCH_X86_64;
 #elif defined(__aarch64__)
-constexpr std::uint32_t kNativeArchitecture = AUDIT_ARCH_AARCH64;
+constexpr std::uint32_t nativeArchitecture = AUDIT_ARCH_AARCH64;
 #else
 #error "The filter has not been written for this processor."
 #endif
 
 // The kernel takes these arguments as 32 bits, so the upper half must not decide.
-constexpr scmp_datum_t kLow32 = 0xffffffffU;
+constexpr scmp_datum_t low32 = 0xffffffffU;
 
 void must(int result) {
   if (result < 0) {
@@ -61,24 +61,24 @@ void refuseArgument(scmp_filter_ctx filter, int error, int call, unsigned argume
 // protocols only the usual ones do: the others bring rarely used code of the kernel in, even as modules.
 void refuseSockets(scmp_filter_ctx filter) {
   for (scmp_datum_t family = 0; family < 64; ++family) {
-    if (family != AF_UNIX) refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 0, kLow32, family);
+    if (family != AF_UNIX) refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 0, low32, family);
     if (family == AF_INET || family == AF_INET6) continue;
-    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socket), 0, kLow32, family);
+    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socket), 0, low32, family);
   }
-  constexpr scmp_datum_t kSmallProtocols = 64;
-  for (scmp_datum_t protocol = 1; protocol < kSmallProtocols; ++protocol) {
+  constexpr scmp_datum_t smallProtocols = 64;
+  for (scmp_datum_t protocol = 1; protocol < smallProtocols; ++protocol) {
     const bool isUsual = protocol == IPPROTO_TCP || protocol == IPPROTO_UDP || protocol == IPPROTO_ICMP ||
                          protocol == IPPROTO_ICMPV6;
-    if (!isUsual) refuseArgument(filter, EPROTONOSUPPORT, SCMP_SYS(socket), 2, kLow32, protocol);
+    if (!isUsual) refuseArgument(filter, EPROTONOSUPPORT, SCMP_SYS(socket), 2, low32, protocol);
   }
   must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPROTONOSUPPORT), SCMP_SYS(socket), 1,
-                        scmp_arg_cmp{2, SCMP_CMP_GE, kSmallProtocols, 0}));
+                        scmp_arg_cmp{2, SCMP_CMP_GE, smallProtocols, 0}));
   // make and perl use pairs. These two types only send to each other; one of datagrams, which the kernel also
   // makes of SOCK_RAW, can send to any socket of the host.
-  constexpr scmp_datum_t kTypes = 0xf;
-  for (scmp_datum_t type = 0; type <= kTypes; ++type) {
+  constexpr scmp_datum_t types = 0xf;
+  for (scmp_datum_t type = 0; type <= types; ++type) {
     if (type == SOCK_STREAM || type == SOCK_SEQPACKET) continue;
-    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 1, kTypes, type);
+    refuseArgument(filter, EAFNOSUPPORT, SCMP_SYS(socketpair), 1, types, type);
   }
 }
 
@@ -94,40 +94,40 @@ void refuseSteeringOthers(scmp_filter_ctx filter) {
                    SCMP_SYS(sched_setattr)}) {
     refuseUnless(call, 0, 0);
   }
-  constexpr scmp_datum_t kOneProcess = 1;  // IOPRIO_WHO_PROCESS
+  constexpr scmp_datum_t oneProcess = 1;  // IOPRIO_WHO_PROCESS
   refuseUnless(SCMP_SYS(setpriority), 0, PRIO_PROCESS);
   refuseUnless(SCMP_SYS(setpriority), 1, 0);
-  refuseUnless(SCMP_SYS(ioprio_set), 0, kOneProcess);
+  refuseUnless(SCMP_SYS(ioprio_set), 0, oneProcess);
   refuseUnless(SCMP_SYS(ioprio_set), 1, 0);
 }
 
 // Whoever opens a file with a lease waits for its holder, by default 45 seconds: the application's window
 // would stand still, and the history would not get on.
 void refuseLeases(scmp_filter_ctx filter) {
-  constexpr scmp_datum_t kSetDelegation = F_SETLEASE + 16;  // F_SETDELEG, the same for folders
-  for (scmp_datum_t command : {scmp_datum_t{F_SETLEASE}, kSetDelegation})
-    refuseArgument(filter, EINVAL, SCMP_SYS(fcntl), 1, kLow32, command);
+  constexpr scmp_datum_t setDelegation = F_SETLEASE + 16;  // F_SETDELEG, the same for folders
+  for (scmp_datum_t command : {scmp_datum_t{F_SETLEASE}, setDelegation})
+    refuseArgument(filter, EINVAL, SCMP_SYS(fcntl), 1, low32, command);
 }
 
 // Counted for the user or the machine as a whole, so that a build could use up what the host's programs need.
 void refuseSharedCounts(scmp_filter_ctx filter) {
   for (int call : {SCMP_SYS(inotify_init), SCMP_SYS(inotify_init1)}) refuse(filter, EMFILE, call);
-  refuseArgument(filter, EPERM, SCMP_SYS(fcntl), 1, kLow32, F_SETPIPE_SZ);
+  refuseArgument(filter, EPERM, SCMP_SYS(fcntl), 1, low32, F_SETPIPE_SZ);
   refuse(filter, ENOSYS, SCMP_SYS(io_setup));
   // The starter's limit of 1 keeps core dumps from the host's collector, and 0 would not. Compilers set 0 for
   // themselves and some programs end when they cannot, so the call does nothing and succeeds.
-  refuseArgument(filter, 0, SCMP_SYS(setrlimit), 0, kLow32, RLIMIT_CORE);
+  refuseArgument(filter, 0, SCMP_SYS(setrlimit), 0, low32, RLIMIT_CORE);
   must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(0), SCMP_SYS(prlimit64), 3, scmp_arg_cmp{0, SCMP_CMP_EQ, 0, 0},
-                        scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, kLow32, RLIMIT_CORE},
+                        scmp_arg_cmp{1, SCMP_CMP_MASKED_EQ, low32, RLIMIT_CORE},
                         scmp_arg_cmp{2, SCMP_CMP_NE, 0, 0}));
 }
 
 void refuseTerminalControls(scmp_filter_ctx filter) {
   // The other line disciplines are old drivers for modems, which the kernel loads when asked.
-  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, TIOCSETD);
-  constexpr scmp_datum_t kLinuxConsole = 0x541c;  // TIOCLINUX
-  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, TIOCSTI);
-  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, kLow32, kLinuxConsole);
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, low32, TIOCSETD);
+  constexpr scmp_datum_t linuxConsole = 0x541c;  // TIOCLINUX
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, low32, TIOCSTI);
+  refuseArgument(filter, EPERM, SCMP_SYS(ioctl), 1, low32, linuxConsole);
 }
 
 void refuseNamespacesAndMounts(scmp_filter_ctx filter) {
@@ -174,9 +174,9 @@ void refuseKernelInterfaces(scmp_filter_ctx filter) {
 }
 
 void answerProbe(scmp_filter_ctx filter) {
-  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(guard::kProbeAnswer), SCMP_SYS(prctl), 2,
-                        scmp_arg_cmp{0, SCMP_CMP_EQ, guard::kProbeOperation, 0},
-                        scmp_arg_cmp{1, SCMP_CMP_EQ, guard::kProbeArgument, 0}));
+  must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(guard::probeAnswer), SCMP_SYS(prctl), 2,
+                        scmp_arg_cmp{0, SCMP_CMP_EQ, guard::probeOperation, 0},
+                        scmp_arg_cmp{1, SCMP_CMP_EQ, guard::probeArgument, 0}));
 }
 
 std::vector<sock_filter> exported(scmp_filter_ctx filter) {
@@ -195,9 +195,9 @@ std::vector<sock_filter> exported(scmp_filter_ctx filter) {
 void write(const std::vector<sock_filter>& program) {
   const std::array<sock_filter, 5> unknownCalls{{
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch)),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, kNativeArchitecture, 0, 3),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, nativeArchitecture, 0, 3),
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-      BPF_JUMP(BPF_JMP | BPF_JGT | BPF_K, kLastKnownCall, 0, 1),
+      BPF_JUMP(BPF_JMP | BPF_JGT | BPF_K, lastKnownCall, 0, 1),
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
   }};
   const auto line = [](const sock_filter& step) {
@@ -205,7 +205,7 @@ void write(const std::vector<sock_filter>& program) {
                 unsigned{step.k});
   };
   std::puts("// Made by makeFilter.cpp.\n#pragma once\n\n#include <linux/filter.h>\n");
-  std::puts("constexpr sock_filter kFilterProgram[] = {");
+  std::puts("constexpr sock_filter filterProgram[] = {");
   for (const auto& step : unknownCalls) line(step);
   for (const auto& step : program) line(step);
   std::puts("};");

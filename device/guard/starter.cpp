@@ -26,15 +26,12 @@
 
 namespace {
 
-using device::StartOrder;
-using device::StartReport;
-
 // What a build needs is far below these. Where the kernel counts for the user as a whole, half of what the
 // host has stays for its other programs.
 constexpr struct {
   int resource;
   rlim_t most;
-} kLimits[] = {
+} limits[] = {
     {RLIMIT_NPROC, 4096},
     {RLIMIT_SIGPENDING, 1024},
     {RLIMIT_MEMLOCK, 1 << 20},
@@ -49,7 +46,7 @@ constexpr struct {
 };
 
 void limitResources() {
-  for (const auto& [resource, most] : kLimits) {
+  for (const auto& [resource, most] : limits) {
     rlimit limit{};
     getrlimit(resource, &limit);
     const bool isShared = resource == RLIMIT_NPROC || resource == RLIMIT_SIGPENDING;
@@ -88,7 +85,7 @@ struct Start {
   }
   for (int stream = 0; stream < 3; ++stream) dup2(start.streams[stream], stream);
   for (int given : start.streams) close(given);
-  if (start.isFiltered && !guard::putOn()) _exit(guard::kRefused);
+  if (start.isFiltered && !guard::putOn()) _exit(guard::refused);
   execvp(start.words[0], start.words);
   const int error = errno;
   [[maybe_unused]] const ssize_t written = write(start.failure, &error, sizeof error);
@@ -140,9 +137,9 @@ int main(int count, char** arguments) {
   const int orders = std::atoi(arguments[2]);
   Start start{};
   for (int stream = 0; stream < 3; ++stream) start.streams[stream] = std::atoi(arguments[3 + stream]);
-  start.onTerminal = strcmp(arguments[6], device::kPlainStreams) != 0;
-  start.inForeground = strcmp(arguments[6], device::kTerminalInForeground) == 0;
-  start.isFiltered = strcmp(arguments[7], device::kFiltered) == 0;
+  start.onTerminal = strcmp(arguments[6], plainStreams) != 0;
+  start.inForeground = strcmp(arguments[6], terminalInForeground) == 0;
+  start.isFiltered = strcmp(arguments[7], filteredStart) == 0;
   start.words = arguments + 8;
   fcntl(reports, F_SETFD, FD_CLOEXEC);
   fcntl(orders, F_SETFD, FD_CLOEXEC);
@@ -178,7 +175,7 @@ int main(int count, char** arguments) {
   if (read(failure[0], &error, sizeof error) == static_cast<ssize_t>(sizeof error)) {
     report(reports, StartReport::Kind::NotStarted, error);
     waitFor(program);
-    return error == ENOENT ? 127 : guard::kRefused;
+    return error == ENOENT ? 127 : guard::refused;
   }
   report(reports, StartReport::Kind::Started, 0);
   const int status = start.onTerminal ? serveUntilEnd(program, reports, orders) : waitFor(program);

@@ -12,10 +12,8 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // The launcher's own failures, apart from what programs commonly return.
-inline constexpr int kFailed = 125;
+inline constexpr int launcherFailed = 125;
 
 // Where the device is that the options mean.
 std::filesystem::path deviceOf(const Options& options, const Environment& caller, const Account& account);
@@ -51,5 +49,3 @@ int showHistory(const Options& options);
 int restore(const Options& options);
 // path, import, export and send; `callerUmask` is taken from the modes of what is made on the host.
 int transfer(const Options& options, mode_t callerUmask);
-
-}  // namespace device

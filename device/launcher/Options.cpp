@@ -7,11 +7,10 @@
 
 #include <CLI/CLI.hpp>
 
-namespace device {
 namespace {
 
-constexpr const char* kPurpose = "Tweakbench: a workbench for tweak packages, in a device of its own.";
-constexpr const char* kCommands =
+constexpr const char* purpose = "Tweakbench: a workbench for tweak packages, in a device of its own.";
+constexpr const char* commands =
     "Commands:\n"
     "  (none)                      Open the application\n"
     "  exec [-n] COMMAND [ARG...]  Run a command in the device and pass its exit status on; -n: without "
@@ -51,16 +50,16 @@ std::vector<std::string> operands(std::vector<std::string> words, std::size_t co
 }
 
 void takeBuild(Options& options, const std::vector<std::string>& words) {
-  constexpr const char* kUsage = "Usage: tweakbench build NAME [VARIABLE=VALUE...] [-- GOAL...].";
+  constexpr const char* usage = "Usage: tweakbench build NAME [VARIABLE=VALUE...] [-- GOAL...].";
   options.action = Options::Action::Build;
   const auto dashes = std::find(words.begin(), words.end(), "--");
-  if (dashes == words.begin() || words.front().empty()) throw Refusal(kUsage);
+  if (dashes == words.begin() || words.front().empty()) throw Refusal(usage);
   options.project = words.front();
   for (auto word = words.begin() + 1; word != dashes; ++word) {
     const auto equals = word->find('=');
     if (equals == std::string::npos || equals == 0 || word->starts_with('-'))
       throw Refusal(std::string("\"") + *word + "\" is not VARIABLE=VALUE, and goals come after --. " +
-                    kUsage);
+                    usage);
     options.command.push_back(*word);
   }
   if (dashes != words.end()) options.command.insert(options.command.end(), dashes + 1, words.end());
@@ -143,8 +142,8 @@ Options parseOptions(int count, const char* const* arguments) {
   Options options;
   bool writableTheos = false;
   bool network = false;
-  CLI::App parser(kPurpose, "tweakbench");
-  parser.footer(kCommands);
+  CLI::App parser(purpose, "tweakbench");
+  parser.footer(commands);
   // What follows the command is the command's own.
   parser.prefix_command();
   parser.set_version_flag("--version", "tweakbench " TWEAKBENCH_VERSION);
@@ -183,5 +182,3 @@ Options parseOptions(int count, const char* const* arguments) {
   takeCommand(options, parser.remaining());
   return options;
 }
-
-}  // namespace device

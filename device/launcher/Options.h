@@ -8,8 +8,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 struct Options {
   enum class Action {
     OpenApplication,
@@ -65,5 +63,3 @@ struct Options {
 
 // Throws Refusal for a command line that makes no sense.
 Options parseOptions(int count, const char* const* arguments);
-
-}  // namespace device

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <iostream>
 
-namespace device {
-
 int build(const Options& options) {
   const Environment caller = callerEnvironment();
   const auto calling = callingAccount(caller);
@@ -46,5 +44,3 @@ int build(const Options& options) {
   };
   return run(options, &task);
 }
-
-}  // namespace device

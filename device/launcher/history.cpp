@@ -21,7 +21,6 @@
 
 #include <climits>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -223,7 +222,7 @@ int bringBack(const Options& options) {
     std::cout << " is in the device as " << visible(done.what) << ", since " << visible(options.project)
               << " is there already";
   std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
-  return std::cout ? 0 : kFailed;
+  return std::cout ? 0 : launcherFailed;
 }
 
 }  // namespace
@@ -252,7 +251,7 @@ int showHistory(const Options& options) {
     }
     std::cout << std::flush;
     // Whoever reads has seen enough.
-    if (!std::cout) return kFailed;
+    if (!std::cout) return launcherFailed;
   }
   if (isAny) return 0;
   std::cerr << "tweakbench: "
@@ -272,5 +271,3 @@ int restore(const Options& options) {
     return notThere;
   }
 }
-
-}  // namespace device

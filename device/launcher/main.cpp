@@ -10,8 +10,6 @@
 
 namespace {
 
-using namespace device;
-
 void closeInheritedDescriptors() {
   syscall(SYS_close_range, 3U, ~0U, 0U);
   // A standard stream that is missing would become some file of ours.
@@ -41,7 +39,7 @@ int main(int count, char** arguments) {
     options = parseOptions(count, arguments);
     if (options.action == Options::Action::ShowText) {
       std::cout << options.text << std::flush;
-      return std::cout ? 0 : kFailed;
+      return std::cout ? 0 : launcherFailed;
     }
     if (options.action == Options::Action::Examine) return examine(options);
     if (options.action == Options::Action::Build) return build(options);
@@ -53,6 +51,6 @@ int main(int count, char** arguments) {
     return transfers ? transfer(options, callerUmask) : run(options);
   } catch (const std::exception& error) {
     complain(options, error.what());
-    return kFailed;
+    return launcherFailed;
   }
 }

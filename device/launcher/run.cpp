@@ -21,7 +21,6 @@
 #include <signal.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -130,7 +129,7 @@ int tell(const Ending& ending, const std::string& program, const Options& option
       raise(ending.value);
       return 128 + ending.value;
   }
-  return kFailed;
+  return launcherFailed;
 }
 
 }  // namespace
@@ -269,5 +268,3 @@ int run(const Options& options, const Task* task) {
   if (task != nullptr) task->end(folder.var(), status);
   return status;
 }
-
-}  // namespace device

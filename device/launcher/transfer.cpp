@@ -16,14 +16,13 @@
 #include <signal.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
 // A project could not be copied.
-constexpr int kNotCopied = 1;
-constexpr std::size_t kNamedAtMost = 5;
+constexpr int notCopied = 1;
+constexpr std::size_t skippedNamedAtMost = 5;
 
 // Opens the device for copying; root itself keeps its rights for the host's side of the copy, and who called
 // sudo has only their own.
@@ -51,13 +50,13 @@ Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
 }
 
 // Why what is copied may be left out.
-constexpr const char* kLeftOut =
+constexpr const char* whyLeftOut =
     "they are not files, lead out of the project, or are packages that are there already";
 
 void import(const Transfer& prepared, const Options& options) {
   const Transferred done =
       importProject(prepared, options.hostPath, options.isReplacing ? Existing::Replaced : Existing::Refused);
-  tellLeftOut(kLeftOut, done.leftOut);
+  tellLeftOut(whyLeftOut, done.leftOut);
   if (!done.warning.empty()) std::cerr << "tweakbench: " << done.warning << "\n";
   std::cout << "The project " << done.what << " is in the device."
             << (done.kept.empty() ? "" : " The old one is kept in " + done.kept.string() + ".") << std::endl;
@@ -65,7 +64,7 @@ void import(const Transfer& prepared, const Options& options) {
 
 void exportTo(const Transfer& prepared, const Options& options) {
   const Transferred done = exportProject(prepared, options.project, options.hostPath);
-  tellLeftOut(kLeftOut, done.leftOut);
+  tellLeftOut(whyLeftOut, done.leftOut);
   std::cout << "The project is at " << visible(done.what) << "." << std::endl;
 }
 
@@ -83,8 +82,10 @@ void showPath(const Transfer& prepared, const Options& options) {
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut) {
   if (leftOut.empty()) return;
   std::cerr << "tweakbench: Skipped, since " << why << ":";
-  for (std::size_t i = 0; i < std::min(leftOut.size(), kNamedAtMost); ++i) std::cerr << " " << leftOut[i];
-  if (leftOut.size() > kNamedAtMost) std::cerr << " and " << leftOut.size() - kNamedAtMost << " more";
+  for (std::size_t i = 0; i < std::min(leftOut.size(), skippedNamedAtMost); ++i)
+    std::cerr << " " << leftOut[i];
+  if (leftOut.size() > skippedNamedAtMost)
+    std::cerr << " and " << leftOut.size() - skippedNamedAtMost << " more";
   std::cerr << ".\n";
 }
 
@@ -102,11 +103,9 @@ int transfer(const Options& options, mode_t callerUmask) {
     return 0;
   } catch (const Interrupted& interrupted) {
     raise(interrupted.signal);
-    return kNotCopied;
+    return notCopied;
   } catch (const Refusal& refusal) {
     std::cerr << "tweakbench: " << refusal.what() << "\n";
-    return kNotCopied;
+    return notCopied;
   }
 }
-
-}  // namespace device

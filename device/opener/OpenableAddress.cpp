@@ -17,7 +17,6 @@
 #include <unistd.h>
 #include <utility>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -205,5 +204,3 @@ void ShownFolders::forget(const Shown& shown) {
   unlink(shown.path.c_str());
   rmdir(shown.path.parent_path().c_str());
 }
-
-}  // namespace device

@@ -10,8 +10,6 @@
 #include <string_view>
 #include <sys/types.h>
 
-namespace device {
-
 struct OpenableAddress {
   enum class Kind {
     Refused,
@@ -66,5 +64,3 @@ class ShownFolders {
   std::deque<Shown> shown_;
   int count_ = 0;
 };
-
-}  // namespace device

@@ -15,18 +15,17 @@
 #include <sys/wait.h>
 #include <utility>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
 // Opener programs end at once where they hand on to a running desktop, and run on where they become the
 // browser.
-constexpr auto kSoonEnough = std::chrono::seconds(3);
+constexpr auto soonEnough = std::chrono::seconds(3);
 // As often as a person taps; a program in the device must not fill the desktop with windows.
-constexpr std::size_t kMostAtOnce = 5;
-constexpr auto kWithin = std::chrono::seconds(10);
-constexpr std::size_t kMostRunning = 16;
+constexpr std::size_t mostOpenedAtOnce = 5;
+constexpr auto within = std::chrono::seconds(10);
+constexpr std::size_t mostRunning = 16;
 
 }  // namespace
 
@@ -103,7 +102,7 @@ opener::Verdict Opener::open(Asked& asked) {
   const std::string& url = asked.url;
   const OpenableAddress address = readAddress(url);
   if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
-  if (started_.size() >= kMostRunning) return refuse(url, "too many opener programs are running");
+  if (started_.size() >= mostRunning) return refuse(url, "too many opener programs are running");
   if (isTooOften()) return refuse(url, "too often");
   if (address.kind == OpenableAddress::Kind::Page) return start(asked, address.value);
   const bool isVar = address.kind == OpenableAddress::Kind::FolderOfVar;
@@ -133,7 +132,7 @@ opener::Verdict Opener::start(const Asked& asked, const std::string& argument) {
     return opener::Verdict::Unavailable;
   }
   Descriptor end = endOf(process);
-  started_.push_back({process, std::move(end), asked, Clock::now() + kSoonEnough, false});
+  started_.push_back({process, std::move(end), asked, Clock::now() + soonEnough, false});
   return opener::Verdict::Opened;
 }
 
@@ -144,8 +143,8 @@ opener::Verdict Opener::refuse(const std::string& url, const std::string& reason
 
 bool Opener::isTooOften() {
   const auto now = Clock::now();
-  while (!recent_.empty() && now - recent_.front() >= kWithin) recent_.pop_front();
-  if (recent_.size() >= kMostAtOnce) return true;
+  while (!recent_.empty() && now - recent_.front() >= within) recent_.pop_front();
+  if (recent_.size() >= mostOpenedAtOnce) return true;
   recent_.push_back(now);
   return false;
 }
@@ -223,5 +222,3 @@ void OpenerLog::add(const std::string& words) {
   // A line that is lost is no reason to stop opening.
   [[maybe_unused]] const ssize_t written = write(file_.get(), line.data(), line.size());
 }
-
-}  // namespace device

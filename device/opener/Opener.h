@@ -14,8 +14,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 // A file of the user's, outside the device. Starts anew when it has grown large, and takes so many lines of
 // one run only, since the device decides how many there are.
 class OpenerLog {
@@ -117,5 +115,3 @@ Environment openerEnvironment(const Environment& caller);
 
 // $XDG_STATE_HOME/tweakbench/opener.log
 std::filesystem::path openerLogPath(const Environment& caller, const std::filesystem::path& home);
-
-}  // namespace device

@@ -10,13 +10,12 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 // High among the numbers for people, so that no account is likely to have it; and not 65534, which files of
 // unknown owners seem to belong to.
-constexpr uid_t kFirstOwnUser = 58421;
-constexpr uid_t kLastOwnUser = 59999;
+constexpr uid_t firstOwnUser = 58421;
+constexpr uid_t lastOwnUser = 59999;
 
 std::filesystem::path homeOf(const Environment& caller, uid_t user) {
   if (auto home = lookUp(caller, "HOME")) return *home;
@@ -47,7 +46,7 @@ std::optional<Account> callingAccount(const Environment& caller) {
 Account accountForFolderOf(uid_t owner, gid_t group, const Environment& caller) {
   const std::filesystem::path home = homeOf(caller, 0);
   if (owner != 0) return Account{owner, group != 0 ? group : gid_t{owner}, home};
-  for (uid_t user = kFirstOwnUser; user <= kLastOwnUser; ++user) {
+  for (uid_t user = firstOwnUser; user <= lastOwnUser; ++user) {
     if (getpwuid(user) == nullptr && getgrgid(user) == nullptr) return Account{user, user, home};
   }
   throw Refusal("No ordinary user number is free for the device; start Tweakbench as an ordinary user.");
@@ -87,5 +86,3 @@ RightsAfterwards::~RightsAfterwards() {
     // Less rights than wanted, never more.
   }
 }
-
-}  // namespace device

@@ -7,8 +7,6 @@
 #include <optional>
 #include <sys/types.h>
 
-namespace device {
-
 struct Account {
   uid_t user;
   gid_t group;
@@ -53,5 +51,3 @@ class RightsAfterwards {
  private:
   Rights rights_;
 };
-
-}  // namespace device

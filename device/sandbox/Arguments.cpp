@@ -5,13 +5,12 @@
 #include <initializer_list>
 #include <iterator>
 
-namespace device {
 namespace {
 
 // Memory that the device can take by files that are in no folder: above what builds need, below what hurts.
-constexpr const char* kTemporarySize = "536870912";
-constexpr const char* kSharedMemorySize = "67108864";
-constexpr const char* kRuntimeSize = "16777216";
+constexpr const char* temporarySize = "536870912";
+constexpr const char* sharedMemorySize = "67108864";
+constexpr const char* runtimeSize = "16777216";
 
 class ArgumentList {
  public:
@@ -45,9 +44,9 @@ void addSystem(ArgumentList& list, const Request& request) {
   list.add({"--proc", "/proc", "--remount-ro", "/proc", "--dev", "/dev"});
   // Followed only where a log is shown there.
   list.add({"--symlink", "/.host/log", "/dev/log"});
-  list.add({"--perms", "1777", "--size", kSharedMemorySize, "--tmpfs", "/dev/shm", "--remount-ro", "/dev"});
-  list.add({"--perms", "1777", "--size", kTemporarySize, "--tmpfs", "/tmp"});
-  list.add({"--perms", "0700", "--size", kRuntimeSize, "--tmpfs", "/run/mobile"});
+  list.add({"--perms", "1777", "--size", sharedMemorySize, "--tmpfs", "/dev/shm", "--remount-ro", "/dev"});
+  list.add({"--perms", "1777", "--size", temporarySize, "--tmpfs", "/tmp"});
+  list.add({"--perms", "0700", "--size", runtimeSize, "--tmpfs", "/run/mobile"});
 }
 
 void addOwnFiles(ArgumentList& list, const Request& request) {
@@ -146,5 +145,3 @@ std::vector<DataFileContent> deviceDataFiles(const Account& account, Options::Ne
   }
   return files;
 }
-
-}  // namespace device

@@ -11,8 +11,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // A small read-only file of the device's own: what lies in the open descriptor, at this path.
 struct DataFile {
   int content;
@@ -70,5 +68,3 @@ std::vector<DataFileContent> deviceDataFiles(const Account& account, Options::Ne
 // The configuration that makes fontconfig use the host's fonts and its ready cache, and nothing that the
 // device can write. `rules` are the configuration files to include.
 std::string fontConfiguration(const std::vector<std::string>& rules);
-
-}  // namespace device

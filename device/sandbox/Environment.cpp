@@ -8,7 +8,6 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 // Values go on into the device as they are, so only plain ones do.
@@ -113,8 +112,8 @@ std::filesystem::path defaultDevice(const Environment& caller, const std::filesy
   return data / "tweakbench/device";
 }
 
-std::vector<std::filesystem::path> theosCandidates(const Options& options, const Environment& caller,
-                                                   const std::filesystem::path& home) {
+std::vector<std::filesystem::path> theosFolders(const Options& options, const Environment& caller,
+                                                const std::filesystem::path& home) {
   if (options.theos) return {*options.theos};
   std::vector<std::filesystem::path> result;
   if (auto given = lookUp(caller, "THEOS")) result.emplace_back(*given);
@@ -144,7 +143,7 @@ std::filesystem::path findBubblewrap(const Environment& caller) {
 
 std::filesystem::path findTheos(const Options& options, const Environment& caller,
                                 const std::filesystem::path& home) {
-  for (const auto& candidate : theosCandidates(options, caller, home)) {
+  for (const auto& candidate : theosFolders(options, caller, home)) {
     std::error_code error;
     std::filesystem::path whole = std::filesystem::canonical(candidate, error);
     if (!error && isTheos(whole)) return whole;
@@ -157,5 +156,3 @@ std::filesystem::path findTheos(const Options& options, const Environment& calle
   }
   return {};
 }
-
-}  // namespace device

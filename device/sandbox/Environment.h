@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 using Environment = std::map<std::string, std::string, std::less<>>;
 
 Environment callerEnvironment();
@@ -32,8 +30,8 @@ std::string localeIdentifier(const Environment& caller);
 std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home);
 
 // The folders that may hold Theos, best first. A given --theos is the only one.
-std::vector<std::filesystem::path> theosCandidates(const Options& options, const Environment& caller,
-                                                   const std::filesystem::path& home);
+std::vector<std::filesystem::path> theosFolders(const Options& options, const Environment& caller,
+                                                const std::filesystem::path& home);
 
 // Whether `folder` can be used as Theos: it has makefiles/common.mk.
 bool isTheos(const std::filesystem::path& folder);
@@ -48,5 +46,3 @@ std::filesystem::path findBubblewrap(const Environment& caller);
 // place; throws Refusal where that is not what the options ask for. `home` is where ~/theos is looked for.
 std::filesystem::path findTheos(const Options& options, const Environment& caller,
                                 const std::filesystem::path& home);
-
-}  // namespace device

@@ -22,17 +22,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
 // bubblewrap waits for ever when the child that sets the device up is killed.
-constexpr auto kStartLimit = std::chrono::seconds(30);
-constexpr auto kEndLimit = std::chrono::seconds(10);
+constexpr auto startLimit = std::chrono::seconds(30);
+constexpr auto endLimit = std::chrono::seconds(10);
 // For what was written before a signal.
-constexpr auto kLastOutput = std::chrono::milliseconds(200);
-constexpr std::size_t kLongestMessage = 4096;
+constexpr auto lastOutput = std::chrono::milliseconds(200);
+constexpr std::size_t longestMessage = 4096;
 
 // One whose reader never waits.
 Pipe makeWatchedPipe() {
@@ -106,7 +105,7 @@ class Run {
         window_(window) {}
 
   Ending watch() {
-    const auto limit = Clock::now() + kStartLimit;
+    const auto limit = Clock::now() + startLimit;
     while (!hasEnded_) {
       int wait = -1;
       if (!isStarted_) {
@@ -236,12 +235,12 @@ class Run {
 
   void takeMessages() {
     const std::string text = readAll(messages_);
-    message_.append(text, 0, kLongestMessage - std::min(message_.size(), kLongestMessage));
+    message_.append(text, 0, longestMessage - std::min(message_.size(), longestMessage));
   }
 
   // Whoever reads the output may be slow, or never read at all, and signals still end the launcher.
   void deliver() {
-    const auto limit = Clock::now() + kLastOutput;
+    const auto limit = Clock::now() + lastOutput;
     while (interruption_ == 0 || Clock::now() < limit) {
       std::vector<pollfd> watched = relay_.undelivered();
       if (watched.empty()) return;
@@ -269,7 +268,7 @@ class Run {
     takeStatus();
     if (!firstProcess_) return;
     pollfd end{firstProcess_.get(), POLLIN, 0};
-    const auto limit = Clock::now() + kEndLimit;
+    const auto limit = Clock::now() + endLimit;
     while (Clock::now() < limit) {
       if (poll(&end, 1, 50) <= 0) continue;
       waitpid(firstNumber_, nullptr, 0);
@@ -360,10 +359,10 @@ Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, con
     start.words.push_back(std::to_string(descriptor));
     start.passed.push_back(descriptor);
   }
-  start.words.push_back(terminal == nullptr        ? kPlainStreams
-                        : terminal->wantsJoining() ? kTerminalInForeground
-                                                   : kTerminalInBackground);
-  start.words.push_back(program.isFiltered ? kFiltered : kUnfiltered);
+  start.words.push_back(terminal == nullptr        ? plainStreams
+                        : terminal->wantsJoining() ? terminalInForeground
+                                                   : terminalInBackground);
+  start.words.push_back(program.isFiltered ? filteredStart : unfilteredStart);
   start.words.insert(start.words.end(), program.command.begin(), program.command.end());
   start.passed.insert(start.passed.end(), {request.applications, request.var, request.userPrograms,
                                            request.shellPrograms, arguments.get(), request.statusOutput});
@@ -406,7 +405,7 @@ NamespaceSettings readNamespaceSettings() {
 }
 
 std::string explainFailure(const std::string& message, const NamespaceSettings& settings) {
-  const std::string start = kSetUpFailed;
+  const std::string start = setUpFailed;
   if (contains(message, {"Unknown option"})) {
     return start + "this bubblewrap is too old; install version 0.8.0-2+deb12u1, 0.10 or later.";
   }
@@ -433,5 +432,3 @@ std::string explainFailure(const std::string& message, const NamespaceSettings& 
   }
   return start + firstLine(message) + ".";
 }
-
-}  // namespace device

@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 class Opener;
 class SingleWindow;
 class SystemLog;
@@ -53,10 +51,8 @@ struct NamespaceSettings {
 NamespaceSettings readNamespaceSettings();
 
 // Begins what is said where the system refuses a device.
-inline constexpr const char* kSetUpFailed = "The device could not be set up: ";
+inline constexpr const char* setUpFailed = "The device could not be set up: ";
 
 // `message` is what bubblewrap wrote, possibly nothing. The answer says what to do where something can be
 // done.
 std::string explainFailure(const std::string& message, const NamespaceSettings& settings);
-
-}  // namespace device

@@ -8,23 +8,22 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
 // Every system has this folder, and what is mounted over it is seen by this process and its children only.
-constexpr const char* kStage = "/mnt";
+constexpr const char* stageFolder = "/mnt";
 
-constexpr fs::perms kReadable = fs::perms::others_read;
-constexpr fs::perms kEnterable = fs::perms::others_read | fs::perms::others_exec;
+constexpr fs::perms readable = fs::perms::others_read;
+constexpr fs::perms enterable = fs::perms::others_read | fs::perms::others_exec;
 
 bool isOpen(const fs::directory_entry& entry) {
   const auto permissions = entry.symlink_status().permissions();
   if (entry.is_symlink()) return true;
-  if (entry.is_directory()) return (permissions & kEnterable) == kEnterable;
+  if (entry.is_directory()) return (permissions & enterable) == enterable;
   const bool runs = (permissions & fs::perms::owner_exec) != fs::perms::none;
-  return (permissions & kReadable) == kReadable &&
+  return (permissions & readable) == readable &&
          (!runs || (permissions & fs::perms::others_exec) != fs::perms::none);
 }
 
@@ -41,7 +40,7 @@ void openUp(const fs::path& path) {
   if (fs::is_symlink(path)) return;
   const auto permissions = fs::status(path).permissions();
   const bool runs = fs::is_directory(path) || (permissions & fs::perms::owner_exec) != fs::perms::none;
-  fs::permissions(path, fs::perms::owner_write | kReadable | fs::perms::owner_read |
+  fs::permissions(path, fs::perms::owner_write | readable | fs::perms::owner_read |
                             (runs ? fs::perms::owner_exec | fs::perms::others_exec : fs::perms::none));
 }
 
@@ -70,14 +69,14 @@ void Stage::addEntry(const fs::path& source, const fs::path& target) {
 }
 
 fs::path Stage::add(const fs::path& source, const std::string& name) {
-  fs::path target = fs::path(kStage) / name;
+  fs::path target = fs::path(stageFolder) / name;
   addEntry(source, target);
   return target;
 }
 
 fs::path Stage::addReadable(const fs::path& source, const std::string& name) {
   if (isOpenThroughout(source)) return add(source, name);
-  fs::path target = fs::path(kStage) / name;
+  fs::path target = fs::path(stageFolder) / name;
   for (const auto& entry : fs::directory_iterator(source)) {
     const fs::path shown = target / entry.path().filename();
     if (isOpenThroughout(entry.path())) {
@@ -90,7 +89,7 @@ fs::path Stage::addReadable(const fs::path& source, const std::string& name) {
 }
 
 void Stage::mount() {
-  if (::mount("tweakbench", kStage, "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755") != 0) {
+  if (::mount("tweakbench", stageFolder, "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755") != 0) {
     refuseWithError("Root could not show the device's user its files:");
   }
   for (const auto& entry : entries_) {
@@ -111,5 +110,3 @@ void Stage::mount() {
   }
   entries_.clear();
 }
-
-}  // namespace device

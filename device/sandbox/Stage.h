@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 // Only for root, once in a process, before it becomes the device's user. The folders that lie in closed
 // folders (such as root's home) are shown under a path that everyone can reach, in a mount namespace of this
 // process, so that nobody else sees a difference.
@@ -39,5 +37,3 @@ class Stage {
 
   std::vector<Entry> entries_;
 };
-
-}  // namespace device

@@ -13,14 +13,13 @@
 #include <utility>
 #include <vector>
 
-namespace device {
 namespace {
 
-constexpr int kPatience = 3000;
+constexpr int busPatience = 3000;
 
 // Qt asks where the accessibility bus is and whether it is wanted. It cannot be told the address by a
 // variable alone: Qt 6.4 then connects and never signs in.
-constexpr std::array kAllowedInSession{
+constexpr std::array allowedInSession{
     "--call=org.a11y.Bus=org.a11y.Bus.GetAddress@/org/a11y/bus",
     "--call=org.a11y.Bus=org.freedesktop.DBus.Properties.Get@/org/a11y/bus",
     "--call=org.a11y.Bus=org.freedesktop.DBus.Properties.GetAll@/org/a11y/bus",
@@ -28,7 +27,7 @@ constexpr std::array kAllowedInSession{
 };
 
 // What an application calls on the registry, and what it has to hear from it.
-constexpr std::array kAllowed{
+constexpr std::array allowed{
     "--call=org.a11y.atspi.Registry=org.a11y.atspi.Socket.Embed@/org/a11y/atspi/accessible/root",
     "--call=org.a11y.atspi.Registry=org.a11y.atspi.Socket.Unembed@/org/a11y/atspi/accessible/root",
     "--call=org.a11y.atspi.Registry=org.a11y.atspi.Registry.GetRegisteredEvents@/org/a11y/atspi/registry",
@@ -72,7 +71,7 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
   const auto bus = busAddress(
       capture({findProgram(caller, "dbus-send"), "--bus=" + *session, "--print-reply=literal",
                "--reply-timeout=2000", "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
-              std::chrono::milliseconds(kPatience))
+              std::chrono::milliseconds(busPatience))
           .output);
   std::string folder = lookUp(caller, "XDG_RUNTIME_DIR").value_or("/tmp") + "/tweakbench-XXXXXX";
   if (!bus || mkdtemp(folder.data()) == nullptr) return std::nullopt;
@@ -80,9 +79,9 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
   const int proxyEnd = alive.writeEnd.get();
   ProcessStart start{{findProgram(caller, "xdg-dbus-proxy"), "--fd=" + std::to_string(proxyEnd), *session,
                       folder + "/session", "--filter"}};
-  start.words.insert(start.words.end(), kAllowedInSession.begin(), kAllowedInSession.end());
+  start.words.insert(start.words.end(), allowedInSession.begin(), allowedInSession.end());
   start.words.insert(start.words.end(), {bus->whole, folder + "/bus", "--filter", "--sloppy-names"});
-  start.words.insert(start.words.end(), kAllowed.begin(), kAllowed.end());
+  start.words.insert(start.words.end(), allowed.begin(), allowed.end());
   start.passed = {proxyEnd};
   const pid_t proxy = spawn(start);
   alive.writeEnd.close();
@@ -91,7 +90,7 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
   // One byte when the socket is there; the end of the pipe if there will be none.
   pollfd waiting{joined.alive_.get(), POLLIN, 0};
   char ready = 0;
-  if (poll(&waiting, 1, kPatience) <= 0 || read(joined.alive_.get(), &ready, 1) != 1) return std::nullopt;
+  if (poll(&waiting, 1, busPatience) <= 0 || read(joined.alive_.get(), &ready, 1) != 1) return std::nullopt;
   return joined;
 }
 
@@ -124,5 +123,3 @@ Accessibility::~Accessibility() {
 std::vector<SharedSocket> Accessibility::sockets() const {
   return {{folder_ + "/session", sessionBusInDevice}, {folder_ + "/bus", busPath_}};
 }
-
-}  // namespace device

@@ -10,8 +10,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace device {
-
 // A proxy in front of two buses of the host, which lets through what an application needs to be read: on the
 // session bus, the question where the accessibility bus is and whether anybody reads; on that one, signing in
 // to its registry. Nothing else on them can be reached. Runs as long as the object lives, and no longer than
@@ -49,5 +47,3 @@ struct BusAddress {
 // The address out of what a call of GetAddress prints; absent if that is none, or if its socket has no path
 // or one that the device cannot show.
 std::optional<BusAddress> busAddress(const std::string& printed);
-
-}  // namespace device

@@ -14,13 +14,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kWaylandSocket = "/.host/wayland";
-constexpr const char* kX11Folder = "/tmp/.X11-unix";
+constexpr const char* waylandSocket = "/.host/wayland";
+constexpr const char* x11Folder = "/tmp/.X11-unix";
 
 bool isSocket(const fs::path& path) {
   std::error_code error;
@@ -46,7 +45,7 @@ Display x11Display(const std::string& name) {
       !number.empty() && number.size() < 6 &&
       std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
   if (!isNumber) throw Refusal("The display " + name + " is not one that Tweakbench can open.");
-  const fs::path socket = fs::path(kX11Folder) / ("X" + number);
+  const fs::path socket = fs::path(x11Folder) / ("X" + number);
   if (!host.empty() && host != "unix") {
     throw Refusal(
         "The display " + name +
@@ -56,7 +55,7 @@ Display x11Display(const std::string& name) {
   return Display{Display::Kind::X11, socket, number};
 }
 
-constexpr int kMostLines = 10'000;
+constexpr int mostSettingLines = 10'000;
 
 bool isZero(const std::string& number) {
   double value = 1;
@@ -72,7 +71,7 @@ bool isOffInPlasma(const fs::path& settings) {
   const std::string key = "AnimationDurationFactor=";
   bool inGroup = false;
   std::string line;
-  for (int lines = 0; lines < kMostLines && std::getline(file, line); ++lines) {
+  for (int lines = 0; lines < mostSettingLines && std::getline(file, line); ++lines) {
     if (line.starts_with('[')) inGroup = line == "[KDE]";
     if (inGroup && line.starts_with(key)) return isZero(line.substr(key.size()));
   }
@@ -110,8 +109,8 @@ Display findDisplay(const Environment& caller, WaylandSupport support) {
 }
 
 std::string socketInDevice(const Display& display) {
-  if (display.kind == Display::Kind::Wayland) return kWaylandSocket;
-  return std::string(kX11Folder) + "/X" + display.number;
+  if (display.kind == Display::Kind::Wayland) return waylandSocket;
+  return std::string(x11Folder) + "/X" + display.number;
 }
 
 Descriptor authorityFor(const Display& display) {
@@ -137,7 +136,7 @@ Descriptor authorityFor(const Display& display) {
 }
 
 void addDisplay(Environment& environment, const Display& display, int authority) {
-  if (display.kind == Display::Kind::Wayland) environment["WAYLAND_DISPLAY"] = kWaylandSocket;
+  if (display.kind == Display::Kind::Wayland) environment["WAYLAND_DISPLAY"] = waylandSocket;
   if (display.kind == Display::Kind::X11) environment["DISPLAY"] = ":" + display.number;
   // A descriptor and not a file, so that it is the application's alone: the guard closes it for every
   // command.
@@ -151,5 +150,3 @@ bool prefersReducedMotion(const Environment& caller, const fs::path& home,
   if (!settings.is_absolute()) settings = home / ".config";
   return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller, patience);
 }
-
-}  // namespace device

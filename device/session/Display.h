@@ -9,8 +9,6 @@
 #include <optional>
 #include <string>
 
-namespace device {
-
 // Whether Qt on this host can use Wayland at all.
 enum class WaylandSupport { Missing, Present };
 WaylandSupport waylandSupport();
@@ -46,5 +44,3 @@ void addDisplay(Environment& environment, const Display& display, int authority)
 // within `patience` means no. To be called as the device's user: another's settings are not its own.
 bool prefersReducedMotion(const Environment& caller, const std::filesystem::path& home,
                           std::chrono::milliseconds patience = std::chrono::seconds(2));
-
-}  // namespace device

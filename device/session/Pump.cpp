@@ -15,18 +15,17 @@
 #include <thread>
 #include <vector>
 
-namespace device {
 namespace {
 
 // More does not stay in the processor's cache.
-constexpr std::size_t kPiece = 128 << 10;
+constexpr std::size_t pieceSize = 128 << 10;
 // A stream that has brought this much gets pipes as large as the kernel allows, of which it counts 64 MiB for
 // a user and makes further ones small.
-constexpr std::size_t kFlowing = 1 << 20;
-constexpr int kPipeSize = 1 << 20;
+constexpr std::size_t flowing = 1 << 20;
+constexpr int pipeSize = 1 << 20;
 // It also gets time to fill its pipe, since waking the programs at both ends for each piece costs more than
-// moving it. A pipe of kPipeSize is hardly full within this time.
-constexpr auto kFilling = std::chrono::microseconds(100);
+// moving it. A pipe of pipeSize is hardly full within this time.
+constexpr auto filling = std::chrono::microseconds(100);
 
 void setOff(int event) {
   eventfd_write(event, 1);
@@ -50,7 +49,7 @@ std::string cutUnfinished(std::string& text, Pump::Bytes bytes) {
 // True for what is not a pipe, too.
 bool isLarge(int pipe) {
   const int size = fcntl(pipe, F_GETPIPE_SZ);
-  return size < 0 || size >= kPipeSize || fcntl(pipe, F_SETPIPE_SZ, kPipeSize) >= 0;
+  return size < 0 || size >= pipeSize || fcntl(pipe, F_SETPIPE_SZ, pipeSize) >= 0;
 }
 
 bool addsReturns(int terminal) {
@@ -72,16 +71,16 @@ struct Pump::Copying {
   ColouredOutput coloured;
 
   void run() {
-    std::vector<char> piece(kPiece);
+    std::vector<char> piece(pieceSize);
     std::string unfinished;
     bool isMoving = bytes == Bytes::AsTheyAre;
     while (isWorthReading()) {
       if (isMoving) {
-        const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, kPipeSize, 0);
+        const ssize_t moved = splice(source.get(), nullptr, target.get(), nullptr, pipeSize, 0);
         if (moved == 0 || (moved < 0 && errno == EAGAIN && !canWrite())) break;
         if (moved > 0) copied += static_cast<std::size_t>(moved);
-        if (copied >= kFlowing && isLarge(source.get()) && isLarge(target.get()))
-          std::this_thread::sleep_for(kFilling);
+        if (copied >= flowing && isLarge(source.get()) && isLarge(target.get()))
+          std::this_thread::sleep_for(filling);
         if (moved > 0 || errno == EINTR || errno == EAGAIN) continue;
         if (errno != EINVAL) break;
         // Not for this target.
@@ -175,5 +174,3 @@ void Pump::giveBack(int reader) {
   const std::size_t unread = std::min(static_cast<std::size_t>(inPipe), copying_->copied) + copying_->left;
   lseek(copying_->source.get(), -static_cast<off_t>(unread), SEEK_CUR);
 }
-
-}  // namespace device

@@ -6,8 +6,6 @@
 #include <memory>
 #include <string>
 
-namespace device {
-
 // Copies from `source` to `target` in a thread of its own until the source ends or nobody takes the target
 // any more; then both are closed, so that the programs at the other ends notice. Neither is changed: whether
 // reading or writing blocks is the caller's to say. A write that blocks for ever blocks the thread alone; it
@@ -46,5 +44,3 @@ class Pump {
   struct Copying;
   std::shared_ptr<Copying> copying_;
 };
-
-}  // namespace device

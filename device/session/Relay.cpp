@@ -9,10 +9,9 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
-constexpr int kGiveBackPatience = 1000;  // milliseconds
+constexpr int giveBackPatience = 1000;  // milliseconds
 
 bool isNothing(const struct stat& status) {
   return S_ISCHR(status.st_mode) && status.st_rdev == makedev(1, 3);
@@ -116,7 +115,5 @@ void Relay::finish() {
   if (!inwardPump_ || !reader_) return;
   inwardPump_->stop();
   pollfd end{inwardPump_->end(), POLLIN, 0};
-  if (poll(&end, 1, kGiveBackPatience) == 1) inwardPump_->giveBack(reader_.get());
+  if (poll(&end, 1, giveBackPatience) == 1) inwardPump_->giveBack(reader_.get());
 }
-
-}  // namespace device

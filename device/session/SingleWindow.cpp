@@ -15,24 +15,23 @@
 #include <thread>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* kWindowLock = "window.lock";
-constexpr const char* kSocket = "window";
+constexpr const char* windowLock = "window.lock";
+constexpr const char* windowSocket = "window";
 // A launcher whose application has just ended still ends the rest of the device.
-constexpr auto kFrontPatience = std::chrono::seconds(15);
-constexpr auto kBetweenKnocks = std::chrono::milliseconds(50);
-constexpr timeval kAnswerLimit{2, 0};
-constexpr char kDone = 1;
+constexpr auto frontPatience = std::chrono::seconds(15);
+constexpr auto betweenKnocks = std::chrono::milliseconds(50);
+constexpr timeval answerLimit{2, 0};
+constexpr char doneAnswer = 1;
 
 // Below the open folder, since the length of a socket's path is limited.
 sockaddr_un addressIn(int folder) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
-  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, kSocket);
+  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, windowSocket);
   return address;
 }
 
@@ -55,8 +54,8 @@ bool isReady(const std::vector<pollfd>& watched, const Descriptor& one) {
 }  // namespace
 
 bool SingleWindow::claim(std::string_view token) {
-  for (const auto limit = Clock::now() + kFrontPatience; Clock::now() < limit;
-       std::this_thread::sleep_for(kBetweenKnocks)) {
+  for (const auto limit = Clock::now() + frontPatience; Clock::now() < limit;
+       std::this_thread::sleep_for(betweenKnocks)) {
     if (hasLocked()) {
       listen();
       return true;
@@ -68,18 +67,18 @@ bool SingleWindow::claim(std::string_view token) {
 
 bool SingleWindow::hasLocked() {
   if (!lock_)
-    lock_ = Descriptor(openat(device_, kWindowLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
+    lock_ = Descriptor(openat(device_, windowLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
   if (!lock_) refuseWithError("The device's window could not be locked:");
   return flock(lock_.get(), LOCK_EX | LOCK_NB) == 0;
 }
 
 // Where the file system knows no sockets, a second start is refused after a while.
 void SingleWindow::listen() {
-  unlinkat(device_, kSocket, 0);
+  unlinkat(device_, windowSocket, 0);
   Descriptor listener = makeSocket(SOCK_NONBLOCK);
   const sockaddr_un address = addressIn(device_);
   if (bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-      fchmodat(device_, kSocket, 0600, 0) == 0 && ::listen(listener.get(), 4) == 0) {
+      fchmodat(device_, windowSocket, 0600, 0) == 0 && ::listen(listener.get(), 4) == 0) {
     listener_ = std::move(listener);
   }
 }
@@ -87,14 +86,14 @@ void SingleWindow::listen() {
 bool SingleWindow::callOther(std::string_view token) const {
   const Descriptor connection = makeSocket(0);
   const sockaddr_un address = addressIn(device_);
-  setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &kAnswerLimit, sizeof kAnswerLimit);
-  setsockopt(connection.get(), SOL_SOCKET, SO_SNDTIMEO, &kAnswerLimit, sizeof kAnswerLimit);
+  setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &answerLimit, sizeof answerLimit);
+  setsockopt(connection.get(), SOL_SOCKET, SO_SNDTIMEO, &answerLimit, sizeof answerLimit);
   char answer = 0;
   // A packet without a token would read as the end.
   const std::string call = "." + std::string(isActivationToken(token) ? token : "");
   return ::connect(connection.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
          send(connection.get(), call.data(), call.size(), MSG_NOSIGNAL) > 0 &&
-         recv(connection.get(), &answer, 1, 0) == 1 && answer == kDone;
+         recv(connection.get(), &answer, 1, 0) == 1 && answer == doneAnswer;
 }
 
 void SingleWindow::connect() {
@@ -129,7 +128,7 @@ void SingleWindow::serve(const std::vector<pollfd>& watched) {
     const ssize_t got = recv(caller_.get(), call.data(), call.size(), MSG_DONTWAIT);
     const std::string_view token(call.data() + 1, got > 1 ? static_cast<std::size_t>(got) - 1 : 0);
     if (got > 0 && isActivationToken(token) && tell(window::comeForward, token))
-      send(caller_.get(), &kDone, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
+      send(caller_.get(), &doneAnswer, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
     caller_.close();
   }
   if (isReady(watched, listener_)) {
@@ -147,5 +146,3 @@ bool isActivationToken(std::string_view token) {
   return token.size() < window::longestMessage &&
          std::all_of(token.begin(), token.end(), [](char letter) { return letter > 0x20 && letter < 0x7f; });
 }
-
-}  // namespace device

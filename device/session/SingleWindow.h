@@ -10,8 +10,6 @@
 #include <string_view>
 #include <vector>
 
-namespace device {
-
 // The window belongs to the launcher that holds the lock DEVICE/window.lock. It listens at the socket
 // DEVICE/window, which nothing in the device can see, and passes calls on to its application over a pair of
 // sockets. The application asks over the same pair to be started again. It may have been taken over: nothing
@@ -58,5 +56,3 @@ class SingleWindow {
 
 // Whether `token` may be handed on: printable ASCII, and not too long.
 bool isActivationToken(std::string_view token);
-
-}  // namespace device

@@ -9,13 +9,12 @@
 #include <syslog.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
-constexpr std::size_t kLongestLine = 8192;
-constexpr int kMostLinesAtOnce = 100;
+constexpr std::size_t longestLogLine = 8192;
+constexpr int mostLogLinesAtOnce = 100;
 // "Nov 22 23:59:59 ", as every line carries it behind its priority.
-constexpr std::size_t kTimeLength = 16;
+constexpr std::size_t timeLength = 16;
 
 }  // namespace
 
@@ -42,9 +41,9 @@ SystemLog::~SystemLog() {
 }
 
 void SystemLog::passOn() {
-  std::array<char, kLongestLine> line;
+  std::array<char, longestLogLine> line;
   // Not for ever: whoever floods the log must not keep the launcher from what else it watches.
-  for (int count = 0; count < kMostLinesAtOnce; ++count) {
+  for (int count = 0; count < mostLogLinesAtOnce; ++count) {
     const ssize_t got = recv(socket_.get(), line.data(), line.size(), 0);
     if (got <= 0) return;
     syslog(LOG_NOTICE, "%s", wordsOf({line.data(), static_cast<std::size_t>(got)}).c_str());
@@ -57,12 +56,10 @@ std::string wordsOf(const std::string& datagram) {
     const auto end = datagram.find('>');
     if (end != std::string::npos) at = end + 1;
   }
-  if (datagram.size() >= at + kTimeLength && datagram[at + kTimeLength - 1] == ' ') at += kTimeLength;
+  if (datagram.size() >= at + timeLength && datagram[at + timeLength - 1] == ' ') at += timeLength;
   const auto name = datagram.find(": ", at);
   if (name != std::string::npos) at = name + 2;
   std::string words = datagram.substr(at);
   while (!words.empty() && (words.back() == '\0' || words.back() == '\n')) words.pop_back();
   return visible(std::move(words), "\t");
 }
-
-}  // namespace device

@@ -6,8 +6,6 @@
 #include <filesystem>
 #include <string>
 
-namespace device {
-
 // Stands for /dev/log in the device. What a build starts cannot reach it, since it has no local sockets.
 class SystemLog {
  public:
@@ -35,5 +33,3 @@ class SystemLog {
 
 // The words of a line as syslog(3) sends it: without priority, time and the program's name.
 std::string wordsOf(const std::string& datagram);
-
-}  // namespace device

@@ -9,8 +9,6 @@
 #include <unistd.h>
 #include <utility>
 
-namespace device {
-
 bool Terminal::isAvailable() {
   return isatty(STDIN_FILENO) == 1 || isatty(STDOUT_FILENO) == 1 || isatty(STDERR_FILENO) == 1;
 }
@@ -97,5 +95,3 @@ bool Terminal::serve(const std::vector<pollfd>& watched) {
   }
   return true;
 }
-
-}  // namespace device

@@ -8,8 +8,6 @@
 #include <termios.h>
 #include <vector>
 
-namespace device {
-
 // What runs in the device never gets the user's terminal itself, whose input it could fill.
 //
 // At first nothing is read from the user's terminal, which stays as it is. Joined, it is in raw mode, and key
@@ -60,5 +58,3 @@ class Terminal {
   bool wasJoined_ = false;
   bool isInputOver_ = false;
 };
-
-}  // namespace device

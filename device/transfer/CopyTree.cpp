@@ -12,24 +12,23 @@
 
 #include <climits>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
 
 // Two descriptors each, within what a process may open.
-constexpr int kDeepest = 256;
-constexpr std::size_t kCopiedAtOnce = 1 << 20;
+constexpr int deepestCopied = 256;
+constexpr std::size_t copiedAtOnce = 1 << 20;
 
 class Copy {
  public:
   Copy(const CopyEnd& source, const CopyEnd& target, const CopyRules& rules)
-      : reader_(source.rights), writer_(target.rights), rules_(rules), piece_(kCopiedAtOnce) {}
+      : reader_(source.rights), writer_(target.rights), rules_(rules), piece_(copiedAtOnce) {}
 
   std::vector<std::string> leftOut;
 
   void folder(int source, int target, const fs::path& at, int depth) {
-    if (depth > kDeepest) throw Refusal("The folder " + name(at) + " is nested too deeply.");
+    if (depth > deepestCopied) throw Refusal("The folder " + name(at) + " is nested too deeply.");
     reader_.assume();
     const auto names = namesIn(source, rules_.pause);
     if (!names) fail(at, "could not be read:");
@@ -53,7 +52,7 @@ class Copy {
       case S_IFDIR: {
         const Descriptor from = openFolderBeneath(source, entry);
         const bool isLeftOut = rules_.unreadable == CopyRules::Unreadable::LeftOut;
-        if (isLeftOut && (!from || depth >= kDeepest)) return leftOut.push_back(name(at));
+        if (isLeftOut && (!from || depth >= deepestCopied)) return leftOut.push_back(name(at));
         if (!from) fail(at, "could not be read:");
         writer_.assume();
         // Closed to others until it is whole.
@@ -111,7 +110,7 @@ class Copy {
       }
       while (start < end) {
         if (rules_.pause) rules_.pause();
-        const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, kCopiedAtOnce));
+        const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, copiedAtOnce));
         const ssize_t got = pread(from, piece_.data(), wanted, start);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) fail(at, "could not be read:");
@@ -174,5 +173,3 @@ bool staysInside(const std::string& target, int depth) {
   }
   return true;
 }
-
-}  // namespace device

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 // One end of a copy. Entries below `folder` are opened without following links, so hostile programs may
 // change either end meanwhile.
 struct CopyEnd {
@@ -42,5 +40,3 @@ std::vector<std::string> copyTree(const CopyEnd& source, const CopyEnd& target, 
 // Whether a link with this target, `depth` folders below the top, stays below the top. Parent folders may
 // only be named first: behind a name that is a link itself they would lead somewhere else than they seem to.
 bool staysInside(const std::string& target, int depth);
-
-}  // namespace device

@@ -19,7 +19,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -225,5 +224,3 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
             << (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) << ".\n";
   return NotInstalled;
 }
-
-}  // namespace device

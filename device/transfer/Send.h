@@ -6,8 +6,6 @@
 
 #include <string>
 
-namespace device {
-
 struct Phone {
   std::string user;
   // As ssh takes it: a name, an address without brackets, or an alias of the user's configuration.
@@ -36,5 +34,3 @@ enum SendStatus {
 // Interrupted.
 int sendPackage(const Transfer& transfer, const std::string& project, const Phone& phone,
                 const Environment& caller);
-
-}  // namespace device

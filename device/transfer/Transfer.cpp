@@ -16,7 +16,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -340,5 +339,3 @@ Transferred exportProject(const Transfer& transfer, const std::string& name, con
   copy.finish(into.get(), copyName, 0777 & ~transfer.umask);
   return {(pathOf(into.get()) / copyName).string(), std::move(leftOut)};
 }
-
-}  // namespace device

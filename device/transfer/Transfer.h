@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-namespace device {
-
 // What both directions need. The device may be in use meanwhile: a copy appears in one step, and a failure
 // leaves nothing.
 struct Transfer {
@@ -60,5 +58,3 @@ Transferred copyBack(const Transfer& transfer, int source, const std::filesystem
 // copy's "packages", unless the project has such a folder of its own. Throws Refusal.
 Transferred exportProject(const Transfer& transfer, const std::string& name,
                           const std::filesystem::path& target);
-
-}  // namespace device

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-namespace device {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -105,4 +104,3 @@ TEST(Arguments, OptionsOpenOnlyWhatTheyName) {
 }
 
 }  // namespace
-}  // namespace device

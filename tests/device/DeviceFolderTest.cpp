@@ -14,7 +14,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -366,4 +365,3 @@ TEST(HistoryThinning, KeepsTheLastHourThenOneAnHourThenOneADayAndTheNewestWholeO
 }
 
 }  // namespace
-}  // namespace device

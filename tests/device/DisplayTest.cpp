@@ -10,7 +10,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 Descriptor listenAt(const std::string& path) {
@@ -88,4 +87,3 @@ TEST(Display, TheOneEntryOfTheAuthorityIsValidInTheDevice) {
 }
 
 }  // namespace
-}  // namespace device

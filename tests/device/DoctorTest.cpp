@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace device::doctor {
+namespace doctor {
 namespace {
 
 const char* const kPrograms[] = {"clang", "ldid",     "lipo",  "make",     "unzip",  "plistutil",
@@ -411,4 +411,4 @@ TEST(LastLog, OnlyAPlainFileIsReadAndOnlyItsEnd) {
 }
 
 }  // namespace
-}  // namespace device::doctor
+}  // namespace doctor

@@ -14,7 +14,6 @@
 
 #include <gtest/gtest.h>
 
-namespace device {
 namespace {
 
 using Paths = std::vector<std::filesystem::path>;
@@ -94,10 +93,10 @@ TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
   EXPECT_EQ(defaultDevice({{"XDG_DATA_HOME", "data"}}, "/home/me"),
             "/home/me/.local/share/tweakbench/device");
   Options options;
-  EXPECT_EQ(theosCandidates(options, {{"THEOS", "/t"}}, "/home/me"),
+  EXPECT_EQ(theosFolders(options, {{"THEOS", "/t"}}, "/home/me"),
             (Paths{"/t", "/opt/theos", "/var/theos", "/home/me/theos"}));
   options.theos = "/given";
-  EXPECT_EQ(theosCandidates(options, {{"THEOS", "/t"}}, "/home/me"), Paths{"/given"});
+  EXPECT_EQ(theosFolders(options, {{"THEOS", "/t"}}, "/home/me"), Paths{"/given"});
 }
 
 TEST(Account, NobodyElseThanAnOrdinaryUserGetsTheDevice) {
@@ -170,4 +169,3 @@ TEST(Diagnosis, CausesAreToldApart) {
 }
 
 }  // namespace
-}  // namespace device

@@ -14,7 +14,6 @@
 
 #include <gtest/gtest.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -273,4 +272,3 @@ TEST(OpenerProgram, GetsTheDesktopSessionAndNoSecrets) {
 }
 
 }  // namespace
-}  // namespace device

@@ -1,7 +1,6 @@
 #include "device/launcher/Options.h"
 #include "support/RefusalOf.h"
 
-namespace device {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -109,4 +108,3 @@ TEST(Options, NonsenseIsRefusedWithItsReason) {
 }
 
 }  // namespace
-}  // namespace device

@@ -21,9 +21,9 @@ TEST(SystemLog, PassesOnTheWordsAlone) {
       {"no such form", "no such form"},
       {"", ""},
   };
-  for (const auto& row : rows) EXPECT_EQ(device::wordsOf(row.datagram), row.words) << row.datagram;
-  EXPECT_EQ(device::visible("a\u009b1m\x9b"
-                            "\u00e4\u0627\x1b[0m\xc3"),
+  for (const auto& row : rows) EXPECT_EQ(wordsOf(row.datagram), row.words) << row.datagram;
+  EXPECT_EQ(visible("a\u009b1m\x9b"
+                    "\u00e4\u0627\x1b[0m\xc3"),
             "a?1m?\u00e4\u0627?[0m?");
 }
 
@@ -33,7 +33,7 @@ TEST(SystemLog, ReplacesTheSocketOfAKilledLauncher) {
   putFile(socket, "left");
   const Descriptor opened(open(folder.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
   {
-    const device::SystemLog log(opened.get(), folder.path());
+    const SystemLog log(opened.get(), folder.path());
     EXPECT_EQ(log.path(), socket);
     EXPECT_TRUE(std::filesystem::is_socket(socket));
   }

@@ -14,7 +14,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace device {
 namespace {
 
 namespace fs = std::filesystem;
@@ -350,4 +349,3 @@ TEST(Interruption, ASignalIsNotedUntilItIsAskedFor) {
 }
 
 }  // namespace
-}  // namespace device

@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-namespace device {
-
 // The message of the Refusal that `action` throws; "none" if it throws none.
 template <typename Action>
 std::string refusalOf(const Action& action) {
@@ -25,5 +23,3 @@ void expectRefusal(const Action& action, const std::string& reason) {
   const std::string said = refusalOf(action);
   EXPECT_NE(said.find(reason), std::string::npos) << "\"" << said << "\" does not say \"" << reason << "\"";
 }
-
-}  // namespace device
