@@ -2,35 +2,25 @@
 
 #include <array>
 #include <cstddef>
-#include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
-using Control = Attempt::Control;
-
-constexpr const char* kHome = "The user's home is out of reach";
-constexpr const char* kOthers = "Other people's files are out of reach";
-constexpr const char* kSystem = "The host's system cannot be changed";
-constexpr const char* kRights = "No rights can be gained";
-
-// The descriptor that the stage leaves open on the home.
+// The descriptor that is left open on the home.
 constexpr int kLeaked = 9;
 
 // A file without a name, which leaves nothing behind.
 bool canWriteBelow(const std::string& folder) {
-  return !folder.empty() && opened(open(folder.c_str(), O_TMPFILE | O_WRONLY, 0600));
+  return canOpen(folder, O_TMPFILE | O_WRONLY);
 }
 
-bool canList(const char* folder) {
-  DIR* listing = opendir(folder);
-  if (listing == nullptr) return false;
-  closedir(listing);
-  return true;
+bool canList(const std::string& folder) {
+  std::error_code refused;
+  std::filesystem::directory_iterator(folder, refused);
+  return !refused;
 }
 
 bool canReadThroughLink(int (*make)(const char*, const char*)) {
@@ -43,101 +33,81 @@ bool canReadThroughLink(int (*make)(const char*, const char*)) {
   return through;
 }
 
-bool canMakeDevice() {
+bool makesDevice() {
   const std::string node = "/tmp/probe-node-" + std::to_string(getpid());
-  if (mknod(node.c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) return false;
-  unlink(node.c_str());
-  return true;
+  return mknod(node.c_str(), S_IFCHR | 0600, makedev(1, 3)) == 0 && unlink(node.c_str()) == 0;
 }
 
 // By a copy of this program that belongs to root and asks for root's rights.
 bool becomesAnother() {
-  return !given("setuid").empty() && inChild([] {
-    constexpr uid_t kOrdinary = 34567;
-    if (geteuid() == 0 && setresuid(kOrdinary, kOrdinary, kOrdinary) != 0) return false;
-    const pid_t child = fork();
-    if (child == 0) {
-      execl(given("setuid").c_str(), "probe", kAskForRights, nullptr);
-      _exit(1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  });
+  constexpr uid_t kOrdinary = 34567;
+  if (geteuid() == 0 && setresuid(kOrdinary, kOrdinary, kOrdinary) != 0) return false;
+  execl(given("setuid").c_str(), "probe", kAskForRights, nullptr);
+  return false;
+}
+
+bool opensByHandle() {
+  // The handle's own bytes come behind its head.
+  alignas(file_handle) std::array<std::byte, sizeof(file_handle) + MAX_HANDLE_SZ> memory{};
+  auto* const handle = reinterpret_cast<file_handle*>(memory.data());
+  handle->handle_bytes = MAX_HANDLE_SZ;
+  int mount = 0;
+  if (name_to_handle_at(AT_FDCWD, given("home").c_str(), handle, &mount, 0) != 0) return false;
+  const Descriptor home(open(given("home").c_str(), O_RDONLY));
+  return isOpened(open_by_handle_at(home ? home.get() : AT_FDCWD, handle, O_RDONLY));
+}
+
+bool givesFileAway() {
+  char file[] = "/tmp/probe-XXXXXX";
+  const Descriptor made(mkstemp(file));
+  unlink(file);
+  return made && fchown(made.get(), getuid() + 1, getgid()) == 0;
 }
 
 }  // namespace
 
-std::vector<Attempt> attemptsOnFiles() {
-  return {
-      {kHome, "read a file by its path", Control::Everyone,
-       [] { return canRead(given("home") + "/secret"); }},
-      {kHome, "make a file in it", Control::Everyone, [] { return canWriteBelow(given("home")); }},
-      {kHome, "list it", Control::Everyone, [] { return canList(given("home").c_str()); }},
-      {kHome, "through a symbolic link", Control::Everyone, [] { return canReadThroughLink(symlink); }},
-      {kHome, "through a hard link", Control::Machine, [] { return canReadThroughLink(link); }},
-      {kHome, "through a descriptor that was left open", Control::Everyone,
-       [] { return opened(openat(kLeaked, "secret", O_RDONLY)); }},
-      {kHome, "through the root of another process", Control::Machine,
-       [] { return canRead(ofVictim("root") + given("home") + "/secret"); }},
-      {kHome, "through the working folder of another process", Control::Machine,
-       [] { return canRead(ofVictim("cwd/secret")); }},
-      {kHome, "through an open file of another process", Control::Machine,
-       [] { return canRead(ofVictim("fd/9/secret")); }},
-      {kHome, "through the root of the first process", Control::Machine,
-       [] { return canRead("/proc/1/root" + given("home") + "/secret"); }},
-      {kHome, "through a file handle", Control::Root,
-       [] {
-         // The handle's own bytes come behind its head.
-         alignas(file_handle) std::array<std::byte, sizeof(file_handle) + MAX_HANDLE_SZ> memory{};
-         auto* const handle = reinterpret_cast<file_handle*>(memory.data());
-         handle->handle_bytes = MAX_HANDLE_SZ;
-         int mount = 0;
-         if (name_to_handle_at(AT_FDCWD, given("home").c_str(), handle, &mount, 0) != 0) return false;
-         const int home = open(given("home").c_str(), O_RDONLY);
-         const bool through = opened(open_by_handle_at(home < 0 ? AT_FDCWD : home, handle, O_RDONLY));
-         close(home);
-         return through;
-       }},
-      {kOthers, "read /etc/shadow", Control::Root, [] { return canRead("/etc/shadow"); }},
-      {kOthers, "list the machine's private keys", Control::Machine,
-       [] { return canList("/etc/ssl/private"); }},
-      {kOthers, "list /root", Control::Root, [] { return canList("/root"); }},
-      {kOthers, "write below /root", Control::Root, [] { return canWriteBelow("/root"); }},
-      {kOthers, "read another user's file", Control::Root, [] { return canRead(given("others")); }},
-      {kOthers, "write another user's file", Control::Root,
-       [] { return opened(open(given("others").c_str(), O_WRONLY)); }},
-      {kSystem, "write below /usr", Control::Root, [] { return canWriteBelow("/usr"); }},
-      {kSystem, "write below /usr by another name", Control::Root,
-       [] { return canWriteBelow(given("usr")); }},
-      {kSystem, "write below /etc", Control::Root, [] { return canWriteBelow("/etc"); }},
-      {kSystem, "write below Theos", Control::Everyone, [] { return canWriteBelow(given("theos")); }},
-      {kSystem, "replace the shell", Control::Root,
-       [] { return canWriteBelow("/bin") || opened(open("/bin/sh", O_WRONLY)); }},
-      {kSystem, "change Tweakbench's own files", Control::Everyone,
-       [] { return canWriteBelow(given("own")); }},
-      {kSystem, "write the pattern for core dumps", Control::Root,
-       [] { return opened(open("/proc/sys/kernel/core_pattern", O_WRONLY)); }},
-      {kSystem, "write the host's name", Control::Root,
-       [] { return opened(open("/proc/sys/kernel/hostname", O_WRONLY)); }},
-      {kSystem, "press the system request key", Control::Machine,
-       [] { return opened(open("/proc/sysrq-trigger", O_WRONLY)); }},
-      {kSystem, "look at the machine's devices", Control::Everyone, [] { return canList("/sys"); }},
-      {kSystem, "read the machine's memory", Control::Machine,
-       [] { return opened(open("/dev/mem", O_RDONLY)) || opened(open("/proc/kcore", O_RDONLY)); }},
-      {kSystem, "read the kernel's messages", Control::Machine,
-       [] { return opened(open("/dev/kmsg", O_RDONLY | O_NONBLOCK)); }},
-      {kRights, "run a program that changes its user", Control::Root, becomesAnother},
-      {kRights, "make a device node", Control::Root, canMakeDevice},
-      {kRights, "become root", Control::Root, [] { return inChild([] { return setresuid(0, 0, 0) == 0; }); }},
-      {kRights, "change a file's owner", Control::Root,
-       [] {
-         char file[] = "/tmp/probe-XXXXXX";
-         const int made = mkstemp(file);
-         const bool through = made >= 0 && fchown(made, getuid() + 1, getgid()) == 0;
-         close(made);
-         unlink(file);
-         return through;
-       }},
-  };
+void tryFiles() {
+  promise("The user's home is out of reach");
+  attempt("read a file by its path", Everyone, canRead(given("home") + "/secret"));
+  attempt("make a file in it", Everyone, canWriteBelow(given("home")));
+  attempt("list it", Everyone, canList(given("home")));
+  attempt("through a symbolic link", Everyone, canReadThroughLink(symlink));
+  attempt("through a hard link", Machine, canReadThroughLink(link));
+  attempt("through a descriptor that was left open", Everyone, isOpened(openat(kLeaked, "secret", O_RDONLY)));
+  attempt("through the root of another process", Machine,
+          canRead(ofVictim("root") + given("home") + "/secret"));
+  attempt("through the working folder of another process", Machine, canRead(ofVictim("cwd/secret")));
+  attempt("through an open file of another process", Machine, canRead(ofVictim("fd/9/secret")));
+  attempt("through the root of the first process", Machine,
+          canRead("/proc/1/root" + given("home") + "/secret"));
+  attempt("through a file handle", Root, opensByHandle());
+
+  promise("Other people's files are out of reach");
+  attempt("read /etc/shadow", Root, canRead("/etc/shadow"));
+  attempt("list the machine's private keys", Machine, canList("/etc/ssl/private"));
+  attempt("list /root", Root, canList("/root"));
+  attempt("write below /root", Root, canWriteBelow("/root"));
+  attempt("read another user's file", Root, canRead(given("others")));
+  attempt("write another user's file", Root, canOpen(given("others"), O_WRONLY));
+
+  promise("The host's system cannot be changed");
+  attempt("write below /usr", Root, canWriteBelow("/usr"));
+  attempt("write below /usr by another name", Root, canWriteBelow(given("usr")));
+  attempt("write below /etc", Root, canWriteBelow("/etc"));
+  attempt("write below Theos", Everyone, canWriteBelow(given("theos")));
+  attempt("replace the shell", Root, canWriteBelow("/bin") || canOpen("/bin/sh", O_WRONLY));
+  attempt("change Tweakbench's own files", Everyone, canWriteBelow(given("own")));
+  attempt("write the pattern for core dumps", Root, canOpen("/proc/sys/kernel/core_pattern", O_WRONLY));
+  attempt("write the host's name", Root, canOpen("/proc/sys/kernel/hostname", O_WRONLY));
+  attempt("press the system request key", Machine, canOpen("/proc/sysrq-trigger", O_WRONLY));
+  attempt("look at the machine's devices", Everyone, canList("/sys"));
+  attempt("read the machine's memory", Machine,
+          canOpen("/dev/mem", O_RDONLY) || canOpen("/proc/kcore", O_RDONLY));
+  attempt("read the kernel's messages", Machine, canOpen("/dev/kmsg", O_RDONLY | O_NONBLOCK));
+
+  promise("No rights can be gained");
+  attempt("run a program that changes its user", Root, inChild(becomesAnother));
+  attempt("make a device node", Root, makesDevice());
+  attempt("become root", Root, inChild([] { return setresuid(0, 0, 0) == 0; }));
+  attempt("change a file's owner", Root, givesFileAway());
 }

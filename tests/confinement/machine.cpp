@@ -12,13 +12,8 @@
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-using Control = Attempt::Control;
-
-constexpr const char* kExhaustion = "The machine cannot be exhausted";
 
 // More than the device allows; a normal build never comes near.
 constexpr int kManyProcesses = 4200;
@@ -26,38 +21,32 @@ constexpr int kManyProcesses = 4200;
 constexpr int kManyForOneUser = 1200;
 constexpr off_t kMemoryFile = off_t{600} << 20;
 
+// They wait for the end of this pipe, which comes with this process.
 bool makesTooManyProcesses() {
-  return inChild([] {
-    // They wait for the end of this pipe, which comes with this process.
-    int end[2];
-    if (pipe(end) != 0) return false;
-    int made = 0;
-    for (; made < kManyProcesses; ++made) {
-      const pid_t child = fork();
-      if (child < 0) break;
-      if (child == 0) {
-        close(end[1]);
-        char byte = 0;
-        [[maybe_unused]] const ssize_t ended = read(end[0], &byte, 1);
-        _exit(0);
-      }
+  int end[2];
+  if (pipe(end) != 0) return false;
+  int made = 0;
+  for (; made < kManyProcesses; ++made) {
+    const pid_t child = fork();
+    if (child < 0) break;
+    if (child == 0) {
+      close(end[1]);
+      char byte = 0;
+      [[maybe_unused]] const ssize_t ended = read(end[0], &byte, 1);
+      _exit(0);
     }
-    const int error = errno;
-    close(end[1]);
-    while (wait(nullptr) > 0) {
-    }
-    errno = error;
-    return made == kManyProcesses;
-  });
+  }
+  const int error = errno;
+  close(end[1]);
+  while (wait(nullptr) > 0) {
+  }
+  errno = error;
+  return made == kManyProcesses;
 }
 
 bool fillsMemory(const char* folder) {
-  const int file = open(folder, O_TMPFILE | O_WRONLY, 0600);
-  const bool through = file >= 0 && fallocate(file, 0, 0, kMemoryFile) == 0;
-  const int error = errno;
-  if (file >= 0) close(file);
-  errno = error;
-  return through;
+  const Descriptor file(open(folder, O_TMPFILE | O_WRONLY, 0600));
+  return file && fallocate(file.get(), 0, 0, kMemoryFile) == 0;
 }
 
 // Ends with the process, which has blocked them.
@@ -100,54 +89,41 @@ bool sendsManyDescriptors() {
   return true;
 }
 
+// A collector behind a pipe is handed dumps whatever the limit, unless it is 1.
+bool dumpsCore() {
+  rlimit limit{};
+  setrlimit(RLIMIT_CORE, &limit);
+  return getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_cur != 1;
+}
+
+bool enlargesPipe() {
+  int ends[2];
+  return pipe(ends) == 0 && fcntl(ends[0], F_SETPIPE_SZ, 2 << 16) > 0;
+}
+
+bool setsUpReads() {
+  aio_context_t reads = 0;
+  return syscall(SYS_io_setup, 1, &reads) == 0 && syscall(SYS_io_destroy, reads) == 0;
+}
+
+bool makesQueue() {
+  const std::string name = "/probe-" + std::to_string(getpid());
+  return isOpened(mq_open(name.c_str(), O_CREAT | O_RDWR, 0600, nullptr)) && mq_unlink(name.c_str()) == 0;
+}
+
 }  // namespace
 
-std::vector<Attempt> attemptsOnTheMachine() {
-  return {
-      {kExhaustion, "4200 processes at once", Control::Machine, makesTooManyProcesses},
-      {kExhaustion, "600 MiB in /tmp", Control::Machine, [] { return fillsMemory("/tmp"); }},
-      {kExhaustion, "600 MiB of shared memory", Control::Machine, [] { return fillsMemory("/dev/shm"); }},
-      {kExhaustion, "a core dump for the host's collector", Control::Everyone,
-       [] {
-         // A collector behind a pipe is handed dumps whatever the limit, unless it is 1.
-         return inChild([] {
-           rlimit limit{};
-           setrlimit(RLIMIT_CORE, &limit);
-           return getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_cur != 1;
-         });
-       }},
-      {kExhaustion, "a watch on files", Control::Everyone, [] { return opened(inotify_init1(0)); }},
-      {kExhaustion, "a watch on files by the older call", Control::Everyone,
-       [] { return opened(inotify_init()); }},
-      {kExhaustion, "a larger pipe", Control::Everyone,
-       [] {
-         int ends[2];
-         if (pipe(ends) != 0) return false;
-         const bool through = fcntl(ends[0], F_SETPIPE_SZ, 2 << 16) > 0;
-         const int error = errno;
-         close(ends[0]);
-         close(ends[1]);
-         errno = error;
-         return through;
-       }},
-      {kExhaustion, "reads that the machine has few of", Control::Machine,
-       [] {
-         aio_context_t reads = 0;
-         if (syscall(SYS_io_setup, 1, &reads) != 0) return false;
-         syscall(SYS_io_destroy, reads);
-         return true;
-       }},
-      {kExhaustion, "1200 signals that wait", Control::Machine, [] { return inChild(queuesManySignals); }},
-      {kExhaustion, "1200 descriptors on their way", Control::Machine,
-       [] { return inChild(sendsManyDescriptors); }},
-      {kExhaustion, "a queue for messages", Control::Machine,
-       [] {
-         const std::string name = "/probe-" + std::to_string(getpid());
-         const mqd_t queue = mq_open(name.c_str(), O_CREAT | O_RDWR, 0600, nullptr);
-         if (queue < 0) return false;
-         mq_close(queue);
-         mq_unlink(name.c_str());
-         return true;
-       }},
-  };
+void tryTheMachine() {
+  promise("The machine cannot be exhausted");
+  attempt("4200 processes at once", Machine, inChild(makesTooManyProcesses));
+  attempt("600 MiB in /tmp", Machine, fillsMemory("/tmp"));
+  attempt("600 MiB of shared memory", Machine, fillsMemory("/dev/shm"));
+  attempt("a core dump for the host's collector", Everyone, inChild(dumpsCore));
+  attempt("a watch on files", Everyone, isOpened(inotify_init1(0)));
+  attempt("a watch on files by the older call", Everyone, isOpened(inotify_init()));
+  attempt("a larger pipe", Everyone, inChild(enlargesPipe));
+  attempt("reads that the machine has few of", Machine, setsUpReads());
+  attempt("1200 signals that wait", Machine, inChild(queuesManySignals));
+  attempt("1200 descriptors on their way", Machine, inChild(sendsManyDescriptors));
+  attempt("a queue for messages", Machine, makesQueue());
 }

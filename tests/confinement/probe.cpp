@@ -9,30 +9,26 @@
 #include <fcntl.h>
 #include <map>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
 std::map<std::string, std::string> surroundings;
-
-void take(const std::string& word) {
-  const auto equals = word.find('=');
-  if (equals != std::string::npos) surroundings[word.substr(0, equals)] = word.substr(equals + 1);
-}
-
-const char* name(Attempt::Control control) {
-  switch (control) {
-    case Attempt::Control::Everyone:
-      return "everyone";
-    case Attempt::Control::Root:
-      return "root";
-    case Attempt::Control::Machine:
-      break;
-  }
-  return "machine";
-}
+const char* promised = nullptr;
 
 }  // namespace
+
+void promise(const char* title) {
+  promised = title;
+  errno = 0;
+}
+
+void attempt(const char* way, Control control, bool cameThrough) {
+  const char* const names[] = {"everyone", "root", "machine"};
+  std::printf("%s|%s|%s|%s|%s\n", promised, way, names[control], cameThrough ? "through" : "stopped",
+              std::strerror(errno));
+  std::fflush(stdout);
+  errno = 0;
+}
 
 const std::string& given(const std::string& name) {
   return surroundings[name];
@@ -46,20 +42,18 @@ std::string ofVictim(const char* entry) {
   return "/proc/" + given("victim") + "/" + entry;
 }
 
-bool opened(int descriptor) {
-  if (descriptor < 0) return false;
-  close(descriptor);
-  return true;
+bool isOpened(int descriptor) {
+  return bool(Descriptor(descriptor));
+}
+
+bool canOpen(const std::string& path, int flags) {
+  return isOpened(open(path.c_str(), flags, 0600));
 }
 
 bool canRead(const std::string& path) {
-  if (path.empty()) return false;
-  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (file < 0) return false;
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK));
   char first = 0;
-  const bool hasContent = read(file, &first, 1) == 1;
-  close(file);
-  return hasContent;
+  return file && read(file.get(), &first, 1) == 1;
 }
 
 bool wasReached(long result) {
@@ -88,16 +82,15 @@ bool inChild(bool (*attempt)()) {
 
 int main(int count, char** arguments) {
   if (count == 2 && std::strcmp(arguments[1], kAskForRights) == 0) return geteuid() == 0 ? 0 : 1;
-  for (int index = 1; index < count; ++index) take(arguments[index]);
-  for (const auto& attempts : {attemptsOnFiles(), attemptsOnProcesses(), attemptsOnServices(),
-                               attemptsOnTheKernel(), attemptsOnTheMachine()}) {
-    for (const Attempt& attempt : attempts) {
-      errno = 0;
-      const bool succeeded = attempt.succeeds();
-      std::printf("%s|%s|%s|%s|%s\n", attempt.promise, attempt.way, name(attempt.control),
-                  succeeded ? "through" : "stopped", std::strerror(errno));
-      std::fflush(stdout);
-    }
+  for (int index = 1; index < count; ++index) {
+    const std::string word = arguments[index];
+    const auto equals = word.find('=');
+    surroundings[word.substr(0, equals)] = word.substr(equals + 1);
   }
+  tryFiles();
+  tryProcesses();
+  tryServices();
+  tryTheKernel();
+  tryTheMachine();
   return 0;
 }

@@ -3,62 +3,39 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <linux/vm_sockets.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 
-using Control = Attempt::Control;
-
-constexpr const char* kServices = "The session's services are out of reach";
-constexpr const char* kDisplay = "The display is out of reach";
-constexpr const char* kNetwork = "There is no network";
-
-struct LocalAddress {
+// A name in front of which there is an '@' is in no file system. Returns whether `call` accepts the address.
+template <typename Call>
+bool reachesName(const std::string& name, const Call& call) {
   sockaddr_un address{};
-  socklen_t size = 0;
-};
-
-// A name in front of which there is an '@' is in no file system.
-LocalAddress localAddress(const std::string& name) {
-  LocalAddress result;
-  result.address.sun_family = AF_UNIX;
-  std::memcpy(result.address.sun_path, name.data(),
-              std::min(name.size(), sizeof result.address.sun_path - 1));
-  if (name.starts_with("@")) result.address.sun_path[0] = '\0';
-  result.size =
-      static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size() + (name.starts_with("@") ? 0 : 1));
-  return result;
+  address.sun_family = AF_UNIX;
+  name.copy(address.sun_path, sizeof address.sun_path - 1);
+  const bool isAbstract = name.starts_with("@");
+  if (isAbstract) address.sun_path[0] = '\0';
+  const std::size_t size = offsetof(sockaddr_un, sun_path) + name.size() + (isAbstract ? 0 : 1);
+  return !name.empty() &&
+         call(reinterpret_cast<const sockaddr*>(&address), static_cast<socklen_t>(size)) >= 0;
 }
 
 bool connects(const std::string& name) {
-  if (name.empty()) return false;
-  const LocalAddress there = localAddress(name);
-  const int made = socket(AF_UNIX, SOCK_STREAM, 0);
-  const bool through =
-      made >= 0 && connect(made, reinterpret_cast<const sockaddr*>(&there.address), there.size) == 0;
-  const int error = errno;
-  if (made >= 0) close(made);
-  errno = error;
-  return through;
+  const Descriptor made(socket(AF_UNIX, SOCK_STREAM, 0));
+  return made && reachesName(name, [&](auto* there, auto size) { return connect(made.get(), there, size); });
 }
 
 // Without a call of socket(): an end of a pair sends to whom it likes.
 bool sendsFromPair(int type) {
-  const std::string& name = given("letters");
   int pair[2];
-  if (name.empty() || socketpair(AF_UNIX, type, 0, pair) != 0) return false;
-  const LocalAddress there = localAddress(name);
-  const bool through =
-      sendto(pair[0], "x", 1, 0, reinterpret_cast<const sockaddr*>(&there.address), there.size) == 1;
-  close(pair[0]);
-  close(pair[1]);
-  return through;
+  if (socketpair(AF_UNIX, type, 0, pair) != 0) return false;
+  const Descriptor ends[] = {Descriptor(pair[0]), Descriptor(pair[1])};
+  return reachesName(given("letters"),
+                     [&](auto* there, auto size) { return sendto(pair[0], "x", 1, 0, there, size); });
 }
 
 sockaddr_in local(int port, in_addr_t address = INADDR_LOOPBACK) {
@@ -70,68 +47,58 @@ sockaddr_in local(int port, in_addr_t address = INADDR_LOOPBACK) {
 }
 
 bool connectsOverNetwork(const sockaddr_in& there) {
-  const int made = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+  const Descriptor made(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
   // A connection on its way is on its way out.
-  const bool through =
-      made >= 0 &&
-      (connect(made, reinterpret_cast<const sockaddr*>(&there), sizeof there) == 0 || errno == EINPROGRESS);
-  pollfd state{made, POLLOUT, 0};
-  int error = errno;
-  socklen_t size = sizeof error;
-  const bool isRefused = through && poll(&state, 1, 200) == 1 &&
-                         getsockopt(made, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error != 0;
-  if (made >= 0) close(made);
-  errno = error;
-  return through && !isRefused;
+  if (!made) return false;
+  if (connect(made.get(), reinterpret_cast<const sockaddr*>(&there), sizeof there) != 0 &&
+      errno != EINPROGRESS)
+    return false;
+  pollfd state{made.get(), POLLOUT, 0};
+  socklen_t size = sizeof errno;
+  const bool isRefused = poll(&state, 1, 200) == 1 &&
+                         getsockopt(made.get(), SOL_SOCKET, SO_ERROR, &errno, &size) == 0 && errno != 0;
+  return !isRefused;
 }
 
 bool isAnswered() {
-  const int made = socket(AF_INET, SOCK_DGRAM, 0);
+  const Descriptor made(socket(AF_INET, SOCK_DGRAM, 0));
   const sockaddr_in there = local(givenNumber("datagrams"));
-  if (made < 0 || connect(made, reinterpret_cast<const sockaddr*>(&there), sizeof there) != 0) return false;
-  pollfd answer{made, POLLIN, 0};
+  if (connect(made.get(), reinterpret_cast<const sockaddr*>(&there), sizeof there) != 0) return false;
+  pollfd answer{made.get(), POLLIN, 0};
   char byte = 'x';
-  const bool through =
-      send(made, &byte, 1, 0) == 1 && poll(&answer, 1, 1000) == 1 && recv(made, &byte, 1, 0) == 1;
-  close(made);
-  return through;
+  return send(made.get(), &byte, 1, 0) == 1 && poll(&answer, 1, 1000) == 1 &&
+         recv(made.get(), &byte, 1, 0) == 1;
 }
 
 bool hasFamily(int family, int type) {
-  return opened(socket(family, type, 0));
+  return isOpened(socket(family, type, 0));
 }
 
 }  // namespace
 
-std::vector<Attempt> attemptsOnServices() {
-  return {
-      {kServices, "connect to the session's bus", Control::Everyone, [] { return connects(given("bus")); }},
-      {kServices, "connect to the system's bus", Control::Everyone,
-       [] { return connects(given("systemBus")); }},
-      {kServices, "connect to the keyring", Control::Everyone, [] { return connects(given("keyring")); }},
-      {kServices, "connect to the ssh agent", Control::Everyone, [] { return connects(given("ssh")); }},
-      {kServices, "connect to the gpg agent", Control::Everyone, [] { return connects(given("gpg")); }},
-      {kServices, "connect to the sound server", Control::Everyone, [] { return connects(given("sound")); }},
-      {kServices, "connect to a name outside the file system", Control::Everyone,
-       [] { return connects(given("abstract")); }},
-      {kServices, "send from a pair of one's own", Control::Everyone,
-       [] { return sendsFromPair(SOCK_DGRAM); }},
-      {kServices, "send from a raw pair", Control::Everyone, [] { return sendsFromPair(SOCK_RAW); }},
-      {kServices, "connect to the system log", Control::Machine,
-       [] { return connects("/.host/log") || connects("/dev/log"); }},
-      {kDisplay, "connect to the X server", Control::Everyone, [] { return connects(given("x11")); }},
-      {kDisplay, "connect to the X server's twin outside the file system", Control::Everyone,
-       [] { return connects("@" + given("x11")); }},
-      {kDisplay, "connect to the compositor", Control::Everyone, [] { return connects(given("wayland")); }},
-      {kNetwork, "connect to a service of the machine", Control::Everyone,
-       [] { return connectsOverNetwork(local(givenNumber("port"))); }},
-      {kNetwork, "get an answer from a service of the machine", Control::Everyone, isAnswered},
-      {kNetwork, "connect to another machine", Control::Machine,
-       [] { return connectsOverNetwork(local(80, 0xc0000201)); }},
-      {kNetwork, "reach the machine's host", Control::Machine,
-       [] { return hasFamily(AF_VSOCK, SOCK_STREAM); }},
-      {kNetwork, "ask the kernel about its interfaces", Control::Everyone,
-       [] { return hasFamily(AF_NETLINK, SOCK_RAW); }},
-      {kNetwork, "read raw packets", Control::Root, [] { return hasFamily(AF_PACKET, SOCK_RAW); }},
-  };
+void tryServices() {
+  promise("The session's services are out of reach");
+  attempt("connect to the session's bus", Everyone, connects(given("bus")));
+  attempt("connect to the system's bus", Everyone, connects(given("systemBus")));
+  attempt("connect to the keyring", Everyone, connects(given("keyring")));
+  attempt("connect to the ssh agent", Everyone, connects(given("ssh")));
+  attempt("connect to the gpg agent", Everyone, connects(given("gpg")));
+  attempt("connect to the sound server", Everyone, connects(given("sound")));
+  attempt("connect to a name outside the file system", Everyone, connects(given("abstract")));
+  attempt("send from a pair of one's own", Everyone, sendsFromPair(SOCK_DGRAM));
+  attempt("send from a raw pair", Everyone, sendsFromPair(SOCK_RAW));
+  attempt("connect to the system log", Machine, connects("/.host/log") || connects("/dev/log"));
+
+  promise("The display is out of reach");
+  attempt("connect to the X server", Everyone, connects(given("x11")));
+  attempt("connect to the X server's twin outside the file system", Everyone, connects("@" + given("x11")));
+  attempt("connect to the compositor", Everyone, connects(given("wayland")));
+
+  promise("There is no network");
+  attempt("connect to a service of the machine", Everyone, connectsOverNetwork(local(givenNumber("port"))));
+  attempt("get an answer from a service of the machine", Everyone, isAnswered());
+  attempt("connect to another machine", Machine, connectsOverNetwork(local(80, 0xc0000201)));
+  attempt("reach the machine's host", Machine, hasFamily(AF_VSOCK, SOCK_STREAM));
+  attempt("ask the kernel about its interfaces", Everyone, hasFamily(AF_NETLINK, SOCK_RAW));
+  attempt("read raw packets", Root, hasFamily(AF_PACKET, SOCK_RAW));
 }
