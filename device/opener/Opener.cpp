@@ -19,9 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Opener programs end at once where they hand on to a running desktop, and run on where they become the
-// browser.
-constexpr auto soonEnough = std::chrono::seconds(3);
 // As often as a person taps; a program in the device must not fill the desktop with windows.
 constexpr std::size_t mostOpenedAtOnce = 5;
 constexpr auto within = std::chrono::seconds(10);
@@ -132,7 +129,7 @@ opener::Verdict Opener::start(const Asked& asked, const std::string& argument) {
     return opener::Verdict::Unavailable;
   }
   Descriptor end = endOf(process);
-  started_.push_back({process, std::move(end), asked, Clock::now() + soonEnough, false});
+  started_.push_back({process, std::move(end), asked, Clock::now() + setting_.soonEnough, false});
   return opener::Verdict::Opened;
 }
 

@@ -48,6 +48,9 @@ class Opener {
     // What the program is started with.
     Environment environment;
     std::filesystem::path log;
+    // Opener programs end at once where they hand on to a running desktop, and run on where they become the
+    // browser: after that time they count as successful.
+    std::chrono::milliseconds soonEnough = std::chrono::seconds(3);
   };
   explicit Opener(Setting setting);
   Opener(const Opener&) = delete;

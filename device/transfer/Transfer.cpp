@@ -122,6 +122,7 @@ Descriptor makeInDevice(const Transfer& transfer, const fs::path& folder) {
 
 // The project's packages that lie outside it, as those of a copy that has none. Returns what is left out.
 std::vector<std::string> addPackages(const Transfer& transfer, const std::string& name, int copy) {
+  transfer.host.assume();
   if (exists(copy, ownPackages)) return {};
   transfer.inDevice.assume();
   const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(packagesFolder) / name);

@@ -1,14 +1,16 @@
 // The device's folder as its own builds may have left it.
+#include "core/Text.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryFolder.h"
 #include "device/folder/SuppliedFiles.h"
 #include "support/RefusalOf.h"
-#include "support/TemporaryFolder.h"
+#include "support/Tree.h"
 
 #include <algorithm>
 #include <ctime>
 #include <fcntl.h>
+#include <map>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -35,67 +37,66 @@ class DeviceFolderTest : public testing::Test {
   std::string application(const std::string& name) {
     return device / ("Applications/Tweakbench.app/" + name);
   }
+  static void replaceByLink(const fs::path& path, const fs::path& target) {
+    fs::remove_all(path);
+    fs::create_symlink(target, path);
+  }
+  fs::path setAside() { return fs::directory_iterator(device / "history/set-aside")->path(); }
 
   TemporaryFolder device;
   TemporaryFolder files;
   TemporaryFolder home;
+  const std::string preferences = device / "var/mobile/Library/Preferences/com.apple.springboard.plist";
 };
 
-TEST_F(DeviceFolderTest, ANewDeviceHasWhatTheApplicationExpects) {
-  start();
+TEST_F(DeviceFolderTest, AStartMakesWhatIsMissingAndKeepsWhatIsThere) {
+  const auto startCompletes = [&] {
+    start();
+    EXPECT_EQ(fileAt(application("TheosOrig.zip")), "zip 1");
+    EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
+    for (const auto& [link, target] :
+         std::map<std::string, std::string>{{"usr-bin/env", "/.host/usr/bin/env"},
+                                            {"bin/env", "/.host/usr/bin/env"},
+                                            {"bin/sh", "/.host/tweakbench/guard"}})
+      EXPECT_EQ(fs::read_symlink(device / link), target) << link;
+  };
+  startCompletes();
   EXPECT_EQ(fileAt(application("Choose.plist")), "list 1");
-  EXPECT_NE(fileAt(device / "var/mobile/Library/Preferences/com.apple.springboard.plist")
-                .find("<string>ar_SA</string>"),
-            std::string::npos);
-  EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
   EXPECT_FALSE(fs::exists(device / "var/Tweakyard"));
-  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
-  EXPECT_EQ(fs::read_symlink(device / "bin/sh"), "/.host/tweakbench/guard");
-}
-
-TEST_F(DeviceFolderTest, ALaterStartKeepsWhatIsThereAndCompletesWhatAKilledOneLeft) {
   const std::vector<std::string> kept{device / "var/Tweakyard/Projects/P/Tweak.x",
-                                      application("Choose.plist"), device / "usr-bin/ftt",
-                                      device / "var/mobile/Library/Preferences/com.apple.springboard.plist"};
-  start();
+                                      application("Choose.plist"), device / "usr-bin/ftt", preferences};
   for (const std::string& file : kept) putFile(file, "mine");
-  fs::remove(application("TheosOrig.zip"));
-  fs::remove_all(device / "shipped");
-  fs::remove_all(device / "bin");
-  fs::remove(device / "usr-bin/env");
-  start();
+  // As a start that was killed, or a build, leaves it.
+  for (const char* missing :
+       {"Applications/Tweakbench.app/TheosOrig.zip", "shipped", "bin", "usr-bin/env", "var/mobile/Documents"})
+    fs::remove_all(device / missing);
+  startCompletes();
   for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine");
-  EXPECT_EQ(fileAt(application("TheosOrig.zip")), "zip 1");
-  EXPECT_EQ(fs::read_symlink(device / "bin/env"), "/.host/usr/bin/env");
-  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
 }
 
 TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
-  const std::string preferences = device / "var/mobile/Library/Preferences/com.apple.springboard.plist";
   start(std::nullopt);
   EXPECT_FALSE(fs::exists(preferences)) << "no start of the application";
   start("en_US");
   start("ar_SA");
   start(std::nullopt);
-  std::string text = fileAt(preferences);
-  EXPECT_NE(text.find("<string>ar_SA</string>"), std::string::npos);
-  // Other settings beside it stay.
-  text.insert(text.find("</dict>"), "<key>SBOther</key><string>ar_SA</string>");
-  putFile(preferences, text);
-  start("de_DE");
-  EXPECT_EQ(fileAt(preferences), text.replace(text.find("ar_SA"), 5, "de_DE"));
-  text.replace(text.find("de_DE"), 5, "fr_FR");
-  putFile(preferences, text);
-  start("ar_SA");
-  EXPECT_EQ(fileAt(preferences), text);
-  for (const char* planted : {"", "<key>XBRecentLocale</key>", "<key>XBRecentLocale</key> <string>de_DE"}) {
-    putFile(preferences, planted);
-    start("ar_SA");
-    EXPECT_EQ(fileAt(preferences), planted);
+  const std::string text = fileAt(preferences);
+  const auto with = [&](const char* locale, const char* other = "") {
+    return replaceAll(replaceAll(text, "ar_SA", locale), "</dict>", std::string(other) + "</dict>");
+  };
+  const char* const other = "<key>SBOther</key><string>ar_SA</string>";
+  const std::pair<std::string, std::string> rows[] = {
+      {with("ar_SA", other), with("de_DE", other)},
+      {with("fr_FR"), with("fr_FR")},
+      {"", ""},
+      {"<key>XBRecentLocale</key>", "<key>XBRecentLocale</key>"},
+      {"<key>XBRecentLocale</key> <string>de_DE", "<key>XBRecentLocale</key> <string>de_DE"},
+  };
+  for (const auto& [before, after] : rows) {
+    putFile(preferences, before);
+    start("de_DE");
+    EXPECT_EQ(fileAt(preferences), after);
   }
-  fs::remove(preferences);
-  fs::permissions(fs::path(preferences).parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
-  start("ar_SA");
 }
 
 TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {
@@ -114,20 +115,19 @@ TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneSti
 
 TEST_F(DeviceFolderTest, WhatAKilledSaveLeftGoesAtTheNextStart) {
   start();
-  putFile(application(".tweakbench-saving-Ab3dEf"), "half");
-  putFile(device / "var/Tweakyard/Projects/P/.tweakbench-saving-zyxwvu", "half");
-  const std::vector<std::string> kept{application(".tweakbench-saving-Ab3d.f"),
-                                      device / "var/Tweakyard/Projects/P/.tweakbench-config",
-                                      device / "var/Tweakyard/Projects/P/.tweakbench-saving-folder/file",
-                                      device / "var/Tweakyard/Projects/P/deep/.tweakbench-saving-zyxwvu"};
-  for (const std::string& file : kept) putFile(file, "mine");
+  const std::string project = device / "var/Tweakyard/Projects/P/";
+  const std::vector<std::string> left{application(".tweakbench-saving-Ab3dEf"),
+                                      project + ".tweakbench-saving-zyxwvu"};
+  const std::vector<std::string> kept{
+      application(".tweakbench-saving-Ab3d.f"), project + ".tweakbench-config",
+      project + ".tweakbench-saving-folder/file", project + "deep/.tweakbench-saving-zyxwvu",
+      home / ".tweakbench-saving-zyxwvu"};
+  for (const auto* files : {&left, &kept})
+    for (const std::string& file : *files) putFile(file, "mine");
   fs::create_symlink(home.path(), device / "var/Tweakyard/Projects/link");
-  putFile(home / ".tweakbench-saving-zyxwvu", "the user's");
   start();
-  EXPECT_FALSE(fs::exists(application(".tweakbench-saving-Ab3dEf")));
-  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/Projects/P/.tweakbench-saving-zyxwvu"));
+  for (const std::string& file : left) EXPECT_FALSE(fs::exists(file)) << file;
   for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine") << file;
-  EXPECT_EQ(fileAt(home / ".tweakbench-saving-zyxwvu"), "the user's");
 }
 
 TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {
@@ -165,8 +165,7 @@ TEST_F(DeviceFolderTest, TheConverterIsRenewedWhereTheApplicationMovedIt) {
   putFile(moved, "mine");
   release("converter 4");
   EXPECT_EQ(fileAt(moved), "mine");
-  fs::remove(moved);
-  fs::create_symlink(home / "precious", moved);
+  replaceByLink(moved, home / "precious");
   putFile(home / "precious", "converter 4");
   release("converter 5");
   EXPECT_EQ(fileAt(home / "precious"), "converter 4");
@@ -181,70 +180,13 @@ TEST_F(DeviceFolderTest, ProgramsThatABuildReplacedArePutRight) {
   fs::remove(device / "usr-bin/make");
   putFile(device / "usr-bin/make", "mine");
   fs::remove(device / "usr-bin/env");
-  fs::create_directory(device / "usr-bin/env");
   putFile(device / "usr-bin/env/inside", "kept");
-  fs::remove(device / "usr-bin/sh");
-  fs::create_symlink(home / "precious", device / "usr-bin/sh");
   fs::create_symlink("/.host/usr/bin/gone", device / "usr-bin/gone");
   start();
-  EXPECT_EQ(fs::read_symlink(device / "usr-bin/make"), "/.host/usr/bin/make");
-  EXPECT_EQ(fs::read_symlink(device / "usr-bin/env"), "/.host/usr/bin/env");
-  const auto entry = fs::directory_iterator(device / "history/set-aside")->path();
-  EXPECT_EQ(fileAt(entry / "usr-bin/env/inside"), "kept");
-  EXPECT_EQ(fs::read_symlink(device / "usr-bin/sh"), "/.host/tweakbench/guard");
+  for (const std::string program : {"make", "env"})
+    EXPECT_EQ(fs::read_symlink(device / ("usr-bin/" + program)), "/.host/usr/bin/" + program);
+  EXPECT_EQ(fileAt(setAside() / "usr-bin/env/inside"), "kept");
   EXPECT_FALSE(fs::is_symlink(device / "usr-bin/gone"));
-  EXPECT_EQ(fileAt(home / "precious"), "kept");
-}
-
-TEST_F(DeviceFolderTest, LinksPlantedInTheDeviceAreNotFollowed) {
-  start();
-  const auto linkTo = [&](const std::string& from, const std::string& to) {
-    fs::remove_all(from);
-    fs::create_directory_symlink(to, from);
-  };
-  linkTo(device / "var/mobile", home.path());
-  linkTo(device / "Applications/Tweakbench.app", home.path());
-  ship("TheosOrig.zip", "zip 2");
-  start();
-  for (const char* repaired : {"var/mobile/Library/Preferences", "Applications/Tweakbench.app"})
-    EXPECT_FALSE(fs::is_symlink(device / repaired)) << repaired;
-  EXPECT_FALSE(fs::is_symlink(device / "var/mobile"));
-  fs::remove_all(device / "Applications/Tweakbench.app");
-  start();
-  fs::remove(application("TheosOrig.zip"));
-  fs::create_symlink(home / "precious", application("TheosOrig.zip"));
-  fs::remove_all(device / "var/mobile");
-  ship("TheosOrig.zip", "zip 3");
-  fs::create_directories(device / "var/mobile/Library");
-  linkTo(device / "var/mobile/Library/Preferences", home.path());
-  linkTo(device / "var/mobile/Documents", home / "precious");
-  start();
-  EXPECT_EQ(fileAt(home / "precious"), "kept");
-  EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
-}
-
-TEST_F(DeviceFolderTest, APipeOrAClosedFolderStopsNoStart) {
-  start();
-  // In the way of a folder, of a file, or only closed.
-  fs::permissions(device / "var/mobile/Library/Preferences", fs::perms::none);
-  fs::remove_all(device / "var/mobile/Documents");
-  ASSERT_EQ(mkfifo((device / "var/mobile/Documents").c_str(), 0600), 0);
-  fs::remove(device / "usr-bin/env");
-  fs::create_directory(device / "usr-bin/env");
-  fs::permissions(device / "usr-bin/env", fs::perms::none);
-  start();
-  EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
-  EXPECT_EQ(fs::status(device / "var/mobile/Library/Preferences").permissions(), fs::perms(0755));
-  EXPECT_TRUE(fs::is_symlink(device / "usr-bin/env"));
-  ship("Choose.plist", "list 2");
-  fs::create_directory(application("Choose.plist.new-" + std::to_string(getpid())));
-  fs::remove(application("TheosOrig.zip"));
-  ASSERT_EQ(mkfifo(application("TheosOrig.zip").c_str(), 0644), 0);
-  ship("TheosOrig.zip", "zip 2");
-  for (const char* top : {"var", "usr-bin", "Applications"}) fs::permissions(device / top, fs::perms::none);
-  start();
-  EXPECT_TRUE(fs::is_fifo(application("TheosOrig.zip")));
-  EXPECT_EQ(fs::status(device / "var").permissions() & fs::perms::owner_all, fs::perms::owner_all);
 }
 
 TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
@@ -259,28 +201,8 @@ TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
   start();
   EXPECT_FALSE(fs::exists(device / "var/Tweakyard/.import-1"));
   EXPECT_TRUE(fs::exists(device / "var/Tweakyard/.import-2/file"));
-  const fs::path when = fs::directory_iterator(device / "history/set-aside")->path();
-  EXPECT_EQ(fileAt(when / "var/Tweakyard/.import-1/file"), "kept");
-  EXPECT_EQ(fileAt(when / "var/Tweakyard/.import-3/file"), "kept too");
-}
-
-TEST_F(DeviceFolderTest, MoreProgramsThanAnyHostHasAreSetAsideButForTheConverter) {
-  start();
-  putFile(device / "usr-bin/ftt", "converter");
-  for (int count = 0; count <= 100'000; ++count)
-    ASSERT_EQ(symlink("/x", (device / "usr-bin/l").append(std::to_string(count)).c_str()), 0);
-  start();
-  EXPECT_LT(std::distance(fs::directory_iterator(device / "usr-bin"), {}), 100'000);
-  EXPECT_EQ(fileAt(device / "usr-bin/ftt"), "converter");
-  EXPECT_TRUE(fs::is_symlink(device / "usr-bin/env"));
-  // A start does not look through a project of that size for what a killed save left, either.
-  const std::string left = device / "var/Tweakyard/Projects/Full/.tweakbench-saving-abcdef";
-  fs::create_directories(device / "var/Tweakyard/Projects");
-  fs::rename(fs::directory_iterator(device / "history/set-aside")->path() / "usr-bin",
-             fs::path(left).parent_path());
-  putFile(left, "");
-  start();
-  EXPECT_TRUE(fs::exists(left));
+  EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-1/file"), "kept");
+  EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-3/file"), "kept too");
 }
 
 TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
@@ -291,8 +213,7 @@ TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
   expectNoStart(home / "precious", "could not be opened");
   EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
   start();
-  fs::remove_all(device / "bin");
-  fs::create_directory_symlink(home.path(), device / "bin");
+  replaceByLink(device / "bin", home.path());
   expectNoStart(device.path(), "damaged: bin");
 }
 

@@ -39,20 +39,12 @@ TEST(Environment, LocaleIsSpeltAsThePhoneDoes) {
 }
 
 TEST(Environment, NothingOfTheCallersGetsInUnasked) {
-  const Environment caller{{"SSH_AUTH_SOCK", "/run/agent"}, {"TOKEN", "secret"},  {"LD_PRELOAD", "/x.so"},
-                           {"PATH", "/home/me/bin"},        {"HOME", "/home/me"}, {"LANG", "ar_SA.UTF-8"},
-                           {"TERM", "x\033[31m"},           {"THEOS", "/t"},      {"QT_SCALE_FACTOR", "2"},
-                           {"QT_PLUGIN_PATH", "/evil"},     {"DISPLAY", ":0"},    {"MAKEFLAGS", "-k"}};
-  const Environment commands = deviceEnvironment(caller, Audience::Commands);
-  for (const char* name :
-       {"SSH_AUTH_SOCK", "TOKEN", "LD_PRELOAD", "THEOS", "QT_SCALE_FACTOR", "DISPLAY", "MAKEFLAGS"}) {
-    EXPECT_FALSE(lookUp(commands, name)) << name;
-  }
-  EXPECT_EQ(lookUp(commands, "HOME"), "/var/mobile");
-  EXPECT_EQ(lookUp(commands, "LANG"), "C.UTF-8");
-  EXPECT_FALSE(lookUp(commands, "LC_CTYPE"));
-  EXPECT_EQ(lookUp(commands, "TERM"), "dumb");
-  EXPECT_EQ(lookUp(commands, "PATH")->find("/home"), std::string::npos);
+  const Environment caller{{"TOKEN", "secret"},         {"LD_PRELOAD", "/x.so"},  {"TERM", "x\033[31m"},
+                           {"LANG", "ar_SA.UTF-8"},     {"THEOS", "/t"},          {"QT_SCALE_FACTOR", "2"},
+                           {"QT_PLUGIN_PATH", "/evil"}, {"PATH", "/home/me/bin"}, {"HOME", "/home/me"}};
+  Environment commands = deviceEnvironment(caller, Audience::Commands);
+  EXPECT_EQ(commands.erase("PATH"), 1U);
+  EXPECT_EQ(commands, (Environment{{"HOME", "/var/mobile"}, {"LANG", "C.UTF-8"}, {"TERM", "dumb"}}));
   const Environment application = deviceEnvironment(caller, Audience::Application);
   EXPECT_EQ(lookUp(application, "QT_SCALE_FACTOR"), "2");
   EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
@@ -99,30 +91,9 @@ TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
   EXPECT_EQ(theosFolders(options, {{"THEOS", "/t"}}, "/home/me"), Paths{"/given"});
 }
 
-TEST(Account, NobodyElseThanAnOrdinaryUserGetsTheDevice) {
-  EXPECT_EQ(accountForFolderOf(1234, 77, {}).user, 1234U);
-  EXPECT_EQ(accountForFolderOf(1234, 77, {}).group, 77U);
-  EXPECT_EQ(accountForFolderOf(1234, 0, {}).group, 1234U);
-  const Account own = accountForFolderOf(0, 0, {{"HOME", "/root"}});
-  EXPECT_GE(own.user, 1000U);
-  EXPECT_NE(own.user, 65534U);
-  EXPECT_EQ(own.home, "/root");
-  if (geteuid() == 0) {
-    EXPECT_FALSE(callingAccount({}));
-    EXPECT_FALSE(callingAccount({{"SUDO_UID", "0"}}));
-    EXPECT_FALSE(callingAccount({{"SUDO_UID", "1x"}}));
-  } else {
-    // Only root is believed to come from sudo.
-    EXPECT_EQ(callingAccount({{"SUDO_UID", "1"}})->user, geteuid());
-  }
-}
-
 TEST(DataFiles, FontsComeFromTheHostAlone) {
-  const std::string text = fontConfiguration({"/etc/fonts/conf.d/60-latin.conf"});
-  EXPECT_NE(text.find("<include ignore_missing=\"yes\">/etc/fonts/conf.d/60-latin.conf</include>"),
+  EXPECT_NE(fontConfiguration({"/etc/fonts/conf.d/60-latin.conf"}).find(">/etc/fonts/conf.d/60-latin.conf<"),
             std::string::npos);
-  EXPECT_NE(text.find("<cachedir>/.host/fontconfig</cachedir>"), std::string::npos);
-  EXPECT_EQ(text.find("prefix"), std::string::npos);
   for (const auto& file : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
     EXPECT_EQ(file.content.find("50-user"), std::string::npos) << file.path;
     EXPECT_NE(file.path, "/etc/resolv.conf");
