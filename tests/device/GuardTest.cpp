@@ -67,7 +67,8 @@ TEST(Guard, TheShellIsTheOneThatPhonesHaveUnderOneFilter) {
 TEST(Guard, ABuildSteersAndLimitsItself) {
   rlimit limit{};
   EXPECT_EQ(prlimit(getpid(), RLIMIT_FSIZE, nullptr, &limit), 0) << "only looks";
-  EXPECT_EQ(outputOf("nice -n 3 nice; taskset 1 echo on; ulimit -c 0 && ulimit -c; renice -n 4 $$ 2> "
+  EXPECT_EQ(outputOf("echo $(($(nice -n 3 nice) - $(nice))); taskset 1 echo on; ulimit -c 0 && ulimit -c; "
+                     "renice -n 4 $$ 2> "
                      "/dev/null || echo off; ulimit -Hu"),
             "3\non\n0\noff\n4096\n");
 }

@@ -44,7 +44,14 @@ TEST(Environment, NothingOfTheCallersGetsInUnasked) {
                            {"QT_PLUGIN_PATH", "/evil"}, {"PATH", "/home/me/bin"}, {"HOME", "/home/me"}};
   Environment commands = deviceEnvironment(caller, Audience::Commands);
   EXPECT_EQ(commands.erase("PATH"), 1U);
-  EXPECT_EQ(commands, (Environment{{"HOME", "/var/mobile"}, {"LANG", "C.UTF-8"}, {"TERM", "dumb"}}));
+  EXPECT_EQ(commands, (Environment{{"HOME", "/var/mobile"},
+                                   {"LANG", "C.UTF-8"},
+                                   {"TERM", "dumb"},
+                                   {"SHELL", "/bin/sh"},
+                                   {"USER", "mobile"},
+                                   {"LOGNAME", "mobile"},
+                                   {"XDG_RUNTIME_DIR", "/run/mobile"},
+                                   {"FONTCONFIG_FILE", "/.host/fonts.conf"}}));
   const Environment application = deviceEnvironment(caller, Audience::Application);
   EXPECT_EQ(lookUp(application, "QT_SCALE_FACTOR"), "2");
   EXPECT_FALSE(lookUp(application, "QT_PLUGIN_PATH"));
