@@ -77,12 +77,10 @@ std::optional<Place> takePlace(string_view& text) {
 
 // Takes "error: " and the like, in either case.
 std::optional<Kind> takeKind(string_view& text) {
-  constexpr std::array<std::pair<string_view, Kind>, 6> words{{{"fatal error:", Kind::Error},
-                                                               {"internal compiler error:", Kind::Error},
-                                                               {"error:", Kind::Error},
-                                                               {"warning:", Kind::Warning},
-                                                               {"note:", Kind::Note},
-                                                               {"remark:", Kind::Note}}};
+  constexpr std::pair<string_view, Kind> words[] = {
+      {"fatal error:", Kind::Error}, {"internal compiler error:", Kind::Error},
+      {"error:", Kind::Error},       {"warning:", Kind::Warning},
+      {"note:", Kind::Note},         {"remark:", Kind::Note}};
   for (const auto& [word, kind] : words) {
     if (text.size() < word.size() || strncasecmp(text.data(), word.data(), word.size()) != 0) continue;
     text = trimmed(text.substr(word.size()));

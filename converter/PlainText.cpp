@@ -3,8 +3,8 @@
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
+#include <iterator>
 
 namespace {
 
@@ -35,27 +35,15 @@ struct Range {
 
 // Invisible or line-breaking characters: controls, unusual blanks, separators, direction marks, fillers. The
 // joiners U+200C and U+200D are not among them, since words and emoji need them.
-constexpr std::array<Range, 14> unseen{{
-    {0x00, 0x1F},
-    {0x7F, 0xA0},
-    {0xAD, 0xAD},
-    {0x061C, 0x061C},
-    {0x115F, 0x1160},
-    {0x1680, 0x1680},
-    {0x180E, 0x180E},
-    {0x2000, 0x200B},
-    {0x200E, 0x200F},
-    {0x2028, 0x202F},
-    {0x205F, 0x206F},
-    {0x3000, 0x3000},
-    {0xFEFF, 0xFEFF},
-    {0xFFF9, 0xFFFB},
-}};
+constexpr Range unseen[] = {{0x00, 0x1F},     {0x7F, 0xA0},     {0xAD, 0xAD},     {0x061C, 0x061C},
+                            {0x115F, 0x1160}, {0x1680, 0x1680}, {0x180E, 0x180E}, {0x2000, 0x200B},
+                            {0x200E, 0x200F}, {0x2028, 0x202F}, {0x205F, 0x206F}, {0x3000, 0x3000},
+                            {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}};
 
 bool isSeen(char32_t point) {
   const auto holds = [point](const Range& range) { return point >= range.first && point <= range.last; };
   const bool isTag = point >= 0xE0000 && point <= 0xE0FFF;
-  return !isTag && std::none_of(unseen.begin(), unseen.end(), holds);
+  return !isTag && std::none_of(std::begin(unseen), std::end(unseen), holds);
 }
 
 bool isLetterOrDigit(char32_t point) {

@@ -21,21 +21,12 @@ using MaybeWritten = std::optional<std::string>;
 
 // Numbers as people write them: "(BOOL)1", "@(5);", "٥", "return NO;".
 std::string plainNumber(std::string text) {
-  constexpr std::array<std::pair<std::string_view, std::string_view>, 14> westerns{{{"٠", "0"},
-                                                                                    {"١", "1"},
-                                                                                    {"٢", "2"},
-                                                                                    {"٣", "3"},
-                                                                                    {"٤", "4"},
-                                                                                    {"٥", "5"},
-                                                                                    {"٦", "6"},
-                                                                                    {"٧", "7"},
-                                                                                    {"٨", "8"},
-                                                                                    {"٩", "9"},
-                                                                                    {"٫", "."},
-                                                                                    {"−", "-"},
-                                                                                    {"@", ""},
-                                                                                    {"return ", ""}}};
-  for (const auto& [there, western] : westerns) text = replaceAll(text, there, western);
+  constexpr std::string_view digits = "٠١٢٣٤٥٦٧٨٩";  // two bytes each
+  for (std::size_t digit = 0; digit < 10; ++digit)
+    text = replaceAll(text, digits.substr(2 * digit, 2), std::to_string(digit));
+  constexpr std::pair<std::string_view, std::string_view> others[] = {
+      {"٫", "."}, {"−", "-"}, {"@", ""}, {"return ", ""}};
+  for (const auto& [there, western] : others) text = replaceAll(text, there, western);
   std::string_view plain = trimmed(text, " \t\r\n;");
   const std::size_t cast = plain.starts_with('(') ? plain.find(')') + 1 : 0;
   if (cast < plain.size()) plain.remove_prefix(cast);
@@ -164,18 +155,12 @@ MaybeWritten numberExpression(const Number& number, const ValueType& type) {
   }
 }
 
-constexpr std::array<std::pair<std::string_view, std::size_t>, 8> members{{{"CGAffineTransform", 6},
-                                                                           {"CGPoint", 2},
-                                                                           {"CGRect", 4},
-                                                                           {"CGSize", 2},
-                                                                           {"CGVector", 2},
-                                                                           {"NSRange", 2},
-                                                                           {"UIEdgeInsets", 4},
-                                                                           {"UIOffset", 2}}};
+constexpr std::pair<std::string_view, std::size_t> members[] = {
+    {"CGAffineTransform", 6}, {"CGPoint", 2}, {"CGRect", 4},       {"CGSize", 2},
+    {"CGVector", 2},          {"NSRange", 2}, {"UIEdgeInsets", 4}, {"UIOffset", 2}};
 constexpr std::string_view constants =
     "CATransform3DIdentity CGAffineTransformIdentity CGPointZero CGRectInfinite CGRectNull CGRectZero "
-    "CGSizeZero UIEdgeInsetsZero "
-    "UIOffsetZero";
+    "CGSizeZero UIEdgeInsetsZero UIOffsetZero";
 
 // "{{0, 0}, {320, 480}}", with brackets of any kind or none, the name of a function before them, or
 // "CGRectZero".
@@ -197,7 +182,8 @@ MaybeWritten structureExpression(std::string text, const std::string& name) {
     expression += (count == 0 ? "" : ", ") + *written;
     rest = trimmed(rest.substr(end), separators);
   }
-  if (std::find(members.begin(), members.end(), std::pair(std::string_view(name), count)) == members.end())
+  if (std::find(std::begin(members), std::end(members), std::pair(std::string_view(name), count)) ==
+      std::end(members))
     return std::nullopt;
   return (isRange ? "NSMakeRange" : name + "Make") + "(" + expression + ")";
 }

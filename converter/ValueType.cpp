@@ -41,12 +41,10 @@ constexpr std::array<NamedTypes, 33> namedTypes{{
      "CLLocationDegrees CLLocationDirection CLLocationDistance CLLocationSpeed double_t",
      ValueKind::Real, 64, Sign::Signed, "double"},
     {"NSComparisonResult NSLineBreakMode NSStringEncoding NSTextAlignment UIBarStyle UIControlEvents "
-     "UIControlState "
-     "UIDeviceOrientation UIInterfaceOrientation UIInterfaceOrientationMask UIKeyboardAppearance "
-     "UIKeyboardType "
-     "UIModalPresentationStyle UIModalTransitionStyle UIReturnKeyType UIStatusBarAnimation UIStatusBarStyle "
-     "UITableViewCellSelectionStyle UITableViewCellStyle UITableViewStyle UIUserInterfaceIdiom "
-     "UIViewAnimationOptions UIViewAutoresizing UIViewContentMode",
+     "UIControlState UIDeviceOrientation UIInterfaceOrientation UIInterfaceOrientationMask "
+     "UIKeyboardAppearance UIKeyboardType UIModalPresentationStyle UIModalTransitionStyle UIReturnKeyType "
+     "UIStatusBarAnimation UIStatusBarStyle UITableViewCellSelectionStyle UITableViewCellStyle "
+     "UITableViewStyle UIUserInterfaceIdiom UIViewAnimationOptions UIViewAutoresizing UIViewContentMode",
      ValueKind::Enumeration, 64},
     {"CATransform3D CGAffineTransform CGPoint CGRect CGSize CGVector NSDecimal NSFastEnumerationState "
      "NSOperatingSystemVersion NSRange UIEdgeInsets UIOffset",
@@ -66,8 +64,8 @@ constexpr std::array<NamedTypes, 33> namedTypes{{
      ValueKind::Object, 0, Sign::Signed, "id"},
     {"NSNotificationName NSErrorDomain NSExceptionName NSRunLoopMode UIContentSizeCategory UIFontTextStyle",
      ValueKind::Text, 0, Sign::Signed, "NSString *"},
-    {"SEL IMP CFArrayRef CFDataRef CFDictionaryRef CFStringRef CFTypeRef CFURLRef CGColorRef CGColorSpaceRef "
-     "CGContextRef CGFontRef CGGradientRef CGImageRef CGMutablePathRef CGPathRef",
+    {"SEL IMP CFArrayRef CFDataRef CFDictionaryRef CFStringRef CFTypeRef CFURLRef CGColorRef "
+     "CGColorSpaceRef CGContextRef CGFontRef CGGradientRef CGImageRef CGMutablePathRef CGPathRef",
      ValueKind::Pointer},
     {"NSRangePointer CDUnknownFunctionPointerType dispatch_function_t va_list", ValueKind::Pointer, 0,
      Sign::Signed, "void *"},
