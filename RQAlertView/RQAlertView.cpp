@@ -47,10 +47,6 @@ double dimmingBelow(const UIWindow* window, bool alsoGoing) {
   return 0;
 }
 
-void call(const RQAlertViewCompletionHandler& completionHandler) {
-  if (completionHandler) atEventBoundary(completionHandler)();
-}
-
 }  // namespace
 
 RQAlertView::RQAlertView() = default;

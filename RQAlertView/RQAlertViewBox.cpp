@@ -35,9 +35,7 @@ RQAlertViewBox::RQAlertViewBox(std::shared_ptr<const RQAlertViewModel> dialog, R
       press_(std::move(press)),
       card_(new RQAlertViewShadowView(dialog_, this)),
       cancelCard_(new RQAlertViewShadowView(dialog_, this)),
-      header_(new RQAlertViewHeader(dialog_, this)),
-      border_(new RQAlertViewBorderView(dialog_, this)),
-      cancelBorder_(new RQAlertViewBorderView(dialog_, this)) {
+      header_(new RQAlertViewHeader(dialog_, this)) {
   // Shown one by one: a picture of the box is taken before the box itself is shown.
   card_->show();
   header_->show();
@@ -70,17 +68,13 @@ void RQAlertViewBox::layOutIn(const QRect& room) {
   setGeometry(QRect(x, y, width, total).adjusted(-margin, -margin, margin, margin));
 
   const QRect card(margin, margin, width, cardHeight);
-  card_->setVisible(cardHeight > 0);
   card_->setCardGeometry(card);
   header_->layOutIn(QRect(card.topLeft(), QSize(width, heights.headerShown)));
   placeButtons(QRect(margin, margin + heights.headerShown + separator, width, heights.buttons), card);
 
-  cancelCard_->setVisible(separateCancel_ != nullptr);
   cancelCard_->setCardGeometry({margin, margin + cardHeight + cancelGap, width, heights.cancel});
   if (separateCancel_) separateCancel_->place(cancelCard_->cardGeometry(), cancelCard_->outline());
   for (RQAlertViewShadowView* each : {card_, cancelCard_}) applyBackdrop(*each);
-  border_->frame(*card_);
-  cancelBorder_->frame(*cancelCard_);
   // The focused button may have become a row, or the focused row a button.
   if (heldFocus && !holdsFocus()) initialFocus()->setFocus(Qt::OtherFocusReason);
 }

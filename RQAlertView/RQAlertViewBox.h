@@ -62,8 +62,6 @@ class RQAlertViewBox : public QWidget {
   RQAlertViewShadowView* card_;
   RQAlertViewShadowView* cancelCard_;
   RQAlertViewHeader* header_;
-  RQAlertViewBorderView* border_;
-  RQAlertViewBorderView* cancelBorder_;
   QPixmap backdrop_;
   // Made when it is needed; hidden where the buttons are side by side.
   RQAlertViewButtonList* list_ = nullptr;

@@ -12,16 +12,42 @@
 
 using namespace RQAlertViewMetrics;
 
+class RQAlertViewShadowView::Border : public QWidget {
+ public:
+  Border(const RQAlertViewAppearance& look, QWidget* parent) : QWidget(parent), look_(look) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(look_.layerBorderColor, look_.layerBorderWidth));
+    const double inset = look_.layerBorderWidth / 2;
+    const double radius = look_.layerCornerRadius - inset;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
+  }
+
+ private:
+  const RQAlertViewAppearance& look_;
+};
+
 RQAlertViewShadowView::RQAlertViewShadowView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent)
-    : QWidget(parent), dialog_(std::move(dialog)) {
+    : QWidget(parent), dialog_(std::move(dialog)), border_(new Border(dialog_->appearance, parent)) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
 void RQAlertViewShadowView::setCardGeometry(const QRect& card) {
   card_ = card;
-  const int margin = shadowMargin(dialog_->appearance);
+  const RQAlertViewAppearance& look = dialog_->appearance;
+  const int margin = shadowMargin(look);
   setGeometry(card.adjusted(-margin, -margin, margin, margin));
+  setVisible(!card.isEmpty());
   update();
+  border_->setGeometry(card);
+  border_->setVisible(!card.isEmpty() && look.layerBorderColor.isValid() && look.layerBorderWidth > 0);
+  border_->raise();
+  border_->update();
 }
 
 void RQAlertViewShadowView::setSeparators(const QList<QRect>& separators) {
@@ -88,30 +114,6 @@ void RQAlertViewShadowView::paintShadow(QPainter& painter) const {
   QColor ring = look.layerShadowColor;
   ring.setAlphaF(static_cast<float>(1 - std::pow(1 - look.layerShadowColor.alphaF() * 0.9, 1.0 / rings)));
   for (int step = 0; step < rings; ++step) paint(ring, look.layerShadowRadius - step);
-}
-
-RQAlertViewBorderView::RQAlertViewBorderView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent)
-    : QWidget(parent), dialog_(std::move(dialog)) {
-  setAttribute(Qt::WA_TransparentForMouseEvents);
-  hide();
-}
-
-void RQAlertViewBorderView::frame(const RQAlertViewShadowView& card) {
-  const RQAlertViewAppearance& look = dialog_->appearance;
-  setGeometry(card.cardGeometry());
-  setVisible(!card.isHidden() && look.layerBorderColor.isValid() && look.layerBorderWidth > 0);
-  raise();
-  update();
-}
-
-void RQAlertViewBorderView::paintEvent(QPaintEvent*) {
-  const RQAlertViewAppearance& look = dialog_->appearance;
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(look.layerBorderColor, look.layerBorderWidth));
-  const double inset = look.layerBorderWidth / 2;
-  const double radius = look.layerCornerRadius - inset;
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
 }
 
 void RQAlertViewScrollIndicator::install(QAbstractScrollArea& area) {

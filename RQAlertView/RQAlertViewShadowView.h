@@ -11,15 +11,16 @@
 
 class QAbstractScrollArea;
 
-// A card: the rounded background with its shadow and separators, below what is on the card. The widget is
-// larger than the card by the room that the shadow takes.
+// A card: the rounded background with its shadow and separators, below what is on the card, and the border, a
+// sibling above all that. The widget is larger than the card by the room that the shadow takes.
 class RQAlertViewShadowView : public QWidget {
   Q_OBJECT
 
  public:
   RQAlertViewShadowView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent);
 
-  // In the parent's coordinates. Takes over the dialog's look.
+  // In the parent's coordinates. Takes over the dialog's look. An empty card is hidden. The border comes to
+  // the front of its siblings.
   void setCardGeometry(const QRect& card);
   const QRect& cardGeometry() const { return card_; }
   // Hairlines, in the parent's coordinates: horizontal where wider than high, else vertical.
@@ -36,30 +37,15 @@ class RQAlertViewShadowView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  class Border;
+
   void paintShadow(QPainter& painter) const;
 
   std::shared_ptr<const RQAlertViewModel> dialog_;
+  Border* border_;
   QRect card_;
   QList<QRect> separators_;
   QPixmap backdrop_;
-};
-
-// The border of a card, above everything that is on the card.
-class RQAlertViewBorderView : public QWidget {
-  Q_OBJECT
-
- public:
-  RQAlertViewBorderView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent);
-
-  // Covers `card`, which is a sibling of this view, and comes to the front. Hidden where the card is hidden
-  // or the dialog has no border.
-  void frame(const RQAlertViewShadowView& card);
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  std::shared_ptr<const RQAlertViewModel> dialog_;
 };
 
 // The slim bar that shows how far a piece of a dialog is scrolled.

@@ -2,9 +2,9 @@
 // later.
 #pragma once
 
-#include <concepts>
 #include <functional>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include <QObject>
@@ -17,14 +17,20 @@ void logCurrentException(const char* place) noexcept;
 // wrap everything that is passed to connect(), a timer or a queue.
 template <typename Callable>
 auto atEventBoundary(Callable callable) {
-  return [callable = std::move(callable)]<typename... Arguments>(
-             Arguments && ... arguments) mutable -> void requires std::invocable<Callable&, Arguments...> {
+  return
+      [callable = std::move(callable)]<typename... Arguments>(
+          Arguments && ... arguments) mutable -> void requires(std::is_invocable_v<Callable&, Arguments...>) {
     try {
       callable(std::forward<Arguments>(arguments)...);
     } catch (...) {
       logCurrentException("a handler");
     }
   };
+}
+
+// Calls `completion`, which may be null, in the same way.
+inline void call(const std::function<void()>& completion) {
+  if (completion) atEventBoundary(completion)();
 }
 
 inline constexpr long DISPATCH_QUEUE_PRIORITY_HIGH = 2;

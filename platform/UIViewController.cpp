@@ -59,14 +59,6 @@ void PresentationLayer::place(double fraction) {
   if (view_) view_->setGeometry(rect().translated(0, qRound(fraction * height())));
 }
 
-namespace {
-
-void call(const std::function<void()>& completion) {
-  if (completion) atEventBoundary(completion)();
-}
-
-}  // namespace
-
 UIViewController::UIViewController() = default;
 
 UIViewController::~UIViewController() {
@@ -119,29 +111,19 @@ void UIViewController::presentViewController(std::shared_ptr<UIViewController> c
   QWidget* focused = window->window()->focusWidget();
   focusBelow_ = focused && view_->isAncestorOf(focused) ? focused : nullptr;
   shown.layer_ = new PresentationLayer(window, shown.view());
-  shown.viewWillAppear(animated);
   viewWillDisappear(animated);
   shown.layer_->show();
   shown.layer_->raise();
   shown.view()->setFocus(Qt::OtherFocusReason);
   // Its keys are not for a screen that is on its way out of sight.
   if (layer_) setTakesInput(*layer_, false);
-  shown.layer_->slide(1, 0, animated,
-                      [weak = weak_from_this(), animated, completion = std::move(completion)] {
-                        const std::shared_ptr<UIViewController> self = weak.lock();
-                        if (self && self->presented_)
-                          self->presented(*self->presented_, animated, completion);
-                      });
-}
-
-void UIViewController::presented(UIViewController& controller, bool animated,
-                                 const std::function<void()>& completion) {
-  const std::shared_ptr<UIViewController> kept = controller.shared_from_this();
-  // Covered: out of reach of the focus and of assistive technology too.
-  if (layer_) layer_->hide();
-  controller.viewDidAppear(animated);
-  viewDidDisappear(animated);
-  call(completion);
+  shown.layer_->slide(1, 0, animated, [weak = weak_from_this(), completion = std::move(completion)] {
+    const std::shared_ptr<UIViewController> self = weak.lock();
+    if (!self || !self->presented_) return;
+    // Covered: out of reach of the focus and of assistive technology too.
+    if (self->layer_) self->layer_->hide();
+    call(completion);
+  });
 }
 
 void UIViewController::dismissViewControllerAnimated(bool animated, std::function<void()> completion) {
@@ -163,11 +145,8 @@ void UIViewController::dismissPresented(bool animated, std::function<void()> com
   if (leaving->presented_) leaving->dismissPresented(false, {});
   if (layer_) layer_->show();
   leaving->viewWillDisappear(animated);
-  viewWillAppear(animated);
-  auto ended = [weak = weak_from_this(), animated, completion = std::move(completion)] {
-    if (const std::shared_ptr<UIViewController> self = weak.lock()) {
-      self->presentedWentAway(animated, completion);
-    }
+  auto ended = [weak = weak_from_this(), completion = std::move(completion)] {
+    if (const std::shared_ptr<UIViewController> self = weak.lock()) self->presentedWentAway(completion);
   };
   if (leaving->layer_) {
     // Neither this screen nor that one takes keys until the change is over.
@@ -179,7 +158,7 @@ void UIViewController::dismissPresented(bool animated, std::function<void()> com
   }
 }
 
-void UIViewController::presentedWentAway(bool animated, const std::function<void()>& completion) {
+void UIViewController::presentedWentAway(const std::function<void()>& completion) {
   const std::shared_ptr<UIViewController> left = std::exchange(presented_, nullptr);
   if (!left) return;
   autorelease(left);
@@ -196,17 +175,5 @@ void UIViewController::presentedWentAway(bool animated, const std::function<void
   } else if (view_) {
     view_->setFocus(Qt::OtherFocusReason);
   }
-  left->viewDidDisappear(animated);
-  viewDidAppear(animated);
   call(completion);
-}
-
-void UIViewController::appear() {
-  viewWillAppear(false);
-  viewDidAppear(false);
-}
-
-void UIViewController::disappear() {
-  viewWillDisappear(false);
-  viewDidDisappear(false);
 }

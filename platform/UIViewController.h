@@ -102,20 +102,14 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
   void setView(QWidget* view) { view_ = view; }
   // An override calls the base's first.
   virtual void viewDidLoad() {}
-  virtual void viewWillAppear(bool /*animated*/) {}
-  virtual void viewDidAppear(bool /*animated*/) {}
+  // The view is about to be taken away, or covered by that of a controller that is presented.
   virtual void viewWillDisappear(bool /*animated*/) {}
-  virtual void viewDidDisappear(bool /*animated*/) {}
 
  private:
   friend class UIWindow;
 
-  void presented(UIViewController& controller, bool animated, const std::function<void()>& completion);
   void dismissPresented(bool animated, std::function<void()> completion);
-  void presentedWentAway(bool animated, const std::function<void()>& completion);
-  // Both reports of a change that is not animated.
-  void appear();
-  void disappear();
+  void presentedWentAway(const std::function<void()>& completion);
 
   QPointer<QWidget> view_;
   // While this controller is shown: the layer of its view.

@@ -75,7 +75,6 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
   rootLayer_ = new PresentationLayer(this, rootViewController_->view());
   rootViewController_->layer_ = rootLayer_;
   rootLayer_->show();
-  if (!isHidden()) rootViewController_->appear();
 }
 
 std::shared_ptr<UIViewController> UIWindow::topViewController() const {
@@ -96,16 +95,11 @@ bool UIWindow::isKeyWindow() const {
 }
 
 void UIWindow::setVisible(bool visible) {
-  if (visible != isHidden()) {
-    QWidget::setVisible(visible);
-    return;
-  }
+  if (visible != isHidden()) return QWidget::setVisible(visible);
   // A report may destroy the window.
   const QPointer<UIWindow> alive(this);
   if (!visible) rememberFocus();
   QWidget::setVisible(visible);
-  if (rootViewController_) visible ? rootViewController_->appear() : rootViewController_->disappear();
-  if (!alive) return;
   if (!visible && isKeyWindow()) {
     UIApplication& application = *UIApplication::sharedApplication();
     passesKeyOn_ ? application.passKeyOn() : application.setKeyWindow(nullptr);
