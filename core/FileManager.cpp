@@ -12,11 +12,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <climits>
-
 namespace {
 
-namespace filesystem = std::filesystem;
+namespace fs = std::filesystem;
 
 bool writeWhole(int file, std::string_view contents) {
   while (!contents.empty()) {
@@ -30,16 +28,14 @@ bool writeWhole(int file, std::string_view contents) {
 
 // Where a write to `path` really goes: a link's target when there is one, so that the link itself stays.
 std::string resolved(const std::string& path) {
-  struct stat information {};
-  if (lstat(path.c_str(), &information) != 0 || !S_ISLNK(information.st_mode)) return path;
-  const std::unique_ptr<char, decltype(&std::free)> target(realpath(path.c_str(), nullptr), std::free);
-  return target ? target.get() : path;
+  std::error_code error;
+  if (!fs::is_symlink(path, error)) return path;
+  const fs::path target = fs::canonical(path, error);
+  return error ? path : target.string();
 }
 
 std::string folderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
+  return fs::path(path).parent_path();
 }
 
 // The mode that the file at `path` has, or that a new one gets; absent when something else is there.
@@ -65,7 +61,7 @@ bool mayBeReadForEver(const std::string& path) {
 
 void removeItemAtPath(const std::string& path) {
   std::error_code ignored;
-  filesystem::remove_all(path, ignored);
+  fs::remove_all(path, ignored);
 }
 
 std::optional<std::vector<std::string>> contentsOfDirectoryAtPath(const std::string& path) {
@@ -81,7 +77,7 @@ std::optional<std::vector<std::string>> contentsOfDirectoryAtPath(const std::str
 
 void createDirectoryAtPath(const std::string& path) {
   std::error_code ignored;
-  filesystem::create_directories(path, ignored);
+  fs::create_directories(path, ignored);
 }
 
 void createFileAtPath(const std::string& path) {

@@ -23,12 +23,8 @@ const char* Languages(const char* arabic, const char* english) {
 }
 
 void setLanguage(Language language) {
-  switch (language) {
-    case Language::Arabic:
-      return setPropertyListValue(langFilePlist, languageKey, "AR");
-    case Language::Automatic:
-      return setPropertyListValue(langFilePlist, languageKey, "Auto");
-    case Language::English:
-      return removePropertyListValue(langFilePlist, languageKey);
-  }
+  setPropertyListValue(langFilePlist, languageKey,
+                       language == Language::Arabic      ? MaybeText("AR")
+                       : language == Language::Automatic ? MaybeText("Auto")
+                                                         : std::nullopt);
 }

@@ -116,6 +116,43 @@ inline constexpr TextPair oneWarning{"التحذيرات: %@", "%@ warning"};
 inline constexpr TextPair someWarnings{"التحذيرات: %@", "%@ warnings"};
 inline constexpr TextPair listComma{"، ", ", "};
 
+// What controls are called in the layouts and in tr().
+inline constexpr TextPair controls[] = {
+    {"حول", "About"},
+    {addressToOpen.arabic, "Address"},
+    {"رجوع", "Back"},
+    {"بناء", "Build"},
+    {"سجل البناء", "Build log"},
+    {"الخيارات", "Choices"},
+    {"اختيار مشروع", "Choose Project"},
+    {"مسح السجل", "Clear Log"},
+    {"إغلاق البحث", "Close find"},
+    {"مربع حوار", "Dialog"},
+    {"تبرّع", "Donate"},
+    {"نص الملف", "File text"},
+    {"الملفات", "Files"},
+    {"البحث عن التالي", "Find next"},
+    {"البحث عن السابق", "Find previous"},
+    {"نص البحث", "Find text"},
+    {"قيد التنفيذ", "In progress"},
+    {"معلومات", "Info"},
+    {"بناء الحزمة", "Make Package"},
+    {"بناء الحزمة وتثبيتها", "Make Package Install"},
+    {"الرسالة", "Message"},
+    {"مشروع جديد", "New Project"},
+    {"الملف الشخصي", "Profile"},
+    {"التقدّم", "Progress"},
+    {"تحديث", "Reload"},
+    {"إعادة تشغيل الواجهة", "Respring"},
+    cancel,
+    delete_,
+    find,
+    noMatch,
+    projectOptions,
+    save,
+    showSuccessAlert,
+};
+
 // The same in both languages.
 inline constexpr const char* notSupportedYet = "Not supported yet";
 inline constexpr const char* autoLanguage = "Auto - تلقائي";

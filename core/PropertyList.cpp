@@ -40,21 +40,39 @@ bool canStandInXML(std::string_view value) {
   return isValidUTF8(value) && std::none_of(value.begin(), value.end(), isControl);
 }
 
-// A hand-made list may hold a key twice, and the library would then read one of the two and replace the
-// other. Here the last one counts.
-PropertyListNode withoutRepeatedKeys(const PropertyListNode& dictionary) {
-  PropertyListNode unique(plist_new_dict());
+// Calls visit(key, value) for each entry, in their order.
+template <typename Visit>
+void forEachEntry(plist_t dictionary, Visit visit) {
   plist_dict_iter start = nullptr;
-  plist_dict_new_iter(dictionary.get(), &start);
+  plist_dict_new_iter(dictionary, &start);
   const std::unique_ptr<void, decltype(&std::free)> iterator(start, std::free);
   for (;;) {
     char* name = nullptr;
     plist_t item = nullptr;
-    plist_dict_next_item(dictionary.get(), iterator.get(), &name, &item);
+    plist_dict_next_item(dictionary, iterator.get(), &name, &item);
     const std::unique_ptr<char, decltype(&std::free)> key(name, std::free);
-    if (item == nullptr || key == nullptr) return unique;
-    plist_dict_set_item(unique.get(), key.get(), plist_copy(item));
+    if (item == nullptr || key == nullptr) return;
+    visit(key.get(), item);
   }
+}
+
+// A hand-made list may hold a key twice, and the library would then read one of the two and replace the
+// other. Here the last one counts.
+PropertyListNode withoutRepeatedKeys(const PropertyListNode& dictionary) {
+  PropertyListNode unique(plist_new_dict());
+  forEachEntry(dictionary.get(), [&](const char* key, plist_t value) {
+    plist_dict_set_item(unique.get(), key, plist_copy(value));
+  });
+  return unique;
+}
+
+// Absent for text that is not valid UTF-8, and for any other value.
+MaybeText textOf(plist_t node) {
+  if (plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
+  std::uint64_t length = 0;
+  const char* const text = plist_get_string_ptr(node, &length);
+  if (text == nullptr || !isValidUTF8({text, length})) return std::nullopt;
+  return std::string(text, length);
 }
 
 }  // namespace
@@ -69,11 +87,7 @@ std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::stri
 
 MaybeText PropertyList::objectForKey(const std::string& key) const {
   const plist_t value = plist_dict_get_item(dictionary_.get(), key.c_str());
-  if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) return std::nullopt;
-  std::uint64_t length = 0;
-  const char* const text = plist_get_string_ptr(value, &length);
-  if (text == nullptr || !isValidUTF8({text, length})) return std::nullopt;
-  return std::string(text, length);
+  return value == nullptr ? std::nullopt : textOf(value);
 }
 
 void PropertyList::setObject(const std::string& value, const std::string& key) {
@@ -98,24 +112,14 @@ MaybeText propertyListValue(const std::string& path, const std::string& key) {
   return list ? list->objectForKey(key) : std::nullopt;
 }
 
-void setPropertyListValue(const std::string& path, const std::string& key, const std::string& value) {
+void setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value) {
   auto list = PropertyList::initWithContentsOfFile(path);
   if (!list) return;
-  list->setObject(value, key);
-  list->writeToFile(path);
-}
-
-void removePropertyListValue(const std::string& path, const std::string& key) {
-  auto list = PropertyList::initWithContentsOfFile(path);
-  if (!list) return;
-  list->removeObjectForKey(key);
+  value ? list->setObject(*value, key) : list->removeObjectForKey(key);
   list->writeToFile(path);
 }
 
 namespace {
-
-template <typename Iterator>
-using OwnedIterator = std::unique_ptr<std::remove_pointer_t<Iterator>, decltype(&std::free)>;
 
 // Recursion is as deep as the bounds allow a list to be.
 PropertyListValue valueOf(plist_t node);
@@ -125,7 +129,7 @@ PropertyListValue::Array arrayOf(plist_t node) {
   values.reserve(plist_array_get_size(node));
   plist_array_iter start = nullptr;
   plist_array_new_iter(node, &start);
-  const OwnedIterator<plist_array_iter> iterator(start, std::free);
+  const std::unique_ptr<void, decltype(&std::free)> iterator(start, std::free);
   for (;;) {
     plist_t item = nullptr;
     plist_array_next_item(node, iterator.get(), &item);
@@ -136,24 +140,10 @@ PropertyListValue::Array arrayOf(plist_t node) {
 
 PropertyListValue::Dictionary dictionaryOf(plist_t node) {
   PropertyListValue::Dictionary values;
-  plist_dict_iter start = nullptr;
-  plist_dict_new_iter(node, &start);
-  const OwnedIterator<plist_dict_iter> iterator(start, std::free);
-  for (;;) {
-    char* name = nullptr;
-    plist_t item = nullptr;
-    plist_dict_next_item(node, iterator.get(), &name, &item);
-    const std::unique_ptr<char, decltype(&std::free)> key(name, std::free);
-    if (item == nullptr || key == nullptr) return values;
-    if (isValidUTF8(key.get())) values.insert_or_assign(key.get(), valueOf(item));
-  }
-}
-
-PropertyListValue textOf(plist_t node) {
-  std::uint64_t length = 0;
-  const char* const text = plist_get_string_ptr(node, &length);
-  if (text == nullptr || !isValidUTF8({text, length})) return {};
-  return {std::string(text, length)};
+  forEachEntry(node, [&](const char* key, plist_t value) {
+    if (isValidUTF8(key)) values.insert_or_assign(key, valueOf(value));
+  });
+  return values;
 }
 
 // The library hands out a negative number and the large one of the same bits alike; only in writing does it
@@ -188,7 +178,8 @@ PropertyListValue valueOf(plist_t node) {
       return {number};
     }
     case PLIST_STRING:
-      return textOf(node);
+      if (auto text = textOf(node)) return {std::move(*text)};
+      return {};
     case PLIST_ARRAY:
       return {arrayOf(node)};
     case PLIST_DICT:

@@ -60,10 +60,9 @@ class PropertyList {
 // One value of the dictionary in the file; absent as objectForKey says, or when the file cannot be read.
 MaybeText propertyListValue(const std::string& path, const std::string& key);
 
-// Reads the file, sets or removes one key, writes it back. Silently nothing when the file cannot be read: the
-// shipped files must exist, none is made here.
-void setPropertyListValue(const std::string& path, const std::string& key, const std::string& value);
-void removePropertyListValue(const std::string& path, const std::string& key);
+// Reads the file, sets one key or, where `value` is absent, removes it, and writes the file back. Silently
+// nothing when the file cannot be read: the shipped files must exist, none is made here.
+void setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value);
 
 // One value with all below it, which it owns.
 struct PropertyListValue {

@@ -9,11 +9,8 @@
 #include <condition_variable>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
-#include <memory>
+#include <map>
 #include <mutex>
 #include <poll.h>
 #include <spawn.h>
@@ -24,45 +21,27 @@
 
 namespace {
 
-struct Process {
-  pid_t id;
-  pid_t parent;
-};
-
-// The parent is the second field after the program's name, which is in parentheses and may contain any byte.
-pid_t parentOf(const char* id) {
-  char path[64];
-  std::snprintf(path, sizeof path, "/proc/%.20s/stat", id);
-  const int file = open(path, O_RDONLY | O_CLOEXEC);
-  if (file == -1) return -1;
-  char text[512];
-  const ssize_t size = read(file, text, sizeof text - 1);
-  close(file);
-  if (size <= 0) return -1;
-  text[size] = '\0';
-  const char* name_end = std::strrchr(text, ')');
-  int parent = -1;
-  return name_end != nullptr && std::sscanf(name_end + 1, " %*c %d", &parent) == 1 ? parent : -1;
-}
-
-std::vector<Process> allProcesses() {
-  std::vector<Process> processes;
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir("/proc"), closedir);
-  if (!folder) return processes;
-  while (const dirent* entry = readdir(folder.get())) {
-    if (!std::isdigit(static_cast<unsigned char>(entry->d_name[0]))) continue;
-    processes.push_back({static_cast<pid_t>(std::atol(entry->d_name)), parentOf(entry->d_name)});
+// All processes by their parents. The parent is the second field after the program's name, which is in
+// parentheses and may contain any byte.
+std::multimap<pid_t, pid_t> processesByParent() {
+  std::multimap<pid_t, pid_t> processes;
+  for (const std::string& name : contentsOfDirectoryAtPath("/proc").value_or(std::vector<std::string>{})) {
+    if (!std::isdigit(static_cast<unsigned char>(name.front()))) continue;
+    const std::string status = contentsOfFile("/proc/" + name + "/stat").value_or(std::string());
+    const std::size_t nameEnd = status.rfind(')');
+    int parent = 0;
+    if (nameEnd != std::string::npos && std::sscanf(status.c_str() + nameEnd, ") %*c %d", &parent) == 1)
+      processes.emplace(parent, std::stoi(name));
   }
   return processes;
 }
 
 std::vector<pid_t> treeOf(pid_t root) {
-  const std::vector<Process> processes = allProcesses();
+  const auto processes = processesByParent();
   std::vector<pid_t> tree{root};
   for (std::size_t next = 0; next < tree.size(); ++next) {
-    for (const Process& process : processes) {
-      if (process.parent == tree[next]) tree.push_back(process.id);
-    }
+    const auto [first, last] = processes.equal_range(tree[next]);
+    for (auto child = first; child != last; ++child) tree.push_back(child->second);
   }
   return tree;
 }
@@ -72,13 +51,10 @@ std::vector<pid_t> treeOf(pid_t root) {
 void signalProcessTree(pid_t root, int signal) {
   // A stopped parent makes no more children; the second look finds those born between the first look and the
   // stop.
-  std::vector<pid_t> tree = treeOf(root);
-  for (const pid_t process : tree) kill(process, SIGSTOP);
-  std::vector<pid_t> grown = treeOf(root);
-  while (grown.size() > tree.size()) {
-    for (const pid_t process : grown) kill(process, SIGSTOP);
+  std::vector<pid_t> tree;
+  for (std::vector<pid_t> grown = treeOf(root); grown.size() > tree.size(); grown = treeOf(root)) {
     tree = std::move(grown);
-    grown = treeOf(root);
+    for (const pid_t process : tree) kill(process, SIGSTOP);
   }
   for (const pid_t process : tree) kill(process, signal);
   for (const pid_t process : tree) kill(process, SIGCONT);
@@ -204,22 +180,14 @@ void stopCommands(int graceMilliseconds) {
   commands.changed.wait(lock, noneLeft);
 }
 
-namespace {
-
-void reopen(const std::string& log, FILE* stream) {
-  if (std::freopen(log.c_str(), "a+", stream) != nullptr) return;
-  // A log that cannot be opened leaves the stream closed, and the run reads back as empty. The descriptor
-  // must not stay free: the next file that the process opens would get its number, and commands would print
-  // into that file.
-  if (std::freopen("/dev/null", "a+", stream) == nullptr) return;
-}
-
-}  // namespace
-
 void redirectStandardStreams(const std::string& log) {
-  reopen(log, stdout);
-  reopen(log, stderr);
-  reopen(log, stdin);
+  for (FILE* const stream : {stdout, stderr, stdin}) {
+    // A log that cannot be opened leaves the stream closed, and the run reads back as empty. The descriptor
+    // must not stay free: the next file that the process opens would get its number, and commands would print
+    // into that file.
+    if (std::freopen(log.c_str(), "a+", stream) == nullptr)
+      static_cast<void>(std::freopen("/dev/null", "a+", stream));
+  }
 }
 
 bool discardLog(const std::string& log) {

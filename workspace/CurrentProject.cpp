@@ -19,12 +19,8 @@ MaybeText currentProject() {
   return propertyListValue(paths::choosePlist, chooseKey);
 }
 
-void setCurrentProject(const std::string& name) {
+void setCurrentProject(const MaybeText& name) {
   setPropertyListValue(paths::choosePlist, chooseKey, name);
-}
-
-void removeCurrentProject() {
-  removePropertyListValue(paths::choosePlist, chooseKey);
 }
 
 MaybeText listedProject() {

@@ -9,9 +9,7 @@
 
 // "Choose": the current project's name. Absent before the first choice and after a deletion.
 MaybeText currentProject();
-void setCurrentProject(const std::string& name);
-
-void removeCurrentProject();
+void setCurrentProject(const MaybeText& name);
 
 // "Files": a second record that follows the first on most changes and is not removed with it.
 MaybeText listedProject();

@@ -61,7 +61,7 @@ void SS(const std::string& entry) {
   if (!list) return;
   // The old pick goes first, so that a name which cannot be recorded leaves no file picked rather than
   // another one.
-  removePropertyListValue(*list, fullPathKey);
+  setPropertyListValue(*list, fullPathKey, std::nullopt);
   setPropertyListValue(*list, fullPathKey, fill(paths::projectFile, {currentProject(), entry}));
 }
 
@@ -89,11 +89,7 @@ void renameFile(const std::string& oldName, const std::string& typedName) {
   keepHistory();
   run_cmd("mv %@ %@", {fill(paths::projectFile, {folder, itemName(oldName)}),
                        fill(paths::projectFile, {folder, withoutBlanks(typedName)})});
-  if (project) {
-    setCurrentProject(*project);
-  } else {
-    removeCurrentProject();
-  }
+  setCurrentProject(project);
 }
 
 void deleteProjectFile(const std::string& entry) {

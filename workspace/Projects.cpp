@@ -12,10 +12,11 @@
 
 namespace {
 
-void rewrite(const std::string& path, const std::function<std::string(const std::string&)>& change) {
+// Changes the text of a file, if it has one.
+void rewrite(const std::string& path, Durability durability,
+             const std::function<std::string(const std::string&)>& change) {
   const MaybeText text = stringWithContentsOfFile(path);
-  // Deferred: what unzip has just written beside it is not on the disk yet either.
-  if (text) writeToFileAtomically(path, change(*text), Durability::Deferred);
+  if (text) writeToFileAtomically(path, change(*text), durability);
 }
 
 }  // namespace
@@ -40,24 +41,15 @@ void createProject(const std::string& typedName) {
   chooseProject(name);
 
   const std::string package = fill("com.lanternfish12.%@", {randomToken()});
-  rewrite(project + "/control", [&](const std::string& text) {
+  // Deferred: what unzip has just written beside them is not on the disk yet either.
+  rewrite(project + "/control", Durability::Deferred, [&](const std::string& text) {
     return replaceAll(replaceAll(text, "CC", name), "com.cc", package);
   });
-  rewrite(project + "/Makefile", [&](const std::string& text) {
+  rewrite(project + "/Makefile", Durability::Deferred, [&](const std::string& text) {
     return replaceAll(replaceAll(text, "CC", name), "export", fill("export THEOS=%@", {theosPath()}));
   });
   run_cmd("mv %@/CC.plist %@/%@.plist", {project, project, name});
 }
-
-namespace {
-
-void rewriteName(const std::string& path, const std::string& oldName, const std::string& newName) {
-  const MaybeText text = stringWithContentsOfFile(path);
-  if (!text) return;
-  writeToFileAtomically(path, oldName.empty() ? *text : replaceAll(*text, oldName, newName));
-}
-
-}  // namespace
 
 void renameProject(const std::string& typedName) {
   const std::string newName = withoutBlanks(typedName);
@@ -67,14 +59,15 @@ void renameProject(const std::string& typedName) {
   keepHistory();
   run_cmd("mv %@ %@", {fill(paths::project, {oldName}), project});
   for (const char* file : {"/control", "/Makefile"}) {
-    rewriteName(project + file, oldName.value_or(std::string()), newName);
+    rewrite(project + file, Durability::Durable,
+            [&](const std::string& text) { return oldName ? replaceAll(text, *oldName, newName) : text; });
   }
   run_cmd("mv %@/%@.plist %@/%@.plist", {project, oldName, project, newName});
 }
 
 void deleteListedProject() {
   deleteProject(listedProject());
-  removeCurrentProject();
+  setCurrentProject(std::nullopt);
 }
 
 void deleteProject(const MaybeText& name) {
@@ -85,7 +78,7 @@ void deleteProject(const MaybeText& name) {
 void deleteAllProjects() {
   keepHistory();
   run_cmd("rm -rf %@/*", {paths::projects});
-  removeCurrentProject();
+  setCurrentProject(std::nullopt);
 }
 
 std::string projectAddress() {
@@ -140,10 +133,6 @@ void restoreBackup(const std::string& name) {
   const std::string project = fill(paths::project, {item});
   keepHistory();
   run_cmd("rm -rf %@ && cp -r %@ %@", {project, fill(paths::projectBackup, {item}), project});
-}
-
-void chooseRestoredProject(const std::string& name) {
-  chooseProject(name);
 }
 
 void deleteAllBackups() {

@@ -52,7 +52,4 @@ std::vector<std::string> backupNames();
 // Replaces the project by its backup, without a question.
 void restoreBackup(const std::string& name);
 
-// Makes a restored project the current one.
-void chooseRestoredProject(const std::string& name);
-
 void deleteAllBackups();

@@ -109,7 +109,7 @@ TEST(PropertyLists, AnUpdateChangesOneKeyAndKeepsTheRest) {
   EXPECT_NE(fileAt(path).find("<integer>7</integer>"), std::string::npos)
       << "what XML cannot hold must not spoil the file";
   setPropertyListValue(path, "Choose", "again");
-  removePropertyListValue(path, "Choose");
+  setPropertyListValue(path, "Choose", std::nullopt);
   EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt);
   EXPECT_EQ(propertyListValue(path, "Other"), std::nullopt) << "an array is no text";
 }
@@ -138,7 +138,7 @@ TEST(PropertyLists, OfAKeyThatStandsTwiceTheLastCountsAndAnUpdateReplacesBoth) {
     EXPECT_EQ(propertyListValue(path, "k"), "b");
     setPropertyListValue(path, "k", "c");
     EXPECT_EQ(propertyListValue(path, "k"), "c");
-    removePropertyListValue(path, "k");
+    setPropertyListValue(path, "k", std::nullopt);
     EXPECT_EQ(propertyListValue(path, "k"), std::nullopt);
   }
 }

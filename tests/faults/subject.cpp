@@ -36,7 +36,7 @@ int operate() {
   renameProject("Renamed");
   backUpProject();
   restoreBackup("Renamed");
-  chooseRestoredProject("Renamed");
+  chooseProject("Renamed");
   exportProject("tmp/Exported");
   importProject("/var/tmp/Exported");
   ArraySetUp();

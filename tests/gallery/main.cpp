@@ -169,7 +169,7 @@ RQAlertViewBox& boxOf(const RQAlertView& dialog) {
 }
 
 void press(RQAlertView& dialog) {
-  boxOf(dialog).buttonOfKind(RQAlertViewButtonKind::Cancel)->setDown(true);
+  boxOf(dialog).findChild<RQAlertViewButton*>()->setDown(true);
 }
 
 void pressRow(RQAlertView& dialog) {

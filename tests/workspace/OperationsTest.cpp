@@ -75,7 +75,7 @@ TEST_F(Operations, AHeaderIsMadeAndImportedAtTheTopAsTheShellReadsIt) {
   EXPECT_TRUE(createHeader("it's"));
   EXPECT_EQ(at("P/it's.h"), "");
   EXPECT_FALSE(createHeader(std::string(255, 'n'))) << "no file can be called so";
-  removeCurrentProject();
+  setCurrentProject(std::nullopt);
   EXPECT_FALSE(createHeader("H"));
 }
 
@@ -174,7 +174,7 @@ TEST_F(Operations, ImportTestsThePathAsTypedAndCopiesFromTheRoot) {
   ASSERT_EQ(chdir("/var/mobile"), 0);
   EXPECT_TRUE(importProject("Documents/In")) << "there from here";
   EXPECT_TRUE(treeAt(device::projects).empty()) << "and not from the root";
-  removeCurrentProject();
+  setCurrentProject(std::nullopt);
   ASSERT_EQ(chdir("/"), 0);
   EXPECT_FALSE(importProject("var/mobile/Documents/No"));
   EXPECT_FALSE(importProject(""));
@@ -206,7 +206,7 @@ TEST_F(Operations, ABackupIsACopyThatReplacesTheLastOne) {
   put("P/new", "");
   chooseProject("Q");
   restoreBackup("P");
-  chooseRestoredProject("P");
+  chooseProject("P");
   EXPECT_EQ(treeAt(device::projects), (Tree{{"P/", ""}, {"P/Tweak.x", "second"}}));
   EXPECT_EQ(currentProject(), "P");
   EXPECT_EQ(listedProject(), "P");
@@ -234,7 +234,7 @@ TEST_F(Operations, ARenameThatTheShellRefusesStillNamesTheProject) {
   renameProject("a/b");
   EXPECT_EQ(currentProject(), "a/b");
   EXPECT_TRUE(fileExistsAtPath(device::projects + "Taken/file"));
-  removeCurrentProject();
+  setCurrentProject(std::nullopt);
   renameProject("Fresh");
   EXPECT_EQ(currentProject(), "Fresh");
   EXPECT_FALSE(fileExistsAtPath(device::projects + "Fresh"));

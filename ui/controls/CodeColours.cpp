@@ -239,75 +239,40 @@ CodeLanguage languageOf(std::string_view fileName, std::string_view text) {
 }
 
 QColor colourOf(CodePart part) {
-  switch (part) {
-    case CodePart::Comment:
-      return {160, 196, 156};
-    case CodePart::Literal:
-      return {240, 196, 130};
-    case CodePart::Keyword:
-      return {150, 200, 255};
-    case CodePart::Directive:
-      return {255, 170, 205};
-    case CodePart::Name:
-      return {140, 222, 212};
-    case CodePart::Plain:
-      break;
-  }
-  return {240, 240, 240};
+  constexpr QRgb colours[] = {qRgb(240, 240, 240), qRgb(160, 196, 156), qRgb(240, 196, 130),
+                              qRgb(150, 200, 255), qRgb(255, 170, 205), qRgb(140, 222, 212)};
+  return colours[static_cast<std::size_t>(part)];
 }
 
-const char* lexerOf(CodeLanguage language) {
+const CodeLexer* lexerOf(CodeLanguage language) {
+  static constexpr CodeLexer makefile{"makefile", nullptr, "-CDK-N"};
+  static constexpr CodeLexer xml{"xml", nullptr, "-KKNNLLL-CDKDD---L---DDDLLDDDC"};
+  static constexpr CodeLexer control{"props", nullptr, "-C---K"};
+  static constexpr CodeLexer shell{
+      "bash",
+      "case do done elif else esac exit export fi for function if in local return set shift then trap "
+      "unset until while",
+      "--CLKLL--NNDLL"};
   switch (language) {
     case CodeLanguage::Makefile:
-      return "makefile";
+      return &makefile;
     case CodeLanguage::Xml:
-      return "xml";
+      return &xml;
     case CodeLanguage::Control:
-      return "props";
+      return &control;
     case CodeLanguage::Shell:
-      return "bash";
+      return &shell;
     default:
       return nullptr;
   }
 }
 
-const char* keywordsOf(CodeLanguage language) {
-  if (language != CodeLanguage::Shell) return nullptr;
-  return "case do done elif else esac exit export fi for function if in local return set shift then trap "
-         "unset until while";
-}
-
 CodePart partOfStyle(CodeLanguage language, int style) {
-  const auto oneOf = [style](std::initializer_list<int> styles) {
-    return std::find(styles.begin(), styles.end(), style) != styles.end();
-  };
-  switch (language) {
-    case CodeLanguage::Logos:
-      return style < codeParts ? static_cast<CodePart>(style) : CodePart::Plain;
-    case CodeLanguage::Makefile:
-      if (style == 1) return CodePart::Comment;
-      if (style == 2) return CodePart::Directive;
-      if (style == 3) return CodePart::Keyword;
-      return style == 5 ? CodePart::Name : CodePart::Plain;
-    case CodeLanguage::Xml:
-      if (oneOf({9, 29})) return CodePart::Comment;
-      if (oneOf({1, 2, 11})) return CodePart::Keyword;
-      if (oneOf({3, 4})) return CodePart::Name;
-      if (oneOf({5, 6, 7, 17, 24, 25})) return CodePart::Literal;
-      return oneOf({10, 12, 13, 21, 22, 23, 26, 27, 28}) ? CodePart::Directive : CodePart::Plain;
-    case CodeLanguage::Control:
-      if (style == 1) return CodePart::Comment;
-      return style == 5 ? CodePart::Keyword : CodePart::Plain;
-    case CodeLanguage::Shell:
-      if (style == 2) return CodePart::Comment;
-      if (style == 4) return CodePart::Keyword;
-      if (oneOf({3, 5, 6, 12, 13})) return CodePart::Literal;
-      if (oneOf({9, 10})) return CodePart::Name;
-      return style == 11 ? CodePart::Directive : CodePart::Plain;
-    case CodeLanguage::Plain:
-      break;
-  }
-  return CodePart::Plain;
+  if (language == CodeLanguage::Logos && style < codeParts) return static_cast<CodePart>(style);
+  const CodeLexer* const lexer = lexerOf(language);
+  if (!lexer || static_cast<std::size_t>(style) >= lexer->parts.size()) return CodePart::Plain;
+  constexpr std::string_view letters = "-CLKDN";  // in the order of CodePart
+  return static_cast<CodePart>(letters.find(lexer->parts[static_cast<std::size_t>(style)]));
 }
 
 int styleLogosLine(std::string_view line, int state, char* parts) {

@@ -18,12 +18,16 @@ inline constexpr int codeParts = 6;
 // Each on the editor's ground, on the ground of its current line and on its selection.
 QColor colourOf(CodePart part);
 
-// The part that a style number of the library's lexer for `language` stands for.
+// A lexer of the library.
+struct CodeLexer {
+  const char* name;
+  const char* keywords;    // the words that it colours; null for none
+  std::string_view parts;  // what its styles stand for, a letter for each: the part's first one, - for Plain
+};
+// Null where there is none.
+const CodeLexer* lexerOf(CodeLanguage language);
+// The part that a style number of `language` stands for.
 CodePart partOfStyle(CodeLanguage language, int style);
-// The name of that lexer; null where there is none.
-const char* lexerOf(CodeLanguage language);
-// The words that it colours; null for none.
-const char* keywordsOf(CodeLanguage language);
 
 // Writes the part of each byte of `line`, which includes its line end, to `parts`, one byte each. `state` is
 // what the line before returned, 0 for the first line. Returns the state behind the line.

@@ -46,12 +46,12 @@ CodeView::CodeView(QWidget* parent) : TextView(parent) {
 void CodeView::setFile(std::string_view bytes, const std::string& name) {
   language_ = bytes.size() > longestColoured ? CodeLanguage::Plain : languageOf(name, bytes);
   setBytes(bytes);
-  if (const char* const lexer = lexerOf(language_)) {
-    SendScintilla(SCI_SETLEXERLANGUAGE, 0UL, lexer);
+  if (const CodeLexer* const lexer = lexerOf(language_)) {
+    SendScintilla(SCI_SETLEXERLANGUAGE, 0UL, lexer->name);
+    if (lexer->keywords) SendScintilla(SCI_SETKEYWORDS, 0UL, lexer->keywords);
   } else {
     send(SCI_SETLEXER, language_ == CodeLanguage::Logos ? SCLEX_CONTAINER : SCLEX_NULL);
   }
-  if (const char* const words = keywordsOf(language_)) SendScintilla(SCI_SETKEYWORDS, 0UL, words);
   detectIndentation(bytes.substr(0, longestColoured));
   setProblems({});
   applyLooks();

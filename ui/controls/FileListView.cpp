@@ -7,43 +7,27 @@
 
 #include <QScrollBar>
 
-int FileListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(MUArray().size());
-}
-
-QVariant FileListModel::data(const QModelIndex& index, int role) const {
-  const auto row = static_cast<std::size_t>(index.row());
-  if (!index.isValid() || row >= MUArray().size()) return {};
-  if (role == Qt::DisplayRole) return shownName(MUArray()[row]);
-  return {};
-}
-
-void FileListModel::reloadData() {
-  beginResetModel();
-  endResetModel();
-}
-
-FileListView::FileListView(QWidget* parent) : RowListView(parent), model_(this) {
-  setPicture(QStringLiteral("na.png"));
-  setModel(&model_);
+FileListView::FileListView(QWidget* parent) : RowListView(parent) {
+  setRowAt([picture = QIcon(QStringLiteral(":/pictures/na.png"))](int row) {
+    const auto index = static_cast<std::size_t>(row);
+    return Row{.name = index < MUArray().size() ? shownName(MUArray()[index]) : QString(),
+               .picture = picture};
+  });
 }
 
 void FileListView::reloadData() {
+  const std::vector<std::string>& names = MUArray();
   const int place = verticalScrollBar()->value();
-  const int row = currentIndex().row();
-  const std::string name = currentName_;
-  model_.reloadData();
-  if (row >= 0) {
-    const std::vector<std::string>& names = MUArray();
-    const auto found = std::find(names.begin(), names.end(), name);
-    const int same = static_cast<int>(found - names.begin());
-    setCurrentIndex(model_.index(found != names.end() ? same : std::min(row, model_.rowCount() - 1)));
-  }
+  const int row = currentRow();
+  const auto same = std::find(names.begin(), names.end(), currentName_);
+  setCount(static_cast<int>(names.size()));
+  if (row >= 0)
+    setCurrentRow(same != names.end() ? static_cast<int>(same - names.begin()) : std::min(row, count() - 1));
   verticalScrollBar()->setValue(place);
 }
 
 void FileListView::leavePlace() {
-  setCurrentIndex(QModelIndex());
+  setCurrentRow(-1);
   scrollToTop();
 }
 

@@ -13,40 +13,20 @@
 #include <QLineEdit>
 #include <QShortcut>
 
-namespace {
-
-void dressField(QLineEdit& field) {
-  field.setFont(systemFontOfSize(metrics::bodyTextSize));
-  field.setMinimumSize(0, metrics::fieldHeight);
-  field.setTextMargins(metrics::barPadding, 0, metrics::barPadding, 0);
-}
-
-}  // namespace
-
-FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)), result_(new QLabel(this)) {
-  auto* const lines = new QVBoxLayout(this);
-  lines->setContentsMargins(metrics::barPadding, metrics::barPadding, metrics::barPadding,
-                            metrics::barPadding);
-  lines->setSpacing(metrics::barSpacing);
-  auto* const layout = new QHBoxLayout;
-  lines->addLayout(layout);
-  layout->setSpacing(metrics::barSpacing);
-  // The field stands in line with the texts above it, whichever side that is.
-  layout->addSpacing(metrics::rowPadding - metrics::barPadding);
-  word_->setAccessibleName(tr("Find text"));
-  word_->setPlaceholderText(tr("Find"));
-  dressField(*word_);
-  word_->installEventFilter(this);
-  layout->addWidget(word_, 1);
+FindBar::FindBar(QWidget* parent)
+    : QWidget(parent), lines_(new QVBoxLayout(this)), result_(new QLabel(this)) {
+  lines_->setContentsMargins(metrics::barPadding, metrics::barPadding, metrics::barPadding,
+                             metrics::barPadding);
+  lines_->setSpacing(metrics::barSpacing);
+  QHBoxLayout* const line = addLine(word_, tr("Find text"), localized(text::find));
   result_->setFont(systemFontOfSize(metrics::smallTextSize));
-  layout->addWidget(result_);
+  line->addWidget(result_);
   const auto add = [&](const char* name, const char* picture, const QKeySequence& keys, auto action) {
     auto* const button = new UIButton(this);
-    button->setAccessibleName(tr(name));
+    button->dress(picture, tr(name));
+    button->onClick(this, action);
     nameShortcut(*button, keys);
-    button->setPicture(QLatin1String(picture));
-    connect(button, &QPushButton::clicked, this, atEventBoundary(action));
-    layout->addWidget(button);
+    line->addWidget(button);
     return button;
   };
   previous_ = add("Find previous", "previous", Qt::SHIFT | Qt::Key_F3,
@@ -58,47 +38,50 @@ FindBar::FindBar(QWidget* parent) : QWidget(parent), word_(new QLineEdit(this)),
   hide();
 }
 
+QHBoxLayout* FindBar::addLine(QLineEdit*& field, const QString& name, const QString& placeholder) {
+  auto* const line = new QHBoxLayout;
+  lines_->addLayout(line);
+  line->setSpacing(metrics::barSpacing);
+  // The field stands in line with the texts above it, whichever side that is.
+  line->addSpacing(metrics::rowPadding - metrics::barPadding);
+  field = new QLineEdit(this);
+  field->setAccessibleName(name);
+  field->setPlaceholderText(placeholder);
+  field->setFont(systemFontOfSize(metrics::bodyTextSize));
+  field->setMinimumSize(0, metrics::fieldHeight);
+  field->setTextMargins(metrics::barPadding, 0, metrics::barPadding, 0);
+  field->installEventFilter(this);
+  line->addWidget(field, 1);
+  return line;
+}
+
 void FindBar::setText(TextView* text) {
   text_ = text;
   const auto wire = [&](const QKeySequence& keys, auto action) {
-    auto* const shortcut = new QShortcut(keys, text->parentWidget());
-    connect(shortcut, &QShortcut::activated, this, atEventBoundary(action));
+    connect(new QShortcut(keys, text->parentWidget()), &QShortcut::activated, this, atEventBoundary(action));
   };
   wire(QKeySequence::Find, [this] { open(); });
   // Not the standard keys, which on some desktops include Ctrl+G.
   wire(Qt::Key_F3, [this] { find(SearchDirection::Forward, false); });
   wire(Qt::SHIFT | Qt::Key_F3, [this] { find(SearchDirection::Backward, false); });
   code_ = qobject_cast<CodeView*>(text);
-  if (code_ != nullptr) addReplacing();
-}
-
-void FindBar::addReplacing() {
-  auto* const line = new QHBoxLayout;
-  static_cast<QBoxLayout*>(layout())->addLayout(line);
-  line->setSpacing(metrics::barSpacing);
-  line->addSpacing(metrics::rowPadding - metrics::barPadding);
-  replacement_ = new QLineEdit(this);
-  replacement_->setAccessibleName(localized(text::replaceBy));
-  replacement_->setPlaceholderText(localized(text::replaceBy));
-  dressField(*replacement_);
-  replacement_->installEventFilter(this);
-  line->addWidget(replacement_, 1);
+  if (code_ == nullptr) return;
+  QHBoxLayout* const line = addLine(replacement_, localized(text::replaceBy), localized(text::replaceBy));
   const auto add = [&](const TextPair& name, auto action) {
     auto* const button = new UIButton(localized(name), this);
     button->setAccessibleName(button->text());
-    connect(button, &QPushButton::clicked, this, atEventBoundary(action));
+    button->onClick(this, action);
     line->addWidget(button);
   };
   add(text::replace, [this] { replace(); });
   add(text::replaceAll, [this] {
     const int count = code_->replaceAll(word_->text(), replacement_->text());
-    report(localized(text::replacedCount, {std::to_string(count)}));
+    result_->setText(localized(text::replacedCount, {std::to_string(count)}));
   });
-  auto* const shortcut = new QShortcut(Qt::CTRL | Qt::Key_H, code_->parentWidget());
-  connect(shortcut, &QShortcut::activated, this, atEventBoundary([this] {
-            open();
-            if (!word_->text().isEmpty()) replacement_->setFocus(Qt::ShortcutFocusReason);
-          }));
+  wire(Qt::CTRL | Qt::Key_H, [this] {
+    open();
+    if (!word_->text().isEmpty()) replacement_->setFocus(Qt::ShortcutFocusReason);
+  });
 }
 
 void FindBar::replace() {
@@ -123,12 +106,11 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
     const auto* const key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Escape) return dismiss();
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-      if (object == replacement_) {
-        replace();
-        return true;
-      }
       const bool back = (key->modifiers() & Qt::ShiftModifier) != 0;
-      find(back ? SearchDirection::Backward : SearchDirection::Forward, false);
+      if (object == replacement_)
+        replace();
+      else
+        find(back ? SearchDirection::Backward : SearchDirection::Forward, false);
       return true;
     }
   }
@@ -138,13 +120,9 @@ bool FindBar::eventFilter(QObject* object, QEvent* event) {
 void FindBar::find(SearchDirection direction, bool mayStay) {
   if (text_ == nullptr) return;
   const bool missing = !word_->text().isEmpty() && !text_->find(word_->text(), direction, mayStay);
-  report(missing ? tr("No match") : QString());
+  result_->setText(missing ? localized(text::noMatch) : QString());
   // On a narrow screen there is not room for the message and for what would lead nowhere.
   if (missing && (previous_->hasFocus() || next_->hasFocus())) word_->setFocus(Qt::OtherFocusReason);
   previous_->setVisible(!missing);
   next_->setVisible(!missing);
-}
-
-void FindBar::report(const QString& result) {
-  result_->setText(result);
 }

@@ -6,8 +6,10 @@
 #include <QWidget>
 
 class CodeView;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
+class QVBoxLayout;
 class TextView;
 class UIButton;
 
@@ -31,12 +33,13 @@ class FindBar : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  void addReplacing();
+  // Adds a field, with room for more beside it.
+  QHBoxLayout* addLine(QLineEdit*& field, const QString& name, const QString& placeholder);
   void replace();
   void find(SearchDirection direction, bool mayStay);
-  void report(const QString& result);
 
-  QLineEdit* word_;
+  QVBoxLayout* lines_;
+  QLineEdit* word_ = nullptr;
   QLabel* result_;
   UIButton* previous_ = nullptr;
   UIButton* next_ = nullptr;

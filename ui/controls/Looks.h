@@ -7,7 +7,6 @@ namespace metrics {
 
 inline constexpr int touchSize = 44;  // the smallest side of anything that is tapped
 inline constexpr int iconSize = 24;
-inline constexpr int tilePictureSize = 48;
 // The one scale of text: titles, everything that is tapped, and what is read beside it.
 inline constexpr double titleTextSize = 18;
 inline constexpr double bodyTextSize = 15;

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <QAbstractListModel>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -29,6 +28,15 @@ QString shownLine(const std::string& text) {
   return shownName(text.substr(0, 4 * longestShown)).left(longestShown);
 }
 
+RowListView::Row rowOf(const Problem& problem) {
+  const QString name = shownLine(textOf(problem));
+  std::string place = problem.file;
+  if (problem.line > 0) place += ":" + std::to_string(problem.line);
+  if (problem.column > 0) place += ":" + std::to_string(problem.column);
+  return {name, shownLine(problem.message), shownLine(place), name,
+          QPixmap::fromImage(signOf(problem.kind, metrics::iconSize))};
+}
+
 }  // namespace
 
 LastBuild& LastBuild::shared() {
@@ -43,14 +51,8 @@ void LastBuild::set(const MaybeText& project, std::vector<Problem> problems) {
 }
 
 QColor colourOf(Problem::Kind kind) {
-  switch (kind) {
-    case Problem::Kind::Error:
-      return {255, 120, 110};
-    case Problem::Kind::Warning:
-      return {245, 190, 80};
-    default:
-      return {130, 190, 255};
-  }
+  constexpr QRgb colours[] = {qRgb(255, 120, 110), qRgb(245, 190, 80), qRgb(130, 190, 255)};
+  return colours[static_cast<std::size_t>(kind)];
 }
 
 QImage signOf(Problem::Kind kind, int side) {
@@ -100,63 +102,8 @@ void setUpProblemMargin(QsciScintilla& text, int margin) {
   text.setMarginMarkerMask(margin, mask);
 }
 
-// The problems that are not repeated.
-class ProblemModel : public QAbstractListModel {
- public:
-  using QAbstractListModel::QAbstractListModel;
-
-  void reload() {
-    beginResetModel();
-    rows_.clear();
-    const auto& problems = LastBuild::shared().problems();
-    for (std::size_t index = 0; index < problems.size(); ++index)
-      if (!problems[index].repeated) rows_.push_back(index);
-    endResetModel();
-  }
-
-  int rowCount(const QModelIndex& parent = QModelIndex()) const override {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-  }
-
-  std::size_t problemOf(int row) const { return rows_.at(static_cast<std::size_t>(row)); }
-  const Problem& at(int row) const { return LastBuild::shared().problems().at(problemOf(row)); }
-  // The row of a problem, or of the one that it repeats or follows.
-  int rowOf(std::size_t problem) const {
-    const auto after = std::upper_bound(rows_.begin(), rows_.end(), problem);
-    return static_cast<int>(after - rows_.begin()) - 1;
-  }
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    if (!index.isValid() || index.row() >= rowCount()) return {};
-    const Problem& problem = at(index.row());
-    switch (role) {
-      case Qt::DisplayRole:
-      case Qt::ToolTipRole:
-        return shownLine(textOf(problem));
-      case Qt::DecorationRole:
-        return QIcon(QPixmap::fromImage(signOf(problem.kind, metrics::iconSize)));
-      case RowListView::TitleRole:
-        return shownLine(problem.message);
-      case RowListView::DetailRole: {
-        std::string place = problem.file;
-        if (problem.line > 0) place += ":" + std::to_string(problem.line);
-        if (problem.column > 0) place += ":" + std::to_string(problem.column);
-        return shownLine(place);
-      }
-      default:
-        return {};
-    }
-  }
-
- private:
-  std::vector<std::size_t> rows_;
-};
-
 ProblemsPanel::ProblemsPanel(QWidget* parent)
-    : QWidget(parent),
-      count_(new QLabel(this)),
-      list_(new RowListView(this)),
-      model_(new ProblemModel(this)) {
+    : QWidget(parent), count_(new QLabel(this)), list_(new RowListView(this)) {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -173,11 +120,9 @@ ProblemsPanel::ProblemsPanel(QWidget* parent)
   bar->addWidget(count_, 1);
   const auto add = [&](const TextPair& name, const char* picture, const QKeySequence& keys, bool backward) {
     auto* const button = new UIButton(this);
-    button->setAccessibleName(localized(name));
-    button->setToolTip(localized(name));
-    button->setPicture(QLatin1String(picture));
+    button->dress(picture, localized(name));
+    button->onClick(this, [this, backward] { step(backward); });
     addShortcut(*button, keys);
-    connect(button, &QPushButton::clicked, this, atEventBoundary([this, backward] { step(backward); }));
     bar->addWidget(button);
   };
   add(text::previousProblem, "previous", Qt::SHIFT | Qt::Key_F8, true);
@@ -186,24 +131,32 @@ ProblemsPanel::ProblemsPanel(QWidget* parent)
   list_->setBackgroundColor(colours::listGround);
   list_->setSeparatorColor(colours::separator);
   list_->setMarksCurrent(true);
-  static_cast<QListView*>(list_)->setModel(model_);
+  list_->setRowAt([this](int row) { return rowOf(problemAt(row)); });
   connect(list_, &RowListView::rowPicked, this,
-          atEventBoundary([this](int row) { emit picked(model_->problemOf(row)); }));
+          atEventBoundary([this](int row) { emit picked(rows_.at(static_cast<std::size_t>(row))); }));
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           atEventBoundary([this](const QModelIndex& current, const QModelIndex&) {
-            if (current.isValid() && !isQuiet_) emit shown(model_->problemOf(current.row()), false);
+            if (current.isValid() && !isQuiet_) emit shown(*this->current(), false);
           }));
   hide();
 }
 
+const Problem& ProblemsPanel::problemAt(int row) const {
+  return LastBuild::shared().problems().at(rows_.at(static_cast<std::size_t>(row)));
+}
+
 void ProblemsPanel::reload() {
   isQuiet_ = true;
-  model_->reload();
+  rows_.clear();
+  const auto& problems = LastBuild::shared().problems();
+  for (std::size_t index = 0; index < problems.size(); ++index)
+    if (!problems[index].repeated) rows_.push_back(index);
+  list_->setCount(static_cast<int>(rows_.size()));
   hasStepped_ = false;
   isQuiet_ = false;
-  const auto countOf = [this](Problem::Kind kind, const TextPair& one, const TextPair& several) {
-    int count = 0;
-    for (int row = 0; row < model_->rowCount(); ++row) count += model_->at(row).kind == kind ? 1 : 0;
+  const auto countOf = [&](Problem::Kind kind, const TextPair& one, const TextPair& several) {
+    const auto count = std::count_if(rows_.begin(), rows_.end(),
+                                     [&](std::size_t index) { return problems[index].kind == kind; });
     return count == 0 ? QString() : localized(count == 1 ? one : several, {std::to_string(count)});
   };
   const QString errors = countOf(Problem::Kind::Error, text::oneError, text::someErrors);
@@ -215,14 +168,13 @@ void ProblemsPanel::reload() {
 }
 
 void ProblemsPanel::step(bool backward) {
-  const int rows = model_->rowCount();
-  const int from =
-      !hasStepped_ || !list_->currentIndex().isValid() ? (backward ? rows : -1) : list_->currentIndex().row();
+  const int rows = list_->count();
+  const int from = !hasStepped_ || !current() ? (backward ? rows : -1) : list_->currentRow();
   for (int steps = 1; steps <= rows + 1; ++steps) {
     const int row = (((backward ? from - steps : from + steps) % (rows + 1)) + rows + 1) % (rows + 1);
-    if (row == rows || model_->at(row).kind == Problem::Kind::Note) continue;
-    setCurrent(model_->problemOf(row));
-    emit shown(model_->problemOf(row), true);
+    if (row == rows || problemAt(row).kind == Problem::Kind::Note) continue;
+    setCurrent(rows_[static_cast<std::size_t>(row)]);
+    emit shown(*current(), true);
     return;
   }
 }
@@ -230,19 +182,21 @@ void ProblemsPanel::step(bool backward) {
 void ProblemsPanel::setCurrent(std::size_t problem) {
   isQuiet_ = true;
   hasStepped_ = true;
-  list_->setCurrentIndex(model_->index(model_->rowOf(problem)));
+  // The row of the problem, or of the one that it repeats.
+  const auto after = std::upper_bound(rows_.begin(), rows_.end(), problem);
+  list_->setCurrentRow(static_cast<int>(after - rows_.begin()) - 1);
   isQuiet_ = false;
 }
 
 std::optional<std::size_t> ProblemsPanel::current() const {
-  const QModelIndex index = list_->currentIndex();
-  return index.isValid() ? std::optional(model_->problemOf(index.row())) : std::nullopt;
+  const int row = list_->currentRow();
+  return row >= 0 ? std::optional(rows_.at(static_cast<std::size_t>(row))) : std::nullopt;
 }
 
 void ProblemsPanel::limitHeight(std::optional<int> room) {
   room_ = room;
   if (!room) return list_->setMaximumHeight(QWIDGETSIZE_MAX), list_->setMinimumHeight(0);
   const int row = std::max(list_->sizeHintForRow(0), metrics::touchSize);
-  const int rows = std::clamp(*room / row, 1, std::max(model_->rowCount(), 1));
+  const int rows = std::clamp(*room / row, 1, std::max(list_->count(), 1));
   list_->setFixedHeight(rows * row);
 }

@@ -53,8 +53,6 @@ inline int markerOf(Problem::Kind kind) {
   return 1 + static_cast<int>(kind);
 }
 
-class ProblemModel;
-
 // How many errors and warnings there are, and a list of the problems. Hidden where there are none.
 class ProblemsPanel : public QWidget {
   Q_OBJECT
@@ -82,9 +80,11 @@ class ProblemsPanel : public QWidget {
   void picked(std::size_t problem);
 
  private:
+  const Problem& problemAt(int row) const;
+
   QLabel* count_;
   RowListView* list_;
-  ProblemModel* model_;
+  std::vector<std::size_t> rows_;  // the problems that are not repeated, by their indices
   std::optional<int> room_;
   bool hasStepped_ = false;
   bool isQuiet_ = false;  // the list's current row changes by no doing of the user's

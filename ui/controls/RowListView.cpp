@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include <QIcon>
+#include <QAbstractListModel>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -26,7 +26,6 @@ class RowCell : public QStyledItemDelegate {
   using QStyledItemDelegate::QStyledItemDelegate;
 
   QColor separatorColor;
-  QIcon picture;
   bool marksCurrent = false;
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
@@ -34,27 +33,25 @@ class RowCell : public QStyledItemDelegate {
   }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    const auto* const list = static_cast<const QListView*>(option.widget);
-    const bool marked = marksCurrent && list && list->currentIndex() == index;
+    const auto& list = *static_cast<const RowListView*>(option.widget);
+    const RowListView::Row row = list.rowAt(index.row());
+    const bool marked = marksCurrent && list.currentIndex() == index;
     const bool underPointer = (option.state & QStyle::State_MouseOver) != 0;
     painter->fillRect(option.rect, marked         ? option.palette.color(QPalette::Highlight)
                                    : underPointer ? colours::cellUnderPointer
                                                   : colours::cellGround);
     const bool rightToLeft = option.direction == Qt::RightToLeft;
     QRect text = option.rect.adjusted(metrics::rowPadding, 0, -metrics::rowPadding, -separatorHeight);
-    const QVariant own = index.data(Qt::DecorationRole);
-    const QIcon icon = own.isValid() ? own.value<QIcon>() : picture;
-    if (!icon.isNull()) {
+    if (!row.picture.isNull()) {
       const QSize size(metrics::iconSize, metrics::iconSize);
-      icon.paint(painter,
-                 QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, size, text));
+      row.picture.paint(
+          painter, QStyle::alignedRect(option.direction, Qt::AlignLeading | Qt::AlignVCenter, size, text));
       const int indent = metrics::iconSize + metrics::rowPadding;
       text = rightToLeft ? text.adjusted(0, 0, -indent, 0) : text.adjusted(indent, 0, 0, 0);
     }
     painter->setPen(marked ? option.palette.color(QPalette::HighlightedText) : colours::cellText);
     // The text keeps its own direction; only where it stands follows the interface.
-    const Qt::LayoutDirection direction =
-        index.data(RowListView::FollowsInterfaceRole).toBool() ? option.direction : Qt::LeftToRight;
+    const Qt::LayoutDirection direction = row.followsInterface ? option.direction : Qt::LeftToRight;
     const auto draw = [&](const QString& line, const QFont& font, const QRect& place,
                           Qt::TextElideMode elide) {
       QTextOption layout((rightToLeft ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute |
@@ -64,27 +61,58 @@ class RowCell : public QStyledItemDelegate {
       painter->setFont(font);
       painter->drawText(QRectF(place), QFontMetrics(font).elidedText(line, elide, place.width()), layout);
     };
-    const QString detail = index.data(RowListView::DetailRole).toString();
-    if (detail.isEmpty()) {
-      const QVariant title = index.data(RowListView::TitleRole);
-      draw((title.isValid() ? title : index.data()).toString(), option.font, text, Qt::ElideMiddle);
+    const QString& title = row.title.isNull() ? row.name : row.title;
+    if (row.detail.isEmpty()) {
+      draw(title, option.font, text, Qt::ElideMiddle);
     } else {
       const QFont small = systemFontOfSize(metrics::smallTextSize);
       const int upper = option.fontMetrics.height();
       const int lower = QFontMetrics(small).height();
       const int top = text.top() + (text.height() - upper - lower) / 2;
-      draw(index.data(RowListView::TitleRole).toString(), option.font,
-           {text.left(), top, text.width(), upper}, Qt::ElideRight);
-      draw(detail, small, {text.left(), top + upper, text.width(), lower}, Qt::ElideMiddle);
+      draw(title, option.font, {text.left(), top, text.width(), upper}, Qt::ElideRight);
+      draw(row.detail, small, {text.left(), top + upper, text.width(), lower}, Qt::ElideMiddle);
     }
     painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
                       separatorColor);
-    const bool focused = (option.state & QStyle::State_HasFocus) != 0 && list && showsFocus(*list);
+    const bool focused = (option.state & QStyle::State_HasFocus) != 0 && showsFocus(list);
     if (focused) drawFocusRing(*painter, option.rect.adjusted(0, 0, 0, -separatorHeight), 0);
   }
 };
 
-RowListView::RowListView(QWidget* parent) : QListView(parent), cell_(new RowCell(this)) {
+class RowModel : public QAbstractListModel {
+ public:
+  using QAbstractListModel::QAbstractListModel;
+
+  std::function<RowListView::Row(int row)> rowAt;
+
+  int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
+
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (!index.isValid() || index.row() >= count_) return {};
+    if (role == Qt::DisplayRole) return rowAt(index.row()).name;
+    return role == Qt::ToolTipRole ? rowAt(index.row()).toolTip : QVariant();
+  }
+
+  void setCount(int count) {
+    beginResetModel();
+    count_ = count;
+    endResetModel();
+  }
+
+  void growTo(int count) {
+    if (count <= count_) return;
+    beginInsertRows({}, count_, count - 1);
+    count_ = count;
+    endInsertRows();
+  }
+
+ private:
+  int count_ = 0;
+};
+
+RowListView::RowListView(QWidget* parent)
+    : QListView(parent), cell_(new RowCell(this)), model_(new RowModel(this)) {
+  setModel(model_);
   setItemDelegate(cell_);
   setUniformItemSizes(true);
   setFont(systemFontOfSize(metrics::bodyTextSize));
@@ -97,11 +125,31 @@ RowListView::RowListView(QWidget* parent) : QListView(parent), cell_(new RowCell
   viewport()->setAttribute(Qt::WA_Hover);
   connect(this, &QListView::clicked, this,
           atEventBoundary([this](const QModelIndex& index) { emit rowPicked(index.row()); }));
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { pickSelected(); });
 }
 
-void RowListView::setModel(QAbstractItemModel* model) {
-  QListView::setModel(model);
-  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { pickSelected(); });
+void RowListView::setRowAt(std::function<Row(int row)> rowAt) {
+  model_->rowAt = std::move(rowAt);
+}
+
+RowListView::Row RowListView::rowAt(int row) const {
+  return model_->rowAt(row);
+}
+
+int RowListView::count() const {
+  return model_->rowCount();
+}
+
+void RowListView::setCount(int count) {
+  model_->setCount(count);
+}
+
+void RowListView::growTo(int count) {
+  model_->growTo(count);
+}
+
+void RowListView::setCurrentRow(int row) {
+  setCurrentIndex(model_->index(row));
 }
 
 void RowListView::setBackgroundColor(const QColor& colour) {
@@ -113,10 +161,6 @@ void RowListView::setBackgroundColor(const QColor& colour) {
 void RowListView::setSeparatorColor(const QColor& colour) {
   cell_->separatorColor = colour;
   viewport()->update();
-}
-
-void RowListView::setPicture(const QString& name) {
-  cell_->picture = QIcon(QStringLiteral(":/pictures/") + name);
 }
 
 void RowListView::setMarksCurrent(bool marks) {
@@ -136,7 +180,7 @@ void RowListView::pickSelected() {
   // Outside the selection's own signal, where nothing of the view may be changed.
   QTimer::singleShot(0, this, atEventBoundary([this, row] {
                        clearSelection();
-                       setCurrentIndex(model()->index(row, 0));
+                       setCurrentRow(row);
                        emit rowPicked(row);
                      }));
 }

@@ -3,30 +3,48 @@
 
 #include "ui/controls/Looks.h"
 
+#include <functional>
+
+#include <QIcon>
 #include <QListView>
 
 class RowCell;
+class RowModel;
 
 // A row is picked by a tap, by Return on it, or by assistive technology; moving over rows with the arrow keys
 // picks none. Only the rows on screen cost anything.
-//
-// The text of a row is its model's DisplayRole. Where the model has the roles below, they are shown instead,
-// one below the other. A row reads from the left in every language, as names and code do, unless its model
-// answers true to the last role.
 class RowListView : public QListView {
   Q_OBJECT
 
  public:
-  enum Role { TitleRole = Qt::UserRole, DetailRole, FollowsInterfaceRole };
+  struct Row {
+    QString name{};     // read by assistive technology
+    QString title{};    // shown; null where that is the name
+    QString detail{};   // shown below it; may be empty
+    QString toolTip{};  // may be empty
+    QIcon picture{};    // before the texts; may be null
+    // Reads in the direction of the interface, not from the left as names and code do in every language.
+    bool followsInterface = false;
+  };
 
   explicit RowListView(QWidget* parent = nullptr);
 
-  // The base's makes a selection model of its own, which has to be heard.
-  void setModel(QAbstractItemModel* model) override;
+  // Called whenever a row is shown. Set it before there are any.
+  void setRowAt(std::function<Row(int row)> rowAt);
+  Row rowAt(int row) const;
+
+  int count() const;
+  // The rows are others from now on; none is the current one.
+  void setCount(int count);
+  // Rows have come below the last one.
+  void growTo(int count);
+
+  // -1 for none.
+  int currentRow() const { return currentIndex().row(); }
+  void setCurrentRow(int row);
+
   void setBackgroundColor(const QColor& colour);
   void setSeparatorColor(const QColor& colour);
-  // The picture before each row that has none as its DecorationRole, from the program's own; none unless set.
-  void setPicture(const QString& name);
   // Marks the current row although another control has the focus and moves it.
   void setMarksCurrent(bool marks);
 
@@ -46,4 +64,5 @@ class RowListView : public QListView {
   void pickSelected();
 
   RowCell* cell_;
+  RowModel* model_;
 };

@@ -178,15 +178,9 @@ void TextView::applyLooks() {
 
 void TextView::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
-  switch (event->type()) {
-    case QEvent::ApplicationLayoutDirectionChange:
-    case QEvent::EnabledChange:
-    case QEvent::FontChange:
-    case QEvent::PaletteChange:
-      applyLooks();
-      break;
-    default:
-      break;
+  for (const auto type : {QEvent::ApplicationLayoutDirectionChange, QEvent::EnabledChange, QEvent::FontChange,
+                          QEvent::PaletteChange}) {
+    if (event->type() == type) applyLooks();
   }
 }
 
@@ -310,31 +304,25 @@ void TextView::selectFromTop() {
 }
 
 bool TextView::scrollByKey(const QKeyEvent& event) {
-  const auto go = [](QScrollBar* bar, QAbstractSlider::SliderAction action) {
-    bar->triggerAction(action);
+  const struct {
+    int key;
+    QScrollBar* bar;
+    QAbstractSlider::SliderAction action;
+  } scrolls[] = {{Qt::Key_Up, verticalScrollBar(), QAbstractSlider::SliderSingleStepSub},
+                 {Qt::Key_Down, verticalScrollBar(), QAbstractSlider::SliderSingleStepAdd},
+                 {Qt::Key_Left, horizontalScrollBar(), QAbstractSlider::SliderSingleStepSub},
+                 {Qt::Key_Right, horizontalScrollBar(), QAbstractSlider::SliderSingleStepAdd},
+                 {Qt::Key_PageUp, verticalScrollBar(), QAbstractSlider::SliderPageStepSub},
+                 {Qt::Key_PageDown, verticalScrollBar(), QAbstractSlider::SliderPageStepAdd},
+                 {Qt::Key_Space, verticalScrollBar(), QAbstractSlider::SliderPageStepAdd},
+                 {Qt::Key_Home, verticalScrollBar(), QAbstractSlider::SliderToMinimum},
+                 {Qt::Key_End, verticalScrollBar(), QAbstractSlider::SliderToMaximum}};
+  for (const auto& each : scrolls) {
+    if (event.key() != each.key) continue;
+    each.bar->triggerAction(each.action);
     return true;
-  };
-  switch (event.key()) {
-    case Qt::Key_Up:
-      return go(verticalScrollBar(), QAbstractSlider::SliderSingleStepSub);
-    case Qt::Key_Down:
-      return go(verticalScrollBar(), QAbstractSlider::SliderSingleStepAdd);
-    case Qt::Key_Left:
-      return go(horizontalScrollBar(), QAbstractSlider::SliderSingleStepSub);
-    case Qt::Key_Right:
-      return go(horizontalScrollBar(), QAbstractSlider::SliderSingleStepAdd);
-    case Qt::Key_PageUp:
-      return go(verticalScrollBar(), QAbstractSlider::SliderPageStepSub);
-    case Qt::Key_PageDown:
-    case Qt::Key_Space:
-      return go(verticalScrollBar(), QAbstractSlider::SliderPageStepAdd);
-    case Qt::Key_Home:
-      return go(verticalScrollBar(), QAbstractSlider::SliderToMinimum);
-    case Qt::Key_End:
-      return go(verticalScrollBar(), QAbstractSlider::SliderToMaximum);
-    default:
-      return false;
   }
+  return false;
 }
 
 void TextView::keyPressEvent(QKeyEvent* event) {
@@ -344,12 +332,9 @@ void TextView::keyPressEvent(QKeyEvent* event) {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (modifiers == Qt::NoModifier && scrollByKey(*event)) return;
     if ((modifiers & Qt::ShiftModifier) != 0) selectFromTop();
-    if (modifiers == Qt::ShiftModifier && event->key() == Qt::Key_Home) {
-      send(SCI_DOCUMENTSTARTEXTEND);
-      return;
-    }
-    if (modifiers == Qt::ShiftModifier && event->key() == Qt::Key_End) {
-      send(SCI_DOCUMENTENDEXTEND);
+    const bool isHome = event->key() == Qt::Key_Home;
+    if (modifiers == Qt::ShiftModifier && (isHome || event->key() == Qt::Key_End)) {
+      send(isHome ? SCI_DOCUMENTSTARTEXTEND : SCI_DOCUMENTENDEXTEND);
       return;
     }
   }

@@ -25,6 +25,7 @@ UIButton::UIButton(QWidget* parent) : UIButton(QString(), parent) {}
 
 UIButton::UIButton(const QString& title, QWidget* parent) : QPushButton(title, parent) {
   setFlat(true);
+  setAttribute(Qt::WA_Hover);
   // Return clicks it, as Space does.
   setAutoDefault(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -44,6 +45,11 @@ void UIButton::setFollowsReadingDirection(bool follows) {
 void UIButton::setPicture(const QString& name) {
   picture_ = QStringLiteral(":/pictures/") + name;
   update();
+}
+
+void UIButton::dress(const char* picture, const QString& accessibleName) {
+  setPicture(QLatin1String(picture));
+  setAccessibleName(accessibleName);
 }
 
 void UIButton::setPictureSize(int side) {
@@ -113,16 +119,6 @@ void UIButton::paintEvent(QPaintEvent*) {
   painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));
   const QRect inside = rect().adjusted(metrics::buttonPadding / 2, 0, -metrics::buttonPadding / 2, 0);
   painter.drawText(inside, Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
-}
-
-void UIButton::enterEvent(QEnterEvent* event) {
-  QPushButton::enterEvent(event);
-  update();
-}
-
-void UIButton::leaveEvent(QEvent* event) {
-  QPushButton::leaveEvent(event);
-  update();
 }
 
 void addShortcut(UIButton& button, const QKeySequence& keys) {

@@ -1,8 +1,11 @@
 // The screens' push button: a caption or a picture on a layer, with its states.
 #pragma once
 
+#include "platform/EventLoop.h"
 #include "ui/controls/Layer.h"
 #include "ui/controls/Looks.h"
+
+#include <utility>
 
 #include <QKeySequence>
 #include <QPixmap>
@@ -19,11 +22,19 @@ class UIButton : public QPushButton {
   // What the layout does once for the whole class; nothing here.
   static void awakeFromNib() {}
 
+  // Calls `action` at each click as long as `receiver` lives.
+  template <typename Action>
+  void onClick(const QObject* receiver, Action action) {
+    connect(this, &QPushButton::clicked, receiver, atEventBoundary(std::move(action)));
+  }
+
   const Layer& layer() const { return layer_; }
   void setLayer(const Layer& layer);
 
   // Shows the picture `name` of the program's own instead of a caption.
   void setPicture(const QString& name);
+  // The same, for a button without a name in its layout.
+  void dress(const char* picture, const QString& accessibleName);
   // The side of the picture in logical pixels, a list icon's unless set.
   void setPictureSize(int side);
   // A picture that points back or forward is drawn the other way round where reading goes from right to left.
@@ -38,12 +49,9 @@ class UIButton : public QPushButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void enterEvent(QEnterEvent* event) override;
-  void leaveEvent(QEvent* event) override;
 
  private:
   QColor ground() const;
-
   QPixmap pictureFor(qreal ratio) const;
 
   Layer layer_;

@@ -64,32 +64,26 @@ void showToCopy(const QString& title, const QString& address) {
 
 }  // namespace
 
-void showMenu(const Menu& menu, MenuChoice chosen) {
-  const auto sheet = RQAlertView::alertViewWithTitle(menu.title, menu.message, RQAlertViewStyle::ActionSheet,
-                                                     menu.entries, localized(text::cancel), QString());
-  if (menu.texts == MenuTexts::White) {
-    dressAsMessage(*sheet);
-  } else {
-    dressAsMenu(*sheet);
-  }
-  sheet->setActionHandler([chosen = std::move(chosen)](RQAlertView&, std::size_t index,
-                                                       const QString& title) { chosen(index, title); });
-  sheet->showAnimated();
-}
-
-QStringList titlesOf(const std::vector<std::string>& names) {
+void showMenu(const Menu& menu, std::vector<std::string> names,
+              std::function<void(const std::string&)> chosen, std::vector<MenuAction> actions) {
+  for (const MenuAction& each : actions) names.emplace_back(Languages(each.title));
   QStringList titles;
-  titles.reserve(static_cast<qsizetype>(names.size()));
   for (const std::string& name : names) titles.append(QString::fromStdString(name));
-  return titles;
-}
-
-void forEachNamed(const std::vector<std::string>& names, std::size_t index,
-                  const std::function<void(const std::string&)>& visit) {
-  const std::string& chosen = names.at(index);
-  for (const std::string& name : names) {
-    if (name == chosen) visit(name);
-  }
+  const auto sheet = RQAlertView::alertViewWithTitle(
+      menu.title, menu.message, RQAlertViewStyle::ActionSheet, titles,
+      menu.cancelTitle.isNull() ? localized(text::cancel) : menu.cancelTitle, QString());
+  menu.texts == MenuTexts::White ? dressAsMessage(*sheet) : dressAsMenu(*sheet);
+  sheet->setActionHandler(
+      [names = std::move(names), chosen = std::move(chosen), actions = std::move(actions)](
+          RQAlertView&, std::size_t index, const QString& title) {
+        for (const std::string& name : names) {
+          if (chosen && name == names[index]) chosen(name);
+        }
+        for (const MenuAction& each : actions) {
+          if (title == localized(each.title)) each.action();
+        }
+      });
+  sheet->showAnimated();
 }
 
 OneLineQuestion shellQuestion(const QString& title, const QString& initialText) {

@@ -1,14 +1,14 @@
 // The application's dialogs: menus, one-line prompts, messages and questions, and the colours of all of them.
 #pragma once
 
-#include <cstddef>
+#include "core/Languages.h"
+
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <QString>
-#include <QStringList>
 
 class RQAlertView;
 
@@ -19,25 +19,22 @@ enum class MenuTexts {
 
 struct Menu {
   QString title;
-  QString message;  // null: none
-  QStringList entries;
+  QString message{};  // null: none
   MenuTexts texts = MenuTexts::AsTheComponentHasThem;
+  QString cancelTitle{};  // null: "Cancel" in the language of the moment
 };
 
-// `index`: the tapped entry's.
-using MenuChoice = std::function<void(std::size_t index, const QString& title)>;
+struct MenuAction {
+  TextPair title;
+  std::function<void()> action;
+};
 
-// A sheet of titles. Cancelling calls nothing.
-void showMenu(const Menu& menu, MenuChoice chosen);
-
-// File names as the titles of a menu, each as it is.
-QStringList titlesOf(const std::vector<std::string>& names);
-
-// Calls `visit` for the name at `index` and for every other one of the same bytes, in their order. Names that
-// differ only in bytes that are not text have equal titles, but are not the same name. Throws
-// std::out_of_range.
-void forEachNamed(const std::vector<std::string>& names, std::size_t index,
-                  const std::function<void(const std::string&)>& visit);
+// A sheet of names, each as it is, with actions below them. Cancelling calls nothing. A choice calls
+// `chosen`, which may be null, with the name and once more for every other one of the same bytes; names that
+// differ only in bytes that are not text have equal titles, but are not the same name. An action's title goes
+// there like a name, before the action.
+void showMenu(const Menu& menu, std::vector<std::string> names,
+              std::function<void(const std::string&)> chosen, std::vector<MenuAction> actions = {});
 
 struct OneLineQuestion {
   QString title;

@@ -21,7 +21,6 @@
 #include <utility>
 #include <vector>
 
-#include <QAbstractListModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
@@ -38,51 +37,7 @@ constexpr int roomAround = 150;   // what else the dialog has: title, button, ma
 constexpr int typingPause = 150;  // milliseconds without a key before a search begins
 constexpr std::size_t mostLines = 2000;
 
-struct Row {
-  QString name;                   // read by assistive technology
-  QString title;                  // shown
-  QString detail;                 // shown below it; may be empty
-  bool followsInterface = false;  // reads in the direction of the interface, not as code does
-};
-
-// Rows that are made when they are shown.
-class RowModel : public QAbstractListModel {
- public:
-  using QAbstractListModel::QAbstractListModel;
-
-  int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
-  QVariant data(const QModelIndex& index, int role) const override {
-    if (index.row() < 0 || index.row() >= count_) return {};
-    switch (role) {
-      case Qt::DisplayRole:
-        return rowAt(index.row()).name;
-      case RowListView::TitleRole:
-        return rowAt(index.row()).title;
-      case RowListView::DetailRole:
-        return rowAt(index.row()).detail;
-      case RowListView::FollowsInterfaceRole:
-        return rowAt(index.row()).followsInterface;
-      default:
-        return {};
-    }
-  }
-  void setCount(int count) {
-    beginResetModel();
-    count_ = count;
-    endResetModel();
-  }
-  void growTo(int count) {
-    if (count <= count_) return;
-    beginInsertRows({}, count_, count - 1);
-    count_ = count;
-    endInsertRows();
-  }
-
-  std::function<Row(int row)> rowAt;
-
- private:
-  int count_ = 0;
-};
+using Row = RowListView::Row;
 
 // What such a dialog consists of: a field, rows that follow what is typed there, and a line about them. The
 // arrow keys move in the rows while the field keeps the focus.
@@ -105,7 +60,6 @@ class PickPanel : public QWidget {
     list_->setBackgroundColor(colours::cellGround);
     list_->setSeparatorColor(colours::separator);
     list_->setMarksCurrent(true);
-    list_->setModel(&rows_);
     layout->addWidget(list_, 1);
     note_->setFont(systemFontOfSize(metrics::smallTextSize));
     note_->setTextFormat(Qt::PlainText);
@@ -116,16 +70,14 @@ class PickPanel : public QWidget {
   RQAlertViewTextField& field() { return *field_; }
   RowListView& list() { return *list_; }
 
-  // Set this before any row.
-  void setRowAt(std::function<Row(int row)> rowAt) { rows_.rowAt = std::move(rowAt); }
   void setCount(std::size_t count) {
-    rows_.setCount(static_cast<int>(count));
+    list_->setCount(static_cast<int>(count));
     list_->scrollToTop();
-    list_->setCurrentIndex(rows_.index(0));
+    list_->setCurrentRow(0);
   }
   void growTo(std::size_t count) {
-    rows_.growTo(static_cast<int>(count));
-    if (!list_->currentIndex().isValid()) list_->setCurrentIndex(rows_.index(0));
+    list_->growTo(static_cast<int>(count));
+    if (list_->currentRow() < 0) list_->setCurrentRow(0);
   }
   void setNote(const QString& note) {
     note_->setText(note);
@@ -143,8 +95,8 @@ class PickPanel : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
     const int key = static_cast<QKeyEvent*>(event)->key();
-    const int rows = rows_.rowCount();
-    const int row = list_->currentIndex().row();
+    const int rows = list_->count();
+    const int row = list_->currentRow();
     switch (key) {
       case Qt::Key_Return:
       case Qt::Key_Enter:
@@ -169,14 +121,13 @@ class PickPanel : public QWidget {
 
  private:
   void goTo(int row) {
-    list_->setCurrentIndex(rows_.index(row));
-    list_->scrollTo(rows_.index(row));
+    list_->setCurrentRow(row);
+    list_->scrollTo(list_->currentIndex());
   }
 
   RQAlertViewTextField* field_;
   RowListView* list_;
   QLabel* note_;
-  RowModel rows_;
 };
 
 // `picked` is called with the row once the dialog has gone.
@@ -215,11 +166,12 @@ struct FileChoice {
 Row rowOf(const FileChoice& choice, std::size_t row) {
   if (row >= choice.matches.size()) {
     const QString title = localized(text::createFile, {shownName(choice.newFile).toStdString()});
-    return {title, title, {}, true};
+    return {.name = title, .followsInterface = true};
   }
   const std::string& path = choice.files[choice.matches[row]];
   const std::string folder = path.substr(0, path.rfind('/') + 1);
-  return {shownName(path), shownName(path.substr(folder.size())), shownName(folder)};
+  return {
+      .name = shownName(path), .title = shownName(path.substr(folder.size())), .detail = shownName(folder)};
 }
 
 void filter(FileChoice& choice, PickPanel& panel) {
@@ -236,11 +188,11 @@ void filter(FileChoice& choice, PickPanel& panel) {
 class Search : public QObject {
  public:
   explicit Search(PickPanel& panel) : QObject(&panel), panel_(panel) {
-    panel.setRowAt([this](int row) {
+    panel.list().setRowAt([this](int row) {
       const FoundLine& found = line(row);
       const QString place = shownName(found.path) + QLatin1Char(':') + QString::number(found.line);
       const QString text = shownName(found.text);
-      return Row{place + QStringLiteral(": ") + text, text, place};
+      return Row{.name = place + QStringLiteral(": ") + text, .title = text, .detail = place};
     });
     pause_.setSingleShot(true);
     connect(&pause_, &QTimer::timeout, this, atEventBoundary([this] { start(); }));
@@ -314,7 +266,7 @@ class Search : public QObject {
 void showGoToFile(PlaceChosen chosen) {
   auto* const panel = new PickPanel(text::fileName, text::projectFiles);
   const auto choice = std::make_shared<FileChoice>();
-  panel->setRowAt([choice](int row) { return rowOf(*choice, static_cast<std::size_t>(row)); });
+  panel->list().setRowAt([choice](int row) { return rowOf(*choice, static_cast<std::size_t>(row)); });
   filter(*choice, *panel);
   if (choice->files.size() == mostProjectFiles)
     panel->setNote(localized(text::onlyFirstFiles, {std::to_string(mostProjectFiles)}));
@@ -364,16 +316,12 @@ void showGoToLine(std::function<void(long line, long column)> chosen) {
 
 void wireProjectButtons(UIButton& goToFile, UIButton& search, const PlaceChosen& chosen,
                         std::function<QString()> selected) {
-  const auto wire = [](UIButton& button, const char* picture, const TextPair& name, const QKeySequence& keys,
-                       auto action) {
-    button.setPicture(QLatin1String(picture));
-    button.setAccessibleName(localized(name));
-    addShortcut(button, keys);
-    QObject::connect(&button, &QPushButton::clicked, &button, atEventBoundary(action));
-  };
-  wire(goToFile, "files", text::goToFile, Qt::CTRL | Qt::Key_E, [chosen] { showGoToFile(chosen); });
-  wire(search, "search", text::searchInProject, Qt::CTRL | Qt::SHIFT | Qt::Key_F,
-       [chosen, selected = std::move(selected)] {
-         showProjectSearch(selected ? selected() : QString(), chosen);
-       });
+  goToFile.dress("files", localized(text::goToFile));
+  goToFile.onClick(&goToFile, [chosen] { showGoToFile(chosen); });
+  addShortcut(goToFile, Qt::CTRL | Qt::Key_E);
+  search.dress("search", localized(text::searchInProject));
+  search.onClick(&search, [chosen, selected = std::move(selected)] {
+    showProjectSearch(selected ? selected() : QString(), chosen);
+  });
+  addShortcut(search, Qt::CTRL | Qt::SHIFT | Qt::Key_F);
 }

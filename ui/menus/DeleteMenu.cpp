@@ -15,37 +15,29 @@ void confirmDeletingAll(const Owner& owner) {
                    });
 }
 
+// The title of the action goes through the deletion as a project's name first.
 void showProjectsToDelete(const Owner& owner) {
-  std::vector<std::string> entries = projectNames();
-  // An action is an entry like the projects, so its title goes through the deletion as a project's name
-  // first.
-  entries.emplace_back(Languages(text::deleteAllProjects));
-  showMenu({localized(text::deleteOptions), localized(text::whichOne), titlesOf(entries)},
-           [entries, owner](std::size_t index, const QString& title) {
-             forEachNamed(entries, index, [&owner](const std::string& name) {
-               deleteProject(name);
-               refresh(owner);
-             });
-             if (title == localized(text::deleteAllProjects)) confirmDeletingAll(owner);
-           });
+  showMenu({localized(text::deleteOptions), localized(text::whichOne)}, projectNames(),
+           [owner](const std::string& name) {
+             deleteProject(name);
+             refresh(owner);
+           },
+           {{text::deleteAllProjects, [owner] { confirmDeletingAll(owner); }}});
 }
 
 }  // namespace
 
 void showDeleteMenu(ViewController& screen) {
-  std::vector<std::string> entries = MUArray();
-  entries.emplace_back(Languages(text::deleteCurrentProject));
-  entries.emplace_back(Languages(text::deleteOptions));
-  showMenu({localized(text::deleteFilesOrProjects), localized(text::whichOne), titlesOf(entries)},
-           [entries, owner = Owner(&screen)](std::size_t index, const QString& title) {
-             forEachNamed(entries, index, [&owner](const std::string& entry) {
-               deleteProjectFile(entry);
-               refresh(owner);
-             });
-             if (title == localized(text::deleteOptions)) showProjectsToDelete(owner);
-             if (title == localized(text::deleteCurrentProject)) {
+  const Owner owner(&screen);
+  showMenu({localized(text::deleteFilesOrProjects), localized(text::whichOne)}, MUArray(),
+           [owner](const std::string& entry) {
+             deleteProjectFile(entry);
+             refresh(owner);
+           },
+           {{text::deleteCurrentProject,
+             [owner] {
                deleteListedProject();
                refresh(owner);
-             }
-           });
+             }},
+            {text::deleteOptions, [owner] { showProjectsToDelete(owner); }}});
 }

@@ -2,6 +2,7 @@
 #include "ui/dialogs/Dialogs.h"
 #include "ui/menus/Menus.h"
 #include "ui/screens/AppDelegate.h"
+#include "workspace/CurrentProject.h"
 #include "workspace/Projects.h"
 
 namespace {
@@ -42,15 +43,12 @@ void backUpListedProject() {
 }
 
 void showBackups(const Owner& owner) {
-  const std::vector<std::string> names = backupNames();
-  showMenu({localized(text::whichOne), QString(), titlesOf(names), MenuTexts::White},
-           [names, owner](std::size_t index, const QString&) {
-             forEachNamed(names, index, [&owner](const std::string& name) {
-               restoreBackup(name);
-               showNotice(localized(text::done));
-               chooseRestoredProject(name);
-               refresh(owner);
-             });
+  showMenu({.title = localized(text::whichOne), .texts = MenuTexts::White}, backupNames(),
+           [owner](const std::string& name) {
+             restoreBackup(name);
+             showNotice(localized(text::done));
+             chooseProject(name);
+             refresh(owner);
            });
   // The screen is brought up to date whether or not a backup is chosen.
   refresh(owner);
@@ -70,42 +68,25 @@ void confirmDeletingBackups() {
 }
 
 void showLanguages() {
-  const QString automatic = QString::fromUtf8(text::autoLanguage);
-  showMenu({localized(text::changeLanguage),
-            QStringLiteral(""),
-            {localized(text::arabic), localized(text::english), automatic},
-            MenuTexts::White},
-           [automatic](std::size_t, const QString& title) {
-             if (title == localized(text::arabic)) endWith(Language::Arabic);
-             if (title == localized(text::english)) endWith(Language::English);
-             if (title == automatic) endWith(Language::Automatic);
-           });
+  showMenu({localized(text::changeLanguage), QStringLiteral(""), MenuTexts::White}, {}, {},
+           {{text::arabic, [] { endWith(Language::Arabic); }},
+            {text::english, [] { endWith(Language::English); }},
+            {{text::autoLanguage, text::autoLanguage}, [] { endWith(Language::Automatic); }}});
 }
 
 }  // namespace
 
 void showOptionsMenu(ViewController& screen) {
-  const QStringList entries{localized(text::openInFilza),
-                            localized(text::goToDebsFolder),
-                            localized(text::importFromPath),
-                            localized(text::exportProjectToPath),
-                            localized(text::backUp),
-                            localized(text::restore),
-                            localized(text::deleteAllBackups),
-                            localized(text::deleteDebsFolder),
-                            localized(text::changeProjectName),
-                            localized(text::changeLanguage)};
-  showMenu({localized(text::extraOptions), localized(text::whichOne), entries},
-           [owner = Owner(&screen)](std::size_t, const QString& title) {
-             if (title == localized(text::importFromPath)) askForImport(owner);
-             if (title == localized(text::goToDebsFolder)) openAddress(packagesAddress());
-             if (title == localized(text::deleteDebsFolder)) deletePackages();
-             if (title == localized(text::openInFilza)) openAddress(projectAddress());
-             if (title == localized(text::exportProjectToPath)) askForExport();
-             if (title == localized(text::changeLanguage)) showLanguages();
-             if (title == localized(text::changeProjectName)) askForChangedName(owner);
-             if (title == localized(text::backUp)) backUpListedProject();
-             if (title == localized(text::restore)) showBackups(owner);
-             if (title == localized(text::deleteAllBackups)) confirmDeletingBackups();
-           });
+  const Owner owner(&screen);
+  showMenu({localized(text::extraOptions), localized(text::whichOne)}, {}, {},
+           {{text::openInFilza, [] { openAddress(projectAddress()); }},
+            {text::goToDebsFolder, [] { openAddress(packagesAddress()); }},
+            {text::importFromPath, [owner] { askForImport(owner); }},
+            {text::exportProjectToPath, askForExport},
+            {text::backUp, backUpListedProject},
+            {text::restore, [owner] { showBackups(owner); }},
+            {text::deleteAllBackups, confirmDeletingBackups},
+            {text::deleteDebsFolder, deletePackages},
+            {text::changeProjectName, [owner] { askForChangedName(owner); }},
+            {text::changeLanguage, showLanguages}});
 }

@@ -3,7 +3,6 @@
 #include "core/FileManager.h"
 #include "core/LauncherContract.h"
 #include "platform/ApplicationStyle.h"
-#include "platform/EventLoop.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
@@ -39,18 +38,13 @@ void Dev::loadView() {
   outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
   outlets_->versionLabel->setFont(systemFontOfSize(metrics::smallTextSize));
-  outlets_->backButton->setPicture(QStringLiteral("back"));
-  outlets_->backButton->setFollowsReadingDirection(true);
   nameShortcut(*outlets_->backButton, Qt::Key_Escape);
   view->installEventFilter(this);
   setView(view);
-  const auto wire = [this](UIButton* button, const char* address) {
-    connect(button, &QPushButton::clicked, this, atEventBoundary([address] { openAddress(address); }));
-  };
-  wire(outlets_->profileButton, links::authorProfile);
-  wire(outlets_->donateButton, links::donation);
-  wire(outlets_->thankedButton, links::thankedProfile);
-  connect(outlets_->backButton, &QPushButton::clicked, this, atEventBoundary([this] { cancelOperation(); }));
+  outlets_->profileButton->onClick(this, [] { openAddress(links::authorProfile); });
+  outlets_->donateButton->onClick(this, [] { openAddress(links::donation); });
+  outlets_->thankedButton->onClick(this, [] { openAddress(links::thankedProfile); });
+  outlets_->backButton->onClick(this, [this] { cancelOperation(); });
 }
 
 void Dev::viewDidLoad() {

@@ -25,58 +25,9 @@
 
 #include <QAbstractScrollArea>
 #include <QBoxLayout>
-#include <QEvent>
 #include <QLabel>
 #include <QPainter>
-
-namespace {
-
-void showSuccess(const MaybeText& project) {
-  const auto dialog = RQAlertView::alertViewWithTitle(
-      localized(text::done), localized(text::debIsReady, {project}), RQAlertViewStyle::Alert,
-      QStringList{localized(text::goToDebFolder)}, localized(text::cancel), QString());
-  dressAsMessage(*dialog);
-  dialog->setActionHandler([project](RQAlertView&, std::size_t, const QString& title) {
-    if (title != localized(text::goToDebFolder)) return;
-    openAddress(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
-  });
-  dialog->showAnimated();
-}
-
-// Follows the size of the screen's view. A wide one has the buttons in a column of a fixed width beside the
-// log, with the problems below them. In a narrow one all stand one below the other, the problems in at most a
-// third of the log's place. Lives as long as `view`, which owns the rest.
-class WideLayout : public QObject {
- public:
-  WideLayout(QWidget* view, Ui::MakePackage& outlets) : QObject(view), view_(view), outlets_(outlets) {
-    view->installEventFilter(this);
-    fit();
-  }
-
-  bool eventFilter(QObject* object, QEvent* event) override {
-    if (event->type() == QEvent::Resize) fit();
-    return QObject::eventFilter(object, event);
-  }
-
-  void fit() {
-    const bool wide = view_->width() >= metrics::wideScreen;
-    outlets_.body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    outlets_.side->setDirection(wide ? QBoxLayout::BottomToTop : QBoxLayout::TopToBottom);
-    outlets_.side->setAlignment(outlets_.controls, wide ? Qt::AlignTop : Qt::AlignHCenter);
-    outlets_.controls->setFixedWidth(wide ? metrics::sideColumnWidth
-                                          : std::min(view_->width(), metrics::widestControls));
-    outlets_.problems->setMaximumWidth(wide ? metrics::sideColumnWidth : QWIDGETSIZE_MAX);
-    const int place = view_->height() - outlets_.titleBar->sizeHint().height() -
-                      outlets_.controls->sizeHint().height() - metrics::touchSize;
-    outlets_.problems->limitHeight(wide ? std::nullopt : std::optional(place / 3));
-  }
-
- private:
-  QWidget* view_;
-  Ui::MakePackage& outlets_;
-};
-
-}  // namespace
+#include <QResizeEvent>
 
 // A label in the middle of the log's place, which is no part of the log's text.
 class MakePackage::LogHint : public QLabel {
@@ -148,32 +99,44 @@ void MakePackage::loadView() {
   outlets_->setupUi(view);
   view->setAutoFillBackground(true);
   outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
-  outlets_->backButton->setPicture(QStringLiteral("back"));
-  outlets_->backButton->setFollowsReadingDirection(true);
-  outlets_->infoButton->setPicture(QStringLiteral("about"));
   setView(view);
-  new WideLayout(view, *outlets_);
+  view->installEventFilter(this);
   outlets_->findBar->setText(outlets_->OutPut);
   hint_ = new LogHint(*outlets_->OutPut);
   running_ = new RunningLog(*outlets_->OutPut);
   wireButtons();
 }
 
+// A wide view has the buttons in a column of a fixed width beside the log, with the problems below them. In a
+// narrow one all stand one below the other, the problems in at most a third of the log's place.
+bool MakePackage::eventFilter(QObject* object, QEvent* event) {
+  if (event->type() == QEvent::Resize) {
+    const QSize size = static_cast<QResizeEvent*>(event)->size();
+    const bool wide = size.width() >= metrics::wideScreen;
+    outlets_->body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    outlets_->side->setDirection(wide ? QBoxLayout::BottomToTop : QBoxLayout::TopToBottom);
+    outlets_->side->setAlignment(outlets_->controls, wide ? Qt::AlignTop : Qt::AlignHCenter);
+    outlets_->controls->setFixedWidth(wide ? metrics::sideColumnWidth
+                                           : std::min(size.width(), metrics::widestControls));
+    outlets_->problems->setMaximumWidth(wide ? metrics::sideColumnWidth : QWIDGETSIZE_MAX);
+    const int place = size.height() - outlets_->titleBar->sizeHint().height() -
+                      outlets_->controls->sizeHint().height() - metrics::touchSize;
+    outlets_->problems->limitHeight(wide ? std::nullopt : std::optional(place / 3));
+  }
+  return UIViewController::eventFilter(object, event);
+}
+
 void MakePackage::wireButtons() {
-  const auto wire = [this](UIButton* button, void (MakePackage::*action)()) {
-    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  const auto wire = [this](UIButton& button, const QKeySequence& keys, void (MakePackage::*action)()) {
+    button.onClick(this, [this, action] { (this->*action)(); });
+    addShortcut(button, keys);
   };
-  wire(outlets_->MP, &MakePackage::MakePackageAction);
-  wire(outlets_->MPI, &MakePackage::MakePackageInstall);
-  wire(outlets_->ClearLogButton, &MakePackage::ClearLog);
-  wire(outlets_->RespringButton, &MakePackage::Respring);
-  wire(outlets_->infoButton, &MakePackage::InfoButton);
-  wire(outlets_->backButton, &MakePackage::goBack);
-  addShortcut(*outlets_->MP, Qt::CTRL | Qt::Key_B);
-  addShortcut(*outlets_->MPI, Qt::CTRL | Qt::Key_I);
-  addShortcut(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L);
-  addShortcut(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R);
-  addShortcut(*outlets_->infoButton, Qt::Key_F1);
+  wire(*outlets_->MP, Qt::CTRL | Qt::Key_B, &MakePackage::MakePackageAction);
+  wire(*outlets_->MPI, Qt::CTRL | Qt::Key_I, &MakePackage::MakePackageInstall);
+  wire(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L, &MakePackage::ClearLog);
+  wire(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R, &MakePackage::Respring);
+  wire(*outlets_->infoButton, Qt::Key_F1, &MakePackage::InfoButton);
+  outlets_->backButton->onClick(this, [this] { goBack(); });
   wireProjectButtons(
       *outlets_->goToFileButton, *outlets_->searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
@@ -265,7 +228,11 @@ void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
   outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
   showProblems();
   const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
-  if (asked && result.hasPackages && hasLog) showSuccess(result.project);
+  if (asked && result.hasPackages && hasLog)
+    showConfirmation(localized(text::done), localized(text::debIsReady, {result.project}),
+                     localized(text::goToDebFolder), [project = result.project] {
+                       openAddress(fill("filza://view/var/mobile/Documents/Tweakbench/%@", {project}));
+                     });
 }
 
 void MakePackage::Respring() {
@@ -299,14 +266,8 @@ void MakePackage::openProblem(std::size_t index) {
 }
 
 void MakePackage::InfoButton() {
-  const auto dialog = RQAlertView::alertViewWithTitle(
-      QStringLiteral("Tip"), localized(text::deviceSupportHint), RQAlertViewStyle::Alert,
-      QStringList{localized(text::addTheSource)}, localized(text::cancel), QString());
-  dialog->setActionHandler([](RQAlertView&, std::size_t, const QString& title) {
-    if (title == localized(text::addTheSource)) openAddress(links::addPackageSource, [](bool) {});
-  });
-  dressAsMessage(*dialog);
-  dialog->showAnimated();
+  showConfirmation(QStringLiteral("Tip"), localized(text::deviceSupportHint), localized(text::addTheSource),
+                   [] { openAddress(links::addPackageSource, [](bool) {}); });
 }
 
 void MakePackage::cancelOperation() {

@@ -37,6 +37,7 @@ class MakePackage : public UIViewController {
 
  protected:
   void loadView() override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   void wireButtons();

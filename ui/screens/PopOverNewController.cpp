@@ -58,8 +58,8 @@ void PopOverNewController::loadView() {
   outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   outlets_->findBar->setText(outlets_->PopOvetText);
-  connect(outlets_->SaveButton, &QPushButton::clicked, this, atEventBoundary([this] { SaveButton(); }));
-  connect(outlets_->CancelButton, &QPushButton::clicked, this, atEventBoundary([this] { DismissPop(); }));
+  outlets_->SaveButton->onClick(this, [this] { SaveButton(); });
+  outlets_->CancelButton->onClick(this, [this] { DismissPop(); });
   addShortcut(*outlets_->SaveButton, QKeySequence::Save);
   nameShortcut(*outlets_->CancelButton, Qt::Key_Escape);
   view->setFocusProxy(outlets_->PopOvetText);
@@ -75,18 +75,15 @@ void PopOverNewController::wireToolBar() {
         const QString selected = text.selectedText();
         return selected.contains(QLatin1Char('\n')) ? QString() : selected;
       });
-  const auto dress = [this](UIButton& button, const char* picture, const TextPair& name, auto action) {
-    button.setPicture(QLatin1String(picture));
-    button.setAccessibleName(localized(name));
-    connect(&button, &QPushButton::clicked, this, atEventBoundary(action));
-  };
-  dress(*outlets_->goToLineButton, "line", text::goToLine, [this] {
+  outlets_->goToLineButton->dress("line", localized(text::goToLine));
+  outlets_->goToLineButton->onClick(this, [this] {
     showGoToLine([editor = QPointer<PopOverNewController>(this)](long line, long column) {
       if (editor) editor->outlets_->PopOvetText->goTo(line, column);
     });
   });
   addShortcut(*outlets_->goToLineButton, Qt::CTRL | Qt::Key_G);
-  dress(*outlets_->findButton, "find", text::find, [this] { outlets_->findBar->open(); });
+  outlets_->findButton->dress("find", localized(text::find));
+  outlets_->findButton->onClick(this, [this] { outlets_->findBar->open(); });
   nameShortcut(*outlets_->findButton, QKeySequence::Find);
   const auto wire = [&](const QKeySequence& keys, SearchDirection direction) {
     connect(new QShortcut(keys, view()), &QShortcut::activated, this,

@@ -38,31 +38,30 @@ void ViewController::loadView() {
   outlets_->ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   wireButtons();
-  wireShortcuts();
 }
 
 void ViewController::wireButtons() {
-  const auto wire = [this](UIButton* button, const char* picture, void (ViewController::*action)()) {
-    button->setPicture(QLatin1String(picture));
-    connect(button, &QPushButton::clicked, this, atEventBoundary([this, action] { (this->*action)(); }));
+  const auto wire = [this](UIButton& button, const QKeySequence& keys, void (ViewController::*action)()) {
+    button.onClick(this, [this, action] { (this->*action)(); });
+    addShortcut(button, keys);
   };
-  wire(outlets_->chooseProjectButton, "choose", &ViewController::ChooseProjectButton);
-  wire(outlets_->newProjectButton, "new", &ViewController::NewProject);
-  wire(outlets_->deleteButton, "delete", &ViewController::Removeer);
-  wire(outlets_->projectOptionsButton, "options", &ViewController::OpenPrijectFolder);
-  wire(outlets_->reloadButton, "reload", &ViewController::Reload);
-  wire(outlets_->BackButton, "about", &ViewController::presentAboutScreen);
-  wire(outlets_->BB, "build", &ViewController::presentBuildScreen);
+  wire(*outlets_->chooseProjectButton, QKeySequence::Open, &ViewController::ChooseProjectButton);
+  wire(*outlets_->newProjectButton, QKeySequence::New, &ViewController::NewProject);
+  wire(*outlets_->deleteButton, Qt::Key_Delete, &ViewController::Removeer);
+  wire(*outlets_->projectOptionsButton, Qt::CTRL | Qt::Key_P, &ViewController::OpenPrijectFolder);
+  wire(*outlets_->reloadButton, Qt::Key_F5, &ViewController::Reload);
+  wire(*outlets_->BackButton, Qt::Key_F1, &ViewController::presentAboutScreen);
+  wire(*outlets_->BB, Qt::CTRL | Qt::Key_B, &ViewController::presentBuildScreen);
+  outlets_->firstProjectButton->onClick(this, [this] { NewProject(); });
+  nameShortcut(*outlets_->firstProjectButton, QKeySequence::New);
+  outlets_->otherProjectButton->onClick(this, [this] { ChooseProjectButton(); });
+  nameShortcut(*outlets_->otherProjectButton, QKeySequence::Open);
   const Layer tile{.cornerRadius = 20,
                    .borderWidth = 1,
                    .backgroundColor = colours::tileGround,
                    .borderColor = colours::tileBorder};
-  for (UIButton* const button : {outlets_->firstProjectButton, outlets_->otherProjectButton}) {
-    button->setPictureSize(metrics::tilePictureSize);
-    button->setLayer(tile);
-  }
-  wire(outlets_->firstProjectButton, "new", &ViewController::NewProject);
-  wire(outlets_->otherProjectButton, "choose", &ViewController::ChooseProjectButton);
+  outlets_->firstProjectButton->setLayer(tile);
+  outlets_->otherProjectButton->setLayer(tile);
   wireProjectButtons(
       *outlets_->goToFileButton, *outlets_->searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
@@ -70,18 +69,6 @@ void ViewController::wireButtons() {
                                                     [this](const NSNotification&) { Reload(); });
   connect(outlets_->TableVV, &FileListView::rowPicked, this,
           atEventBoundary([this](int row) { didSelectRow(row); }));
-}
-
-void ViewController::wireShortcuts() {
-  addShortcut(*outlets_->chooseProjectButton, QKeySequence::Open);
-  addShortcut(*outlets_->newProjectButton, QKeySequence::New);
-  addShortcut(*outlets_->deleteButton, Qt::Key_Delete);
-  addShortcut(*outlets_->projectOptionsButton, Qt::CTRL | Qt::Key_P);
-  addShortcut(*outlets_->reloadButton, Qt::Key_F5);
-  addShortcut(*outlets_->BB, Qt::CTRL | Qt::Key_B);
-  addShortcut(*outlets_->BackButton, Qt::Key_F1);
-  nameShortcut(*outlets_->firstProjectButton, QKeySequence::New);
-  nameShortcut(*outlets_->otherProjectButton, QKeySequence::Open);
 }
 
 void ViewController::viewDidLoad() {

@@ -38,7 +38,6 @@ class ViewController : public UIViewController {
 
  private:
   void wireButtons();
-  void wireShortcuts();
   void showEmptyState();
   void presentBuildScreen();
   void presentAboutScreen();
