@@ -207,6 +207,18 @@ TEST_F(Editor, EachFileIsOpenedWhereItWasLeft) {
   leaveEditor("Cancel");
 }
 
+TEST_F(Editor, KeysThatComeBeforeTheFileIsLoadedLoseNothing) {
+  const std::string folder = makeProject({{"f.x", "text"}});
+  startActive();
+  for (const char* typed : {"my ", ""}) {
+    tap("f.x");
+    typeText(typed);
+    press(Qt::Key_S, Qt::ControlModifier);
+    waitToMiss("Save");
+    EXPECT_EQ(fileAt(folder + "f.x"), "my text");
+  }
+}
+
 TEST_F(Editor, MarksMoveWithTheText) {
   makeProject({{"f.x", "one\ntwo words\nthree\n"}});
   startActive();

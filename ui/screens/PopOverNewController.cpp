@@ -110,6 +110,18 @@ void PopOverNewController::viewDidLoad() {
   outlets_->SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = colours::editorButtonGround});
   performSelectorAfterDelay(
       this, [this] { Rep(); }, loadDelay);
+  outlets_->PopOvetText->installEventFilter(this);
+}
+
+// Keys do not wait for the delayed load: it would take back what they type, and Ctrl+S would empty the file.
+bool PopOverNewController::eventFilter(QObject* text, QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::InputMethod) loadNow();
+  return UIViewController::eventFilter(text, event);
+}
+
+void PopOverNewController::loadNow() {
+  cancelPreviousPerformRequests(this);
+  Rep();
 }
 
 void PopOverNewController::openAt(long line, long column) {
@@ -135,13 +147,12 @@ void PopOverNewController::goTo(const std::string& path, long line, long column)
     keepPlace();
     SS(path);
     openAt(line, column);
-    // The load that may still be to come would take back what is typed until then.
-    cancelPreviousPerformRequests(this);
-    Rep();
+    loadNow();
   });
 }
 
 void PopOverNewController::Rep() {
+  outlets_->PopOvetText->removeEventFilter(this);
   const MaybeText path = pickedFile();
   outlets_->NavTitle->setText(path ? shownName(lastPathComponent(*path)) : QString());
   const MaybeText text = path ? stringWithContentsOfFile(*path, largestEditedFile) : std::nullopt;

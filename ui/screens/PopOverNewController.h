@@ -13,9 +13,9 @@ class PopOverNewController;
 }
 class RQAlertView;
 
-// Comes up empty and loads the picked file a moment later, where its last editor was left if it is unchanged.
-// A file that is missing, no text in UTF-8, or a folder stays empty, and saving then empties it; only a file
-// that is too large to be edited is left as it is.
+// Comes up empty and loads the picked file a moment later, or with the first key, where its last editor was
+// left if it is unchanged. A file that is missing, no text in UTF-8, or a folder stays empty, and saving then
+// empties it; only a file that is too large to be edited is left as it is.
 class PopOverNewController : public UIViewController {
   Q_OBJECT
 
@@ -43,8 +43,10 @@ class PopOverNewController : public UIViewController {
  protected:
   void loadView() override;
   void viewWillDisappear(bool animated) override;
+  bool eventFilter(QObject* text, QEvent* event) override;
 
  private:
+  void loadNow();
   void wireToolBar();
   void keepPlace();
   // Opens another file of the project in this editor, or another place of the same file.
