@@ -1,5 +1,6 @@
 // Names that mean something to a shell or a file system, by the hundreds.
 #include "build/BuildRunner.h"
+#include "core/Text.h"
 #include "core/run_cmd.h"
 #include "support/Device.h"
 #include "tests/faults/Subject.h"
@@ -12,97 +13,34 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 
 namespace {
 
 const std::string canary = "/var/canary";
 
-// "%@" is what they aim at. Typed names lose their blanks, so commands in them are written with what a shell
-// takes for one. None means the whole root folder, which takes long to copy, and none starts a shell: that
-// would read the log which its own complaints go to, for ever.
-const std::vector<std::string> pieces{
-    "$(rm\t-rf\t%@)",
-    "`rm\t-rf\t%@`",
-    ";rm\t-rf\t%@;",
-    "&&rm\t-rf\t%@&&true",
-    "||rm\t-rf\t%@||true",
-    "$(rm${IFS}-rf${IFS}%@)",
-    ";{rm,-rf,%@};",
-    "\nrm\t-rf\t%@\n",
-    "\";rm\t-rf\t%@;\"",
-    "';rm\t-rf\t%@;'",
-    ";echo\tstruck>%@/precious;",
-    ">%@/precious",
-    ">>%@/precious",
-    "|tee\t%@/precious",
-    ";touch\t%@/new;",
-    ";ln\t-s\t%@\t/var/Tweakyard/Projects/link;",
-    ";mv\t%@\t/var/taken;",
-    ";chmod\t-R\t0\t%@;",
-    "$(cd\t%@&&rm\t*)",
-    "\trm\t%@/precious",
-    "../../../../../..%@",
-    "../../..%@/precious",
-    "%@",
-    "%@/*",
-    ";cp\t-r\t/etc/passwd\t%@/precious",
-    "$(find\t%@\t-delete)",
-    "\n",
-    "\r",
-    "\t",
-    "'",
-    "\"",
-    "`",
-    "$(",
-    ")",
-    "${",
-    "$'\\x",
-    "\\",
-    "\\\n",
-    ";",
-    "&",
-    "|",
-    "<",
-    "(",
-    "#",
-    "!",
-    "*",
-    "?",
-    "[a-z]*",
-    "{a,b}",
-    "~",
-    "~root",
-    "$HOME",
-    "$$",
-    "-",
-    "--",
-    "-rf",
-    "--help",
-    "-delete",
-    ".",
-    "..",
-    "../..",
+// Parted by blanks, which typed names lose. "%@" is what they aim at, "_" is a tab and "^" the end of a line,
+// which part words of commands. None means the whole root folder, which takes long to copy, and none starts a
+// shell: that would read the log which its own complaints go to, for ever.
+const std::string typedPieces = R"(
+$(rm_-rf_%@) `rm_-rf_%@` ;rm_-rf_%@; &&rm_-rf_%@&&true ||rm_-rf_%@||true $(rm${IFS}-rf${IFS}%@) ;{rm,-rf,%@};
+^rm_-rf_%@^ ";rm_-rf_%@;" ';rm_-rf_%@;' ;echo_struck>%@/precious; >%@/precious >>%@/precious |tee_%@/precious
+;touch_%@/new; ;ln_-s_%@_/var/Tweakyard/Projects/link; ;mv_%@_/var/taken; ;chmod_-R_0_%@; $(cd_%@&&rm_*)
+_rm_%@/precious ../../../../../..%@ ../../..%@/precious %@ %@/* ;cp_-r_/etc/passwd_%@/precious $(find_%@_-delete)
+^ _ ' " ` $( ) ${ $'\x \ \^ ; & | < ( # ! * ? [a-z]* {a,b} ~ ~root $HOME $$ - -- -rf --help -delete . .. ../.. / //
+%s%n P Tweak.x nul)";
 
-    "/",
-    "//",
-    "%s%n",
-    "\x01",
-    "\x1b[31m",
-    "\x7f",
-    "\xff\xfe",
-    "\xc3",
-    "\xe2\x80\xae",
-    "\xe2\x80\xa8",
-    "caf\xc3\xa9",
-    "a b",
-    "P",
-    "Tweak.x",
-    "nul",
-    std::string(255, 'n'),
-    std::string(256, 'n'),
-    std::string(5000, '/'),
-};
+std::vector<std::string> allPieces() {
+  std::vector<std::string> pieces{"\r",   "\x01",         "\x1b[31m",     "\x7f",        "\xff\xfe",
+                                  "\xc3", "\xe2\x80\xae", "\xe2\x80\xa8", "caf\xc3\xa9", "a b"};
+  for (const auto& [length, letter] : {std::pair(255, 'n'), {256, 'n'}, {5000, '/'}})
+    pieces.emplace_back(length, letter);
+  std::istringstream typed(typedPieces);
+  for (std::string piece; typed >> piece;)
+    pieces.push_back(replaceAll(replaceAll(piece, "_", "\t"), "^", "\n"));
+  return pieces;
+}
 
 // What is copied under such a name is the whole device with the host's programs, for as long as there is
 // room.
@@ -110,48 +48,32 @@ bool leadsNowhereButUp(const std::string& name) {
   return name.find_first_not_of("./") == std::string::npos;
 }
 
-struct Use {
-  const char* name;
-  void (*with)(const std::string&);
-};
-
-const std::array<Use, 14> uses{{
-    {"create", [](const std::string& name) { createProject(name); }},
-    {"header", [](const std::string& name) { createHeader(name); }},
-    {"rename a file", [](const std::string& name) { renameFile("Tweak.x", name); }},
-    {"rename from", [](const std::string& name) { renameFile(name, "Other.x"); }},
-    {"rename", [](const std::string& name) { renameProject(name); }},
-    {"delete a file", [](const std::string& name) { deleteProjectFile(name); }},
-    {"delete", [](const std::string& name) { deleteProject(name); }},
-    {"pick",
-     [](const std::string& name) {
-       fileCheckRejects(name);
-       SS(name);
-     }},
-    {"back up",
-     [](const std::string& name) {
-       chooseProject(name);
-       if (!leadsNowhereButUp(name)) backUpProject();
-     }},
-    {"restore", [](const std::string& name) { restoreBackup(name); }},
-    {"import",
-     [](const std::string& name) {
-       if (!leadsNowhereButUp(name)) importProject(name);
-     }},
-    {"export", [](const std::string& name) { exportProject(name); }},
-    {"build",
-     [](const std::string& name) {
-       chooseProject(name);
-       runBuildJob(BuildVariant::Package, [] {});
-     }},
-    {"convert",
-     [](const std::string& name) {
-       try {
-         convertFlexPatch("1) " + name);
-       } catch (const std::out_of_range&) {  // a title without a key
-       }
-     }},
-}};
+using Use = void (*)(const std::string&);
+const std::array<Use, 14> uses{
+    [](const std::string& name) { createProject(name); },
+    [](const std::string& name) { createHeader(name); },
+    [](const std::string& name) { renameFile("Tweak.x", name); },
+    [](const std::string& name) { renameFile(name, "Other.x"); },
+    [](const std::string& name) { renameProject(name); },
+    [](const std::string& name) { deleteProjectFile(name); },
+    [](const std::string& name) { deleteProject(name); },
+    [](const std::string& name) { fileCheckRejects(name), SS(name); },
+    [](const std::string& name) {
+      chooseProject(name);
+      if (!leadsNowhereButUp(name)) backUpProject();
+    },
+    [](const std::string& name) { restoreBackup(name); },
+    [](const std::string& name) {
+      if (!leadsNowhereButUp(name)) importProject(name);
+    },
+    [](const std::string& name) { exportProject(name); },
+    [](const std::string& name) { chooseProject(name), runBuildJob(BuildVariant::Package, [] {}); },
+    [](const std::string& name) {
+      try {
+        convertFlexPatch("1) " + name);
+      } catch (const std::out_of_range&) {  // a title without a key
+      }
+    }};
 
 class Names {
  public:
@@ -162,7 +84,7 @@ class Names {
   std::string next() {
     std::string name;
     for (std::size_t left = 1 + random(3); left > 0; --left) {
-      name += replaceAll(pieces[random(pieces.size())], "%@", targets_[random(targets_.size())]);
+      name += replaceAll(pieces_[random(pieces_.size())], "%@", targets_[random(targets_.size())]);
     }
     return name;
   }
@@ -173,6 +95,7 @@ class Names {
   // The same names each time.
   std::mt19937 numbers_{20'010};
   std::array<std::string, 6> targets_;
+  const std::vector<std::string> pieces_ = allPieces();
 };
 
 void plantCanary() {
@@ -210,7 +133,7 @@ int subject::runNastyNames(int count, const std::string& outside) {
   plantCanary();
   for (int index = 0; index < count; ++index) {
     restoreWorkspace();
-    uses[static_cast<std::size_t>(index) % uses.size()].with(names.next());
+    uses[static_cast<std::size_t>(index) % uses.size()](names.next());
     if (!isStruck()) continue;
     ++strikes;
     run_cmd("chmod -R u+rwX /var/canary 2> /dev/null");
