@@ -1,6 +1,6 @@
 #include "device/session/Display.h"
+#include "support/Cases.h"
 #include "support/RefusalOf.h"
-#include "support/TemporaryFolder.h"
 
 #include <X11/Xauth.h>
 #include <cstdio>
@@ -39,21 +39,9 @@ TEST(Display, WaylandIsTakenWhereItCanBe) {
 }
 
 TEST(Display, WithoutOneTheReasonIsGiven) {
-  const std::pair<Environment, const char*> rows[] = {
-      {{}, "no display"},
-      {{{"WAYLAND_DISPLAY", "/nowhere/wayland-0"}}, "no display"},
-      {{{"DISPLAY", "localhost:10.0"}}, "over the network"},
-      {{{"DISPLAY", ":4711"}}, "has no socket"},
-      {{{"DISPLAY", "0"}}, "not one that"},
-      {{{"DISPLAY", ":"}}, "not one that"},
-      {{{"DISPLAY", ":x"}}, "not one that"},
-      {{{"DISPLAY", ":1/../../etc"}}, "not one that"},
-      {{{"DISPLAY", ":123456"}}, "not one that"},
-  };
-  for (const auto& [caller, reason] : rows)
-    expectRefusal([&caller] { findDisplay(caller, WaylandSupport::Present); }, reason);
-  EXPECT_EQ(findDisplay({{"QT_QPA_PLATFORM", "offscreen"}}, WaylandSupport::Present).kind,
-            Display::Kind::None);
+  expectCases("display", [](const Case& row) {
+    return refusalOf([&] { findDisplay(environmentOf(row[0]), WaylandSupport::Present); });
+  });
 }
 
 TEST(Display, TheOneEntryOfTheAuthorityIsValidInTheDevice) {

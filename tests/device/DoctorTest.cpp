@@ -1,48 +1,15 @@
 // The doctor: what it makes of what it has seen, and of a build's log.
-#include "core/Text.h"
 #include "device/Process.h"
 #include "device/doctor/Checks.h"
-#include "device/folder/Beneath.h"
-#include "support/TemporaryFolder.h"
+#include "support/Cases.h"
 
 #include <algorithm>
-#include <fcntl.h>
 #include <functional>
-#include <sstream>
-#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 namespace doctor {
 namespace {
-
-std::vector<std::string> split(const std::string& text, const std::string& separator) {
-  std::vector<std::string> parts;
-  std::size_t start = 0;
-  for (std::size_t end = 0; (end = text.find(separator, start)) != std::string::npos;
-       start = end + separator.size())
-    parts.push_back(text.substr(start, end - start));
-  parts.push_back(text.substr(start));
-  return parts;
-}
-
-// The rows of doctor-cases.txt that begin with that word.
-std::vector<std::vector<std::string>> cases(const std::string& kind) {
-  std::vector<std::vector<std::string>> rows;
-  std::istringstream lines(fileAt(TWEAKBENCH_DOCTOR_CASES));
-  for (std::string line; std::getline(lines, line);) {
-    if (line.starts_with(kind + " "))
-      rows.push_back(split(replaceAll(line.substr(kind.size()) + " ", "␛", "\033"), " | "));
-  }
-  for (auto& row : rows) {
-    for (auto& field : row) {
-      field.erase(0, field.find_first_not_of(' '));
-      field.erase(field.find_last_not_of(' ') + 1);
-    }
-  }
-  EXPECT_GE(rows.size(), 10U) << kind;
-  return rows;
-}
 
 // What the probe prints where nothing is wrong, without the lines that `changes` take away and with theirs.
 std::string probed(const std::string& changes = "") {
@@ -55,7 +22,7 @@ std::string probed(const std::string& changes = "") {
        {"bin", "makefiles/common.mk", "makefiles/tweak.mk", "vendor/include", "vendor/include/.git",
         "vendor/lib", "vendor/lib/.git", "vendor/logos", "vendor/dm.pl", "sdks", "toolchain/linux/iphone"})
     lines.push_back(std::string("entry,") + path + ",present");
-  for (const std::string& change : split(changes, "; ")) {
+  for (const std::string& change : splitAt(changes, "; ")) {
     if (change.starts_with("-")) {
       std::erase_if(lines, [&](const std::string& line) { return line.starts_with(change.substr(1)); });
     } else {
@@ -140,34 +107,8 @@ TEST(Doctor, ThePracticeTheosNeedsNoToolchain) {
   EXPECT_FALSE(canBuild(findingsFor(healthy(bare + "; practice; -try,dpkg-deb"))));
 }
 
-TEST(Doctor, WithoutADeviceItTellsWhyAndJudgesNothingUnseen) {
-  const std::string noTrial = "note trial build: Not made, since it cannot work before the rest is mended.\n";
-  const std::string unseen =
-      "note user namespaces: Not looked at, since no device can be started before the rest is mended.\n";
-  const std::string noNamespaces = "The device could not be set up: user namespaces are switched off.";
-  const struct {
-    std::string Facts::*refusal;
-    std::string words;
-    std::string complaints;
-  } rows[] = {
-      {&Facts::deviceRefusal, noNamespaces, "problem user namespaces: " + noNamespaces + "\n"},
-      {&Facts::deviceRefusal, "Theos cannot be read.", "problem start: Theos cannot be read.\n"},
-      {&Facts::bubblewrapRefusal, "It is not installed.",
-       "problem bubblewrap: It is not installed.\n" + unseen},
-      {&Facts::theosRefusal, "x is no Theos.", unseen + "problem Theos: x is no Theos.\n"},
-  };
-  for (const auto& row : rows) {
-    Facts facts = healthy();
-    facts.inDevice.reset();
-    facts.trial.reset();
-    facts.*row.refusal = row.words;
-    EXPECT_EQ(complaints(facts), row.complaints + noTrial);
-    EXPECT_FALSE(canBuild(findingsFor(facts)));
-  }
-}
-
 TEST(BuildLog, KnownMessagesAreExplainedAtTheirLine) {
-  for (const auto& row : cases("log")) {
+  for (const auto& row : cases("build-log")) {
     const std::string lines = replaceAll(row[0], "; ", "\n") + "\n";
     const auto findings = explainBuildLog("> Making all for tweak P…\n\n" + lines + lines + "no end of line");
     ASSERT_EQ(findings.size(), 1U) << row[0];
@@ -238,20 +179,6 @@ TEST(Capture, KeepsBothStreamsAndStopsWhatTakesTooLong) {
   EXPECT_EQ(flood.output.size(), std::size_t{1} << 20);
   EXPECT_EQ(capture({"/bin/sleep", "1000"}, std::chrono::seconds(0)).status, 124);
   EXPECT_EQ(capture({"/no/such/program"}, std::chrono::seconds(60)).status, 127);
-}
-
-TEST(LastLog, OnlyAPlainFileIsReadAndOnlyItsEnd) {
-  const TemporaryFolder place;
-  const Descriptor folder(open(place.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  putFile(place / "log", "beginning, end");
-  putFile(place / "empty", "");
-  ASSERT_EQ(mkfifo((place / "pipe").c_str(), 0600), 0);
-  ASSERT_EQ(symlink("log", (place / "link").c_str()), 0);
-  EXPECT_EQ(readEndBeneath(folder.get(), "log", 3), "end");
-  EXPECT_EQ(readEndBeneath(folder.get(), "log", 1000), "beginning, end");
-  EXPECT_EQ(readEndBeneath(folder.get(), "empty", 1000), "");
-  for (const char* name : {"pipe", "link", ".", "missing"})
-    EXPECT_FALSE(readEndBeneath(folder.get(), name, 1000)) << name;
 }
 
 }  // namespace

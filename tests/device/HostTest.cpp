@@ -6,7 +6,7 @@
 #include "device/sandbox/Sandbox.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
-#include "support/TemporaryFolder.h"
+#include "support/Cases.h"
 
 #include <filesystem>
 #include <fstream>
@@ -19,23 +19,7 @@ namespace {
 using Paths = std::vector<std::filesystem::path>;
 
 TEST(Environment, LocaleIsSpeltAsThePhoneDoes) {
-  struct Row {
-    Environment caller;
-    const char* locale;
-  };
-  const std::vector<Row> rows{
-      {{{"LANG", "ar_SA.UTF-8"}}, "ar_SA"},
-      {{{"LANG", "de_DE@euro"}}, "de_DE"},
-      {{{"LANG", "ar_SA.UTF-8"}, {"LC_ALL", "en_GB.UTF-8"}}, "en_GB"},
-      {{{"LANG", "ar_SA.UTF-8"}, {"LC_ALL", ""}}, "ar_SA"},
-      {{{"LANG", "C.UTF-8"}}, "en_US"},
-      {{}, "en_US"},
-      {{{"LANG", "<string>ar"}}, "en_US"},
-      {{{"LANG", "de_DE.UTF-8"}, {"LANGUAGE", ":ar_EG.UTF-8:de"}}, "ar_EG"},
-      {{{"LC_ALL", "C"}, {"LANG", "de_DE.UTF-8"}, {"LANGUAGE", "ar"}}, "en_US"},
-      {{{"LANGUAGE", "ar"}}, "en_US"},
-  };
-  for (const auto& row : rows) EXPECT_EQ(localeIdentifier(row.caller), row.locale);
+  expectCases("locale", [](const Case& row) { return localeIdentifier(environmentOf(row[0])); });
 }
 
 TEST(Environment, NothingOfTheCallersGetsInUnasked) {
@@ -108,42 +92,21 @@ TEST(DataFiles, FontsComeFromTheHostAlone) {
 }
 
 TEST(Accessibility, OnlyABusWithAShowableSocketIsJoined) {
-  const auto address = busAddress("   unix:path=/run/user/1000/at-spi/bus_0,guid=12\n");
-  ASSERT_TRUE(address);
-  EXPECT_EQ(address->whole, "unix:path=/run/user/1000/at-spi/bus_0,guid=12");
-  EXPECT_EQ(address->path, "/run/user/1000/at-spi/bus_0");
-  // Others have no path, or one where the device would write.
-  for (const char* other :
-       {"", " \n", "Error org.freedesktop.DBus.Error.ServiceUnknown", "unix:abstract=/tmp/dbus-x",
-        "tcp:host=localhost,port=1", "unix:path=/var/tmp/bus", "unix:path=/tmp/../var/tmp/bus",
-        "unix:path=/run/a%20b", "unix:path=relative"}) {
-    EXPECT_FALSE(busAddress(other)) << other;
-  }
+  expectCases("bus", [](const Case& row) {
+    const auto address = busAddress(row[0]);
+    return address ? address->path + " of " + address->whole : "none";
+  });
 }
 
 TEST(Diagnosis, CausesAreToldApart) {
-  const char* map = "bwrap: setting up uid map: Permission denied\n";
-  const struct {
-    const char* message;
-    NamespaceSettings settings;
-    const char* said;
-  } rows[] = {
-      {"bwrap: Unknown option --bind-fd\n", {1, 100, {}}, "too old"},
-      {"bwrap: No permissions to create new namespace\n", {0, 100, {}}, "kernel.unprivileged_userns_clone=1"},
-      {"bwrap: Creating new namespace failed\n", {{}, 0, {}}, "user.max_user_namespaces"},
-      {map, {1, 100, 1}, "AppArmor"},
-      {"bwrap: loopback: Failed RTM_NEWADDR: Operation not permitted\n", {1, 100, 1}, "AppArmor"},
-      {map, {1, 100, {}}, "containers do (setting up uid map: Permission denied)"},
-      // AppArmor is not to blame.
-      {"bwrap: Can't find source path /x: No such file\n", {1, 100, 1}, "Can't find source path /x"},
-      {"", {1, 100, {}}, "gave no reason"},
-  };
-  for (const auto& row : rows) {
-    const std::string said = explainFailure(row.message, row.settings);
-    EXPECT_NE(said.find(row.said), std::string::npos) << said;
-    EXPECT_EQ(said.find('\n'), std::string::npos) << said;
-    EXPECT_TRUE(said.ends_with(".")) << said;
-  }
+  expectCases("cause", [](const Case& row) {
+    std::vector<std::optional<long>> settings;
+    for (const std::string& number : splitAt(row[1], " "))
+      settings.push_back(number == "-" ? std::nullopt : std::optional(std::stol(number)));
+    const std::string said = explainFailure(row[0], {settings[0], settings[1], settings.at(2)});
+    EXPECT_TRUE(said.ends_with(".") && said.find('\n') == std::string::npos) << said;
+    return said;
+  });
 }
 
 }  // namespace
