@@ -1,12 +1,10 @@
 // What the tests of dialogs share: an application window behind them, and a finger to tap their buttons.
 #pragma once
 
-#include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewBox.h"
-#include "RQAlertView/RQAlertViewButton.h"
-#include "RQAlertView/RQAlertViewButtonList.h"
 #include "RQAlertView/RQAlertViewController.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
+#include "alert/Describe.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
@@ -19,22 +17,16 @@
 #include <vector>
 
 #include <QLineEdit>
-#include <QListView>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-using Dialog = std::shared_ptr<RQAlertView>;
-
-inline constexpr auto alertStyle = RQAlertViewStyle::Alert;
-inline constexpr auto sheetStyle = RQAlertViewStyle::ActionSheet;
-inline const QString none;
 
 class Dialogs : public testing::Test {
  protected:
   void SetUp() override {
     UIScreen::mainScreen()->resize(390, 844);
     appField = new QLineEdit(appController->view());
+    appField->setAccessibleName("Behind");
     appWindow->setRootViewController(appController);
     appWindow->makeKeyAndVisible();
     ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
@@ -43,6 +35,7 @@ class Dialogs : public testing::Test {
   void TearDown() override {
     setMotionEnabled(false);
     UIApplication::setLayoutDirection(Qt::LeftToRight);
+    RQAlertView::resetAppearance();
     // What a test leaves on the screen does not reach the next one.
     const auto left = RQAlertViewWindowsObserver::sharedInstance()->windowsArray();
     for (const RQAlertViewWindowContainer& container : left) {
@@ -61,45 +54,11 @@ class Dialogs : public testing::Test {
     }
   }
 
-  static Dialog alert(const QStringList& buttons = {"One"}, const QString& cancel = none,
-                      const QString& destructive = none) {
-    return RQAlertView::alertViewWithTitle("Title", "Message", alertStyle, buttons, cancel, destructive);
-  }
-  static Dialog sheet(const QStringList& buttons, const QString& cancel = none,
-                      const QString& destructive = none) {
-    return RQAlertView::alertViewWithTitle("Title", "Message", sheetStyle, buttons, cancel, destructive);
-  }
-  static Dialog withMessage(const QString& message, RQAlertViewStyle style = alertStyle,
-                            const QStringList& buttons = {"OK"}, const QString& cancel = none,
-                            const QString& destructive = none) {
-    return RQAlertView::alertViewWithTitle("Title", message, style, buttons, cancel, destructive);
-  }
-  static Dialog waiting(const QString& label = none, const QStringList& buttons = {},
-                        const QString& cancel = none) {
-    return RQAlertView::alertViewWithActivityIndicatorAndTitle("Title", none, alertStyle, label, buttons,
-                                                               cancel, none);
-  }
-  static Dialog withFields(std::size_t number, const QStringList& buttons = {"OK"}) {
-    return RQAlertView::alertViewWithTextFieldsAndTitle("Title", none, number, nullptr, buttons, "Cancel",
-                                                        none);
-  }
-
   static Dialog showing(const Dialog& dialog) {
     dialog->show();
     return dialog;
   }
-  // Keeps it open too, and writes its answers down.
-  Dialog listeningTo(const Dialog& dialog) {
-    dialog->setDismissOnAction(false);
-    dialog->setActionHandler(
-        [this](RQAlertView&, std::size_t, const QString& title) { heard.push_back(title.toStdString()); });
-    dialog->setCancelHandler([this](RQAlertView&) { heard.emplace_back("cancelled"); });
-    dialog->setDestructiveHandler([this](RQAlertView&) { heard.emplace_back("destroyed"); });
-    return showing(dialog);
-  }
-  // What has been answered since the last call.
-  std::vector<std::string> answered() { return std::exchange(heard, {}); }
-
+  static Dialog showing(const QString& description) { return showing(dialogFrom(description)); }
   static void close(const Dialog& dialog) {
     dialog->dismiss();
     letGo();
@@ -112,36 +71,36 @@ class Dialogs : public testing::Test {
     letGo();
   }
 
+  // Of the dialog, where it is shown, else null.
+  template <typename Part>
+  static Part* partOf(const Dialog& dialog) {
+    Part* part = dialog->view() ? dialog->view()->findChild<Part*>() : nullptr;
+    return part && !part->isHidden() ? part : nullptr;
+  }
   static RQAlertViewBox* frameOf(const Dialog& dialog) {
-    return dialog->view() ? dialog->view()->findChild<RQAlertViewBox*>() : nullptr;
+    return dialog->view()->findChild<RQAlertViewBox*>();
   }
-  static RQAlertViewButtonList* listOf(const Dialog& dialog) {
-    auto* list = dialog->view()->findChild<RQAlertViewButtonList*>();
-    return list && !list->isHidden() ? list : nullptr;
-  }
+  static RQAlertViewButtonList* listOf(const Dialog& dialog) { return partOf<RQAlertViewButtonList>(dialog); }
   static RQAlertViewButton* buttonOf(const Dialog& dialog, const QString& title) {
     for (auto* button : dialog->view()->findChildren<RQAlertViewButton*>()) {
       if (button->title() == title && !button->isHidden()) return button;
     }
     return nullptr;
   }
-
-  // Taps what bears the title, be it a button or a row.
-  static void tap(const Dialog& dialog, const QString& title) {
-    if (auto* button = buttonOf(dialog, title)) {
-      QTest::mouseClick(button, Qt::LeftButton);
-      return;
-    }
+  // The button or row with the title, as a widget and a place in it.
+  static std::pair<QWidget*, QRect> placeOf(const Dialog& dialog, const QString& title) {
+    if (auto* button = buttonOf(dialog, title)) return {button, button->rect()};
     RQAlertViewButtonList* list = listOf(dialog);
-    ASSERT_TRUE(list) << "there is nothing to tap";
-    for (int row = 0; row < list->rows().count(); ++row) {
-      if (list->rows().at(row).title != title) continue;
-      const QModelIndex index = list->model()->index(row, 0);
-      list->scrollTo(index);
-      QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(index).center());
-      return;
+    for (int row = 0; list && row < list->rows().count(); ++row) {
+      if (list->rows().at(row).title == title)
+        return {list->viewport(), list->visualRect(list->model()->index(row, 0))};
     }
-    FAIL() << "no button " << title.toStdString();
+    ADD_FAILURE() << "no button " << title.toStdString();
+    return {dialog->view(), {}};
+  }
+  static void tap(const Dialog& dialog, const QString& title) {
+    const auto [widget, place] = placeOf(dialog, title);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, place.center());
   }
 
   static UIWindow* keyWindow() { return UIApplication::sharedApplication()->keyWindow(); }
@@ -150,5 +109,4 @@ class Dialogs : public testing::Test {
   std::shared_ptr<UIViewController> appController = std::make_shared<UIViewController>();
   std::shared_ptr<UIWindow> appWindow = makeUIWindow();
   QLineEdit* appField = nullptr;
-  std::vector<std::string> heard;
 };

@@ -10,95 +10,94 @@ using testing::ElementsAre;
 
 class Fields : public Dialogs {};
 
+Dialog withFields(std::size_t number, const RQAlertViewTextFieldsSetupHandler& setUp,
+                  const Dialog& dialog = RQAlertView::alloc()) {
+  return dialog->initWithTextFieldsAndTitle("Title", {}, number, setUp, {"OK"}, "Cancel", {});
+}
+
 TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   std::vector<std::size_t> indices;
-  const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-      "Title", none, 3,
-      [&](RQAlertViewTextField& field, std::size_t index) {
-        indices.push_back(index);
-        EXPECT_EQ(field.clearButtonMode(), UITextFieldViewMode::Always);
-        field.setKeyboardAppearance(UIKeyboardAppearance::Dark);
-        field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
-        field.setText(QString::number(index));
-        field.resignFirstResponder();
-      },
-      {"OK"}, none, none);
+  const Dialog dialog = withFields(3, [&](RQAlertViewTextField& field, std::size_t index) {
+    indices.push_back(index);
+    EXPECT_EQ(field.clearButtonMode(), UITextFieldViewMode::Always);
+    field.setClearButtonMode(UITextFieldViewMode::WhileEditing);
+    field.setText(QString::number(index));
+    field.setEnabled(index > 0);
+    field.resignFirstResponder();
+    if (index == 1) field.setAccessibleName("Second");
+    if (index > 0) field.setPlaceholder("Here");
+  });
   EXPECT_THAT(indices, ElementsAre(0U, 1U, 2U));
-  dialog->setTextFieldsTextColor(Qt::yellow);
-  dialog->setTextFieldsBackgroundColor(Qt::black);
+  change(*dialog, "textFieldsTextColor=yellow textFieldsBackgroundColor=black");
   dialog->show();
   const auto fields = dialog->textFieldsArray();
   ASSERT_EQ(fields.size(), 3U);
-  EXPECT_TRUE(fields[0]->isFirstResponder());
+  EXPECT_TRUE(fields[1]->isFirstResponder()) << "the first that takes the focus";
   EXPECT_EQ(fields[2]->text(), "2");
   EXPECT_EQ(fields[1]->clearButtonMode(), UITextFieldViewMode::WhileEditing);
   EXPECT_EQ(fields[1]->palette().color(QPalette::Text), QColor(Qt::yellow));
-}
+  fields[2]->setColors(Qt::black, Qt::green);
+  change(*dialog, "tintColor=magenta");
+  EXPECT_EQ(fields[2]->palette().color(QPalette::Text), QColor(Qt::green));
+  EXPECT_EQ(fields[2]->palette().color(QPalette::Highlight), telling);
+  EXPECT_EQ(fields[1]->grab().toImage().pixelColor(fields[1]->width() / 2, 0).red(), 255)
+      << "a ring in the tint";
 
-TEST_F(Fields, GiveTheFocusToTheFirstThatTakesIt) {
-  for (const std::size_t disabled : {1U, 2U}) {
-    const Dialog dialog = RQAlertView::alertViewWithTextFieldsAndTitle(
-        "Title", none, 2,
-        [&](RQAlertViewTextField& field, std::size_t index) { field.setEnabled(index >= disabled); }, {"OK"},
-        none, none);
-    dialog->show();
-    EXPECT_EQ(focus(),
-              disabled == 1 ? dialog->textFieldsArray()[1] : static_cast<QWidget*>(buttonOf(dialog, "OK")));
-    dialog->dismiss();
-  }
+  EXPECT_EQ(fields[0]->accessibleName(), "Title");
+  EXPECT_EQ(fields[1]->accessibleName(), "Second");
+  EXPECT_EQ(fields[2]->accessibleName(), "Here");
+  fields[2]->setPlaceholderText({});
+  EXPECT_EQ(fields[2]->accessibleName(), "Title");
 }
 
 TEST_F(Fields, HandsAWholeDialogToASetUpHandler) {
-  const auto makeWith = [](const Dialog& dialog, const std::function<void()>& handler) {
-    return dialog->initWithTextFieldsAndTitle(
-        "Title", none, 2, [&](RQAlertViewTextField&, std::size_t) { handler(); }, {"OK"}, "Cancel", none);
-  };
   const Dialog changed = RQAlertView::alloc();
-  makeWith(changed, [&] {
-    changed->setButtonEnabled(false, 0);
-    changed->setTextFieldsTextColor(Qt::yellow);
-    EXPECT_EQ(changed->textFieldsArray().size(), 2U);
-  });
+  withFields(
+      2,
+      [&](RQAlertViewTextField&, std::size_t) {
+        change(*changed, "button0.enabled=0 textFieldsTextColor=yellow");
+        EXPECT_EQ(changed->textFieldsArray().size(), 2U);
+      },
+      changed);
   changed->show();
   EXPECT_FALSE(buttonOf(changed, "OK")->isEnabled());
   EXPECT_EQ(changed->textFieldsArray()[0]->palette().color(QPalette::Text), QColor(Qt::yellow));
   changed->dismiss();
 
   Dialog only = RQAlertView::alloc();
-  const Dialog returned = makeWith(Dialog(only), [&] { only.reset(); });
+  const Dialog returned = withFields(
+      2, [&](RQAlertViewTextField&, std::size_t) { only.reset(); }, Dialog(only));
   EXPECT_EQ(returned->state(), RQAlertViewState::Made);
 
   const Dialog destroyed = RQAlertView::alloc();
-  makeWith(destroyed, [&] { delete destroyed->window().get(); });
+  withFields(
+      2, [&](RQAlertViewTextField&, std::size_t) { delete destroyed->window().get(); }, destroyed);
   EXPECT_EQ(destroyed->state(), RQAlertViewState::Dismissed);
 }
 
 TEST_F(Fields, FitsATextIntoItsFieldAndGoesBackToTheFontItWasGiven) {
-  const Dialog dialog = withFields(1);
-  dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
-  dialog->show();
+  const Dialog dialog = showing("alert fields=1 textFieldsAdjustsFontSizeToFitWidth=1");
   RQAlertViewTextField* field = dialog->textFieldsArray()[0];
   const QFont full = field->font();
   EXPECT_EQ(full, dialog->textFieldsFont());
   field->setText(QString(60, u'm'));
   EXPECT_EQ(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
   // The font in between is not taken for the one that was given.
-  dialog->setTextFieldsMinimumFontSize(1);
+  change(*dialog, "textFieldsMinimumFontSize=1");
   EXPECT_LT(field->font().pointSizeF(), systemFontOfSize(12).pointSizeF());
   EXPECT_GT(field->font().pointSizeF(), systemFontOfSize(1).pointSizeF());
   field->clear();
   EXPECT_EQ(field->font(), full);
   field->setText(QString(60, u'm'));
-  dialog->setTextFieldsAdjustsFontSizeToFitWidth(false);
+  change(*dialog, "textFieldsAdjustsFontSizeToFitWidth=0");
   EXPECT_EQ(field->font(), full);
   // Nor does the least size make a small font larger.
-  dialog->setTextFieldsMinimumFontSize(40);
-  dialog->setTextFieldsAdjustsFontSizeToFitWidth(true);
+  change(*dialog, "textFieldsMinimumFontSize=40 textFieldsAdjustsFontSizeToFitWidth=1");
   EXPECT_EQ(field->font(), full);
 }
 
 TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
-  const Dialog dialog = showing(withFields(2));
+  const Dialog dialog = showing("alert fields=2");
   RQAlertViewTextField* field = dialog->textFieldsArray()[1];
   for (const bool clears : {false, true}) {
     dialog->setTextFieldsClearsOnBeginEditing(clears);
@@ -109,21 +108,8 @@ TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
   }
 }
 
-TEST_F(Fields, TintsTheFieldsOfADialogThatIsShown) {
-  const Dialog dialog = showing(withFields(1));
-  RQAlertViewTextField* field = dialog->textFieldsArray()[0];
-  field->setColors(Qt::black, Qt::yellow);
-  dialog->setTintColor(Qt::magenta);
-  EXPECT_EQ(field->palette().color(QPalette::Highlight), QColor(Qt::magenta));
-  EXPECT_EQ(field->palette().color(QPalette::Text), QColor(Qt::yellow));
-  EXPECT_EQ(field->grab().toImage().pixelColor(field->width() / 2, 0).red(), 255);
-}
-
 TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
-  const Dialog dialog = withFields(2);
-  dialog->setTextFieldsBackgroundColor(Qt::white);
-  dialog->setTextFieldsTextColor(Qt::magenta);
-  dialog->show();
+  const Dialog dialog = showing("alert fields=2 textFieldsBackgroundColor=white textFieldsTextColor=magenta");
   RQAlertViewTextField* field = dialog->textFieldsArray()[1];
   // Without the corners.
   const QRect inner = field->rect().adjusted(8, 8, -8, -8);
@@ -149,7 +135,7 @@ TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
 
 TEST_F(Fields, ShowsTheClearButtonWhenItsModeSaysAndThereIsSomethingToClear) {
   using Mode = UITextFieldViewMode;
-  const Dialog dialog = showing(withFields(2));
+  const Dialog dialog = showing("alert fields=2");
   RQAlertViewTextField* field = dialog->textFieldsArray()[0];
   RQAlertViewTextField* other = dialog->textFieldsArray()[1];
   const auto shown = [&] { return field->actions().front()->isVisible(); };

@@ -3,7 +3,6 @@
 
 #include "alert/Dialogs.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include <QImage>
@@ -18,25 +17,22 @@ inline bool isLike(const QColor& pixel, const QColor& color) {
          std::abs(pixel.blue() - color.blue()) < most;
 }
 
-// The smallest rectangle that holds every pixel like `color`; null where there is none.
-inline QRect extentOf(const QImage& picture, const QColor& color) {
+// The smallest rectangle that holds every pixel that `counts`; null where there is none.
+template <typename Counts>
+QRect extentWhere(const QImage& picture, Counts counts) {
   QRect extent;
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
-      if (isLike(picture.pixelColor(x, y), color)) extent |= QRect(x, y, 1, 1);
+      if (counts(picture.pixelColor(x, y))) extent |= QRect(x, y, 1, 1);
     }
   }
   return extent;
 }
-
+inline QRect extentOf(const QImage& picture, const QColor& color = telling) {
+  return extentWhere(picture, [&color](const QColor& pixel) { return isLike(pixel, color); });
+}
 inline bool shows(const QImage& picture, const QColor& color = telling) {
   return !extentOf(picture, color).isNull();
-}
-
-inline QPixmap pixmapOf(const QColor& color, int side) {
-  QPixmap pixmap(side, side);
-  pixmap.fill(color);
-  return pixmap;
 }
 
 // Dialogs above a white screen without a cover, so that colours are what they were given as.
@@ -50,10 +46,6 @@ class Pictures : public Dialogs {
     // Keys of an earlier test leave a ring around what has the focus.
     UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
     RQAlertView::appearance()->setCoverColor(Qt::transparent);
-  }
-  void TearDown() override {
-    RQAlertView::resetAppearance();
-    Dialogs::TearDown();
   }
 
   // What the application's own window is filled with.
@@ -71,15 +63,5 @@ class Pictures : public Dialogs {
   static QImage seen(const QWidget* part) { return seen(part, part->rect()); }
   static QColor seenAt(const QWidget* part, const QPoint& place) {
     return seen(part, QRect(place, QSize(1, 1))).pixelColor(0, 0);
-  }
-
-  static Dialog withProgress(const QString& label = none) {
-    return RQAlertView::alertViewWithProgressViewAndTitle("Title", none, alertStyle, 0.5, label, {"OK"}, none,
-                                                          none);
-  }
-
-  template <typename Part>
-  static Part* partOf(const Dialog& dialog) {
-    return dialog->view()->findChild<Part*>();
   }
 };

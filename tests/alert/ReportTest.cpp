@@ -1,6 +1,5 @@
-// To whom a dialog reports what, and in which order.
+// To whom a dialog reports what, and what it refuses; the order of the reports is in flows.txt.
 #include "alert/Dialogs.h"
-#include "alert/Journal.h"
 #include "support/SystemLog.h"
 
 #include <functional>
@@ -9,34 +8,11 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
-
-using Lines = std::vector<std::string>;
-
-Lines operator+(Lines lines, const Lines& more) {
-  lines.insert(lines.end(), more.begin(), more.end());
-  return lines;
-}
-
-// To the handler, the delegate, and by notification.
-Lines trio(const std::string& name, const std::string& values = "", const std::string& userInfo = "") {
-  return {"handler " + name + values, "delegate " + name + values, "posted " + name + userInfo};
-}
-Lines animations(const std::string& name) {
-  return {"posted " + name + " duration=0.05", "handler " + name + " 0.05", "delegate " + name + " 0.05"};
-}
 
 class Reports : public Dialogs {
  protected:
-  static Dialog everyButton(RQAlertViewStyle style) {
-    const Dialog dialog =
-        RQAlertView::alertViewWithTitle("Title", none, style, {"One", "Two"}, "Cancel", "Delete");
-    dialog->setShouldDismissAnimated(false);
-    return dialog;
-  }
-  template <typename Call>
-  static std::string messageOf(Call call) {
+  static std::string messageOf(const std::function<void()>& call) {
     try {
       call();
     } catch (const InternalInconsistency& error) {
@@ -44,160 +20,76 @@ class Reports : public Dialogs {
     }
     return "nothing was thrown";
   }
-};
-
-struct Answer {
-  const char* title;
-  std::function<void(RQAlertView&)> force;
-  Lines now;
-  Lines afterwards;
-};
-
-const std::vector<Answer> answers{
-    {"Two", [](RQAlertView& dialog) { dialog.forceActionAtIndex(1); },
-     trio("Action", " 1 Two", " index=1 title=Two"),
-     trio("DidDismissAfterAction", " 1 Two", " index=1 title=Two")},
-    {"Cancel", [](RQAlertView& dialog) { dialog.forceCancel(); }, trio("Cancel"),
-     trio("DidDismissAfterCancel")},
-    {"Delete", [](RQAlertView& dialog) { dialog.forceDestructive(); }, trio("Destructive"),
-     trio("DidDismissAfterDestructive")},
-};
-
-TEST_F(Reports, GoToHandlerThenDelegateThenNotificationFromShowToTheVeryEnd) {
-  for (const Answer& answer : answers) {
-    // As rows of an alert, as rows and separate button of a sheet, and forced.
-    for (const auto way : {0, 1, 2}) {
-      SCOPED_TRACE(std::string(answer.title) + " way " + std::to_string(way));
-      const Dialog dialog = everyButton(way == 1 ? sheetStyle : alertStyle);
-      Journal journal(*dialog);
-      dialog->showAnimated(false, [&] { journal.note("show completed"); });
-      EXPECT_THAT(journal.take(),
-                  ElementsAreArray(trio("WillShow") + trio("DidShow") + Lines{"show completed"}));
-      way == 2 ? answer.force(*dialog) : tap(dialog, QString::fromLatin1(answer.title));
-      EXPECT_THAT(journal.take(), ElementsAreArray(answer.now + trio("WillDismiss") + trio("DidDismiss") +
-                                                   answer.afterwards));
-      EXPECT_EQ(dialog->state(), RQAlertViewState::Dismissed);
-      EXPECT_EQ(dialog->delegate(), nullptr);
-      letGo();
-      EXPECT_TRUE(journal.take().empty());
-    }
+  std::vector<std::string> heard() { return std::exchange(heard_, {}); }
+  RQAlertViewHandler hearing(const std::string& what) {
+    return [this, what](RQAlertView&) { heard_.push_back(what); };
   }
-}
 
-TEST_F(Reports, ComeFromInsideTheAnimationsToo) {
-  setMotionEnabled(true);
-  const Dialog dialog = alert();
-  dialog->setAnimationDuration(0.05);
-  Journal journal(*dialog);
-  dialog->showAnimated(true, [&] { journal.note("show completed"); });
-  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillShow") + animations("ShowAnimations")));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Shown; }));
-  EXPECT_THAT(journal.take(), ElementsAreArray(trio("DidShow") + Lines{"show completed"}));
-  dialog->dismissAnimated(true, [&] { journal.note("dismiss completed"); });
-  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillDismiss") + animations("DismissAnimations")));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return dialog->state() == RQAlertViewState::Dismissed; }));
-  EXPECT_THAT(journal.take(), ElementsAreArray(trio("DidDismiss") + Lines{"dismiss completed"}));
-}
-
-TEST_F(Reports, TellOfAnAnswerButNotOfADismissalWhereItKeepsTheDialogOpen) {
-  const Dialog dialog = everyButton(alertStyle);
-  dialog->setDismissOnAction(false);
-  Journal journal(*dialog);
-  dialog->show();
-  journal.take();
-  for (const Answer& answer : answers) {
-    tap(dialog, QString::fromLatin1(answer.title));
-    EXPECT_THAT(journal.take(), ElementsAreArray(answer.now));
-  }
-  EXPECT_EQ(dialog->state(), RQAlertViewState::Shown);
-  dialog->dismiss();
-  EXPECT_THAT(journal.take(), ElementsAreArray(trio("WillDismiss") + trio("DidDismiss")));
-}
+  std::vector<std::string> heard_;
+};
 
 TEST_F(Reports, ReachOnlyWhatTheDelegateRespondsToAndNoneOnceItHasGone) {
   auto delegate = std::make_shared<RQAlertViewDelegate>();
-  int shown = 0;
-  delegate->alertViewDidShow = [&](RQAlertView&) { ++shown; };
-  const Dialog first = alert();
+  delegate->alertViewDidShow = hearing("shown");
+  const Dialog first = dialogFrom("alert buttons=A");
   first->setDelegate(delegate);
   first->show();
-  EXPECT_EQ(shown, 1);
+  EXPECT_THAT(heard(), ElementsAre("shown"));
   first->dismiss();
-  const Dialog second = alert();
+  EXPECT_EQ(first->delegate(), nullptr);
+  const Dialog second = dialogFrom("alert buttons=A");
   second->setDelegate(delegate);
   delegate.reset();
   second->show();
   second->forceActionAtIndex(0);
-  EXPECT_EQ(shown, 1);
+  EXPECT_THAT(heard(), IsEmpty());
 }
 
-TEST_F(Reports, ReachAHandlerThatWasSetBeforeTheInitializer) {
+TEST_F(Reports, ReachWhatWasSetBeforeTheInitializerAndTheDelegateThatAHandlerSets) {
+  auto delegate = std::make_shared<RQAlertViewDelegate>();
+  delegate->alertViewCancelled = hearing("cancelled");
+  delegate->alertViewDidDismissAfterCancelled = hearing("afterwards");
   const Dialog dialog = RQAlertView::alloc();
-  dialog->setDidShowHandler([this](RQAlertView&) { heard.emplace_back("shown"); });
-  dialog->initWithTitle("Title", none, alertStyle, {"A"}, none, none)->show();
-  EXPECT_THAT(answered(), ElementsAre("shown"));
-}
-
-TEST_F(Reports, ReachTheDelegateThatAHandlerHasSet) {
-  const auto named = [&](const std::string& name) {
-    auto delegate = std::make_shared<RQAlertViewDelegate>();
-    delegate->alertViewCancelled = [this, name](RQAlertView&) { heard.push_back(name + " cancelled"); };
-    delegate->alertViewDidDismissAfterCancelled = [this, name](RQAlertView&) {
-      heard.push_back(name + " afterwards");
-    };
-    return delegate;
-  };
-  const auto before = named("before");
-  const auto after = named("after");
-  const Dialog dialog = everyButton(alertStyle);
-  dialog->setDelegate(before);
-  dialog->setCancelHandler([&](RQAlertView& self) { self.setDelegate(after); });
-  dialog->show();
+  dialog->setDidShowHandler(hearing("shown"));
+  dialog->initWithTitle("Title", {}, RQAlertViewStyle::Alert, {}, "Cancel", {})->show();
+  dialog->setCancelHandler([&](RQAlertView& self) { self.setDelegate(delegate); });
   dialog->forceCancel();
-  EXPECT_THAT(answered(), ElementsAre("after cancelled", "after afterwards"));
+  EXPECT_THAT(heard(), ElementsAre("shown", "cancelled", "afterwards"));
 }
 
-TEST_F(Reports, ThrowWhereAButtonIsForcedThatThereIsNot) {
-  const Dialog dialog = alert({"A", "B"});
-  EXPECT_EQ(messageOf([&] { dialog->forceCancel(); }), "Cancel button is not exists");
-  EXPECT_EQ(messageOf([&] { dialog->forceDestructive(); }), "Destructive button is not exists");
-  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(2); }), "Button at index 2 is not exists");
-  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(18446744073709551615U); }),
-            "Button at index 18446744073709551615 is not exists");
-  EXPECT_EQ(messageOf([&] { dialog->forceActionAtIndex(1); }), "nothing was thrown");
-}
-
-TEST_F(Reports, ThrowWhereADialogWasNotInitialized) {
-  const std::string message =
+TEST_F(Reports, ThrowWhereAButtonIsForcedThatThereIsNotOrADialogWasNotInitialized) {
+  const std::string uninitialized =
       "You need to use one of \"- initWith...\" or \"+ alertViewWith...\" methods to initialize RQAlertView";
-  const Dialog dialog = RQAlertView::alloc();
-  EXPECT_EQ(messageOf([&] { dialog->show(); }), message);
-  EXPECT_EQ(messageOf([&] { dialog->showAnimated(); }), message);
-  EXPECT_EQ(messageOf([&] { dialog->showAnimated(true, [] {}); }), message);
-  EXPECT_EQ(messageOf([&] { RQAlertView::appearance()->show(); }), message);
-  const Dialog shown = showing(alert());
-  EXPECT_EQ(messageOf([&] { shown->transitionToAlertView(dialog); }), message);
-  EXPECT_TRUE(shown->isShowing());
-  shown->dismiss();
-}
-
-TEST_F(Reports, IgnoreAnIndexWhereAButtonIsEnabledAndThrowElsewhere) {
-  const Dialog dialog = alert({"A"});
-  dialog->setButtonEnabled(false, 1);
-  EXPECT_TRUE(dialog->isButtonEnabledAtIndex(0));
-  EXPECT_THROW(dialog->isButtonEnabledAtIndex(1), std::out_of_range);
-  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(1, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
+  const Dialog bare = RQAlertView::alloc();
+  const Dialog dialog = showing("alert buttons=A,B");
+  const std::pair<std::function<void()>, std::string> rows[] = {
+      {[&] { dialog->forceCancel(); }, "Cancel button is not exists"},
+      {[&] { dialog->forceDestructive(); }, "Destructive button is not exists"},
+      {[&] { dialog->forceActionAtIndex(2); }, "Button at index 2 is not exists"},
+      {[&] { dialog->forceActionAtIndex(18446744073709551615U); },
+       "Button at index 18446744073709551615 is not exists"},
+      {[&] { bare->show(); }, uninitialized},
+      {[&] { bare->showAnimated(); }, uninitialized},
+      {[&] { bare->showAnimated(true, [] {}); }, uninitialized},
+      {[&] { RQAlertView::appearance()->show(); }, uninitialized},
+      {[&] { dialog->transitionToAlertView(bare); }, uninitialized},
+  };
+  for (const auto& [call, message] : rows) EXPECT_EQ(messageOf(call), message);
+  EXPECT_TRUE(dialog->isShowing());
+  dialog->setButtonEnabled(false, 2);
+  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{true, true}));
+  EXPECT_THROW(dialog->isButtonEnabledAtIndex(2), std::out_of_range);
+  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(2, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
 }
 
 TEST_F(Reports, WarnOfEachDeprecatedDelegateMethodOnce) {
   auto delegate = std::make_shared<RQAlertViewDelegate>();
-  const Dialog dialog = alert();
+  const Dialog dialog = dialogFrom("alert buttons=A");
   systemlog::take();
   dialog->setDelegate(delegate);
   EXPECT_THAT(systemlog::take(), IsEmpty());
-  int called = 0;
-  delegate->alertViewButtonPressedWithTitle = [&](RQAlertView&, const QString&, std::size_t) { ++called; };
-  delegate->alertViewDestructiveButtonPressed = [&](RQAlertView&) { ++called; };
+  delegate->alertViewButtonPressedWithTitle = [](RQAlertView&, const QString&, std::size_t) { FAIL(); };
+  delegate->alertViewDestructiveButtonPressed = [](RQAlertView&) { FAIL(); };
   dialog->setDelegate(delegate);
   EXPECT_THAT(
       systemlog::take(),
@@ -207,40 +99,39 @@ TEST_F(Reports, WarnOfEachDeprecatedDelegateMethodOnce) {
                   "\"alertViewDestructed:\" instead"));
   dialog->show();
   dialog->forceActionAtIndex(0);
-  EXPECT_EQ(called, 0);
 }
 
 // Every way of making a dialog, told apart by who hears of the action.
 struct EntryPoint {
   const char* name;
   RQAlertViewType type;
+  const char* content;
   std::function<Dialog()> bare;
   std::function<Dialog(RQAlertViewActionHandler, RQAlertViewHandler, RQAlertViewHandler)> withHandlers;
   std::function<Dialog(std::shared_ptr<RQAlertViewDelegate>)> withDelegate;
 };
 
-#define ENTRY_POINT(type, name, ...)                                                                     \
-  {#name " (instance)", type, [] { return RQAlertView::alloc()->init##name(__VA_ARGS__); },              \
-   [](auto a, auto c, auto d) { return RQAlertView::alloc()->init##name(__VA_ARGS__, a, c, d); },        \
-   [](auto delegate) { return RQAlertView::alloc()->init##name(__VA_ARGS__, delegate); }},               \
-  {                                                                                                      \
-#name " (factory)", type, [] { return RQAlertView::alertView##name(__VA_ARGS__); },                    \
-   [](auto a, auto c, auto d) { return RQAlertView::alertView##name(__VA_ARGS__, a, c, d); },             \
-   [](auto delegate) { return RQAlertView::alertView##name(__VA_ARGS__, delegate); } \
+#define ENTRY_POINTS_OF(object, type, content, name, ...)                                  \
+  {                                                                                        \
+#object #name, RQAlertViewType::type, content, [] { return object##name(__VA_ARGS__); }, \
+        [](auto a, auto c, auto d) { return object##name(__VA_ARGS__, a, c, d); },         \
+        [](auto delegate) { return object##name(__VA_ARGS__, delegate); } \
   }
+#define ENTRY_POINTS(...)                                   \
+  ENTRY_POINTS_OF(RQAlertView::alloc()->init, __VA_ARGS__), \
+      ENTRY_POINTS_OF(RQAlertView::alertView, __VA_ARGS__)
+#define TEXTS "Title", "Message"
 #define BUTTONS QStringList{"A", "B"}, "Cancel", "Delete"
 
+constexpr auto sheet = RQAlertViewStyle::ActionSheet;
 const std::vector<EntryPoint> entryPoints{
-    ENTRY_POINT(RQAlertViewType::Default, WithTitle, "Title", "Message", sheetStyle, BUTTONS),
-    ENTRY_POINT(RQAlertViewType::Default, WithViewAndTitle, "Title", "Message", sheetStyle, new QWidget,
-                BUTTONS),
-    ENTRY_POINT(RQAlertViewType::ActivityIndicator, WithActivityIndicatorAndTitle, "Title", "Message",
-                sheetStyle, "Label", BUTTONS),
-    ENTRY_POINT(RQAlertViewType::ProgressView, WithProgressViewAndTitle, "Title", "Message", sheetStyle, 0.5,
-                "Label", BUTTONS),
-    ENTRY_POINT(
-        RQAlertViewType::TextFields, WithTextFieldsAndTitle, "Title", "Message", 2,
-        [](RQAlertViewTextField&, std::size_t) {}, BUTTONS),
+    ENTRY_POINTS(Default, "", WithTitle, TEXTS, sheet, BUTTONS),
+    ENTRY_POINTS(Default, " view", WithViewAndTitle, TEXTS, sheet, new QWidget, BUTTONS),
+    ENTRY_POINTS(ActivityIndicator, "Label", WithActivityIndicatorAndTitle, TEXTS, sheet, "Label", BUTTONS),
+    ENTRY_POINTS(ProgressView, "Label 0.5", WithProgressViewAndTitle, TEXTS, sheet, 0.5, "Label", BUTTONS),
+    ENTRY_POINTS(
+        TextFields, " fields", WithTextFieldsAndTitle, TEXTS, 2, [](RQAlertViewTextField&, std::size_t) {},
+        BUTTONS),
 };
 
 TEST_F(Reports, AreAttachedByEveryEntryPoint) {
@@ -248,39 +139,59 @@ TEST_F(Reports, AreAttachedByEveryEntryPoint) {
   for (const EntryPoint& entry : entryPoints) {
     SCOPED_TRACE(entry.name);
     const auto action = [&](RQAlertView&, std::size_t, const QString& title) {
-      heard.push_back(title.toStdString());
-    };
-    const auto plain = [&](const char* what) {
-      return [this, what](RQAlertView&) { heard.push_back(what); };
+      heard_.push_back(title.toStdString());
     };
     auto delegate = std::make_shared<RQAlertViewDelegate>();
     delegate->alertViewClickedButtonAtIndex = action;
-    delegate->alertViewCancelled = plain("cancelled");
-    delegate->alertViewDestructed = plain("destructed");
+    delegate->alertViewCancelled = hearing("cancelled");
+    delegate->alertViewDestructed = hearing("destructed");
     for (const Dialog& dialog :
-         {entry.bare(), entry.withHandlers(action, plain("cancelled"), plain("destructed")),
+         {entry.bare(), entry.withHandlers(action, hearing("cancelled"), hearing("destructed")),
           entry.withDelegate(delegate)}) {
-      EXPECT_TRUE(dialog->isInitialized());
       EXPECT_EQ(dialog->type(), entry.type);
       const bool fields = entry.type == RQAlertViewType::TextFields;
-      const bool progress = entry.type == RQAlertViewType::ProgressView;
-      const bool labelled = progress || entry.type == RQAlertViewType::ActivityIndicator;
-      EXPECT_EQ(dialog->style(), fields ? alertStyle : sheetStyle);
-      EXPECT_EQ(dialog->innerView() != nullptr, std::string(entry.name).find("View") == 4);
-      EXPECT_EQ(dialog->progress(), progress ? 0.5 : 0);
-      EXPECT_EQ(dialog->progressLabelText(), labelled ? "Label" : none);
-      EXPECT_EQ(dialog->buttonTitles(), (QStringList{"A", "B"}));
-      EXPECT_EQ(dialog->title(), "Title");
-      EXPECT_EQ(dialog->message(), "Message");
-      EXPECT_EQ(dialog->cancelButtonTitle(), "Cancel");
-      EXPECT_EQ(dialog->destructiveButtonTitle(), "Delete");
-      EXPECT_EQ(dialog->textFieldsArray().size(), fields ? 2U : 0U);
+      EXPECT_EQ(dialog->style(), fields ? RQAlertViewStyle::Alert : sheet);
+      EXPECT_EQ((QStringList{dialog->title(), dialog->message(), dialog->cancelButtonTitle(),
+                             dialog->destructiveButtonTitle()} +
+                 dialog->buttonTitles()),
+                (QStringList{"Title", "Message", "Cancel", "Delete", "A", "B"}));
+      QString content = dialog->progressLabelText();
+      if (dialog->progress() > 0) content += QString(" %1").arg(dialog->progress());
+      if (dialog->innerView()) content += " view";
+      if (dialog->textFieldsArray().size() == 2) content += " fields";
+      EXPECT_EQ(content, entry.content);
       dialog->forceActionAtIndex(1);
       dialog->forceCancel();
       dialog->forceDestructive();
     }
-    EXPECT_THAT(answered(), ElementsAre("B", "cancelled", "destructed", "B", "cancelled", "destructed"));
+    EXPECT_THAT(heard(), ElementsAre("B", "cancelled", "destructed", "B", "cancelled", "destructed"));
   }
+}
+
+TEST_F(Reports, LetTheScreenBelowDecideOnRotationAndStatusBar) {
+  class Opinionated : public UIViewController {
+   public:
+    bool shouldAutorotate() const override { return false; }
+    UIInterfaceOrientationMask supportedInterfaceOrientations() const override {
+      return UIInterfaceOrientationMask::LandscapeLeft;
+    }
+    UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::LightContent; }
+    bool prefersStatusBarHidden() const override { return true; }
+    UIStatusBarAnimation preferredStatusBarUpdateAnimation() const override {
+      return UIStatusBarAnimation::Slide;
+    }
+  };
+  appController->presentViewController(std::make_shared<Opinionated>(), false);
+  const Dialog dialog = dialogFrom("alert");
+  const auto controller = dialog->viewController();
+  EXPECT_EQ(controller->alertView(), dialog);
+  EXPECT_FALSE(controller->shouldAutorotate());
+  EXPECT_EQ(controller->supportedInterfaceOrientations(), UIInterfaceOrientationMask::LandscapeLeft);
+  EXPECT_EQ(controller->preferredStatusBarStyle(), UIStatusBarStyle::LightContent);
+  EXPECT_TRUE(controller->prefersStatusBarHidden());
+  EXPECT_EQ(controller->preferredStatusBarUpdateAnimation(), UIStatusBarAnimation::Slide);
+  appController->dismissViewControllerAnimated(false);
+  EXPECT_TRUE(controller->shouldAutorotate());
 }
 
 }  // namespace

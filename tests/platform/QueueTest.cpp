@@ -1,11 +1,13 @@
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
+#include "support/Clock.h"
 #include "support/SystemLog.h"
 
 #include <atomic>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QApplication>
@@ -50,38 +52,40 @@ TEST(Queues, LogWhatAJobThrowsAndGoOn) {
   EXPECT_THAT(systemlog::take(), ElementsAre(HasSubstr("worker failed")));
 }
 
-TEST(DelayedCalls, AreMadeOnceAndDroppedWithTheirTarget) {
-  int calls = 0;
+TEST(DelayedCalls, AreMadeOnceAtTheirTimeAndDroppedWithTheirTarget) {
+  const HeldClock clock;
+  std::vector<int> calls;
   QObject lasting;
   auto shortLived = std::make_unique<QObject>();
+  auto* suicidal = new QObject;
+  const auto call = [&calls](int number) { return [&calls, number] { calls.push_back(number); }; };
+  performSelectorAfterDelay(&lasting, call(1), 0.1);
+  performSelectorAfterDelay(shortLived.get(), call(2), 0.1);
+  dispatch_after(0.15, dispatch_get_main_queue(), call(3));
   performSelectorAfterDelay(
-      shortLived.get(), [&] { calls += 100; }, 0);
-  performSelectorAfterDelay(
-      &lasting, [&] { calls += 1; }, 0);
-  shortLived.reset();
-  EXPECT_EQ(calls, 0);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 0; }));
-
-  performSelectorAfterDelay(
-      &lasting, [&] { calls += 1000; }, 0);
-  cancelPreviousPerformRequests(&lasting);
-  performSelectorAfterDelay(
-      &lasting, [&] { calls += 1; }, 0.001);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return calls != 1; }));
-  EXPECT_EQ(calls, 2);
-}
-
-TEST(DelayedCalls, MayDestroyTheirTarget) {
-  auto* target = new QObject;
-  bool called = false;
-  performSelectorAfterDelay(
-      target,
-      [&called, target] {
-        delete target;
-        called = true;
+      suicidal,
+      [&calls, suicidal] {
+        delete suicidal;
+        calls.push_back(4);
       },
-      0);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return called; }));
+      0.2);
+  shortLived.reset();
+  const auto madeAfter = [&calls](long milliseconds) {
+    HeldClock::turn(milliseconds);
+    for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
+    return std::exchange(calls, {});
+  };
+  EXPECT_THAT(madeAfter(99), ElementsAre());
+  EXPECT_THAT(madeAfter(1), ElementsAre(1));
+  EXPECT_THAT(madeAfter(49), ElementsAre());
+  EXPECT_THAT(madeAfter(1), ElementsAre(3));
+  EXPECT_THAT(madeAfter(49), ElementsAre());
+  EXPECT_THAT(madeAfter(1), ElementsAre(4));
+  performSelectorAfterDelay(&lasting, call(5), 0.1);
+  cancelPreviousPerformRequests(&lasting);
+  performSelectorAfterDelay(&lasting, call(6), 0.1);
+  EXPECT_THAT(madeAfter(1000), ElementsAre(6));
+  EXPECT_THAT(madeAfter(1000), ElementsAre());
 }
 
 class Thrower : public QObject {

@@ -5,6 +5,7 @@
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
+#include "support/Clock.h"
 
 #include <memory>
 #include <string>
@@ -142,20 +143,30 @@ TEST(TheKeyboard, ReportsItsFrameAndWhetherItShows) {
 }
 
 TEST(TheActivityIndicator, WakesTheProcessorOnlyWhileItSpinsInSight) {
+  const HeldClock clock;
   QWidget parent(UIScreen::mainScreen());
   UIActivityIndicatorView indicator(UIActivityIndicatorViewStyle::White, &parent);
-  const auto runs = [&] { return indicator.isTicking(); };
+  // In how many milliseconds it looks otherwise; none where it never does.
+  const auto stepsAfter = [&]() -> int {
+    const QImage before = indicator.grab().toImage();
+    for (int milliseconds = 0; milliseconds < 200; ++milliseconds) {
+      if (indicator.grab().toImage() != before) return milliseconds;
+      HeldClock::turn(1);
+      QCoreApplication::processEvents();
+    }
+    return 0;
+  };
   setMotionEnabled(true);
-  EXPECT_FALSE(runs());
+  EXPECT_EQ(stepsAfter(), 0);
   parent.show();
-  EXPECT_TRUE(runs());
+  EXPECT_NEAR(stepsAfter(), 83, 5);
   parent.hide();
-  EXPECT_FALSE(runs());
+  EXPECT_FALSE(indicator.isTicking());
   parent.show();
   parent.hide();
   setMotionEnabled(false);
   parent.show();
-  EXPECT_FALSE(runs());
+  EXPECT_FALSE(indicator.isTicking());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
+#include "support/Clock.h"
 #include "support/SystemLog.h"
 
 #include <memory>
@@ -53,6 +54,10 @@ class Presenting : public testing::Test {
     letGo();
   }
 
+  static void turn(long milliseconds) {
+    HeldClock::turn(milliseconds);
+    for (int step = 0; step < 3; ++step) letGo();
+  }
   std::function<void()> note(const std::string& what) {
     return [this, what] { log.push_back(what); };
   }
@@ -84,32 +89,36 @@ TEST_F(Presenting, CoversThePresenterAndGivesTheFocusBack) {
   EXPECT_TRUE(root->field->hasFocus());
 }
 
-TEST_F(Presenting, SlidesWhereMotionIsOnAndKeepsItsPlaceWhenResized) {
+TEST_F(Presenting, SlidesInATimeWhereMotionIsOnAndKeepsItsPlaceWhenResized) {
   setMotionEnabled(true);
+  const HeldClock clock;
   auto child = std::make_shared<Recorder>("child", log);
   root->presentViewController(child, true, note("presented"));
   EXPECT_GT(child->view()->y(), 0);
   EXPECT_TRUE(root->view()->isVisible());
   UIScreen::mainScreen()->resize(500, 700);
-  QCoreApplication::processEvents();
+  letGo();
   EXPECT_EQ(child->view()->size(), QSize(500, 700));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return log.back() == "presented"; }));
+  turn(0);
+  turn(349);
+  EXPECT_GE(child->view()->y(), 0);
+  EXPECT_NE(log.back(), "presented");
+  turn(16);
+  EXPECT_EQ(log.back(), "presented");
   EXPECT_EQ(child->view()->y(), 0);
   UIScreen::mainScreen()->resize(390, 844);
-}
-
-TEST_F(Presenting, MayBeTakenBackWhileItStillMoves) {
-  setMotionEnabled(true);
-  auto child = std::make_shared<Recorder>("child", log);
-  root->presentViewController(child, true, note("presented"));
+  // Taken back while it still moves, it makes room for another one.
   child->dismissViewControllerAnimated(true, note("dismissed"));
-  // Another one at once: the dismissal makes room.
   auto next = std::make_shared<Recorder>("next", log);
   root->presentViewController(next, true, note("next presented"));
-  EXPECT_EQ(root->presentedViewController(), next);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return log.back() == "next presented"; }));
-  EXPECT_EQ(std::count(log.begin(), log.end(), "presented"), 1);
-  EXPECT_EQ(std::count(log.begin(), log.end(), "dismissed"), 1);
+  next->dismissViewControllerAnimated(true);
+  root->presentViewController(child, true, note("presented again"));
+  EXPECT_EQ(root->presentedViewController(), child);
+  turn(0);
+  turn(400);
+  EXPECT_EQ(log.back(), "presented again");
+  for (const char* once : {"presented", "dismissed", "next presented"})
+    EXPECT_EQ(std::count(log.begin(), log.end(), once), 1) << once;
   root->dismissViewControllerAnimated(false);
 }
 
