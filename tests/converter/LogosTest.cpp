@@ -2,6 +2,8 @@
 #include "converter/LogosSource.h"
 #include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
+#include "core/Text.h"
+#include "support/Sections.h"
 #include "support/Shell.h"
 #include "support/TemporaryFolder.h"
 
@@ -25,133 +27,44 @@ std::string declared(const std::string& signature) {
   try {
     return methodSignature(signature).declaration();
   } catch (const NotUnderstood& reason) {
-    return reason.what();
+    return replaceAll(reason.what(), "the method is ", "");
   }
 }
 
-constexpr std::pair<const char*, const char*> signatures[] = {
-    {"- (BOOL)isPremium", "- (BOOL)isPremium"},
-    {"  -(_Bool) isPremium ; ", "- (BOOL)isPremium"},
-    {"- isPremium", "- (id)isPremium"},
-    {"+ (id)itemWithName:(NSString *)name count:(int)count",
-     "+ (id)itemWithName:(NSString *)arg1 count:(int)arg2"},
-    {"- (void)set:(in NSArray<NSString*>*_Nullable)in for:class", "- (void)set:(NSArray *)arg1 for:(id)arg2"},
-    {"- (instancetype)new:(void (^)(BOOL, id))block", "- (id)new:(id)arg1"},
-    {"- (void)a:(int) b:(BOOL)", "- (void)a:(int)arg1 b:(BOOL)arg2"},
-    {"+ (id)curve:(float)x :(float)y", "+ (id)curve:(float)arg1 :(float)arg2"},
-    {"+ (id)curve:(float)x:(float)y", "+ (id)curve:(float)arg1 :(float)arg2"},
-    {"+ (id)curve:(float):(float)", "+ (id)curve:(float)arg1 :(float)arg2"},
-    {"- (NSError **)a:(id *)b c:(NSString ***)d", "- (void *)a:(void *)arg1 c:(void *)arg2"},
-    {"- (unsigned long  long)a:(const char*)b c:(struct _x*)d e:(AudioBufferList *)f",
-     "- (unsigned long long)a:(const char *)arg1 c:(void *)arg2 e:(void *)arg3"},
-    {"- (struct CGRect { struct CGPoint { double x; } a; })frame:(id<Reader, Writer>)x for:(Person *)y",
-     "- (CGRect)frame:(id)arg1 for:(id)arg2"},
-    {"- (CGImageRef)image:(const struct __CFString { } *)s with:(float[4])x",
-     "- (CGImageRef)image:(void *)arg1 with:(float *)arg2"},
-    {"- (id /* block */)a:(CDUnknownBlockType)b c:(/*^block*/id)d; // 0x10", "- (id)a:(id)arg1 c:(id)arg2"},
-    {"- (UIStatusBarStyle)a:(UIMadeUpStyle)b c:(int (*)(int))d",
-     "- (UIStatusBarStyle)a:(NSInteger)arg1 c:(void *)arg2"},
-    {"- (BOOL)class:(std::string &)x operator:(CGMadeUpRef)y\n for:(UIFontWeight)z",
-     "- (BOOL)class:(void *)arg1 operator:(void *)arg2 for:(double)arg3"},
-    {"- (void)log:(NSString *)format, ...;", "- (void)log:(NSString *)arg1"},
-};
+std::vector<std::vector<std::string>> table(const char* name) {
+  std::vector<std::vector<std::string>> rows;
+  for (const std::string& line : linesOf(TWEAKBENCH_CONVERTER_TABLES + std::string(name)))
+    rows.push_back(cellsOf(replaceAll(line, "\\n", "\n")));
+  EXPECT_GT(rows.size(), 20U);
+  return rows;
+}
 
 TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
-  for (const auto& [signature, declaration] : signatures)
-    EXPECT_EQ(declared(signature), declaration) << signature;
+  for (const auto& row : table("signatures.tsv")) EXPECT_EQ(declared(row[0]), row[1]) << row[0];
   for (const char* type : {"struct Own", "union { int a; }", "short long", "CDStruct_1b6d18a9",
                            "__attribute__((vector_size(16))) float", "std::string", "CMTime", "id id", ""})
     EXPECT_EQ(valueType(type).kind, ValueKind::Opaque) << type;
-  for (const char* none : {"", "(void)x", "- (void)", "- (void)x {", "- (void)x\n%end", "- (void)x:(void)y",
-                           "- (void)x:(int)a, ..", "- (void)x:(int)a y:(int)b z", "- (void)2x", "- (void",
-                           "- (id)nil", "- (void)nullptr:(int)x"})
-    EXPECT_EQ(declared(none), "the method is not understood") << none;
 }
 
-// Empty where it is refused.
-std::string expressed(const char* type, const PropertyListValue& value) {
-  try {
-    return valueExpression(value, valueType(type));
-  } catch (const NotUnderstood&) {
-    return "";
-  }
+PropertyListValue valueOf(const std::string& cell) {
+  if (cell.starts_with('"'))
+    return {replaceAll(cell.substr(1, cell.size() - 2), "\\0", std::string(1, '\0'))};
+  if (cell == "array") return {PropertyListValue::Array{}};
+  if (cell == "yes") return {true};
+  if (cell.find('.') != std::string::npos) return {std::stod(cell)};
+  if (cell == std::to_string(UINT64_MAX)) return {UINT64_MAX};
+  return {static_cast<std::int64_t>(std::stoll(cell))};
 }
-
-const struct {
-  const char* type;
-  PropertyListValue value;
-  const char* expression;
-} values[] = {
-    {"BOOL", {true}, "YES"},
-    {"bool", text("NO"), "NO"},
-    {"BOOL", whole(1), "YES"},
-    {"int", whole(-2147483648), "-2147483648"},
-    {"int", {true}, "1"},
-    {"unsigned char", whole(255), "255"},
-    {"NSUInteger", text("18446744073709551615"), "18446744073709551615ULL"},
-    {"NSUInteger", {UINT64_MAX}, "18446744073709551615ULL"},
-    {"NSNumber *", {UINT64_MAX}, "@(18446744073709551615ULL)"},
-    {"double", {UINT64_MAX}, "18446744073709551616.0"},
-    {"NSInteger", text("-0x10"), "-16"},
-    {"long", text("-9223372036854775808"), "(-9223372036854775807LL - 1)"},
-    {"double", {0.1}, "0.1"},
-    {"CGFloat", whole(3), "3.0"},
-    {"double", text("1e300"), "1e+300"},
-    {"NSString *", text("words"), "@\"words\""},
-    {"NSString *", text("(null)"), "nil"},
-    {"NSMutableString *", text("m"), "[NSMutableString stringWithString:@\"m\"]"},
-    {"id", text("words"), "@\"words\""},
-    {"id", {true}, "@YES"},
-    {"NSNumber *", text("-5"), "@(-5)"},
-    {"NSNumber *", text("1.5"), "@(1.5)"},
-    {"NSNumber *", text("NO"), "@NO"},
-    {"Person *", text("nil"), "nil"},
-    {"void (^)(int)", text("null"), "nil"},
-    {"const char *", text("NULL"), "NULL"},
-    {"BOOL", text(" Yes;"), "YES"},
-    {"BOOL", text("return لا;"), "NO"},
-    {"int", {5.0}, "5"},
-    {"char", text("true"), "1"},
-    {"NSInteger", text("+٩٠"), "90"},
-    {"long", text("(long)10UL"), "10"},
-    {"float", text("1.5f"), "1.5"},
-    {"double", text("−.5"), "-0.5"},
-    {"NSNumber *", text("@(7)"), "@(7)"},
-    {"Person *", whole(0), "nil"},
-    {"UIStatusBarStyle", text("1"), "(UIStatusBarStyle)1"},
-    {"CGRect", text("{{0, 0}, {320, 480.5}}"), "CGRectMake(0.0, 0.0, 320.0, 480.5)"},
-    {"CGRect", text("CGRectZero"), "CGRectZero"},
-    {"struct CGSize", text("1x"), ""},
-    {"CGSize", text("CGSizeMake(1,-2)"), "CGSizeMake(1.0, -2.0)"},
-    {"CGPoint", text("3 4"), "CGPointMake(3.0, 4.0)"},
-    {"UIEdgeInsets", text("{1,2,3,4}"), "UIEdgeInsetsMake(1.0, 2.0, 3.0, 4.0)"},
-    {"NSRange", text("{0, 5}"), "NSMakeRange(0, 5)"},
-    {"NSRange", text("{-1, 5}"), ""},
-    {"UIEdgeInsets", text("{1, 2}"), ""},
-    {"CGPoint", text("CGPointEvil()"), ""},
-};
 
 TEST(Values, FitTheirTypesOrAreRefused) {
-  for (const auto& row : values) EXPECT_EQ(expressed(row.type, row.value), row.expression) << row.type;
-  const PropertyListValue large{UINT64_MAX};
-  const std::map<const char*, std::vector<PropertyListValue>> refused{
-      {"BOOL", {whole(2), text("maybe")}},
-      {"int", {whole(2147483648), {1.5}, large, text("nil")}},
-      {"unsigned char", {whole(256)}},
-      {"NSUInteger", {whole(-1), text("18446744073709551616")}},
-      {"NSInteger", {large}},
-      {"long", {text("-9223372036854775809"), text("1); system(\"x\"")}},
-      {"float", {text("1e300")}},
-      {"double", {text("nan"), text("1,5")}},
-      {"NSString *", {whole(5), {std::string("a\0b", 3)}}},
-      {"NSNumber *", {text("many")}},
-      {"Person *", {text("words")}},
-      {"const char *", {text("words")}},
-      {"CGRect", {text("nil")}},
-      {"id", {{PropertyListValue::Array{}}}},
-  };
-  for (const auto& [type, misfits] : refused)
-    for (const auto& value : misfits) EXPECT_EQ(expressed(type, value), "") << type;
+  for (const auto& row : table("values.tsv")) {
+    std::string expression = "refused";
+    try {
+      expression = valueExpression(valueOf(row[1]), valueType(row[0]));
+    } catch (const NotUnderstood&) {
+    }
+    EXPECT_EQ(expression, row[2]) << row[0] << ' ' << row[1];
+  }
 }
 
 TEST(Literals, MeanTheirTextAndNeverEndEarly) {
@@ -270,17 +183,18 @@ TEST(Theos, CompilesWhatIsWritten) {
     patch.units.push_back({"Returning" + name, signature, value, {}});
     patch.units.push_back({"Setting" + name, signature, {}, setting({{"1", value}})});
   };
-  for (const auto& [signature, declaration] : signatures) {
-    add("Nothing", signature, text("nil"));
-    add("Number", signature, whole(1));
+  for (const auto& row : table("signatures.tsv")) {
+    add("Nothing", row[0], text("nil"));
+    add("Number", row[0], whole(1));
   }
-  for (const auto& row : values) {
-    const std::string type = row.type;
+  for (const auto& row : table("values.tsv")) {
+    const std::string& type = row[0];
+    const PropertyListValue value = valueOf(row[1]);
     const std::string number = std::to_string(patch.units.size());
-    add("Values", "- (" + type + ")a" + number + ":(" + type + ")x", row.value);
+    add("Values", "- (" + type + ")a" + number + ":(" + type + ")x", value);
     for (const char* name :
          {"init", "initWith", "_initWith", "new", "newWith", "copy", "mutableCopyOf", "alloc", "dealloc"})
-      add(number, "- (" + type + ")" + name, row.value);
+      add(number, "- (" + type + ")" + name, value);
   }
   for (const std::string name :
        {"id", "operator", "CGRect", "Point", "Style", "BOOL", "UIView", "UIFooView", "NSInteger",
