@@ -5,6 +5,13 @@
 #include <QApplication>
 #include <QMessageBox>
 
+namespace {
+
+// In characters, which still fit on a small screen; more scrolls.
+constexpr qsizetype longest = 500;
+
+}  // namespace
+
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QStringLiteral("org.example.Tweakbench"));
@@ -12,7 +19,11 @@ int main(int argc, char** argv) {
   QMessageBox box(QMessageBox::Warning, QStringLiteral("Tweakbench"),
                   QStringLiteral("Tweakbench could not be opened."), QMessageBox::Close);
   box.setTextFormat(Qt::PlainText);
-  box.setInformativeText(QString::fromLocal8Bit(argv[1]));
+  const QString sentence = QString::fromLocal8Bit(argv[1]);
+  box.setInformativeText(sentence.size() > longest ? sentence.left(longest) + QStringLiteral(" …")
+                                                   : sentence);
+  if (sentence.size() > longest) box.setDetailedText(sentence);
+  box.setDefaultButton(QMessageBox::Close);
   // Commands to type are in it.
   box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   box.exec();
