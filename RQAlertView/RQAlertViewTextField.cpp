@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QFocusEvent>
 #include <QPainter>
+#include <QRegularExpression>
 
 namespace {
 
@@ -49,6 +50,11 @@ RQAlertViewTextField::RQAlertViewTextField(QWidget* parent)
   connect(this, &QLineEdit::textChanged, this, [this] {
     updateClearButton();
     fitFont();
+  });
+  // What is pasted may be several lines.
+  connect(this, &QLineEdit::textEdited, this, [this](const QString& edited) {
+    static const QRegularExpression lineEnd(QStringLiteral("[\\r\\n\\x{2028}\\x{2029}]+"));
+    if (edited.contains(lineEnd)) setText(edited.split(lineEnd, Qt::SkipEmptyParts).join(QLatin1Char(' ')));
   });
   fullFont_ = font();
   updateClearButton();

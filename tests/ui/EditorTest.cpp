@@ -5,6 +5,7 @@
 #include "ui/screens/PopOverNewController.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
 
@@ -121,7 +122,8 @@ TEST_F(Editor, LinesOfTheWholeProjectAreFoundAndOpenedInBothLanguages) {
     EXPECT_EQ(caret(), 3U);
     press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
     waitToSee(localized(text::searchResults));
-    typeText("nslog");
+    QGuiApplication::clipboard()->setText("nslog\n");
+    press(Qt::Key_V, Qt::ControlModifier);
     press(Qt::Key_Return);
     waitToSee(localized(text::linesFound, {std::string("1")}));
     press(Qt::Key_Return);
