@@ -126,6 +126,7 @@ inline constexpr TextPair controls[] = {
     {"الخيارات", "Choices"},
     {"اختيار مشروع", "Choose Project"},
     {"مسح السجل", "Clear Log"},
+    {"مسح النص", "Clear text"},
     {"إغلاق البحث", "Close find"},
     {"مربع حوار", "Dialog"},
     {"تبرّع", "Donate"},

@@ -6,6 +6,7 @@
 
 #include <sys/stat.h>
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QListView>
@@ -54,10 +55,12 @@ QStringList latinTexts() {
   QStringList found;
   for (const QWidget* widget : UIScreen::mainScreen()->findChildren<QWidget*>()) {
     if (!widget->isVisible()) continue;
+    QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
     for (const QString& text :
-         {widget->accessibleName(), widget->toolTip().section(" (", 0, 0),
+         {read->text(QAccessible::Name), read->text(QAccessible::Description), widget->toolTip(),
           widget->property("text").toString(), widget->property("placeholderText").toString()}) {
-      if (text.contains(QRegularExpression("[A-Za-z]{2}"))) found.append(text);
+      // Without the keys.
+      if (text.section(" (", 0, 0).contains(QRegularExpression("[A-Za-z]{2}"))) found.append(text);
     }
   }
   return found;
@@ -65,26 +68,52 @@ QStringList latinTexts() {
 
 TEST_F(Screens, ControlsAreCalledInTheLanguageOfTheInterface) {
   device::speak("AR");
-  makeProject({{"x", "text"}});
+  makeProject(
+      {{"x", "text"}, {"Makefile", "package:\n\t@echo 'x:1:1: error: e'; echo 'x:1:2: warning: w'\n"}});
+  putFile(updateMarker, "");
   start();
   // Keys reach their shortcuts only in a window that is active.
   UIScreen::mainScreen()->activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+  const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  };
   EXPECT_EQ(latinTexts(), QStringList());
+  press(Qt::Key_E, Qt::ControlModifier);
+  waitToSee(localized(text::projectFiles));
+  EXPECT_EQ(latinTexts(), QStringList());
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+  press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  waitToSee(localized(text::searchResults));
+  QTest::keyClicks(QApplication::focusWidget(), "1");
+  waitToSee(localized(text::linesFound, {std::string("1")}));
+  EXPECT_EQ(latinTexts(), QStringList());
+  press(Qt::Key_Escape);
   openBuildScreen();
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
+  build("Make Package");
+  const std::string one = "1";
+  waitToSee(localized(text::oneError, {one}) + localized(text::listComma) +
+            localized(text::oneWarning, {one}));
+  press(Qt::Key_F, Qt::ControlModifier);
   waitToSee("Find text");
   EXPECT_EQ(latinTexts(), QStringList());
   finger::type("none");
   waitToSee("No match");
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  press(Qt::Key_Escape);
   tap("Back");
   tap("About");
   waitToSee("Donate");
   EXPECT_EQ(latinTexts().filter(QRegularExpression("^(?!Pelbo|شكرا|Tweakbench|/)")), QStringList());
   tap("Back");
   openEditor("x");
+  press(Qt::Key_H, Qt::ControlModifier);
+  waitToSee(localized(text::replaceBy));
   EXPECT_EQ(latinTexts(), QStringList());
+  press(Qt::Key_G, Qt::ControlModifier);
+  waitToSee(localized(text::confirm));
+  EXPECT_EQ(latinTexts(), QStringList());
+  press(Qt::Key_Escape);
   leaveEditor("Cancel");
 }
 
