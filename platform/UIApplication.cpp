@@ -138,6 +138,7 @@ void UIApplication::setKeyWindow(UIWindow* window) {
   }
   if (before) before->rememberFocus();
   keyWindow_ = window;
+  reportTopLayer(*UIScreen::mainScreen());
   if (!window) {
     // A hidden window takes no keys.
     QWidget* const focused = before ? before->window()->focusWidget() : nullptr;

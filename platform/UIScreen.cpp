@@ -27,10 +27,36 @@ constexpr int shortestPadSide = 744;
 // Seconds, by which the first screen has been painted.
 constexpr double fontDelay = 0.3;
 
+// Lists only the layer on top: the key window of the screen, the view that a window presented last. What they
+// cover is no longer used, though some of it is in sight and hidden lists would say that their items are.
+class AccessibleLayers : public QAccessibleWidget {
+ public:
+  using QAccessibleWidget::QAccessibleWidget;
+
+  int childCount() const override { return top() ? 1 : 0; }
+  QAccessibleInterface* child(int index) const override {
+    return index == 0 && top() ? QAccessible::queryAccessibleInterface(top()) : nullptr;
+  }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child && child->object() == top() ? 0 : -1;
+  }
+
+ private:
+  QWidget* top() const {
+    if (const auto* const window = qobject_cast<UIWindow*>(widget())) {
+      const std::shared_ptr<UIViewController> controller = window->topViewController();
+      return controller && controller->isViewLoaded() ? controller->view()->parentWidget() : nullptr;
+    }
+    return UIApplication::sharedApplication()->keyWindow();
+  }
+};
+
 // To a screen reader a plain widget is only a filler; it follows windows.
 QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
-  if (className != QLatin1String("UIScreen")) return nullptr;
-  return new QAccessibleWidget(static_cast<UIScreen*>(object), QAccessible::Window);
+  const bool isScreen = className == QLatin1String("UIScreen");
+  if (!isScreen && className != QLatin1String("UIWindow")) return nullptr;
+  return new AccessibleLayers(static_cast<QWidget*>(object),
+                              isScreen ? QAccessible::Window : QAccessible::Client);
 }
 
 QPointer<UIScreen>& theScreen() {
@@ -108,6 +134,16 @@ void UIScreen::bringToFront(UIWindow* window) {
   });
   windows_.insert(place, window);
   for (UIWindow* each : windows_) each->raise();
+}
+
+void reportTopLayer(QWidget& layered) {
+  QAccessibleInterface* const interface =
+      QAccessible::isActive() ? QAccessible::queryAccessibleInterface(&layered) : nullptr;
+  QAccessibleInterface* const top = interface ? interface->child(0) : nullptr;
+  if (!top) return;
+  // Not as a new order of children, which the library sends in a form that nobody reads.
+  QAccessibleEvent added(top->object(), QAccessible::ObjectCreated);
+  QAccessible::updateAccessibility(&added);
 }
 
 UIDevice& UIDevice::currentDevice() {

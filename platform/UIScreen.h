@@ -42,6 +42,9 @@ class UIScreen : public QWidget {
   std::vector<UIWindow*> windows_;
 };
 
+// Tells assistive technology that another layer of the screen, or of a window, is on top.
+void reportTopLayer(QWidget& layered);
+
 enum class UIUserInterfaceIdiom { Phone = 0, Pad = 1 };
 
 class UIDevice {

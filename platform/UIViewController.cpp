@@ -114,6 +114,7 @@ void UIViewController::presentViewController(std::shared_ptr<UIViewController> c
   viewWillDisappear(animated);
   shown.layer_->show();
   shown.layer_->raise();
+  reportTopLayer(*window);
   shown.view()->setFocus(Qt::OtherFocusReason);
   // Its keys are not for a screen that is on its way out of sight.
   if (layer_) setTakesInput(*layer_, false);
@@ -170,6 +171,7 @@ void UIViewController::presentedWentAway(const std::function<void()>& completion
     left->layer_ = nullptr;
   }
   if (layer_) setTakesInput(*layer_, true);
+  if (UIWindow* const window = this->window()) reportTopLayer(*window);
   if (focusBelow_) {
     focusBelow_->setFocus(Qt::OtherFocusReason);
   } else if (view_) {
