@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <fcntl.h>
 #include <linux/keyctl.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -50,24 +51,6 @@ int become(const ProcessStart& start, char* const* words, char* const* environme
   return errno;
 }
 
-struct Source {
-  Pipe pipe;
-  std::string* text;
-};
-
-// Reads once; closes the source at its end.
-void take(Source& source) {
-  std::array<char, 16384> piece;
-  const ssize_t got = read(source.pipe.readEnd.get(), piece.data(), piece.size());
-  if (got < 0 && errno == EINTR) return;
-  if (got <= 0) {
-    source.pipe.readEnd.close();
-    return;
-  }
-  const std::size_t room = mostCaptured - source.text->size();
-  source.text->append(piece.data(), std::min(room, static_cast<std::size_t>(got)));
-}
-
 }  // namespace
 
 Pipe makePipe() {
@@ -99,6 +82,23 @@ Descriptor endOf(pid_t child) {
   return Descriptor(child < 0 ? -1 : static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
 }
 
+ApplicationSocket connectApplication(int number) {
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return {};
+  ApplicationSocket made{Descriptor(ends[0]), {}};
+  const Descriptor other(ends[1]);
+  Descriptor numbered(fcntl(other.get(), F_DUPFD_CLOEXEC, number));
+  if (numbered.get() == number) made.applicationEnd = std::move(numbered);
+  return made;
+}
+
+sockaddr_un addressIn(int folder, const std::string& name) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, name.c_str());
+  return address;
+}
+
 pid_t spawn(const ProcessStart& start) {
   std::vector<char*> words = pointersTo(start.words);
   const std::string name = start.words.front().substr(start.words.front().rfind('/') + 1);
@@ -125,38 +125,56 @@ int shellStatus(int status) {
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit) {
-  Captured result;
-  std::array<Source, 2> sources{{{makePipe(), &result.output}, {makePipe(), &result.errors}}};
-  ProcessStart start{words};
-  start.output = sources[0].pipe.writeEnd.get();
-  start.errors = sources[1].pipe.writeEnd.get();
-  start.endsBy = SIGTERM;
+int runToEnd(ProcessStart start, std::chrono::milliseconds limit, const TakeOutput& take) {
+  std::array<Pipe, 2> pipes;
+  for (int* stream : {&start.output, &start.errors}) {
+    if (*stream >= 0) continue;
+    Pipe& pipe = pipes[stream == &start.output ? 0 : 1] = makePipe();
+    *stream = pipe.writeEnd.get();
+  }
   const pid_t child = spawn(start);
-  for (auto& source : sources) source.pipe.writeEnd.close();
-  if (child < 0) return {127, {}, {}};
-  const auto end = Clock::now() + limit;
+  for (auto& pipe : pipes) pipe.writeEnd.close();
+  if (child < 0) return 127;
+  Descriptor end = endOf(child);
+  const auto latest = limit == unlimited ? Clock::time_point::max() : Clock::now() + limit;
   bool isStopped = false;
-  while (sources[0].pipe.readEnd || sources[1].pipe.readEnd) {
-    // A closed descriptor is -1, which poll() leaves out.
-    std::array<pollfd, 2> watched{
-        {{sources[0].pipe.readEnd.get(), POLLIN, 0}, {sources[1].pipe.readEnd.get(), POLLIN, 0}}};
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-    const int ready = poll(watched.data(), watched.size(),
-                           isStopped ? -1 : static_cast<int>(std::max<long>(0, left.count())));
-    if ((ready == 0 || Interruption::hasCome()) && !isStopped) {
-      kill(child, SIGTERM);
-      isStopped = true;
+  std::array<char, 16384> piece;
+  while (pipes[0].readEnd || pipes[1].readEnd || end) {
+    // A closed descriptor is -1, which poll() leaves out. A signal may come just before the call.
+    std::array<pollfd, 3> watched{
+        {{pipes[0].readEnd.get(), POLLIN, 0}, {pipes[1].readEnd.get(), POLLIN, 0}, {end.get(), POLLIN, 0}}};
+    const auto left = std::clamp(std::chrono::ceil<std::chrono::milliseconds>(latest - Clock::now()),
+                                 std::chrono::milliseconds(0), std::chrono::milliseconds(500));
+    const int ready = poll(watched.data(), watched.size(), static_cast<int>(left.count()));
+    bool isWanted = Clock::now() < latest && !Interruption::hasCome();
+    for (int index = 0; ready > 0 && index < 2; ++index) {
+      if (watched[index].revents == 0) continue;
+      const ssize_t got = read(watched[index].fd, piece.data(), piece.size());
+      if (got > 0 && !take(index + 1, {piece.data(), static_cast<std::size_t>(got)})) isWanted = false;
+      if (got == 0 || (got < 0 && errno != EINTR)) pipes[index].readEnd.close();
     }
-    for (std::size_t index = 0; ready > 0 && index < watched.size(); ++index) {
-      if (watched[index].revents != 0) take(sources[index]);
+    if (ready > 0 && watched[2].revents != 0) end.close();
+    if (!isWanted && !isStopped && (end || pipes[0].readEnd || pipes[1].readEnd)) {
+      kill(child, start.endsBy);
+      isStopped = true;
     }
   }
   int status = 0;
   while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
   Interruption::check();
-  result.status = isStopped ? 124 : shellStatus(status);
+  return isStopped ? 124 : shellStatus(status);
+}
+
+Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit) {
+  Captured result;
+  ProcessStart start{words};
+  start.endsBy = SIGTERM;
+  result.status = runToEnd(start, limit, [&](int stream, std::string_view piece) {
+    std::string& text = stream == STDOUT_FILENO ? result.output : result.errors;
+    text.append(piece.substr(0, mostCaptured - text.size()));
+    return true;
+  });
   return result;
 }
 

@@ -4,12 +4,14 @@
 #include "core/Descriptor.h"
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <signal.h>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <sys/un.h>
 #include <vector>
 
 // All descriptors here are close-on-exec.
@@ -28,6 +30,17 @@ Descriptor openNothing();
 Descriptor copyOf(int descriptor);
 // Becomes readable when the child has ended.
 Descriptor endOf(pid_t child);
+
+// A pair of packet sockets between the launcher and the application.
+struct ApplicationSocket {
+  Descriptor own;
+  // The application gets it under this very number; to be closed here once the device has it.
+  Descriptor applicationEnd;
+};
+// Makes the pair with `number` for the application's end. What cannot be made is empty.
+ApplicationSocket connectApplication(int number);
+// The address of the socket `name` in the open folder, whose own path may be too long for one.
+sockaddr_un addressIn(int folder, const std::string& name);
 
 struct ProcessStart {
   // The first is the program's path; the program gets the file name alone.
@@ -56,15 +69,24 @@ pid_t spawn(const ProcessStart& start);
 int shellStatus(int status);
 
 struct Captured {
-  // As shellStatus(); 124 if it was stopped at the time limit, 127 if it could not be started.
+  // As from runToEnd().
   int status = 0;
   // At most 1 MiB of each; what comes after is read and dropped.
   std::string output;
   std::string errors;
 };
 
-// Runs `words` as in ProcessStart and keeps what the program prints. At the time limit it gets SIGTERM, which
-// it must obey. Throws Interrupted, with the program stopped, once an Interruption has noted a signal.
+// Runs the program to its end. Streams that are -1 in `start` are pipes here, and `take` gets what comes on
+// STDOUT_FILENO or STDERR_FILENO; if it returns false, or at the time limit, the program gets the signal
+// `start.endsBy`, which it must obey. Returns as shellStatus(); 124 if it was stopped, 127 if it could not be
+// started. Throws Interrupted, with the program stopped, once an Interruption has noted a signal.
+constexpr auto unlimited = std::chrono::milliseconds::max();
+using TakeOutput = std::function<bool(int stream, std::string_view piece)>;
+int runToEnd(
+    ProcessStart start, std::chrono::milliseconds limit = unlimited,
+    const TakeOutput& take = [](int, std::string_view) { return true; });
+
+// The same for `words` as in ProcessStart, with what the program prints kept.
 Captured capture(const std::vector<std::string>& words, std::chrono::milliseconds limit);
 
 // Thrown between two steps of something long; `signal` is what the process is to end with.

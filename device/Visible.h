@@ -3,8 +3,39 @@
 
 #include "core/Text.h"
 
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
+
+// Whether `text` has control characters of ASCII.
+inline bool hasControls(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](unsigned char one) { return one < 0x20 || one == 0x7f; });
+}
+
+// Whether `text` is made of ASCII's letters and digits and of `others`, and where `isAnyScript`, of
+// characters beyond ASCII.
+inline bool isMadeOf(std::string_view text, std::string_view others, bool isAnyScript = false) {
+  return std::all_of(text.begin(), text.end(), [&](char one) {
+    const auto code = static_cast<unsigned char>(one);
+    return std::isalnum(code) != 0 || (isAnyScript && code >= 0x80) || others.find(one) != others.npos;
+  });
+}
+
+// Whether one of the `parts` is in `text`.
+inline bool hasAny(std::string_view text, std::initializer_list<std::string_view> parts) {
+  return std::any_of(parts.begin(), parts.end(), [&](auto part) { return text.find(part) != text.npos; });
+}
+
+// The number that is all of `text`; absent for other text and for numbers that are too large.
+inline std::optional<unsigned> numberIn(std::string_view text) {
+  unsigned value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
 
 // How many bytes the character that starts with `first` has in UTF-8.
 inline std::size_t lengthOfCharacter(char first) {

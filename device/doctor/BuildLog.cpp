@@ -1,9 +1,9 @@
 #include "device/doctor/BuildLog.h"
 
 #include "core/Text.h"
+#include "device/Visible.h"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 
 namespace doctor {
@@ -96,9 +96,7 @@ const std::vector<Message>& messages() {
 }
 
 string lowered(string text) {
-  for (char& character : text) {
-    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
-  }
+  for (char& letter : text) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
   return text;
 }
 
@@ -125,13 +123,9 @@ bool isOnlyFailureOfMake(const string& lower) {
 
 bool looksLikeError(const string& lower) {
   // The linker's own words are above it.
-  if (lower.find("linker command failed") != string::npos || lower.find("warning:") != string::npos)
-    return false;
-  for (string_view phrase :
-       {"error", "no such file", "not found", "permission denied", "cannot ", "can't ", "undefined symbol"}) {
-    if (lower.find(phrase) != string::npos) return true;
-  }
-  return false;
+  return !hasAny(lower, {"linker command failed", "warning:"}) &&
+         hasAny(lower, {"error", "no such file", "not found", "permission denied", "cannot ", "can't ",
+                        "undefined symbol"});
 }
 
 // Lines that may precede an error but do not describe it.

@@ -1,5 +1,6 @@
 #include "device/doctor/Checks.h"
 
+#include "device/Visible.h"
 #include "device/sandbox/Sandbox.h"
 
 #include <algorithm>
@@ -8,10 +9,10 @@
 
 namespace doctor {
 
+namespace {
+
 using std::string;
 using std::string_view;
-
-namespace {
 
 constexpr std::size_t longestLine = 1024;
 
@@ -24,13 +25,6 @@ std::vector<string_view> partsOf(string_view text, char separator) {
     if (end == string_view::npos) return parts;
     text.remove_prefix(end + 1);
   }
-}
-
-// -1 where the text is no number.
-int numberIn(string_view text) {
-  int value = -1;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size() ? value : -1;
 }
 
 Entry stateNamed(string_view word) {
@@ -54,8 +48,9 @@ string textOf(const Version& version) {
 
 void readLine(string_view line, DeviceFacts& facts) {
   const auto fields = partsOf(line, '\t');
-  if (fields[0] == "try" && fields.size() == 5 && numberIn(fields[2]) >= 0) {
-    facts.starts[string(fields[1])] = {string(fields[3]), numberIn(fields[2]), string(fields[4])};
+  if (fields[0] == "try" && fields.size() == 5 && numberIn(fields[2])) {
+    facts.starts[string(fields[1])] = {string(fields[3]), static_cast<int>(*numberIn(fields[2])),
+                                       string(fields[4])};
   } else if (fields[0] == "entry" && fields.size() == 3) {
     facts.theosEntries[string(fields[1])] = stateNamed(fields[2]);
   } else if (fields[0] == "practice") {
@@ -66,8 +61,8 @@ void readLine(string_view line, DeviceFacts& facts) {
     facts.target = versionIn(fields[1]);
   } else if (fields[0] == "sdk" && fields.size() == 3) {
     facts.sdks.push_back({string(fields[1]), versionIn(fields[1]), stateNamed(fields[2])});
-  } else if (fields[0] == "fonts" && fields.size() == 2 && numberIn(fields[1]) >= 0) {
-    facts.arabicFonts = numberIn(fields[1]);
+  } else if (fields[0] == "fonts" && fields.size() == 2 && numberIn(fields[1])) {
+    facts.arabicFonts = *numberIn(fields[1]);
   }
 }
 
@@ -92,9 +87,6 @@ DeviceFacts readProbe(string_view output) {
 }
 
 namespace {
-
-using std::string;
-using std::string_view;
 
 // What a missing or broken program means to a build.
 enum class Need { Required, Useful, None };
@@ -299,8 +291,7 @@ Finding sdkFinding(const DeviceFacts& seen) {
 string reasonNotToStart(const Start& trial) {
   const string said = trial.said.empty() ? "" : ": " + shortened(trial.said);
   if (trial.status == 124) return "it did not end within ten seconds";
-  if (trial.said.find("xec format error") != string::npos ||
-      trial.said.find("cannot execute binary file") != string::npos) {
+  if (hasAny(trial.said, {"xec format error", "cannot execute binary file"})) {
     return "it is made for another processor or system";
   }
   if (trial.said.find("error while loading shared libraries") != string::npos)

@@ -63,7 +63,7 @@ struct DeviceFacts {
   const Sdk* newestSdk() const;
   // Whether new projects are built for a later iOS than that SDK's.
   bool isNewestSdkTooOld() const;
-  int arabicFonts = 0;
+  unsigned arabicFonts = 0;
 };
 
 struct Facts {

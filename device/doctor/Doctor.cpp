@@ -5,17 +5,14 @@
 #include "device/doctor/Checks.h"
 #include "device/folder/Beneath.h"
 #include "device/launcher/Commands.h"
-#include "device/sandbox/Account.h"
-#include "device/sandbox/Environment.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iomanip>
 #include <iostream>
-#include <signal.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <unistd.h>
 
 namespace {
 
@@ -95,7 +92,7 @@ std::uintmax_t freeSpaceAt(fs::path path) {
   return std::uintmax_t{space.f_bavail} * space.f_frsize;
 }
 
-void lookAtDeviceFolder(const Account* account, Facts& facts) {
+void lookAtDeviceFolder(const Caller& caller, Facts& facts) {
   facts.freeSpace = freeSpaceAt(facts.device);
   const Descriptor folder(open(facts.device.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   struct stat status {};
@@ -106,36 +103,28 @@ void lookAtDeviceFolder(const Account* account, Facts& facts) {
   }
   const auto names = namesIn(folder.get());
   if (names && names->empty()) return;
-  const bool isOwn = account == nullptr || status.st_uid == account->user;
+  const bool isOwn = !caller.isSettled || status.st_uid == caller.account.user;
   facts.deviceFolder = !exists(folder.get(), "lock") ? Facts::DeviceFolder::OtherFiles
                        : isOwn                       ? Facts::DeviceFolder::Good
                                                      : Facts::DeviceFolder::OfAnotherUser;
   if (facts.deviceFolder != Facts::DeviceFolder::Good) return;
   // One byte more tells whether there is more.
-  facts.buildLog = readEndBeneath(folder.get(), buildLog, logEnd + 1);
+  facts.buildLog = readBeneath(folder.get(), buildLog, logEnd + 1, LongFile::End);
   facts.buildLogCut = facts.buildLog && facts.buildLog->size() > logEnd;
-}
-
-Trial tryBuild(const PassingDevice& device) {
-  Captured build = device.runScript(trialScript, trialLimit);
-  // The launcher's own words are there only where nothing was built.
-  return {build.status, build.output + build.errors};
 }
 
 Facts lookAround(const Options& options, const PassingDevice& device) {
   Facts facts;
-  const Environment caller = callerEnvironment();
-  const auto calling = callingAccount(caller);
-  const fs::path home = calling ? calling->home : accountForFolderOf(0, 0, caller).home;
-  facts.device = options.device ? fs::absolute(*options.device) : defaultDevice(caller, home);
-  lookAtDeviceFolder(calling ? &*calling : nullptr, facts);
+  const Caller caller(options);
+  facts.device = caller.device;
+  lookAtDeviceFolder(caller, facts);
   try {
-    facts.theos = findTheos(options, caller, home);
+    facts.theos = findTheos(options, caller.environment, caller.account.home);
   } catch (const Refusal& refusal) {
     facts.theosRefusal = refusal.what();
   }
   try {
-    facts.bubblewrap = findBubblewrap(caller);
+    facts.bubblewrap = findBubblewrap(caller.environment);
   } catch (const Refusal& refusal) {
     facts.bubblewrapRefusal = refusal.what();
   }
@@ -143,32 +132,15 @@ Facts lookAround(const Options& options, const PassingDevice& device) {
   return facts;
 }
 
-struct Look {
+// By verdict.
+constexpr struct {
   const char* word;
   const char* colour;
-};
+} looks[] = {{"ok", "\033[32m"}, {"note", "\033[33m"}, {"problem", "\033[1;31m"}};
 
-Look lookOf(Verdict verdict) {
-  switch (verdict) {
-    case Verdict::Ok:
-      return {"ok", "\033[32m"};
-    case Verdict::Note:
-      return {"note", "\033[33m"};
-    case Verdict::Problem:
-      return {"problem", "\033[1;31m"};
-  }
-  return {"", ""};
-}
-
-bool wantsColour() {
-  const Environment caller = callerEnvironment();
-  return isatty(STDOUT_FILENO) != 0 && !lookUp(caller, "NO_COLOR") &&
-         lookUp(caller, "TERM").value_or("dumb") != "dumb";
-}
-
-std::string padded(std::string text, std::size_t width) {
-  text.resize(std::max(width, text.size()), ' ');
-  return text;
+// Whether the stream is a terminal that knows sequences.
+bool hasSequences(int stream) {
+  return isatty(stream) != 0 && lookUp(callerEnvironment(), "TERM").value_or("dumb") != "dumb";
 }
 
 // What the doctor is at, for as long as this object lives, where there is a terminal to show it.
@@ -180,8 +152,7 @@ class Progress {
   ~Progress() { say(""); }
 
  private:
-  bool isShown_ =
-      isatty(STDERR_FILENO) != 0 && lookUp(callerEnvironment(), "TERM").value_or("dumb") != "dumb";
+  bool isShown_ = hasSequences(STDERR_FILENO);
 };
 
 Facts gather(const Options& options) {
@@ -193,18 +164,20 @@ Facts gather(const Options& options) {
   facts.isQuick = options.isQuick;
   if (facts.isQuick || !facts.inDevice || !canBuild(findingsFor(facts))) return facts;
   progress.say("Building a new project …");
-  facts.trial = tryBuild(device);
+  const Captured build = device.runScript(trialScript, trialLimit);
+  // The launcher's own words are there only where nothing was built.
+  facts.trial = Trial{build.status, build.output + build.errors};
   return facts;
 }
 
 int report(const Facts& facts) {
   const auto findings = findingsFor(facts);
-  const bool isColoured = wantsColour();
+  const bool isColoured = hasSequences(STDOUT_FILENO) && !lookUp(callerEnvironment(), "NO_COLOR");
+  std::cout << std::left;
   for (const auto& finding : findings) {
-    const Look look = lookOf(finding.verdict);
-    const std::string word = padded(look.word, 8);
-    std::cout << (isColoured ? look.colour + word + "\033[0m" : word) << padded(finding.subject, 16)
-              << visible(finding.sentence) << "\n";
+    const auto& [word, colour] = looks[static_cast<int>(finding.verdict)];
+    std::cout << (isColoured ? colour : "") << std::setw(8) << word << (isColoured ? "\033[0m" : "")
+              << std::setw(16) << finding.subject << visible(finding.sentence) << "\n";
   }
   const auto problems = std::count_if(findings.begin(), findings.end(),
                                       [](const Finding& one) { return one.verdict == Verdict::Problem; });

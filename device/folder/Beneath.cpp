@@ -2,14 +2,14 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <memory>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <unistd.h>
+
+#include <climits>
 
 Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
   open_how how{};
@@ -38,9 +38,6 @@ bool exists(int folder, const std::string& name) {
   return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-namespace {
-
-// Empty for what is no regular file.
 Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
   // A pipe must not stop the launcher.
   Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
@@ -49,27 +46,13 @@ Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
   return file;
 }
 
-}  // namespace
-
-std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
-  const Descriptor file = openPlainFile(folder, path);
-  if (!file) return std::nullopt;
-  std::string content;
-  char piece[16384];
-  while (content.size() <= limit) {
-    const ssize_t got = read(file.get(), piece, sizeof piece);
-    if (got == 0) return content;
-    if (got < 0 && errno != EINTR) return std::nullopt;
-    if (got > 0) content.append(piece, static_cast<std::size_t>(got));
-  }
-  return std::nullopt;
-}
-
-std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit) {
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit,
+                                       LongFile longer) {
   const Descriptor file = openPlainFile(folder, path);
   struct stat status {};
   if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
   const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > limit && longer == LongFile::Absent) return std::nullopt;
   std::string content(std::min(size, limit), '\0');
   std::size_t done = 0;
   while (done < content.size()) {
@@ -83,6 +66,14 @@ std::optional<std::string> readEndBeneath(int folder, const std::filesystem::pat
   }
   content.resize(done);
   return content;
+}
+
+std::optional<std::string> linkTarget(int folder, const std::string& name) {
+  std::string target(PATH_MAX, '\0');
+  const ssize_t size = readlinkat(folder, name.c_str(), target.data(), target.size());
+  if (size < 0) return std::nullopt;
+  target.resize(static_cast<std::size_t>(size));
+  return target;
 }
 
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode) {
@@ -123,7 +114,7 @@ bool removeBeneath(int folder, const std::string& name) {
   if (unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT) return true;
   if (errno != EISDIR) return false;
   const Descriptor inside = openFolderBeneath(folder, name);
-  const auto names = inside ? namesIn(inside.get()) : std::nullopt;
+  const auto names = namesIn(inside.get());
   if (!names) return false;
   for (const auto& each : *names) {
     if (!removeBeneath(inside.get(), each)) return false;
@@ -131,32 +122,26 @@ bool removeBeneath(int folder, const std::string& name) {
   return unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
 }
 
-std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause) {
+std::optional<std::vector<std::string>> namesIn(int folder, std::size_t most) {
   const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (copy < 0) return std::nullopt;
-  const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(copy), closedir);
-  if (!stream) {
-    close(copy);
-    return std::nullopt;
-  }
-  // A folder that a build fills with names must not fill the memory.
-  constexpr std::size_t mostNames = 1'000'000;
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(copy < 0 ? nullptr : fdopendir(copy), closedir);
+  if (!stream) return std::nullopt;
   std::vector<std::string> names;
   errno = 0;
   while (const dirent* entry = readdir(stream.get())) {
-    const std::string name = entry->d_name;
-    if (pause) pause();
-    if (name != "." && name != "..") names.push_back(name);
-    if (names.size() > mostNames) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    if (names.size() == most) {
       errno = E2BIG;
       return std::nullopt;
     }
+    names.emplace_back(name);
     errno = 0;
   }
   if (errno != 0) return std::nullopt;
   return names;
 }
 
-std::vector<std::string> namesInOrNone(const Descriptor& folder) {
-  return (folder ? namesIn(folder.get()) : std::nullopt).value_or(std::vector<std::string>());
+std::vector<std::string> namesInOrNone(int folder) {
+  return namesIn(folder).value_or(std::vector<std::string>());
 }

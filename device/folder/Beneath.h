@@ -1,10 +1,11 @@
-// Opens and writes below a folder with hostile contents. Follows no link and never leaves the folder.
+// Opens and writes below a folder with hostile contents. Follows no link and never leaves the folder. In a
+// folder that could not be opened (-1) there is nothing.
 #pragma once
 
 #include "core/Descriptor.h"
 
+#include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -21,11 +22,17 @@ Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path);
 // Whether there is an entry of that name; links count.
 bool exists(int folder, const std::string& name);
 
-// The content of a regular file of at most `limit` bytes; absent for anything else.
-std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
+// A regular file, opened for reading; empty for anything else.
+Descriptor openPlainFile(int folder, const std::filesystem::path& path);
 
-// The last `limit` bytes of a regular file, or all of a shorter one; absent for anything else.
-std::optional<std::string> readEndBeneath(int folder, const std::filesystem::path& path, std::size_t limit);
+// The content of a regular file; absent for anything else. A file longer than `limit` bytes counts as absent
+// or gives its last `limit` bytes.
+enum class LongFile { Absent, End };
+std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit,
+                                       LongFile longer = LongFile::Absent);
+
+// Where a link leads; absent with errno for anything else.
+std::optional<std::string> linkTarget(int folder, const std::string& name);
 
 // Renames an entry, also into another folder of the same file system. False, with errno EEXIST or ENOTEMPTY,
 // if the name is taken.
@@ -40,7 +47,12 @@ bool writeAtomically(int folder, const std::string& name, const std::string& con
 bool removeBeneath(int folder, const std::string& name);
 
 // The names in a folder without "." and "..", in the file system's order. Absent with errno on failure, E2BIG
-// for more than a million. `pause` is called for each name and may throw.
-std::optional<std::vector<std::string>> namesIn(int folder, const std::function<void()>& pause = {});
-// The same; nothing on failure, also where `folder` is empty.
-std::vector<std::string> namesInOrNone(const Descriptor& folder);
+// for more than `most`: a folder that a build fills with names must not fill the memory.
+std::optional<std::vector<std::string>> namesIn(int folder, std::size_t most = 1'000'000);
+// The same; nothing on failure.
+std::vector<std::string> namesInOrNone(int folder);
+
+// A time that a file has, as one number.
+inline std::int64_t nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}

@@ -4,7 +4,6 @@
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
-#include "device/folder/HistoryFolder.h"
 #include "device/folder/Packages.h"
 #include "device/folder/SuppliedFiles.h"
 
@@ -13,13 +12,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
-#include <linux/openat2.h>
-#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -65,17 +60,14 @@ std::string preferencesWithLocale(const std::string& locale) {
          locale + "</string>\n</dict>\n</plist>\n";
 }
 
-std::string when(const timespec& time) {
-  return std::to_string(time.tv_sec) + "." + std::to_string(time.tv_nsec);
-}
-
 // Changes whenever the host's programs or the folder's entries do: a program in the device can set the
 // folder's modification time, but not its change time.
 std::string stateOfLinks(int folder) {
   struct stat host {};
   struct stat own {};
   if (stat("/usr/bin", &host) != 0 || fstat(folder, &own) != 0) return {};
-  return when(host.st_mtim) + " " + when(own.st_ctim) + " " + std::to_string(own.st_ino);
+  return std::to_string(nanoseconds(host.st_mtim)) + " " + std::to_string(nanoseconds(own.st_ctim)) + " " +
+         std::to_string(own.st_ino);
 }
 
 void refuseForeignFolder(int folder, const fs::path& device) {
@@ -94,12 +86,6 @@ void refuseForeignFolder(int folder, const fs::path& device) {
 
 Descriptor makeLock(int folder) {
   return Descriptor(openat(folder, lockName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-}
-
-Descriptor openLock(int folder, const fs::path& device) {
-  Descriptor lock = makeLock(folder);
-  if (!lock) refuseWithError("The device " + device.string() + " could not be locked:");
-  return lock;
 }
 
 Descriptor openTop(int device, const char* folder, const fs::path& name) {
@@ -135,12 +121,13 @@ Descriptor openOrMakeFolder(const fs::path& path) {
   return folder;
 }
 
-Descriptor openFolderForAccount(const fs::path& path, const Environment& caller, bool isSettled,
-                                Account& account) {
+Descriptor openDevice(Caller& caller) {
+  const fs::path& path = caller.device;
+  if (geteuid() != 0) return openOrMakeFolder(path);
   Descriptor folder;
-  if (isSettled) {
+  if (caller.isSettled) {
     // Below the user's own home, folders are made with the user's own rights.
-    if (setegid(account.group) != 0 || seteuid(account.user) != 0)
+    if (setegid(caller.account.group) != 0 || seteuid(caller.account.user) != 0)
       refuseWithError("Root could not change its user:");
     try {
       folder = openOrMakeFolder(path);
@@ -154,25 +141,23 @@ Descriptor openFolderForAccount(const fs::path& path, const Environment& caller,
   const bool isEmpty = fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()), unreadable);
   struct stat status {};
   fstat(folder.get(), &status);
-  if (!isSettled) account = accountForFolderOf(status.st_uid, status.st_gid, caller);
+  if (!caller.isSettled)
+    caller.account = accountForFolderOf(status.st_uid, status.st_gid, caller.environment);
   if (status.st_uid == 0) {
     if (!isEmpty) {
       throw Refusal("The folder " + path.string() + " is root's and not empty; give --device a new folder.");
     }
     // A link that somebody else planted could lead to any empty folder of root's.
-    open_how plain{};
-    plain.flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-    plain.resolve = RESOLVE_NO_SYMLINKS;
-    const std::string typed = fs::absolute(path).lexically_normal();
-    const Descriptor direct(
-        static_cast<int>(syscall(SYS_openat2, AT_FDCWD, typed.c_str(), &plain, sizeof plain)));
+    const Descriptor top(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const fs::path typed = fs::absolute(path).lexically_normal().relative_path();
+    const Descriptor direct = openBeneath(top.get(), typed, O_PATH | O_DIRECTORY);
     struct stat reached {};
     if (!direct || fstat(direct.get(), &reached) != 0 || reached.st_dev != status.st_dev ||
         reached.st_ino != status.st_ino) {
       throw Refusal("The folder " + path.string() +
                     " is root's and reached through a link; give --device its own path.");
     }
-    if (fchown(folder.get(), account.user, account.group) != 0)
+    if (fchown(folder.get(), caller.account.user, caller.account.group) != 0)
       refuseWithError("The device could not be given away:");
   }
   return folder;
@@ -191,7 +176,7 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
   refuseForeignFolder(folder_.get(), name_);
   isAlone_ = lock();
   // Of launchers that were killed.
-  for (const auto& entry : namesIn(folder_.get()).value_or(std::vector<std::string>())) {
+  for (const auto& entry : namesInOrNone(folder_.get())) {
     if (isAlone_ && entry.starts_with(logSocket)) unlinkat(folder_.get(), entry.c_str(), 0);
   }
   applications_ = openTop(folder_.get(), "Applications", name_);
@@ -220,7 +205,8 @@ void DeviceFolder::complete(const DeviceContents& contents) {
 }
 
 bool DeviceFolder::lock() {
-  lock_ = openLock(folder_.get(), name_);
+  lock_ = makeLock(folder_.get());
+  if (!lock_) refuseWithError("The device " + name_.string() + " could not be locked:");
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return true;
   for (int tries = 0; flock(lock_.get(), LOCK_SH | LOCK_NB) != 0; ++tries) {
     if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");
@@ -247,14 +233,10 @@ void DeviceFolder::remainDevice() const {
 // What an application that was killed in the middle of a save left beside the file. Nothing else of the
 // device runs while it is locked, so nobody is writing such a file now.
 void DeviceFolder::removeLeftovers() {
-  struct TooMany {};
-  std::size_t count = 0;
-  const auto list = [&count](const Descriptor& folder) {
-    const auto names = folder ? namesIn(folder.get(),
-                                        [&count] {
-                                          if (++count > mostSwept) throw TooMany();
-                                        })
-                              : std::nullopt;
+  std::size_t left = mostSwept;
+  const auto list = [&left](const Descriptor& folder) {
+    const auto names = namesIn(folder.get(), left);
+    if (names || errno == E2BIG) left -= names ? names->size() : left;
     return names.value_or(std::vector<std::string>());
   };
   const auto sweep = [&list](const Descriptor& folder) {
@@ -266,20 +248,17 @@ void DeviceFolder::removeLeftovers() {
       }
     }
   };
-  try {
-    sweep(openFolderBeneath(applications_.get(), applicationFolder));
-    // What a killed import left; a living one holds its lock.
-    const Descriptor beside = openFolderBeneath(var_.get(), besideProjects);
-    for (const auto& name : list(beside)) {
-      if (!name.starts_with(".import-")) continue;
-      const Descriptor unfinished = openFolderBeneath(beside.get(), name);
-      if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
-        setAside(beside.get(), fs::path("var") / besideProjects, name);
-    }
-    const Descriptor projects = openFolderBeneath(var_.get(), projectsFolder);
-    for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
-  } catch (const TooMany&) {
+  sweep(openFolderBeneath(applications_.get(), applicationFolder));
+  // What a killed import left; a living one holds its lock.
+  const Descriptor beside = openFolderBeneath(var_.get(), besideProjects);
+  for (const auto& name : list(beside)) {
+    if (!name.starts_with(".import-")) continue;
+    const Descriptor unfinished = openFolderBeneath(beside.get(), name);
+    if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
+      setAside(beside.get(), fs::path("var") / besideProjects, name);
   }
+  const Descriptor projects = openFolderBeneath(var_.get(), projectsFolder);
+  for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
 }
 
 // Programs in the device may have left anything here. What cannot be read or written stays as it is, and the
@@ -343,19 +322,11 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
 
 // Each start would look at every entry. The converter is the one program that the device needs there.
 void DeviceFolder::replaceOverfullPrograms() {
-  struct TooMany {};
-  std::size_t count = 0;
   // Counted before.
   const std::string state = stateOfLinks(userPrograms_.get());
   if (!state.empty() && readBeneath(folder_.get(), std::string(userProgramsFolder) + ".state", 4096) == state)
     return;
-  try {
-    namesIn(userPrograms_.get(), [&count] {
-      if (++count > mostPrograms) throw TooMany();
-    });
-    return;
-  } catch (const TooMany&) {
-  }
+  if (namesIn(userPrograms_.get(), mostPrograms) || errno != E2BIG) return;
   const Descriptor before = std::move(userPrograms_);
   setAside(folder_.get(), {}, userProgramsFolder);
   userPrograms_ = openTop(folder_.get(), userProgramsFolder, name_);
@@ -385,7 +356,6 @@ void DeviceFolder::refreshApplication(const fs::path& shipped) {
   const Descriptor application = openFolderBeneath(applications_.get(), applicationFolder);
   if (!application) return;
   const Descriptor programs = openFolderBeneath(folder_.get(), userProgramsFolder);
-  shipFiles(shipped, {application.get(), programs.get()},
-            openFolderBeneath(folder_.get(), shippedFolder).get(),
-            isNew ? ApplicationFolder::New : ApplicationFolder::Kept);
+  shipFiles(shipped, application.get(), programs.get(), openFolderBeneath(folder_.get(), shippedFolder).get(),
+            isNew);
 }

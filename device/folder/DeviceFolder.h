@@ -17,23 +17,18 @@
 // hostile: it is reached through descriptors only, never by following a link.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "device/sandbox/Account.h"
-#include "device/sandbox/Environment.h"
 
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <sys/types.h>
 
 // Opens the folder of a device, which is made where missing, parents too. Throws Refusal.
 Descriptor openOrMakeFolder(const std::filesystem::path& path);
 
-// As root: the same, and the folder belongs afterwards to the account that the device runs as. `isSettled`:
-// the account is known; otherwise the folder's owner tells it. Throws Refusal, also for a folder of root's
-// files.
-Descriptor openFolderForAccount(const std::filesystem::path& path, const Environment& caller, bool isSettled,
-                                Account& account);
+// The same for the caller's device. As root, settles the account, to which the folder belongs afterwards.
+// Throws Refusal, also for a folder of root's files.
+Descriptor openDevice(Caller& caller);
 
 // Opens DEVICE/var for copying in and out, whether or not a launcher uses the device at the time, and makes
 // it where missing. To be used as the device's user. Throws Refusal, also where the folder is no device.

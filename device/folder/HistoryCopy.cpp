@@ -6,28 +6,16 @@
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
-#include <functional>
 #include <iterator>
 #include <memory>
 #include <numeric>
-#include <optional>
-#include <poll.h>
-#include <set>
-#include <signal.h>
 #include <sstream>
-#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <unordered_map>
 
 namespace {
 
@@ -76,83 +64,55 @@ struct Walk {
   std::vector<std::string> remarks;
   // False where something could not be looked at, or was too much to look at.
   bool isWhole = true;
-  // Some file has the size and time that it had before, and was changed nevertheless.
+  // Some file has the size and time that its copy has, and was changed nevertheless.
   bool hasDisguisedChange = false;
-  // What the last dated copy takes at most.
-  std::uint64_t oldBytes = 0;
 };
 
 // The folders in which the kinds of things are, in the order of allKept; empty where there is none, or a link
 // in its place.
 using KeptFolders = std::array<Descriptor, allKept.size()>;
 
-// What the newest dated copy has.
-struct LastCopy {
-  // Of the walk before it; empty where there is no such copy.
+// What the newest dated copy was made from, as DEVICE/history/state has it.
+struct Record {
+  // The copy's name; empty where there is none.
+  std::string when;
+  // When the walk before it began, in nanoseconds.
+  std::int64_t began = 0;
+  bool isWhole = false;
   std::string state;
-  // Items that were in the device and did not get into the copy.
-  std::set<std::string> leftOut;
 };
 
-struct Facts {
-  std::uint64_t inode;
-  std::uint64_t size;
-  std::int64_t modified;
-  std::int64_t changed;
-  std::uint64_t mode;
-};
-
-std::int64_t nanoseconds(const timespec& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-// A state is a row of paths, each with a NUL and the facts behind it.
-std::unordered_map<std::string_view, Facts> factsOf(std::string_view state) {
-  std::unordered_map<std::string_view, Facts> facts;
-  while (!state.empty()) {
-    const std::size_t size = state.find('\0');
-    if (size == std::string_view::npos || state.size() < size + 1 + sizeof(Facts)) return {};
-    std::memcpy(&facts[state.substr(0, size)], state.data() + size + 1, sizeof(Facts));
-    state.remove_prefix(size + 1 + sizeof(Facts));
-  }
-  return facts;
-}
-
-std::uint64_t spaceOf(const Facts& facts) {
-  return S_ISREG(facts.mode) ? (facts.size + block - 1) / block * block : block;
+std::uint64_t spaceOf(const struct stat& status) {
+  return S_ISREG(status.st_mode) ? (static_cast<std::uint64_t>(status.st_size) + block - 1) / block * block
+                                 : block;
 }
 
 class Walker {
  public:
-  explicit Walker(const LastCopy& last) : last_(factsOf(last.state)), leftOut_(last.leftOut) {
-    for (const auto& [path, facts] : last_) {
-      const std::size_t end = path.find('/', path.find('/') + 1);
-      if (leftOut_.empty() || !leftOut_.contains(std::string(path.substr(0, end))))
-        result.oldBytes += spaceOf(facts);
-    }
-  }
+  // `copyBegan`: as in the Record of the copy with which folder() compares.
+  explicit Walker(std::int64_t copyBegan) : copyBegan_(copyBegan) {}
 
   Walk result;
 
-  void folder(int folder, const std::string& name) {
+  // `copy` is the copied folder, or empty.
+  void folder(int folder, const Descriptor& copy, const std::string& name) {
     struct stat status {};
     if (fstat(folder, &status) == 0) note(name, status);
     auto names = namesIn(folder);
     if (!names) return cut(name + " has too many entries, or cannot be read.");
     std::sort(names->begin(), names->end());
     // What is known already goes before what a build may have made without end.
-    if (names->size() > flood) {
+    if (copy && names->size() > flood) {
       std::stable_partition(names->begin(), names->end(),
-                            [&](const auto& each) { return last_.contains(name + "/" + each); });
+                            [&](const auto& each) { return exists(copy.get(), each); });
     }
     for (const auto& each : *names) {
       const std::string path = name + "/" + each;
       if (visited_ >= mostVisited || result.state.size() >= 3 * largestWalkedState)
         return cut(visible(path) + " and others are too many.");
       start_ = result.state.size();
-      wasLeftOut_ = leftOut_.contains(path);
       result.items.push_back({path, 0, 0});
-      entry(folder, each.c_str(), path, 0);
+      entry(folder, copy, each.c_str(), path, 0);
       if (!isTooMuch()) continue;
       cut(visible(path) + " has too many entries.");
       result.state.resize(start_);
@@ -175,37 +135,36 @@ class Walker {
            result.state.size() - start_ >= largestWalkedState;
   }
 
-  Facts note(const std::string& path, const struct stat& status) {
-    const Facts facts{status.st_ino, static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
-                      nanoseconds(status.st_ctim), status.st_mode};
+  void note(const std::string& path, const struct stat& status) {
+    const std::int64_t facts[] = {static_cast<std::int64_t>(status.st_ino), status.st_size, status.st_mode,
+                                  nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
     result.state.append(path).push_back('\0');
-    result.state.append(reinterpret_cast<const char*>(&facts), sizeof facts);
-    return facts;
+    result.state.append(reinterpret_cast<const char*>(facts), sizeof facts);
   }
 
-  void entry(int parent, const char* name, const std::string& path, int depth) {
+  void entry(int parent, const Descriptor& copy, const char* name, const std::string& path, int depth) {
     struct stat status {};
+    struct stat copied {};
     WalkedItem& item = result.items.back();
     ++visited_;
     ++item.entries;
     if (isTooMuch() || fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
-    if (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) > largestFileKept)
+    const bool isFile = S_ISREG(status.st_mode);
+    if (isFile && static_cast<std::uint64_t>(status.st_size) > largestFileKept)
       return remark(visible(path) + " has more than 64 MiB.");
-    const Facts facts = note(path, status);
-    const auto known = last_.find(path);
-    const bool isSame = !wasLeftOut_ && known != last_.end() && known->second.size == facts.size &&
-                        known->second.modified == facts.modified && known->second.mode == facts.mode;
-    if (S_ISREG(status.st_mode) && isSame &&
-        (known->second.changed != facts.changed || known->second.inode != facts.inode)) {
-      result.hasDisguisedChange = true;
-    }
-    if (!S_ISREG(status.st_mode) || !isSame) item.newBytes += spaceOf(facts);
-    if (S_ISDIR(status.st_mode)) inside(parent, name, path, depth);
-    if (!S_ISDIR(status.st_mode) && !S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
+    note(path, status);
+    const bool looksSame = isFile && fstatat(copy.get(), name, &copied, AT_SYMLINK_NOFOLLOW) == 0 &&
+                           S_ISREG(copied.st_mode) && copied.st_size == status.st_size &&
+                           nanoseconds(copied.st_mtim) == nanoseconds(status.st_mtim);
+    const bool isSame = looksSame && nanoseconds(status.st_ctim) < copyBegan_;
+    if (looksSame && !isSame) result.hasDisguisedChange = true;
+    if (!isSame) item.newBytes += spaceOf(status);
+    if (S_ISDIR(status.st_mode)) inside(parent, copy, name, path, depth);
+    if (!S_ISDIR(status.st_mode) && !isFile && !S_ISLNK(status.st_mode))
       remark(visible(path) + " is no file, folder or link.");
   }
 
-  void inside(int parent, const char* name, const std::string& path, int depth) {
+  void inside(int parent, const Descriptor& copy, const char* name, const std::string& path, int depth) {
     if (depth >= deepest || path.size() > longestPath)
       return cut(visible(path.substr(0, 100)) + "… is nested too deeply.");
     const int opened = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -215,21 +174,20 @@ class Walker {
       close(opened);
       return;
     }
+    const Descriptor innerCopy = openFolderBeneath(copy.get(), name);
     while (const dirent* each = readdir(stream.get())) {
       const std::string_view inner = each->d_name;
       if (inner == "." || inner == "..") continue;
       if (inner == folderLeftOut && each->d_type == DT_DIR) continue;
-      entry(opened, each->d_name, path + "/" + each->d_name, depth + 1);
+      entry(opened, innerCopy, each->d_name, path + "/" + each->d_name, depth + 1);
       if (isTooMuch()) return;
     }
   }
 
-  std::unordered_map<std::string_view, Facts> last_;
-  const std::set<std::string>& leftOut_;
+  std::int64_t copyBegan_;
   std::size_t visited_ = 0;
   // Of the item that is looked at: where its state begins.
   std::size_t start_ = 0;
-  bool wasLeftOut_ = false;
 };
 
 KeptFolders openKept(int var) {
@@ -239,14 +197,16 @@ KeptFolders openKept(int var) {
   return folders;
 }
 
-Walk walk(const KeptFolders& folders, const LastCopy& last) {
-  Walker walker(last);
+// Compares with the copy of `last`, if there is one, in the folder `history`.
+Walk walk(const KeptFolders& folders, int history, const Record& last) {
+  Walker walker(last.began);
   for (const Kept kind : allKept) {
     const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
-    if (folder) walker.folder(folder.get(), folderInHistory(kind));
+    const Descriptor copy = openFolderBeneath(history, fs::path(last.when) / folderInHistory(kind));
+    if (folder) walker.folder(folder.get(), copy, folderInHistory(kind));
   }
-  // The mark of a walk, so that an empty device has a state, too.
-  walker.result.state.append("\0", 1).append(sizeof(Facts), '\0');
+  // So that an empty device has a state, too.
+  walker.result.state.push_back('\0');
   return std::move(walker.result);
 }
 
@@ -267,10 +227,10 @@ class Sandboxed {
     }
   }
 
-  // Returns the exit status, or -1. Each line of its output is given to `take`, which ends it by false.
-  // `capability` is what the program has over the device user's own files.
-  int run(const char* capability, const std::vector<std::string>& command, const std::string& input,
-          const std::function<bool(const std::string&)>& take, std::chrono::seconds limit = longestCopy) {
+  // Returns the exit status as runToEnd() does, and hands on what comes on standard output; `take` ends the
+  // program by false. `capability` is what the program has over the device user's own files.
+  int run(const char* capability, const std::vector<std::string>& command, const std::string& input = {},
+          const std::function<bool(std::string_view)>& take = {}, std::chrono::seconds limit = longestCopy) {
     std::istringstream fixed(
         "--unshare-all --unshare-user --die-with-parent --new-session --clearenv --ro-bind /usr /usr "
         "--symlink usr/lib /lib --symlink usr/lib64 /lib64 --dev /dev --dir /from --cap-drop ALL --cap-add");
@@ -282,82 +242,39 @@ class Sandboxed {
                  {"--bind-fd", std::to_string(history_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
     words.insert(words.end(), command.begin(), command.end());
     const Descriptor list = inMemory(input);
-    Pipe output = makePipe();
-    ProcessStart start{words, std::vector<std::string>(), list.get(), output.writeEnd.get()};
+    ProcessStart start{words, std::vector<std::string>(), list.get()};
     start.passed = passed_;
     start.passed.push_back(history_);
     start.endsBy = SIGKILL;
-    const pid_t child = spawn(start);
-    if (child < 0) return -1;
-    output.writeEnd.close();
-    if (!takeLines(output.readEnd.get(), take, limit)) kill(child, SIGKILL);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return runToEnd(start, limit, [&](int stream, std::string_view piece) {
+      return stream != STDOUT_FILENO || !take || take(piece);
+    });
   }
 
  private:
-  static bool takeLines(int output, const std::function<bool(const std::string&)>& take,
-                        std::chrono::seconds patience) {
-    const auto limit = Clock::now() + patience;
-    std::string text;
-    char piece[16384];
-    while (true) {
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
-      pollfd watched{output, POLLIN, 0};
-      if (left <= 0 || poll(&watched, 1, static_cast<int>(left)) == 0) return false;
-      const ssize_t got = read(output, piece, sizeof piece);
-      if (got < 0 && errno == EINTR) continue;
-      if (got <= 0) return true;
-      text.append(piece, static_cast<std::size_t>(got));
-      for (std::size_t end = 0; (end = text.find('\n')) != std::string::npos; text.erase(0, end + 1)) {
-        if (!take(text.substr(0, end))) return false;
-      }
-    }
-  }
-
   const HistoryTools& tools_;
   int history_;
   std::vector<std::string> shown_;
   std::vector<int> passed_{};
 };
 
-// What the newest copy was made from, as DEVICE/history/state has it: its name and whether it is whole, the
-// items that it lacks, and the state.
-struct Record {
-  std::string when;
-  bool isWhole = false;
-  LastCopy last;
-};
-
 Record readRecord(int history) {
-  Record record;
   const std::string text = readBeneath(history, stateFile, largestState).value_or("");
-  std::vector<std::string> parts;
-  std::size_t place = 0;
-  // An empty part ends the list of items.
-  while (parts.size() < 2 || !parts.back().empty()) {
-    const std::size_t end = text.find('\0', place);
-    if (end == std::string::npos) return {};
-    parts.push_back(text.substr(place, end - place));
-    place = end + 1;
+  const auto end = std::min(text.find('\n'), text.size());
+  std::istringstream head(text.substr(0, end));
+  Record record;
+  if (!(head >> record.when >> record.began >> record.isWhole) || timeOf(record.when) < 0 ||
+      !exists(history, record.when)) {
+    return {};
   }
-  if (timeOf(parts[0]) < 0 || !exists(history, parts[0])) return {};
-  record.when = parts[0];
-  record.isWhole = parts[1] == "whole";
-  record.last.leftOut.insert(parts.begin() + 2, parts.end() - 1);
-  record.last.state = text.substr(place);
+  record.state = text.substr(end + 1);
   return record;
 }
 
 bool writeRecord(int history, const Record& record) {
-  std::string text;
-  for (const auto& part : {record.when, std::string(record.isWhole ? "whole" : "incomplete")})
-    text.append(part).push_back('\0');
-  for (const auto& item : record.last.leftOut) text.append(item).push_back('\0');
-  text.push_back('\0');
-  return writeAtomically(history, stateFile, text + record.last.state, 0600);
+  std::ostringstream head;
+  head << record.when << " " << record.began << " " << record.isWhole << "\n";
+  return writeAtomically(history, stateFile, head.str() + record.state, 0600);
 }
 
 class Copying {
@@ -370,21 +287,25 @@ class Copying {
     if (!lock) return;
     const Record last = readRecord(folder_);
     const KeptFolders folders = openKept(var_);
-    // Without a look at the last state, which is what takes the time.
-    Walk walked = walk(folders, {});
+    // By the same clock as the change times of files.
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME_COARSE, &now);
+    // First without a look at the last copy, which is what takes the time.
+    Walk walked = walk(folders, folder_, {});
     const bool isEnough = last.isWhole || insistence == Insistence::Changes;
-    if (walked.state == last.last.state && isEnough) return;
-    walked = walk(folders, last.last);
-    if (walked.state == last.last.state && isEnough) return;
+    if (walked.state == last.state && isEnough) return;
+    walked = walk(folders, folder_, last);
+    // The order of many names depends on the last copy.
+    if (walked.state == last.state && isEnough) return;
     // Where nothing was ever made, there is nothing to keep.
     if (last.when.empty() && walked.items.empty() && walked.isWhole) return;
     sweep();
-    Record made{{}, walked.isWhole, {{}, chooseWhatFits(walked)}};
+    const auto oldBytes = last.when.empty() ? 0 : measure(last.when);
+    Record made{{}, nanoseconds(now), chooseWhatFits(walked, oldBytes) && walked.isWhole, {}};
     const auto needed = std::accumulate(walked.items.begin(), walked.items.end(), 0ULL,
                                         [](auto sum, const auto& item) { return sum + item.newBytes; });
     if (!makeRoom(needed)) return;
-    made.isWhole = made.last.leftOut.empty() && walked.isWhole;
-    switch (copy(folders, walked, last.when, patienceFor(needed, walked.oldBytes))) {
+    switch (copy(folders, walked, last.when, patienceFor(needed, oldBytes))) {
       case 0:
         break;
       case 23:
@@ -400,7 +321,7 @@ class Copying {
         return sweep();
     }
     made.when = history_.newName();
-    made.last.state = std::move(walked.state);
+    made.state = std::move(walked.state);
     std::string about = made.isWhole ? "whole\n" : "incomplete\n";
     for (const auto& remark : walked.remarks) about += remark + "\n";
     const Descriptor copied = openFolderBeneath(folder_, beingMade);
@@ -425,7 +346,7 @@ class Copying {
       if (!hasRoomFor(size) || mkdirat(folder_, beingParted, 0700) != 0) continue;
       std::vector<std::string> command(copying.begin(), copying.end());
       command.insert(command.end(), {entry + "/", std::string(beingParted) + "/"});
-      if (runOnHistory("CAP_DAC_READ_SEARCH", command, patienceFor(size, 0)) == 0) {
+      if (Sandboxed(tools_, folder_).run("CAP_DAC_READ_SEARCH", command, {}, {}, patienceFor(size, 0)) == 0) {
         history_.part(when, beingParted);
       }
       sweep();
@@ -435,21 +356,19 @@ class Copying {
  private:
   static constexpr int tooMuch = 1000;
 
-  // Takes the largest items out until the rest has room beside the last copy.
-  static std::set<std::string> chooseWhatFits(Walk& walked) {
-    std::set<std::string> leftOut;
-    auto sum = walked.oldBytes;
+  // Takes the largest items out until the rest has room beside the last copy; false where it took some.
+  static bool chooseWhatFits(Walk& walked, std::uint64_t oldBytes) {
+    const auto isSmaller = [](const auto& one, const auto& other) { return one.newBytes < other.newBytes; };
+    auto sum = oldBytes;
     for (const auto& item : walked.items) sum += item.newBytes;
-    while (sum > largestHistory && !walked.items.empty()) {
-      const auto largest =
-          std::max_element(walked.items.begin(), walked.items.end(),
-                           [](const auto& one, const auto& other) { return one.newBytes < other.newBytes; });
+    bool isAll = true;
+    for (; sum > largestHistory && !walked.items.empty(); isAll = false) {
+      const auto largest = std::max_element(walked.items.begin(), walked.items.end(), isSmaller);
       walked.remarks.push_back(visible(largest->path) + " is too large.");
       sum -= largest->newBytes;
-      leftOut.insert(largest->path);
       walked.items.erase(largest);
     }
-    return leftOut;
+    return isAll;
   }
 
   Descriptor locked() const {
@@ -474,7 +393,7 @@ class Copying {
     while (usage + needed > largestHistory) {
       auto entries = history_.entries();
       // Without it a backup that is being made and is killed could not be undone.
-      std::erase_if(entries, [older = history_.notedOlder()](const auto& entry) {
+      std::erase_if(entries, [older = history_.noted().older](const auto& entry) {
         return entry.isSetAside && entry.when == older;
       });
       const std::string least = leastMissed(entries);
@@ -488,13 +407,13 @@ class Copying {
   }
 
   unsigned long long measure(const std::string& path = ".") const {
-    unsigned long long bytes = 0;
+    std::string said;
     Sandboxed(tools_, folder_)
-        .run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", path}, {}, [&](const std::string& line) {
-          bytes = std::strtoull(line.c_str(), nullptr, 10);
-          return true;
+        .run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", path}, {}, [&](std::string_view piece) {
+          said += piece;
+          return said.size() < 4096;
         });
-    return bytes;
+    return std::strtoull(said.c_str(), nullptr, 10);
   }
 
   // Many times what a slow disk needs. rsync waits for ever where a build swaps a file for a pipe just before
@@ -523,8 +442,13 @@ class Copying {
     Sandboxed sandbox(tools_, folder_);
     sandbox.show(folders);
     unsigned long long bytes = 0;
-    const auto take = [&](const std::string& line) {
-      bytes += std::strtoull(line.c_str(), nullptr, 10);
+    std::string lines;
+    const auto take = [&](std::string_view piece) {
+      lines += piece;
+      std::size_t done = 0;
+      for (std::size_t end = 0; (end = lines.find('\n', done)) != std::string::npos; done = end + 1)
+        bytes += std::strtoull(lines.c_str() + done, nullptr, 10);
+      lines.erase(0, done);
       return bytes <= room_;
     };
     const int status = sandbox.run("CAP_DAC_READ_SEARCH", command, list, take, limit);
@@ -547,17 +471,10 @@ class Copying {
   // Removes what was being made or dropped, also by a process that was killed.
   void sweep() const {
     std::vector<std::string> command{"/usr/bin/rm", "-rf", "--"};
-    for (const auto& name : namesIn(folder_).value_or(std::vector<std::string>())) {
+    for (const auto& name : namesInOrNone(folder_)) {
       if (name == beingMade || name.starts_with(beingDropped)) command.push_back(name);
     }
-    if (command.size() > 3) runOnHistory("CAP_DAC_OVERRIDE", command);
-  }
-
-  int runOnHistory(const char* capability, const std::vector<std::string>& command,
-                   std::chrono::seconds limit = longestCopy) const {
-    return Sandboxed(tools_, folder_)
-        .run(
-            capability, command, {}, [](const auto&) { return true; }, limit);
+    if (command.size() > 3) Sandboxed(tools_, folder_).run("CAP_DAC_OVERRIDE", command);
   }
 
   void thinOut() const {

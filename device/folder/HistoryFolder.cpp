@@ -1,20 +1,18 @@
 #include "device/folder/HistoryFolder.h"
 
 #include "device/Refusal.h"
+#include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <fcntl.h>
 #include <map>
-#include <optional>
 #include <set>
 #include <sstream>
 #include <sys/stat.h>
 #include <tuple>
-#include <unistd.h>
 
 namespace {
 
@@ -31,21 +29,21 @@ constexpr long hour = 3600;
 constexpr long day = 24 * hour;
 constexpr long month = 31 * day;
 
+std::string formatted(const char* format, const std::tm* parts) {
+  char text[32];
+  strftime(text, sizeof text, format, parts);
+  return text;
+}
+
 std::string nameAt(std::time_t time) {
-  char name[32];
-  struct tm parts {};
-  gmtime_r(&time, &parts);
-  strftime(name, sizeof name, nameFormat, &parts);
-  return name;
+  std::tm parts{};
+  return formatted(nameFormat, gmtime_r(&time, &parts));
 }
 
 // Whether a shell takes the name as one word, and as it stands.
 bool isPlain(const std::string& name) {
   return !name.empty() && name.size() <= 255 && name != "." && name != ".." &&
-         std::all_of(name.begin(), name.end(), [](unsigned char character) {
-           return character >= 0x80 || std::isalnum(character) != 0 ||
-                  std::strchr("._+-@,:", character) != nullptr;
-         });
+         isMadeOf(name, "._+-@,:", true);
 }
 
 }  // namespace
@@ -73,11 +71,8 @@ std::time_t timeOf(const std::string& when) {
 
 std::string localName(const std::string& when) {
   const std::time_t time = timeOf(when);
-  char name[32];
-  struct tm parts {};
-  localtime_r(&time, &parts);
-  strftime(name, sizeof name, "%Y-%m-%dT%H:%M:%S", &parts);
-  return name;
+  std::tm parts{};
+  return formatted("%Y-%m-%dT%H:%M:%S", localtime_r(&time, &parts));
 }
 
 HistoryFolder::HistoryFolder(int device) {
@@ -94,7 +89,7 @@ HistoryFolder::HistoryFolder(int device) {
 std::vector<HistoryEntry> HistoryFolder::entries() const {
   std::vector<HistoryEntry> entries;
   const auto add = [&entries](const Descriptor& folder, bool isSetAside) {
-    for (const auto& name : namesInOrNone(folder)) {
+    for (const auto& name : namesInOrNone(folder.get())) {
       if (timeOf(name) < 0) continue;
       HistoryEntry entry{name, isSetAside, true, {}};
       if (!isSetAside) {
@@ -161,7 +156,7 @@ void HistoryFolder::noteMoved(const std::string& when) const {
 
 std::vector<std::string> HistoryFolder::moved() const {
   const Descriptor aside = openFolderBeneath(folder_.get(), asideFolder);
-  auto names = namesInOrNone(aside);
+  auto names = namesInOrNone(aside.get());
   std::erase_if(names, [&](const std::string& name) {
     return timeOf(name) < 0 || !exists(aside.get(), fs::path(name) / movedMark);
   });
@@ -175,12 +170,11 @@ bool HistoryFolder::part(const std::string& when, const std::string& copy) const
   return renameat2(folder_.get(), copy.c_str(), folder_.get(), entry.c_str(), RENAME_EXCHANGE) == 0;
 }
 
-std::string HistoryFolder::notedOlder() const {
-  std::istringstream note(readBeneath(folder_.get(), backupNote, 4096).value_or(""));
-  std::string name;
-  std::string when;
-  std::getline(note, name) && std::getline(note, when);
-  return when;
+BackupNote HistoryFolder::noted() const {
+  std::istringstream lines(readBeneath(folder_.get(), backupNote, 4096).value_or(""));
+  BackupNote note;
+  std::getline(lines, note.name) && std::getline(lines, note.older);
+  return note;
 }
 
 void HistoryFolder::replace(int parent, const std::string& name, int newParent, const std::string& newName,
@@ -221,15 +215,13 @@ void HistoryFolder::beginBackup(int var, const std::string& name) const {
 }
 
 void HistoryFolder::finishBackup() const {
-  if (const std::string when = notedOlder(); timeOf(when) >= 0) noteMoved(when);
+  if (const std::string when = noted().older; timeOf(when) >= 0) noteMoved(when);
   unlinkat(folder_.get(), backupNote, 0);
 }
 
 void HistoryFolder::undoBackup(int var) const {
-  std::istringstream note(readBeneath(folder_.get(), backupNote, 4096).value_or(""));
-  std::string name;
-  std::string when;
-  if (!std::getline(note, name) || !std::getline(note, when) || !isPlain(name)) return finishBackup();
+  const auto [name, when] = noted();
+  if (!isPlain(name)) return finishBackup();
   const fs::path inHistory = folderInHistory(Kept::Backup);
   const Descriptor aside = when.empty()
                                ? Descriptor()

@@ -17,7 +17,6 @@
 #include <array>
 #include <ctime>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -41,6 +40,13 @@ struct HistoryEntry {
   bool isWhole;
   // Sentences on what is missing. They contain names from the device.
   std::vector<std::string> remarks;
+};
+
+// The backup that is being made: of which project, and the set-aside entry with its older backup. Empty where
+// there is none.
+struct BackupNote {
+  std::string name;
+  std::string older;
 };
 
 // Call everything as the device's user.
@@ -84,8 +90,7 @@ class HistoryFolder {
   void finishBackup() const;
   // Also for the next start after a killed run. Does nothing if no backup is noted.
   void undoBackup(int var) const;
-  // The set-aside entry with the older backup of the noted one; empty if there is none.
-  std::string notedOlder() const;
+  BackupNote noted() const;
 
  private:
   // Opens the folder above `path` in the set-aside entry `when` and makes it if missing.

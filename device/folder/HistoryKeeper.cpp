@@ -1,27 +1,19 @@
 #include "device/folder/HistoryKeeper.h"
 
 #include "core/LauncherContract.h"
-#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <initializer_list>
-#include <optional>
 #include <poll.h>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
-#include <vector>
 
 namespace {
 
@@ -35,10 +27,10 @@ constexpr std::size_t mostAsked = 64;
 // The walk opens a descriptor for each level of folders.
 constexpr rlim_t neededDescriptors = 4096;
 
+// As requests count it, by CLOCK_MONOTONIC.
 std::int64_t milliseconds() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
 class Keeper {
@@ -131,22 +123,23 @@ class Keeper {
         return;
       case history::Wish::BeginBackup:
         // The rest of the second is for the way back.
-        if (milliseconds() + history::patienceMilliseconds / 10 < request.deadline) {
-          history_.beginBackup(var_, request.name);
-          answer(request.number);
-        }
-        return;
+        if (milliseconds() + history::patienceMilliseconds / 10 >= request.deadline) return;
+        history_.beginBackup(var_, request.name);
+        break;
       case history::Wish::FinishBackup:
         history_.finishBackup();
-        return answer(request.number);
+        break;
       case history::Wish::UndoBackup:
         try {
           history_.undoBackup(var_);
         } catch (const Refusal&) {
           // The next start tries again.
         }
-        return answer(request.number);
+        break;
+      default:
+        return;
     }
+    answer(request.number);
   }
 
   void answer(std::uint32_t number) const {
@@ -210,14 +203,8 @@ void sayOnceThatRsyncIsMissing(const HistoryFolder& history, bool isMissing) {
 
 }  // namespace
 
-HistoryKeeper::HistoryKeeper(Serves serves) {
-  int sockets[2];
-  if (serves == Serves::Nobody || socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) != 0) return;
-  own_ = Descriptor(sockets[0]);
-  const Descriptor other(sockets[1]);
-  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, history::applicationDescriptor));
-  // The application would not find it under another number.
-  if (applicationEnd_.get() != history::applicationDescriptor) applicationEnd_.close();
+void HistoryKeeper::serveApplication() {
+  sockets_ = connectApplication(history::applicationDescriptor);
 }
 
 void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool undoesBackup) {
@@ -237,9 +224,10 @@ void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool u
   life_ = std::move(life.writeEnd);
   firstCopy_ = std::move(first.readEnd);
   if (fork() != 0) return;
-  partFromLauncher({history->folder(), var, own_.get(), life.readEnd.get(), first.writeEnd.get()});
+  partFromLauncher({history->folder(), var, sockets_.own.get(), life.readEnd.get(), first.writeEnd.get()});
   try {
-    Keeper(std::move(*history), var, tools, own_.get(), life.readEnd.get(), std::move(first.writeEnd)).keep();
+    Keeper(std::move(*history), var, tools, sockets_.own.get(), life.readEnd.get(), std::move(first.writeEnd))
+        .keep();
   } catch (const std::exception&) {
   }
   _exit(0);

@@ -1,7 +1,7 @@
 // The process beside the launcher that takes copies while the device is used.
 #pragma once
 
-#include "core/Descriptor.h"
+#include "device/Process.h"
 #include "device/folder/HistoryCopy.h"
 
 // Copies at the start, at most a minute after something changed, when the application asks for it, and once
@@ -9,9 +9,8 @@
 // holds no lock of the device. The process has no terminal and none of the caller's streams.
 class HistoryKeeper {
  public:
-  enum class Serves { Nobody, TheApplication };
-
-  explicit HistoryKeeper(Serves serves);
+  // Before start(), for a run whose program may ask for copies.
+  void serveApplication();
 
   // Starts the process. `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and
   // before anything of this launcher's runs in the device. Where no other application runs there
@@ -21,14 +20,13 @@ class HistoryKeeper {
   void start(int device, int var, const HistoryTools& tools, bool undoesBackup);
 
   // Goes to the application under this very number; -1 where nobody is served.
-  int applicationEnd() const { return applicationEnd_.get(); }
+  int applicationEnd() const { return sockets_.applicationEnd.get(); }
 
   // Waits until everything that was in the device at the start is in the history, at most a second.
   void awaitFirstCopy() const;
 
  private:
-  Descriptor own_;
-  Descriptor applicationEnd_;
+  ApplicationSocket sockets_;
   // The process has the other ends: this one tells it the launcher's end, ...
   Descriptor life_;
   // ... and this one closes with its first copy.

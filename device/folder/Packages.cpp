@@ -1,6 +1,5 @@
 #include "device/folder/Packages.h"
 
-#include "core/Text.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
@@ -8,7 +7,6 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <tuple>
 
 namespace {
 
@@ -19,18 +17,12 @@ constexpr std::size_t longestName = 200;
 
 }  // namespace
 
-bool Package::isSameAs(const Package& other) const {
-  return std::tie(number, changed.tv_sec, changed.tv_nsec) ==
-         std::tie(other.number, other.changed.tv_sec, other.changed.tv_nsec);
-}
-
 std::vector<Package> packagesOf(int var, const std::string& project) {
   std::vector<Package> found;
   for (const fs::path& place :
        {fs::path(packagesFolder) / project, fs::path(projectsFolder) / project / ownPackages}) {
     const Descriptor folder = openFolderBeneath(var, place);
-    auto names =
-        folder ? namesIn(folder.get()).value_or(std::vector<std::string>()) : std::vector<std::string>();
+    auto names = namesInOrNone(folder.get());
     std::sort(names.begin(), names.end());
     for (const auto& name : names) {
       struct stat status {};
@@ -39,7 +31,8 @@ std::vector<Package> packagesOf(int var, const std::string& project) {
           !S_ISREG(status.st_mode)) {
         continue;
       }
-      found.push_back({place / name, status.st_ino, status.st_ctim, status.st_mtim});
+      found.push_back(
+          {place / name, status.st_ino, nanoseconds(status.st_ctim), nanoseconds(status.st_mtim)});
     }
   }
   return found;
@@ -47,25 +40,20 @@ std::vector<Package> packagesOf(int var, const std::string& project) {
 
 Descriptor openNewestPackage(int var, const std::string& project, std::string& name) {
   const auto packages = packagesOf(var, project);
-  const auto newest =
-      std::max_element(packages.begin(), packages.end(), [](const Package& one, const Package& other) {
-        return std::tie(one.modified.tv_sec, one.modified.tv_nsec) <
-               std::tie(other.modified.tv_sec, other.modified.tv_nsec);
-      });
+  const auto newest = std::max_element(
+      packages.begin(), packages.end(),
+      [](const Package& one, const Package& other) { return one.modified < other.modified; });
   if (newest == packages.end()) return {};
   name = newest->path.filename().string();
-  // It may be a pipe by now, which must not block.
-  Descriptor file = openBeneath(var, newest->path, O_RDONLY | O_NONBLOCK);
-  struct stat status {};
-  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-  return file;
+  return openPlainFile(var, newest->path);
 }
 
-void requireProject(int var, const std::string& project) {
+Descriptor openProject(int var, const std::string& project) {
   requireEntryName(project);
-  if (openFolderBeneath(var, fs::path(projectsFolder) / project)) return;
-  if (errno == ENOENT) throw Refusal("There is no project " + project + " in the device.");
-  refuseWithError("The project " + project + " cannot be opened:");
+  Descriptor folder = openFolderBeneath(var, fs::path(projectsFolder) / project);
+  if (!folder && errno == ENOENT) throw Refusal("There is no project " + project + " in the device.");
+  if (!folder) refuseWithError("The project " + project + " cannot be opened:");
+  return folder;
 }
 
 void requireProjectName(const std::string& name) {
@@ -80,11 +68,8 @@ void requireProjectName(const std::string& name) {
 }
 
 void requireEntryName(const std::string& name) {
-  const bool hasControl = std::any_of(name.begin(), name.end(), [](char character) {
-    return static_cast<unsigned char>(character) < 0x20 || character == 0x7f;
-  });
-  if (name.empty() || name == "." || name == ".." || hasControl || name.find('/') != std::string::npos ||
-      name.size() > longestName) {
+  if (name.empty() || name == "." || name == ".." || hasControls(name) ||
+      name.find('/') != std::string::npos || name.size() > longestName) {
     throw Refusal("\"" + visible(name) + "\" is not a project's name.");
   }
 }

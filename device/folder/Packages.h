@@ -3,6 +3,7 @@
 
 #include "core/Descriptor.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <sys/types.h>
@@ -20,12 +21,13 @@ inline constexpr const char* ownPackages = "packages";
 struct Package {
   // Below var/.
   std::filesystem::path path;
-  // A build cannot forge these two: a package with both the same is the same one, even if it was moved.
+  // Times in nanoseconds. A build cannot forge these two: a package with both the same is the same one, even
+  // if it was moved.
   ino_t number;
-  timespec changed;
-  timespec modified;
+  std::int64_t changed;
+  std::int64_t modified;
 
-  bool isSameAs(const Package& other) const;
+  bool isSameAs(const Package& other) const { return number == other.number && changed == other.changed; }
 };
 
 // All regular files that end in ".deb" in the package folder of `project`, then in its own "packages", sorted
@@ -35,8 +37,9 @@ std::vector<Package> packagesOf(int var, const std::string& project);
 // Opens the package that was modified last for reading and sets `name`. Empty if there is no package.
 Descriptor openNewestPackage(int var, const std::string& project, std::string& name);
 
-// Throws Refusal unless there is a folder of that name, whose name may be any that a folder can have.
-void requireProject(int var, const std::string& project);
+// Opens the project's folder, whose name may be any that a folder can have. Throws Refusal where there is
+// none.
+Descriptor openProject(int var, const std::string& project);
 
 // Throws Refusal for a folder name that cannot go into command lines as it is, as the names of projects do.
 void requireProjectName(const std::string& name);

@@ -3,13 +3,10 @@
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
-#include <array>
 #include <cstring>
 #include <fcntl.h>
 #include <iostream>
-#include <optional>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -29,13 +26,6 @@ bool put(int folder, const std::string& name, const std::string& content, mode_t
   return false;
 }
 
-std::optional<std::string> linkTarget(int folder, const std::string& name) {
-  std::array<char, 512> target{};
-  const ssize_t length = readlinkat(folder, name.c_str(), target.data(), target.size());
-  if (length < 0 || static_cast<std::size_t>(length) == target.size()) return std::nullopt;
-  return std::string(target.data(), static_cast<std::size_t>(length));
-}
-
 bool replaceBy(int folder, const std::string& name, const std::string& target, const SetAside& setAside) {
   if (symlinkat(target.c_str(), folder, name.c_str()) == 0) return true;
   // A folder: whose it is, and what is in it, is the user's business.
@@ -45,19 +35,17 @@ bool replaceBy(int folder, const std::string& name, const std::string& target, c
 
 }  // namespace
 
-void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int record,
-               ApplicationFolder state) {
+void shipFiles(const fs::path& source, int application, int programs, int record, bool isNew) {
   const Descriptor shipped(open(source.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const auto names = shipped ? namesIn(shipped.get()) : std::nullopt;
+  const auto names = namesIn(shipped.get());
   if (!names) refuseWithError("Tweakbench's own folder " + source.string() + " could not be read:");
   for (const auto& name : *names) {
     struct stat status {};
     struct stat recorded {};
     fstatat(shipped.get(), name.c_str(), &status, 0);
     // The record has the time of what it was made from, so that a start does not read it all.
-    if (state == ApplicationFolder::Kept && fstatat(record, name.c_str(), &recorded, 0) == 0 &&
-        recorded.st_size == status.st_size && recorded.st_mtim.tv_sec == status.st_mtim.tv_sec &&
-        recorded.st_mtim.tv_nsec == status.st_mtim.tv_nsec) {
+    if (!isNew && fstatat(record, name.c_str(), &recorded, 0) == 0 && recorded.st_size == status.st_size &&
+        nanoseconds(recorded.st_mtim) == nanoseconds(status.st_mtim)) {
       continue;
     }
     const auto now = readBeneath(shipped.get(), name, largestShipped);
@@ -67,11 +55,9 @@ void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int
       return before && *before != *now && readBeneath(folder, name, largestShipped) == before;
     };
     const mode_t mode = (status.st_mode & S_IXUSR) != 0 ? 0755 : 0644;
-    const bool isNew = !before && !exists(device.application, name);
-    if (state == ApplicationFolder::New || isNew || isOutdated(device.application)) {
-      if (!put(device.application, name, *now, mode)) continue;
-    }
-    if (name == converter && isOutdated(device.programs) && !put(device.programs, name, *now, mode)) continue;
+    const bool isMissing = isNew || (!before && !exists(application, name));
+    if ((isMissing || isOutdated(application)) && !put(application, name, *now, mode)) continue;
+    if (name == converter && isOutdated(programs) && !put(programs, name, *now, mode)) continue;
     // Last, so that a start that is killed before does it all again.
     if (before != now && !writeAtomically(record, name, *now, 0644)) continue;
     const timespec times[] = {status.st_mtim, status.st_mtim};
@@ -110,7 +96,7 @@ std::size_t putLinks(int folder, const std::map<std::string, std::string>& links
 }
 
 void putLibraryLinks(int folder, const fs::path& libraries, const std::string& shown) {
-  for (const auto& name : namesIn(folder).value_or(std::vector<std::string>())) {
+  for (const auto& name : namesInOrNone(folder)) {
     std::error_code error;
     const bool isGone = fs::symlink_status(libraries / name, error).type() == fs::file_type::not_found;
     if (isGone && linkTarget(folder, name) == shown + "/" + name) unlinkat(folder, name.c_str(), 0);

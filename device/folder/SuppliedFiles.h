@@ -10,21 +10,11 @@
 // The one shipped file that does not stay in the application folder: the application moves it to /usr/bin.
 inline constexpr const char* converter = "ftt";
 
-enum class ApplicationFolder { New, Kept };
-
-// The device's folders that get shipped files.
-struct ShippedTo {
-  int application = -1;
-  // The device's /usr/bin, to which the application moves the converter. Only a converter that is there is
-  // updated. -1 for none.
-  int programs = -1;
-};
-
-// Copies the shipped files of `source` into the device. `record` is a folder outside the device with what was
-// shipped before: a file that the user or a build has changed or removed stays so, and an unchanged one is
-// updated. A New folder gets every file. Throws Refusal.
-void shipFiles(const std::filesystem::path& source, const ShippedTo& device, int record,
-               ApplicationFolder state);
+// Copies the shipped files of `source` into the device's folder `application`, all of them where it is new.
+// `record` is a folder outside the device with what was shipped before: a file that the user or a build has
+// changed or removed stays so, and an unchanged one is updated, like an unchanged converter in `programs`,
+// the device's /usr/bin. Throws Refusal.
+void shipFiles(const std::filesystem::path& source, int application, int programs, int record, bool isNew);
 
 // Name to target: every host program, with `sh` being the guard.
 std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& programs = "/usr/bin");

@@ -79,23 +79,26 @@ const char* theosOfDevice() {
   return found;
 }
 
+template <typename Kept>
+void keepVariables(Kept isKept) {
+  char** kept = environ;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    if (isKept(*variable)) *kept++ = *variable;
+  }
+  *kept = nullptr;
+}
+
 // Whatever the host speaks, commands print English and count with decimal points: what they print is searched
 // for known messages. Within a build its own settings count.
 void setLocale() {
-  char** kept = environ;
-  for (char** variable = environ; *variable != nullptr; ++variable) {
-    if (strncmp(*variable, "LC_", 3) != 0 && strncmp(*variable, "LANGUAGE=", 9) != 0) *kept++ = *variable;
-  }
-  *kept = nullptr;
+  keepVariables([](const char* variable) {
+    return strncmp(variable, "LC_", 3) != 0 && strncmp(variable, "LANGUAGE=", 9) != 0;
+  });
   setenv("LANG", "C.UTF-8", 1);
 }
 
 void cleanEnvironment() {
-  char** kept = environ;
-  for (char** variable = environ; *variable != nullptr; ++variable) {
-    if (!isForTheInterfaceOnly(*variable)) *kept++ = *variable;
-  }
-  *kept = nullptr;
+  keepVariables([](const char* variable) { return !isForTheInterfaceOnly(variable); });
   // A command's own value is kept, so that a build can choose another Theos. An empty one is of no use to
   // any.
   const char* theos = getenv("THEOS");

@@ -1,10 +1,8 @@
 // The launcher's commands, each in a file of its own.
 #pragma once
 
-#include "device/launcher/Options.h"
-#include "device/sandbox/Account.h"
-#include "device/sandbox/Environment.h"
 #include "device/sandbox/Sandbox.h"
+#include "device/transfer/Transfer.h"
 
 #include <filesystem>
 #include <functional>
@@ -15,11 +13,12 @@
 // The launcher's own failures, apart from what programs commonly return.
 inline constexpr int launcherFailed = 125;
 
-// Where the device is that the options mean.
-std::filesystem::path deviceOf(const Options& options, const Environment& caller, const Account& account);
-
 // Throws Refusal where there is no device to look into, so that a command that only looks does not make one.
 void requireDevice(const std::filesystem::path& device);
+
+// Opens the device for copying in and out. Who called sudo has only their own rights on either side, and a
+// copy that does not leave the device is made with those of the device's user.
+Transfer openForCopying(const Options& options, mode_t callerUmask);
 
 // Says on standard error what a copy lacks, and why; nothing where it lacks nothing.
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut);
@@ -46,6 +45,6 @@ int build(const Options& options);
 // nothing was found against it, otherwise 1.
 int examine(const Options& options);
 int showHistory(const Options& options);
-int restore(const Options& options);
-// path, import, export and send; `callerUmask` is taken from the modes of what is made on the host.
+// path, import, export, restore and send; `callerUmask` is taken from the modes of what is made on the host.
 int transfer(const Options& options, mode_t callerUmask);
+int restore(const Transfer& device, const Options& options);

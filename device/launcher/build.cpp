@@ -7,16 +7,13 @@
 #include <iostream>
 
 int build(const Options& options) {
-  const Environment caller = callerEnvironment();
-  const auto calling = callingAccount(caller);
-  const std::filesystem::path device =
-      deviceOf(options, caller, calling ? *calling : accountForFolderOf(0, 0, caller));
+  const std::filesystem::path device = Caller(options).device;
   requireProjectName(options.project);
   requireDevice(device);
   std::vector<Package> before;
   Task task;
   task.begin = [&](int var) {
-    requireProject(var, options.project);
+    openProject(var, options.project);
     before = packagesOf(var, options.project);
     // Like the application it starts without the filter; every command line that it runs gets it.
     Program program{{"/.host/tweakbench/build-project", options.project}, Relay::Streams::Printed};

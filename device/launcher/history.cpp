@@ -5,21 +5,14 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryCopy.h"
-#include "device/folder/HistoryFolder.h"
 #include "device/launcher/Commands.h"
-#include "device/transfer/Transfer.h"
 
 #include <algorithm>
 #include <fcntl.h>
 #include <iostream>
-#include <map>
 #include <set>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <climits>
 
 namespace {
 
@@ -29,13 +22,6 @@ constexpr int notThere = 1;
 constexpr std::size_t namedAtMost = 4;
 constexpr const char* indent = "                     ";
 constexpr int deepest = 200;
-
-std::string linkTarget(int folder, const std::string& name) {
-  std::string target(PATH_MAX, '\0');
-  const ssize_t size = readlinkat(folder, name.c_str(), target.data(), target.size());
-  target.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-  return target;
-}
 
 // Absent, or one that is not kept, has no type.
 struct stat look(int folder, const std::string& name) {
@@ -54,7 +40,7 @@ void compare(int older, int newer, const std::string& above, int depth, std::siz
              std::vector<std::string>& found) {
   std::set<std::string> names;
   for (int folder : {older, newer}) {
-    for (auto& name : namesIn(folder).value_or(std::vector<std::string>())) names.insert(std::move(name));
+    for (auto& name : namesInOrNone(folder)) names.insert(std::move(name));
   }
   for (const auto& name : names) {
     if (found.size() >= limit) return;
@@ -63,8 +49,7 @@ void compare(int older, int newer, const std::string& above, int depth, std::siz
     bool isSame = (before.st_mode & S_IFMT) == (after.st_mode & S_IFMT);
     if (isSame && S_ISREG(before.st_mode)) {
       isSame = before.st_ino == after.st_ino ||
-               (before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec &&
-                before.st_mtim.tv_nsec == after.st_mtim.tv_nsec);
+               (before.st_size == after.st_size && nanoseconds(before.st_mtim) == nanoseconds(after.st_mtim));
     } else if (isSame && S_ISLNK(before.st_mode)) {
       isSame = linkTarget(older, name) == linkTarget(newer, name);
     } else if (isSame && S_ISDIR(before.st_mode) && depth < deepest) {
@@ -81,22 +66,6 @@ std::vector<std::string> differences(int older, int newer, std::size_t limit) {
   std::vector<std::string> found;
   compare(older, newer, {}, 0, limit, found);
   return found;
-}
-
-// Makes this process the device's user.
-Transfer openAsItsUser(const Options& options) {
-  const Environment caller = callerEnvironment();
-  const auto calling = callingAccount(caller);
-  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
-  const fs::path device = deviceOf(options, caller, account);
-  requireDevice(device);
-  const bool isRoot = geteuid() == 0;
-  Descriptor folder =
-      isRoot ? openFolderForAccount(device, caller, calling.has_value(), account) : openOrMakeFolder(device);
-  if (isRoot) become(account);
-  Descriptor var = openVar(folder.get(), device);
-  const Rights own = Rights::own();
-  return {device, std::move(folder), std::move(var), own, own, 022, Interruption::check};
 }
 
 std::string called(Kept kind, const std::string& name) {
@@ -135,7 +104,7 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
     const Descriptor before = older != nullptr ? history.open(*older, folderInHistory(kind)) : Descriptor();
     std::map<std::string, int> names;
     for (const Descriptor* folder : {&before, &after}) {
-      for (const auto& name : namesInOrNone(*folder)) names[name] |= folder == &after ? 2 : 1;
+      for (const auto& name : namesInOrNone(folder->get())) names[name] |= folder == &after ? 2 : 1;
     }
     for (const auto& [name, where] : names) {
       if (!only.empty() && name != only) continue;
@@ -194,41 +163,10 @@ HistoryEntry choose(const HistoryFolder& history, const std::vector<HistoryEntry
   return meant.front();
 }
 
-int bringBack(const Options& options) {
-  const Transfer device = openAsItsUser(options);
-  const HistoryFolder history(device.folder.get());
-  const fs::path path = fs::path(folderInHistory(options.kept)) / options.project;
-  const auto entries = entriesWith(history, path);
-  const std::string what = called(options.kept, options.project);
-  if (entries.empty()) throw Refusal("The history does not have " + what + ".");
-  const fs::path place = folderInDevice(options.kept);
-  const Descriptor present = openFolderBeneath(device.var.get(), place / options.project);
-  const HistoryEntry entry = choose(history, entries, options.when, path, present.get());
-  // A copy that is being taken meanwhile drops old entries, but no locked one.
-  const Descriptor held = history.open(entry, ".");
-  if (held) flock(held.get(), LOCK_SH);
-  const Interruption interruption;
-  const Transferred done = copyBack(device, history.open(entry, path).get(), place, options.project);
-  tellLeftOut("they cannot be read or are not files", done.leftOut);
-  for (const auto& remark : entry.remarks) {
-    if (remark.starts_with(visible(path.string())))
-      std::cerr << "tweakbench: Not in the history: " << remark << "\n";
-  }
-  const std::string time = localName(entry.when);
-  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time;
-  if (done.what == options.project)
-    std::cout << " is in the device";
-  else
-    std::cout << " is in the device as " << visible(done.what) << ", since " << visible(options.project)
-              << " is there already";
-  std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
-  return std::cout ? 0 : launcherFailed;
-}
-
 }  // namespace
 
 int showHistory(const Options& options) {
-  const Transfer device = openAsItsUser(options);
+  const Transfer device = openForCopying(options, 022);
   const HistoryFolder history(device.folder.get());
   const auto entries = history.entries();
   bool isAny = false;
@@ -260,14 +198,31 @@ int showHistory(const Options& options) {
   return notThere;
 }
 
-int restore(const Options& options) {
-  try {
-    return bringBack(options);
-  } catch (const Interrupted& interrupted) {
-    raise(interrupted.signal);
-    return notThere;
-  } catch (const Refusal& refusal) {
-    std::cerr << "tweakbench: " << refusal.what() << "\n";
-    return notThere;
+int restore(const Transfer& device, const Options& options) {
+  const HistoryFolder history(device.folder.get());
+  const fs::path path = fs::path(folderInHistory(options.kept)) / options.project;
+  const auto entries = entriesWith(history, path);
+  const std::string what = called(options.kept, options.project);
+  if (entries.empty()) throw Refusal("The history does not have " + what + ".");
+  const fs::path place = folderInDevice(options.kept);
+  const Descriptor present = openFolderBeneath(device.var.get(), place / options.project);
+  const HistoryEntry entry = choose(history, entries, options.when, path, present.get());
+  // A copy that is being taken meanwhile drops old entries, but no locked one.
+  const Descriptor held = history.open(entry, ".");
+  if (held) flock(held.get(), LOCK_SH);
+  const Transferred done = copyBack(device, history.open(entry, path).get(), place, options.project);
+  tellLeftOut("they cannot be read or are not files", done.leftOut);
+  for (const auto& remark : entry.remarks) {
+    if (remark.starts_with(visible(path.string())))
+      std::cerr << "tweakbench: Not in the history: " << remark << "\n";
   }
+  const std::string time = localName(entry.when);
+  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time;
+  if (done.what == options.project)
+    std::cout << " is in the device";
+  else
+    std::cout << " is in the device as " << visible(done.what) << ", since " << visible(options.project)
+              << " is there already";
+  std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
+  return std::cout ? 0 : launcherFailed;
 }

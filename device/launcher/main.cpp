@@ -6,7 +6,6 @@
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 namespace {
 
@@ -37,18 +36,25 @@ int main(int count, char** arguments) {
   options.action = Options::Action::ShowText;
   try {
     options = parseOptions(count, arguments);
-    if (options.action == Options::Action::ShowText) {
-      std::cout << options.text << std::flush;
-      return std::cout ? 0 : launcherFailed;
+    switch (options.action) {
+      case Options::Action::ShowText:
+        std::cout << options.text << std::flush;
+        return std::cout ? 0 : launcherFailed;
+      case Options::Action::Examine:
+        return examine(options);
+      case Options::Action::Build:
+        return build(options);
+      case Options::Action::History:
+        return showHistory(options);
+      case Options::Action::Import:
+      case Options::Action::Export:
+      case Options::Action::ShowPath:
+      case Options::Action::Restore:
+      case Options::Action::Send:
+        return transfer(options, callerUmask);
+      default:
+        return run(options);
     }
-    if (options.action == Options::Action::Examine) return examine(options);
-    if (options.action == Options::Action::Build) return build(options);
-    if (options.action == Options::Action::History) return showHistory(options);
-    if (options.action == Options::Action::Restore) return restore(options);
-    const bool transfers =
-        options.action == Options::Action::Import || options.action == Options::Action::Export ||
-        options.action == Options::Action::ShowPath || options.action == Options::Action::Send;
-    return transfers ? transfer(options, callerUmask) : run(options);
   } catch (const std::exception& error) {
     complain(options, error.what());
     return launcherFailed;

@@ -1,15 +1,10 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
-#include "core/LauncherContract.h"
-#include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
 #include "device/folder/SuppliedFiles.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
-#include "device/sandbox/Arguments.h"
-#include "device/sandbox/Environment.h"
-#include "device/sandbox/Sandbox.h"
 #include "device/sandbox/Stage.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
@@ -18,8 +13,6 @@
 
 #include <cstring>
 #include <iostream>
-#include <signal.h>
-#include <unistd.h>
 
 namespace {
 
@@ -27,7 +20,6 @@ namespace fs = std::filesystem;
 
 // Everything about the host that root may know and the device's user perhaps not.
 struct Host {
-  Environment caller;
   fs::path bubblewrap;
   fs::path ownFiles;
   fs::path theos;
@@ -52,7 +44,7 @@ bool isForTheApplication(const Options& options) {
 }
 
 Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
-  Host host{caller, findBubblewrap(caller), findOwnFiles(), findTheos(options, caller, home), {}, {}};
+  Host host{findBubblewrap(caller), findOwnFiles(), findTheos(options, caller, home), {}, {}};
   if (isForTheApplication(options)) {
     host.display = findDisplay(caller, waylandSupport());
     host.authority = authorityFor(*host.display);
@@ -66,9 +58,9 @@ Host lookAt(const Options& options, const Environment& caller, const fs::path& h
 
 // As root: settles whom the device belongs to, shows that user all it needs, and becomes it. Changes the
 // paths of `host` to where they are shown; returns where the device is.
-fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool isSettled) {
+fs::path leaveRoot(Host& host, Caller& caller) {
   Stage stage;
-  const Descriptor folder = openFolderForAccount(device, host.caller, isSettled, account);
+  const Descriptor folder = openDevice(caller);
   fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
   host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
   if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
@@ -76,7 +68,7 @@ fs::path leaveRoot(Host& host, const fs::path& device, Account& account, bool is
     host.display->socket = stage.add(host.display->socket, "wayland");
   }
   stage.mount();
-  become(account);
+  become(caller.account);
   return shown;
 }
 
@@ -146,26 +138,20 @@ void complain(const Options& options, const std::string& sentence) {
   }
 }
 
-fs::path deviceOf(const Options& options, const Environment& caller, const Account& account) {
-  return options.device ? fs::absolute(*options.device) : defaultDevice(caller, account.home);
-}
-
 void requireDevice(const fs::path& device) {
   if (access(device.c_str(), F_OK) != 0)
     refuseWithError("The device " + device.string() + " cannot be reached:");
 }
 
 int run(const Options& options, const Task* task) {
-  const Environment caller = callerEnvironment();
-  auto calling = callingAccount(caller);
-  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
-  Host host = lookAt(options, caller, account.home);
-  const fs::path device = deviceOf(options, caller, account);
+  Caller who(options);
+  const Environment& caller = who.environment;
+  Host host = lookAt(options, caller, who.account.home);
+  const fs::path& device = who.device;
   // Root's start shows it elsewhere.
   const std::string theosOnHost = host.theos;
-  fs::path reached = device;
   const bool isRoots = geteuid() == 0;
-  if (isRoots) reached = leaveRoot(host, device, account, calling.has_value());
+  const fs::path reached = isRoots ? leaveRoot(host, who) : device;
 
   DeviceFolder folder(openOrMakeFolder(reached), device);
   const bool isApplication = options.action == Options::Action::OpenApplication;
@@ -175,11 +161,11 @@ int run(const Options& options, const Task* task) {
     std::cerr << "tweakbench: Tweakbench is open already; its window was brought forward.\n";
     return 0;
   }
-  HistoryKeeper history(isApplication || task != nullptr ? HistoryKeeper::Serves::TheApplication
-                                                         : HistoryKeeper::Serves::Nobody);
+  HistoryKeeper history;
+  if (isApplication || task != nullptr) history.serveApplication();
   const fs::path theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
   if (!isTheos(theos)) {
-    throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(account.user) +
+    throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(who.account.user) +
                   "); open it up with \"chmod -R go+rX\" and its folder's name.");
   }
   std::error_code noLibraries;
@@ -188,7 +174,7 @@ int run(const Options& options, const Task* task) {
   const bool hasOwnLibraries = options.theosAccess == Options::Theos::ReadOnly &&
                                fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory;
   // Without an account of its own the device's user has no session.
-  auto accessibility = isApplication && calling ? Accessibility::join(caller) : std::nullopt;
+  auto accessibility = isApplication && who.isSettled ? Accessibility::join(caller) : nullptr;
   SystemLog log(folder.folder(), reached);
   std::vector<Descriptor> contents;
   // Made for each start: bubblewrap reads the files to their ends.
@@ -206,13 +192,11 @@ int run(const Options& options, const Task* task) {
     request.environment =
         deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
     request.rootLinks = rootLinks();
-    auto dataFiles = deviceDataFiles(account, options.network);
-    dataFiles.push_back({theosOnHostFile, theosOnHost.empty() ? "practice Theos" : theosOnHost});
+    auto dataFiles = deviceDataFiles(who.account, options.network);
+    dataFiles[theosOnHostFile] = theosOnHost.empty() ? "practice Theos" : theosOnHost;
     contents.clear();
-    for (const auto& file : dataFiles) {
-      contents.push_back(inMemory(file.content));
-      request.dataFiles.push_back({contents.back().get(), file.path});
-    }
+    for (const auto& [path, content] : dataFiles)
+      request.dataFiles.push_back({contents.emplace_back(inMemory(content)).get(), path});
     if (host.display && host.display->kind != Display::Kind::None) {
       request.sockets.push_back({host.display->socket, socketInDevice(*host.display)});
       addDisplay(request.environment, *host.display, host.authority.get());
@@ -234,12 +218,12 @@ int run(const Options& options, const Task* task) {
     // Root's start has become a user whose desktop session this is not.
     opener.emplace(Opener::Setting{folder.applications(), folder.var(), device,
                                    isRoots ? fs::path() : findProgram(caller, "xdg-open"),
-                                   openerEnvironment(caller), openerLogPath(caller, account.home)});
+                                   openerEnvironment(caller), openerLogPath(caller, who.account.home)});
   }
   Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
   // Root's start has become a user whose settings these are not.
   const auto hasReducedMotion = [&] {
-    return isApplication && !isRoots && prefersReducedMotion(caller, account.home);
+    return isApplication && !isRoots && prefersReducedMotion(caller, who.account.home);
   };
   program.beforeStart = [&] {
     folder.complete({host.ownFiles,

@@ -1,5 +1,4 @@
-// path, import, export and send.
-#include "device/transfer/Transfer.h"
+// path, import, export and send; what they share with restore.
 
 #include "device/Process.h"
 #include "device/Refusal.h"
@@ -13,8 +12,6 @@
 #include <algorithm>
 #include <grp.h>
 #include <iostream>
-#include <signal.h>
-#include <unistd.h>
 
 namespace {
 
@@ -23,31 +20,6 @@ namespace fs = std::filesystem;
 // A project could not be copied.
 constexpr int notCopied = 1;
 constexpr std::size_t skippedNamedAtMost = 5;
-
-// Opens the device for copying; root itself keeps its rights for the host's side of the copy, and who called
-// sudo has only their own.
-Transfer prepareTransfer(const Options& options, mode_t callerUmask) {
-  const Environment caller = callerEnvironment();
-  const auto calling = callingAccount(caller);
-  Account account = calling ? *calling : accountForFolderOf(0, 0, caller);
-  const fs::path device = deviceOf(options, caller, account);
-  // Only an import makes a device.
-  if (options.action != Options::Action::Import) requireDevice(device);
-  Descriptor folder;
-  if (geteuid() == 0) {
-    folder = openFolderForAccount(device, caller, calling.has_value(), account);
-    if (calling) become(account);
-    if (!calling && setgroups(0, nullptr) != 0) refuseWithError("Root's groups could not be given up:");
-  } else {
-    folder = openOrMakeFolder(device);
-  }
-  const Rights host = Rights::own();
-  const RightsAfterwards backToHost(host);
-  const Rights inDevice{account.user, account.group};
-  inDevice.assume();
-  Descriptor var = openVar(folder.get(), device);
-  return {device, std::move(folder), std::move(var), host, inDevice, callerUmask, Interruption::check};
-}
 
 // Why what is copied may be left out.
 constexpr const char* whyLeftOut =
@@ -70,7 +42,7 @@ void exportTo(const Transfer& prepared, const Options& options) {
 
 void showPath(const Transfer& prepared, const Options& options) {
   prepared.inDevice.assume();
-  if (!options.project.empty()) requireProject(prepared.var.get(), options.project);
+  if (!options.project.empty()) openProject(prepared.var.get(), options.project);
   if (!openFolderBeneath(prepared.var.get(), projectsFolder))
     refuseWithError("The device's folder of projects cannot be opened:");
   const fs::path projects = prepared.device / "var" / projectsFolder;
@@ -78,6 +50,24 @@ void showPath(const Transfer& prepared, const Options& options) {
 }
 
 }  // namespace
+
+Transfer openForCopying(const Options& options, mode_t callerUmask) {
+  Caller caller(options);
+  // Only an import makes a device.
+  if (options.action != Options::Action::Import) requireDevice(caller.device);
+  Descriptor folder = openDevice(caller);
+  const bool isAllInDevice =
+      options.action == Options::Action::History || options.action == Options::Action::Restore;
+  // Otherwise root itself keeps its rights for the host's side of the copy.
+  if (caller.isSettled || isAllInDevice) become(caller.account);
+  if (geteuid() == 0 && setgroups(0, nullptr) != 0) refuseWithError("Root's groups could not be given up:");
+  const Rights host = Rights::own();
+  const RightsAfterwards backToHost(host);
+  const Rights inDevice{caller.account.user, caller.account.group};
+  inDevice.assume();
+  Descriptor var = openVar(folder.get(), caller.device);
+  return {caller.device, std::move(folder), std::move(var), host, inDevice, callerUmask, Interruption::check};
+}
 
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut) {
   if (leftOut.empty()) return;
@@ -92,13 +82,14 @@ void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut
 int transfer(const Options& options, mode_t callerUmask) {
   const Environment caller = callerEnvironment();
   const Phone phone = options.action == Options::Action::Send ? phoneFor(options.phone, caller) : Phone();
-  const Transfer prepared = prepareTransfer(options, callerUmask);
+  const Transfer prepared = openForCopying(options, callerUmask);
   try {
     const RightsAfterwards backToHost(prepared.host);
     const Interruption interruption;
     if (options.action == Options::Action::Import) import(prepared, options);
     if (options.action == Options::Action::Export) exportTo(prepared, options);
     if (options.action == Options::Action::ShowPath) showPath(prepared, options);
+    if (options.action == Options::Action::Restore) return restore(prepared, options);
     if (options.action == Options::Action::Send) return sendPackage(prepared, options.project, phone, caller);
     return 0;
   } catch (const Interrupted& interrupted) {

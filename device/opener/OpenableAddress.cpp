@@ -1,21 +1,14 @@
 #include "device/opener/OpenableAddress.h"
 
 #include "core/LauncherContract.h"
-#include "core/Text.h"
+#include "device/Visible.h"
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
-#include <initializer_list>
-#include <optional>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
-#include <utility>
 
 namespace {
 
@@ -59,26 +52,13 @@ std::optional<std::string> decoded(std::string_view text) {
   return plain;
 }
 
-bool hasControls(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](char character) {
-    const auto code = static_cast<unsigned char>(character);
-    return code < 0x20 || code == 0x7f;
-  });
-}
-
 // Without a slash at its end or doubled within; absent where it goes up.
-std::optional<std::string> relative(std::string_view path) {
-  std::string plain;
-  while (!path.empty()) {
-    const auto slash = std::min(path.find('/'), path.size());
-    const std::string_view part = path.substr(0, slash);
-    path.remove_prefix(std::min(slash + 1, path.size()));
-    if (part == "..") return std::nullopt;
-    if (part.empty() || part == ".") continue;
-    if (!plain.empty()) plain += '/';
-    plain += part;
-  }
-  return plain.empty() ? "." : plain;
+std::optional<std::string> relative(std::string_view text) {
+  const fs::path path(text);
+  if (std::find(path.begin(), path.end(), "..") != path.end()) return std::nullopt;
+  const fs::path plain = path.relative_path().lexically_normal();
+  if (plain.empty()) return ".";
+  return plain.has_filename() ? plain.string() : plain.parent_path().string();
 }
 
 OpenableAddress readFolder(std::string_view place) {
@@ -106,33 +86,7 @@ constexpr std::string_view placeName = "tweakbench-folders-";
 // Letters of any script, and what no shell minds anywhere.
 bool isPlainName(const std::string& name) {
   return !name.empty() && name.front() != '-' && name.front() != '.' && isValidUTF8(name) &&
-         std::all_of(name.begin(), name.end(), [](unsigned char character) {
-           return std::isalnum(character) != 0 || character >= 0x80 ||
-                  std::strchr("._+-@", character) != nullptr;
-         });
-}
-
-// A place whose process has ended, so that nobody holds its lock. Nothing is deleted but links in its
-// numbered folders and what is empty then.
-void removeIfAbandoned(int temporary, const std::string& name) {
-  const Descriptor place = openFolderBeneath(temporary, name);
-  struct stat status {};
-  if (!place || fstat(place.get(), &status) != 0 || status.st_uid != geteuid()) return;
-  if (flock(place.get(), LOCK_EX | LOCK_NB) != 0) return;
-  const auto numbered = namesIn(place.get());
-  if (!numbered) return;
-  for (const auto& number : *numbered) {
-    const Descriptor inside = openFolderBeneath(place.get(), number);
-    const auto links = inside ? namesIn(inside.get()) : std::nullopt;
-    if (!links) continue;
-    for (const auto& link : *links) {
-      const bool isLink =
-          fstatat(inside.get(), link.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
-      if (isLink) unlinkat(inside.get(), link.c_str(), 0);
-    }
-    unlinkat(place.get(), number.c_str(), AT_REMOVEDIR);
-  }
-  unlinkat(temporary, name.c_str(), AT_REMOVEDIR);
+         isMadeOf(name, "._+-@", true);
 }
 
 }  // namespace
@@ -149,18 +103,24 @@ OpenableAddress readAddress(std::string_view url) {
   return refused("another scheme");
 }
 
+// Deletes nothing but links that lead nowhere, as those of a process that is gone do, and what is empty then.
 ShownFolders::ShownFolders(fs::path temporary) : temporary_(std::move(temporary)) {
   const Descriptor folder(open(temporary_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  const auto names = folder ? namesIn(folder.get()) : std::nullopt;
-  if (!names) return;
-  for (const auto& name : *names) {
-    if (name.starts_with(placeName)) removeIfAbandoned(folder.get(), name);
+  for (const auto& name : namesInOrNone(folder.get())) {
+    if (!name.starts_with(placeName)) continue;
+    const Descriptor place = openFolderBeneath(folder.get(), name);
+    struct stat status {};
+    if (!place || fstat(place.get(), &status) != 0 || status.st_uid != geteuid()) continue;
+    for (const auto& link : namesInOrNone(place.get())) {
+      if (fstatat(place.get(), link.c_str(), &status, 0) != 0 && errno == ENOENT)
+        unlinkat(place.get(), link.c_str(), 0);
+    }
+    unlinkat(folder.get(), name.c_str(), AT_REMOVEDIR);
   }
 }
 
 ShownFolders::~ShownFolders() {
   for (const auto& shown : shown_) forget(shown);
-  if (!place_.empty()) rmdir(place_.c_str());
 }
 
 fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
@@ -171,33 +131,20 @@ fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
     if (shown.device == status.st_dev && shown.number == status.st_ino && shown.path.filename() == name)
       return shown.path;
   }
-  if (place_.empty() && !makePlace()) return {};
   if (shown_.size() == mostShown) {
     forget(shown_.front());
     shown_.pop_front();
   }
-  // Two folders may have the same name.
-  const fs::path own = place_ / std::to_string(++count_);
-  fs::path path = own / name;
+  // One for each: two folders may have the same name.
+  std::string place = temporary_ / (std::string(placeName) + "XXXXXX");
+  if (mkdtemp(place.data()) == nullptr) return {};
   const std::string open = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(folder.get());
-  if (mkdir(own.c_str(), 0700) != 0 || symlink(open.c_str(), path.c_str()) != 0) {
-    rmdir(own.c_str());
+  Shown shown{std::move(folder), status.st_dev, status.st_ino, fs::path(place) / name};
+  if (symlink(open.c_str(), shown.path.c_str()) != 0) {
+    rmdir(place.c_str());
     return {};
   }
-  shown_.push_back({std::move(folder), status.st_dev, status.st_ino, path});
-  return path;
-}
-
-bool ShownFolders::makePlace() {
-  std::string made = temporary_ / (std::string(placeName) + "XXXXXX");
-  if (mkdtemp(made.data()) == nullptr) return false;
-  lock_ = Descriptor(open(made.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!lock_ || flock(lock_.get(), LOCK_EX | LOCK_NB) != 0) {
-    rmdir(made.c_str());
-    return false;
-  }
-  place_ = made;
-  return true;
+  return shown_.emplace_back(std::move(shown)).path;
 }
 
 void ShownFolders::forget(const Shown& shown) {

@@ -33,7 +33,8 @@ OpenableAddress readAddress(std::string_view url);
 
 // A program on the host that gets the device's own path would resolve it again, and by then a build may have
 // put a file or a link in the folder's place. These paths lead to the folder that was opened: they are links
-// to this process's open descriptors, in a folder below `temporary`. They are valid as long as the object.
+// to this process's open descriptors, each in a folder of its own below `temporary`. They are valid as long
+// as the object.
 class ShownFolders {
  public:
   // Removes what others of this user's left there whose process is gone.
@@ -54,13 +55,8 @@ class ShownFolders {
     ino_t number;
     std::filesystem::path path;
   };
-  bool makePlace();
-  void forget(const Shown& shown);
+  static void forget(const Shown& shown);
 
   std::filesystem::path temporary_;
-  std::filesystem::path place_;
-  // Locked as long as the process lives, so that others leave the place alone.
-  Descriptor lock_;
   std::deque<Shown> shown_;
-  int count_ = 0;
 };

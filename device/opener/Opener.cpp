@@ -1,19 +1,13 @@
 #include "device/opener/Opener.h"
 
-#include "device/Process.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <ctime>
+#include <cstdio>
 #include <fcntl.h>
-#include <initializer_list>
+#include <set>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
-#include <utility>
 
 namespace {
 
@@ -40,18 +34,12 @@ Opener::Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.lo
 }
 
 void Opener::connect() {
-  applicationEnd_.close();
-  int ends[2];
-  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return;
-  own_ = Descriptor(ends[0]);
-  const Descriptor other(ends[1]);
-  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, opener::applicationDescriptor));
-  // The application would not find it under another number.
-  if (applicationEnd_.get() != opener::applicationDescriptor) applicationEnd_.close();
+  sockets_ = {};
+  sockets_ = connectApplication(opener::applicationDescriptor);
 }
 
 void Opener::addTo(std::vector<pollfd>& watched) const {
-  if (own_) watched.push_back({own_.get(), POLLIN, 0});
+  if (sockets_.own) watched.push_back({sockets_.own.get(), POLLIN, 0});
   for (const auto& started : started_) watched.push_back({started.end.get(), POLLIN, 0});
 }
 
@@ -59,7 +47,7 @@ void Opener::serve(const std::vector<pollfd>& watched) {
   for (auto& started : started_) lookAfter(started);
   std::erase_if(started_, [](const Started& started) { return started.process < 0; });
   for (const auto& one : watched) {
-    if (own_ && one.fd == own_.get() && one.revents != 0) return takeRequest();
+    if (sockets_.own && one.fd == sockets_.own.get() && one.revents != 0) return takeRequest();
   }
 }
 
@@ -81,10 +69,10 @@ bool Opener::hasStarted(pid_t process) const {
 
 void Opener::takeRequest() {
   opener::Request request{};
-  const ssize_t got = recv(own_.get(), &request, sizeof request, MSG_DONTWAIT | MSG_TRUNC);
+  const ssize_t got = recv(sockets_.own.get(), &request, sizeof request, MSG_DONTWAIT | MSG_TRUNC);
   if (got < 0) return;
   // The application has ended, or sends nothing.
-  if (got == 0) return own_.close();
+  if (got == 0) return sockets_.own.close();
   const auto size = static_cast<std::size_t>(got);
   Asked asked{request.number, {}};
   if (size <= opener::requestHead || size > sizeof request)
@@ -166,39 +154,45 @@ void Opener::answer(const Asked& asked, opener::Verdict verdict) const {
                                  ? asked.hostPath.copy(answer.hostPath, sizeof answer.hostPath)
                                  : 0;
   // An application that takes no answers gets none.
-  send(own_.get(), &answer, opener::answerHead + length, MSG_DONTWAIT | MSG_NOSIGNAL);
+  send(sockets_.own.get(), &answer, opener::answerHead + length, MSG_DONTWAIT | MSG_NOSIGNAL);
 }
 
 Environment openerEnvironment(const Environment& caller) {
-  Environment kept;
-  for (const auto& [name, value] : caller) {
-    bool isKept = false;
-    for (const char* known :
-         {"HOME", "PATH", "USER", "LOGNAME", "SHELL", "LANG", "LANGUAGE", "DISPLAY", "WAYLAND_DISPLAY",
-          "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "DESKTOP_SESSION", "GNOME_DESKTOP_SESSION_ID",
-          "KDE_FULL_SESSION", "KDE_SESSION_VERSION", "BROWSER"}) {
-      isKept = isKept || name == known;
-    }
-    if (isKept || name.starts_with("XDG_") || name.starts_with("LC_")) kept.emplace(name, value);
-  }
+  static const std::set<std::string_view> known{"HOME",
+                                                "PATH",
+                                                "USER",
+                                                "LOGNAME",
+                                                "SHELL",
+                                                "LANG",
+                                                "LANGUAGE",
+                                                "DISPLAY",
+                                                "WAYLAND_DISPLAY",
+                                                "XAUTHORITY",
+                                                "DBUS_SESSION_BUS_ADDRESS",
+                                                "DESKTOP_SESSION",
+                                                "GNOME_DESKTOP_SESSION_ID",
+                                                "KDE_FULL_SESSION",
+                                                "KDE_SESSION_VERSION",
+                                                "BROWSER"};
+  Environment kept = caller;
+  std::erase_if(kept, [](const auto& variable) {
+    const auto& name = variable.first;
+    return !known.contains(name) && !name.starts_with("XDG_") && !name.starts_with("LC_");
+  });
   return kept;
 }
 
 fs::path openerLogPath(const Environment& caller, const fs::path& home) {
-  fs::path state = lookUp(caller, "XDG_STATE_HOME").value_or("");
-  // A relative value is to be ignored.
-  if (!state.is_absolute()) state = home / ".local/state";
-  return state / "tweakbench/opener.log";
+  return baseFolder(caller, "XDG_STATE_HOME", home / ".local/state") / "tweakbench/opener.log";
 }
 
 void OpenerLog::open() {
   std::error_code error;
-  std::filesystem::create_directories(path_.parent_path(), error);
+  fs::create_directories(path_.parent_path(), error);
   file_ = Descriptor(
       ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   constexpr off_t largest = 256 << 10;
   struct stat status {};
-  if (!file_) return;
   const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
   if (!isFile || (status.st_size > largest && ftruncate(file_.get(), 0) != 0)) file_.close();
 }
@@ -206,16 +200,14 @@ void OpenerLog::open() {
 void OpenerLog::add(const std::string& words) {
   constexpr int mostLines = 500;
   constexpr std::size_t longestLine = 300;
-  if (lines_ > mostLines) return;
   if (lines_ == 0) open();
-  const std::string last = "Nothing more is noted in this run.";
-  const std::string said = ++lines_ > mostLines ? last : visible(words.substr(0, longestLine));
-  if (!file_) return;
-  std::array<char, 32> time{};
+  if (!file_ || ++lines_ > mostLines + 1) return;
+  char time[32];
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
-  std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M:%S ", localtime_r(&now, &parts));
-  const std::string line = time.data() + said + "\n";
+  std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S", localtime_r(&now, &parts));
   // A line that is lost is no reason to stop opening.
-  [[maybe_unused]] const ssize_t written = write(file_.get(), line.data(), line.size());
+  dprintf(file_.get(), "%s %s\n", time,
+          lines_ > mostLines ? "Nothing more is noted in this run."
+                             : visible(words.substr(0, longestLine)).c_str());
 }

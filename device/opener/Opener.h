@@ -2,8 +2,8 @@
 // nowhere else.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "core/LauncherContract.h"
+#include "device/Process.h"
 #include "device/opener/OpenableAddress.h"
 #include "device/sandbox/Environment.h"
 
@@ -60,7 +60,7 @@ class Opener {
   // -1 and nothing ever comes.
   void connect();
   // For the device, under this very number; to be closed here once the device has it.
-  Descriptor& applicationEnd() { return applicationEnd_; }
+  Descriptor& applicationEnd() { return sockets_.applicationEnd; }
 
   // Adds what to wait for, and serves it after poll().
   void addTo(std::vector<pollfd>& watched) const;
@@ -102,8 +102,7 @@ class Opener {
   Setting setting_;
   OpenerLog log_;
   ShownFolders folders_;
-  Descriptor own_;
-  Descriptor applicationEnd_;
+  ApplicationSocket sockets_;
   std::deque<Clock::time_point> recent_;
   std::vector<Started> started_;
 };

@@ -1,14 +1,13 @@
 #include "device/sandbox/Account.h"
 
 #include "device/Refusal.h"
+#include "device/Visible.h"
 
-#include <charconv>
 #include <grp.h>
 #include <linux/capability.h>
 #include <pwd.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
-#include <unistd.h>
 
 namespace {
 
@@ -23,20 +22,12 @@ std::filesystem::path homeOf(const Environment& caller, uid_t user) {
   return entry != nullptr ? entry->pw_dir : "/";
 }
 
-std::optional<uid_t> number(const std::optional<std::string>& text) {
-  uid_t value = 0;
-  if (!text) return std::nullopt;
-  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), value);
-  if (error != std::errc() || end != text->data() + text->size()) return std::nullopt;
-  return value;
-}
-
 }  // namespace
 
 std::optional<Account> callingAccount(const Environment& caller) {
   const uid_t user = geteuid();
   if (user != 0) return Account{user, getegid(), homeOf(caller, user)};
-  const auto sudoUser = number(lookUp(caller, "SUDO_UID"));
+  const auto sudoUser = numberIn(lookUp(caller, "SUDO_UID").value_or(""));
   if (!sudoUser || *sudoUser == 0) return std::nullopt;
   const passwd* entry = getpwuid(*sudoUser);
   if (entry == nullptr) return std::nullopt;
@@ -52,7 +43,15 @@ Account accountForFolderOf(uid_t owner, gid_t group, const Environment& caller) 
   throw Refusal("No ordinary user number is free for the device; start Tweakbench as an ordinary user.");
 }
 
+Caller::Caller(const Options& options)
+    : environment(callerEnvironment()),
+      isSettled(callingAccount(environment).has_value()),
+      account(isSettled ? *callingAccount(environment) : accountForFolderOf(0, 0, environment)),
+      device(options.device ? std::filesystem::absolute(*options.device)
+                            : defaultDevice(environment, account.home)) {}
+
 void become(const Account& account) {
+  if (geteuid() != 0) return;
   if (account.user == 0) throw Refusal("The device never runs as root.");
   if (setgroups(0, nullptr) != 0 || setresgid(account.group, account.group, account.group) != 0 ||
       setresuid(account.user, account.user, account.user) != 0) {

@@ -21,7 +21,20 @@ std::optional<Account> callingAccount(const Environment& caller);
 // For root: the device folder's owner, or where root owns it, an ordinary number that no account has.
 Account accountForFolderOf(uid_t owner, gid_t group, const Environment& caller);
 
-// Becomes the account for good, with no group but its own and no capability; throws Refusal if that fails.
+// Who started the launcher, and the device that the options mean.
+struct Caller {
+  explicit Caller(const Options& options);
+
+  Environment environment;
+  // Whether `account` is the device's. If not, root itself started the launcher, and the owner of the
+  // device's folder tells.
+  bool isSettled;
+  Account account;
+  std::filesystem::path device;
+};
+
+// For root: becomes the account for good, with no group but its own and no capability. Another user stays.
+// Throws Refusal.
 void become(const Account& account);
 
 // For root, who copies between its own files and the device user's and touches each with its owner's rights.

@@ -1,14 +1,10 @@
 // What the device consists of, and the arguments for bubblewrap that make it.
 #pragma once
 
-#include "device/launcher/Options.h"
 #include "device/sandbox/Account.h"
-#include "device/sandbox/Environment.h"
 
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 // A small read-only file of the device's own: what lies in the open descriptor, at this path.
@@ -56,14 +52,9 @@ struct Request {
 // The arguments for --args, without the command.
 std::vector<std::string> bwrapArguments(const Request& request);
 
-struct DataFileContent {
-  // In the device.
-  std::string path;
-  std::string content;
-};
-
-// Accounts, name service, fonts; with the network also what resolves names.
-std::vector<DataFileContent> deviceDataFiles(const Account& account, Options::Network network);
+// The contents of the data files by path: accounts, name service, fonts; with the network also what resolves
+// names.
+std::map<std::string, std::string> deviceDataFiles(const Account& account, Options::Network network);
 
 // The configuration that makes fontconfig use the host's fonts and its ready cache, and nothing that the
 // device can write. `rules` are the configuration files to include.

@@ -1,22 +1,16 @@
 #include "device/sandbox/Environment.h"
 
 #include "device/Refusal.h"
+#include "device/Visible.h"
 #include "device/guard/Contract.h"
 
-#include <algorithm>
 #include <sstream>
-#include <string_view>
-#include <unistd.h>
 
 namespace {
 
 // Values go on into the device as they are, so only plain ones do.
 bool isPlainValue(std::string_view value) {
-  return value.size() <= 128 && std::all_of(value.begin(), value.end(), [](char character) {
-           return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-                  (character >= '0' && character <= '9') ||
-                  std::string_view("_.@+-").find(character) != std::string_view::npos;
-         });
+  return value.size() <= 128 && isMadeOf(value, "_.@+-");
 }
 
 std::string plainOr(std::optional<std::string> value, std::string_view otherwise) {
@@ -105,11 +99,15 @@ std::string localeIdentifier(const Environment& caller) {
   return language.empty() || isUntranslated(language) || !isPlainValue(language) ? "en_US" : language;
 }
 
-std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {
-  std::filesystem::path data = lookUp(caller, "XDG_DATA_HOME").value_or("");
+std::filesystem::path baseFolder(const Environment& caller, const char* name,
+                                 const std::filesystem::path& otherwise) {
+  std::filesystem::path folder = lookUp(caller, name).value_or("");
   // A relative value is to be ignored.
-  if (!data.is_absolute()) data = home / ".local/share";
-  return data / "tweakbench/device";
+  return folder.is_absolute() ? folder : otherwise;
+}
+
+std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {
+  return baseFolder(caller, "XDG_DATA_HOME", home / ".local/share") / "tweakbench/device";
 }
 
 std::vector<std::filesystem::path> theosFolders(const Options& options, const Environment& caller,

@@ -26,6 +26,10 @@ Environment deviceEnvironment(const Environment& caller, Audience audience);
 // The locale as the phone's preferences spell it, such as ar_SA; en_US where the caller has none.
 std::string localeIdentifier(const Environment& caller);
 
+// The folder that the variable `name` of the XDG base directories gives.
+std::filesystem::path baseFolder(const Environment& caller, const char* name,
+                                 const std::filesystem::path& otherwise);
+
 // Where the device lies when no --device is given.
 std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home);
 

@@ -1,26 +1,17 @@
 #include "device/sandbox/Sandbox.h"
 
-#include "device/Process.h"
 #include "device/Refusal.h"
+#include "device/Visible.h"
 #include "device/guard/Contract.h"
 #include "device/opener/Opener.h"
 #include "device/session/SingleWindow.h"
 #include "device/session/SystemLog.h"
 
-#include <array>
-#include <cerrno>
-#include <chrono>
 #include <fcntl.h>
 #include <fstream>
-#include <functional>
-#include <optional>
-#include <poll.h>
-#include <signal.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -86,23 +77,66 @@ class Signals {
   Descriptor descriptor_;
 };
 
-// Watches one run from the start of bubblewrap to the end of the device's last process.
+// One run, from the start of bubblewrap to the end of the device's last process.
 class Run {
  public:
-  Run(pid_t child, Pipe reports, Pipe status, Pipe messages, Descriptor orders, Relay& relay, SystemLog& log,
-      Signals& signals, Opener* opener, SingleWindow* window)
-      : child_(child),
-        childEnd_(endOf(child)),
-        reports_(std::move(reports.readEnd)),
-        status_(std::move(status.readEnd)),
-        messages_(std::move(messages.readEnd)),
-        orders_(std::move(orders)),
-        relay_(relay),
-        terminal_(relay.terminal()),
-        log_(log),
-        signals_(signals),
-        opener_(opener),
-        window_(window) {}
+  Run(Relay::Streams streams, SystemLog& log, Opener* opener, SingleWindow* window)
+      : relay_(streams), terminal_(relay_.terminal()), log_(log), opener_(opener), window_(window) {}
+
+  void start(const std::filesystem::path& bubblewrap, Request& request, const Program& program) {
+    Pipe reports = makeWatchedPipe();
+    Pipe status = makeWatchedPipe();
+    Pipe messages = makeWatchedPipe();
+    Pipe orders = makePipe();
+    request.statusOutput = status.writeEnd.get();
+    std::string list;
+    for (const auto& argument : bwrapArguments(request)) list.append(argument).push_back('\0');
+    // In a file, because others of the host can read a process's arguments.
+    const Descriptor arguments = inMemory(list);
+    ProcessStart start{
+        {bubblewrap.string(), "--args", std::to_string(arguments.get()), "--", "/.host/tweakbench/starter"}};
+    for (int descriptor :
+         {reports.writeEnd.get(), orders.readEnd.get(), relay_.input(), relay_.output(), relay_.errors()}) {
+      start.words.push_back(std::to_string(descriptor));
+      start.passed.push_back(descriptor);
+    }
+    start.words.push_back(terminal_ == nullptr        ? plainStreams
+                          : terminal_->wantsJoining() ? terminalInForeground
+                                                      : terminalInBackground);
+    start.words.push_back(program.isFiltered ? filteredStart : unfilteredStart);
+    start.words.insert(start.words.end(), program.command.begin(), program.command.end());
+    for (int descriptor : {request.applications, request.var, request.userPrograms, request.shellPrograms,
+                           request.theosLibraries, arguments.get(), request.statusOutput,
+                           opener_ != nullptr ? opener_->applicationEnd().get() : -1,
+                           window_ != nullptr ? window_->applicationEnd().get() : -1}) {
+      if (descriptor >= 0) start.passed.push_back(descriptor);
+    }
+    for (const auto& file : request.dataFiles) start.passed.push_back(file.content);
+    start.passed.insert(start.passed.end(), request.passedOn.begin(), request.passedOn.end());
+    // bubblewrap shows its environment in the device, and its standard output as the console.
+    start.environment.emplace();
+    if (terminal_ != nullptr) start.output = terminal_->deviceSide().get();
+    start.errors = messages.writeEnd.get();
+    start.endsBy = SIGKILL;
+    // Not stopped with the launcher, which stops what runs in the device first.
+    start.place = ProcessStart::Place::OwnGroup;
+    // Keyrings are not namespaced: the device could read the caller's.
+    start.hasOwnKeys = true;
+    // The device's first process outlives bubblewrap by a moment, and is then this process's to wait for.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    child_ = spawn(start);
+    if (child_ < 0) refuseWithError("bubblewrap could not be started:");
+    childEnd_ = endOf(child_);
+    reports_ = std::move(reports.readEnd);
+    status_ = std::move(status.readEnd);
+    messages_ = std::move(messages.readEnd);
+    orders_ = std::move(orders.writeEnd);
+    if (opener_ != nullptr) opener_->applicationEnd().close();
+    if (window_ != nullptr) window_->applicationEnd().close();
+    const int isReduced = program.beforeStart && program.beforeStart() ? 1 : 0;
+    relay_.start();
+    order(StartOrder::Kind::Begin, isReduced);
+  }
 
   Ending watch() {
     const auto limit = Clock::now() + startLimit;
@@ -172,6 +206,7 @@ class Run {
 
   void stop() { kill(child_, SIGKILL); }
 
+  // The pipe takes it: it is all but empty.
   void order(StartOrder::Kind kind, int value) const {
     const StartOrder message{kind, value};
     [[maybe_unused]] const ssize_t written = write(orders_.get(), &message, sizeof message);
@@ -293,7 +328,7 @@ class Run {
     return {Ending::Kind::SetUpFailed, 0, explainFailure(message_, readNamespaceSettings())};
   }
 
-  pid_t child_;
+  pid_t child_ = -1;
   Descriptor childEnd_;
   Descriptor reports_;
   Descriptor status_;
@@ -301,11 +336,11 @@ class Run {
   Descriptor orders_;
   Descriptor firstProcess_;
   pid_t firstNumber_ = -1;
-  Relay& relay_;
+  Relay relay_;
   // Of the relay; null where there is none.
   Terminal* terminal_;
   SystemLog& log_;
-  Signals& signals_;
+  Signals signals_{terminal_ != nullptr};
   Opener* opener_;
   SingleWindow* window_;
   std::string message_;
@@ -324,13 +359,6 @@ std::optional<long> setting(const char* path) {
   return std::nullopt;
 }
 
-bool contains(const std::string& text, std::initializer_list<const char*> parts) {
-  for (const char* part : parts) {
-    if (text.find(part) != std::string::npos) return true;
-  }
-  return false;
-}
-
 std::string firstLine(const std::string& message) {
   std::string line = message.substr(0, message.find('\n'));
   if (line.starts_with("bwrap: ")) line = line.substr(7);
@@ -341,61 +369,9 @@ std::string firstLine(const std::string& message) {
 
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
                    SystemLog& log, Opener* opener, SingleWindow* window) {
-  Pipe reports = makeWatchedPipe();
-  Pipe status = makeWatchedPipe();
-  Pipe messages = makeWatchedPipe();
-  request.statusOutput = status.writeEnd.get();
-  std::string list;
-  for (const auto& argument : bwrapArguments(request)) list.append(argument).push_back('\0');
-  // In a file, because others of the host can read a process's arguments.
-  const Descriptor arguments = inMemory(list);
-  Relay relay(program.streams);
-  Terminal* const terminal = relay.terminal();
-  Pipe orders = makePipe();
-  ProcessStart start{
-      {bubblewrap.string(), "--args", std::to_string(arguments.get()), "--", "/.host/tweakbench/starter"}};
-  for (int descriptor :
-       {reports.writeEnd.get(), orders.readEnd.get(), relay.input(), relay.output(), relay.errors()}) {
-    start.words.push_back(std::to_string(descriptor));
-    start.passed.push_back(descriptor);
-  }
-  start.words.push_back(terminal == nullptr        ? plainStreams
-                        : terminal->wantsJoining() ? terminalInForeground
-                                                   : terminalInBackground);
-  start.words.push_back(program.isFiltered ? filteredStart : unfilteredStart);
-  start.words.insert(start.words.end(), program.command.begin(), program.command.end());
-  start.passed.insert(start.passed.end(), {request.applications, request.var, request.userPrograms,
-                                           request.shellPrograms, arguments.get(), request.statusOutput});
-  if (request.theosLibraries >= 0) start.passed.push_back(request.theosLibraries);
-  for (const auto& file : request.dataFiles) start.passed.push_back(file.content);
-  start.passed.insert(start.passed.end(), request.passedOn.begin(), request.passedOn.end());
-  if (opener != nullptr && opener->applicationEnd()) start.passed.push_back(opener->applicationEnd().get());
-  if (window != nullptr && window->applicationEnd()) start.passed.push_back(window->applicationEnd().get());
-  // bubblewrap shows its environment in the device, and its standard output as the console.
-  start.environment.emplace();
-  if (terminal != nullptr) start.output = terminal->deviceSide().get();
-  start.errors = messages.writeEnd.get();
-  start.endsBy = SIGKILL;
-  // Not stopped with the launcher, which stops what runs in the device first.
-  start.place = ProcessStart::Place::OwnGroup;
-  // Keyrings are not namespaced: the device could read the caller's.
-  start.hasOwnKeys = true;
-  Signals signals(terminal != nullptr);
-  // The device's first process outlives bubblewrap by a moment, and is then this process's to wait for.
-  prctl(PR_SET_CHILD_SUBREAPER, 1);
-  const pid_t child = spawn(start);
-  if (child < 0) refuseWithError("bubblewrap could not be started:");
-  for (Pipe* pipe : {&reports, &status, &messages}) pipe->writeEnd.close();
-  orders.readEnd.close();
-  if (opener != nullptr) opener->applicationEnd().close();
-  if (window != nullptr) window->applicationEnd().close();
-  const StartOrder begin{StartOrder::Kind::Begin, program.beforeStart && program.beforeStart() ? 1 : 0};
-  relay.start();
-  // The pipe is empty and takes it.
-  [[maybe_unused]] const ssize_t written = write(orders.writeEnd.get(), &begin, sizeof begin);
-  return Run(child, std::move(reports), std::move(status), std::move(messages), std::move(orders.writeEnd),
-             relay, log, signals, opener, window)
-      .watch();
+  Run run(program.streams, log, opener, window);
+  run.start(bubblewrap, request, program);
+  return run.watch();
 }
 
 NamespaceSettings readNamespaceSettings() {
@@ -405,30 +381,27 @@ NamespaceSettings readNamespaceSettings() {
 }
 
 std::string explainFailure(const std::string& message, const NamespaceSettings& settings) {
-  const std::string start = setUpFailed;
-  if (contains(message, {"Unknown option"})) {
-    return start + "this bubblewrap is too old; install version 0.8.0-2+deb12u1, 0.10 or later.";
-  }
+  const auto because = [](const std::string& reason) { return setUpFailed + reason; };
+  if (hasAny(message, {"Unknown option"}))
+    return because("this bubblewrap is too old; install version 0.8.0-2+deb12u1, 0.10 or later.");
   if (settings.unprivilegedClone == 0) {
-    return start +
-           "user namespaces are switched off; an administrator can allow them with "
-           "\"sysctl -w kernel.unprivileged_userns_clone=1\".";
+    return because(
+        "user namespaces are switched off; an administrator can allow them with "
+        "\"sysctl -w kernel.unprivileged_userns_clone=1\".");
   }
   if (settings.maximum == 0) {
-    return start +
-           "the number of user namespaces is limited to none; an administrator can allow them with "
-           "\"sysctl -w user.max_user_namespaces=10000\".";
+    return because(
+        "the number of user namespaces is limited to none; an administrator can allow them with "
+        "\"sysctl -w user.max_user_namespaces=10000\".");
   }
-  const bool isRefusal = contains(
+  const bool isRefusal = hasAny(
       message, {"uid map", "new namespace", "RTM_NEWADDR", "Operation not permitted", "No permissions"});
   if (isRefusal && settings.appArmorRestriction.value_or(0) != 0) {
-    return start +
-           "AppArmor lets no ordinary program make user namespaces; an administrator can allow it with a "
-           "profile for "
-           "/usr/bin/bwrap that has \"userns,\" in it.";
+    return because(
+        "AppArmor lets no ordinary program make user namespaces; an administrator can allow it with a "
+        "profile for /usr/bin/bwrap that has \"userns,\" in it.");
   }
-  if (isRefusal) {
-    return start + "this system refuses user namespaces, as many containers do (" + firstLine(message) + ").";
-  }
-  return start + firstLine(message) + ".";
+  const std::string said = firstLine(message);
+  return because(isRefusal ? "this system refuses user namespaces, as many containers do (" + said + ")."
+                           : said + ".");
 }

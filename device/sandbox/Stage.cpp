@@ -2,6 +2,7 @@
 
 #include "device/Refusal.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <fstream>
 #include <sched.h>
@@ -15,33 +16,28 @@ namespace fs = std::filesystem;
 // Every system has this folder, and what is mounted over it is seen by this process and its children only.
 constexpr const char* stageFolder = "/mnt";
 
-constexpr fs::perms readable = fs::perms::others_read;
-constexpr fs::perms enterable = fs::perms::others_read | fs::perms::others_exec;
+// What others must be allowed, as far as the owner may do it.
+fs::perms neededFor(const fs::path& path) {
+  const auto status = fs::symlink_status(path);
+  if (fs::is_symlink(status)) return fs::perms::none;
+  const bool runs =
+      fs::is_directory(status) || (status.permissions() & fs::perms::owner_exec) != fs::perms::none;
+  return fs::perms::others_read | (runs ? fs::perms::others_exec : fs::perms::none);
+}
 
-bool isOpen(const fs::directory_entry& entry) {
-  const auto permissions = entry.symlink_status().permissions();
-  if (entry.is_symlink()) return true;
-  if (entry.is_directory()) return (permissions & enterable) == enterable;
-  const bool runs = (permissions & fs::perms::owner_exec) != fs::perms::none;
-  return (permissions & readable) == readable &&
-         (!runs || (permissions & fs::perms::others_exec) != fs::perms::none);
+bool isOpen(const fs::path& path) {
+  return (fs::symlink_status(path).permissions() & neededFor(path)) == neededFor(path);
 }
 
 bool isOpenThroughout(const fs::path& path) {
-  if (!isOpen(fs::directory_entry(path))) return false;
+  if (!isOpen(path)) return false;
   if (!fs::is_directory(fs::symlink_status(path))) return true;
-  for (const auto& entry : fs::recursive_directory_iterator(path)) {
-    if (!isOpen(entry)) return false;
-  }
-  return true;
+  const auto entries = fs::recursive_directory_iterator(path);
+  return std::all_of(begin(entries), end(entries), [](const auto& entry) { return isOpen(entry.path()); });
 }
 
 void openUp(const fs::path& path) {
-  if (fs::is_symlink(path)) return;
-  const auto permissions = fs::status(path).permissions();
-  const bool runs = fs::is_directory(path) || (permissions & fs::perms::owner_exec) != fs::perms::none;
-  fs::permissions(path, fs::perms::owner_write | readable | fs::perms::owner_read |
-                            (runs ? fs::perms::owner_exec | fs::perms::others_exec : fs::perms::none));
+  if (!isOpen(path)) fs::permissions(path, neededFor(path), fs::perm_options::add);
 }
 
 void copyReadable(const fs::path& source, const fs::path& target) {

@@ -2,16 +2,10 @@
 
 #include "device/Process.h"
 
-#include <array>
-#include <filesystem>
 #include <poll.h>
-#include <signal.h>
 #include <stdlib.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
-#include <unistd.h>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -65,17 +59,21 @@ std::optional<BusAddress> busAddress(const std::string& printed) {
   return BusAddress{whole, path};
 }
 
-std::optional<Accessibility> Accessibility::join(const Environment& caller) {
+std::unique_ptr<Accessibility> Accessibility::join(const Environment& caller) {
   const auto session = findSession(caller);
-  if (!session) return std::nullopt;
+  if (!session) return nullptr;
   const auto bus = busAddress(
       capture({findProgram(caller, "dbus-send"), "--bus=" + *session, "--print-reply=literal",
                "--reply-timeout=2000", "--dest=org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
               std::chrono::milliseconds(busPatience))
           .output);
   std::string folder = lookUp(caller, "XDG_RUNTIME_DIR").value_or("/tmp") + "/tweakbench-XXXXXX";
-  if (!bus || mkdtemp(folder.data()) == nullptr) return std::nullopt;
+  if (!bus || mkdtemp(folder.data()) == nullptr) return nullptr;
+  std::unique_ptr<Accessibility> joined(new Accessibility);
+  joined->folder_ = folder;
+  joined->busPath_ = bus->path;
   Pipe alive = makePipe();
+  joined->alive_ = std::move(alive.readEnd);
   const int proxyEnd = alive.writeEnd.get();
   ProcessStart start{{findProgram(caller, "xdg-dbus-proxy"), "--fd=" + std::to_string(proxyEnd), *session,
                       folder + "/session", "--filter"}};
@@ -83,30 +81,15 @@ std::optional<Accessibility> Accessibility::join(const Environment& caller) {
   start.words.insert(start.words.end(), {bus->whole, folder + "/bus", "--filter", "--sloppy-names"});
   start.words.insert(start.words.end(), allowed.begin(), allowed.end());
   start.passed = {proxyEnd};
-  const pid_t proxy = spawn(start);
+  joined->proxy_ = spawn(start);
+  joined->process_ = endOf(joined->proxy_);
   alive.writeEnd.close();
-  Accessibility joined(proxy, std::move(alive.readEnd), folder, bus->path);
-  if (proxy < 0) return std::nullopt;
   // One byte when the socket is there; the end of the pipe if there will be none.
-  pollfd waiting{joined.alive_.get(), POLLIN, 0};
+  pollfd waiting{joined->alive_.get(), POLLIN, 0};
   char ready = 0;
-  if (poll(&waiting, 1, busPatience) <= 0 || read(joined.alive_.get(), &ready, 1) != 1) return std::nullopt;
+  if (poll(&waiting, 1, busPatience) <= 0 || read(joined->alive_.get(), &ready, 1) != 1) return nullptr;
   return joined;
 }
-
-Accessibility::Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath)
-    : proxy_(proxy),
-      process_(endOf(proxy)),
-      alive_(std::move(alive)),
-      folder_(std::move(folder)),
-      busPath_(std::move(busPath)) {}
-
-Accessibility::Accessibility(Accessibility&& other) noexcept
-    : proxy_(std::exchange(other.proxy_, -1)),
-      process_(std::move(other.process_)),
-      alive_(std::move(other.alive_)),
-      folder_(std::exchange(other.folder_, {})),
-      busPath_(std::move(other.busPath_)) {}
 
 Accessibility::~Accessibility() {
   alive_.close();
@@ -115,7 +98,6 @@ Accessibility::~Accessibility() {
     syscall(SYS_pidfd_send_signal, process_.get(), SIGTERM, nullptr, 0);
     waitpid(proxy_, nullptr, 0);
   }
-  if (folder_.empty()) return;
   std::error_code ignored;
   for (const char* left : {"/session", "/bus", ""}) std::filesystem::remove(folder_ + left, ignored);
 }

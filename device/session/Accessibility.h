@@ -1,10 +1,9 @@
 // Lets screen readers of the host reach the application, and the application nothing but them.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "device/sandbox/Arguments.h"
-#include "device/sandbox/Environment.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -16,22 +15,22 @@
 // the launcher.
 class Accessibility {
  public:
-  // Absent where there is no session, no such bus, or no proxy program: the application then runs without.
+  // Null where there is no session, no such bus, or no proxy program: the application then runs without.
   // To be called as the device's user: the bus lets in nobody but its owner.
-  static std::optional<Accessibility> join(const Environment& caller);
+  static std::unique_ptr<Accessibility> join(const Environment& caller);
 
-  Accessibility(Accessibility&&) noexcept;
-  Accessibility& operator=(Accessibility&&) = delete;
+  Accessibility(const Accessibility&) = delete;
+  Accessibility& operator=(const Accessibility&) = delete;
   ~Accessibility();
 
   // Where the application looks for them by itself.
   std::vector<SharedSocket> sockets() const;
 
  private:
-  Accessibility(pid_t proxy, Descriptor alive, std::string folder, std::string busPath);
+  Accessibility() = default;
 
   // Ends when `alive_` is closed.
-  pid_t proxy_;
+  pid_t proxy_ = -1;
   Descriptor process_;
   Descriptor alive_;
   std::string folder_;

@@ -5,14 +5,10 @@
 
 #include <X11/Xauth.h>
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <memory>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -57,12 +53,6 @@ Display x11Display(const std::string& name) {
 
 constexpr int mostSettingLines = 10'000;
 
-bool isZero(const std::string& number) {
-  double value = 1;
-  const auto read = std::from_chars(number.data(), number.data() + number.size(), value);
-  return read.ec == std::errc() && value == 0;
-}
-
 // Plasma writes the slider of its animation speed into the group KDE; "instant" is a factor of zero.
 bool isOffInPlasma(const fs::path& settings) {
   std::error_code error;
@@ -73,7 +63,10 @@ bool isOffInPlasma(const fs::path& settings) {
   std::string line;
   for (int lines = 0; lines < mostSettingLines && std::getline(file, line); ++lines) {
     if (line.starts_with('[')) inGroup = line == "[KDE]";
-    if (inGroup && line.starts_with(key)) return isZero(line.substr(key.size()));
+    if (!inGroup || !line.starts_with(key)) continue;
+    const char* const number = line.c_str() + key.size();
+    char* end = nullptr;
+    return std::strtod(number, &end) == 0 && end != number;
   }
   return false;
 }
@@ -145,8 +138,6 @@ void addDisplay(Environment& environment, const Display& display, int authority)
 
 bool prefersReducedMotion(const Environment& caller, const fs::path& home,
                           std::chrono::milliseconds patience) {
-  fs::path settings = lookUp(caller, "XDG_CONFIG_HOME").value_or("");
-  // A relative value is to be ignored.
-  if (!settings.is_absolute()) settings = home / ".config";
-  return isOffInPlasma(settings / "kdeglobals") || isOffInGnome(caller, patience);
+  return isOffInPlasma(baseFolder(caller, "XDG_CONFIG_HOME", home / ".config") / "kdeglobals") ||
+         isOffInGnome(caller, patience);
 }

@@ -1,12 +1,10 @@
 // What the application gets of the caller's desktop: one display, what signs in to it, and reduced motion.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "device/sandbox/Environment.h"
 
 #include <chrono>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 // Whether Qt on this host can use Wayland at all.

@@ -10,7 +10,6 @@
 #include <signal.h>
 #include <sys/eventfd.h>
 #include <sys/ioctl.h>
-#include <system_error>
 #include <termios.h>
 #include <thread>
 #include <vector>

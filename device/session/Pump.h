@@ -4,7 +4,6 @@
 #include "core/Descriptor.h"
 
 #include <memory>
-#include <string>
 
 // Copies from `source` to `target` in a thread of its own until the source ends or nobody takes the target
 // any more; then both are closed, so that the programs at the other ends notice. Neither is changed: whether

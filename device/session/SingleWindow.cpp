@@ -2,18 +2,11 @@
 
 #include "device/Refusal.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/time.h>
-#include <sys/un.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -26,14 +19,6 @@ constexpr auto frontPatience = std::chrono::seconds(15);
 constexpr auto betweenKnocks = std::chrono::milliseconds(50);
 constexpr timeval answerLimit{2, 0};
 constexpr char doneAnswer = 1;
-
-// Below the open folder, since the length of a socket's path is limited.
-sockaddr_un addressIn(int folder) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", folder, windowSocket);
-  return address;
-}
 
 Descriptor makeSocket(int flags) {
   return Descriptor(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | flags, 0));
@@ -76,7 +61,7 @@ bool SingleWindow::hasLocked() {
 void SingleWindow::listen() {
   unlinkat(device_, windowSocket, 0);
   Descriptor listener = makeSocket(SOCK_NONBLOCK);
-  const sockaddr_un address = addressIn(device_);
+  const sockaddr_un address = addressIn(device_, windowSocket);
   if (bind(listener.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
       fchmodat(device_, windowSocket, 0600, 0) == 0 && ::listen(listener.get(), 4) == 0) {
     listener_ = std::move(listener);
@@ -85,7 +70,7 @@ void SingleWindow::listen() {
 
 bool SingleWindow::callOther(std::string_view token) const {
   const Descriptor connection = makeSocket(0);
-  const sockaddr_un address = addressIn(device_);
+  const sockaddr_un address = addressIn(device_, windowSocket);
   setsockopt(connection.get(), SOL_SOCKET, SO_RCVTIMEO, &answerLimit, sizeof answerLimit);
   setsockopt(connection.get(), SOL_SOCKET, SO_SNDTIMEO, &answerLimit, sizeof answerLimit);
   char answer = 0;
@@ -97,31 +82,25 @@ bool SingleWindow::callOther(std::string_view token) const {
 }
 
 void SingleWindow::connect() {
-  applicationEnd_.close();
-  int ends[2];
-  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) return;
-  own_ = Descriptor(ends[0]);
-  const Descriptor other(ends[1]);
-  applicationEnd_ = Descriptor(fcntl(other.get(), F_DUPFD_CLOEXEC, window::applicationDescriptor));
-  // The application would not find it under another number.
-  if (applicationEnd_.get() != window::applicationDescriptor) applicationEnd_.close();
+  sockets_ = {};
+  sockets_ = connectApplication(window::applicationDescriptor);
   if (geometry_) tell(window::wasAt, *geometry_);
   geometry_.reset();
 }
 
 void SingleWindow::addTo(std::vector<pollfd>& watched) const {
-  for (const Descriptor* one : {&own_, &listener_, &caller_}) {
+  for (const Descriptor* one : {&sockets_.own, &listener_, &caller_}) {
     if (*one) watched.push_back({one->get(), POLLIN, 0});
   }
 }
 
 void SingleWindow::serve(const std::vector<pollfd>& watched) {
-  if (isReady(watched, own_)) {
+  if (isReady(watched, sockets_.own)) {
     std::array<char, window::longestMessage> message{};
-    const ssize_t got = recv(own_.get(), message.data(), message.size(), MSG_DONTWAIT);
+    const ssize_t got = recv(sockets_.own.get(), message.data(), message.size(), MSG_DONTWAIT);
     if (got > 0 && message[0] == window::startAgain)
       geometry_ = std::string(message.data() + 1, static_cast<std::size_t>(got) - 1);
-    if (got == 0) own_.close();
+    if (got == 0) sockets_.own.close();
   }
   if (isReady(watched, caller_)) {
     std::array<char, window::longestMessage> call{};
@@ -139,7 +118,8 @@ void SingleWindow::serve(const std::vector<pollfd>& watched) {
 
 bool SingleWindow::tell(char kind, std::string_view rest) const {
   const std::string message = kind + std::string(rest);
-  return own_ && send(own_.get(), message.data(), message.size(), MSG_DONTWAIT | MSG_NOSIGNAL) > 0;
+  return sockets_.own &&
+         send(sockets_.own.get(), message.data(), message.size(), MSG_DONTWAIT | MSG_NOSIGNAL) > 0;
 }
 
 bool isActivationToken(std::string_view token) {

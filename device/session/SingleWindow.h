@@ -1,8 +1,8 @@
 // One window for a device: a second start brings the window of the first one forward.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "core/LauncherContract.h"
+#include "device/Process.h"
 
 #include <optional>
 #include <poll.h>
@@ -28,7 +28,7 @@ class SingleWindow {
 
   // Before each start of the application: makes the end that it gets under this very number.
   void connect();
-  Descriptor& applicationEnd() { return applicationEnd_; }
+  Descriptor& applicationEnd() { return sockets_.applicationEnd; }
   // Whether the application has asked to be started again since connect().
   bool isToStartAgain() const { return geometry_.has_value(); }
 
@@ -48,8 +48,7 @@ class SingleWindow {
   Descriptor listener_;
   // A second start that has not said yet what it wants.
   Descriptor caller_;
-  Descriptor own_;
-  Descriptor applicationEnd_;
+  ApplicationSocket sockets_;
   // Of the window that is to come again.
   std::optional<std::string> geometry_;
 };

@@ -1,13 +1,11 @@
 #include "device/session/SystemLog.h"
 
+#include "device/Process.h"
 #include "device/Visible.h"
 
 #include <array>
-#include <cstring>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <syslog.h>
-#include <unistd.h>
 
 namespace {
 
@@ -22,11 +20,7 @@ SystemLog::SystemLog(int folder, const std::filesystem::path& path)
     : folder_(folder), name_("log." + std::to_string(getpid())) {
   // What a killed launcher left.
   unlinkat(folder, name_.c_str(), 0);
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  // The folder's own path may be too long for an address.
-  const std::string here = "/proc/self/fd/" + std::to_string(folder) + "/" + name_;
-  std::memcpy(address.sun_path, here.c_str(), here.size() + 1);
+  const sockaddr_un address = addressIn(folder, name_);
   socket_ = Descriptor(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket_ || bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     socket_.close();

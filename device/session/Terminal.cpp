@@ -6,8 +6,6 @@
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/ioctl.h>
-#include <unistd.h>
-#include <utility>
 
 bool Terminal::isAvailable() {
   return isatty(STDIN_FILENO) == 1 || isatty(STDOUT_FILENO) == 1 || isatty(STDERR_FILENO) == 1;

@@ -8,9 +8,6 @@
 #include <cstddef>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <climits>
 
 namespace {
 
@@ -30,7 +27,7 @@ class Copy {
   void folder(int source, int target, const fs::path& at, int depth) {
     if (depth > deepestCopied) throw Refusal("The folder " + name(at) + " is nested too deeply.");
     reader_.assume();
-    const auto names = namesIn(source, rules_.pause);
+    const auto names = namesIn(source);
     if (!names) fail(at, "could not be read:");
     for (const auto& each : *names) {
       if (rules_.pause) rules_.pause();
@@ -61,15 +58,12 @@ class Copy {
         if (!to) fail(at, "could not be written:");
         folder(from.get(), to.get(), at, depth + 1);
         writer_.assume();
-        finish(to.get(), 0777, status, at);
-        return;
+        return finish(to.get(), 0777, status, at);
       }
       case S_IFREG:
-        file(source, target, entry, at);
-        return;
+        return file(source, target, entry, at);
       case S_IFLNK:
-        link(source, target, entry, at, depth);
-        return;
+        return link(source, target, entry, at, depth);
       default:
         leftOut.push_back(name(at));
     }
@@ -133,16 +127,12 @@ class Copy {
   }
 
   void link(int source, int target, const std::string& entry, const fs::path& at, int depth) {
-    std::string leadsTo(PATH_MAX, '\0');
-    const ssize_t size = readlinkat(source, entry.c_str(), leadsTo.data(), leadsTo.size());
-    if (size < 0) fail(at, "could not be read:");
-    leadsTo.resize(static_cast<std::size_t>(size));
-    if (rules_.links == CopiedLinks::Inside && !staysInside(leadsTo, depth)) {
-      leftOut.push_back(name(at));
-      return;
-    }
+    const auto leadsTo = linkTarget(source, entry);
+    if (!leadsTo) fail(at, "could not be read:");
+    if (rules_.links == CopiedLinks::Inside && !staysInside(*leadsTo, depth))
+      return leftOut.push_back(name(at));
     writer_.assume();
-    if (symlinkat(leadsTo.c_str(), target, entry.c_str()) != 0) fail(at, "could not be written:");
+    if (symlinkat(leadsTo->c_str(), target, entry.c_str()) != 0) fail(at, "could not be written:");
   }
 
   const Rights& reader_;

@@ -5,19 +5,12 @@
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
-#include "device/sandbox/Environment.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fcntl.h>
-#include <filesystem>
 #include <iostream>
-#include <poll.h>
 #include <random>
-#include <signal.h>
 #include <sstream>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -27,27 +20,13 @@ using Words = std::vector<std::string>;
 constexpr std::size_t longestLog = 1 << 16;
 // ssh's own failures; the others are the remote command's.
 constexpr int sshFailed = 255;
-// Returns the status as a shell tells it. Where the launcher is to end, the program ends first.
+
+// Returns as runToEnd().
 int runProgram(const fs::path& program, const Words& arguments, int output = STDOUT_FILENO,
                int errors = STDERR_FILENO, const std::vector<int>& passed = {}) {
-  ProcessStart start{{program.string()}, {}, STDIN_FILENO, output, errors, passed};
+  ProcessStart start{{program.string()}, {}, STDIN_FILENO, output, errors, passed, SIGTERM};
   start.words.insert(start.words.end(), arguments.begin(), arguments.end());
-  const pid_t child = spawn(start);
-  if (child < 0) refuseWithError(program.string() + " could not be started:");
-  const Descriptor end = endOf(child);
-  int status = 0;
-  pollfd watched{end.get(), POLLIN, 0};
-  while (waitpid(child, &status, WNOHANG) == 0) {
-    poll(&watched, 1, end ? -1 : 100);
-    try {
-      Interruption::check();
-    } catch (const Interrupted&) {
-      kill(child, SIGTERM);
-      waitpid(child, &status, 0);
-      throw;
-    }
-  }
-  return shellStatus(status);
+  return runToEnd(start);
 }
 
 // One connection that ssh and scp share, so that a password is asked for once. It ends with the object.
@@ -66,7 +45,7 @@ class Connection {
     try {
       Words words = options();
       words.insert(words.end(), {"-O", "exit", "--", phone_.host});
-      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, -1, -1);
+      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, nothing_.get(), nothing_.get());
     } catch (const std::exception&) {
     } catch (const Interrupted&) {
     }
@@ -83,21 +62,19 @@ class Connection {
     words.insert(words.end(),
                  {"-M", "-N", "-f", "-E", (folder_ / "log").string(), "-o", "ControlPersist=60", "-o",
                   "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host});
-    if (runProgram(ssh_, words, -1, -1) == 0) return 0;
+    if (runProgram(ssh_, words, nothing_.get(), nothing_.get()) == 0) return 0;
     const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // ssh ends its lines with a carriage return.
     const std::string log =
         visible(replaceAll(readBeneath(folder.get(), "log", longestLog).value_or(""), "\r", ""), "\n\t");
     std::cerr << log;
-    if (log.find("Host key verification failed") != std::string::npos ||
-        log.find("IDENTIFICATION HAS CHANGED") != std::string::npos) {
+    if (hasAny(log, {"Host key verification failed", "IDENTIFICATION HAS CHANGED"})) {
       std::cerr
           << "tweakbench: The key of " << phone_.host
           << " is not known or has changed; connect to it once with ssh and see whether it is your phone.\n";
       return LoginRefused;
     }
-    if (log.find("Permission denied") != std::string::npos ||
-        log.find("Too many authentication") != std::string::npos) {
+    if (hasAny(log, {"Permission denied", "Too many authentication"})) {
       std::cerr << "tweakbench: " << phone_.host << " refused the login of " << phone_.user
                 << "; see whether \"ssh " << phone_.user << "@" << phone_.host << "\" works.\n";
       return LoginRefused;
@@ -136,6 +113,7 @@ class Connection {
   fs::path ssh_;
   fs::path scp_;
   fs::path folder_;
+  Descriptor nothing_ = openNothing();
 };
 
 // A name that nobody on the phone can have put a link at.
@@ -146,13 +124,9 @@ std::string nameOnPhone() {
   return name.str();
 }
 
-bool isMadeOf(const std::string& text, const char* others) {
-  return !text.empty() && text.front() != '-' &&
-         std::all_of(text.begin(), text.end(), [others](unsigned char one) {
-           return std::isalnum(one) != 0 ||
-                  (one != '\0' &&
-                   std::string_view(others).find(static_cast<char>(one)) != std::string_view::npos);
-         });
+// Not what ssh would take for an option, either.
+bool isName(const std::string& text, const char* others) {
+  return !text.empty() && text.front() != '-' && isMadeOf(text, others);
 }
 
 }  // namespace
@@ -170,15 +144,14 @@ Phone phoneFor(const std::string& typed, const Environment& caller) {
   }
   if (phone.host.starts_with('[') && phone.host.ends_with(']'))
     phone.host = phone.host.substr(1, phone.host.size() - 2);
-  if (!isMadeOf(phone.host, "._-:%"))
+  if (!isName(phone.host, "._-:%"))
     throw Refusal("\"" + visible(phone.host) + "\" is not the name of a host.");
   // An IPv6 address has several.
   if (std::count(phone.host.begin(), phone.host.end(), ':') == 1) {
     throw Refusal("\"" + phone.host +
                   "\" is not the name of a host; the port goes into the variable THEOS_DEVICE_PORT.");
   }
-  if (!isMadeOf(phone.user, "._-"))
-    throw Refusal("\"" + visible(phone.user) + "\" is not the name of a user.");
+  if (!isName(phone.user, "._-")) throw Refusal("\"" + visible(phone.user) + "\" is not the name of a user.");
   const bool isPort =
       phone.port.size() <= 5 && phone.port.find_first_not_of("0123456789") == std::string::npos;
   if (!isPort) throw Refusal("THEOS_DEVICE_PORT is \"" + visible(phone.port) + "\", which is not a port.");
@@ -188,7 +161,7 @@ Phone phoneFor(const std::string& typed, const Environment& caller) {
 int sendPackage(const Transfer& transfer, const std::string& project, const Phone& phone,
                 const Environment& caller) {
   transfer.inDevice.assume();
-  requireProject(transfer.var.get(), project);
+  openProject(transfer.var.get(), project);
   std::string name;
   const Descriptor package = openNewestPackage(transfer.var.get(), project, name);
   if (!package) throw Refusal("The project " + project + " has no package; tweakbench build makes one.");

@@ -1,7 +1,6 @@
 // A project's package on its way to a phone, with the host's own ssh and scp.
 #pragma once
 
-#include "device/sandbox/Environment.h"
 #include "device/transfer/Transfer.h"
 
 #include <string>

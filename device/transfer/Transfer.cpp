@@ -1,20 +1,18 @@
 #include "device/transfer/Transfer.h"
 
-#include "core/Text.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
-#include "device/folder/HistoryFolder.h"
 #include "device/folder/Packages.h"
 #include "device/guard/Contract.h"
 
 #include <algorithm>
 #include <fcntl.h>
-#include <optional>
 #include <random>
+#include <regex>
+#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -148,43 +146,11 @@ std::vector<std::string> movePackages(const Transfer& transfer, const std::strin
   const fs::path path = fs::path(packagesFolder) / name;
   const Descriptor to = makeFolderBeneath(transfer.var.get(), path);
   std::vector<std::string> leftOut;
-  for (const auto& each : namesIn(from).value_or(std::vector<std::string>())) {
+  for (const auto& each : namesInOrNone(from)) {
     if (!to || !renameToNew(from, each, to.get(), each))
       leftOut.push_back(std::string(ownPackages).append("/").append(each));
   }
   return leftOut;
-}
-
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-// Takes `word` and the blanks behind it off the front of `text`, if it is there as a word of its own.
-bool take(std::string_view& text, std::string_view word) {
-  if (!text.starts_with(word)) return false;
-  const std::string_view rest = text.substr(word.size());
-  if (!rest.empty() && blanks.find(rest.front()) == std::string_view::npos) return false;
-  text = trimmed(rest);
-  return true;
-}
-
-// What a line assigns to THEOS so that the environment's does not count.
-std::optional<std::string> assigned(std::string_view line) {
-  while (take(line, "export") || take(line, "override")) {
-  }
-  if (!line.starts_with("THEOS")) return std::nullopt;
-  line = trimmed(line.substr(5));
-  const auto equals = line.find('=');
-  const std::string_view operation = line.substr(0, equals);
-  if (equals == std::string_view::npos || !(operation.empty() || operation == ":" || operation == "::")) {
-    return std::nullopt;
-  }
-  line = line.substr(equals + 1);
-  return std::string(trimmed(line.substr(0, line.find('#'))));
 }
 
 // An assignment of THEOS in a Makefile that counts whatever the environment says.
@@ -196,22 +162,24 @@ struct FixedTheos {
 };
 
 // The last assignment that always counts. Absent where THEOS is left to the environment ("?="), or is set in
-// a conditional.
-std::optional<FixedTheos> fixedTheos(std::string_view makefile) {
+// a conditional. A line that begins with a tab is the shell's.
+std::optional<FixedTheos> fixedTheos(const std::string& makefile) {
+  static const std::regex assigned(
+      "(?:(?:export|override)[ \\t]+)*THEOS[ \\t]*:{0,2}=[ \\t]*([^#]*?)[ \\t]*(?:#.*)?");
+  static const std::regex opening(" *(ifdef|ifndef|ifeq|ifneq)[ (].*");
   std::optional<FixedTheos> found;
   int conditionals = 0;
-  for (int number = 1; !makefile.empty(); ++number) {
-    const auto end = makefile.find('\n');
-    const std::string_view line = makefile.substr(0, end);
-    makefile = end == std::string_view::npos ? std::string_view() : makefile.substr(end + 1);
-    // A recipe is the shell's.
-    if (line.starts_with('\t')) continue;
-    const std::string_view text = trimmed(line);
-    for (const char* word : {"ifdef ", "ifndef ", "ifeq ", "ifneq "})
-      conditionals += text.starts_with(word) ? 1 : 0;
-    if (text.starts_with("endif") && conditionals > 0) --conditionals;
-    const auto place = conditionals == 0 ? assigned(text) : std::nullopt;
-    if (place) found = FixedTheos{number, *place};
+  std::istringstream lines(makefile);
+  std::string line;
+  for (int number = 1; std::getline(lines, line); ++number) {
+    // std::regex recurses once per character.
+    line.resize(std::min<std::size_t>(line.size(), 4000));
+    line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
+    if (line.ends_with('\r')) line.pop_back();
+    std::smatch parts;
+    if (std::regex_match(line, opening)) ++conditionals;
+    if (line.starts_with("endif") && conditionals > 0) --conditionals;
+    if (conditionals == 0 && std::regex_match(line, parts, assigned)) found = FixedTheos{number, parts[1]};
   }
   return found;
 }
@@ -315,11 +283,8 @@ Transferred copyBack(const Transfer& transfer, int source, const fs::path& place
 }
 
 Transferred exportProject(const Transfer& transfer, const std::string& name, const fs::path& target) {
-  requireEntryName(name);
   transfer.inDevice.assume();
-  const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(projectsFolder) / name);
-  if (!from && errno == ENOENT) throw Refusal("There is no project " + name + " in the device.");
-  if (!from) refuseWithError("The project " + name + " cannot be opened:");
+  const Descriptor from = openProject(transfer.var.get(), name);
   transfer.host.assume();
   std::error_code error;
   const bool isFolder = fs::is_directory(target, error);

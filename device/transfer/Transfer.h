@@ -1,7 +1,6 @@
 // Projects on their way between the host and the device.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "device/transfer/CopyTree.h"
 
 #include <filesystem>

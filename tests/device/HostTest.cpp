@@ -85,9 +85,9 @@ TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
 TEST(DataFiles, FontsComeFromTheHostAlone) {
   EXPECT_NE(fontConfiguration({"/etc/fonts/conf.d/60-latin.conf"}).find(">/etc/fonts/conf.d/60-latin.conf<"),
             std::string::npos);
-  for (const auto& file : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
-    EXPECT_EQ(file.content.find("50-user"), std::string::npos) << file.path;
-    EXPECT_NE(file.path, "/etc/resolv.conf");
+  for (const auto& [path, content] : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
+    EXPECT_EQ(content.find("50-user"), std::string::npos) << path;
+    EXPECT_NE(path, "/etc/resolv.conf");
   }
 }
 

@@ -103,7 +103,7 @@ TEST_F(OpenerTest, AFolderIsShownWhateverBecomesOfItsName) {
   fs::create_symlink(home / "precious", device / "var/P");
   EXPECT_EQ(fileAt(shown() + "/inside"), "of P");
   EXPECT_TRUE(fs::is_directory(shown()));
-  const std::string place = fs::path(shown()).parent_path().parent_path();
+  const std::string place = fs::path(shown()).parent_path();
   opener_.reset();
   EXPECT_FALSE(fs::exists(place));
 }
@@ -129,8 +129,8 @@ TEST(ShownFolders, WhatAProcessLeftThatIsGoneIsRemovedAndNothingElse) {
   putFile(home / "precious", "kept");
   putFile(home / "1/precious", "kept");
   const std::string left = temporary / "tweakbench-folders-left";
-  fs::create_directories(left + "/1");
-  fs::create_directory_symlink(home.path(), left + "/1/P");
+  fs::create_directory(left);
+  fs::create_directory_symlink("/proc/2147483647/fd/3", left + "/P");
   putFile(temporary / "tweakbench-folders-mine/1/notes", "kept");
   fs::create_directory_symlink(home.path(), temporary / "tweakbench-folders-link");
   ShownFolders living(temporary.path());
