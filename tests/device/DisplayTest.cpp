@@ -2,13 +2,8 @@
 #include "support/Cases.h"
 #include "support/RefusalOf.h"
 
-#include <X11/Xauth.h>
-#include <cstdio>
-#include <cstring>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 
@@ -42,36 +37,6 @@ TEST(Display, WithoutOneTheReasonIsGiven) {
   expectCases("display", [](const Case& row) {
     return refusalOf([&] { findDisplay(environmentOf(row[0]), WaylandSupport::Present); });
   });
-}
-
-TEST(Display, TheOneEntryOfTheAuthorityIsValidInTheDevice) {
-  const TemporaryFolder folder;
-  const std::string path = folder / "authority";
-  FILE* file = fopen(path.c_str(), "wb");
-  char host[256] = {};
-  gethostname(host, sizeof host - 1);
-  char name[] = "MIT-MAGIC-COOKIE-1";
-  for (const char number : {'6', '7'}) {
-    char digits[] = {number, 0};
-    char cookie[] = {'k', number};
-    Xauth entry{FamilyLocal, static_cast<unsigned short>(strlen(host)), host, 1, digits, 18, name, 2, cookie};
-    ASSERT_EQ(XauWriteAuth(file, &entry), 1);
-  }
-  fclose(file);
-  setenv("XAUTHORITY", path.c_str(), 1);
-  const Descriptor made = authorityFor({Display::Kind::X11, {}, "7"});
-  EXPECT_FALSE(authorityFor({Display::Kind::X11, {}, "8"}));
-  unsetenv("XAUTHORITY");
-  ASSERT_TRUE(made);
-  FILE* copy = fdopen(dup(made.get()), "rb");
-  rewind(copy);
-  Xauth* entry = XauReadAuth(copy);
-  ASSERT_NE(entry, nullptr);
-  EXPECT_EQ(entry->family, FamilyWild);
-  EXPECT_EQ(std::string(entry->data, entry->data_length), "k7");
-  XauDisposeAuth(entry);
-  EXPECT_EQ(XauReadAuth(copy), nullptr);
-  fclose(copy);
 }
 
 }  // namespace

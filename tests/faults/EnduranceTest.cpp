@@ -3,14 +3,13 @@
 #include "tests/ui/Screens.h"
 #include "workspace/ProjectFiles.h"
 
-#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <functional>
 
 #include <QAbstractButton>
 #include <QCoreApplication>
-#include <QEventLoop>
+#include <QElapsedTimer>
 
 namespace {
 
@@ -37,8 +36,22 @@ Use useNow() {
   return use;
 }
 
-// Fails where more is in use than before.
-std::string growthSince(const Use& before) {
+void settle() {
+  for (int turn = 0; turn < 3; ++turn) {
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+}
+
+// What has grown over `count` rounds, after some to warm up. Fails where more is in use than before.
+std::string growthOver(int warmUp, int count, const std::function<void()>& round) {
+  Use before;
+  for (int number = 0; number < warmUp + count; ++number) {
+    if (number == warmUp) before = useNow();
+    round();
+    if (testing::Test::HasFatalFailure()) return "failed in round " + std::to_string(number);
+  }
+  settle();
   const Use now = useNow();
   EXPECT_LE(now.mebibytes - before.mebibytes, 2);
   EXPECT_LE(now.descriptors, before.descriptors);
@@ -50,62 +63,37 @@ std::string growthSince(const Use& before) {
   return words;
 }
 
-void settle() {
-  for (int turn = 0; turn < 3; ++turn) {
-    QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  }
-}
-
-// Milliseconds.
-int timeOf(const std::function<void()>& action) {
-  const auto begin = std::chrono::steady_clock::now();
-  action();
-  return static_cast<int>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin)
-          .count());
-}
-
 class Endurance : public Screens {};
 
 TEST_F(Endurance, BuildsLeaveNothingBehind) {
-  constexpr int warmUp = 20;
-  constexpr int builds = 200;
   makeProject({{"Makefile", "package:\n\t@mkdir packages; echo made; cp Makefile packages/P.deb\n"}});
   putFile(updateMarker, "");
   start();
   openBuildScreen();
   tap("Show success alert");
-  Use before;
-  for (int count = 0; count < warmUp + builds; ++count) {
-    if (count == warmUp) before = useNow();
+  const std::string growth = growthOver(20, 200, [&] {
     removeItemAtPath(device::packages + "/P");
     build("Make Package");
-    ASSERT_TRUE(fileExistsAtPath(device::packages + "/P/P.deb")) << "build " << count;
-  }
-  settle();
-  reportFault("builds in a row", builds, "-", growthSince(before));
+    ASSERT_TRUE(fileExistsAtPath(device::packages + "/P/P.deb"));
+  });
+  reportFault("builds in a row", 200, "-", growth);
 }
 
 TEST_F(Endurance, DialogsLeaveNothingBehind) {
-  constexpr int warmUp = 1000;
-  constexpr int rounds = 10'000;
   makeProject({{"Tweak.x", ""}});
   start();
   auto* const button = qobject_cast<QAbstractButton*>(finger::find("Delete"));
   ASSERT_NE(button, nullptr);
   const std::size_t widgets = QApplication::allWidgets().size();
-  Use before;
-  for (int count = 0; count < warmUp + rounds; ++count) {
-    if (count == warmUp) before = useNow();
+  const std::string growth = growthOver(1000, 10'000, [&] {
     button->click();
-    ASSERT_TRUE(finger::sees(localized(text::deleteFilesOrProjects))) << "round " << count;
+    ASSERT_TRUE(finger::sees(localized(text::deleteFilesOrProjects)));
     QTest::keyClick(UIScreen::mainScreen()->focusWidget(), Qt::Key_Escape);
     settle();
-    ASSERT_FALSE(finger::sees(localized(text::deleteFilesOrProjects))) << "round " << count;
-  }
+    ASSERT_FALSE(finger::sees(localized(text::deleteFilesOrProjects)));
+  });
   EXPECT_EQ(QApplication::allWidgets().size(), widgets);
-  reportFault("dialogs opened and dismissed", rounds, "-", growthSince(before));
+  reportFault("dialogs opened and dismissed", 10'000, "-", growth);
 }
 
 TEST_F(Endurance, AFolderOfAHundredThousandEntriesIsListed) {
@@ -116,10 +104,11 @@ TEST_F(Endurance, AFolderOfAHundredThousandEntriesIsListed) {
   for (int number = 0; number < entries; ++number) {
     std::ofstream(folder + "file-" + std::to_string(number) + ".x");
   }
-  const int taken = timeOf([] {
-    tap("Reload");
-    settle();
-  });
+  QElapsedTimer timer;
+  timer.start();
+  tap("Reload");
+  settle();
+  const qint64 taken = timer.elapsed();
   EXPECT_EQ(MUArray().size(), entries + 1U);
   EXPECT_LE(taken, patience);
   reportFault("entries in a project", static_cast<int>(MUArray().size()), "-",
@@ -134,7 +123,7 @@ TEST_F(Endurance, ALargeLogIsShown) {
   const std::string sources[] = {"yes '\033[0;32mcompiling\033[0m a line' | head -c " + bytes,
                                  "head -c " + bytes + " /dev/zero | tr '\\0' x",
                                  "head -c " + bytes + " /dev/zero"};
-  int slowest = 0;
+  qint64 slowest = 0;
   double grown = 0;
   int large = 0;
   for (const std::string& source : sources) {
@@ -147,11 +136,11 @@ TEST_F(Endurance, ALargeLogIsShown) {
     finger::waitUntil([] { return fileExistsAtPath("/var/tmp/printed"); }, "make does not print");
     if (sizeOfFile(device::application + "MakeLog.log") >= size) ++large;
     const Use before = useNow();
-    slowest = std::max(slowest, timeOf([] {
-                         finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); },
-                                           "the build does not end");
-                         settle();
-                       }));
+    QElapsedTimer timer;
+    timer.start();
+    finger::waitUntil([] { return !finger::sees(localized(text::pleaseWait)); }, "the build does not end");
+    settle();
+    slowest = std::max(slowest, timer.elapsed());
     grown = std::max(grown, useNow().mebibytes - before.mebibytes);
     EXPECT_GT(log().length(), 0);
     tap("Clear Log");

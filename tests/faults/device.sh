@@ -17,11 +17,11 @@ starve() {
   here=$(grep -c "$pattern" "$place/starved/var/tmp/trace")
   fired=$((fired + (here > 0)))
   hits=$((hits + here))
-  [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "$*: ends with $status"; }
+  [ "$status" -eq 0 ] || lost "$*: ends with $status"
   start starved sh -c "for list in Choose Files LangFile Checker; do
     $in_device/faults_subject update /Applications/Tweakbench.app/\$list.plist P || exit
-  done" || { bad=$((bad + 1)); complain "$*: settings are damaged"; }
-  builds_in starved || { bad=$((bad + 1)); complain "$*: no build afterwards"; }
+  done" || lost "$*: settings are damaged"
+  builds_in starved || lost "$*: no build afterwards"
 }
 
 row_fork() {
@@ -83,8 +83,8 @@ row_removed() {
     [ -e "$place/removed/lock" ] || fired=$((fired + 1))
     status=0
     wait $first || status=$?
-    [ "$status" -eq 0 ] || { bad=$((bad + 1)); complain "ends with $status"; }
-    builds_in removed || { bad=$((bad + 1)); complain "the next start does not build"; }
+    [ "$status" -eq 0 ] || lost "ends with $status"
+    builds_in removed || lost "the next start does not build"
     rm -rf "$place/removed"
   done
   report "the device removed while it runs" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries ended, and what was left builds again"
@@ -108,7 +108,7 @@ row_two() {
       [ "$status" -eq 0 ] || [ "$status" -eq 99 ] ||
         { bad=$((bad + 1)); complain "ends with $status: $(cat "$place/two-$number")"; }
     done
-    builds_in "two$round" || { bad=$((bad + 1)); complain "no build afterwards"; }
+    builds_in "two$round" || lost "no build afterwards"
   done
   report "five launchers at once on one new device" "$tries" "$fired" "$bad" "$fired ran beside another one, builds afterwards"
 }
@@ -121,14 +121,14 @@ row_clock() {
     tries=$((tries + 1))
     start clock sh -c "find /var /Applications -exec touch -h -d $date {} + 2> /dev/null; test /var/Tweakyard/Projects/P/Makefile -$(
       [ $date = 1970-01-01 ] && echo ot || echo nt) /proc/self/stat" && fired=$((fired + 1))
-    start clock "$in_device/faults_subject" build > /dev/null 2>&1 || { bad=$((bad + 1)); complain "files of $date"; }
+    start clock "$in_device/faults_subject" build > /dev/null 2>&1 || lost "files of $date"
   done
   for date in 1970-01-02 2039-06-01; do
     [ -n "$faketime" ] || { complain "faketime is not installed"; break; }
     tries=$((tries + 1))
     [[ $(start clock env LD_PRELOAD="$faketime" FAKETIME="@$date 00:00:00" date +%Y) != "${date%%-*}" ]] || fired=$((fired + 1))
     start clock env LD_PRELOAD="$faketime" FAKETIME="@$date 00:00:00" "$in_device/faults_subject" build > /dev/null 2>&1 ||
-      { bad=$((bad + 1)); complain "in $date"; }
+      lost "in $date"
   done
   [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
   report "files and clock of 1970 and 2039" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries built"

@@ -58,15 +58,15 @@ row_ended() {
     for moment in $(seq 20); do
       tries=$((tries + 1))
       write_building_project
-      end_build "$way" "$moment" || { bad=$((bad + 1)); complain "$way at step $moment: processes are left"; }
+      end_build "$way" "$moment" || lost "$way at step $moment: processes are left"
       [ ! -e "$place/ended/var/tmp/moment" ] || fired=$((fired + 1))
       # The lock is free and the settings are whole.
       start ended "$in_device/faults_subject" update /Applications/Tweakbench.app/Choose.plist P > /dev/null 2>&1 ||
-        { bad=$((bad + 1)); complain "$way at step $moment: no clean start"; }
+        lost "$way at step $moment: no clean start"
     done
   done
   start ended "$in_device/faults_subject" prepare > /dev/null 2>&1
-  start ended "$in_device/faults_subject" build > /dev/null 2>&1 || { bad=$((bad + 1)); complain "no build afterwards"; }
+  start ended "$in_device/faults_subject" build > /dev/null 2>&1 || lost "no build afterwards"
   [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
   report "application, window or launcher ended" "$tries" "$fired" "$bad" \
     "$((tries - bad)) of $tries left no process and no lock"

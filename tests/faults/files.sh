@@ -43,9 +43,9 @@ row_killed() {
   # In a device, the next start tidies up.
   start killed strace -qq -o /dev/null -e inject=rename:signal=KILL "$in_device/faults_subject" \
     update /Applications/Tweakbench.app/Choose.plist new > /dev/null 2>&1
-  compgen -G "$settings/.tweakbench-*" > /dev/null || { bad=$((bad + 1)); complain "nothing is left to tidy up"; }
+  compgen -G "$settings/.tweakbench-*" > /dev/null || lost "nothing is left to tidy up"
   start killed true
-  ! compgen -G "$settings/.tweakbench-*" > /dev/null || { bad=$((bad + 1)); complain "the next start leaves it"; }
+  ! compgen -G "$settings/.tweakbench-*" > /dev/null || lost "the next start leaves it"
   [ "$fired" -eq "$tries" ] || bad=$((bad + 1))
   report "kill -9 at every call of a settings update" "$tries" "$fired" "$bad" \
     "$((tries - bad)) of $tries old ($old) or new whole, $stray temporary files, gone at the next start"
@@ -67,7 +67,7 @@ row_calls() {
         tries=$((tries + 1))
         traced_update -e trace="$name" -e inject="$name:error=$error:when=$when"
         ! grep -q INJECTED "$place/trace" || fired=$((fired + 1))
-        is_old || is_new || { bad=$((bad + 1)); complain "$name $when $error: damaged"; }
+        is_old || is_new || lost "$name $when $error: damaged"
         if [ "$status" -eq 0 ] && ! is_new; then
           lies=$((lies + 1))
           complain "$name $when $error: claims success"
@@ -76,7 +76,7 @@ row_calls() {
           complain "$name $when $error: ends with $status"
         fi
         # Where unlink itself fails, nobody can tidy up.
-        [ "$(strays)" -eq 0 ] || [ "$name" = unlink ] || { bad=$((bad + 1)); complain "$name $when $error: leaves a file"; }
+        [ "$(strays)" -eq 0 ] || [ "$name" = unlink ] || lost "$name $when $error: leaves a file"
       done
     done
   done < "$place/points"
@@ -109,7 +109,7 @@ row_memory() {
     # Not the loader's: that of the program which has come to the file.
     ! awk '/settings\/list.plist/ { reached = 1 } reached && /ENOMEM/ { found = 1 } END { exit !found }' "$place/trace" ||
       fired=$((fired + 1))
-    if [ "$status" -eq 0 ]; then is_new; else is_old || is_new; fi || { bad=$((bad + 1)); complain "limit $kilobytes"; }
+    if [ "$status" -eq 0 ]; then is_new; else is_old || is_new; fi || lost "limit $kilobytes"
   done
   report "out of memory in a settings update" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries whole, no false success"
 }
@@ -122,7 +122,7 @@ row_size_limit() {
     quietly prlimit --fsize="$bytes" "$subject" update "$place/settings/list.plist" new || status=$?
     tries=$((tries + 1))
     [ "$status" -eq 0 ] || fired=$((fired + 1))
-    [ "$status" -eq 1 ] && is_old && [ "$(strays)" -eq 0 ] || { bad=$((bad + 1)); complain "$bytes: ends with $status"; }
+    [ "$status" -eq 1 ] && is_old && [ "$(strays)" -eq 0 ] || lost "$bytes: ends with $status"
   done
   report "a limit on the size of files" "$tries" "$fired" "$bad" "$((tries - bad)) of $tries told as failures, no SIGXFSZ"
 }

@@ -40,6 +40,9 @@ report() {
 # complain WORDS...: what went wrong in one try; standard output is the table's.
 complain() { echo "  $*" >&2; }
 
+# lost WORDS...: one try with a bad outcome, which the row counts.
+lost() { bad=$((bad + 1)); complain "$@"; }
+
 # start DEVICE COMMAND...: runs it in that device as the application is, which can be traced.
 start() {
   local device=$1
