@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <regex>
 
 namespace doctor {
 
@@ -398,13 +397,16 @@ constexpr StageRemedy stageRemedies[] = {
 };
 
 // The path or name that a line says is missing; empty for another line.
-string missingIn(const string& line) {
-  static const std::regex pattern(
-      "([^ :'\"]+)['\"]?(: No such file or directory|: command not found|: not found| file not found)");
-  std::smatch found;
-  // std::regex recurses once per character.
-  const string start = line.substr(0, 4000);
-  return std::regex_search(start, found, pattern) ? found.str(1) : string();
+string missingIn(string_view line) {
+  for (const string_view words :
+       {": No such file or directory", ": command not found", ": not found", " file not found"}) {
+    string_view before = line.substr(0, std::min(line.find(words), line.size()));
+    if (before.size() == line.size()) continue;
+    if (before.ends_with('\'') || before.ends_with('"')) before.remove_suffix(1);
+    before.remove_prefix(before.find_last_of(" :'\"") + 1);
+    if (!before.empty()) return string(before);
+  }
+  return {};
 }
 
 string remedyFor(const FirstError& error, const DeviceFacts& seen) {
