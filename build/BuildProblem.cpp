@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <filesystem>
 #include <optional>
 #include <set>
 #include <tuple>
@@ -159,22 +160,11 @@ bool isCaretLine(string_view line) {
   return line.find('^') != string_view::npos && line.find_first_not_of(" \t\r^~{}") == string_view::npos;
 }
 
-// "a/./b/../c" as "a/c"; what leads above the beginning keeps its "..".
+// "a/./b/../c/" as "a/c"; what leads above the beginning keeps its "..".
 string normalPath(string_view path) {
-  std::vector<string_view> parts;
-  for (size_t begin = 0; begin <= path.size();) {
-    const size_t end = std::min(path.find('/', begin), path.size());
-    const string_view part = path.substr(begin, end - begin);
-    if (part == ".." && !parts.empty() && parts.back() != "..") {
-      parts.pop_back();
-    } else if (!part.empty() && part != ".") {
-      parts.push_back(part);
-    }
-    begin = end + 1;
-  }
-  string normal;
-  for (const string_view part : parts) normal.append(normal.empty() ? "" : "/").append(part);
-  return path.starts_with('/') ? "/" + normal : normal;
+  string normal = std::filesystem::path(path).lexically_normal();
+  if (normal.size() > 1 && normal.ends_with('/')) normal.pop_back();
+  return normal == "." ? string() : normal;
 }
 
 // The source that "Tweak.x.m" or "Tweak.x.0a1b2c3d.o" was made from.

@@ -21,7 +21,8 @@ Album::Album(FILE* report) : report_(report) {
   QCursor::setPos(screen.mapToGlobal(QPoint(screen.width() / 4, 2)));
 }
 
-void Album::picture(const std::string& name) {
+void Album::picture(const std::string& name, const QString& shown) {
+  if (!shown.isNull()) finger::waitToSee(shown);
   QTest::qWait(settleMilliseconds);
   pictureAtOnce(name);
 }
@@ -33,4 +34,9 @@ void Album::pictureAtOnce(const std::string& name) {
                            .arg(QString::fromStdString(name), QString::fromStdString(ending_));
   if (!UIScreen::mainScreen()->grab().save(path)) throw finger::Missing("cannot save " + path.toStdString());
   std::fprintf(report_, "picture %s\n", qUtf8Printable(path));
+}
+
+void stops::returnBy(const QString& name) {
+  finger::tap(name);
+  finger::waitToSee("Reload");
 }

@@ -9,6 +9,7 @@ namespace {
 
 using finger::tap;
 using finger::waitToSee;
+using stops::returnBy;
 
 void buildOnce() {
   tap("Make Package");
@@ -33,31 +34,26 @@ void stops::mainJob(Album& album) {
   finger::type("Hello Tweak");
   album.picture("create-prompt");
   tap(localized(text::confirm));
-  waitToSee(stops::project);
-  album.picture("main-project");
+  album.picture("main-project", stops::project);
 
   TextView& editor = openEditor();
   album.picture("editor");
   editor.setCursorPosition(0, 0);
   QTest::keyClicks(&editor, "// Edited on the tour.");
   QTest::keyClick(&editor, Qt::Key_Return);
-  tap("Save");
-  waitToSee("Reload");
+  returnBy("Save");
 
   tap("Build");
-  waitToSee("Make Package");
-  album.picture("build-empty");
+  album.picture("build-empty", "Make Package");
   buildOnce();
   // The very first tap lets Theos update itself and builds nothing.
   if (!finger::sees(localized(text::goToDebFolder))) buildOnce();
-  waitToSee(localized(text::goToDebFolder));
-  album.picture("build-success");
+  album.picture("build-success", localized(text::goToDebFolder));
   tap(localized(text::cancel));
   if (qobject_cast<TextView*>(finger::find("Build log"))->bytes().empty())
     throw finger::Missing("the build log is empty");
   album.picture("build-log");
-  tap("Back");
-  waitToSee("Reload");
+  returnBy("Back");
 }
 
 void stops::mainJobInDetail(Album& album) {
@@ -71,10 +67,8 @@ void stops::mainJobInDetail(Album& album) {
   QTest::keyClicks(&editor, "// Not saved.");
   album.picture("editor-unsaved");
   QTest::keyClick(&editor, Qt::Key_Escape);
-  waitToSee(localized(text::saveChanges));
-  album.picture("close-unsaved");
-  tap(localized(text::discard));
-  waitToSee("Reload");
+  album.picture("close-unsaved", localized(text::saveChanges));
+  returnBy(localized(text::discard));
 
   tap("Build");
   tap("Make Package");
@@ -87,32 +81,27 @@ void stops::mainJobInDetail(Album& album) {
   album.picture("build-find");
   tap("Close find");
   tap("Info");
-  waitToSee("Tip");
-  album.picture("hint");
+  album.picture("hint", "Tip");
   tap(localized(text::cancel));
-  tap("Back");
-  waitToSee("Reload");
+  returnBy("Back");
 
   // From an error of a build to its line and back.
   TextView& broken = openEditor();
   broken.setCursorPosition(0, 0);
   QTest::keyClicks(&broken, "int broken = ;");
   QTest::keyClick(&broken, Qt::Key_Return);
-  tap("Save");
-  waitToSee("Reload");
+  returnBy("Save");
   tap("Build");
   buildOnce();
   const QString error = QStringLiteral("Tweak.x:1:14: error: expected expression");
   tap(localized(text::nextProblem));
   album.picture("build-problems");
   tap(error);
-  waitToSee("Tweak.x");
-  album.picture("editor-problem");
+  album.picture("editor-problem", "Tweak.x");
   QTest::keyClicks(finger::find("File text"), "1");
   tap("Save");
   tap("Make Package");
   waitToSee(localized(text::goToDebFolder));
   tap(localized(text::cancel));
-  tap("Back");
-  waitToSee("Reload");
+  returnBy("Back");
 }

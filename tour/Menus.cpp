@@ -11,6 +11,7 @@ namespace {
 
 using finger::tap;
 using finger::waitToSee;
+using stops::returnBy;
 
 constexpr const char* patchFolder = "/var/mobile/Library/Flex";
 constexpr const char* patchList = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -37,10 +38,8 @@ void fromOptions(const TextPair& entry) {
 
 // The dialog `title`, closed by `button`.
 void dialog(Album& album, const char* name, const QString& title, const QString& button) {
-  waitToSee(title);
-  album.picture(name);
-  tap(button);
-  waitToSee("Reload");
+  album.picture(name, title);
+  returnBy(button);
 }
 
 void cancelled(Album& album, const char* name, const QString& title) {
@@ -57,8 +56,7 @@ void files(Album& album) {
   fromNewProject(text::createHeaderFile);
   cancelled(album, "header-prompt", "~ root$");
   fromNewProject(text::changeFileName);
-  waitToSee("Makefile");
-  album.picture("rename-sheet");
+  album.picture("rename-sheet", "Makefile");
   tap("Makefile");
   cancelled(album, "rename-prompt", "~ root$");
   createDirectoryAtPath(patchFolder);
@@ -89,13 +87,11 @@ void backups(Album& album) {
   fromOptions(text::backUp);
   confirmed(album, "backup-done", localized(text::done));
   fromOptions(text::restore);
-  waitToSee(stops::project);
-  album.picture("restore-sheet");
+  album.picture("restore-sheet", stops::project);
   tap(stops::project);
   confirmed(album, "restore-done", localized(text::done));
   fromOptions(text::deleteAllBackups);
-  waitToSee(localized(text::confirm));
-  album.picture("delete-backups");
+  album.picture("delete-backups", localized(text::confirm));
   tap(localized(text::confirm));
   confirmed(album, "backups-deleted", localized(text::done));
   // Without a listed project there is nothing to back up.

@@ -16,6 +16,7 @@ namespace {
 
 using finger::tap;
 using finger::waitToSee;
+using stops::returnBy;
 
 constexpr const char* busyProject = "Busy";
 constexpr const char* longName = "ATweakWithANameThatIsLongerThanWhatAPhoneCanShowInOneLineOfAMenu";
@@ -70,11 +71,9 @@ void makeMuch() {
 void muchOfEverything(Album& album) {
   makeMuch();
   tap("Choose Project");
-  waitToSee(localized(text::loadProject));
-  album.picture("choose-long-sheet");
+  album.picture("choose-long-sheet", localized(text::loadProject));
   tap(busyProject);
-  waitToSee(busyProject);
-  album.picture("main-long");
+  album.picture("main-long", busyProject);
   QTest::keyClick(UIApplication::sharedApplication()->focusWidget(), Qt::Key_Tab);
   album.picture("main-focus");
   tap("Build");
@@ -88,26 +87,21 @@ void muchOfEverything(Album& album) {
   album.picture("build-log-selected");
   QTest::keyClick(log, Qt::Key_End, Qt::ControlModifier);
   album.picture("build-log-end");
-  tap("Back");
-  waitToSee("Reload");
+  returnBy("Back");
 }
 
 // From the main screen to a place in a file, and from there to others.
 void places(Album& album) {
   tap(text::goToFile.english);
-  waitToSee(localized(text::projectFiles));
-  album.picture("go-to-file");
+  album.picture("go-to-file", localized(text::projectFiles));
   finger::type("new/Other.xm");
   album.picture("go-to-new-file");
-  tap(localized(text::cancel));
-  waitToSee("Reload");
+  returnBy(localized(text::cancel));
   tap(text::searchInProject.english);
   finger::type("count");
-  waitToSee(localized(text::linesFound, {std::string("3")}));
-  album.picture("search-in-project");
+  album.picture("search-in-project", localized(text::linesFound, {std::string("3")}));
   tap("Interface/View.xm:10: NSLog(@\"%@ moved to %d\", self, count);  // said once");
-  finger::waitToSee("View.xm");
-  album.picture("editor-place");
+  album.picture("editor-place", "View.xm");
   auto* const editor = finger::find("File text");
   QTest::keyClick(editor, Qt::Key_F8, Qt::ShiftModifier);
   album.picture("editor-problem");
@@ -119,19 +113,15 @@ void places(Album& album) {
   album.picture("editor-replaced");
   tap("Close find");
   tap(localized(text::goToLine));
-  waitToSee(localized(text::lineNumber));
-  album.picture("go-to-line");
+  album.picture("go-to-line", localized(text::lineNumber));
   tap(localized(text::cancel));
-  tap("Save");
-  waitToSee("Reload");
+  returnBy("Save");
 }
 
 void noneChosen(Album& album) {
   tap("Delete");
-  waitToSee(localized(text::deleteFilesOrProjects));
-  album.picture("delete-long-sheet");
-  tap(localized(text::deleteCurrentProject));
-  waitToSee("Reload");
+  album.picture("delete-long-sheet", localized(text::deleteFilesOrProjects));
+  returnBy(localized(text::deleteCurrentProject));
   finger::waitUntil([] { return !finger::sees(busyProject); }, "the project stays");
   album.picture("main-none-chosen");
 }
@@ -140,32 +130,23 @@ void noneChosen(Album& album) {
 
 void stops::otherScreens(Album& album) {
   tap("About");
-  waitToSee(localized(text::developedBy));
-  album.picture("about");
-  tap("Back");
-  waitToSee("Reload");
+  album.picture("about", localized(text::developedBy));
+  returnBy("Back");
   muchOfEverything(album);
   places(album);
   noneChosen(album);
   showMissingTheos();
-  waitToSee(localized(text::mustInstallTheos));
-  album.picture("missing-theos");
+  album.picture("missing-theos", localized(text::mustInstallTheos));
   tap(localized(text::ok));
   showAddress("https://example.com/an/address/that/no/program/of/the/host/opens?with=" + QString(60, 'x'));
-  waitToSee("Address");
-  album.picture("address");
-  tap(localized(text::ok));
-  waitToSee("Reload");
+  album.picture("address", "Address");
+  returnBy(localized(text::ok));
 }
 
 void stops::end(Album& album) {
   tap("Delete");
-  waitToSee(localized(text::deleteOptions));
   tap(localized(text::deleteOptions));
-  waitToSee(localized(text::deleteAllProjects));
   tap(localized(text::deleteAllProjects));
-  waitToSee(localized(text::imSure));
-  album.picture("delete-all");
-  tap(localized(text::imSure));
-  waitToSee("Reload");
+  album.picture("delete-all", localized(text::imSure));
+  returnBy(localized(text::imSure));
 }

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string>
 
+#include <QString>
+
 // Saves numbered pictures of the whole screen in a folder of the device, and reports their paths.
 class Album {
  public:
@@ -13,8 +15,8 @@ class Album {
   // A suffix for the names of the following pictures: the language.
   void setEnding(std::string ending) { ending_ = std::move(ending); }
 
-  // The screen after pending layout.
-  void picture(const std::string& name);
+  // The screen after pending layout; where it is given, once `shown` is to be seen.
+  void picture(const std::string& name, const QString& shown = {});
   // The screen now, for what would be gone by then.
   void pictureAtOnce(const std::string& name);
 
@@ -28,6 +30,9 @@ class Album {
 namespace stops {
 
 inline constexpr const char* project = "HelloTweak";
+
+// Taps what leads back to the main screen, and waits for that.
+void returnBy(const QString& name);
 
 // From no project at all to a package in seven pictures: creates the project, edits a file of it, builds it.
 void mainJob(Album& album);

@@ -17,9 +17,9 @@ inline constexpr const char* backups = "/var/mobile/Documents/TweakbenchBackups"
 inline constexpr const char* projectBackup = "/var/mobile/Documents/TweakbenchBackups/%@";
 
 // The application folder: settings, logs, shipped files, the application's own resources.
-inline constexpr const char* applicationFolder = "/Applications/Tweakbench.app/";
 inline constexpr const char* choosePlist = "/Applications/Tweakbench.app/Choose.plist";
 inline constexpr const char* filesPlist = "/Applications/Tweakbench.app/Files.plist";
+inline constexpr const char* checkerPlist = "/Applications/Tweakbench.app/Checker.plist";
 inline constexpr const char* templateArchive = "/Applications/Tweakbench.app/TheosOrig.zip";
 inline constexpr const char* checkersLog = "/Applications/Tweakbench.app/Checkers.log";
 inline constexpr const char* makeLog = "/Applications/Tweakbench.app/MakeLog.log";

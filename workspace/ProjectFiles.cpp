@@ -16,13 +16,6 @@ std::vector<std::string>& files() {
   return names;
 }
 
-// A resource of the application's own: absent when it was not shipped or has been removed.
-MaybeText pathForResource(const std::string& name, const std::string& type) {
-  std::string path = paths::applicationFolder + name + "." + type;
-  if (!fileExistsAtPath(path)) return std::nullopt;
-  return path;
-}
-
 }  // namespace
 
 const std::vector<std::string>& MUArray() {
@@ -42,8 +35,7 @@ bool fileCheckRejects(const std::string& entry) {
 }
 
 MaybeText pickedFile() {
-  const MaybeText list = pathForResource("Checker", "plist");
-  return list ? propertyListValue(*list, fullPathKey) : std::nullopt;
+  return propertyListValue(paths::checkerPlist, fullPathKey);
 }
 
 bool isBelowProject(std::string_view path) {
@@ -57,12 +49,10 @@ bool isBelowProject(std::string_view path) {
 }
 
 void SS(const std::string& entry) {
-  const MaybeText list = pathForResource("Checker", "plist");
-  if (!list) return;
   // The old pick goes first, so that a name which cannot be recorded leaves no file picked rather than
   // another one.
-  setPropertyListValue(*list, fullPathKey, std::nullopt);
-  setPropertyListValue(*list, fullPathKey, fill(paths::projectFile, {currentProject(), entry}));
+  setPropertyListValue(paths::checkerPlist, fullPathKey, std::nullopt);
+  setPropertyListValue(paths::checkerPlist, fullPathKey, fill(paths::projectFile, {currentProject(), entry}));
 }
 
 bool createHeader(const std::string& typedName) {

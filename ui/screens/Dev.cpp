@@ -34,7 +34,6 @@ Dev::~Dev() = default;
 void Dev::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
-  view->setAutoFillBackground(true);
   outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
   outlets_->versionLabel->setFont(systemFontOfSize(metrics::smallTextSize));

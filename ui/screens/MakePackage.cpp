@@ -97,7 +97,6 @@ MakePackage::~MakePackage() = default;
 void MakePackage::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
-  view->setAutoFillBackground(true);
   outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   view->installEventFilter(this);

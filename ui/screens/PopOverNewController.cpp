@@ -54,7 +54,6 @@ PopOverNewController::~PopOverNewController() = default;
 void PopOverNewController::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
-  view->setAutoFillBackground(true);
   outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   outlets_->findBar->setText(outlets_->PopOvetText);

@@ -34,7 +34,6 @@ ViewController::~ViewController() = default;
 void ViewController::loadView() {
   auto* const view = new QWidget;
   outlets_->setupUi(view);
-  view->setAutoFillBackground(true);
   outlets_->ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   wireButtons();
