@@ -12,11 +12,15 @@
 
 #include <plist/plist.h>
 
-void PropertyListRelease::operator()(void* node) const {
-  plist_free(node);
-}
+namespace {
 
-PropertyListNode parsedPropertyList(std::string_view bytes) {
+struct Release {
+  void operator()(void* node) const { plist_free(node); }
+};
+using Node = std::unique_ptr<void, Release>;
+
+// None when `bytes` are no property list, or beyond the bounds.
+Node parsed(std::string_view bytes) {
   if (!isWithinPropertyListBounds(bytes)) return nullptr;
   plist_t node = nullptr;
   // plist_from_memory would choose by itself, but its parameters differ between versions of the library.
@@ -26,10 +30,8 @@ PropertyListNode parsedPropertyList(std::string_view bytes) {
   } else {
     plist_from_xml(bytes.data(), size, &node);
   }
-  return PropertyListNode(node);
+  return Node(node);
 }
-
-namespace {
 
 // XML has no way to write control characters, and the library would write them raw.
 bool canStandInXML(std::string_view value) {
@@ -56,16 +58,6 @@ void forEachEntry(plist_t dictionary, Visit visit) {
   }
 }
 
-// A hand-made list may hold a key twice, and the library would then read one of the two and replace the
-// other. Here the last one counts.
-PropertyListNode withoutRepeatedKeys(const PropertyListNode& dictionary) {
-  PropertyListNode unique(plist_new_dict());
-  forEachEntry(dictionary.get(), [&](const char* key, plist_t value) {
-    plist_dict_set_item(unique.get(), key, plist_copy(value));
-  });
-  return unique;
-}
-
 // Absent for text that is not valid UTF-8, and for any other value.
 MaybeText textOf(plist_t node) {
   if (plist_get_node_type(node) != PLIST_STRING) return std::nullopt;
@@ -74,52 +66,6 @@ MaybeText textOf(plist_t node) {
   if (text == nullptr || !isValidUTF8({text, length})) return std::nullopt;
   return std::string(text, length);
 }
-
-}  // namespace
-
-std::optional<PropertyList> PropertyList::initWithContentsOfFile(const std::string& path) {
-  const MaybeText bytes = contentsOfFile(path, largestPropertyList);
-  if (!bytes) return std::nullopt;
-  PropertyListNode list = parsedPropertyList(*bytes);
-  if (!list || plist_get_node_type(list.get()) != PLIST_DICT) return std::nullopt;
-  return PropertyList(withoutRepeatedKeys(list));
-}
-
-MaybeText PropertyList::objectForKey(const std::string& key) const {
-  const plist_t value = plist_dict_get_item(dictionary_.get(), key.c_str());
-  return value == nullptr ? std::nullopt : textOf(value);
-}
-
-void PropertyList::setObject(const std::string& value, const std::string& key) {
-  if (!canStandInXML(value)) return removeObjectForKey(key);
-  plist_dict_set_item(dictionary_.get(), key.c_str(), plist_new_string(value.c_str()));
-}
-
-void PropertyList::removeObjectForKey(const std::string& key) {
-  plist_dict_remove_item(dictionary_.get(), key.c_str());
-}
-
-bool PropertyList::writeToFile(const std::string& path) const {
-  char* xml = nullptr;
-  std::uint32_t size = 0;
-  plist_to_xml(dictionary_.get(), &xml, &size);
-  const std::unique_ptr<char, decltype(&std::free)> owned(xml, std::free);
-  return xml != nullptr && writeToFileAtomically(path, {xml, size});
-}
-
-MaybeText propertyListValue(const std::string& path, const std::string& key) {
-  const auto list = PropertyList::initWithContentsOfFile(path);
-  return list ? list->objectForKey(key) : std::nullopt;
-}
-
-void setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value) {
-  auto list = PropertyList::initWithContentsOfFile(path);
-  if (!list) return;
-  value ? list->setObject(*value, key) : list->removeObjectForKey(key);
-  list->writeToFile(path);
-}
-
-namespace {
 
 // Recursion is as deep as the bounds allow a list to be.
 PropertyListValue valueOf(plist_t node);
@@ -199,7 +145,36 @@ const PropertyListValue* PropertyListValue::find(std::string_view key) const {
 }
 
 std::optional<PropertyListValue> propertyListTree(std::string_view bytes) {
-  const PropertyListNode list = parsedPropertyList(bytes);
+  const Node list = parsed(bytes);
   if (!list) return std::nullopt;
   return valueOf(list.get());
+}
+
+MaybeText propertyListValue(const std::string& path, const std::string& key) {
+  const MaybeText bytes = contentsOfFile(path, largestPropertyList);
+  const auto list = bytes ? propertyListTree(*bytes) : std::nullopt;
+  const PropertyListValue* const value = list ? list->find(key) : nullptr;
+  return value && value->text() ? MaybeText(*value->text()) : std::nullopt;
+}
+
+bool setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value) {
+  const MaybeText bytes = contentsOfFile(path, largestPropertyList);
+  const Node list = bytes ? parsed(*bytes) : nullptr;
+  if (!list || plist_get_node_type(list.get()) != PLIST_DICT) return false;
+  // A hand-made list may hold a key twice, and the library would then read one of the two and replace the
+  // other. Here the last one counts.
+  const Node unique(plist_new_dict());
+  forEachEntry(list.get(), [&](const char* name, plist_t item) {
+    plist_dict_set_item(unique.get(), name, plist_copy(item));
+  });
+  if (value && canStandInXML(*value)) {
+    plist_dict_set_item(unique.get(), key.c_str(), plist_new_string(value->c_str()));
+  } else {
+    plist_dict_remove_item(unique.get(), key.c_str());
+  }
+  char* xml = nullptr;
+  std::uint32_t size = 0;
+  plist_to_xml(unique.get(), &xml, &size);
+  const std::unique_ptr<char, decltype(&std::free)> owned(xml, std::free);
+  return xml != nullptr && writeToFileAtomically(path, {xml, size});
 }

@@ -1,5 +1,4 @@
-// Property lists, XML or binary, read with libplist: as settings (PropertyList) and as whole trees
-// (PropertyListValue).
+// Property lists, XML or binary, read with libplist: as settings and as whole trees.
 #pragma once
 
 #include "core/Text.h"
@@ -7,11 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 
@@ -26,43 +23,16 @@ bool isBinaryPropertyList(std::string_view bytes);
 // all.
 bool isWithinPropertyListBounds(std::string_view bytes);
 
-struct PropertyListRelease {
-  void operator()(void* node) const;
-};
-using PropertyListNode = std::unique_ptr<void, PropertyListRelease>;
-
-// Reads XML or binary. None when `bytes` are no property list, or beyond the bounds above.
-PropertyListNode parsedPropertyList(std::string_view bytes);
-
-// A dictionary read from a file, XML or binary. Move-only; one thread at a time.
-class PropertyList {
- public:
-  // Absent when the file is missing, no property list, no dictionary, or beyond the bounds above.
-  static std::optional<PropertyList> initWithContentsOfFile(const std::string& path);
-
-  // Absent when there is no such key or its value is no valid UTF-8 string.
-  MaybeText objectForKey(const std::string& key) const;
-
-  // A value that no property list can hold (control characters, no UTF-8) removes the key: an old value that
-  // stays would be acted on as if it had been set.
-  void setObject(const std::string& value, const std::string& key);
-  void removeObjectForKey(const std::string& key);
-
-  // Writes XML over the file at `path`, in either form. False if the file was not changed.
-  bool writeToFile(const std::string& path) const;
-
- private:
-  explicit PropertyList(PropertyListNode dictionary) : dictionary_(std::move(dictionary)) {}
-
-  PropertyListNode dictionary_;
-};
-
-// One value of the dictionary in the file; absent as objectForKey says, or when the file cannot be read.
+// One value of the dictionary in the file, XML or binary. Absent when there is no such key, when its value is
+// no valid UTF-8 string, or when the file cannot be read: it is missing, no property list, no dictionary, or
+// beyond the bounds above.
 MaybeText propertyListValue(const std::string& path, const std::string& key);
 
-// Reads the file, sets one key or, where `value` is absent, removes it, and writes the file back. Silently
-// nothing when the file cannot be read: the shipped files must exist, none is made here.
-void setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value);
+// Reads the file, sets one key or, where `value` is absent, removes it, and writes XML over the file. A value
+// that no property list can hold (control characters, no UTF-8) removes the key too: an old value that stays
+// would be acted on as if it had been set. False if the file was not changed. One that cannot be read is not:
+// the shipped files must exist, none is made here.
+bool setPropertyListValue(const std::string& path, const std::string& key, const MaybeText& value);
 
 // One value with all below it, which it owns.
 struct PropertyListValue {

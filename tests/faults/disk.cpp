@@ -67,7 +67,7 @@ void leavePages(int pages) {
 std::string lossAfter(const Operation& operation, int status) {
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return "it died";
   for (const char* list : {"Choose", "Files", "LangFile", "Checker"}) {
-    if (!PropertyList::initWithContentsOfFile(device::application + list + ".plist"))
+    if (!propertyListTree(contentsOfFile(device::application + list + ".plist").value_or("")))
       return std::string(list) + ".plist is damaged";
   }
   const MaybeText project = currentProject();

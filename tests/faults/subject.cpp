@@ -20,10 +20,8 @@ enum Ending { Done = 0, NotWritten = 1, NotRead = 2, WrongCall = 64 };
 
 // Sets one key as every change of a setting does, but says how it went. Anywhere.
 int update(const std::string& file, const std::string& value) {
-  auto list = PropertyList::initWithContentsOfFile(file);
-  if (!list) return NotRead;
-  list->setObject(value, "Choose");
-  return list->writeToFile(file) ? Done : NotWritten;
+  if (!propertyListTree(contentsOfFile(file).value_or(""))) return NotRead;
+  return setPropertyListValue(file, "Choose", value) ? Done : NotWritten;
 }
 
 // Everything that the menus lead to, one after the other; whether any of it works is for others to see.
