@@ -73,17 +73,13 @@ void RQAlertViewTextField::setTitle(const QString& title) {
 void RQAlertViewTextField::updateAccessibleName() {
   // A name that the application has set stays.
   if (accessibleName() != nameFromTexts_) return;
-  nameFromTexts_ = placeholder().isEmpty() ? title_ : placeholder();
+  nameFromTexts_ = placeholderText().isEmpty() ? title_ : placeholderText();
   setAccessibleName(nameFromTexts_);
 }
 
 void RQAlertViewTextField::setClearButtonMode(UITextFieldViewMode mode) {
   clearButtonMode_ = mode;
   updateClearButton();
-}
-
-void RQAlertViewTextField::setSecureTextEntry(bool secure) {
-  setEchoMode(secure ? QLineEdit::Password : QLineEdit::Normal);
 }
 
 QColor RQAlertViewTextField::placeholderColor(const QColor& text) {

@@ -18,7 +18,6 @@ class RQAlertViewTextField : public QLineEdit {
  public:
   explicit RQAlertViewTextField(QWidget* parent = nullptr);
 
-  QString placeholder() const { return placeholderText(); }
   void setPlaceholder(const QString& placeholder) { setPlaceholderText(placeholder); }
   // Hides the base class's: the accessible name follows the placeholder.
   void setPlaceholderText(const QString& placeholder);
@@ -33,11 +32,9 @@ class RQAlertViewTextField : public QLineEdit {
   void setClearButtonMode(UITextFieldViewMode mode);
   UITextFieldViewMode clearButtonMode() const { return clearButtonMode_; }
 
-  void setSecureTextEntry(bool secure);
-  bool isSecureTextEntry() const { return echoMode() == QLineEdit::Password; }
+  void setSecureTextEntry(bool secure) { setEchoMode(secure ? QLineEdit::Password : QLineEdit::Normal); }
 
   void setClearsOnBeginEditing(bool clears) { clearsOnBeginEditing_ = clears; }
-  bool clearsOnBeginEditing() const { return clearsOnBeginEditing_; }
 
   static QColor placeholderColor(const QColor& text);
   // On the tint, which may be light or dark.

@@ -4,6 +4,8 @@
 
 namespace {
 
+constexpr const char* langFilePlist = "/Applications/Tweakbench.app/LangFile.plist";
+constexpr const char* languageKey = "Language";
 constexpr const char* devicePreferences =
     "/private/var/mobile/Library/Preferences/com.apple.springboard.plist";
 constexpr const char* localeKey = "XBRecentLocale";

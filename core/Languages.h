@@ -160,10 +160,6 @@ inline constexpr const char* autoLanguage = "Auto - تلقائي";
 
 }  // namespace text
 
-// Where the choice is kept, below the application folder.
-inline constexpr const char* langFilePlist = "/Applications/Tweakbench.app/LangFile.plist";
-inline constexpr const char* languageKey = "Language";
-
 // Returns one of the two texts, unchanged. The setting is read from the application folder afresh on every
 // call, so a change takes effect with the next text that is drawn: "AR" is Arabic, "Auto" follows the
 // device's locale (Arabic when its identifier holds "ar" anywhere), everything else and a missing setting is

@@ -46,8 +46,7 @@ std::vector<pid_t> treeOf(pid_t root) {
   return tree;
 }
 
-}  // namespace
-
+// Sends `signal` to `root` and its descendants in /proc. Processes whose parent has ended are not reached.
 void signalProcessTree(pid_t root, int signal) {
   // A stopped parent makes no more children; the second look finds those born between the first look and the
   // stop.
@@ -59,8 +58,6 @@ void signalProcessTree(pid_t root, int signal) {
   for (const pid_t process : tree) kill(process, signal);
   for (const pid_t process : tree) kill(process, SIGCONT);
 }
-
-namespace {
 
 // Which shells are running, so that stopCommands() finds them. A child leaves the list before it is waited
 // for to the end (see awaitExit), so that a signal never reaches a process identifier that was given to

@@ -6,7 +6,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
 // the standard streams. Exit status and a refused spawn are not reported: callers check files or a captured
@@ -45,10 +44,6 @@ std::string quoted(const std::string& word);
 // have ended, maybe before run_cmd returns in their threads. Processes that outlive their shell end with the
 // device. Main thread.
 void stopCommands(int graceMilliseconds);
-
-// Sends `signal` to `root` and its descendants in /proc. Stops them first and lists them again, so that none
-// escapes by forking. Processes whose parent has ended are not reached.
-void signalProcessTree(pid_t root, int signal);
 
 // Redirects the process's standard output, error and input, in this order, to the file `log`, opened with
 // "a+". Not locked and never undone: later commands write there too, until the next redirection. One captured

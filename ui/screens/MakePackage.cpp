@@ -135,7 +135,7 @@ void MakePackage::wireButtons() {
   wire(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L, &MakePackage::ClearLog);
   wire(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R, &MakePackage::Respring);
   wire(*outlets_->infoButton, Qt::Key_F1, &MakePackage::InfoButton);
-  outlets_->backButton->onClick(this, [this] { goBack(); });
+  outlets_->backButton->onClick(this, [this] { dismissViewControllerAnimated(true); });
   wireProjectButtons(
       *outlets_->goToFileButton, *outlets_->searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
@@ -270,9 +270,5 @@ void MakePackage::InfoButton() {
 }
 
 void MakePackage::cancelOperation() {
-  if (!outlets_->findBar->dismiss()) goBack();
-}
-
-void MakePackage::goBack() {
-  dismissViewControllerAnimated(true);
+  if (!outlets_->findBar->dismiss()) dismissViewControllerAnimated(true);
 }

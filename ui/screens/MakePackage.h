@@ -41,7 +41,6 @@ class MakePackage : public UIViewController {
 
  private:
   void wireButtons();
-  void goBack();
   void startBuild(BuildVariant variant);
   void finishBuild(BuildVariant variant, bool hasOnlyUpdated);
 

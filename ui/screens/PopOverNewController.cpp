@@ -210,7 +210,7 @@ void PopOverNewController::DismissPop() {
 }
 
 bool PopOverNewController::screenShouldClose() {
-  if (!hasUnsavedText()) return true;
+  if (!outlets_->PopOvetText->isModified()) return true;
   leave([] { UIScreen::mainScreen()->close(); });
   return false;
 }
@@ -220,12 +220,8 @@ void PopOverNewController::cancelOperation() {
   leave([this] { DismissPop(); });
 }
 
-bool PopOverNewController::hasUnsavedText() const {
-  return outlets_->PopOvetText->isModified();
-}
-
 void PopOverNewController::leave(const std::function<void()>& away) {
-  if (!hasUnsavedText()) return away();
+  if (!outlets_->PopOvetText->isModified()) return away();
   const std::shared_ptr<RQAlertView> asked = question_.lock();
   if (asked && asked->state() != RQAlertViewState::Dismissed) return;
   const QPointer<PopOverNewController> editor(this);

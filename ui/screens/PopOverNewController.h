@@ -55,7 +55,6 @@ class PopOverNewController : public UIViewController {
   void showProblems();
   // False when the file is as it was.
   bool writeText();
-  bool hasUnsavedText() const;
   // The one way out over text that may not be saved: calls `away` at once, or once the user has chosen to
   // save (and it is saved) or to discard it.
   void leave(const std::function<void()>& away);
