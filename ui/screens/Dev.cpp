@@ -7,7 +7,6 @@
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
 #include "ui/screens/AppDelegate.h"
-#include "ui/screens/ui_Dev.h"
 #include "workspace/CurrentProject.h"
 
 #include <algorithm>
@@ -27,34 +26,30 @@ std::string shownTheos() {
 
 }  // namespace
 
-Dev::Dev() : outlets_(std::make_unique<Ui::Dev>()) {}
-
-Dev::~Dev() = default;
-
 void Dev::loadView() {
   auto* const view = new QWidget;
-  outlets_->setupUi(view);
-  outlets_->creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
-  outlets_->thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
-  outlets_->versionLabel->setFont(systemFontOfSize(metrics::smallTextSize));
-  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
+  outlets_.setupUi(view);
+  outlets_.creditLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_.thanksLabel->setFont(systemFontOfSize(metrics::bodyTextSize));
+  outlets_.versionLabel->setFont(systemFontOfSize(metrics::smallTextSize));
+  nameShortcut(*outlets_.backButton, Qt::Key_Escape);
   view->installEventFilter(this);
   setView(view);
-  outlets_->profileButton->onClick(this, [] { openAddress(links::authorProfile); });
-  outlets_->donateButton->onClick(this, [] { openAddress(links::donation); });
-  outlets_->thankedButton->onClick(this, [] { openAddress(links::thankedProfile); });
-  outlets_->backButton->onClick(this, [this] { cancelOperation(); });
+  outlets_.profileButton->onClick(this, [] { openAddress(links::authorProfile); });
+  outlets_.donateButton->onClick(this, [] { openAddress(links::donation); });
+  outlets_.thankedButton->onClick(this, [] { openAddress(links::thankedProfile); });
+  outlets_.backButton->onClick(this, [this] { cancelOperation(); });
 }
 
 void Dev::viewDidLoad() {
   UIViewController::viewDidLoad();
-  outlets_->creditLabel->setText(localized(text::developedBy));
-  outlets_->thanksLabel->setText(localized(text::thanksForTheIdea));
+  outlets_.creditLabel->setText(localized(text::developedBy));
+  outlets_.thanksLabel->setText(localized(text::thanksForTheIdea));
   theos_ = shownName(shownTheos());
-  outlets_->versionLabel->setToolTip(theos_);
-  outlets_->creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
-  outlets_->thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
-  for (UIButton* const button : {outlets_->profileButton, outlets_->donateButton, outlets_->thankedButton}) {
+  outlets_.versionLabel->setToolTip(theos_);
+  outlets_.creditLabel->setLayer({.cornerRadius = 20, .backgroundColor = colours::labelGround});
+  outlets_.thanksLabel->setLayer({.cornerRadius = 17, .backgroundColor = colours::labelGround});
+  for (UIButton* const button : {outlets_.profileButton, outlets_.donateButton, outlets_.thankedButton}) {
     button->setLayer({.cornerRadius = 20, .backgroundColor = colours::linkGround});
   }
 }
@@ -65,9 +60,9 @@ bool Dev::eventFilter(QObject* object, QEvent* event) {
     // Low screens have room for the texts and links first.
     const int side = view.height() < metrics::lowScreen ? metrics::smallEmblemSize : metrics::emblemSize;
     const QIcon emblem(QStringLiteral(":/pictures/application.png"));
-    outlets_->picture->setPixmap(emblem.pixmap(QSize(side, side), view.devicePixelRatioF()));
-    QLabel& version = *outlets_->versionLabel;
-    const int width = outlets_->panel->maximumWidth();
+    outlets_.picture->setPixmap(emblem.pixmap(QSize(side, side), view.devicePixelRatioF()));
+    QLabel& version = *outlets_.versionLabel;
+    const int width = outlets_.panel->maximumWidth();
     version.setText(QStringLiteral("Tweakbench " TWEAKBENCH_VERSION "\n") +
                     version.fontMetrics().elidedText(QStringLiteral("Theos: ") + theos_, Qt::ElideMiddle,
                                                      std::min(view.width() - metrics::touchSize, width)));

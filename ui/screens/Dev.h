@@ -2,20 +2,12 @@
 #pragma once
 
 #include "platform/UIViewController.h"
-
-#include <memory>
-
-namespace Ui {
-class Dev;
-}
+#include "ui/screens/ui_Dev.h"
 
 class Dev : public UIViewController {
   Q_OBJECT
 
  public:
-  Dev();
-  ~Dev() override;
-
   void viewDidLoad() override;
   void cancelOperation() override;
 
@@ -24,6 +16,6 @@ class Dev : public UIViewController {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  std::unique_ptr<Ui::Dev> outlets_;
+  Ui::Dev outlets_{};
   QString theos_;
 };

@@ -17,7 +17,6 @@
 #include "ui/dialogs/ProjectDialogs.h"
 #include "ui/screens/AppDelegate.h"
 #include "ui/screens/PopOverNewController.h"
-#include "ui/screens/ui_MakePackage.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectSearch.h"
 
@@ -90,19 +89,15 @@ class MakePackage::LogHint : public QLabel {
   bool isOverLog_ = false;
 };
 
-MakePackage::MakePackage() : outlets_(std::make_unique<Ui::MakePackage>()) {}
-
-MakePackage::~MakePackage() = default;
-
 void MakePackage::loadView() {
   auto* const view = new QWidget;
-  outlets_->setupUi(view);
-  outlets_->titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_.setupUi(view);
+  outlets_.titleLabel->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   view->installEventFilter(this);
-  outlets_->findBar->setText(outlets_->OutPut);
-  hint_ = new LogHint(*outlets_->OutPut);
-  running_ = new RunningLog(*outlets_->OutPut);
+  outlets_.findBar->setText(outlets_.OutPut);
+  hint_ = new LogHint(*outlets_.OutPut);
+  running_ = new RunningLog(*outlets_.OutPut);
   wireButtons();
 }
 
@@ -112,15 +107,15 @@ bool MakePackage::eventFilter(QObject* object, QEvent* event) {
   if (event->type() == QEvent::Resize) {
     const QSize size = static_cast<QResizeEvent*>(event)->size();
     const bool wide = size.width() >= metrics::wideScreen;
-    outlets_->body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    outlets_->side->setDirection(wide ? QBoxLayout::BottomToTop : QBoxLayout::TopToBottom);
-    outlets_->side->setAlignment(outlets_->controls, wide ? Qt::AlignTop : Qt::AlignHCenter);
-    outlets_->controls->setFixedWidth(wide ? metrics::sideColumnWidth
-                                           : std::min(size.width(), metrics::widestControls));
-    outlets_->problems->setMaximumWidth(wide ? metrics::sideColumnWidth : QWIDGETSIZE_MAX);
-    const int place = size.height() - outlets_->titleBar->sizeHint().height() -
-                      outlets_->controls->sizeHint().height() - metrics::touchSize;
-    outlets_->problems->limitHeight(wide ? std::nullopt : std::optional(place / 3));
+    outlets_.body->setDirection(wide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    outlets_.side->setDirection(wide ? QBoxLayout::BottomToTop : QBoxLayout::TopToBottom);
+    outlets_.side->setAlignment(outlets_.controls, wide ? Qt::AlignTop : Qt::AlignHCenter);
+    outlets_.controls->setFixedWidth(wide ? metrics::sideColumnWidth
+                                          : std::min(size.width(), metrics::widestControls));
+    outlets_.problems->setMaximumWidth(wide ? metrics::sideColumnWidth : QWIDGETSIZE_MAX);
+    const int place = size.height() - outlets_.titleBar->sizeHint().height() -
+                      outlets_.controls->sizeHint().height() - metrics::touchSize;
+    outlets_.problems->limitHeight(wide ? std::nullopt : std::optional(place / 3));
   }
   return UIViewController::eventFilter(object, event);
 }
@@ -130,23 +125,23 @@ void MakePackage::wireButtons() {
     button.onClick(this, [this, action] { (this->*action)(); });
     addShortcut(button, keys);
   };
-  wire(*outlets_->MP, Qt::CTRL | Qt::Key_B, &MakePackage::MakePackageAction);
-  wire(*outlets_->MPI, Qt::CTRL | Qt::Key_I, &MakePackage::MakePackageInstall);
-  wire(*outlets_->ClearLogButton, Qt::CTRL | Qt::Key_L, &MakePackage::ClearLog);
-  wire(*outlets_->RespringButton, Qt::CTRL | Qt::Key_R, &MakePackage::Respring);
-  wire(*outlets_->infoButton, Qt::Key_F1, &MakePackage::InfoButton);
-  outlets_->backButton->onClick(this, [this] { dismissViewControllerAnimated(true); });
+  wire(*outlets_.MP, Qt::CTRL | Qt::Key_B, &MakePackage::MakePackageAction);
+  wire(*outlets_.MPI, Qt::CTRL | Qt::Key_I, &MakePackage::MakePackageInstall);
+  wire(*outlets_.ClearLogButton, Qt::CTRL | Qt::Key_L, &MakePackage::ClearLog);
+  wire(*outlets_.RespringButton, Qt::CTRL | Qt::Key_R, &MakePackage::Respring);
+  wire(*outlets_.infoButton, Qt::Key_F1, &MakePackage::InfoButton);
+  outlets_.backButton->onClick(this, [this] { dismissViewControllerAnimated(true); });
   wireProjectButtons(
-      *outlets_->goToFileButton, *outlets_->searchButton,
+      *outlets_.goToFileButton, *outlets_.searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
-  nameShortcut(*outlets_->backButton, Qt::Key_Escape);
-  connect(outlets_->OutPut, &LogView::problemPicked, this, &MakePackage::openProblem);
-  connect(outlets_->problems, &ProblemsPanel::picked, this, &MakePackage::openProblem);
-  connect(outlets_->problems, &ProblemsPanel::shown, this, [this](std::size_t problem, bool stepped) {
-    outlets_->OutPut->showProblem(LastBuild::shared().problems().at(problem));
+  nameShortcut(*outlets_.backButton, Qt::Key_Escape);
+  connect(outlets_.OutPut, &LogView::problemPicked, this, &MakePackage::openProblem);
+  connect(outlets_.problems, &ProblemsPanel::picked, this, &MakePackage::openProblem);
+  connect(outlets_.problems, &ProblemsPanel::shown, this, [this](std::size_t problem, bool stepped) {
+    outlets_.OutPut->showProblem(LastBuild::shared().problems().at(problem));
     hint_->hide();
     // Where Return opens the file.
-    if (stepped) outlets_->OutPut->setFocus(Qt::ShortcutFocusReason);
+    if (stepped) outlets_.OutPut->setFocus(Qt::ShortcutFocusReason);
   });
   // When the application ends during a build, the commands have been stopped and the job waited for by now.
   connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { keptWhileBuilding_.reset(); });
@@ -154,10 +149,10 @@ void MakePackage::wireButtons() {
 
 void MakePackage::viewDidLoad() {
   UIViewController::viewDidLoad();
-  outlets_->SuccessLable->setFont(systemFontOfSize(metrics::bodyTextSize));
-  outlets_->SuccessLable->setText(localized(text::showSuccessAlert));
+  outlets_.SuccessLable->setFont(systemFontOfSize(metrics::bodyTextSize));
+  outlets_.SuccessLable->setText(localized(text::showSuccessAlert));
   // The caption beside it, which the switch does not show itself.
-  outlets_->SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
+  outlets_.SuccessAlert->setAccessibleDescription(localized(text::showSuccessAlert));
   hint_->showText(localized(text::nextLogAppearsHere), false);
   // Those of an earlier screen belong to another project.
   forgetProblems();
@@ -165,10 +160,10 @@ void MakePackage::viewDidLoad() {
     button->setLayer(
         {.cornerRadius = radius, .borderWidth = 1, .backgroundColor = colours::buildButtonGround});
   };
-  style(outlets_->RespringButton, 20);
-  style(outlets_->ClearLogButton, 20);
-  style(outlets_->MP, 26);
-  style(outlets_->MPI, 26);
+  style(outlets_.RespringButton, 20);
+  style(outlets_.ClearLogButton, 20);
+  style(outlets_.MP, 26);
+  style(outlets_.MPI, 26);
 }
 
 void MakePackage::UpdateTheos() {
@@ -224,9 +219,9 @@ void MakePackage::finishBuild(BuildVariant variant, bool hasOnlyUpdated) {
     const BuiltProject built{fill(paths::project, {result.project}), currentProjectFiles()};
     LastBuild::shared().set(result.project, problemsIn(result.log.value_or(std::string()), built));
   }
-  outlets_->OutPut->setBytes(std::move(result.log).value_or(std::string()));
+  outlets_.OutPut->setBytes(std::move(result.log).value_or(std::string()));
   showProblems();
-  const bool asked = variant == BuildVariant::Package && outlets_->SuccessAlert->isOn();
+  const bool asked = variant == BuildVariant::Package && outlets_.SuccessAlert->isOn();
   if (asked && result.hasPackages && hasLog)
     showConfirmation(localized(text::done), localized(text::debIsReady, {result.project}),
                      localized(text::goToDebFolder), [project = result.project] {
@@ -240,7 +235,7 @@ void MakePackage::Respring() {
 
 void MakePackage::ClearLog() {
   removeBuildLog();
-  outlets_->OutPut->setBytes({});
+  outlets_.OutPut->setBytes({});
   forgetProblems();
   hint_->showText(localized(text::nextLogAppearsHere), false);
 }
@@ -251,15 +246,15 @@ void MakePackage::forgetProblems() {
 }
 
 void MakePackage::showProblems() {
-  outlets_->OutPut->setProblems(LastBuild::shared().problems());
-  outlets_->problems->reload();
+  outlets_.OutPut->setProblems(LastBuild::shared().problems());
+  outlets_.problems->reload();
 }
 
 void MakePackage::openProblem(std::size_t index) {
   const LastBuild& build = LastBuild::shared();
   const Problem problem = build.problems().at(index);
-  outlets_->problems->setCurrent(index);
-  outlets_->OutPut->showProblem(problem);
+  outlets_.problems->setCurrent(index);
+  outlets_.OutPut->showProblem(problem);
   if (fileExistsAtPath(fill(paths::projectFile, {build.project(), problem.file})))
     presentEditor(*this, problem.file, problem.line, problem.column);
 }
@@ -270,5 +265,5 @@ void MakePackage::InfoButton() {
 }
 
 void MakePackage::cancelOperation() {
-  if (!outlets_->findBar->dismiss()) dismissViewControllerAnimated(true);
+  if (!outlets_.findBar->dismiss()) dismissViewControllerAnimated(true);
 }

@@ -3,23 +3,18 @@
 
 #include "build/LogCleanUp.h"
 #include "platform/UIViewController.h"
+#include "ui/screens/ui_MakePackage.h"
 
 #include <cstddef>
 #include <memory>
 
 class RQAlertView;
 class RunningLog;
-namespace Ui {
-class MakePackage;
-}
 
 class MakePackage : public UIViewController {
   Q_OBJECT
 
  public:
-  MakePackage();
-  ~MakePackage() override;
-
   void viewDidLoad() override;
 
   // Runs Theos's updater. On the build job's thread.
@@ -50,7 +45,7 @@ class MakePackage : public UIViewController {
 
   class LogHint;
 
-  std::unique_ptr<Ui::MakePackage> outlets_;
+  Ui::MakePackage outlets_{};
   LogHint* hint_ = nullptr;        // the view's
   RunningLog* running_ = nullptr;  // the view's
   // While a build runs: this screen and its progress dialog, which live at least as long as the job. They are

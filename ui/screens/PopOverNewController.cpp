@@ -15,7 +15,6 @@
 #include "ui/controls/UIButton.h"
 #include "ui/dialogs/Dialogs.h"
 #include "ui/dialogs/ProjectDialogs.h"
-#include "ui/screens/ui_PopOverNewController.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
@@ -47,69 +46,65 @@ std::map<std::string, LeftPlace>& leftPlaces() {
 
 }  // namespace
 
-PopOverNewController::PopOverNewController() : outlets_(std::make_unique<Ui::PopOverNewController>()) {}
-
-PopOverNewController::~PopOverNewController() = default;
-
 void PopOverNewController::loadView() {
   auto* const view = new QWidget;
-  outlets_->setupUi(view);
-  outlets_->NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_.setupUi(view);
+  outlets_.NavTitle->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
-  outlets_->findBar->setText(outlets_->PopOvetText);
-  outlets_->SaveButton->onClick(this, [this] { SaveButton(); });
-  outlets_->CancelButton->onClick(this, [this] { DismissPop(); });
-  addShortcut(*outlets_->SaveButton, QKeySequence::Save);
-  nameShortcut(*outlets_->CancelButton, Qt::Key_Escape);
-  view->setFocusProxy(outlets_->PopOvetText);
+  outlets_.findBar->setText(outlets_.PopOvetText);
+  outlets_.SaveButton->onClick(this, [this] { SaveButton(); });
+  outlets_.CancelButton->onClick(this, [this] { DismissPop(); });
+  addShortcut(*outlets_.SaveButton, QKeySequence::Save);
+  nameShortcut(*outlets_.CancelButton, Qt::Key_Escape);
+  view->setFocusProxy(outlets_.PopOvetText);
   wireToolBar();
 }
 
 void PopOverNewController::wireToolBar() {
-  CodeView& text = *outlets_->PopOvetText;
+  CodeView& text = *outlets_.PopOvetText;
   wireProjectButtons(
-      *outlets_->goToFileButton, *outlets_->searchButton,
+      *outlets_.goToFileButton, *outlets_.searchButton,
       [this](const std::string& path, long line, long column) { goTo(path, line, column); },
       [&text] {
         const QString selected = text.selectedText();
         return selected.contains(QLatin1Char('\n')) ? QString() : selected;
       });
-  outlets_->goToLineButton->dress("line", localized(text::goToLine));
-  outlets_->goToLineButton->onClick(this, [this] {
+  outlets_.goToLineButton->dress("line", localized(text::goToLine));
+  outlets_.goToLineButton->onClick(this, [this] {
     showGoToLine([editor = QPointer<PopOverNewController>(this)](long line, long column) {
-      if (editor) editor->outlets_->PopOvetText->goTo(line, column);
+      if (editor) editor->outlets_.PopOvetText->goTo(line, column);
     });
   });
-  addShortcut(*outlets_->goToLineButton, Qt::CTRL | Qt::Key_G);
-  outlets_->findButton->dress("find", localized(text::find));
-  outlets_->findButton->onClick(this, [this] { outlets_->findBar->open(); });
-  nameShortcut(*outlets_->findButton, QKeySequence::Find);
+  addShortcut(*outlets_.goToLineButton, Qt::CTRL | Qt::Key_G);
+  outlets_.findButton->dress("find", localized(text::find));
+  outlets_.findButton->onClick(this, [this] { outlets_.findBar->open(); });
+  nameShortcut(*outlets_.findButton, QKeySequence::Find);
   const auto wire = [&](const QKeySequence& keys, SearchDirection direction) {
     connect(new QShortcut(keys, view()), &QShortcut::activated, this,
             atEventBoundary([&text, direction] { text.goToProblem(direction); }));
   };
   wire(Qt::Key_F8, SearchDirection::Forward);
   wire(Qt::SHIFT | Qt::Key_F8, SearchDirection::Backward);
-  outlets_->problemLabel->setFont(systemFontOfSize(metrics::smallTextSize));
-  outlets_->problemLabel->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
-                                             metrics::barSpacing);
+  outlets_.problemLabel->setFont(systemFontOfSize(metrics::smallTextSize));
+  outlets_.problemLabel->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
+                                            metrics::barSpacing);
   connect(&LastBuild::shared(), &LastBuild::changed, this, atEventBoundary([this] { showProblems(); }));
   // Later, since this is found out while the text is painted.
   const auto tellMessages = [this, &text] {
     const QStringList messages = text.messagesAtCaret();
-    outlets_->problemLabel->setText(messages.join(QLatin1Char('\n')));
-    outlets_->problemLabel->setVisible(!messages.isEmpty());
+    outlets_.problemLabel->setText(messages.join(QLatin1Char('\n')));
+    outlets_.problemLabel->setVisible(!messages.isEmpty());
   };
   connect(&text, &CodeView::caretLineChanged, this, tellMessages, Qt::QueuedConnection);
 }
 
 void PopOverNewController::viewDidLoad() {
   UIViewController::viewDidLoad();
-  outlets_->CancelButton->setLayer({.cornerRadius = 18, .backgroundColor = colours::editorButtonGround});
-  outlets_->SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = colours::editorButtonGround});
+  outlets_.CancelButton->setLayer({.cornerRadius = 18, .backgroundColor = colours::editorButtonGround});
+  outlets_.SaveButton->setLayer({.cornerRadius = 20, .backgroundColor = colours::editorButtonGround});
   performSelectorAfterDelay(
       this, [this] { Rep(); }, loadDelay);
-  outlets_->PopOvetText->installEventFilter(this);
+  outlets_.PopOvetText->installEventFilter(this);
 }
 
 // Keys do not wait for the delayed load: it would take back what they type, and Ctrl+S would empty the file.
@@ -134,12 +129,12 @@ void PopOverNewController::viewWillDisappear(bool animated) {
 }
 
 void PopOverNewController::keepPlace() {
-  if (!path_.empty()) leftPlaces()[path_] = {outlets_->PopOvetText->place(), textHash_};
+  if (!path_.empty()) leftPlaces()[path_] = {outlets_.PopOvetText->place(), textHash_};
 }
 
 void PopOverNewController::goTo(const std::string& path, long line, long column) {
   if (fill(paths::projectFile, {currentProject(), path}) == path_) {
-    if (line > 0) outlets_->PopOvetText->goTo(line, column);
+    if (line > 0) outlets_.PopOvetText->goTo(line, column);
     return;
   }
   leave([this, path, line, column] {
@@ -151,23 +146,23 @@ void PopOverNewController::goTo(const std::string& path, long line, long column)
 }
 
 void PopOverNewController::Rep() {
-  outlets_->PopOvetText->removeEventFilter(this);
+  outlets_.PopOvetText->removeEventFilter(this);
   const MaybeText path = pickedFile();
-  outlets_->NavTitle->setText(path ? shownName(lastPathComponent(*path)) : QString());
+  outlets_.NavTitle->setText(path ? shownName(lastPathComponent(*path)) : QString());
   const MaybeText text = path ? stringWithContentsOfFile(*path, largestEditedFile) : std::nullopt;
   isTooLarge_ = path && !text && sizeOfFile(*path) > largestEditedFile;
   const auto listing = path ? contentsOfDirectoryAtPath(*path) : std::nullopt;
   NSLog(fill("Cont %@", {listing ? MaybeText(described(*listing)) : std::nullopt}));
   if (listing) NSLog("Cont === Directory");
-  outlets_->PopOvetText->setFile(text.value_or(std::string()), path.value_or(std::string()));
+  outlets_.PopOvetText->setFile(text.value_or(std::string()), path.value_or(std::string()));
   path_ = path.value_or(std::string());
   showProblems();
   textHash_ = std::hash<std::string>()(text.value_or(std::string()));
   if (line_ > 0) {
-    outlets_->PopOvetText->goTo(line_, column_);
+    outlets_.PopOvetText->goTo(line_, column_);
   } else if (const auto left = leftPlaces().find(path_);
              left != leftPlaces().end() && left->second.text == textHash_) {
-    outlets_->PopOvetText->goTo(left->second.place);
+    outlets_.PopOvetText->goTo(left->second.place);
   }
   if (!text || text->empty())
     NSLog(fill("Empty %@", {text ? MaybeText(pathExtension(*text)) : std::nullopt}));
@@ -183,18 +178,18 @@ void PopOverNewController::showProblems() {
     problems_.push_back(index);
     shown.push_back(problem);
   }
-  outlets_->PopOvetText->setProblems(shown);
+  outlets_.PopOvetText->setProblems(shown);
 }
 
 bool PopOverNewController::writeText() {
   const MaybeText path = pickedFile();
   keepHistory();
   // The empty editor of a file that is only too large for it must not take the file's place.
-  const std::string bytes = outlets_->PopOvetText->bytes();
+  const std::string bytes = outlets_.PopOvetText->bytes();
   if (!path || isTooLarge_ || !writeToFileAtomically(*path, bytes)) return false;
   textHash_ = std::hash<std::string>()(bytes);
   for (std::size_t index = 0; index < problems_.size(); ++index) {
-    if (const long line = outlets_->PopOvetText->lineOfProblem(index); line > 0)
+    if (const long line = outlets_.PopOvetText->lineOfProblem(index); line > 0)
       LastBuild::shared().moveTo(problems_[index], static_cast<int>(line));
   }
   return true;
@@ -210,31 +205,31 @@ void PopOverNewController::DismissPop() {
 }
 
 bool PopOverNewController::screenShouldClose() {
-  if (!outlets_->PopOvetText->isModified()) return true;
+  if (!outlets_.PopOvetText->isModified()) return true;
   leave([] { UIScreen::mainScreen()->close(); });
   return false;
 }
 
 void PopOverNewController::cancelOperation() {
-  if (outlets_->findBar->dismiss()) return;
+  if (outlets_.findBar->dismiss()) return;
   leave([this] { DismissPop(); });
 }
 
 void PopOverNewController::leave(const std::function<void()>& away) {
-  if (!outlets_->PopOvetText->isModified()) return away();
+  if (!outlets_.PopOvetText->isModified()) return away();
   const std::shared_ptr<RQAlertView> asked = question_.lock();
   if (asked && asked->state() != RQAlertViewState::Dismissed) return;
   const QPointer<PopOverNewController> editor(this);
   const auto discard = [editor, away] {
     if (!editor) return;
-    editor->outlets_->PopOvetText->setModified(false);
+    editor->outlets_.PopOvetText->setModified(false);
     away();
   };
   const auto save = [editor, discard] {
     if (editor && !editor->writeText()) return showNotice(localized(text::error));
     discard();
   };
-  question_ = showSaveQuestion(outlets_->NavTitle->text(), save, discard);
+  question_ = showSaveQuestion(outlets_.NavTitle->text(), save, discard);
 }
 
 void presentEditor(UIViewController& presenter, const std::string& path, long line, long column) {

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "platform/UIViewController.h"
+#include "ui/screens/ui_PopOverNewController.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace Ui {
-class PopOverNewController;
-}
 class RQAlertView;
 
 // Comes up empty and loads the picked file a moment later, or with the first key, where its last editor was
@@ -20,9 +18,6 @@ class PopOverNewController : public UIViewController {
   Q_OBJECT
 
  public:
-  PopOverNewController();
-  ~PopOverNewController() override;
-
   void viewDidLoad() override;
 
   // The line and the column, both from 1 and the column in bytes, where the file is opened instead. Before
@@ -59,7 +54,7 @@ class PopOverNewController : public UIViewController {
   // save (and it is saved) or to discard it.
   void leave(const std::function<void()>& away);
 
-  std::unique_ptr<Ui::PopOverNewController> outlets_;
+  Ui::PopOverNewController outlets_{};
   std::vector<std::size_t> problems_;  // that are marked: indices of the last build's
   bool isTooLarge_ = false;
   std::string path_;          // the loaded file's; empty before it is loaded

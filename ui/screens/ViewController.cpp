@@ -16,7 +16,6 @@
 #include "ui/screens/Dev.h"
 #include "ui/screens/MakePackage.h"
 #include "ui/screens/PopOverNewController.h"
-#include "ui/screens/ui_ViewController.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
@@ -27,14 +26,10 @@ constexpr double refreshDelay = 0.1;  // seconds
 
 }  // namespace
 
-ViewController::ViewController() : outlets_(std::make_unique<Ui::ViewController>()) {}
-
-ViewController::~ViewController() = default;
-
 void ViewController::loadView() {
   auto* const view = new QWidget;
-  outlets_->setupUi(view);
-  outlets_->ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
+  outlets_.setupUi(view);
+  outlets_.ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
   wireButtons();
 }
@@ -44,29 +39,29 @@ void ViewController::wireButtons() {
     button.onClick(this, [this, action] { (this->*action)(); });
     addShortcut(button, keys);
   };
-  wire(*outlets_->chooseProjectButton, QKeySequence::Open, &ViewController::ChooseProjectButton);
-  wire(*outlets_->newProjectButton, QKeySequence::New, &ViewController::NewProject);
-  wire(*outlets_->deleteButton, Qt::Key_Delete, &ViewController::Removeer);
-  wire(*outlets_->projectOptionsButton, Qt::CTRL | Qt::Key_P, &ViewController::OpenPrijectFolder);
-  wire(*outlets_->reloadButton, Qt::Key_F5, &ViewController::Reload);
-  wire(*outlets_->BackButton, Qt::Key_F1, &ViewController::presentAboutScreen);
-  wire(*outlets_->BB, Qt::CTRL | Qt::Key_B, &ViewController::presentBuildScreen);
-  outlets_->firstProjectButton->onClick(this, [this] { NewProject(); });
-  nameShortcut(*outlets_->firstProjectButton, QKeySequence::New);
-  outlets_->otherProjectButton->onClick(this, [this] { ChooseProjectButton(); });
-  nameShortcut(*outlets_->otherProjectButton, QKeySequence::Open);
+  wire(*outlets_.chooseProjectButton, QKeySequence::Open, &ViewController::ChooseProjectButton);
+  wire(*outlets_.newProjectButton, QKeySequence::New, &ViewController::NewProject);
+  wire(*outlets_.deleteButton, Qt::Key_Delete, &ViewController::Removeer);
+  wire(*outlets_.projectOptionsButton, Qt::CTRL | Qt::Key_P, &ViewController::OpenPrijectFolder);
+  wire(*outlets_.reloadButton, Qt::Key_F5, &ViewController::Reload);
+  wire(*outlets_.BackButton, Qt::Key_F1, &ViewController::presentAboutScreen);
+  wire(*outlets_.BB, Qt::CTRL | Qt::Key_B, &ViewController::presentBuildScreen);
+  outlets_.firstProjectButton->onClick(this, [this] { NewProject(); });
+  nameShortcut(*outlets_.firstProjectButton, QKeySequence::New);
+  outlets_.otherProjectButton->onClick(this, [this] { ChooseProjectButton(); });
+  nameShortcut(*outlets_.otherProjectButton, QKeySequence::Open);
   const Layer tile{.cornerRadius = 20,
                    .borderWidth = 1,
                    .backgroundColor = colours::tileGround,
                    .borderColor = colours::tileBorder};
-  outlets_->firstProjectButton->setLayer(tile);
-  outlets_->otherProjectButton->setLayer(tile);
+  outlets_.firstProjectButton->setLayer(tile);
+  outlets_.otherProjectButton->setLayer(tile);
   wireProjectButtons(
-      *outlets_->goToFileButton, *outlets_->searchButton,
+      *outlets_.goToFileButton, *outlets_.searchButton,
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
   NSNotificationCenter::defaultCenter().addObserver(this, ProjectFilesDidChangeNotification, nullptr,
                                                     [this](const NSNotification&) { Reload(); });
-  connect(outlets_->TableVV, &FileListView::rowPicked, this,
+  connect(outlets_.TableVV, &FileListView::rowPicked, this,
           atEventBoundary([this](int row) { didSelectRow(row); }));
 }
 
@@ -77,12 +72,12 @@ void ViewController::viewDidLoad() {
   recordTheosPath();
   createProjectsFolder();
   ArraySetUp();
-  outlets_->TableVV->setBackgroundColor(colours::listGround);
-  outlets_->TableVV->setSeparatorColor(colours::separator);
+  outlets_.TableVV->setBackgroundColor(colours::listGround);
+  outlets_.TableVV->setSeparatorColor(colours::separator);
   const QString project = shownName(currentProjectLabel());
-  if (project != outlets_->ProjLableName->text()) outlets_->TableVV->leavePlace();
-  outlets_->TableVV->reloadData();
-  outlets_->ProjLableName->setText(project);
+  if (project != outlets_.ProjLableName->text()) outlets_.TableVV->leavePlace();
+  outlets_.TableVV->reloadData();
+  outlets_.ProjLableName->setText(project);
   // "[*]" alone would be a place for the mark of a changed document.
   UIScreen::mainScreen()->setWindowTitle(
       (project.isEmpty() ? QString() : QString(project).replace("[*]", "[*][*]") + QStringLiteral(" – ")) +
@@ -96,8 +91,8 @@ void ViewController::viewDidLoad() {
 // Where there is no project, what can be done about it stands in the middle. Pictures only, so that a first
 // start need not load the fonts.
 void ViewController::showEmptyState() {
-  outlets_->emptyState->setVisible(MUArray().empty() && outlets_->ProjLableName->text().isEmpty());
-  outlets_->otherProjectButton->setVisible(!projectNames().empty());
+  outlets_.emptyState->setVisible(MUArray().empty() && outlets_.ProjLableName->text().isEmpty());
+  outlets_.otherProjectButton->setVisible(!projectNames().empty());
 }
 
 void ViewController::viewDidLoadAfterDelay() {
@@ -123,7 +118,7 @@ void ViewController::OpenPrijectFolder() {
 
 void ViewController::Reload() {
   ArraySetUp();
-  outlets_->TableVV->reloadData();
+  outlets_.TableVV->reloadData();
 }
 
 void ViewController::DismissPop() {

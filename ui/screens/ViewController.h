@@ -3,21 +3,16 @@
 
 #include "core/Text.h"
 #include "platform/UIViewController.h"
+#include "ui/screens/ui_ViewController.h"
 
 #include <memory>
 
 class MakePackage;
-namespace Ui {
-class ViewController;
-}
 
 class ViewController : public UIViewController {
   Q_OBJECT
 
  public:
-  ViewController();
-  ~ViewController() override;
-
   // The start-up procedure: converter, Theos, projects folder, then the current project's name and files. It
   // is also how the screen is brought up to date after every change, so each step may be repeated.
   void viewDidLoad() override;
@@ -44,7 +39,7 @@ class ViewController : public UIViewController {
   void didSelectRow(int row);
   void rejectPick();
 
-  std::unique_ptr<Ui::ViewController> outlets_;
+  Ui::ViewController outlets_{};
   // Kept with its log and its problems while the project stays the same.
   std::shared_ptr<MakePackage> buildScreen_;
   MaybeText builtProject_;
