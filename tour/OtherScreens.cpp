@@ -135,10 +135,11 @@ void stops::otherScreens(Album& album) {
   muchOfEverything(album);
   places(album);
   noneChosen(album);
-  showMissingTheos();
+  showNotice(localized(text::couldNotFindTheos), localized(text::mustInstallTheos));
   album.picture("missing-theos", localized(text::mustInstallTheos));
   tap(localized(text::ok));
-  showAddress("https://example.com/an/address/that/no/program/of/the/host/opens?with=" + QString(60, 'x'));
+  showToCopy(localized(text::addressToOpen),
+             "https://example.com/an/address/that/no/program/of/the/host/opens?with=" + QString(60, 'x'));
   album.picture("address", "Address");
   returnBy(localized(text::ok));
 }

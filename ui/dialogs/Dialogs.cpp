@@ -14,23 +14,6 @@
 
 namespace {
 
-const QColor& ground() {
-  static const QColor colour = grey(40);
-  return colour;
-}
-
-void dressWithRedCancel(RQAlertView& dialog, const QColor& separators) {
-  dialog.setBackgroundColor(ground());
-  dialog.setCancelButtonTitleColor(Qt::red);
-  dialog.setCancelButtonBackgroundColorHighlighted(Qt::red);
-  dialog.setSeparatorsColor(separators);
-}
-
-void whitenTexts(RQAlertView& dialog) {
-  dialog.setTitleTextColor(Qt::white);
-  dialog.setMessageTextColor(Qt::white);
-}
-
 class AddressText : public QPlainTextEdit {
  public:
   explicit AddressText(const QString& address) : QPlainTextEdit(address) {
@@ -51,15 +34,13 @@ class AddressText : public QPlainTextEdit {
   }
 };
 
-void showToCopy(const QString& title, const QString& address) {
-  const auto notice = RQAlertView::alertViewWithViewAndTitle(
-      title, localized(text::noProgramOpensIt), RQAlertViewStyle::Alert, new AddressText(address),
-      QStringList{localized(text::copy), localized(text::ok)}, QString(), QString());
-  dressAsMessage(*notice);
-  notice->setActionHandler([address](RQAlertView&, std::size_t, const QString& pressed) {
-    if (pressed == localized(text::copy)) QGuiApplication::clipboard()->setText(address);
-  });
-  notice->showAnimated();
+std::shared_ptr<RQAlertView> makeMessage(const QString& title, const QString& message,
+                                         const QStringList& buttons, const QString& cancel = {},
+                                         const QString& destructive = {}) {
+  auto dialog =
+      RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert, buttons, cancel, destructive);
+  dressAsMessage(*dialog);
+  return dialog;
 }
 
 }  // namespace
@@ -110,29 +91,23 @@ void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const
 }
 
 void showNotice(const QString& title, const QString& message) {
-  const auto notice = RQAlertView::alertViewWithTitle(title, message, RQAlertViewStyle::Alert,
-                                                      QStringList{localized(text::ok)}, QString(), QString());
+  makeMessage(title, message, {localized(text::ok)})->showAnimated();
+}
+
+void showToCopy(const QString& title, const QString& address) {
+  const auto notice = RQAlertView::alertViewWithViewAndTitle(
+      title, localized(text::noProgramOpensIt), RQAlertViewStyle::Alert, new AddressText(address),
+      QStringList{localized(text::copy), localized(text::ok)}, QString(), QString());
   dressAsMessage(*notice);
+  notice->setActionHandler([address](RQAlertView&, std::size_t, const QString& pressed) {
+    if (pressed == localized(text::copy)) QGuiApplication::clipboard()->setText(address);
+  });
   notice->showAnimated();
-}
-
-void showMissingTheos() {
-  showNotice(localized(text::couldNotFindTheos), localized(text::mustInstallTheos));
-}
-
-void showAddress(const QString& address) {
-  showToCopy(localized(text::addressToOpen), address);
-}
-
-void showHostPath(const QString& path) {
-  showToCopy(localized(text::folderOnComputer), path);
 }
 
 void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,
                       std::function<void()> confirmed) {
-  const auto question = RQAlertView::alertViewWithTitle(
-      title, message, RQAlertViewStyle::Alert, QStringList{confirmTitle}, localized(text::cancel), QString());
-  dressAsMessage(*question);
+  const auto question = makeMessage(title, message, {confirmTitle}, localized(text::cancel));
   question->setActionHandler(
       [confirmTitle, confirmed = std::move(confirmed)](RQAlertView&, std::size_t, const QString& pressed) {
         if (pressed == confirmTitle) confirmed();
@@ -142,11 +117,9 @@ void showConfirmation(const QString& title, const QString& message, const QStrin
 
 std::shared_ptr<RQAlertView> showSaveQuestion(const QString& name, std::function<void()> save,
                                               std::function<void()> discard) {
-  auto question = RQAlertView::alertViewWithTitle(localized(text::saveChanges),
-                                                  localized(text::changesWouldBeLost, {name.toStdString()}),
-                                                  RQAlertViewStyle::Alert, QStringList{localized(text::save)},
-                                                  localized(text::cancel), localized(text::discard));
-  dressAsMessage(*question);
+  auto question =
+      makeMessage(localized(text::saveChanges), localized(text::changesWouldBeLost, {name.toStdString()}),
+                  {localized(text::save)}, localized(text::cancel), localized(text::discard));
   question->setDidDismissAfterActionHandler(
       [save = std::move(save)](RQAlertView&, std::size_t, const QString&) { save(); });
   question->setDidDismissAfterDestructiveHandler([discard = std::move(discard)](RQAlertView&) { discard(); });
@@ -155,24 +128,28 @@ std::shared_ptr<RQAlertView> showSaveQuestion(const QString& name, std::function
 }
 
 void dressAsMenu(RQAlertView& dialog) {
-  dressWithRedCancel(dialog, grey(51));
+  dialog.setBackgroundColor(grey(40));
+  dialog.setCancelButtonTitleColor(Qt::red);
+  dialog.setCancelButtonBackgroundColorHighlighted(Qt::red);
+  dialog.setSeparatorsColor(grey(51));
 }
 
 void dressAsMessage(RQAlertView& dialog) {
   dressAsMenu(dialog);
-  whitenTexts(dialog);
+  dialog.setTitleTextColor(Qt::white);
+  dialog.setMessageTextColor(Qt::white);
 }
 
 void dressAsPrompt(RQAlertView& dialog) {
-  dressWithRedCancel(dialog, grey(48));
-  whitenTexts(dialog);
+  dressAsMessage(dialog);
+  dialog.setSeparatorsColor(grey(48));
   dialog.setButtonsTitleColor(Qt::white);
   dialog.setTextFieldsTextColor(Qt::white);
   dialog.setTextFieldsBackgroundColor(grey(69));
 }
 
 void dressAsProgress(RQAlertView& dialog) {
-  dialog.setBackgroundColor(ground());
+  dialog.setBackgroundColor(grey(40));
   dialog.setTitleTextColor(Qt::white);
   dialog.setActivityIndicatorViewColor(Qt::white);
   dialog.setProgressLabelTextColor(Qt::white);

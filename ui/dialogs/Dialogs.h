@@ -53,13 +53,8 @@ void showOneLinePrompt(const OneLineQuestion& question, std::function<void(const
 // A message with one "OK" button. A null message is none.
 void showNotice(const QString& title, const QString& message = QString());
 
-// The notice of a start without a Theos.
-void showMissingTheos();
-
 // An address that no program of the host opens, as selected text with a button that copies it.
-void showAddress(const QString& address);
-// The same for a folder, with its path on the host.
-void showHostPath(const QString& path);
+void showToCopy(const QString& title, const QString& address);
 
 // A confirming button and "Cancel"; only the former calls `confirmed`.
 void showConfirmation(const QString& title, const QString& message, const QString& confirmTitle,

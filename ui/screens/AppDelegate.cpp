@@ -97,7 +97,8 @@ void openAddressesOnHost() {
   UIApplication* const application = UIApplication::sharedApplication();
   auto* const host = new HostOpener(
       [](const QUrl& url, const QString& hostPath) {
-        hostPath.isEmpty() ? showAddress(url.toString()) : showHostPath(hostPath);
+        hostPath.isEmpty() ? showToCopy(localized(text::addressToOpen), url.toString())
+                           : showToCopy(localized(text::folderOnComputer), hostPath);
       },
       application);
   host->connectTo(opener::applicationDescriptor);

@@ -68,7 +68,7 @@ void ViewController::wireButtons() {
 void ViewController::viewDidLoad() {
   UIViewController::viewDidLoad();
   installConverter();
-  if (!theosIsPresent()) showMissingTheos();
+  if (!theosIsPresent()) showNotice(localized(text::couldNotFindTheos), localized(text::mustInstallTheos));
   recordTheosPath();
   createProjectsFolder();
   ArraySetUp();
