@@ -10,7 +10,6 @@
 
 #include <QAccessible>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 
 RQAlertViewListModel::RQAlertViewListModel(std::shared_ptr<const RQAlertViewModel> dialog, QObject* parent)

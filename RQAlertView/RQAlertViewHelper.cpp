@@ -4,8 +4,6 @@
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 
-#include <algorithm>
-
 double RQAlertViewHelper::systemVersion() {
   return UIDevice::currentDevice().systemVersion();
 }

@@ -1,7 +1,6 @@
 #include "RQAlertView/RQAlertViewModel.h"
 
 #include "RQAlertView/RQAlertViewHelper.h"
-#include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 
 #include <algorithm>

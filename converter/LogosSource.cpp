@@ -1,6 +1,5 @@
 #include "converter/LogosSource.h"
 
-#include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
 #include "core/Text.h"
 

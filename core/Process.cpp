@@ -5,7 +5,6 @@
 #include <csignal>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <initializer_list>
 #include <sys/socket.h>
 #include <syslog.h>
 #include <unistd.h>

@@ -1,13 +1,10 @@
 #include "core/PropertyList.h"
 
 #include "core/FileManager.h"
-#include "core/Text.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include <plist/plist.h>

@@ -10,6 +10,11 @@
 
 namespace {
 
+// Logical pixels.
+constexpr int scrollBarRoom = 12;
+constexpr int thumbWidth = 6;
+constexpr int leastThumb = 32;
+
 QFont resized(QFont font, double size) {
   // Points, not pixels: a desktop's larger text is a larger number of dots to the inch.
   font.setPointSizeF(size * 72.0 / 96.0);
@@ -40,15 +45,6 @@ void loadFonts() {
     painter.drawText(0, 0, QStringLiteral("Tweak تويك"));
   }
 }
-
-namespace {
-
-// Logical pixels.
-constexpr int scrollBarRoom = 12;
-constexpr int thumbWidth = 6;
-constexpr int leastThumb = 32;
-
-}  // namespace
 
 ApplicationStyle::ApplicationStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 

@@ -5,10 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
-#include <memory>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <QCoreApplication>
@@ -62,6 +60,13 @@ class DispatchQueue {
 };
 
 namespace {
+
+const QString delayedCall = QStringLiteral("delayed call");
+
+std::vector<std::shared_ptr<void>>& pool() {
+  static std::vector<std::shared_ptr<void>> objects;
+  return objects;
+}
 
 std::mutex workersMutex;
 std::vector<std::unique_ptr<QThread>>& workers() {
@@ -144,12 +149,6 @@ void dispatch_wait_for_global_queues() {
   }
 }
 
-namespace {
-
-const QString delayedCall = QStringLiteral("delayed call");
-
-}  // namespace
-
 void performSelectorAfterDelay(QObject* target, std::function<void()> selector, double seconds) {
   auto* call = new QTimer(target);
   call->setObjectName(delayedCall);
@@ -172,15 +171,6 @@ void cancelPreviousPerformRequests(QObject* target) {
     call->deleteLater();
   }
 }
-
-namespace {
-
-std::vector<std::shared_ptr<void>>& pool() {
-  static std::vector<std::shared_ptr<void>> objects;
-  return objects;
-}
-
-}  // namespace
 
 void autorelease(std::shared_ptr<void> object) {
   if (!object || !QCoreApplication::instance()) return;

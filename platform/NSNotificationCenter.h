@@ -2,8 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <vector>
 
 #include <QObject>
 #include <QString>
@@ -17,7 +15,9 @@ struct NSNotification {
 
 // Main thread only. Delivery is synchronous, in the order of registration. An exception from an observer is
 // logged, and the others are called.
-class NSNotificationCenter {
+class NSNotificationCenter : public QObject {
+  Q_OBJECT
+
  public:
   using Handler = std::function<void(const NSNotification&)>;
 
@@ -26,14 +26,10 @@ class NSNotificationCenter {
   // `observer` must not be null; it is forgotten when it is destroyed. A null `object` means any object. An
   // observer added while a notification is being delivered does not get that one.
   void addObserver(QObject* observer, const QString& name, QObject* object, Handler handler);
-  // Without a name, every registration of `observer` ends. Takes effect at once, during a delivery too.
-  void removeObserver(QObject* observer, const QString& name = {});
+  // Ends every registration of `observer`, at once, during a delivery too.
+  void removeObserver(QObject* observer);
   void postNotificationName(const QString& name, QObject* object, const QVariantMap& userInfo = {});
 
- private:
-  struct Registration;
-
-  void forget(const std::function<bool(const Registration&)>& unwanted);
-
-  std::vector<std::shared_ptr<Registration>> registrations_;
+ signals:
+  void posted(const NSNotification& notification);
 };

@@ -7,7 +7,6 @@
 #include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 
-#include <string>
 #include <utility>
 
 #include <QAbstractScrollArea>

@@ -17,7 +17,6 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QPointer>
 #include <QResizeEvent>
@@ -66,6 +65,11 @@ QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
 QPointer<UIScreen>& theScreen() {
   static QPointer<UIScreen> screen;
   return screen;
+}
+
+std::optional<bool>& chosenMotion() {
+  static std::optional<bool> chosen;
+  return chosen;
 }
 
 }  // namespace
@@ -221,15 +225,6 @@ UIUserInterfaceIdiom UIDevice::userInterfaceIdiom() const {
   return std::min(size.width(), size.height()) >= shortestPadSide ? UIUserInterfaceIdiom::Pad
                                                                   : UIUserInterfaceIdiom::Phone;
 }
-
-namespace {
-
-std::optional<bool>& chosenMotion() {
-  static std::optional<bool> chosen;
-  return chosen;
-}
-
-}  // namespace
 
 bool motionEnabled() {
   // The device cannot see the desktop's settings; the launcher has looked.

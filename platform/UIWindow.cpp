@@ -12,7 +12,6 @@
 #include <QPalette>
 #include <QPixmapCache>
 #include <QResizeEvent>
-#include <QWidget>
 
 namespace {
 
@@ -22,6 +21,15 @@ void forgetPicturesOfFormerPalettes() {
   constexpr int palettesAtATime = 64;
   static int palettes = 0;
   if (++palettes % palettesAtATime == 0) QPixmapCache::clear();
+}
+
+void post(const QString& name, UIWindow* window) {
+  NSNotificationCenter::defaultCenter().postNotificationName(name, window);
+}
+
+bool canTakeFocus(const QWidget* widget) {
+  return (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && widget->isVisible() &&
+         !widget->focusProxy();
 }
 
 }  // namespace
@@ -43,19 +51,6 @@ void setTakesInput(QWidget& widget, bool takesInput) {
   }
   widget.setEnabled(takesInput);
 }
-
-namespace {
-
-void post(const QString& name, UIWindow* window) {
-  NSNotificationCenter::defaultCenter().postNotificationName(name, window);
-}
-
-bool canTakeFocus(const QWidget* widget) {
-  return (widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && widget->isVisible() &&
-         !widget->focusProxy();
-}
-
-}  // namespace
 
 UIWindow::UIWindow(double windowLevel) : QWidget(UIScreen::mainScreen()), windowLevel_(windowLevel) {
   hide();

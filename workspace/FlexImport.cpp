@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <stdexcept>
 
 namespace {
@@ -36,6 +35,10 @@ std::string_view takeLine(std::string_view& text) {
   const std::string_view line = text.substr(0, end);
   text.remove_prefix(std::min(end + 1, text.size()));
   return line;
+}
+
+void removeWorkFolder() {
+  run_cmd("rm -rf %@", {paths::converterFolder});
 }
 
 }  // namespace
@@ -84,14 +87,6 @@ std::string flexPatchKey(std::string_view title) {
   }
   return withoutBlanks(title.substr(at));
 }
-
-namespace {
-
-void removeWorkFolder() {
-  run_cmd("rm -rf %@", {paths::converterFolder});
-}
-
-}  // namespace
 
 std::vector<std::string> harvestFlexMenu() {
   removeWorkFolder();

@@ -12,9 +12,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <numeric>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 namespace {

@@ -49,7 +49,7 @@ TEST_F(Notifications, StopWhenTheObserverIsRemovedOrDestroyed) {
   observe(&first, "removed");
   observe(&second, "stays");
   shortLived.reset();
-  center.removeObserver(&first, name);
+  center.removeObserver(&first);
   center.postNotificationName(name, nullptr);
   EXPECT_THAT(heard, ElementsAre("stays"));
 }

@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -37,6 +36,12 @@ long widestColumns(std::string_view line) {
     }
   }
   return columns;
+}
+
+RunningLog::FileState stateOf(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return {};
+  return {static_cast<long>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 }  // namespace
@@ -149,21 +154,6 @@ void LogView::hideCarets() {
   }
 }
 
-namespace {
-
-// Changes whenever the file does.
-std::string stateOf(const std::string& path) {
-  struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return {};
-  std::string state;
-  for (const auto number : {static_cast<long>(status.st_ino), static_cast<long>(status.st_size),
-                            static_cast<long>(status.st_mtim.tv_sec), status.st_mtim.tv_nsec})
-    state += std::to_string(number) + " ";
-  return state;
-}
-
-}  // namespace
-
 RunningLog::RunningLog(QWidget& log) : QWidget(log.parentWidget()), log_(log) {
   setObjectName(QStringLiteral("runningLog"));
   setLayoutDirection(Qt::LeftToRight);
@@ -185,8 +175,7 @@ void RunningLog::start(const std::string& path) {
 
 void RunningLog::follow(const std::string& path) {
   path_ = path;
-  oldState_.clear();
-  state_.clear();
+  oldState_ = state_ = {};
 }
 
 void RunningLog::stop() {
@@ -200,9 +189,9 @@ void RunningLog::timerEvent(QTimerEvent*) {
 }
 
 void RunningLog::look() {
-  std::string now = stateOf(path_);
+  const FileState now = stateOf(path_);
   if (now == state_ || now == oldState_) return;
-  state_ = std::move(now);
+  state_ = now;
   end_.clear();
   const Descriptor file = openRegularFile(path_);
   if (!file) return;

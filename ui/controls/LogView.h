@@ -4,6 +4,7 @@
 #include "build/BuildProblem.h"
 #include "ui/controls/TextView.h"
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -55,6 +56,9 @@ class RunningLog : public QWidget {
   Q_OBJECT
 
  public:
+  // Changes whenever the file does.
+  using FileState = std::array<long, 4>;
+
   // Lies over `log`, whose parent owns it. Hidden.
   explicit RunningLog(QWidget& log);
 
@@ -76,7 +80,7 @@ class RunningLog : public QWidget {
   QBasicTimer timer_;
   QElapsedTimer elapsed_;
   std::string path_;
-  std::string state_;     // of the file when it was looked at, to tell whether it has changed
-  std::string oldState_;  // of the earlier build's
+  FileState state_{};     // of the file when it was looked at
+  FileState oldState_{};  // of the earlier build's
   std::string end_;       // the last part of the file, in whole lines
 };

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>

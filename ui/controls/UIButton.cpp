@@ -2,7 +2,6 @@
 
 #include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
-#include "ui/controls/Looks.h"
 
 #include <algorithm>
 

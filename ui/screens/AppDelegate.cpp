@@ -5,7 +5,6 @@
 #include "core/run_cmd.h"
 #include "platform/EventLoop.h"
 #include "platform/HostOpener.h"
-#include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "ui/Localized.h"
 #include "ui/dialogs/Dialogs.h"
@@ -14,13 +13,32 @@
 #include <cstdio>
 #include <cstdlib>
 #include <sys/socket.h>
-#include <utility>
 
 #include <QSocketNotifier>
 
 namespace {
+
 // make removes its half-written targets when it is asked to end; this is the time it has for that.
 constexpr int graceMilliseconds = 2000;
+
+// What follows filza:// is a path, in which #, ? and % are letters like others.
+QUrl urlOf(const std::string& address) {
+  constexpr std::string_view folderScheme = "filza://";
+  if (!address.starts_with(folderScheme)) return QUrl(QString::fromStdString(address));
+  const QByteArray path = QByteArray::fromStdString(address.substr(folderScheme.size()));
+  return QUrl::fromEncoded(folderScheme.data() + path.toPercentEncoding("/!$&'()*+,;=:@"));
+}
+
+void takeMessage(QSocketNotifier& messages) {
+  char message[window::longestMessage];
+  const ssize_t got = recv(window::applicationDescriptor, message, sizeof message, MSG_DONTWAIT);
+  if (got == 0) messages.setEnabled(false);
+  if (got <= 0) return;
+  const QByteArray rest(message + 1, got - 1);
+  if (message[0] == window::comeForward) UIScreen::mainScreen()->comeForward(rest);
+  if (message[0] == window::wasAt) UIScreen::mainScreen()->restoreGeometry(rest);
+}
+
 }  // namespace
 
 std::unique_ptr<AppDelegate> makeAppDelegate() {
@@ -41,35 +59,9 @@ void endCommandsWithApplication() {
                    }));
 }
 
-namespace {
-
-// What follows filza:// is a path, in which #, ? and % are letters like others.
-QUrl urlOf(const std::string& address) {
-  constexpr std::string_view folderScheme = "filza://";
-  if (!address.starts_with(folderScheme)) return QUrl(QString::fromStdString(address));
-  const QByteArray path = QByteArray::fromStdString(address.substr(folderScheme.size()));
-  return QUrl::fromEncoded(folderScheme.data() + path.toPercentEncoding("/!$&'()*+,;=:@"));
-}
-
-}  // namespace
-
 void openAddress(const std::string& address, std::function<void(bool)> completion) {
   UIApplication::sharedApplication()->openURL(urlOf(address), {}, std::move(completion));
 }
-
-namespace {
-
-void takeMessage(QSocketNotifier& messages) {
-  char message[window::longestMessage];
-  const ssize_t got = recv(window::applicationDescriptor, message, sizeof message, MSG_DONTWAIT);
-  if (got == 0) messages.setEnabled(false);
-  if (got <= 0) return;
-  const QByteArray rest(message + 1, got - 1);
-  if (message[0] == window::comeForward) UIScreen::mainScreen()->comeForward(rest);
-  if (message[0] == window::wasAt) UIScreen::mainScreen()->restoreGeometry(rest);
-}
-
-}  // namespace
 
 void followLauncher() {
   if (!takeLauncherSocket(window::applicationDescriptor)) return;
