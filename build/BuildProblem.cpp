@@ -45,12 +45,6 @@ std::optional<int> takeNumber(string_view& text) {
   return number;
 }
 
-string_view trimmed(string_view text) {
-  const size_t begin = text.find_first_not_of(" \t\r");
-  if (begin == string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1);
-}
-
 struct Place {
   string_view file;
   int line = 0;

@@ -95,12 +95,6 @@ void appendEscaped(std::string& literal, std::string_view bytes) {
 
 }  // namespace
 
-std::string_view trimmed(std::string_view text, std::string_view unwanted) {
-  const std::size_t first = text.find_first_not_of(unwanted);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(unwanted) - first + 1);
-}
-
 std::string menuName(std::string_view name) {
   // The import removes this word from the menu, but not if it has a blank inside; the key loses the blank
   // again.

@@ -4,9 +4,6 @@
 #include <string>
 #include <string_view>
 
-// `text` without characters of `unwanted` at its ends.
-std::string_view trimmed(std::string_view text, std::string_view unwanted = " \t\r\n");
-
 // A patch's name for the menu. The menu's entry goes into command lines and file names, so letters, digits,
 // blanks, "-_.,+" and characters outside ASCII are kept, and everything else becomes a blank. Never empty,
 // short enough for a file name, without blanks at its ends.

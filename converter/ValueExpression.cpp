@@ -61,8 +61,7 @@ std::optional<double> realOf(std::string_view text) {
 std::optional<Number> numberOf(const std::string& text) {
   const std::string plain = plainNumber(text);
   std::string lower = plain;
-  std::transform(plain.begin(), plain.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  std::transform(plain.begin(), plain.end(), lower.begin(), folded);
   if (known::isAmong("yes y true on enabled نعم", lower)) return true;
   if (known::isAmong("no n false off disabled لا", lower)) return false;
   if (const auto whole = wholeOf(plain)) return *whole;

@@ -124,6 +124,12 @@ std::string withoutSequences(std::string_view text) {
   return result;
 }
 
+std::string_view trimmed(std::string_view text, std::string_view unwanted) {
+  const std::size_t first = text.find_first_not_of(unwanted);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(unwanted) - first + 1);
+}
+
 std::string withoutBlanks(std::string_view typed) {
   return replaceAll(typed, " ", "");
 }

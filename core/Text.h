@@ -34,6 +34,14 @@ inline bool startsCharacter(char byte) {
 // clean-up of a build's log leaves of them.
 std::string withoutSequences(std::string_view text);
 
+// `text` without characters of `unwanted` at its ends.
+std::string_view trimmed(std::string_view text, std::string_view unwanted = " \t\r\n");
+
+// `byte`, a capital letter of ASCII as the small one.
+constexpr char folded(char byte) {
+  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
 // A name as typed, without its blanks; nothing else is changed.
 [[nodiscard]] std::string withoutBlanks(std::string_view typed);
 

@@ -3,6 +3,7 @@
 #include "core/Process.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <exception>
 #include <mutex>
@@ -150,26 +151,20 @@ void dispatch_wait_for_global_queues() {
 }
 
 void performSelectorAfterDelay(QObject* target, std::function<void()> selector, double seconds) {
-  auto* call = new QTimer(target);
+  auto* const call = new QObject(target);
   call->setObjectName(delayedCall);
-  call->setSingleShot(true);
-  call->setTimerType(Qt::PreciseTimer);
-  QObject::connect(call, &QTimer::timeout, target,
-                   atEventBoundary([call, selector = std::move(selector)]() mutable {
-                     // The selector may destroy the target, and the call with it.
-                     const std::function<void()> made = std::move(selector);
-                     call->deleteLater();
-                     made();
-                   }));
-  call->start(static_cast<int>(std::lround(std::max(seconds, 0.0) * 1000.0)));
+  const auto delay = std::chrono::milliseconds(std::lround(std::max(seconds, 0.0) * 1000.0));
+  QTimer::singleShot(delay, Qt::PreciseTimer, call,
+                     atEventBoundary([call, selector = std::move(selector)]() mutable {
+                       // The selector may destroy the target, and the call with it.
+                       const std::function<void()> made = std::move(selector);
+                       call->deleteLater();
+                       made();
+                     }));
 }
 
 void cancelPreviousPerformRequests(QObject* target) {
-  const auto calls = target->findChildren<QTimer*>(delayedCall, Qt::FindDirectChildrenOnly);
-  for (QTimer* call : calls) {
-    call->stop();
-    call->deleteLater();
-  }
+  qDeleteAll(target->findChildren<QObject*>(delayedCall, Qt::FindDirectChildrenOnly));
 }
 
 void autorelease(std::shared_ptr<void> object) {

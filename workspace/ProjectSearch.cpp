@@ -48,10 +48,6 @@ void addFiles(const std::string& path, const std::string& prefix, int depth,
   for (const std::string& name : below) addFiles(path + "/" + name, prefix + name + "/", depth + 1, files);
 }
 
-char folded(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 // How much a letter of `path` counts where it is matched: more where a word begins, most in the file's name.
 int worthAt(std::string_view path, std::size_t at, std::size_t nameBegin) {
   int worth = at >= nameBegin ? 3 : 1;

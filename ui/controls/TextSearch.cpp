@@ -1,14 +1,12 @@
 #include "ui/controls/TextSearch.h"
 
+#include "core/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
 
 namespace {
-
-constexpr unsigned char folded(char byte) {
-  return static_cast<unsigned char>(byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte);
-}
 
 // Boyer and Moore's search as Horspool simplified it: most bytes of a huge log are never looked at. Returns
 // how many bytes lie between `begin` and the match. Goes either way, as its iterators do.
@@ -17,16 +15,17 @@ std::optional<std::size_t> distanceToWord(Iterator begin, Iterator end, std::str
   const std::size_t last = word.size() - 1;
   std::array<std::size_t, 256> shift;
   shift.fill(word.size());
-  for (std::size_t place = 0; place < last; ++place) shift[folded(word[place])] = last - place;
+  const auto index = [](char byte) { return static_cast<unsigned char>(folded(byte)); };
+  for (std::size_t place = 0; place < last; ++place) shift[index(word[place])] = last - place;
   const auto length = static_cast<std::size_t>(end - begin);
   for (std::size_t at = 0; at + last < length;) {
-    const unsigned char under = folded(begin[static_cast<std::ptrdiff_t>(at + last)]);
+    const char under = folded(begin[static_cast<std::ptrdiff_t>(at + last)]);
     if (under == folded(word[last]) &&
         std::equal(word.begin(), word.end(), begin + static_cast<std::ptrdiff_t>(at),
                    [](char ours, char theirs) { return folded(ours) == folded(theirs); })) {
       return at;
     }
-    at += shift[under];
+    at += shift[index(under)];
   }
   return std::nullopt;
 }
