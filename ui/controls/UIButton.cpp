@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int knobInset = 3;
+
 // The ground of a state, lighter or darker than the layer's own; a bare button gets a faint one.
 QColor stated(const QColor& own, int lighter) {
   if (!own.isValid()) return QColor(255, 255, 255, lighter);
@@ -118,6 +120,21 @@ void UIButton::paintEvent(QPaintEvent*) {
   painter.setPen(palette().color(QPalette::Active, QPalette::ButtonText));
   const QRect inside = rect().adjusted(metrics::buttonPadding / 2, 0, -metrics::buttonPadding / 2, 0);
   painter.drawText(inside, Qt::AlignCenter, fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()));
+}
+
+void UISwitch::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setOpacity(isDimmed(*this) ? 0.4 : 1);
+  const qreal radius = height() / 2.0;
+  Layer groove{radius, 0,
+               isChecked() ? palette().color(QPalette::Active, QPalette::Highlight) : colours::switchOff};
+  drawLayer(painter, rect(), groove, groove.backgroundColor);
+  if (showsFocus(*this)) drawFocusRing(painter, rect(), radius);
+  const int size = height() - 2 * knobInset;
+  const bool atRight = isChecked() != isRightToLeft();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colours::switchKnob);
+  painter.drawEllipse(atRight ? width() - size - knobInset : knobInset, knobInset, size, size);
 }
 
 void addShortcut(UIButton& button, const QKeySequence& keys) {

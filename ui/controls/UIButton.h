@@ -1,4 +1,4 @@
-// The screens' push button: a caption or a picture on a layer, with its states.
+// The screens' push button, a caption or a picture on a layer with its states, and the on-off switch.
 #pragma once
 
 #include "platform/EventLoop.h"
@@ -7,6 +7,7 @@
 
 #include <utility>
 
+#include <QCheckBox>
 #include <QKeySequence>
 #include <QPixmap>
 #include <QPushButton>
@@ -67,3 +68,20 @@ void addShortcut(UIButton& button, const QKeySequence& keys);
 
 // Only names the keys, which the screen handles itself.
 void nameShortcut(UIButton& button, const QKeySequence& keys);
+
+// A check box drawn as a knob that slides in a groove.
+class UISwitch : public QCheckBox {
+  Q_OBJECT
+
+ public:
+  using QCheckBox::QCheckBox;
+
+  bool isOn() const { return isChecked(); }
+
+  QSize sizeHint() const override { return {metrics::switchWidth, metrics::switchHeight}; }
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  bool hitButton(const QPoint& position) const override { return rect().contains(position); }
+};
