@@ -1,7 +1,7 @@
 // What the history costs while nothing changes: 20 projects with 100 files each. Needs no device; exit status
 // 0 when it takes at most 10 ms.
 #include "bench/SideBySide.h"
-#include "device/folder/HistoryCopy.h"
+#include "device/folder/HistoryFolder.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,9 +1,8 @@
-#include "device/folder/HistoryCopy.h"
-
 #include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/HistoryFolder.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -210,54 +209,6 @@ Walk walk(const KeptFolders& folders, int history, const Record& last) {
   return std::move(walker.result);
 }
 
-// Programs of the host's that work on the history, in a sandbox that has nothing else but, read-only, the
-// folders to copy: no link that a build plants leads anywhere.
-class Sandboxed {
- public:
-  Sandboxed(const HistoryTools& tools, int history) : tools_(tools), history_(history) {}
-
-  // Shows the folders, which stay open meanwhile.
-  void show(const KeptFolders& folders) {
-    for (const Kept kind : allKept) {
-      const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
-      if (!folder) continue;
-      shown_.insert(shown_.end(), {"--ro-bind-fd", std::to_string(folder.get()),
-                                   std::string("/from/") + folderInHistory(kind)});
-      passed_.push_back(folder.get());
-    }
-  }
-
-  // Returns the exit status as runToEnd() does, and hands on what comes on standard output; `take` ends the
-  // program by false. `capability` is what the program has over the device user's own files.
-  int run(const char* capability, const std::vector<std::string>& command, const std::string& input = {},
-          const std::function<bool(std::string_view)>& take = {}, std::chrono::seconds limit = longestCopy) {
-    std::istringstream fixed(
-        "--unshare-all --unshare-user --die-with-parent --new-session --clearenv --ro-bind /usr /usr "
-        "--symlink usr/lib /lib --symlink usr/lib64 /lib64 --dev /dev --dir /from --cap-drop ALL --cap-add");
-    std::vector<std::string> words{tools_.bubblewrap.string()};
-    words.insert(words.end(), std::istream_iterator<std::string>(fixed), {});
-    words.insert(words.end(), {capability, "--ro-bind-try", tools_.rsync.string(), "/rsync"});
-    words.insert(words.end(), shown_.begin(), shown_.end());
-    words.insert(words.end(),
-                 {"--bind-fd", std::to_string(history_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
-    words.insert(words.end(), command.begin(), command.end());
-    const Descriptor list = inMemory(input);
-    ProcessStart start{words, std::vector<std::string>(), list.get()};
-    start.passed = passed_;
-    start.passed.push_back(history_);
-    start.endsBy = SIGKILL;
-    return runToEnd(start, limit, [&](int stream, std::string_view piece) {
-      return stream != STDOUT_FILENO || !take || take(piece);
-    });
-  }
-
- private:
-  const HistoryTools& tools_;
-  int history_;
-  std::vector<std::string> shown_;
-  std::vector<int> passed_{};
-};
-
 Record readRecord(int history) {
   const std::string text = readBeneath(history, stateFile, largestState).value_or("");
   const auto end = std::min(text.find('\n'), text.size());
@@ -335,8 +286,7 @@ class Copying {
 
   void partMoved() const {
     const Descriptor lock = locked();
-    if (!lock) return;
-    if (tools_.rsync.empty()) return;
+    if (!lock || tools_.rsync.empty()) return;
     for (const auto& when : history_.moved()) {
       sweep();
       const std::string entry = std::string(asideFolder) + "/" + when;
@@ -346,9 +296,7 @@ class Copying {
       if (!hasRoomFor(size) || mkdirat(folder_, beingParted, 0700) != 0) continue;
       std::vector<std::string> command(copying.begin(), copying.end());
       command.insert(command.end(), {entry + "/", std::string(beingParted) + "/"});
-      if (Sandboxed(tools_, folder_).run("CAP_DAC_READ_SEARCH", command, {}, {}, patienceFor(size, 0)) == 0) {
-        history_.part(when, beingParted);
-      }
+      if (run("CAP_DAC_READ_SEARCH", command, patienceFor(size, 0)) == 0) history_.part(when, beingParted);
       sweep();
     }
   }
@@ -369,6 +317,37 @@ class Copying {
       walked.items.erase(largest);
     }
     return isAll;
+  }
+
+  // Runs a program of the host's in a sandbox that has nothing but the history and, read-only, the folders to
+  // copy: no link that a build plants leads anywhere. `capability` is what it has over the device user's own
+  // files. Returns as runToEnd().
+  int run(const char* capability, const std::vector<std::string>& command,
+          std::chrono::seconds limit = longestCopy, const TakeOutput& take = {},
+          const KeptFolders& shown = {}, const std::string& input = {}) const {
+    std::istringstream fixed(
+        "--unshare-all --unshare-user --die-with-parent --new-session --clearenv --ro-bind /usr /usr "
+        "--symlink usr/lib /lib --symlink usr/lib64 /lib64 --dev /dev --dir /from --cap-drop ALL --cap-add");
+    const Descriptor list = inMemory(input);
+    ProcessStart start{{tools_.bubblewrap.string()}, std::vector<std::string>(), list.get()};
+    start.passed = {folder_};
+    start.endsBy = SIGKILL;
+    const auto add = [&](std::initializer_list<std::string> words) {
+      start.words.insert(start.words.end(), words);
+    };
+    start.words.insert(start.words.end(), std::istream_iterator<std::string>(fixed), {});
+    add({capability, "--ro-bind-try", tools_.rsync.string(), "/rsync"});
+    for (const Kept kind : allKept) {
+      const int folder = shown[static_cast<std::size_t>(kind)].get();
+      if (folder < 0) continue;
+      add({"--ro-bind-fd", std::to_string(folder), std::string("/from/") + folderInHistory(kind)});
+      start.passed.push_back(folder);
+    }
+    add({"--bind-fd", std::to_string(folder_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
+    start.words.insert(start.words.end(), command.begin(), command.end());
+    return runToEnd(start, limit, [&](int stream, std::string_view piece) {
+      return stream != STDOUT_FILENO || !take || take(stream, piece);
+    });
   }
 
   Descriptor locked() const {
@@ -408,11 +387,10 @@ class Copying {
 
   unsigned long long measure(const std::string& path = ".") const {
     std::string said;
-    Sandboxed(tools_, folder_)
-        .run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", path}, {}, [&](std::string_view piece) {
-          said += piece;
-          return said.size() < 4096;
-        });
+    run("CAP_DAC_READ_SEARCH", {"/usr/bin/du", "-sB1", path}, longestCopy, [&](int, std::string_view piece) {
+      said += piece;
+      return said.size() < 4096;
+    });
     return std::strtoull(said.c_str(), nullptr, 10);
   }
 
@@ -439,11 +417,9 @@ class Copying {
     command.insert(command.end(), {"/from/", std::string("/to/") + beingMade + "/"});
     std::string list;
     for (const auto& item : walked.items) list.append(item.path).push_back('\0');
-    Sandboxed sandbox(tools_, folder_);
-    sandbox.show(folders);
     unsigned long long bytes = 0;
     std::string lines;
-    const auto take = [&](std::string_view piece) {
+    const auto take = [&](int, std::string_view piece) {
       lines += piece;
       std::size_t done = 0;
       for (std::size_t end = 0; (end = lines.find('\n', done)) != std::string::npos; done = end + 1)
@@ -451,7 +427,7 @@ class Copying {
       lines.erase(0, done);
       return bytes <= room_;
     };
-    const int status = sandbox.run("CAP_DAC_READ_SEARCH", command, list, take, limit);
+    const int status = run("CAP_DAC_READ_SEARCH", command, limit, take, folders, list);
     return bytes > room_ ? tooMuch : status;
   }
 
@@ -474,7 +450,7 @@ class Copying {
     for (const auto& name : namesInOrNone(folder_)) {
       if (name == beingMade || name.starts_with(beingDropped)) command.push_back(name);
     }
-    if (command.size() > 3) Sandboxed(tools_, folder_).run("CAP_DAC_OVERRIDE", command);
+    if (command.size() > 3) run("CAP_DAC_OVERRIDE", command);
   }
 
   void thinOut() const {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "device/Process.h"
-#include "device/folder/HistoryCopy.h"
+#include "device/folder/HistoryFolder.h"
 
 // Copies at the start, at most a minute after something changed, when the application asks for it, and once
 // more after the object's end or the launcher's, whichever comes first: that copy nobody waits for, and it

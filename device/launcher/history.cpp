@@ -4,7 +4,7 @@
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
-#include "device/folder/HistoryCopy.h"
+#include "device/folder/HistoryFolder.h"
 #include "device/launcher/Commands.h"
 
 #include <algorithm>

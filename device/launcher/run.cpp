@@ -5,7 +5,7 @@
 #include "device/folder/SuppliedFiles.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
-#include "device/sandbox/Stage.h"
+#include "device/sandbox/Account.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
 #include "device/session/SingleWindow.h"

@@ -1,5 +1,7 @@
 // path, import, export and send; what they share with restore.
 
+#include "device/transfer/Transfer.h"
+
 #include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
@@ -7,7 +9,6 @@
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/Packages.h"
 #include "device/launcher/Commands.h"
-#include "device/transfer/Send.h"
 
 #include <algorithm>
 #include <grp.h>

@@ -1,8 +1,7 @@
-#include "device/opener/OpenableAddress.h"
-
 #include "core/LauncherContract.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/opener/Opener.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,11 +1,14 @@
-// Whom the device runs as: never root.
+// Whom the device runs as, which is never root, and what root shows that user.
 #pragma once
 
+#include "core/Descriptor.h"
 #include "device/sandbox/Environment.h"
 
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <sys/types.h>
+#include <vector>
 
 struct Account {
   uid_t user;
@@ -63,4 +66,35 @@ class RightsAfterwards {
 
  private:
   Rights rights_;
+};
+
+// Only for root, once in a process, before it becomes the device's user. The folders that lie in closed
+// folders (such as root's home) are shown under a path that everyone can reach, in a mount namespace of this
+// process, so that nobody else sees a difference.
+class Stage {
+ public:
+  // Enters the mount namespace; throws Refusal.
+  Stage();
+
+  // Will show `source` (a folder or a socket). Returns where, once mount() has run.
+  std::filesystem::path add(const std::filesystem::path& source, const std::string& name);
+
+  // As add() for a folder of Tweakbench's own files: what others may not read in it, a strict umask being the
+  // usual cause, is shown as a readable copy.
+  std::filesystem::path addReadable(const std::filesystem::path& source, const std::string& name);
+
+  // Mounts everything that was added.
+  void mount();
+
+ private:
+  struct Entry {
+    Descriptor source;
+    std::filesystem::path target;
+    // Empty, or what to copy instead of mounting.
+    std::filesystem::path copied;
+    bool isFolder;
+  };
+  void addEntry(const std::filesystem::path& source, const std::filesystem::path& target);
+
+  std::vector<Entry> entries_;
 };

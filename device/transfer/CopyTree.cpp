@@ -1,8 +1,7 @@
-#include "device/transfer/CopyTree.h"
-
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
+#include "device/transfer/Transfer.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,10 +1,9 @@
-#include "device/transfer/Send.h"
-
 #include "device/Process.h"
 #include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
+#include "device/transfer/Transfer.h"
 
 #include <algorithm>
 #include <fcntl.h>

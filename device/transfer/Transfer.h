@@ -1,12 +1,46 @@
-// Projects on their way between the host and the device.
+// Projects on their way between the host and the device, and packages on their way to a phone.
 #pragma once
 
-#include "device/transfer/CopyTree.h"
+#include "device/sandbox/Account.h"
 
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
+
+// One end of a copy. Entries below `folder` are opened without following links, so hostile programs may
+// change either end meanwhile.
+struct CopyEnd {
+  int folder;
+  Rights rights;
+};
+
+enum class CopiedLinks {
+  All,
+  // Only those that do not lead out of the copied folder, whatever the rest of it looks like.
+  Inside,
+};
+
+struct CopyRules {
+  CopiedLinks links = CopiedLinks::All;
+  // Taken from the modes of what is made: 0755 for folders and programs, 0644 for other files.
+  mode_t umask = 022;
+  // Called for each entry; if it throws, the copy ends.
+  std::function<void()> pause;
+  // What cannot be opened, or is too deep.
+  enum class Unreadable { Refused, LeftOut };
+  Unreadable unreadable = Unreadable::Refused;
+};
+
+// Copies what is in `source` into `target`, which is empty: files with their holes and times, folders, links
+// as links. Returns the paths of what was left out: links that the rules do not take, and what is neither
+// file, folder nor link. Throws Refusal at the first entry that cannot be read or written, with half of it
+// copied; nothing of `source` is changed, and nothing of `target` replaced.
+std::vector<std::string> copyTree(const CopyEnd& source, const CopyEnd& target, const CopyRules& rules);
+
+// Whether a link with this target, `depth` folders below the top, stays below the top. Parent folders may
+// only be named first: behind a name that is a link itself they would lead somewhere else than they seem to.
+bool staysInside(const std::string& target, int depth);
 
 // What both directions need. The device may be in use meanwhile: a copy appears in one step, and a failure
 // leaves nothing.
@@ -57,3 +91,32 @@ Transferred copyBack(const Transfer& transfer, int source, const std::filesystem
 // copy's "packages", unless the project has such a folder of its own. Throws Refusal.
 Transferred exportProject(const Transfer& transfer, const std::string& name,
                           const std::filesystem::path& target);
+
+struct Phone {
+  std::string user;
+  // As ssh takes it: a name, an address without brackets, or an alias of the user's configuration.
+  std::string host;
+  // Empty for the one that ssh takes by itself.
+  std::string port;
+};
+
+// `typed` is [USER@]HOST or empty; what is missing comes from THEOS_DEVICE_IP, THEOS_DEVICE_PORT and
+// THEOS_DEVICE_USER, the user else is root. Throws Refusal, also for what ssh or a shell would take for
+// something else.
+Phone phoneFor(const std::string& typed, const Environment& caller);
+
+// Exit statuses of "send" besides 0.
+enum SendStatus {
+  NothingToSend = 1,
+  Unreachable = 2,
+  LoginRefused = 3,
+  NotCopiedToPhone = 4,
+  NotInstalled = 5
+};
+
+// Copies the newest package of `project` to the phone and has dpkg install it there, through sudo unless the
+// user is root. Says on standard error what it does and what went wrong; what dpkg prints goes where ssh puts
+// it. Returns 0 or a SendStatus; throws Refusal where there is no such project or package, or no ssh, and
+// Interrupted.
+int sendPackage(const Transfer& transfer, const std::string& project, const Phone& phone,
+                const Environment& caller);

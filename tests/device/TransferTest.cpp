@@ -2,7 +2,6 @@
 #include "device/Process.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
-#include "device/transfer/Send.h"
 #include "device/transfer/Transfer.h"
 #include "support/Cases.h"
 #include "support/RefusalOf.h"
