@@ -246,7 +246,7 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
                              " in Theos's folder cannot be read by the device's user; run \"chmod -R "
                              "a+rX\" on that folder."));
   }
-  // A folder that is not whole is told once, not again for what is missing in it.
+  // An incomplete folder is reported once, not again for what is missing in it.
   string told = "-";
   for (const auto& check : theosEntries) {
     const string path = check.path;
@@ -375,7 +375,7 @@ void addLastBuild(const Facts& facts, std::vector<Finding>& findings) {
 }
 
 // What to do where a stage of the trial failed for no better known reason. The project is Tweakbench's own,
-// so that the reason lies in Theos or on the host.
+// so the reason is in Theos or on the host.
 struct StageRemedy {
   // The beginning of Theos's words for it; "" is before the first.
   string_view stage;

@@ -91,7 +91,7 @@ struct Facts {
   std::optional<Trial> trial;
   bool isQuick = false;
 
-  // The end of the last build's log; absent where there is none or it is no plain file.
+  // The end of the last build's log; absent if there is none or it is not a plain file.
   std::optional<std::string> buildLog;
   // Whether the log is longer and its beginning is missing.
   bool buildLogCut = false;
@@ -101,7 +101,7 @@ struct Facts {
 // the fields. Skips lines that the probe cannot have printed.
 DeviceFacts readProbe(std::string_view output);
 
-// One finding for each check, in the order in which they are best mended. The last one is the trial's.
+// One finding for each check, in the order in which to fix them. The last one is the trial's.
 std::vector<Finding> findingsFor(const Facts& facts);
 
 bool canBuild(const std::vector<Finding>& findings);

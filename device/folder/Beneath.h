@@ -25,8 +25,8 @@ bool exists(int folder, const std::string& name);
 // A regular file, opened for reading; empty for anything else.
 Descriptor openPlainFile(int folder, const std::filesystem::path& path);
 
-// The content of a regular file; absent for anything else. A file longer than `limit` bytes counts as absent
-// or gives its last `limit` bytes.
+// The content of a regular file; absent for anything else. Of a file longer than `limit` bytes `longer`
+// decides: absent, or its last `limit` bytes.
 enum class LongFile { Absent, End };
 std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit,
                                        LongFile longer = LongFile::Absent);

@@ -31,7 +31,7 @@ Descriptor openOrMakeFolder(const std::filesystem::path& path);
 Descriptor openDevice(Caller& caller);
 
 // Opens DEVICE/var for copying in and out, whether or not a launcher uses the device at the time, and makes
-// it where missing. To be used as the device's user. Throws Refusal, also where the folder is no device.
+// it where missing. To be used as the device's user. Throws Refusal, also if the folder is not a device.
 Descriptor openVar(int folder, const std::filesystem::path& name);
 
 struct DeviceContents {

@@ -376,7 +376,7 @@ class Copying {
         return entry.isSetAside && entry.when == older;
       });
       const std::string least = leastMissed(entries);
-      // One alone that is too large, such as a project that was set aside, is no reason to keep no copy.
+      // A single entry that is too large, such as a set-aside project, does not stop the copy.
       if (least.empty() || !drop(least)) break;
       usage = measure();
     }

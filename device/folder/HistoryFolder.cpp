@@ -40,7 +40,7 @@ std::string nameAt(std::time_t time) {
   return formatted(nameFormat, gmtime_r(&time, &parts));
 }
 
-// Whether a shell takes the name as one word, and as it stands.
+// Whether the name is one word to a shell, unchanged.
 bool isPlain(const std::string& name) {
   return !name.empty() && name.size() <= 255 && name != "." && name != ".." &&
          isMadeOf(name, "._+-@,:", true);

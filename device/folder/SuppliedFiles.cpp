@@ -18,7 +18,7 @@ const std::string hostPrograms = "/.host/usr/bin/";
 // Far above what is shipped; a file of the device may be anything.
 constexpr std::size_t largestShipped = 64 << 20;
 
-// A build may have filled the disk or put a folder in the way, which is no reason not to start.
+// A build may have filled the disk or put a folder in the way; the start goes on.
 bool put(int folder, const std::string& name, const std::string& content, mode_t mode) {
   if (writeAtomically(folder, name, content, mode)) return true;
   std::cerr << "tweakbench: The file " << name

@@ -46,11 +46,11 @@ struct StartOrder {
   std::int32_t value;
 };
 
-// How the starter is told whether it puts the filter on.
+// The starter's argument that says whether to put the filter on.
 inline constexpr const char* filteredStart = "filtered";
 inline constexpr const char* unfilteredStart = "unfiltered";
 
-// How the starter is told which streams the program gets.
+// The starter's argument that says which streams the program gets.
 inline constexpr const char* plainStreams = "plain";
 inline constexpr const char* terminalInForeground = "foreground";
 inline constexpr const char* terminalInBackground = "background";

@@ -102,7 +102,7 @@ void refuseSteeringOthers(scmp_filter_ctx filter) {
 }
 
 // Whoever opens a file with a lease waits for its holder, by default 45 seconds: the application's window
-// would stand still, and the history would not get on.
+// would freeze, and so would the history.
 void refuseLeases(scmp_filter_ctx filter) {
   constexpr scmp_datum_t setDelegation = F_SETLEASE + 16;  // F_SETDELEG, the same for folders
   for (scmp_datum_t command : {scmp_datum_t{F_SETLEASE}, setDelegation})
@@ -133,8 +133,8 @@ void refuseTerminalControls(scmp_filter_ctx filter) {
 void refuseNamespacesAndMounts(scmp_filter_ctx filter) {
   for (scmp_datum_t flag : {CLONE_NEWUSER, CLONE_NEWNS, CLONE_NEWPID, CLONE_NEWNET, CLONE_NEWIPC,
                             CLONE_NEWUTS, CLONE_NEWCGROUP, CLONE_NEWTIME}) {
-    // clone() carries the exit signal where the time namespace's flag lies, so that flag means unshare()
-    // only.
+    // clone() carries the exit signal in the bits of the time namespace's flag, so that flag means
+    // unshare() only.
     if (flag != CLONE_NEWTIME) refuseArgument(filter, EPERM, SCMP_SYS(clone), 0, flag, flag);
   }
   refuse(filter, EPERM,

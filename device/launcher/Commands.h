@@ -13,7 +13,7 @@
 // The launcher's own failures, apart from what programs commonly return.
 inline constexpr int launcherFailed = 125;
 
-// Throws Refusal where there is no device to look into, so that a command that only looks does not make one.
+// Throws Refusal if there is no device, so that a command that only reads does not make one.
 void requireDevice(const std::filesystem::path& device);
 
 // Opens the device for copying in and out. Who called sudo has only their own rights on either side, and a
@@ -23,8 +23,8 @@ Transfer openForCopying(const Options& options, mode_t callerUmask);
 // Says on standard error what a copy lacks, and why; nothing where it lacks nothing.
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut);
 
-// Says `sentence` on standard error. Where that is no terminal and the application was to be opened on a
-// display, as from a menu, also in a window, for which nothing waits.
+// Prints `sentence` on standard error. If that is not a terminal and the application was to be opened on a
+// display, as from a menu, also shows it in a window, without waiting for that.
 void complain(const Options& options, const std::string& sentence);
 
 // A program of a command's own to run in the device.

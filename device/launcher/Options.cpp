@@ -67,8 +67,8 @@ void takeExecute(Options& options, std::vector<std::string> words, const char*) 
   options.command = std::move(words);
 }
 
-// A command whose words are options and operands, told by its usage: a word in capitals is an operand, one in
-// brackets may be missing.
+// A command of options and operands. Its usage names them: a word in capitals is an operand, and one in
+// brackets is optional.
 void takeOperands(Options& options, std::vector<std::string> words, const char* usage) {
   CLI::App parser;
   parser.set_help_flag();

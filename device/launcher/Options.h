@@ -61,5 +61,5 @@ struct Options {
   std::string text;
 };
 
-// Throws Refusal for a command line that makes no sense.
+// Throws Refusal for a wrong command line.
 Options parseOptions(int count, const char* const* arguments);

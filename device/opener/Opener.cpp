@@ -138,7 +138,7 @@ void Opener::lookAfter(Started& started) {
   int status = 0;
   const pid_t ended = waitpid(started.process, &status, WNOHANG);
   const bool hasEnded = ended != 0;
-  // How it went cannot be told any more.
+  // Its exit status is gone.
   const bool isLost = ended < 0;
   if (hasEnded) started.process = -1;
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
@@ -206,7 +206,7 @@ void OpenerLog::add(const std::string& words) {
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
   std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S", localtime_r(&now, &parts));
-  // A line that is lost is no reason to stop opening.
+  // A lost line does not stop the opener.
   dprintf(file_.get(), "%s %s\n", time,
           lines_ > mostLines ? "Nothing more is noted in this run."
                              : visible(words.substr(0, longestLine)).c_str());

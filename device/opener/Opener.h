@@ -96,7 +96,7 @@ class Opener {
     int var;
     // DEVICE on the host, for paths that the user is shown.
     std::filesystem::path device;
-    // xdg-open or what stands in its place; empty where there is none.
+    // xdg-open; empty if there is none.
     std::filesystem::path program;
     // What the program is started with.
     Environment environment;
@@ -137,7 +137,7 @@ class Opener {
     pid_t process;
     Descriptor end;
     Asked asked;
-    // When it counts as successful, running or not.
+    // If it still runs then, it counts as successful.
     Clock::time_point answerBy;
     bool isAnswered;
   };

@@ -17,11 +17,11 @@ struct Account {
   std::filesystem::path home;
 };
 
-// The caller's own account. Started as root: who called sudo, if that is how.
-// Absent: root itself, and the device folder's owner has to tell.
+// The caller's own account; for root, that of the sudo caller. Absent for root itself: the owner of the
+// device's folder decides.
 std::optional<Account> callingAccount(const Environment& caller);
 
-// For root: the device folder's owner, or where root owns it, an ordinary number that no account has.
+// For root: the owner of the device's folder or, if that is root, a user number without an account.
 Account accountForFolderOf(uid_t owner, gid_t group, const Environment& caller);
 
 // Who started the launcher, and the device that the options mean.
@@ -29,8 +29,7 @@ struct Caller {
   explicit Caller(const Options& options);
 
   Environment environment;
-  // Whether `account` is the device's. If not, root itself started the launcher, and the owner of the
-  // device's folder tells.
+  // False if root itself started the launcher: openDevice() then settles the account by the folder's owner.
   bool isSettled;
   Account account;
   std::filesystem::path device;
@@ -56,7 +55,7 @@ class Rights {
   gid_t group_;
 };
 
-// Goes back to `rights` at the end of a scope, however that ends.
+// Restores `rights` at the end of a scope.
 class RightsAfterwards {
  public:
   explicit RightsAfterwards(const Rights& rights) : rights_(rights) {}
@@ -68,8 +67,8 @@ class RightsAfterwards {
   Rights rights_;
 };
 
-// Only for root, once in a process, before it becomes the device's user. The folders that lie in closed
-// folders (such as root's home) are shown under a path that everyone can reach, in a mount namespace of this
+// Only for root, once in a process, before it becomes the device's user. Folders below closed folders (such
+// as root's home) are shown under a path that everyone can reach, in a mount namespace of this
 // process, so that nobody else sees a difference.
 class Stage {
  public:

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// A small read-only file of the device's own: what lies in the open descriptor, at this path.
+// A small read-only file of the device: the contents of an open descriptor, shown at this path.
 struct DataFile {
   int content;
   std::string path;

@@ -13,7 +13,7 @@ using Environment = std::map<std::string, std::string, std::less<>>;
 
 Environment callerEnvironment();
 
-// Absent also where the variable is empty.
+// Absent also if the variable is empty.
 std::optional<std::string> lookUp(const Environment& environment, std::string_view name);
 
 // Where the device shows the session's bus, if it does.
@@ -30,7 +30,7 @@ std::string localeIdentifier(const Environment& caller);
 std::filesystem::path baseFolder(const Environment& caller, const char* name,
                                  const std::filesystem::path& otherwise);
 
-// Where the device lies when no --device is given.
+// The device's folder if no --device is given.
 std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home);
 
 // The folders that may hold Theos, best first. A given --theos is the only one.

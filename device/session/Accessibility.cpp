@@ -11,8 +11,8 @@ namespace {
 
 constexpr int busPatience = 3000;
 
-// Qt asks where the accessibility bus is and whether it is wanted. It cannot be told the address by a
-// variable alone: Qt 6.4 then connects and never signs in.
+// Qt asks where the accessibility bus is and whether it is wanted. A variable with the address is not
+// enough: Qt 6.4 then connects and never signs in.
 constexpr std::array allowedInSession{
     "--call=org.a11y.Bus=org.a11y.Bus.GetAddress@/org/a11y/bus",
     "--call=org.a11y.Bus=org.freedesktop.DBus.Properties.Get@/org/a11y/bus",

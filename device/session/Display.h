@@ -25,7 +25,7 @@ struct Display {
   std::string number;
 };
 
-// Throws Refusal where there is no display, or one that lies across the network.
+// Throws Refusal if there is no display, or only one across the network.
 Display findDisplay(const Environment& caller, WaylandSupport support);
 
 // Where the device shows the display's socket.

@@ -36,7 +36,7 @@ SystemLog::~SystemLog() {
 
 void SystemLog::passOn() {
   std::array<char, longestLogLine> line;
-  // Not for ever: whoever floods the log must not keep the launcher from what else it watches.
+  // Bounded, so that a flood of lines does not keep the launcher from everything else.
   for (int count = 0; count < mostLogLinesAtOnce; ++count) {
     const ssize_t got = recv(socket_.get(), line.data(), line.size(), 0);
     if (got <= 0) return;

@@ -18,7 +18,7 @@ class SystemLog {
 
   // The socket on the host, to be shown in the device; not needed any more once the device is set up.
   const std::string& path() const { return path_; }
-  // Becomes readable with every line; -1 where there is no log.
+  // Becomes readable with every line; -1 without a log.
   int descriptor() const { return socket_.get(); }
 
   // Writes what has come to syslog(3): the words alone, control characters made visible.

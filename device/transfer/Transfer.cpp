@@ -34,7 +34,7 @@ Descriptor openHostFolder(const fs::path& path) {
   return folder;
 }
 
-// What lies in the device is reached by descriptors only, and a path of the host would be a name.
+// The device's contents are reached by descriptors only, never by a path of the host.
 void requireOutside(int folder, const fs::path& path, const fs::path& device) {
   std::error_code error;
   const fs::path whole = fs::weakly_canonical(device, error);
@@ -118,14 +118,14 @@ Descriptor makeInDevice(const Transfer& transfer, const fs::path& folder) {
   return opened;
 }
 
-// The project's packages that lie outside it, as those of a copy that has none. Returns what is left out.
+// Adds the project's packages from outside it to a copy that has none. Returns what is left out.
 std::vector<std::string> addPackages(const Transfer& transfer, const std::string& name, int copy) {
   transfer.host.assume();
   if (exists(copy, ownPackages)) return {};
   transfer.inDevice.assume();
   const Descriptor from = openFolderBeneath(transfer.var.get(), fs::path(packagesFolder) / name);
   if (!from && errno == ENOENT) return {};
-  // A build may have put anything there, which is no reason to keep the project in.
+  // A build may have put anything there; the project goes out without it.
   if (!from) return {ownPackages};
   transfer.host.assume();
   if (mkdirat(copy, ownPackages, 0700) != 0) refuseWithError("The packages could not be written:");
@@ -140,7 +140,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
 }
 
 // Moves the packages of a project that comes in to where builds of the application put them: a failed build
-// would take those that lie in the project for its own. Packages of the same names that are there already
+// would take those in the project for its own. Packages of the same names that are there already
 // stay instead. Returns what is left out.
 std::vector<std::string> movePackages(const Transfer& transfer, const std::string& name, int from) {
   const fs::path path = fs::path(packagesFolder) / name;

@@ -86,8 +86,8 @@ Transferred copyBack(const Transfer& transfer, int source, const std::filesystem
                      const std::string& name);
 
 // Copies the project `name`, its packages included, into the folder `target` or, where there is none, under
-// that name into the folder above. Links that lead out of the project stay behind: on the host whoever reads
-// or writes through them would reach the user's own files. Packages that lie outside the project get into the
+// that name into the folder above. Links that lead out of the project stay behind: on the host, reading or
+// writing through them would reach the user's own files. Packages outside the project get into the
 // copy's "packages", unless the project has such a folder of its own. Throws Refusal.
 Transferred exportProject(const Transfer& transfer, const std::string& name,
                           const std::filesystem::path& target);
