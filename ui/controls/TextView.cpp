@@ -372,10 +372,23 @@ void TextView::contextMenuEvent(QContextMenuEvent* event) {
 
 void TextView::paintEvent(QPaintEvent* event) {
   QsciScintilla::paintEvent(event);
+  paintFocusRing(*viewport());
+}
+
+bool TextView::event(QEvent* event) {
+  const bool handled = QsciScintilla::event(event);
+  // The margin above the viewport has a part of the ring.
+  if (event->type() == QEvent::Paint) paintFocusRing(*this);
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) update();
+  return handled;
+}
+
+void TextView::paintFocusRing(QWidget& part) {
   // Where text is typed, the caret shows the focus.
   if (!isReadOnly() || !showsFocus(*this)) return;
-  QPainter painter(viewport());
-  drawFocusRing(painter, viewport()->rect(), 0);
+  QPainter painter(&part);
+  const QRect text = viewport()->geometry();
+  drawFocusRing(painter, text.adjusted(0, -text.top(), 0, 0).translated(-part.mapTo(this, QPoint())), 0);
 }
 
 void TextView::resizeEvent(QResizeEvent* event) {

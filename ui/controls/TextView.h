@@ -60,6 +60,7 @@ class TextView : public QsciScintilla {
   void contextMenuEvent(QContextMenuEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool viewportEvent(QEvent* event) override;
@@ -85,6 +86,7 @@ class TextView : public QsciScintilla {
   void hideControlCharacters(long begin, long end);
   void setWrapped(bool wrapped);
   void placeNote();
+  void paintFocusRing(QWidget& part);
   void selectFromTop();
   bool scrollByKey(const QKeyEvent& event);
   void touch(const QTouchEvent& event);
