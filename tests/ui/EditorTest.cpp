@@ -234,7 +234,11 @@ TEST_F(Editor, MarksMoveWithTheText) {
   waitToSee("unknown words");
   press(Qt::Key_Up);
   waitToMiss("unknown words");
-  text.setModified(false);
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_Delete);
+  for (int steps = 0; text.isModified() && steps < 4; ++steps) press(Qt::Key_Z, Qt::ControlModifier);
+  press(Qt::Key_F8);
+  EXPECT_EQ(caret(), 8U) << "undone, the marks are where they were";
   leaveEditor("Cancel");
 }
 

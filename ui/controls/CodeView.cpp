@@ -40,6 +40,8 @@ CodeView::CodeView(QWidget* parent) : TextView(parent) {
     const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
     if (std::exchange(caretLine_, line) != line) emit caretLineChanged();
   });
+  // A mark whose line was deleted has stayed beside another one.
+  connect(this, &QsciScintilla::SCN_SAVEPOINTREACHED, this, [this] { setProblems(problems_); });
   applyLooks();
 }
 
@@ -201,19 +203,20 @@ void CodeView::matchBrackets() {
 }
 
 void CodeView::setProblems(const std::vector<Problem>& problems) {
-  marks_.clear();
+  problems_ = problems;
+  handles_.assign(problems_.size(), -1);
   for (int kind = 0; kind < markKinds; ++kind) {
     send(SCI_MARKERDELETEALL, markerOf(static_cast<Problem::Kind>(kind)));
     send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
     send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
   }
   const long lines = send(SCI_GETLINECOUNT);
-  for (const Problem& problem : problems) {
-    marks_.push_back({-1, QString::fromStdString(problem.message)});
+  for (std::size_t index = 0; index < problems_.size(); ++index) {
+    const Problem& problem = problems_[index];
     if (problem.line < 1 || problem.line > lines) continue;
     const int kind = static_cast<int>(problem.kind);
     const long line = problem.line - 1;
-    marks_.back().handle = send(SCI_MARKERADD, line, markerOf(problem.kind));
+    handles_[index] = send(SCI_MARKERADD, line, markerOf(problem.kind));
     const long end = send(SCI_GETLINEENDPOSITION, line);
     const long at = send(SCI_POSITIONFROMLINE, line) + problem.column - 1;
     if (problem.column < 1 || at >= end) continue;
@@ -221,21 +224,21 @@ void CodeView::setProblems(const std::vector<Problem>& problems) {
     send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
     send(SCI_INDICATORFILLRANGE, at, wordEnd - at);
   }
-  send(SCI_SETMARGINWIDTHN, markMargin, marks_.empty() ? 0 : problemMarginWidth);
+  send(SCI_SETMARGINWIDTHN, markMargin, problems_.empty() ? 0 : problemMarginWidth);
   emit caretLineChanged();
 }
 
 long CodeView::lineOfProblem(std::size_t index) const {
-  const long handle = marks_.at(index).handle;
+  const long handle = handles_.at(index);
   return handle < 0 ? 0 : send(SCI_MARKERLINEFROMHANDLE, handle) + 1;
 }
 
 QStringList CodeView::messagesAtCaret() const {
   const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS)) + 1;
   QStringList messages;
-  for (std::size_t index = 0; index < marks_.size(); ++index) {
-    if (lineOfProblem(index) == line && !messages.contains(marks_[index].message))
-      messages.append(marks_[index].message);
+  for (std::size_t index = 0; index < problems_.size(); ++index) {
+    const QString message = QString::fromStdString(problems_[index].message);
+    if (lineOfProblem(index) == line && !messages.contains(message)) messages.append(message);
   }
   return messages;
 }

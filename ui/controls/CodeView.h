@@ -23,7 +23,7 @@ class CodeView : public TextView {
   void setFile(std::string_view bytes, const std::string& name);
 
   // Marks their lines beside the line numbers and, where there is a column, the word there. The marks move
-  // with the text.
+  // with the text, and are where they were when all changes are undone.
   void setProblems(const std::vector<Problem>& problems);
   // Where a problem of these is by now, by its index: from 1, 0 where the text has no such line.
   long lineOfProblem(std::size_t index) const;
@@ -58,10 +58,7 @@ class CodeView : public TextView {
   void widenMargin();
 
   CodeLanguage language_ = CodeLanguage::Plain;
-  struct Mark {
-    long handle;  // of the marker, which moves with the text; -1 for none
-    QString message;
-  };
-  std::vector<Mark> marks_;
+  std::vector<Problem> problems_;
+  std::vector<long> handles_;  // of their markers, which move with the text; -1 for none
   long caretLine_ = 0;
 };
