@@ -212,10 +212,18 @@ int restore(const Transfer& device, const Options& options) {
   if (held) flock(held.get(), LOCK_SH);
   const Transferred done = copyBack(device, history.open(entry, path).get(), place, options.project);
   tellLeftOut("they cannot be read or are not files", done.leftOut);
+  bool isMissed = false;
   for (const auto& remark : entry.remarks) {
-    if (remark.starts_with(visible(path.string())))
-      std::cerr << "tweakbench: Not in the history: " << remark << "\n";
+    const bool isOfAnother =
+        remark.find('/') != std::string::npos && !remark.starts_with(path.begin()->string());
+    if (isOfAnother || !isAbout(remark, visible(options.project))) continue;
+    std::cerr << "tweakbench: That copy is incomplete: " << remark << "\n";
+    isMissed = true;
   }
+  const auto whole =
+      std::find_if(entries.begin(), entries.end(), [](const auto& one) { return one.isWhole; });
+  if (isMissed && !entry.isWhole && whole != entries.end())
+    std::cerr << "tweakbench: The newest whole copy is of " << localName(whole->when) << ".\n";
   const std::string time = localName(entry.when);
   std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time;
   if (done.what == options.project)
