@@ -1,7 +1,5 @@
 #include "device/Process.h"
 
-#include "device/Refusal.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>

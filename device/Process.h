@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/Descriptor.h"
+#include "device/Refusal.h"
 
 #include <chrono>
 #include <functional>

@@ -1,6 +1,5 @@
 #include "device/doctor/BuildLog.h"
 
-#include "core/Text.h"
 #include "device/Visible.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 // tweakbench doctor: looks from outside the application at what builds need, and says what is wrong.
 #include "device/Process.h"
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/doctor/Checks.h"
 #include "device/folder/Beneath.h"
@@ -36,8 +35,7 @@ class PassingDevice {
  public:
   // Throws Refusal.
   explicit PassingDevice(const Options& options) : theos_(options.theos) {
-    fs::path parent = lookUp(callerEnvironment(), "TMPDIR").value_or("/tmp");
-    if (!parent.is_absolute()) parent = "/tmp";
+    const fs::path parent = baseFolder(callerEnvironment(), "TMPDIR", "/tmp");
     std::string name = (parent / "tweakbench-doctor-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr)
       refuseWithError("No folder could be made in " + parent.string() + ":");

@@ -1,5 +1,4 @@
 #include "device/Process.h"
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/HistoryFolder.h"

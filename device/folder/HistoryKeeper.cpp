@@ -1,7 +1,6 @@
 #include "device/folder/HistoryKeeper.h"
 
 #include "core/LauncherContract.h"
-#include "device/Refusal.h"
 #include "device/folder/Beneath.h"
 
 #include <algorithm>

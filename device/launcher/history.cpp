@@ -1,10 +1,8 @@
 // history and restore: what was in the device earlier.
 #include "device/Process.h"
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
-#include "device/folder/HistoryFolder.h"
 #include "device/launcher/Commands.h"
 
 #include <algorithm>

@@ -1,11 +1,9 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
-#include "device/Refusal.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
 #include "device/folder/SuppliedFiles.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
-#include "device/sandbox/Account.h"
 #include "device/session/Accessibility.h"
 #include "device/session/Display.h"
 #include "device/session/SingleWindow.h"
@@ -72,8 +70,8 @@ fs::path leaveRoot(Host& host, Caller& caller) {
   return shown;
 }
 
-std::vector<RootLink> rootLinks() {
-  std::vector<RootLink> links{{"/usr/sbin", "/sbin"}};
+std::vector<Shown> rootLinks() {
+  std::vector<Shown> links{{"/usr/sbin", "/sbin"}};
   for (const char* name : {"/lib", "/lib32", "/lib64", "/libx32"}) {
     std::error_code error;
     const fs::path target = fs::read_symlink(name, error);
@@ -95,33 +93,6 @@ Program programFor(const Options& options) {
     default:
       return {{"/.host/tweakbench/Tweakbench"}, Relay::Streams::Errors};
   }
-}
-
-// Says in one sentence how it ended, unless the program has said all by itself; returns the launcher's
-// status.
-int tell(const Ending& ending, const std::string& program, const Options& options) {
-  switch (ending.kind) {
-    case Ending::Kind::SetUpFailed:
-      throw Refusal(ending.message);
-    case Ending::Kind::NotStarted:
-      if (ending.value == ENOENT) {
-        complain(options, program + " was not found in the device.");
-        return 127;
-      }
-      complain(options, program + " could not be started: " + std::strerror(ending.value) + ".");
-      return 126;
-    case Ending::Kind::Exited:
-      return ending.value;
-    case Ending::Kind::Killed:
-      complain(options, program + " was killed by signal " + std::to_string(ending.value) + " (" +
-                            strsignal(ending.value) + ").");
-      return 128 + ending.value;
-    case Ending::Kind::Interrupted:
-      signal(ending.value, SIG_DFL);
-      raise(ending.value);
-      return 128 + ending.value;
-  }
-  return launcherFailed;
 }
 
 }  // namespace
@@ -236,19 +207,23 @@ int run(const Options& options, const Task* task) {
     if (!isApplication) history.awaitFirstCopy();
     return hasReducedMotion();
   };
-  Ending ending;
+  Ending ending{};
   do {
     if (opener) opener->connect();
     if (window) window->connect();
     ending = runInDevice(host.bubblewrap, makeRequest(), program, log, opener ? &*opener : nullptr,
                          window ? &*window : nullptr);
     program.beforeStart = hasReducedMotion;
-  } while (window && window->isToStartAgain() && ending.kind == Ending::Kind::Exited && ending.value == 0);
+  } while (window && window->isToStartAgain() && ending.status == 0);
   folder.remainDevice();
   // Not left to the end of the process, which a signal may make sudden.
   accessibility.reset();
   opener.reset();
-  const int status = tell(ending, name, options);
-  if (task != nullptr) task->end(folder.var(), status);
-  return status;
+  if (!ending.complaint.empty()) complain(options, name + ending.complaint);
+  if (ending.interruption != 0) {
+    signal(ending.interruption, SIG_DFL);
+    raise(ending.interruption);
+  }
+  if (task != nullptr) task->end(folder.var(), ending.status);
+  return ending.status;
 }

@@ -1,9 +1,6 @@
 // path, import, export and send; what they share with restore.
 
-#include "device/transfer/Transfer.h"
-
 #include "device/Process.h"
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"

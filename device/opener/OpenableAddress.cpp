@@ -1,4 +1,3 @@
-#include "core/LauncherContract.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/opener/Opener.h"

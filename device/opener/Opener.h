@@ -2,7 +2,6 @@
 // nowhere else. What a URL may ask for: folders of the device and pages for the browser, nothing else.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "core/LauncherContract.h"
 #include "device/Process.h"
 #include "device/sandbox/Environment.h"
@@ -46,8 +45,6 @@ class ShownFolders {
   // Removes what others of this user's left there whose process is gone.
   explicit ShownFolders(std::filesystem::path temporary = "/tmp");
   ~ShownFolders();
-  ShownFolders(const ShownFolders&) = delete;
-  ShownFolders& operator=(const ShownFolders&) = delete;
 
   // The path for `folder`; the same folder gets the same path. Its last component is `name`, or another word
   // where that is no plain name, since builds choose it and file managers and their scripts read it. Empty
@@ -106,8 +103,6 @@ class Opener {
     std::chrono::milliseconds soonEnough = std::chrono::seconds(3);
   };
   explicit Opener(Setting setting);
-  Opener(const Opener&) = delete;
-  Opener& operator=(const Opener&) = delete;
 
   // Makes the sockets, anew for each start of the application. Where they cannot be made, applicationEnd() is
   // -1 and nothing ever comes.

@@ -1,7 +1,6 @@
 // Whom the device runs as, which is never root, and what root shows that user.
 #pragma once
 
-#include "core/Descriptor.h"
 #include "device/sandbox/Environment.h"
 
 #include <filesystem>

@@ -28,7 +28,7 @@ void addNamespaces(ArgumentList& list, const Request& request) {
 void addSystem(ArgumentList& list, const Request& request) {
   for (const char* folder : {"/.host", "/etc", "/opt", "/private", "/run"}) add(list, {"--dir", folder});
   add(list, {"--ro-bind", "/usr", "/usr", "--ro-bind", "/usr", "/.host/usr"});
-  for (const auto& link : request.rootLinks) add(list, {"--symlink", link.target, link.path});
+  for (const auto& link : request.rootLinks) add(list, {"--symlink", link.source, link.path});
   // Not the whole of /etc/ssl: its private keys are open to a group that the caller may be in.
   for (const char* path :
        {"/etc/alternatives", "/etc/fonts", "/etc/ssl/certs", "/etc/ssl/openssl.cnf", "/etc/ld.so.cache"}) {
@@ -112,7 +112,7 @@ std::vector<std::string> bwrapArguments(const Request& request) {
   addSystem(list, request);
   addOwnFiles(list, request);
   addDeviceFolders(list, request);
-  for (const auto& socket : request.sockets) add(list, {"--ro-bind", socket.host.string(), socket.path});
+  for (const auto& socket : request.sockets) add(list, {"--ro-bind", socket.source, socket.path});
   add(list, {"--json-status-fd", std::to_string(request.statusOutput)});
   add(list, {"--remount-ro", "/", "--chdir", "/"});
   return list;

@@ -13,15 +13,10 @@ struct DataFile {
   std::string path;
 };
 
-// A local socket of the host's, shown at this path.
-struct SharedSocket {
-  std::filesystem::path host;
-  std::string path;
-};
-
-// A link in the device's root folder, such as /lib to usr/lib.
-struct RootLink {
-  std::string target;
+// What is at a path of the device: a local socket of the host, or the target of a link, such as /lib to
+// usr/lib.
+struct Shown {
+  std::string source;
   std::string path;
 };
 
@@ -40,9 +35,9 @@ struct Request {
   Options::Theos theosAccess = Options::Theos::ReadOnly;
   Options::Network network = Options::Network::Off;
   Environment environment;
-  std::vector<RootLink> rootLinks;
+  std::vector<Shown> rootLinks;
   std::vector<DataFile> dataFiles;
-  std::vector<SharedSocket> sockets;
+  std::vector<Shown> sockets;
   // Descriptors that the program in the device gets under the same numbers.
   std::vector<int> passedOn;
   // Where bubblewrap tells the number of the device's first process.

@@ -1,12 +1,12 @@
 #include "device/sandbox/Sandbox.h"
 
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/guard/Contract.h"
 #include "device/opener/Opener.h"
 #include "device/session/SingleWindow.h"
 #include "device/session/SystemLog.h"
 
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <sys/prctl.h>
@@ -50,8 +50,6 @@ class Signals {
     sigprocmask(SIG_SETMASK, &before_, nullptr);
     signal(SIGPIPE, brokenPipe_);
   }
-  Signals(const Signals&) = delete;
-  Signals& operator=(const Signals&) = delete;
 
   int descriptor() const { return descriptor_.get(); }
   std::optional<signalfd_siginfo> next() {
@@ -313,19 +311,20 @@ class Run {
 
   Ending ending() const {
     if (isTooSlow_) {
-      return {Ending::Kind::SetUpFailed, 0,
-              "Bubblewrap did not set the device up in time; try again when the machine is less busy."};
+      throw Refusal("Bubblewrap did not set the device up in time; try again when the machine is less busy.");
     }
-    if (interruption_ != 0) return {Ending::Kind::Interrupted, interruption_, {}};
-    if (startError_) return {Ending::Kind::NotStarted, *startError_, {}};
+    if (interruption_ != 0) return {128 + interruption_, {}, interruption_};
+    if (startError_ == ENOENT) return {127, " was not found in the device."};
+    if (startError_) return {126, std::string(" could not be started: ") + std::strerror(*startError_) + "."};
+    if (!endStatus_ && !isStarted_) throw Refusal(explainFailure(message_, readNamespaceSettings()));
+    // Without a status the device was torn down around the program, such as by one that killed all others.
+    const int status = endStatus_.value_or(SIGKILL);
+    if (!WIFSIGNALED(status)) return {WEXITSTATUS(status)};
+    const int number = WTERMSIG(status);
     // Control-C ends a script of the caller's only where the launcher, too, ends by the signal.
-    if (terminal_ != nullptr && endStatus_ && WIFSIGNALED(*endStatus_) && WTERMSIG(*endStatus_) == SIGINT)
-      return {Ending::Kind::Interrupted, SIGINT, {}};
-    if (endStatus_ && WIFSIGNALED(*endStatus_)) return {Ending::Kind::Killed, WTERMSIG(*endStatus_), {}};
-    if (endStatus_) return {Ending::Kind::Exited, WEXITSTATUS(*endStatus_), {}};
-    // The device was torn down around the program, such as by a program in it that killed all others.
-    if (isStarted_) return {Ending::Kind::Killed, SIGKILL, {}};
-    return {Ending::Kind::SetUpFailed, 0, explainFailure(message_, readNamespaceSettings())};
+    if (terminal_ != nullptr && number == SIGINT) return {128 + number, {}, number};
+    return {128 + number,
+            " was killed by signal " + std::to_string(number) + " (" + strsignal(number) + ")."};
   }
 
   pid_t child_ = -1;

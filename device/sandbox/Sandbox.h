@@ -25,19 +25,20 @@ struct Program {
   std::function<bool()> beforeStart{};
 };
 
+// How the program ended.
 struct Ending {
-  enum class Kind { SetUpFailed, NotStarted, Exited, Killed, Interrupted };
-  Kind kind = Kind::SetUpFailed;
-  // NotStarted: errno. Exited: the status. Killed, Interrupted: the signal, which the program or the launcher
-  // got.
-  int value = 0;
-  // SetUpFailed: a sentence.
-  std::string message;
+  // As a shell counts: 127 if there is no such program, 126 if it could not be started, 128 + n for signal n.
+  int status;
+  // What the user should know, to be put behind the program's name; empty if the program has said all.
+  std::string complaint{};
+  // The signal that ended the launcher's part of it, by which the launcher ends, too; or 0.
+  int interruption = 0;
 };
 
 // To be called from the main thread of a process without other threads: the device ends with that thread.
 // Returns when no process of the device is left. `request.statusOutput` is filled in here. Meanwhile `log` is
-// passed on, and `opener` and `window`, which may be null, serve the program.
+// passed on, and `opener` and `window`, which may be null, serve the program. Throws Refusal if the device
+// could not be set up.
 Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
                    SystemLog& log, Opener* opener = nullptr, SingleWindow* window = nullptr);
 

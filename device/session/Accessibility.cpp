@@ -102,6 +102,6 @@ Accessibility::~Accessibility() {
   for (const char* left : {"/session", "/bus", ""}) std::filesystem::remove(folder_ + left, ignored);
 }
 
-std::vector<SharedSocket> Accessibility::sockets() const {
+std::vector<Shown> Accessibility::sockets() const {
   return {{folder_ + "/session", sessionBusInDevice}, {folder_ + "/bus", busPath_}};
 }

@@ -19,12 +19,10 @@ class Accessibility {
   // To be called as the device's user: the bus lets in nobody but its owner.
   static std::unique_ptr<Accessibility> join(const Environment& caller);
 
-  Accessibility(const Accessibility&) = delete;
-  Accessibility& operator=(const Accessibility&) = delete;
   ~Accessibility();
 
   // Where the application looks for them by itself.
-  std::vector<SharedSocket> sockets() const;
+  std::vector<Shown> sockets() const;
 
  private:
   Accessibility() = default;

@@ -1,7 +1,6 @@
 #include "device/session/Display.h"
 
 #include "device/Process.h"
-#include "device/Refusal.h"
 
 #include <X11/Xauth.h>
 #include <algorithm>

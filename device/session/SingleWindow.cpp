@@ -1,7 +1,5 @@
 #include "device/session/SingleWindow.h"
 
-#include "device/Refusal.h"
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/socket.h>

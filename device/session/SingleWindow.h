@@ -18,8 +18,6 @@ class SingleWindow {
  public:
   // `device`: DEVICE, which stays open as long as the object lives.
   explicit SingleWindow(int device) : device_(device) {}
-  SingleWindow(const SingleWindow&) = delete;
-  SingleWindow& operator=(const SingleWindow&) = delete;
 
   // True once the window is this launcher's; false once another one has brought its window forward. `token`
   // is the desktop's leave to do so, or empty. Throws Refusal if the other launcher does not answer within

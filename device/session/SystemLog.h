@@ -13,8 +13,6 @@ class SystemLog {
   // Where that fails, path() is empty and the device has no log.
   SystemLog(int folder, const std::filesystem::path& path);
   ~SystemLog();
-  SystemLog(const SystemLog&) = delete;
-  SystemLog& operator=(const SystemLog&) = delete;
 
   // The socket on the host, to be shown in the device; not needed any more once the device is set up.
   const std::string& path() const { return path_; }

@@ -1,5 +1,4 @@
 #include "device/Process.h"
-#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
@@ -51,8 +50,6 @@ class Connection {
     std::error_code error;
     fs::remove_all(folder_, error);
   }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
 
   // Returns 0, or says why not and returns a SendStatus.
   int establish() const {

@@ -81,8 +81,6 @@ class Unfinished {
     } catch (const Refusal&) {
     }
   }
-  Unfinished(const Unfinished&) = delete;
-  Unfinished& operator=(const Unfinished&) = delete;
 
   int folder() const { return folder_.get(); }
 
