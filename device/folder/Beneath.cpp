@@ -110,18 +110,6 @@ bool renameToNew(int folder, const std::string& name, int newFolder, const std::
   return renameat(folder, name.c_str(), newFolder, newName.c_str()) == 0;
 }
 
-bool removeBeneath(int folder, const std::string& name) {
-  if (unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT) return true;
-  if (errno != EISDIR) return false;
-  const Descriptor inside = openFolderBeneath(folder, name);
-  const auto names = namesIn(inside.get());
-  if (!names) return false;
-  for (const auto& each : *names) {
-    if (!removeBeneath(inside.get(), each)) return false;
-  }
-  return unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
-}
-
 std::optional<std::vector<std::string>> namesIn(int folder, std::size_t most) {
   const int copy = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(copy < 0 ? nullptr : fdopendir(copy), closedir);

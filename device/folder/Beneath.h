@@ -42,10 +42,6 @@ bool renameToNew(int folder, const std::string& name, int newFolder, const std::
 // stays.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
 
-// Deletes the entry `name` in `folder` with everything in it, but no target of a link. False with errno if
-// something is left.
-bool removeBeneath(int folder, const std::string& name);
-
 // The names in a folder without "." and "..", in the file system's order. Absent with errno on failure, E2BIG
 // for more than `most`: a folder that a build fills with names must not fill the memory.
 std::optional<std::vector<std::string>> namesIn(int folder, std::size_t most = 1'000'000);

@@ -210,11 +210,11 @@ Walk walk(const KeptFolders& folders, int history, const Record& last) {
 
 Record readRecord(int history) {
   const std::string text = readBeneath(history, stateFile, largestState).value_or("");
-  const auto end = std::min(text.find('\n'), text.size());
+  const auto end = text.find('\n');
   std::istringstream head(text.substr(0, end));
   Record record;
-  if (!(head >> record.when >> record.began >> record.isWhole) || timeOf(record.when) < 0 ||
-      !exists(history, record.when)) {
+  if (end == std::string::npos || !(head >> record.when >> record.began >> record.isWhole) ||
+      timeOf(record.when) < 0 || !exists(history, record.when)) {
     return {};
   }
   record.state = text.substr(end + 1);
@@ -234,7 +234,7 @@ class Copying {
 
   void take(Insistence insistence) {
     const Descriptor lock = locked();
-    if (!lock) return;
+    if (!lock || tools_.rsync.empty()) return;
     const Record last = readRecord(folder_);
     const KeptFolders folders = openKept(var_);
     // By the same clock as the change times of files.

@@ -49,14 +49,8 @@ bool isPlain(const std::string& name) {
 }  // namespace
 
 const char* folderInDevice(Kept kind) {
-  switch (kind) {
-    case Kept::Project:
-      return projectsFolder;
-    case Kept::Backup:
-      return "mobile/Documents/TweakbenchBackups";
-    default:
-      return packagesFolder;
-  }
+  constexpr std::array folders{projectsFolder, "mobile/Documents/TweakbenchBackups", packagesFolder};
+  return folders[static_cast<std::size_t>(kind)];
 }
 
 const char* folderInHistory(Kept kind) {

@@ -123,7 +123,7 @@ inline constexpr std::uint64_t largestFileKept = std::uint64_t{64} << 20;
 inline constexpr unsigned long long largestHistory = 2ULL << 30;
 
 struct HistoryTools {
-  // Paths on the host.
+  // Paths on the host. Without rsync no copies are taken.
   std::filesystem::path bubblewrap;
   std::filesystem::path rsync;
 };

@@ -59,15 +59,11 @@ class Keeper {
         startCopying(waiting_.empty() ? Insistence::Changes : Insistence::Gaps);
     }
     abandonCopying();
-    copy(Insistence::Gaps);
+    takeCopy(history_, var_, tools_, Insistence::Gaps);
     partMoved(history_, tools_);
   }
 
  private:
-  void copy(Insistence insistence) const {
-    if (!tools_.rsync.empty()) takeCopy(history_, var_, tools_, insistence);
-  }
-
   // In a process of its own, so that requests about backups need not wait for it.
   void startCopying(Insistence insistence) {
     served_.swap(waiting_);
@@ -76,7 +72,7 @@ class Keeper {
     if (copying_ == 0) {
       firstCopy_.close();
       try {
-        copy(insistence);
+        takeCopy(history_, var_, tools_, insistence);
         if (insistence == Insistence::Changes) partMoved(history_, tools_);
       } catch (const std::exception&) {
       }

@@ -13,19 +13,16 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Words = std::vector<std::string>;
 
 constexpr std::size_t longestLog = 1 << 16;
 // ssh's own failures; the others are the remote command's.
 constexpr int sshFailed = 255;
 
-// Returns as runToEnd().
-int runProgram(const fs::path& program, const Words& arguments, int output = STDOUT_FILENO,
-               int errors = STDERR_FILENO, const std::vector<int>& passed = {}) {
-  ProcessStart start{{program.string()}, {}, STDIN_FILENO, output, errors, passed, SIGTERM};
-  start.words.insert(start.words.end(), arguments.begin(), arguments.end());
-  return runToEnd(start);
-}
+// Why a package is not on the phone, or not installed.
+struct NotSent {
+  SendStatus status;
+  std::string sentence;
+};
 
 // One connection that ssh and scp share, so that a password is asked for once. It ends with the object.
 class Connection {
@@ -41,9 +38,8 @@ class Connection {
   }
   ~Connection() {
     try {
-      Words words = options();
-      words.insert(words.end(), {"-O", "exit", "--", phone_.host});
-      if (fs::exists(folder_ / "socket")) runProgram(ssh_, words, nothing_.get(), nothing_.get());
+      if (fs::exists(folder_ / "socket"))
+        run(ssh_, {"-O", "exit", "--", phone_.host}, nothing_.get(), nothing_.get());
     } catch (const std::exception&) {
     } catch (const Interrupted&) {
     }
@@ -51,58 +47,64 @@ class Connection {
     fs::remove_all(folder_, error);
   }
 
-  // Returns 0, or says why not and returns a SendStatus.
-  int establish() const {
-    Words words = options();
+  // Throws NotSent.
+  void establish() const {
     // In the background it must not hold the caller's streams; what it has to say goes to a file.
-    words.insert(words.end(),
-                 {"-M", "-N", "-f", "-E", (folder_ / "log").string(), "-o", "ControlPersist=60", "-o",
-                  "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host});
-    if (runProgram(ssh_, words, nothing_.get(), nothing_.get()) == 0) return 0;
+    const int status = run(ssh_,
+                           {"-M", "-N", "-f", "-E", (folder_ / "log").string(), "-o", "ControlPersist=60",
+                            "-o", "ConnectTimeout=15", "-o", "ClearAllForwardings=yes", "--", phone_.host},
+                           nothing_.get(), nothing_.get());
+    if (status == 0) return;
     const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // ssh ends its lines with a carriage return.
     const std::string log =
         visible(replaceAll(readBeneath(folder.get(), "log", longestLog).value_or(""), "\r", ""), "\n\t");
     std::cerr << log;
     if (hasAny(log, {"Host key verification failed", "IDENTIFICATION HAS CHANGED"})) {
-      std::cerr
-          << "tweakbench: The key of " << phone_.host
-          << " is not known or has changed; connect to it once with ssh and see whether it is your phone.\n";
-      return LoginRefused;
+      throw NotSent{
+          LoginRefused,
+          "The key of " + phone_.host +
+              " is not known or has changed; connect to it once with ssh and see whether it is your "
+              "phone."};
     }
     if (hasAny(log, {"Permission denied", "Too many authentication"})) {
-      std::cerr << "tweakbench: " << phone_.host << " refused the login of " << phone_.user
-                << "; see whether \"ssh " << phone_.user << "@" << phone_.host << "\" works.\n";
-      return LoginRefused;
+      throw NotSent{LoginRefused, phone_.host + " refused the login of " + phone_.user +
+                                      "; see whether \"ssh " + phone_.user + "@" + phone_.host + "\" works."};
     }
-    std::cerr << "tweakbench: " << phone_.host
-              << " cannot be reached; see whether the phone is awake, in this network, and runs OpenSSH.\n";
-    return Unreachable;
+    throw NotSent{
+        Unreachable,
+        phone_.host +
+            " cannot be reached; see whether the phone is awake, in this network, and runs OpenSSH."};
   }
 
   // By the old protocol of scp, since phones often have an SSH server without sftp.
   int copy(const Descriptor& package, const std::string& target) const {
-    Words words = options();
     const bool isAddress = phone_.host.find(':') != std::string::npos;
-    words.insert(words.end(), {"-O", "--", "/proc/self/fd/" + std::to_string(package.get()),
-                               (isAddress ? "[" + phone_.host + "]:" : phone_.host + ":") + target});
-    return runProgram(scp_, words, STDERR_FILENO, STDERR_FILENO, {package.get()});
+    return run(scp_,
+               {"-O", "--", "/proc/self/fd/" + std::to_string(package.get()),
+                (isAddress ? "[" + phone_.host + "]:" : phone_.host + ":") + target},
+               STDERR_FILENO, STDERR_FILENO, {package.get()});
   }
 
   int command(const std::string& line, bool onTerminal) const {
-    Words words = options();
-    words.insert(words.end(), {onTerminal ? "-t" : "-T", "--", phone_.host, line});
-    return runProgram(ssh_, words);
+    return run(ssh_, {onTerminal ? "-t" : "-T", "--", phone_.host, line});
   }
 
  private:
-  // What holds for ssh and scp; the user's own configuration has the rest.
-  Words options() const {
-    Words words{"-o", "ControlPath=" + (folder_ / "socket").string(),
-                "-o", "RemoteCommand=none",
-                "-o", "User=" + phone_.user};
-    if (!phone_.port.empty()) words.insert(words.end(), {"-o", "Port=" + phone_.port});
-    return words;
+  // With what holds for ssh and scp; the user's own configuration has the rest. Returns as runToEnd().
+  int run(const fs::path& program, const std::vector<std::string>& arguments, int output = STDOUT_FILENO,
+          int errors = STDERR_FILENO, const std::vector<int>& passed = {}) const {
+    ProcessStart start{{program.string(), "-o", "ControlPath=" + (folder_ / "socket").string(), "-o",
+                        "RemoteCommand=none", "-o", "User=" + phone_.user},
+                       {},
+                       STDIN_FILENO,
+                       output,
+                       errors,
+                       passed,
+                       SIGTERM};
+    if (!phone_.port.empty()) start.words.insert(start.words.end(), {"-o", "Port=" + phone_.port});
+    start.words.insert(start.words.end(), arguments.begin(), arguments.end());
+    return runToEnd(start);
   }
 
   Phone phone_;
@@ -164,32 +166,33 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
   transfer.host.assume();
   const Connection connection(phone, caller);
   std::cerr << "tweakbench: Sending " << name << " to " << phone.user << "@" << phone.host << ".\n";
-  if (const int status = connection.establish(); status != 0) return status;
-  const std::string target = nameOnPhone();
-  if (connection.copy(package, target) != 0) {
-    connection.command("rm -f " + target, false);
-    std::cerr << "tweakbench: The package could not be copied to " << phone.host
-              << "; see what scp says above.\n";
-    return NotCopiedToPhone;
-  }
-  const bool isRoot = phone.user == "root";
-  // sudo may ask for a password.
-  const bool onTerminal = !isRoot && isatty(STDIN_FILENO) != 0;
-  // In a shell that is known, whatever the user's own is there.
-  const int status = connection.command(std::string("exec sh -c '") + (isRoot ? "" : "sudo ") + "dpkg -i " +
-                                            target + "; status=$?; rm -f " + target + "; exit $status'",
-                                        onTerminal);
-  if (status == 0) {
+  try {
+    connection.establish();
+    const std::string target = nameOnPhone();
+    if (connection.copy(package, target) != 0) {
+      connection.command("rm -f " + target, false);
+      throw NotSent{NotCopiedToPhone,
+                    "The package could not be copied to " + phone.host + "; see what scp says above."};
+    }
+    const bool isRoot = phone.user == "root";
+    // In a shell that is known, whatever the user's own is there. sudo may ask for a password.
+    const int status = connection.command(std::string("exec sh -c '") + (isRoot ? "" : "sudo ") + "dpkg -i " +
+                                              target + "; status=$?; rm -f " + target + "; exit $status'",
+                                          !isRoot && isatty(STDIN_FILENO) != 0);
+    if (status == sshFailed) {
+      throw NotSent{Unreachable, "The connection to " + phone.host +
+                                     " broke while the package was installed; send it again."};
+    }
+    if (status != 0) {
+      throw NotSent{
+          NotInstalled,
+          name + " could not be installed: " + (isRoot ? "dpkg" : "sudo or dpkg") + " on " + phone.host +
+              (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) + "."};
+    }
     std::cerr << "tweakbench: " << name << " is installed on " << phone.host << ".\n";
     return 0;
+  } catch (const NotSent& failure) {
+    std::cerr << "tweakbench: " << failure.sentence << "\n";
+    return failure.status;
   }
-  if (status == sshFailed) {
-    std::cerr << "tweakbench: The connection to " << phone.host
-              << " broke while the package was installed; send it again.\n";
-    return Unreachable;
-  }
-  std::cerr << "tweakbench: " << name << " could not be installed: " << (isRoot ? "dpkg" : "sudo or dpkg")
-            << " on " << phone.host
-            << (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) << ".\n";
-  return NotInstalled;
 }
