@@ -12,7 +12,7 @@ import sys
 import pyatspi
 from gi.repository import GLib
 
-PATIENCE = 120  # seconds
+PATIENCE = 60  # seconds
 PROJECT = "ReadTweak"
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 DIALOGS = (pyatspi.ROLE_DIALOG, pyatspi.ROLE_ALERT)

@@ -86,10 +86,11 @@ TEST(Stopping, EndsTheWholeTreeOfARunningCommandAndStartsNoMore) {
   const pid_t child = fork();
   ASSERT_NE(child, -1);
   if (child == 0) {
+    alarm(20);  // where nothing is stopped
     std::thread runner([&] {
       // A grandchild that ignores the polite signal and would write when it is over.
-      run_cmd(("trap '' TERM; (sh -c 'trap \"\" TERM; echo > " + ready +
-               "; while :; do sleep 0.01; done'; touch " + (folder / "survived") + ")")
+      run_cmd(("trap '' TERM; (sh -c 'trap \"\" TERM; echo > " + ready + "; while [ -e " + ready +
+               " ]; do sleep 0.01; done'; touch " + (folder / "survived") + ")")
                   .c_str());
       run_cmd(("touch " + (folder / "next-step")).c_str());
     });

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <functional>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <QTest>
 #include <gtest/gtest.h>
@@ -113,6 +114,8 @@ TEST(Closing, AsksBeforeUnsavedTextIsLost) {
 TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
   const StandardStreams restored;
   device::reset();
+  // Where the build is not stopped, it would be waited for without end.
+  alarm(60);
   putFile(device::projects + "P/Makefile", "package:\n\t@mkdir packages; while :; do echo printing; done\n");
   putFile(device::packages + "/P/kept.deb", "kept");
   putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
@@ -130,6 +133,7 @@ TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
         "make does not start");
     closed = UIScreen::mainScreen()->close();
   });
+  alarm(0);
   EXPECT_EQ(status, 0);
   EXPECT_TRUE(closed);
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
