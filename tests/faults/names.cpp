@@ -32,13 +32,15 @@ _rm_%@/precious ../../../../../..%@ ../../..%@/precious %@ %@/* ;cp_-r_/etc/pass
 %s%n P Tweak.x nul)";
 
 std::vector<std::string> allPieces() {
-  std::vector<std::string> pieces{"\r",   "\x01",         "\x1b[31m",     "\x7f",        "\xff\xfe",
-                                  "\xc3", "\xe2\x80\xae", "\xe2\x80\xa8", "caf\xc3\xa9", "a b"};
-  for (const auto& [length, letter] : {std::pair(255, 'n'), {256, 'n'}, {5000, '/'}})
-    pieces.emplace_back(length, letter);
+  std::vector<std::string> pieces;
   std::istringstream typed(typedPieces);
   for (std::string piece; typed >> piece;)
     pieces.push_back(replaceAll(replaceAll(piece, "_", "\t"), "^", "\n"));
+  for (const char* other : {"\r", "\x01", "\x1b[31m", "\x7f", "\xff\xfe", "\xc3", "\xe2\x80\xae",
+                            "\xe2\x80\xa8", "caf\xc3\xa9", "a b"})
+    pieces.emplace_back(other);
+  for (const auto& [length, letter] : {std::pair(255, 'n'), {256, 'n'}, {5000, '/'}})
+    pieces.emplace_back(length, letter);
   return pieces;
 }
 
