@@ -95,7 +95,7 @@ const std::vector<Message>& messages() {
 }
 
 string lowered(string text) {
-  for (char& letter : text) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  for (char& letter : text) letter = folded(letter);
   return text;
 }
 
@@ -200,7 +200,7 @@ string shortened(const string& said) {
   if (said.size() <= longest) return said;
   std::size_t end = longest;
   // Not within a character.
-  while (end > 0 && (static_cast<unsigned char>(said[end]) & 0xC0) == 0x80) --end;
+  while (end > 0 && !startsCharacter(said[end])) --end;
   return said.substr(0, end) + "…";
 }
 

@@ -165,8 +165,8 @@ Entry entryOf(const DeviceFacts& seen, const string& path) {
 }
 
 // The outermost link on the way to `path` whose target the device does not show; empty where there is none.
-string astrayOnTheWay(const DeviceFacts& seen, const std::filesystem::path& path) {
-  std::filesystem::path sofar;
+string astrayOnTheWay(const DeviceFacts& seen, const fs::path& path) {
+  fs::path sofar;
   for (const auto& part : path) {
     sofar /= part;
     if (entryOf(seen, sofar.string()) == Entry::Astray) return sofar.string();

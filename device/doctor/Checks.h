@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+namespace fs = std::filesystem;
+
 namespace doctor {
 
 // A program that the probe started in the device.
@@ -69,7 +71,7 @@ struct DeviceFacts {
 struct Facts {
   // Why there is none; empty where bubblewrap was found.
   std::string bubblewrapRefusal;
-  std::filesystem::path bubblewrap;
+  fs::path bubblewrap;
 
   // Why no device starts, or empty.
   std::string deviceRefusal;
@@ -79,10 +81,10 @@ struct Facts {
   // Why the asked-for Theos cannot be used, or empty.
   std::string theosRefusal;
   // On the host; empty where none was found and the practice Theos takes its place.
-  std::filesystem::path theos;
+  fs::path theos;
 
   enum class DeviceFolder { NotYetMade, Good, OfAnotherUser, OtherFiles };
-  std::filesystem::path device;
+  fs::path device;
   DeviceFolder deviceFolder = DeviceFolder::NotYetMade;
   // Bytes that the device's user can still write there.
   std::uintmax_t freeSpace = 0;

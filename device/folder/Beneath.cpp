@@ -11,18 +11,18 @@
 
 #include <climits>
 
-Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags) {
+Descriptor openBeneath(int folder, const fs::path& path, int flags) {
   open_how how{};
   how.flags = static_cast<unsigned>(flags | O_CLOEXEC | O_NOFOLLOW);
   how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
   return Descriptor(static_cast<int>(syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
 }
 
-Descriptor openFolderBeneath(int folder, const std::filesystem::path& path) {
+Descriptor openFolderBeneath(int folder, const fs::path& path) {
   return openBeneath(folder, path, O_RDONLY | O_DIRECTORY);
 }
 
-Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path) {
+Descriptor makeFolderBeneath(int folder, const fs::path& path) {
   Descriptor opened = openFolderBeneath(folder, ".");
   for (const auto& part : path) {
     if (!opened) break;
@@ -38,7 +38,7 @@ bool exists(int folder, const std::string& name) {
   return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
+Descriptor openPlainFile(int folder, const fs::path& path) {
   // A pipe must not stop the launcher.
   Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
   struct stat status {};
@@ -46,8 +46,7 @@ Descriptor openPlainFile(int folder, const std::filesystem::path& path) {
   return file;
 }
 
-std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit,
-                                       LongFile longer) {
+std::optional<std::string> readBeneath(int folder, const fs::path& path, std::size_t limit, LongFile longer) {
   const Descriptor file = openPlainFile(folder, path);
   struct stat status {};
   if (!file || fstat(file.get(), &status) != 0) return std::nullopt;

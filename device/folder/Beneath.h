@@ -11,24 +11,26 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace fs = std::filesystem;
+
 // `path` is relative to `folder`. An empty result leaves the reason in errno; a link on the way is ELOOP.
-Descriptor openBeneath(int folder, const std::filesystem::path& path, int flags);
-Descriptor openFolderBeneath(int folder, const std::filesystem::path& path);
+Descriptor openBeneath(int folder, const fs::path& path, int flags);
+Descriptor openFolderBeneath(int folder, const fs::path& path);
 
 // Opens the folder `path` and makes it and its parents where missing. Empty where something else is in the
 // way.
-Descriptor makeFolderBeneath(int folder, const std::filesystem::path& path);
+Descriptor makeFolderBeneath(int folder, const fs::path& path);
 
 // Whether there is an entry of that name; links count.
 bool exists(int folder, const std::string& name);
 
 // A regular file, opened for reading; empty for anything else.
-Descriptor openPlainFile(int folder, const std::filesystem::path& path);
+Descriptor openPlainFile(int folder, const fs::path& path);
 
 // The content of a regular file; absent for anything else. Of a file longer than `limit` bytes `longer`
 // decides: absent, or its last `limit` bytes.
 enum class LongFile { Absent, End };
-std::optional<std::string> readBeneath(int folder, const std::filesystem::path& path, std::size_t limit,
+std::optional<std::string> readBeneath(int folder, const fs::path& path, std::size_t limit,
                                        LongFile longer = LongFile::Absent);
 
 // Where a link leads; absent with errno for anything else.

@@ -18,8 +18,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* lockName = "lock";
 constexpr const char* shippedFolder = "shipped";
 constexpr const char* logSocket = "log.";

@@ -24,7 +24,7 @@
 #include <string>
 
 // Opens the folder of a device, which is made where missing, parents too. Throws Refusal.
-Descriptor openOrMakeFolder(const std::filesystem::path& path);
+Descriptor openOrMakeFolder(const fs::path& path);
 
 // The same for the caller's device. As root, settles the account, to which the folder belongs afterwards.
 // Throws Refusal, also for a folder of root's files.
@@ -32,11 +32,11 @@ Descriptor openDevice(Caller& caller);
 
 // Opens DEVICE/var for copying in and out, whether or not a launcher uses the device at the time, and makes
 // it where missing. To be used as the device's user. Throws Refusal, also if the folder is not a device.
-Descriptor openVar(int folder, const std::filesystem::path& name);
+Descriptor openVar(int folder, const fs::path& name);
 
 struct DeviceContents {
   // Tweakbench's own files on the host, with the application folder as it is shipped.
-  std::filesystem::path ownFiles;
+  fs::path ownFiles;
   // For the device's preferences, as long as they have none or the one that was written last. Absent keeps
   // the preferences.
   std::optional<std::string> locale;
@@ -48,7 +48,7 @@ class DeviceFolder {
  public:
   // Locks the device in `folder` and opens its folders, made where missing. `name` is what messages call the
   // device. Throws Refusal.
-  DeviceFolder(Descriptor folder, const std::filesystem::path& name);
+  DeviceFolder(Descriptor folder, const fs::path& name);
 
   // Where nothing else uses the device, makes what is missing in the folders: everything the first time, the
   // rest after a start that was killed or a build that removed it. To be called before share(). Throws
@@ -78,17 +78,17 @@ class DeviceFolder {
   bool lock();
   void removeLeftovers();
   // Moves the entry `name` of `parent`, which messages call `shown`, into the history, and says so.
-  void setAside(int parent, const std::filesystem::path& shown, const std::string& name);
+  void setAside(int parent, const fs::path& shown, const std::string& name);
   // Makes the folder `path` below `top` where missing, with what is in its way set aside and what was closed
   // opened. True where it is new.
-  bool repairFolder(int top, const std::filesystem::path& shown, const std::filesystem::path& path);
+  bool repairFolder(int top, const fs::path& shown, const fs::path& path);
   void replaceOverfullPrograms();
   void refreshPreferences(const std::string& locale) const;
   void refreshLinks(const std::string& programs);
-  void refreshApplication(const std::filesystem::path& shipped);
+  void refreshApplication(const fs::path& shipped);
 
   Descriptor folder_;
-  std::filesystem::path name_;
+  fs::path name_;
   Descriptor lock_;
   bool isAlone_ = false;
   Descriptor applications_;

@@ -16,8 +16,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* historyFolder = "history";
 constexpr const char* backupNote = "backup-note";
 constexpr const char* movedMark = "moved";

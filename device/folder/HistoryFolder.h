@@ -21,6 +21,8 @@
 #include <string>
 #include <vector>
 
+namespace fs = std::filesystem;
+
 enum class Kept { Project, Backup, Packages };
 inline constexpr std::array<Kept, 3> allKept{Kept::Project, Kept::Backup, Kept::Packages};
 // Names in the history's folder: what was set aside; in a copy, what it says about itself; what the whole
@@ -60,12 +62,12 @@ class HistoryFolder {
   // Newest first.
   std::vector<HistoryEntry> entries() const;
   // Opens the folder `path` of an entry; empty if the entry has none.
-  Descriptor open(const HistoryEntry& entry, const std::filesystem::path& path) const;
+  Descriptor open(const HistoryEntry& entry, const fs::path& path) const;
 
   // Moves `name` in the folder `parent`, whatever it is, to `path` in a set-aside entry and returns that
   // entry's name: a new one unless `entry` names one. It must be on the device's file system. If it throws
   // Refusal, nothing has moved.
-  std::string setAside(int parent, const std::string& name, const std::filesystem::path& path,
+  std::string setAside(int parent, const std::string& name, const fs::path& path,
                        const std::string& entry = {}) const;
 
   // Replaces `name` in `parent` by `newName` of `newParent` and keeps what was there at `path` in the
@@ -73,7 +75,7 @@ class HistoryFolder {
   // otherwise a kill in the middle leaves nothing at `name`, and both whole in the history. If it throws
   // Refusal, nothing has moved.
   void replace(int parent, const std::string& name, int newParent, const std::string& newName,
-               const std::string& when, const std::filesystem::path& path) const;
+               const std::string& when, const fs::path& path) const;
 
   // The set-aside entries that were moved out of the device. A build can still write into them, by hard links
   // and as its working folder, until part() exchanges them for a copy, which the caller made in the history's
@@ -95,10 +97,10 @@ class HistoryFolder {
 
  private:
   // Opens the folder above `path` in the set-aside entry `when` and makes it if missing.
-  Descriptor makePlace(const std::string& when, const std::filesystem::path& path) const;
+  Descriptor makePlace(const std::string& when, const fs::path& path) const;
   void noteMoved(const std::string& when) const;
   // Removes the folders of such a place that are empty; errno stays.
-  void removePlace(const std::string& when, const std::filesystem::path& path) const;
+  void removePlace(const std::string& when, const fs::path& path) const;
 
   Descriptor folder_;
 };
@@ -124,8 +126,8 @@ inline constexpr unsigned long long largestHistory = 2ULL << 30;
 
 struct HistoryTools {
   // Paths on the host. Without rsync no copies are taken.
-  std::filesystem::path bubblewrap;
-  std::filesystem::path rsync;
+  fs::path bubblewrap;
+  fs::path rsync;
 };
 
 enum class Insistence {

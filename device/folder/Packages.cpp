@@ -10,8 +10,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Kept short of what a file name may have, for the rest of a temporary name.
 constexpr std::size_t longestName = 200;
 

@@ -9,6 +9,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace fs = std::filesystem;
+
 // Where projects are, below var/.
 inline constexpr const char* projectsFolder = "Tweakyard/Projects";
 // Where what comes in is put together: on the same file system, and not a project.
@@ -20,7 +22,7 @@ inline constexpr const char* ownPackages = "packages";
 
 struct Package {
   // Below var/.
-  std::filesystem::path path;
+  fs::path path;
   // Times in nanoseconds. A build cannot forge these two: a package with both the same is the same one, even
   // if it was moved.
   ino_t number;

@@ -10,8 +10,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Where the device sees the host's programs, to which the links point.
 const std::string hostPrograms = "/.host/usr/bin/";
 

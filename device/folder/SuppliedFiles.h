@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+namespace fs = std::filesystem;
+
 // The one shipped file that does not stay in the application folder: the application moves it to /usr/bin.
 inline constexpr const char* converter = "ftt";
 
@@ -14,10 +16,10 @@ inline constexpr const char* converter = "ftt";
 // `record` is a folder outside the device with what was shipped before: a file that the user or a build has
 // changed or removed stays so, and an unchanged one is updated, like an unchanged converter in `programs`,
 // the device's /usr/bin. Throws Refusal.
-void shipFiles(const std::filesystem::path& source, int application, int programs, int record, bool isNew);
+void shipFiles(const fs::path& source, int application, int programs, int record, bool isNew);
 
 // Name to target: every host program, with `sh` being the guard.
-std::map<std::string, std::string> hostProgramLinks(const std::filesystem::path& programs = "/usr/bin");
+std::map<std::string, std::string> hostProgramLinks(const fs::path& programs = "/usr/bin");
 
 // Moves an entry of the folder out of the way.
 using SetAside = std::function<void(const std::string& name)>;
@@ -31,5 +33,4 @@ std::size_t putLinks(int folder, const std::map<std::string, std::string>& links
 // Puts a link into `folder` for each entry of Theos's folder lib, `libraries`, which the device sees at
 // `shown`, and removes links to entries that are gone. Keeps what builds put there, also instead of the
 // host's. Follows no link in `folder`. Skips links that cannot be made.
-void putLibraryLinks(int folder, const std::filesystem::path& libraries,
-                     const std::string& shown = "/.host/theos/lib");
+void putLibraryLinks(int folder, const fs::path& libraries, const std::string& shown = "/.host/theos/lib");

@@ -14,7 +14,7 @@
 inline constexpr int launcherFailed = 125;
 
 // Throws Refusal if there is no device, so that a command that only reads does not make one.
-void requireDevice(const std::filesystem::path& device);
+void requireDevice(const fs::path& device);
 
 // Opens the device for copying in and out. Who called sudo has only their own rights on either side, and a
 // copy that does not leave the device is made with those of the device's user.

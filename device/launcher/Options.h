@@ -30,8 +30,8 @@ struct Options {
   enum class Filter { On, Off };
 
   Action action = Action::OpenApplication;
-  std::optional<std::filesystem::path> device;
-  std::optional<std::filesystem::path> theos;
+  std::optional<fs::path> device;
+  std::optional<fs::path> theos;
   Theos theosAccess = Theos::ReadOnly;
   Network network = Network::Off;
   Filter filter = Filter::On;
@@ -56,7 +56,7 @@ struct Options {
   // Send: [USER@]HOST, or empty for what the environment says.
   std::string phone;
   // Import: the folder to copy. Export: where the copy goes.
-  std::filesystem::path hostPath;
+  fs::path hostPath;
   // ShowText: what --help or --version prints.
   std::string text;
 };

@@ -7,7 +7,7 @@
 #include <iostream>
 
 int build(const Options& options) {
-  const std::filesystem::path device = Caller(options).device;
+  const fs::path device = Caller(options).device;
   requireProjectName(options.project);
   requireDevice(device);
   std::vector<Package> before;
@@ -26,8 +26,7 @@ int build(const Options& options) {
     for (const auto& package : packagesOf(var, options.project)) {
       const bool isNew = std::none_of(before.begin(), before.end(),
                                       [&](const Package& other) { return package.isSameAs(other); });
-      if (!isNew || package.path.parent_path() != std::filesystem::path(packagesFolder) / options.project)
-        continue;
+      if (!isNew || package.path.parent_path() != fs::path(packagesFolder) / options.project) continue;
       std::cout << (device / "var" / package.path).string() << "\n";
       ++made;
     }

@@ -14,8 +14,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int notThere = 1;
 constexpr std::size_t namedAtMost = 4;
 constexpr const char* indent = "                     ";

@@ -14,8 +14,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Everything about the host that root may know and the device's user perhaps not.
 struct Host {
   fs::path bubblewrap;

@@ -13,8 +13,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // A project could not be copied.
 constexpr int notCopied = 1;
 constexpr std::size_t skippedNamedAtMost = 5;

@@ -10,8 +10,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 OpenableAddress refused(std::string reason) {
   return {OpenableAddress::Kind::Refused, {}, std::move(reason)};
 }

@@ -11,8 +11,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // As often as a person taps; a program in the device must not fill the desktop with windows.
 constexpr std::size_t mostOpenedAtOnce = 5;
 constexpr auto within = std::chrono::seconds(10);

@@ -43,24 +43,24 @@ OpenableAddress readAddress(std::string_view url);
 class ShownFolders {
  public:
   // Removes what others of this user's left there whose process is gone.
-  explicit ShownFolders(std::filesystem::path temporary = "/tmp");
+  explicit ShownFolders(fs::path temporary = "/tmp");
   ~ShownFolders();
 
   // The path for `folder`; the same folder gets the same path. Its last component is `name`, or another word
   // where that is no plain name, since builds choose it and file managers and their scripts read it. Empty
   // where no path could be made. The oldest of many folders is given up.
-  std::filesystem::path show(Descriptor folder, const std::string& name);
+  fs::path show(Descriptor folder, const std::string& name);
 
  private:
   struct Shown {
     Descriptor folder;
     dev_t device;
     ino_t number;
-    std::filesystem::path path;
+    fs::path path;
   };
   static void forget(const Shown& shown);
 
-  std::filesystem::path temporary_;
+  fs::path temporary_;
   std::deque<Shown> shown_;
 };
 
@@ -69,7 +69,7 @@ class ShownFolders {
 class OpenerLog {
  public:
   // The first line makes the file, and its folder where missing. Where that cannot be, lines go nowhere.
-  explicit OpenerLog(std::filesystem::path file) : path_(std::move(file)) {}
+  explicit OpenerLog(fs::path file) : path_(std::move(file)) {}
 
   // One line, with the time in front; control characters are made visible, long texts cut.
   void add(const std::string& words);
@@ -77,7 +77,7 @@ class OpenerLog {
  private:
   void open();
 
-  std::filesystem::path path_;
+  fs::path path_;
   Descriptor file_;
   int lines_ = 0;
 };
@@ -92,12 +92,12 @@ class Opener {
     int applications;
     int var;
     // DEVICE on the host, for paths that the user is shown.
-    std::filesystem::path device;
+    fs::path device;
     // xdg-open; empty if there is none.
-    std::filesystem::path program;
+    fs::path program;
     // What the program is started with.
     Environment environment;
-    std::filesystem::path log;
+    fs::path log;
     // Opener programs end at once where they hand on to a running desktop, and run on where they become the
     // browser: after that time they count as successful.
     std::chrono::milliseconds soonEnough = std::chrono::seconds(3);
@@ -140,7 +140,7 @@ class Opener {
   void takeRequest();
   opener::Verdict open(Asked& asked);
   // The folder that a URL means or, where that is missing, the nearest one above; `path` becomes its path.
-  Descriptor openNearest(int top, std::filesystem::path& path) const;
+  Descriptor openNearest(int top, fs::path& path) const;
   opener::Verdict start(const Asked& asked, const std::string& argument);
   opener::Verdict refuse(const std::string& url, const std::string& reason);
   bool isTooOften();
@@ -157,11 +157,10 @@ class Opener {
 
 // Starts a program of the desktop's with one argument and nothing else of the launcher's, which outlives it.
 // Returns its process, or -1.
-pid_t spawnApart(const std::filesystem::path& program, const std::string& argument,
-                 const Environment& environment);
+pid_t spawnApart(const fs::path& program, const std::string& argument, const Environment& environment);
 
 // What of the caller's environment the opener program gets: the desktop session's own, and no secrets.
 Environment openerEnvironment(const Environment& caller);
 
 // $XDG_STATE_HOME/tweakbench/opener.log
-std::filesystem::path openerLogPath(const Environment& caller, const std::filesystem::path& home);
+fs::path openerLogPath(const Environment& caller, const fs::path& home);

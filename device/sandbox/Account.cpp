@@ -17,8 +17,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // High among the numbers for people, so that no account is likely to have it; and not 65534, which files of
 // unknown owners seem to belong to.
 constexpr uid_t firstOwnUser = 58421;

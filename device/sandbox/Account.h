@@ -13,7 +13,7 @@ struct Account {
   uid_t user;
   gid_t group;
   // The home folder in which the device and Theos are looked for.
-  std::filesystem::path home;
+  fs::path home;
 };
 
 // The caller's own account; for root, that of the sudo caller. Absent for root itself: the owner of the
@@ -31,7 +31,7 @@ struct Caller {
   // False if root itself started the launcher: openDevice() then settles the account by the folder's owner.
   bool isSettled;
   Account account;
-  std::filesystem::path device;
+  fs::path device;
 };
 
 // For root: becomes the account for good, with no group but its own and no capability. Another user stays.
@@ -75,11 +75,11 @@ class Stage {
   Stage();
 
   // Will show `source` (a folder or a socket). Returns where, once mount() has run.
-  std::filesystem::path add(const std::filesystem::path& source, const std::string& name);
+  fs::path add(const fs::path& source, const std::string& name);
 
   // As add() for a folder of Tweakbench's own files: what others may not read in it, a strict umask being the
   // usual cause, is shown as a readable copy.
-  std::filesystem::path addReadable(const std::filesystem::path& source, const std::string& name);
+  fs::path addReadable(const fs::path& source, const std::string& name);
 
   // Mounts everything that was added.
   void mount();
@@ -87,12 +87,12 @@ class Stage {
  private:
   struct Entry {
     Descriptor source;
-    std::filesystem::path target;
+    fs::path target;
     // Empty, or what to copy instead of mounting.
-    std::filesystem::path copied;
+    fs::path copied;
     bool isFolder;
   };
-  void addEntry(const std::filesystem::path& source, const std::filesystem::path& target);
+  void addEntry(const fs::path& source, const fs::path& target);
 
   std::vector<Entry> entries_;
 };

@@ -68,8 +68,6 @@ void addDeviceFolders(ArgumentList& list, const Request& request) {
   add(list, {"--bind-fd", std::to_string(request.theosLibraries), "/opt/theos/lib"});
 }
 
-namespace fs = std::filesystem;
-
 std::string accounts(const Account& account) {
   const std::string user = std::to_string(account.user);
   const std::string group = std::to_string(account.group);

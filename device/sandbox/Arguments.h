@@ -30,8 +30,8 @@ struct Request {
   // Shown as the folder lib of a read-only Theos, which must have one; -1 shows Theos's own.
   int theosLibraries = -1;
   // Tweakbench's own files on the host.
-  std::filesystem::path ownFiles;
-  std::filesystem::path theos;
+  fs::path ownFiles;
+  fs::path theos;
   Options::Theos theosAccess = Options::Theos::ReadOnly;
   Options::Network network = Options::Network::Off;
   Environment environment;

@@ -99,51 +99,48 @@ std::string localeIdentifier(const Environment& caller) {
   return language.empty() || isUntranslated(language) || !isPlainValue(language) ? "en_US" : language;
 }
 
-std::filesystem::path baseFolder(const Environment& caller, const char* name,
-                                 const std::filesystem::path& otherwise) {
-  std::filesystem::path folder = lookUp(caller, name).value_or("");
+fs::path baseFolder(const Environment& caller, const char* name, const fs::path& otherwise) {
+  fs::path folder = lookUp(caller, name).value_or("");
   // A relative value is to be ignored.
   return folder.is_absolute() ? folder : otherwise;
 }
 
-std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home) {
+fs::path defaultDevice(const Environment& caller, const fs::path& home) {
   return baseFolder(caller, "XDG_DATA_HOME", home / ".local/share") / "tweakbench/device";
 }
 
-std::vector<std::filesystem::path> theosFolders(const Options& options, const Environment& caller,
-                                                const std::filesystem::path& home) {
+std::vector<fs::path> theosFolders(const Options& options, const Environment& caller, const fs::path& home) {
   if (options.theos) return {*options.theos};
-  std::vector<std::filesystem::path> result;
+  std::vector<fs::path> result;
   if (auto given = lookUp(caller, "THEOS")) result.emplace_back(*given);
   result.insert(result.end(), {"/opt/theos", "/var/theos", home / "theos"});
   return result;
 }
 
-bool isTheos(const std::filesystem::path& folder) {
+bool isTheos(const fs::path& folder) {
   std::error_code error;
-  return std::filesystem::is_regular_file(folder / "makefiles/common.mk", error);
+  return fs::is_regular_file(folder / "makefiles/common.mk", error);
 }
 
-std::filesystem::path findProgram(const Environment& caller, const char* name) {
+fs::path findProgram(const Environment& caller, const char* name) {
   std::istringstream folders(lookUp(caller, "PATH").value_or("/usr/bin:/bin"));
   for (std::string folder; std::getline(folders, folder, ':');) {
-    std::filesystem::path program = std::filesystem::path(folder) / name;
+    fs::path program = fs::path(folder) / name;
     if (program.is_absolute() && access(program.c_str(), X_OK) == 0) return program;
   }
   return {};
 }
 
-std::filesystem::path findBubblewrap(const Environment& caller) {
-  std::filesystem::path program = findProgram(caller, "bwrap");
+fs::path findBubblewrap(const Environment& caller) {
+  fs::path program = findProgram(caller, "bwrap");
   if (!program.empty()) return program;
   throw Refusal("bubblewrap is not installed; install it with \"apt install bubblewrap\".");
 }
 
-std::filesystem::path findTheos(const Options& options, const Environment& caller,
-                                const std::filesystem::path& home) {
+fs::path findTheos(const Options& options, const Environment& caller, const fs::path& home) {
   for (const auto& candidate : theosFolders(options, caller, home)) {
     std::error_code error;
-    std::filesystem::path whole = std::filesystem::canonical(candidate, error);
+    fs::path whole = fs::canonical(candidate, error);
     if (!error && isTheos(whole)) return whole;
     if (options.theos)
       throw Refusal(candidate.string() +

@@ -27,26 +27,23 @@ Environment deviceEnvironment(const Environment& caller, Audience audience);
 std::string localeIdentifier(const Environment& caller);
 
 // The folder that the variable `name` of the XDG base directories gives.
-std::filesystem::path baseFolder(const Environment& caller, const char* name,
-                                 const std::filesystem::path& otherwise);
+fs::path baseFolder(const Environment& caller, const char* name, const fs::path& otherwise);
 
 // The device's folder if no --device is given.
-std::filesystem::path defaultDevice(const Environment& caller, const std::filesystem::path& home);
+fs::path defaultDevice(const Environment& caller, const fs::path& home);
 
 // The folders that may hold Theos, best first. A given --theos is the only one.
-std::vector<std::filesystem::path> theosFolders(const Options& options, const Environment& caller,
-                                                const std::filesystem::path& home);
+std::vector<fs::path> theosFolders(const Options& options, const Environment& caller, const fs::path& home);
 
 // Whether `folder` can be used as Theos: it has makefiles/common.mk.
-bool isTheos(const std::filesystem::path& folder);
+bool isTheos(const fs::path& folder);
 
 // The first program of that name in the caller's PATH; empty where there is none.
-std::filesystem::path findProgram(const Environment& caller, const char* name);
+fs::path findProgram(const Environment& caller, const char* name);
 
 // The first bwrap in the caller's PATH; throws Refusal where there is none.
-std::filesystem::path findBubblewrap(const Environment& caller);
+fs::path findBubblewrap(const Environment& caller);
 
 // The folder of the Theos that the device gets. Empty where there is none, and the practice Theos takes its
 // place; throws Refusal where that is not what the options ask for. `home` is where ~/theos is looked for.
-std::filesystem::path findTheos(const Options& options, const Environment& caller,
-                                const std::filesystem::path& home);
+fs::path findTheos(const Options& options, const Environment& caller, const fs::path& home);

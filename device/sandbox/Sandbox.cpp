@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 // bubblewrap waits for ever when the child that sets the device up is killed.
 constexpr auto startLimit = std::chrono::seconds(30);
-constexpr auto endLimit = std::chrono::seconds(10);
+constexpr int endLimit = 10'000;  // milliseconds
 // For what was written before a signal.
 constexpr auto lastOutput = std::chrono::milliseconds(200);
 constexpr std::size_t longestMessage = 4096;
@@ -81,12 +81,10 @@ class Run {
   Run(Relay::Streams streams, SystemLog& log, Opener* opener, SingleWindow* window)
       : relay_(streams), terminal_(relay_.terminal()), log_(log), opener_(opener), window_(window) {}
 
-  void start(const std::filesystem::path& bubblewrap, Request& request, const Program& program) {
-    Pipe reports = makeWatchedPipe();
-    Pipe status = makeWatchedPipe();
-    Pipe messages = makeWatchedPipe();
-    Pipe orders = makePipe();
-    request.statusOutput = status.writeEnd.get();
+  void start(const fs::path& bubblewrap, Request& request, const Program& program) {
+    for (Pipe* watched : {&reports_, &status_, &messages_}) *watched = makeWatchedPipe();
+    orders_ = makePipe();
+    request.statusOutput = status_.writeEnd.get();
     std::string list;
     for (const auto& argument : bwrapArguments(request)) list.append(argument).push_back('\0');
     // In a file, because others of the host can read a process's arguments.
@@ -94,7 +92,7 @@ class Run {
     ProcessStart start{
         {bubblewrap.string(), "--args", std::to_string(arguments.get()), "--", "/.host/tweakbench/starter"}};
     for (int descriptor :
-         {reports.writeEnd.get(), orders.readEnd.get(), relay_.input(), relay_.output(), relay_.errors()}) {
+         {reports_.writeEnd.get(), orders_.readEnd.get(), relay_.input(), relay_.output(), relay_.errors()}) {
       start.words.push_back(std::to_string(descriptor));
       start.passed.push_back(descriptor);
     }
@@ -114,7 +112,7 @@ class Run {
     // bubblewrap shows its environment in the device, and its standard output as the console.
     start.environment.emplace();
     if (terminal_ != nullptr) start.output = terminal_->deviceSide().get();
-    start.errors = messages.writeEnd.get();
+    start.errors = messages_.writeEnd.get();
     start.endsBy = SIGKILL;
     // Not stopped with the launcher, which stops what runs in the device first.
     start.place = ProcessStart::Place::OwnGroup;
@@ -125,10 +123,8 @@ class Run {
     child_ = spawn(start);
     if (child_ < 0) refuseWithError("bubblewrap could not be started:");
     childEnd_ = endOf(child_);
-    reports_ = std::move(reports.readEnd);
-    status_ = std::move(status.readEnd);
-    messages_ = std::move(messages.readEnd);
-    orders_ = std::move(orders.writeEnd);
+    for (Pipe* pipe : {&reports_, &status_, &messages_}) pipe->writeEnd.close();
+    orders_.readEnd.close();
     if (opener_ != nullptr) opener_->applicationEnd().close();
     if (window_ != nullptr) window_->applicationEnd().close();
     const int isReduced = program.beforeStart && program.beforeStart() ? 1 : 0;
@@ -163,8 +159,8 @@ class Run {
   // Serves what happens within `wait` milliseconds (-1: for ever); returns how many sources had something.
   int serve(int wait) {
     std::vector<pollfd> watched;
-    for (int source : {childEnd_.get(), reports_.get(), status_.get(), messages_.get(), signals_.descriptor(),
-                       log_.descriptor()}) {
+    for (int source : {childEnd_.get(), reports_.readEnd.get(), status_.readEnd.get(),
+                       messages_.readEnd.get(), signals_.descriptor(), log_.descriptor()}) {
       watched.push_back({source, POLLIN, 0});
     }
     if (terminal_ != nullptr) terminal_->addTo(watched);
@@ -207,7 +203,7 @@ class Run {
   // The pipe takes it: it is all but empty.
   void order(StartOrder::Kind kind, int value) const {
     const StartOrder message{kind, value};
-    [[maybe_unused]] const ssize_t written = write(orders_.get(), &message, sizeof message);
+    [[maybe_unused]] const ssize_t written = write(orders_.writeEnd.get(), &message, sizeof message);
   }
 
   void takeSignal(const signalfd_siginfo& signal) {
@@ -243,9 +239,9 @@ class Run {
 
   void takeReports() {
     StartReport report{};
-    while (reports_) {
-      const ssize_t got = read(reports_.get(), &report, sizeof report);
-      if (got == 0) reports_.close();
+    while (reports_.readEnd) {
+      const ssize_t got = read(reports_.readEnd.get(), &report, sizeof report);
+      if (got == 0) reports_.readEnd.close();
       if (got != static_cast<ssize_t>(sizeof report)) return;
       if (report.kind == StartReport::Kind::Started) isStarted_ = true;
       if (report.kind == StartReport::Kind::NotStarted) startError_ = report.value;
@@ -256,7 +252,7 @@ class Run {
 
   // Lines such as { "child-pid": 42 … }: the first process of the device, with which all others end.
   void takeStatus() {
-    const std::string text = readAll(status_);
+    const std::string text = readAll(status_.readEnd);
     const std::string key = "\"child-pid\": ";
     const auto found = text.find(key);
     if (found == std::string::npos || firstProcess_) return;
@@ -267,7 +263,7 @@ class Run {
   }
 
   void takeMessages() {
-    const std::string text = readAll(messages_);
+    const std::string text = readAll(messages_.readEnd);
     message_.append(text, 0, longestMessage - std::min(message_.size(), longestMessage));
   }
 
@@ -301,12 +297,9 @@ class Run {
     takeStatus();
     if (!firstProcess_) return;
     pollfd end{firstProcess_.get(), POLLIN, 0};
-    const auto limit = Clock::now() + endLimit;
-    while (Clock::now() < limit) {
-      if (poll(&end, 1, 50) <= 0) continue;
-      waitpid(firstNumber_, nullptr, 0);
-      return;
+    while (poll(&end, 1, endLimit) < 0 && errno == EINTR) {
     }
+    waitpid(firstNumber_, nullptr, WNOHANG);
   }
 
   Ending ending() const {
@@ -329,10 +322,10 @@ class Run {
 
   pid_t child_ = -1;
   Descriptor childEnd_;
-  Descriptor reports_;
-  Descriptor status_;
-  Descriptor messages_;
-  Descriptor orders_;
+  Pipe reports_;
+  Pipe status_;
+  Pipe messages_;
+  Pipe orders_;
   Descriptor firstProcess_;
   pid_t firstNumber_ = -1;
   Relay relay_;
@@ -366,8 +359,8 @@ std::string firstLine(const std::string& message) {
 
 }  // namespace
 
-Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   SystemLog& log, Opener* opener, SingleWindow* window) {
+Ending runInDevice(const fs::path& bubblewrap, Request request, const Program& program, SystemLog& log,
+                   Opener* opener, SingleWindow* window) {
   Run run(program.streams, log, opener, window);
   run.start(bubblewrap, request, program);
   return run.watch();

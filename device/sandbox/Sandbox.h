@@ -39,8 +39,8 @@ struct Ending {
 // Returns when no process of the device is left. `request.statusOutput` is filled in here. Meanwhile `log` is
 // passed on, and `opener` and `window`, which may be null, serve the program. Throws Refusal if the device
 // could not be set up.
-Ending runInDevice(const std::filesystem::path& bubblewrap, Request request, const Program& program,
-                   SystemLog& log, Opener* opener = nullptr, SingleWindow* window = nullptr);
+Ending runInDevice(const fs::path& bubblewrap, Request request, const Program& program, SystemLog& log,
+                   Opener* opener = nullptr, SingleWindow* window = nullptr);
 
 // The kernel's switches for user namespaces; absent where the kernel has none.
 struct NamespaceSettings {

@@ -38,7 +38,7 @@ std::optional<std::string> findSession(const Environment& caller) {
   if (auto given = lookUp(caller, "DBUS_SESSION_BUS_ADDRESS")) return given;
   const auto runtime = lookUp(caller, "XDG_RUNTIME_DIR");
   std::error_code error;
-  if (!runtime || !std::filesystem::is_socket(*runtime + "/bus", error)) return std::nullopt;
+  if (!runtime || !fs::is_socket(*runtime + "/bus", error)) return std::nullopt;
   return "unix:path=" + *runtime + "/bus";
 }
 
@@ -99,7 +99,7 @@ Accessibility::~Accessibility() {
     waitpid(proxy_, nullptr, 0);
   }
   std::error_code ignored;
-  for (const char* left : {"/session", "/bus", ""}) std::filesystem::remove(folder_ + left, ignored);
+  for (const char* left : {"/session", "/bus", ""}) fs::remove(folder_ + left, ignored);
 }
 
 std::vector<Shown> Accessibility::sockets() const {

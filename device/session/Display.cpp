@@ -11,8 +11,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* waylandSocket = "/.host/wayland";
 constexpr const char* x11Folder = "/tmp/.X11-unix";
 

@@ -20,7 +20,7 @@ struct Display {
   };
   Kind kind = Kind::None;
   // The socket on the host.
-  std::filesystem::path socket;
+  fs::path socket;
   // X11: the display's number, as in ":0".
   std::string number;
 };
@@ -40,5 +40,5 @@ void addDisplay(Environment& environment, const Display& display, int authority)
 
 // Asks the settings of the two common desktops, in files below `home` and of the caller's session; no answer
 // within `patience` means no. To be called as the device's user: another's settings are not its own.
-bool prefersReducedMotion(const Environment& caller, const std::filesystem::path& home,
+bool prefersReducedMotion(const Environment& caller, const fs::path& home,
                           std::chrono::milliseconds patience = std::chrono::seconds(2));

@@ -16,7 +16,7 @@ constexpr std::size_t timeLength = 16;
 
 }  // namespace
 
-SystemLog::SystemLog(int folder, const std::filesystem::path& path)
+SystemLog::SystemLog(int folder, const fs::path& path)
     : folder_(folder), name_("log." + std::to_string(getpid())) {
   // What a killed launcher left.
   unlinkat(folder, name_.c_str(), 0);

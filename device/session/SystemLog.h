@@ -6,12 +6,14 @@
 #include <filesystem>
 #include <string>
 
+namespace fs = std::filesystem;
+
 // Stands for /dev/log in the device. What a build starts cannot reach it, since it has no local sockets.
 class SystemLog {
  public:
   // Makes the socket log.PID in the device's folder at `path` and open as long as the object lives.
   // Where that fails, path() is empty and the device has no log.
-  SystemLog(int folder, const std::filesystem::path& path);
+  SystemLog(int folder, const fs::path& path);
   ~SystemLog();
 
   // The socket on the host, to be shown in the device; not needed any more once the device is set up.

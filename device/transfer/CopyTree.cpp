@@ -10,8 +10,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // Two descriptors each, within what a process may open.
 constexpr int deepestCopied = 256;
 constexpr std::size_t copiedAtOnce = 1 << 20;

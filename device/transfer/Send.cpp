@@ -12,8 +12,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::size_t longestLog = 1 << 16;
 // ssh's own failures; the others are the remote command's.
 constexpr int sshFailed = 255;

@@ -16,8 +16,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::size_t longestMakefile = 1 << 20;
 
 fs::path pathOf(int folder) {
