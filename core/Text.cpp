@@ -1,5 +1,6 @@
 #include "core/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -11,23 +12,16 @@ constexpr std::string_view absentText = "(null)";
 
 // The length of the valid multi-byte character at the start of `rest`, or 0.
 std::size_t characterLength(std::string_view rest) {
-  const auto byte = [rest](std::size_t index) { return static_cast<unsigned char>(rest[index]); };
-  const auto isContinuation = [rest](std::size_t index) { return !startsCharacter(rest[index]); };
-  const unsigned char first = byte(0);
-  if (first >= 0xC2 && first <= 0xDF) return rest.size() >= 2 && isContinuation(1) ? 2 : 0;
-  if (first >= 0xE0 && first <= 0xEF) {
-    if (rest.size() < 3 || !isContinuation(1) || !isContinuation(2)) return 0;
-    if (first == 0xE0 && byte(1) < 0xA0) return 0;  // overlong
-    if (first == 0xED && byte(1) > 0x9F) return 0;  // surrogate
-    return 3;
-  }
-  if (first >= 0xF0 && first <= 0xF4) {
-    if (rest.size() < 4 || !isContinuation(1) || !isContinuation(2) || !isContinuation(3)) return 0;
-    if (first == 0xF0 && byte(1) < 0x90) return 0;  // overlong
-    if (first == 0xF4 && byte(1) > 0x8F) return 0;  // past U+10FFFF
-    return 4;
-  }
-  return 0;
+  const auto first = static_cast<unsigned char>(rest[0]);
+  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+  if (first < 0xC2 || first > 0xF4 || rest.size() < length) return 0;
+  const auto isFirst = [](char byte) { return startsCharacter(byte); };
+  if (std::any_of(rest.begin() + 1, rest.begin() + static_cast<std::ptrdiff_t>(length), isFirst)) return 0;
+  const auto second = static_cast<unsigned char>(rest[1]);
+  const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
+  const bool surrogate = first == 0xED && second > 0x9F;
+  const bool pastTheLast = first == 0xF4 && second > 0x8F;
+  return overlong || surrogate || pastTheLast ? 0 : length;
 }
 
 // How many bytes at the start of `text` are valid characters.

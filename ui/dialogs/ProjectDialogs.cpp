@@ -261,8 +261,6 @@ class Search : public QObject {
   std::shared_ptr<std::atomic<bool>> ended_;
 };
 
-}  // namespace
-
 void showGoToFile(PlaceChosen chosen) {
   auto* const panel = new PickPanel(text::fileName, text::projectFiles);
   const auto choice = std::make_shared<FileChoice>();
@@ -291,6 +289,8 @@ void showProjectSearch(const QString& word, PlaceChosen chosen) {
   show(panel, text::searchInProject,
        [picked, chosen = std::move(chosen)](int) { chosen(picked->path, picked->line, picked->column); });
 }
+
+}  // namespace
 
 void showGoToLine(std::function<void(long line, long column)> chosen) {
   const OneLineQuestion question{localized(text::goToLine), localized(text::lineNumber),

@@ -12,18 +12,13 @@ class UIButton;
 // The line and the column are from 1, the column in bytes; 0 where no place in the file is meant.
 using PlaceChosen = std::function<void(const std::string& path, long line, long column)>;
 
-// Lists the files of all the project's folders, filters them while one types, and offers to make a file of a
-// name that there is not.
-void showGoToFile(PlaceChosen chosen);
-
-// Lists the lines of the project's files that hold what is typed, `word` to begin with.
-void showProjectSearch(const QString& word, PlaceChosen chosen);
-
 // Asks for a line, or a line and a column.
 void showGoToLine(std::function<void(long line, long column)> chosen);
 
-// Makes two buttons of a screen whose view is being made open the first two, by a click and by their keys.
-// `selected`, which may be null, returns the word to begin a search with.
+// Makes two buttons of a screen whose view is being made open two dialogs, by a click and by their keys.
+// Go to File lists the files of all the project's folders, filters them while one types, and offers to make a
+// file of a name that there is not. Search in Project lists the lines that hold what is typed, to begin with
+// the word that `selected` returns, which may be null.
 void wireProjectButtons(UIButton& goToFile, UIButton& search, const PlaceChosen& chosen,
                         std::function<QString()> selected = {});
 
