@@ -19,6 +19,7 @@
 namespace {
 
 using Kind = RQAlertViewButtonKind;
+using Motion = RQAlertViewRootView::Motion;
 using State = RQAlertViewState;
 
 std::shared_ptr<RQAlertView>& sharedAppearance() {
@@ -241,7 +242,7 @@ void RQAlertView::showAnimated(bool animated, bool hidden, RQAlertViewCompletion
   if (rootView_ && state_ == State::Made) rootView_->setVisible(!hidden);
   showBy(
       [this](double duration, auto finished) {
-        rootView_->bringIn(dimmingBelow(window_.get(), true), duration, std::move(finished));
+        rootView_->start(Motion::BringIn, dimmingBelow(window_.get(), true), duration, std::move(finished));
       },
       animated, std::move(completionHandler));
 }
@@ -330,8 +331,8 @@ void RQAlertView::dismissAnimated(bool animated, RQAlertViewCompletionHandler co
   beginDismissal();
   if (animated) reportAnimations(reports::dismissAnimations);
   if (!rootView_) return dismissComplete();
-  rootView_->takeOut(dimmingBelow(window_.get(), false), animated ? animationDuration() : 0,
-                     [this] { dismissComplete(); });
+  rootView_->start(Motion::TakeOut, dimmingBelow(window_.get(), false), animated ? animationDuration() : 0,
+                   [this] { dismissComplete(); });
 }
 
 void RQAlertView::beginDismissal() {

@@ -98,14 +98,6 @@ QRect RQAlertViewRootView::freeRoom() const {
   return room;
 }
 
-void RQAlertViewRootView::bringIn(double dimmingBefore, double duration, std::function<void()> finished) {
-  start(Motion::BringIn, dimmingBefore, duration, std::move(finished));
-}
-
-void RQAlertViewRootView::takeOut(double dimmingAfter, double duration, std::function<void()> finished) {
-  start(Motion::TakeOut, dimmingAfter, duration, std::move(finished));
-}
-
 void RQAlertViewRootView::changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore,
                                      double duration, std::function<void()> finished) {
   earlierPicture_ = picture;

@@ -24,11 +24,11 @@ class RQAlertViewRootView : public QWidget {
   // to its new place where motion is on.
   void setKeyboardFrame(const QRect& frame, double duration, QEasingCurve::Type curve);
 
-  // Each ends with `finished`, which is called exactly once: at the end, at once without a duration
-  // (seconds), or by finishMotion(); never when the view is destroyed first. The cover's dimming begins or
-  // ends at that of another dialog: 0 for none.
-  void bringIn(double dimmingBefore, double duration, std::function<void()> finished);
-  void takeOut(double dimmingAfter, double duration, std::function<void()> finished);
+  enum class Motion { None, BringIn, TakeOut, ChangeFrom };
+  // Ends with `finished`, which is called exactly once: at the end, at once without a duration (seconds), or
+  // by finishMotion(); never when the view is destroyed first. The cover's dimming begins or ends at that of
+  // another dialog: 0 for none.
+  void start(Motion motion, double otherDimming, double duration, std::function<void()> finished);
   // Brings the box in by changing it from a picture of another one, which was at `from`.
   void changeFrom(const QPixmap& picture, const QRect& from, double dimmingBefore, double duration,
                   std::function<void()> finished);
@@ -51,9 +51,6 @@ class RQAlertViewRootView : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  enum class Motion { None, BringIn, TakeOut, ChangeFrom };
-
-  void start(Motion motion, double otherDimming, double duration, std::function<void()> finished);
   QRect freeRoom() const;
   // From 0 to 1.
   double coverShown() const;

@@ -21,10 +21,6 @@ using Kind = Problem::Kind;
 constexpr size_t mostOfAKind = 2000;
 constexpr size_t linesToCaret = 6;
 
-bool isDigit(char byte) {
-  return byte >= '0' && byte <= '9';
-}
-
 bool contains(string_view text, string_view part) {
   return !text.empty() && memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
 }
@@ -40,7 +36,7 @@ bool take(string_view& text, string_view prefix) {
 std::optional<int> takeNumber(string_view& text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || number < 1 || !isDigit(text.front())) return std::nullopt;
+  if (error != std::errc() || number < 1) return std::nullopt;
   text.remove_prefix(static_cast<size_t>(end - text.data()));
   return number;
 }

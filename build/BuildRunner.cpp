@@ -17,10 +17,6 @@ const char* markerOf(BuildVariant variant) {
   return variant == BuildVariant::Package ? paths::updateLog : paths::installUpdateLog;
 }
 
-const char* commandOf(BuildVariant variant) {
-  return variant == BuildVariant::Package ? "cd %@ && make package" : "cd %@ && make package install";
-}
-
 void collectPackages(const std::string& folder, const MaybeText& project) {
   const std::string packages = fill(paths::projectPackages, {project});
   if (!fileExistsAtPath(paths::packages)) run_cmder("mkdir %@", {paths::packages});
@@ -72,7 +68,8 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
   const std::string folder = fill(paths::project, {project});
   // What make does to the project, too.
   keepHistory();
-  run_cmder(commandOf(variant), {folder});
+  run_cmder(variant == BuildVariant::Package ? "cd %@ && make package" : "cd %@ && make package install",
+            {folder});
   collectPackages(folder, project);
 }
 

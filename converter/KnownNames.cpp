@@ -49,11 +49,6 @@ bool isUpper(char character) {
   return character >= 'A' && character <= 'Z';
 }
 
-bool isCapitals(std::string_view name) {
-  const auto isLower = [](char character) { return character >= 'a' && character <= 'z'; };
-  return std::none_of(name.begin(), name.end(), isLower);
-}
-
 }  // namespace
 
 bool isAmong(std::string_view names, std::string_view name) {
@@ -76,8 +71,10 @@ bool isClass(std::string_view name) {
 bool isTaken(std::string_view name) {
   if (isClass(name)) return false;
   const auto begins = [name](std::string_view prefix) { return name.starts_with(prefix); };
+  const auto isLower = [](char character) { return character >= 'a' && character <= 'z'; };
+  const bool isCapitals = std::none_of(name.begin(), name.end(), isLower);
   const bool isOfType = name.ends_with("Ptr") || name.ends_with("Ref") || name.ends_with("Param");
-  return name.empty() || !isUpper(name.front()) || isCapitals(name) || isOfType || isAmong(taken, name) ||
+  return name.empty() || !isUpper(name.front()) || isCapitals || isOfType || isAmong(taken, name) ||
          name.find('$') != std::string_view::npos || std::any_of(prefixes.begin(), prefixes.end(), begins);
 }
 

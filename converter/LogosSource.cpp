@@ -101,12 +101,6 @@ std::string original(const MethodSignature& signature) {
   return signature.arguments.empty() ? "%orig" : "%orig(" + signature.argumentNames() + ")";
 }
 
-// After an argument of unknown type, the place of the others is unknown. None is used, so void * will do.
-void ignoreArguments(MethodSignature& signature) {
-  const auto first = std::find_if_not(signature.arguments.begin(), signature.arguments.end(), isKnown);
-  std::fill(first, signature.arguments.end(), ValueType{"void *", ValueKind::Pointer});
-}
-
 // Derives the unknown types of `signature` from the values.
 std::string body(const FlexUnit& unit, MethodSignature& signature) {
   const bool givesNothing = signature.returned.kind == ValueKind::Void;
@@ -121,10 +115,13 @@ std::string body(const FlexUnit& unit, MethodSignature& signature) {
   }
   const std::string returning =
       unit.returned && !givesNothing ? returningValue(*unit.returned, signature) : "";
-  if (setsArguments)
+  if (setsArguments) {
     text += (givesNothing || unit.returned ? "\t" : "\treturn ") + original(signature) + ";\n";
-  else
-    ignoreArguments(signature);
+  } else {
+    // After an argument of unknown type, the place of the others is unknown. None is used, so void * will do.
+    const auto first = std::find_if_not(signature.arguments.begin(), signature.arguments.end(), isKnown);
+    std::fill(first, signature.arguments.end(), ValueType{"void *", ValueKind::Pointer});
+  }
   return text + returning;
 }
 

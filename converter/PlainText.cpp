@@ -3,6 +3,7 @@
 #include "core/Text.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstddef>
 #include <iterator>
 
@@ -46,17 +47,13 @@ bool isSeen(char32_t point) {
   return !isTag && std::none_of(std::begin(unseen), std::end(unseen), holds);
 }
 
-bool isLetterOrDigit(char32_t point) {
-  return (point >= 'a' && point <= 'z') || (point >= 'A' && point <= 'Z') || (point >= '0' && point <= '9');
-}
-
 bool isOneOf(char32_t point, std::string_view characters) {
   return point < 0x80 && characters.find(static_cast<char>(point)) != std::string_view::npos;
 }
 
 bool mayStandInMenu(char32_t point) {
   if (point >= 0x80) return isSeen(point);
-  return isLetterOrDigit(point) || isOneOf(point, "-_.,+");
+  return std::isalnum(static_cast<int>(point)) != 0 || isOneOf(point, "-_.,+");
 }
 
 // A question mark may be part of a trigraph for a backslash.

@@ -53,11 +53,6 @@ std::size_t validLength(std::string_view text) {
   return at;
 }
 
-std::string_view withoutTrailingSlashes(std::string_view path) {
-  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
-  return path;
-}
-
 }  // namespace
 
 bool isValidUTF8(std::string_view text) {
@@ -135,7 +130,7 @@ std::string described(const std::vector<std::string>& items) {
 }
 
 std::string lastPathComponent(std::string_view path) {
-  path = withoutTrailingSlashes(path);
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
   if (path == "/") return "/";
   const std::size_t slash = path.rfind('/');
   return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));

@@ -43,14 +43,10 @@ void goEverywhere(Album& album) {
   stops::end(album);
 }
 
-// The tour ends by deleting all projects and backups.
-void requireNothingToLose() {
+void goTour(FILE* report, bool onlyMainJob) {
+  // The tour ends by deleting all projects and backups.
   if (!projectNames().empty() || !backupNames().empty())
     throw std::runtime_error("there are projects or backups in this device, and it would delete them");
-}
-
-void goTour(FILE* report, bool onlyMainJob) {
-  requireNothingToLose();
   Album album(report);
   if (onlyMainJob) {
     stops::mainJob(album);

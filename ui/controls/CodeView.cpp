@@ -19,10 +19,6 @@ constexpr int markMargin = 1;
 constexpr int firstIndicator = 8;  // of errors; the other kinds follow. The library's lexers use those before
 constexpr int markKinds = 3;
 
-bool isBracket(char byte) {
-  return byte != '\0' && std::strchr("()[]{}", byte) != nullptr;
-}
-
 }  // namespace
 
 CodeView::CodeView(QWidget* parent) : TextView(parent) {
@@ -195,7 +191,8 @@ void CodeView::paintEvent(QPaintEvent*) {
 void CodeView::matchBrackets() {
   const long caret = send(SCI_GETCURRENTPOS);
   const auto bracketAt = [this](long place) {
-    return place >= 0 && isBracket(static_cast<char>(send(SCI_GETCHARAT, place)));
+    const int byte = place < 0 ? 0 : static_cast<int>(send(SCI_GETCHARAT, place));
+    return byte != 0 && std::strchr("()[]{}", byte) != nullptr;
   };
   const long bracket = bracketAt(caret - 1) ? caret - 1 : bracketAt(caret) ? caret : -1;
   const long other = bracket < 0 || send(SCI_GETLENGTH) > longestMatched ? -1 : send(SCI_BRACEMATCH, bracket);

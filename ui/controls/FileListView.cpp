@@ -26,11 +26,6 @@ void FileListView::reloadData() {
   verticalScrollBar()->setValue(place);
 }
 
-void FileListView::leavePlace() {
-  setCurrentRow(-1);
-  scrollToTop();
-}
-
 void FileListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   RowListView::currentChanged(current, previous);
   const auto row = static_cast<std::size_t>(current.row());

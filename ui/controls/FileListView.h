@@ -14,8 +14,6 @@ class FileListView : public RowListView {
   // Shows MUArray(), which has changed, keeping the place in the list where the rows still allow it: the same
   // file stays the current one wherever it stands now, or if it has gone, the one in its place.
   void reloadData();
-  // Goes back to the top, with no file current: for the files of another project.
-  void leavePlace();
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;

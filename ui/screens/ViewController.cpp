@@ -75,7 +75,10 @@ void ViewController::viewDidLoad() {
   outlets_.TableVV->setBackgroundColor(colours::listGround);
   outlets_.TableVV->setSeparatorColor(colours::separator);
   const QString project = shownName(currentProjectLabel());
-  if (project != outlets_.ProjLableName->text()) outlets_.TableVV->leavePlace();
+  if (project != outlets_.ProjLableName->text()) {
+    outlets_.TableVV->setCurrentRow(-1);
+    outlets_.TableVV->scrollToTop();
+  }
   outlets_.TableVV->reloadData();
   outlets_.ProjLableName->setText(project);
   // "[*]" alone would be a place for the mark of a changed document.
