@@ -22,10 +22,7 @@ using Kind = RQAlertViewButtonKind;
 using Motion = RQAlertViewRootView::Motion;
 using State = RQAlertViewState;
 
-std::shared_ptr<RQAlertView>& sharedAppearance() {
-  static std::shared_ptr<RQAlertView> appearance;
-  return appearance;
-}
+std::shared_ptr<RQAlertView> sharedAppearance;
 
 double levelFor(RQAlertViewWindowLevel level) {
   return level == RQAlertViewWindowLevel::AboveStatusBar ? UIWindowLevelAlert : UIWindowLevelStatusBar - 1;
@@ -56,13 +53,12 @@ std::shared_ptr<RQAlertView> RQAlertView::alloc() {
 }
 
 const std::shared_ptr<RQAlertView>& RQAlertView::appearance() {
-  std::shared_ptr<RQAlertView>& shared = sharedAppearance();
-  if (!shared) {
-    shared = alloc()->initAsAppearance();
+  if (!sharedAppearance) {
+    sharedAppearance = alloc()->initAsAppearance();
     // Its fonts and pictures must not outlive the application.
-    qAddPostRoutine([] { sharedAppearance().reset(); });
+    qAddPostRoutine([] { sharedAppearance.reset(); });
   }
-  return shared;
+  return sharedAppearance;
 }
 
 std::shared_ptr<RQAlertView> RQAlertView::initAsAppearance() {

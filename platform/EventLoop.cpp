@@ -64,16 +64,10 @@ namespace {
 
 const QString delayedCall = QStringLiteral("delayed call");
 
-std::vector<std::shared_ptr<void>>& pool() {
-  static std::vector<std::shared_ptr<void>> objects;
-  return objects;
-}
+std::vector<std::shared_ptr<void>> pool;
 
 std::mutex workersMutex;
-std::vector<std::unique_ptr<QThread>>& workers() {
-  static std::vector<std::unique_ptr<QThread>> threads;
-  return threads;
-}
+std::vector<std::unique_ptr<QThread>> workers;
 
 void runOnMainQueue(std::function<void()> job) {
   if (QCoreApplication* application = QCoreApplication::instance()) {
@@ -96,8 +90,8 @@ void runOnWorker(std::function<void()> job, QThread::Priority priority) {
   // The only sign of a refused thread: neither a signal nor an exception comes.
   if (worker->isRunning() || worker->isFinished()) {
     const std::lock_guard lock(workersMutex);
-    std::erase_if(workers(), [](const auto& thread) { return thread->isFinished() && thread->wait(); });
-    workers().push_back(std::move(worker));
+    std::erase_if(workers, [](const auto& thread) { return thread->isFinished() && thread->wait(); });
+    workers.push_back(std::move(worker));
     return;
   }
   NSLog("No thread could be started for a queued job; it runs on the main thread.");
@@ -141,9 +135,9 @@ void dispatch_wait_for_global_queues() {
     std::unique_ptr<QThread> worker;
     {
       const std::lock_guard lock(workersMutex);
-      if (workers().empty()) return;
-      worker = std::move(workers().back());
-      workers().pop_back();
+      if (workers.empty()) return;
+      worker = std::move(workers.back());
+      workers.pop_back();
     }
     worker->wait();
     handover::taken();
@@ -169,7 +163,7 @@ void cancelPreviousPerformRequests(QObject* target) {
 
 void autorelease(std::shared_ptr<void> object) {
   if (!object || !QCoreApplication::instance()) return;
-  pool().push_back(std::move(object));
+  pool.push_back(std::move(object));
   // The event itself holds no object: an application drops the events left at its end under a lock that the
   // objects would need to be destroyed.
   QMetaObject::invokeMethod(QCoreApplication::instance(), drainAutoreleasePool, Qt::QueuedConnection);
@@ -177,7 +171,7 @@ void autorelease(std::shared_ptr<void> object) {
 
 void drainAutoreleasePool() {
   // What goes may leave more to be released.
-  while (!pool().empty()) {
-    const std::vector<std::shared_ptr<void>> going = std::exchange(pool(), {});
+  while (!pool.empty()) {
+    const std::vector<std::shared_ptr<void>> going = std::exchange(pool, {});
   }
 }

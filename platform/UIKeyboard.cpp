@@ -17,10 +17,7 @@ namespace {
 constexpr double slideSeconds = 0.25;
 
 // Of the one keyboard.
-QRectF& presentFrame() {
-  static QRectF frame;
-  return frame;
-}
+QRectF presentFrame;
 
 void post(const QString& name, const QRectF& frame) {
   NSNotificationCenter::defaultCenter().postNotificationName(
@@ -35,10 +32,7 @@ struct KeyRelease {
   quint64 time = 0;  // milliseconds of the display's clock; 0 for none
 };
 
-KeyRelease& lastKeyRelease() {
-  static KeyRelease release;
-  return release;
-}
+KeyRelease lastKeyRelease;
 
 }  // namespace
 
@@ -50,15 +44,15 @@ UIKeyboard::UIKeyboard(QObject* parent) : QObject(parent) {
 }
 
 void UIKeyboard::setFrame(const QRectF& frame) {
-  if (frame == presentFrame()) return;
-  const QRectF before = std::exchange(presentFrame(), frame);
+  if (frame == presentFrame) return;
+  const QRectF before = std::exchange(presentFrame, frame);
   post(UIKeyboardWillChangeFrameNotification, frame);
   if (before.isEmpty() && !frame.isEmpty()) post(UIKeyboardWillShowNotification, frame);
   if (!before.isEmpty() && frame.isEmpty()) post(UIKeyboardWillHideNotification, frame);
 }
 
 QRectF UIKeyboard::frame() {
-  return presentFrame();
+  return presentFrame;
 }
 
 void UIKeyboard::readInputMethod() {
@@ -68,13 +62,12 @@ void UIKeyboard::readInputMethod() {
 }
 
 bool isRepeated(const QKeyEvent& press) {
-  const KeyRelease& release = lastKeyRelease();
-  return press.isAutoRepeat() ||
-         (release.time != 0 && release.time == press.timestamp() && release.key == press.key());
+  return press.isAutoRepeat() || (lastKeyRelease.time != 0 && lastKeyRelease.time == press.timestamp() &&
+                                  lastKeyRelease.key == press.key());
 }
 
 void noteKeyRelease(const QKeyEvent& release) {
   // Elsewhere two quick taps may have the same time.
   if (QGuiApplication::platformName() == QStringLiteral("xcb"))
-    lastKeyRelease() = {release.key(), release.timestamp()};
+    lastKeyRelease = {release.key(), release.timestamp()};
 }

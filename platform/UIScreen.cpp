@@ -62,15 +62,9 @@ QAccessibleInterface* makeInterface(const QString& className, QObject* object) {
                               isScreen ? QAccessible::Window : QAccessible::Client);
 }
 
-QPointer<UIScreen>& theScreen() {
-  static QPointer<UIScreen> screen;
-  return screen;
-}
+QPointer<UIScreen> theScreen;
 
-std::optional<bool>& chosenMotion() {
-  static std::optional<bool> chosen;
-  return chosen;
-}
+std::optional<bool> chosenMotion;
 
 }  // namespace
 
@@ -134,16 +128,15 @@ void forgetHostOf(WId window) {
 }  // namespace
 
 UIScreen* UIScreen::mainScreen() {
-  QPointer<UIScreen>& screen = theScreen();
-  if (!screen) {
+  if (!theScreen) {
     QAccessible::installFactory(makeInterface);
-    screen = new UIScreen;
+    theScreen = new UIScreen;
   }
-  return screen;
+  return theScreen;
 }
 
 void UIScreen::destroyMainScreen() {
-  delete theScreen().data();
+  delete theScreen.data();
 }
 
 UIScreen::UIScreen() {
@@ -228,9 +221,9 @@ UIUserInterfaceIdiom UIDevice::userInterfaceIdiom() const {
 
 bool motionEnabled() {
   // The device cannot see the desktop's settings; the launcher has looked.
-  return chosenMotion().value_or(!qEnvironmentVariableIsSet(reducedMotionVariable));
+  return chosenMotion.value_or(!qEnvironmentVariableIsSet(reducedMotionVariable));
 }
 
 void setMotionEnabled(bool enabled) {
-  chosenMotion() = enabled;
+  chosenMotion = enabled;
 }

@@ -11,20 +11,17 @@ namespace {
 
 constexpr const char* fullPathKey = "FullPath";
 
-std::vector<std::string>& files() {
-  static std::vector<std::string> names;
-  return names;
-}
+std::vector<std::string> projectFiles;
 
 }  // namespace
 
 const std::vector<std::string>& MUArray() {
-  return files();
+  return projectFiles;
 }
 
 void ArraySetUp() {
-  files() = contentsOfDirectoryAtPath(fill(paths::project, {currentProject()}))
-                .value_or(std::vector<std::string>{});
+  projectFiles = contentsOfDirectoryAtPath(fill(paths::project, {currentProject()}))
+                     .value_or(std::vector<std::string>{});
 }
 
 bool fileCheckRejects(const std::string& entry) {
