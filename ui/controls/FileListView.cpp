@@ -8,11 +8,11 @@
 #include <QScrollBar>
 
 FileListView::FileListView(QWidget* parent) : RowListView(parent) {
-  setRowAt([picture = QIcon(QStringLiteral(":/pictures/na.png"))](int row) {
+  rows().rowAt = [picture = QIcon(QStringLiteral(":/pictures/na.png"))](int row) {
     const auto index = static_cast<std::size_t>(row);
-    return Row{.name = index < MUArray().size() ? shownName(MUArray()[index]) : QString(),
-               .picture = picture};
-  });
+    return RowModel::Row{.name = index < MUArray().size() ? shownName(MUArray()[index]) : QString(),
+                         .picture = picture};
+  };
 }
 
 void FileListView::reloadData() {
@@ -20,9 +20,10 @@ void FileListView::reloadData() {
   const int place = verticalScrollBar()->value();
   const int row = currentRow();
   const auto same = std::find(names.begin(), names.end(), currentName_);
-  setCount(static_cast<int>(names.size()));
+  rows().setCount(static_cast<int>(names.size()));
   if (row >= 0)
-    setCurrentRow(same != names.end() ? static_cast<int>(same - names.begin()) : std::min(row, count() - 1));
+    setCurrentRow(same != names.end() ? static_cast<int>(same - names.begin())
+                                      : std::min(row, rows().rowCount() - 1));
   verticalScrollBar()->setValue(place);
 }
 

@@ -27,7 +27,7 @@ QString shownLine(const std::string& text) {
   return shownName(text.substr(0, 4 * longestShown)).left(longestShown);
 }
 
-RowListView::Row rowOf(const Problem& problem) {
+RowModel::Row rowOf(const Problem& problem) {
   const QString name = shownLine(textOf(problem));
   std::string place = problem.file;
   if (problem.line > 0) place += ":" + std::to_string(problem.line);
@@ -130,7 +130,7 @@ ProblemsPanel::ProblemsPanel(QWidget* parent)
   list_->setBackgroundColor(colours::listGround);
   list_->setSeparatorColor(colours::separator);
   list_->setMarksCurrent(true);
-  list_->setRowAt([this](int row) { return rowOf(problemAt(row)); });
+  list_->rows().rowAt = [this](int row) { return rowOf(problemAt(row)); };
   connect(list_, &RowListView::rowPicked, this,
           atEventBoundary([this](int row) { emit picked(rows_.at(static_cast<std::size_t>(row))); }));
   connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -150,7 +150,7 @@ void ProblemsPanel::reload() {
   const auto& problems = LastBuild::shared().problems();
   for (std::size_t index = 0; index < problems.size(); ++index)
     if (!problems[index].repeated) rows_.push_back(index);
-  list_->setCount(static_cast<int>(rows_.size()));
+  list_->rows().setCount(static_cast<int>(rows_.size()));
   hasStepped_ = false;
   isQuiet_ = false;
   const auto countOf = [&](Problem::Kind kind, const TextPair& one, const TextPair& several) {
@@ -167,7 +167,7 @@ void ProblemsPanel::reload() {
 }
 
 void ProblemsPanel::step(bool backward) {
-  const int rows = list_->count();
+  const int rows = list_->rows().rowCount();
   const int from = !hasStepped_ || !current() ? (backward ? rows : -1) : list_->currentRow();
   for (int steps = 1; steps <= rows + 1; ++steps) {
     const int row = (((backward ? from - steps : from + steps) % (rows + 1)) + rows + 1) % (rows + 1);
@@ -196,6 +196,6 @@ void ProblemsPanel::limitHeight(std::optional<int> room) {
   room_ = room;
   if (!room) return list_->setMaximumHeight(QWIDGETSIZE_MAX), list_->setMinimumHeight(0);
   const int row = std::max(list_->sizeHintForRow(0), metrics::touchSize);
-  const int rows = std::clamp(*room / row, 1, std::max(list_->count(), 1));
+  const int rows = std::clamp(*room / row, 1, std::max(list_->rows().rowCount(), 1));
   list_->setFixedHeight(rows * row);
 }

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include <QAbstractListModel>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -34,7 +33,7 @@ class RowCell : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const auto& list = *static_cast<const RowListView*>(option.widget);
-    const RowListView::Row row = list.rowAt(index.row());
+    const RowModel::Row row = list.rows().rowAt(index.row());
     const bool marked = marksCurrent && list.currentIndex() == index;
     const bool underPointer = (option.state & QStyle::State_MouseOver) != 0;
     painter->fillRect(option.rect, marked         ? option.palette.color(QPalette::Highlight)
@@ -79,37 +78,6 @@ class RowCell : public QStyledItemDelegate {
   }
 };
 
-class RowModel : public QAbstractListModel {
- public:
-  using QAbstractListModel::QAbstractListModel;
-
-  std::function<RowListView::Row(int row)> rowAt;
-
-  int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
-
-  QVariant data(const QModelIndex& index, int role) const override {
-    if (!index.isValid() || index.row() >= count_) return {};
-    if (role == Qt::DisplayRole) return rowAt(index.row()).name;
-    return role == Qt::ToolTipRole ? rowAt(index.row()).toolTip : QVariant();
-  }
-
-  void setCount(int count) {
-    beginResetModel();
-    count_ = count;
-    endResetModel();
-  }
-
-  void growTo(int count) {
-    if (count <= count_) return;
-    beginInsertRows({}, count_, count - 1);
-    count_ = count;
-    endInsertRows();
-  }
-
- private:
-  int count_ = 0;
-};
-
 RowListView::RowListView(QWidget* parent)
     : QListView(parent), cell_(new RowCell(this)), model_(new RowModel(this)) {
   setModel(model_);
@@ -126,26 +94,6 @@ RowListView::RowListView(QWidget* parent)
   connect(this, &QListView::clicked, this,
           atEventBoundary([this](const QModelIndex& index) { emit rowPicked(index.row()); }));
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { pickSelected(); });
-}
-
-void RowListView::setRowAt(std::function<Row(int row)> rowAt) {
-  model_->rowAt = std::move(rowAt);
-}
-
-RowListView::Row RowListView::rowAt(int row) const {
-  return model_->rowAt(row);
-}
-
-int RowListView::count() const {
-  return model_->rowCount();
-}
-
-void RowListView::setCount(int count) {
-  model_->setCount(count);
-}
-
-void RowListView::growTo(int count) {
-  model_->growTo(count);
 }
 
 void RowListView::setCurrentRow(int row) {

@@ -5,18 +5,17 @@
 
 #include <functional>
 
+#include <QAbstractListModel>
 #include <QIcon>
 #include <QListView>
 
 class RowCell;
-class RowModel;
 
-// A row is picked by a tap, by Return on it, or by assistive technology; moving over rows with the arrow keys
-// picks none. Only the rows on screen cost anything.
-class RowListView : public QListView {
-  Q_OBJECT
-
+// Rows that are made when they are shown.
+class RowModel : public QAbstractListModel {
  public:
+  using QAbstractListModel::QAbstractListModel;
+
   struct Row {
     QString name{};     // read by assistive technology
     QString title{};    // shown; null where that is the name
@@ -27,17 +26,45 @@ class RowListView : public QListView {
     bool followsInterface = false;
   };
 
+  // Called whenever a row is shown. Set it before there are any.
+  std::function<Row(int row)> rowAt;
+
+  int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : count_; }
+
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (!index.isValid() || index.row() >= count_) return {};
+    if (role == Qt::DisplayRole) return rowAt(index.row()).name;
+    return role == Qt::ToolTipRole ? rowAt(index.row()).toolTip : QVariant();
+  }
+
+  // The rows are others from now on; none is the current one.
+  void setCount(int count) {
+    beginResetModel();
+    count_ = count;
+    endResetModel();
+  }
+
+  // Rows have come below the last one.
+  void growTo(int count) {
+    if (count <= count_) return;
+    beginInsertRows({}, count_, count - 1);
+    count_ = count;
+    endInsertRows();
+  }
+
+ private:
+  int count_ = 0;
+};
+
+// A row is picked by a tap, by Return on it, or by assistive technology; moving over rows with the arrow keys
+// picks none. Only the rows on screen cost anything.
+class RowListView : public QListView {
+  Q_OBJECT
+
+ public:
   explicit RowListView(QWidget* parent = nullptr);
 
-  // Called whenever a row is shown. Set it before there are any.
-  void setRowAt(std::function<Row(int row)> rowAt);
-  Row rowAt(int row) const;
-
-  int count() const;
-  // The rows are others from now on; none is the current one.
-  void setCount(int count);
-  // Rows have come below the last one.
-  void growTo(int count);
+  RowModel& rows() const { return *model_; }
 
   // -1 for none.
   int currentRow() const { return currentIndex().row(); }

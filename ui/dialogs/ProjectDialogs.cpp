@@ -37,7 +37,7 @@ constexpr int roomAround = 150;   // what else the dialog has: title, button, ma
 constexpr int typingPause = 150;  // milliseconds without a key before a search begins
 constexpr std::size_t mostLines = 2000;
 
-using Row = RowListView::Row;
+using Row = RowModel::Row;
 
 // What such a dialog consists of: a field, rows that follow what is typed there, and a line about them. The
 // arrow keys move in the rows while the field keeps the focus.
@@ -71,12 +71,12 @@ class PickPanel : public QWidget {
   RowListView& list() { return *list_; }
 
   void setCount(std::size_t count) {
-    list_->setCount(static_cast<int>(count));
+    list_->rows().setCount(static_cast<int>(count));
     list_->scrollToTop();
     list_->setCurrentRow(0);
   }
   void growTo(std::size_t count) {
-    list_->growTo(static_cast<int>(count));
+    list_->rows().growTo(static_cast<int>(count));
     if (list_->currentRow() < 0) list_->setCurrentRow(0);
   }
   void setNote(const QString& note) {
@@ -95,7 +95,7 @@ class PickPanel : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override {
     if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
     const int key = static_cast<QKeyEvent*>(event)->key();
-    const int rows = list_->count();
+    const int rows = list_->rows().rowCount();
     const int row = list_->currentRow();
     switch (key) {
       case Qt::Key_Return:
@@ -188,12 +188,12 @@ void filter(FileChoice& choice, PickPanel& panel) {
 class Search : public QObject {
  public:
   explicit Search(PickPanel& panel) : QObject(&panel), panel_(panel) {
-    panel.list().setRowAt([this](int row) {
+    panel.list().rows().rowAt = [this](int row) {
       const FoundLine& found = line(row);
       const QString place = shownName(found.path) + QLatin1Char(':') + QString::number(found.line);
       const QString text = shownName(found.text);
       return Row{.name = place + QStringLiteral(": ") + text, .title = text, .detail = place};
-    });
+    };
     pause_.setSingleShot(true);
     connect(&pause_, &QTimer::timeout, this, atEventBoundary([this] { start(); }));
     connect(&panel.field(), &QLineEdit::textChanged, this, atEventBoundary([this] {
@@ -264,7 +264,7 @@ class Search : public QObject {
 void showGoToFile(PlaceChosen chosen) {
   auto* const panel = new PickPanel(text::fileName, text::projectFiles);
   const auto choice = std::make_shared<FileChoice>();
-  panel->list().setRowAt([choice](int row) { return rowOf(*choice, static_cast<std::size_t>(row)); });
+  panel->list().rows().rowAt = [choice](int row) { return rowOf(*choice, static_cast<std::size_t>(row)); };
   filter(*choice, *panel);
   if (choice->files.size() == mostProjectFiles)
     panel->setNote(localized(text::onlyFirstFiles, {std::to_string(mostProjectFiles)}));
