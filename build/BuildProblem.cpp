@@ -516,7 +516,7 @@ class Reader {
       awaitsCaret_ = 1;
       return true;
     }
-    // The correction stands right below.
+    // The correction is right below.
     if (problem.caretLines == 1 && plain_.starts_with(' ') && !contains(plain_, ": ")) {
       problem.caretLines = 2;
       return true;
@@ -546,13 +546,17 @@ class Reader {
 
 }  // namespace
 
+std::string placeOf(const Problem& problem) {
+  string place = problem.file;
+  if (problem.line > 0) place += ":" + std::to_string(problem.line);
+  if (problem.column > 0) place += ":" + std::to_string(problem.column);
+  return place;
+}
+
 std::string textOf(const Problem& problem) {
   constexpr std::array<const char*, 3> words{"error: ", "warning: ", "note: "};
-  string text = problem.file;
-  if (problem.line > 0) text += ":" + std::to_string(problem.line);
-  if (problem.column > 0) text += ":" + std::to_string(problem.column);
-  if (!text.empty()) text += ": ";
-  return text + words[static_cast<size_t>(problem.kind)] + problem.message;
+  const string place = placeOf(problem);
+  return place + (place.empty() ? "" : ": ") + words[static_cast<size_t>(problem.kind)] + problem.message;
 }
 
 std::vector<Problem> problemsIn(std::string_view log, const BuiltProject& project) {

@@ -22,6 +22,8 @@ struct Problem {
   bool repeated = false;  // the log named it before, such as for another architecture
 };
 
+// "sub/Tweak.x:4:20", as far as it is known.
+std::string placeOf(const Problem& problem);
 // "sub/Tweak.x:4:20: error: expected ';'", as compilers write it.
 std::string textOf(const Problem& problem);
 

@@ -2,6 +2,7 @@
 
 #include "core/LauncherContract.h"
 #include "core/Process.h"
+#include "core/run_cmd.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -55,6 +56,11 @@ void connectHistory() {
 
 void keepHistory() {
   ask(history::Wish::Copy);
+}
+
+void run_kept_cmd(std::string_view format, std::initializer_list<MaybeText> values) {
+  keepHistory();
+  run_cmd(format, values);
 }
 
 NotedBackup::NotedBackup(const std::string& project) {

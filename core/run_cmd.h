@@ -9,8 +9,8 @@
 
 // Runs `cmd` through /bin/sh and blocks until the shell has exited. The child inherits the environment and
 // the standard streams. Exit status and a refused spawn are not reported: callers check files or a captured
-// log. The only report is perror("waitpid"). Call keepHistory() (core/History.h) before a command that
-// deletes or replaces. Any thread.
+// log. The only report is perror("waitpid"). A command that deletes or replaces is for run_kept_cmd()
+// (core/History.h). Any thread.
 void run_cmd(const char* cmd);
 
 // Runs `format` with each "%@" filled by the next value (see fill() in Text.h). `variable`, as NAME=VALUE, is

@@ -66,10 +66,7 @@ QPointer<UIScreen> theScreen;
 
 std::optional<bool> chosenMotion;
 
-}  // namespace
-
-// Beside what Qt tells X11's window manager.
-namespace {
+// --- What X11's window manager learns beside what Qt tells it
 
 template <typename Reply>
 using Answer = std::unique_ptr<Reply, decltype(&std::free)>;

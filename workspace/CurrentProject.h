@@ -29,7 +29,7 @@ bool chooseProject(const std::string& name);
 // Moves the Flex converter from the application folder to /usr/bin if there is none.
 void installConverter();
 
-// Whether any of the folders in which Theos may lie exists.
+// Whether any of the folders in which Theos may be exists.
 bool theosIsPresent();
 
 // Records the last of those folders that exists under "TheosPath". If none exists, an earlier record stays.

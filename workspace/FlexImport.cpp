@@ -103,8 +103,7 @@ void convertFlexPatch(const std::string& title) {
   redirectStandardStreams(paths::conversionLog);
   const MaybeText project = itemName(listedProject());
   const std::string key = flexPatchKey(title);
-  keepHistory();
-  run_cmd("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key});
+  run_kept_cmd("cd /var/mobile/Documents && (echo \"%@\") | ftt", {key});
   const MaybeText name = itemName("FlexPatch" + key);
   const std::string older = fill(paths::projectFile, {project, name});
   if (fileExistsAtPath(older)) run_cmd("rm -rf %@", {older});

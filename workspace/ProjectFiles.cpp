@@ -73,15 +73,13 @@ std::vector<std::string> listedProjectFiles() {
 void renameFile(const std::string& oldName, const std::string& typedName) {
   const MaybeText project = listedProject();
   const MaybeText folder = itemName(project);
-  keepHistory();
-  run_cmd("mv %@ %@", {fill(paths::projectFile, {folder, itemName(oldName)}),
-                       fill(paths::projectFile, {folder, withoutBlanks(typedName)})});
+  run_kept_cmd("mv %@ %@", {fill(paths::projectFile, {folder, itemName(oldName)}),
+                            fill(paths::projectFile, {folder, withoutBlanks(typedName)})});
   setCurrentProject(project);
 }
 
 void deleteProjectFile(const std::string& entry) {
   const MaybeText listed = itemName(listedProject());
   const MaybeText project = listed ? listed : itemName(currentProject());
-  keepHistory();
-  run_cmd("rm -rf %@", {fill(paths::projectFile, {project, itemName(entry)})});
+  run_kept_cmd("rm -rf %@", {fill(paths::projectFile, {project, itemName(entry)})});
 }

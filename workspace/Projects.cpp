@@ -56,8 +56,7 @@ void renameProject(const std::string& typedName) {
   const MaybeText oldName = itemName(currentProject());
   const std::string project = fill(paths::project, {newName});
   chooseProject(newName);
-  keepHistory();
-  run_cmd("mv %@ %@", {fill(paths::project, {oldName}), project});
+  run_kept_cmd("mv %@ %@", {fill(paths::project, {oldName}), project});
   for (const char* file : {"/control", "/Makefile"}) {
     rewrite(project + file, Durability::Durable,
             [&](const std::string& text) { return oldName ? replaceAll(text, *oldName, newName) : text; });
@@ -71,13 +70,11 @@ void deleteListedProject() {
 }
 
 void deleteProject(const MaybeText& name) {
-  keepHistory();
-  run_cmd("rm -rf %@", {fill(paths::project, {itemName(name)})});
+  run_kept_cmd("rm -rf %@", {fill(paths::project, {itemName(name)})});
 }
 
 void deleteAllProjects() {
-  keepHistory();
-  run_cmd("rm -rf %@/*", {paths::projects});
+  run_kept_cmd("rm -rf %@/*", {paths::projects});
   setCurrentProject(std::nullopt);
 }
 
@@ -91,8 +88,7 @@ std::string packagesAddress() {
 }
 
 void deletePackages() {
-  keepHistory();
-  run_cmd("rm -rf %@", {paths::packages});
+  run_kept_cmd("rm -rf %@", {paths::packages});
 }
 
 bool importProject(const std::string& typedPath) {
@@ -100,14 +96,12 @@ bool importProject(const std::string& typedPath) {
   const std::string name = lastPathComponent(typedPath);
   setListedProject(name);
   setCurrentProject(name);
-  keepHistory();
-  run_cmd("cp -r /%@ %@/", {typedPath, paths::projects});
+  run_kept_cmd("cp -r /%@ %@/", {typedPath, paths::projects});
   return true;
 }
 
 void exportProject(const std::string& typedPath) {
-  keepHistory();
-  run_cmd("cp -r %@ /var/%@", {fill(paths::project, {itemName(listedProject())}), typedPath});
+  run_kept_cmd("cp -r %@ /var/%@", {fill(paths::project, {itemName(listedProject())}), typedPath});
 }
 
 MaybeText backUpProject() {
@@ -131,11 +125,9 @@ std::vector<std::string> backupNames() {
 void restoreBackup(const std::string& name) {
   const MaybeText item = itemName(name);
   const std::string project = fill(paths::project, {item});
-  keepHistory();
-  run_cmd("rm -rf %@ && cp -r %@ %@", {project, fill(paths::projectBackup, {item}), project});
+  run_kept_cmd("rm -rf %@ && cp -r %@ %@", {project, fill(paths::projectBackup, {item}), project});
 }
 
 void deleteAllBackups() {
-  keepHistory();
-  run_cmd("rm -rf %@", {paths::backups});
+  run_kept_cmd("rm -rf %@", {paths::backups});
 }

@@ -50,7 +50,7 @@ bool isWordByte(char byte) {
   return isWordStart(byte) || std::isdigit(static_cast<unsigned char>(byte)) != 0;
 }
 
-// The state between lines: the open brackets of messages above what is told by bits.
+// The state between lines: flags, and above them the number of open brackets of messages.
 constexpr int inComment = 1;
 constexpr int inDeclaration = 2;  // of a method, up to its body
 constexpr int nameSeen = 4;       // in a declaration

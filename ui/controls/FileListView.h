@@ -12,7 +12,7 @@ class FileListView : public RowListView {
   explicit FileListView(QWidget* parent = nullptr);
 
   // Shows MUArray(), which has changed, keeping the place in the list where the rows still allow it: the same
-  // file stays the current one wherever it stands now, or if it has gone, the one in its place.
+  // file stays the current one wherever it is now, or if it has gone, the one in its place.
   void reloadData();
 
  protected:

@@ -42,7 +42,7 @@ QHBoxLayout* FindBar::addLine(QLineEdit*& field, const QString& name, const QStr
   auto* const line = new QHBoxLayout;
   lines_->addLayout(line);
   line->setSpacing(metrics::barSpacing);
-  // The field stands in line with the texts above it, whichever side that is.
+  // In line with the texts above it, whichever side that is.
   line->addSpacing(metrics::rowPadding - metrics::barPadding);
   field = new QLineEdit(this);
   field->setAccessibleName(name);

@@ -22,7 +22,7 @@ class FindBar : public QWidget {
  public:
   explicit FindBar(QWidget* parent = nullptr);
 
-  // `text` has the focus back when the bar closes. The keys work all over the screen that `text` lies in.
+  // `text` has the focus back when the bar closes. The keys work all over the screen of `text`.
   void setText(TextView* text);
 
   void open();

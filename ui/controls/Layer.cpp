@@ -11,7 +11,7 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(ground.isValid() ? QBrush(ground) : QBrush(Qt::NoBrush));
   painter.setPen(layer.borderWidth == 0 ? QPen(Qt::NoPen) : QPen(layer.borderColor, layer.borderWidth));
-  // The border lies inside the bounds.
+  // The border is inside the bounds.
   const qreal inset = layer.borderWidth / 2;
   const QRectF shape = QRectF(bounds).adjusted(inset, inset, -inset, -inset);
   const qreal radius = std::min(layer.cornerRadius, std::min(shape.width(), shape.height()) / 2);

@@ -24,7 +24,7 @@ void drawLayer(QPainter& painter, const QRect& bounds, const Layer& layer, const
 // Draws the ring inside `bounds`. The caller asks showsFocus() first.
 void drawFocusRing(QPainter& painter, const QRect& bounds, qreal cornerRadius);
 
-// Whether a control shows that it is disabled: only when it is disabled itself. What lies under a dialog is
+// Whether a control shows that it is disabled: only when it is disabled itself. What is below a dialog is
 // disabled as a whole, and the dialog's cover shows that already.
 bool isDimmed(const QWidget& control);
 

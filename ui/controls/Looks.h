@@ -23,7 +23,7 @@ inline constexpr int textPadding = 10;
 inline constexpr int barPadding = 8;
 inline constexpr int barSpacing = 4;
 inline constexpr int fieldHeight = 36;
-// From this width on, what is one below the other on a phone stands side by side.
+// From this width on, what is one below the other on a phone is side by side.
 inline constexpr int wideScreen = 900;
 inline constexpr int sideColumnWidth = 320;
 inline constexpr int widestControls = 560;

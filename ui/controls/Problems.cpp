@@ -29,10 +29,7 @@ QString shownLine(const std::string& text) {
 
 RowModel::Row rowOf(const Problem& problem) {
   const QString name = shownLine(textOf(problem));
-  std::string place = problem.file;
-  if (problem.line > 0) place += ":" + std::to_string(problem.line);
-  if (problem.column > 0) place += ":" + std::to_string(problem.column);
-  return {name, shownLine(problem.message), shownLine(place), name,
+  return {name, shownLine(problem.message), shownLine(placeOf(problem)), name,
           QPixmap::fromImage(signOf(problem.kind, metrics::iconSize))};
 }
 

@@ -49,7 +49,7 @@ class RowCell : public QStyledItemDelegate {
       text = rightToLeft ? text.adjusted(0, 0, -indent, 0) : text.adjusted(indent, 0, 0, 0);
     }
     painter->setPen(marked ? option.palette.color(QPalette::HighlightedText) : colours::cellText);
-    // The text keeps its own direction; only where it stands follows the interface.
+    // The text keeps its own direction; only its side follows the interface.
     const Qt::LayoutDirection direction = row.followsInterface ? option.direction : Qt::LeftToRight;
     const auto draw = [&](const QString& line, const QFont& font, const QRect& place,
                           Qt::TextElideMode elide) {

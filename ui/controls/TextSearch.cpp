@@ -9,7 +9,7 @@
 namespace {
 
 // Boyer and Moore's search as Horspool simplified it: most bytes of a huge log are never looked at. Returns
-// how many bytes lie between `begin` and the match. Goes either way, as its iterators do.
+// how many bytes are between `begin` and the match. Goes either way, as its iterators do.
 template <typename Iterator>
 std::optional<std::size_t> distanceToWord(Iterator begin, Iterator end, std::string_view word) {
   const std::size_t last = word.size() - 1;
@@ -49,7 +49,7 @@ std::optional<std::size_t> findWord(std::string_view text, std::string_view word
 std::optional<std::size_t> findWordAround(std::string_view text, std::string_view word, std::size_t from,
                                           SearchDirection direction) {
   if (const auto found = findWord(text, word, from, direction)) return found;
-  // Once more from the other end, as far as matches lie across the place where the search began.
+  // Once more from the other end, as far as a match may cross the place where the search began.
   if (direction == SearchDirection::Forward)
     return findWord(text.substr(0, std::min(from + word.size(), text.size())), word, 0, direction);
   const std::size_t low = from > word.size() ? from - word.size() : 0;

@@ -1,5 +1,5 @@
-// A TextView as assistive technology reads and edits it. The library's own interface says where no character
-// lies nor the caret stands, and reports nothing.
+// A TextView as assistive technology reads and edits it. The library's own interface knows the place of no
+// character nor of the caret, and reports nothing.
 #include "core/Text.h"
 #include "ui/controls/TextView.h"
 
@@ -105,7 +105,7 @@ class TextViewAccessible : public QAccessibleWidget,
   long positionOf(int offset) const {
     if (offset <= 0) return 0;
     const long position = send(view_->SCI_POSITIONRELATIVECODEUNITS, 0, offset);
-    // Nothing lies behind the end.
+    // Nothing is behind the end.
     return position == 0 ? end() : std::min(position, end());
   }
   QRect placeOf(long position) const {

@@ -45,7 +45,7 @@ std::unique_ptr<AppDelegate> makeAppDelegate() {
   translateOwnTexts();
   auto delegate = std::make_unique<AppDelegate>();
   delegate->setWindow(makeUIWindow());
-  // The window first: start-up may show a dialog, which must come to lie above it.
+  // The window first: start-up may show a dialog, which must be above it.
   delegate->window()->makeKeyAndVisible();
   delegate->window()->setRootViewController(std::make_shared<ViewController>());
   return delegate;

@@ -102,7 +102,7 @@ void MakePackage::loadView() {
 }
 
 // A wide view has the buttons in a column of a fixed width beside the log, with the problems below them. In a
-// narrow one all stand one below the other, the problems in at most a third of the log's place.
+// narrow one all are one below the other, the problems in at most a third of the log's place.
 bool MakePackage::eventFilter(QObject* object, QEvent* event) {
   if (event->type() == QEvent::Resize) {
     const QSize size = static_cast<QResizeEvent*>(event)->size();

@@ -91,7 +91,7 @@ void ViewController::viewDidLoad() {
   QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
 }
 
-// Where there is no project, what can be done about it stands in the middle. Pictures only, so that a first
+// Without a project, the buttons that make or choose one are in the middle. Pictures only, so that a first
 // start need not load the fonts.
 void ViewController::showEmptyState() {
   outlets_.emptyState->setVisible(MUArray().empty() && outlets_.ProjLableName->text().isEmpty());
