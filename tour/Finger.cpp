@@ -39,6 +39,18 @@ Widget* visible(const std::function<bool(const Widget&)>& fits) {
   return nullptr;
 }
 
+template <typename Widget>
+Widget* awaited(const std::function<bool(const Widget&)>& fits, const QString& what) {
+  Widget* found = nullptr;
+  waitUntil(
+      [&] {
+        found = visible<Widget>(fits);
+        return found != nullptr;
+      },
+      what);
+  return found;
+}
+
 QAbstractButton* enabledButton(const QString& name) {
   return visible<QAbstractButton>([names = inEachLanguage(name)](const QAbstractButton& button) {
     return button.isEnabled() && isCalled(button, names);
@@ -98,28 +110,16 @@ void waitToSee(const QString& name) {
 }
 
 void type(const QString& text) {
-  QLineEdit* field = nullptr;
-  waitUntil(
-      [&field] {
-        field = visible<QLineEdit>([](const QLineEdit& candidate) { return candidate.isEnabled(); });
-        return field != nullptr;
-      },
-      QStringLiteral("no text field to type into"));
+  auto* const field = awaited<QLineEdit>([](const QLineEdit& candidate) { return candidate.isEnabled(); },
+                                         QStringLiteral("no text field to type into"));
   QTest::mouseClick(field, Qt::LeftButton);
   QTest::keyClicks(field, text);
 }
 
 QWidget* find(const QString& accessibleName) {
-  QWidget* found = nullptr;
-  waitUntil(
-      [&] {
-        found = visible<QWidget>([names = inEachLanguage(accessibleName)](const QWidget& widget) {
-          return names.contains(widget.accessibleName());
-        });
-        return found != nullptr;
-      },
-      QStringLiteral("not to be found: ") + accessibleName);
-  return found;
+  return awaited<QWidget>([names = inEachLanguage(accessibleName)](
+                              const QWidget& widget) { return names.contains(widget.accessibleName()); },
+                          QStringLiteral("not to be found: ") + accessibleName);
 }
 
 }  // namespace finger
