@@ -1,11 +1,9 @@
-#include "device/doctor/BuildLog.h"
-
 #include "device/Visible.h"
+#include "device/doctor/Checks.h"
 
 #include <algorithm>
 #include <set>
 
-namespace doctor {
 namespace {
 
 using std::string;
@@ -224,5 +222,3 @@ std::vector<Finding> explainBuildLog(string_view log, bool cut) {
   });
   return findings;
 }
-
-}  // namespace doctor

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <charconv>
 
-namespace doctor {
-
 namespace {
 
 using std::string;
@@ -486,5 +484,3 @@ bool canBuild(const std::vector<Finding>& findings) {
   return std::none_of(findings.begin(), findings.end(),
                       [](const Finding& one) { return one.verdict == Verdict::Problem; });
 }
-
-}  // namespace doctor

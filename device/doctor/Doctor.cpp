@@ -15,8 +15,6 @@
 
 namespace {
 
-using namespace doctor;
-
 // Above the time limits of everything that is tried in the device together.
 constexpr auto probeLimit = std::chrono::seconds(180);
 constexpr auto trialLimit = std::chrono::seconds(300);

@@ -5,7 +5,6 @@
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
 #include "device/folder/Packages.h"
-#include "device/folder/SuppliedFiles.h"
 
 #include <algorithm>
 #include <chrono>

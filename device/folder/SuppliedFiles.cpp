@@ -1,7 +1,6 @@
-#include "device/folder/SuppliedFiles.h"
-
 #include "device/Refusal.h"
 #include "device/folder/Beneath.h"
+#include "device/folder/DeviceFolder.h"
 
 #include <cstring>
 #include <fcntl.h>

@@ -1,7 +1,6 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
-#include "device/folder/SuppliedFiles.h"
 #include "device/launcher/Commands.h"
 #include "device/opener/Opener.h"
 #include "device/session/Accessibility.h"

@@ -3,7 +3,6 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryFolder.h"
-#include "device/folder/SuppliedFiles.h"
 #include "support/RefusalOf.h"
 #include "support/Tree.h"
 

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-namespace doctor {
 namespace {
 
 // What the probe prints where nothing is wrong, without the lines that `changes` take away and with theirs.
@@ -182,4 +181,3 @@ TEST(Capture, KeepsBothStreamsAndStopsWhatTakesTooLong) {
 }
 
 }  // namespace
-}  // namespace doctor
