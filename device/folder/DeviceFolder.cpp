@@ -124,13 +124,12 @@ Descriptor openDevice(Caller& caller) {
   Descriptor folder;
   if (caller.isSettled) {
     // Below the user's own home, folders are made with the user's own rights.
-    if (setegid(caller.account.group) != 0 || seteuid(caller.account.user) != 0)
-      refuseWithError("Root could not change its user:");
+    const RightsAfterwards backToRoot(Rights::own());
+    Rights(caller.account.user, caller.account.group).assume();
     try {
       folder = openOrMakeFolder(path);
     } catch (const Refusal&) {
     }
-    if (seteuid(0) != 0 || setegid(0) != 0) refuseWithError("Root could not change its user:");
   }
   if (!folder) folder = openOrMakeFolder(path);
   // In this order: another start may be giving the folder away, and puts things into it afterwards.
@@ -184,19 +183,19 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
   theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
 }
 
-void DeviceFolder::complete(const DeviceContents& contents) {
+void DeviceFolder::complete(const fs::path& ownFiles, const std::optional<std::string>& locale) {
   if (!isAlone_) {
     // All else might be in use.
-    if (contents.locale) refreshPreferences(*contents.locale);
+    if (locale) refreshPreferences(*locale);
     return;
   }
   for (const char* standard : {"mobile/Documents", preferencesFolder, "tmp"})
     repairFolder(var_.get(), "var", standard);
   removeLeftovers();
-  if (contents.locale) refreshPreferences(*contents.locale);
+  if (locale) refreshPreferences(*locale);
   refreshLinks(userProgramsFolder);
   refreshLinks(shellProgramsFolder);
-  refreshApplication(contents.ownFiles / applicationFolder);
+  refreshApplication(ownFiles / applicationFolder);
   if (setAsideCount_ > mostNamed)
     std::cerr << "tweakbench: So were " << setAsideCount_ - mostNamed << " more, which are there, too.\n";
 }

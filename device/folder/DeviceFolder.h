@@ -36,14 +36,6 @@ Descriptor openDevice(Caller& caller);
 // it where missing. To be used as the device's user. Throws Refusal, also if the folder is not a device.
 Descriptor openVar(int folder, const fs::path& name);
 
-struct DeviceContents {
-  // Tweakbench's own files on the host, with the application folder as it is shipped.
-  fs::path ownFiles;
-  // For the device's preferences, as long as they have none or the one that was written last. Absent keeps
-  // the preferences.
-  std::optional<std::string> locale;
-};
-
 // A device, locked for this process as long as the object lives, so that nobody puts it in order meanwhile.
 // To be used as the device's user, with umask 022.
 class DeviceFolder {
@@ -52,10 +44,11 @@ class DeviceFolder {
   // device. Throws Refusal.
   DeviceFolder(Descriptor folder, const fs::path& name);
 
-  // Where nothing else uses the device, makes what is missing in the folders: everything the first time, the
-  // rest after a start that was killed or a build that removed it. To be called before share(). Throws
-  // Refusal.
-  void complete(const DeviceContents& contents);
+  // If nothing else uses the device, makes what is missing in the folders: everything the first time, the
+  // rest after a start that was killed or a build that removed it. `ownFiles` are Tweakbench's own files on
+  // the host. `locale` is for the device's preferences, as long as they have none or the one that was written
+  // last; absent keeps the preferences. To be called before share(). Throws Refusal.
+  void complete(const fs::path& ownFiles, const std::optional<std::string>& locale);
 
   // Whether nothing else runs in the device yet, nor will before share().
   bool isAlone() const { return isAlone_; }

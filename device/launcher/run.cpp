@@ -194,8 +194,8 @@ int run(const Options& options, const Task* task) {
     return isApplication && !isRoots && prefersReducedMotion(caller, who.account.home);
   };
   program.beforeStart = [&] {
-    folder.complete({host.ownFiles,
-                     isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt});
+    folder.complete(host.ownFiles,
+                    isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt);
     if (hasOwnLibraries) putLibraryLinks(folder.theosLibraries(), libraries);
     history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
                   folder.isAlone() || window);

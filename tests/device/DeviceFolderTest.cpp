@@ -31,7 +31,7 @@ class DeviceFolderTest : public testing::Test {
     putFile(files / ("Tweakbench.app/" + name), content);
   }
   void start(const std::optional<std::string>& locale = "ar_SA") {
-    DeviceFolder(openOrMakeFolder(device.path()), "the device").complete({files.path(), locale});
+    DeviceFolder(openOrMakeFolder(device.path()), "the device").complete(files.path(), locale);
   }
   std::string application(const std::string& name) {
     return device / ("Applications/Tweakbench.app/" + name);
@@ -100,7 +100,7 @@ TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
 
 TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {
   DeviceFolder used(openOrMakeFolder(device.path()), "the device");
-  used.complete({files.path(), "ar_SA"});
+  used.complete(files.path(), "ar_SA");
   fs::remove_all(device / "Applications");
   fs::remove(device / "lock");
   EXPECT_NE(refusalOf([&] { start(); }), "none");
@@ -220,12 +220,12 @@ TEST_F(DeviceFolderTest, OnlyAStartThatIsAlonePutsTheFolderInOrder) {
   const fs::path link = device / "usr-bin/env";
   {
     DeviceFolder first(openOrMakeFolder(device.path()), "the device");
-    first.complete({files.path(), "en_US"});
+    first.complete(files.path(), "en_US");
     EXPECT_TRUE(first.isAlone());
     first.share();
     fs::remove(link);
     DeviceFolder second(openOrMakeFolder(device.path()), "the device");
-    second.complete({files.path(), "en_US"});
+    second.complete(files.path(), "en_US");
     EXPECT_FALSE(second.isAlone() || fs::is_symlink(link)) << "what runs may be using the folder";
   }
   start();
