@@ -62,7 +62,7 @@ void runBuildJob(BuildVariant variant, const std::function<void()>& update) {
     update();
     return;
   }
-  removeBuildLog();
+  discardLog(paths::makeLog);
   redirectStandardStreams(paths::makeLog);
   const MaybeText project = itemName(currentProject());
   const std::string folder = fill(paths::project, {project});
@@ -91,8 +91,4 @@ BuildResult collectBuildResult(BuildVariant variant) {
   result.project = itemName(currentProject());
   result.hasPackages = fileExistsAtPath(fill(paths::projectPackages, {result.project}));
   return result;
-}
-
-void removeBuildLog() {
-  discardLog(paths::makeLog);
 }

@@ -34,5 +34,3 @@ struct BuildResult {
 
 // The result of the last job. Cleans the build log on the way.
 BuildResult collectBuildResult(BuildVariant variant);
-
-void removeBuildLog();

@@ -33,7 +33,7 @@ namespace {
 constexpr int platformFlag = 2;
 }  // namespace
 
-const char* platformizeThrough(const char* library) {
+const char* platformize_me(const char* library) {
   // The library stays loaded: its result may point into it.
   void* const handle = dlopen(library, RTLD_LAZY);
   if (handle == nullptr) return nullptr;
@@ -51,8 +51,4 @@ bool takeLauncherSocket(int descriptor) {
   return getsockopt(descriptor, SOL_SOCKET, SO_DOMAIN, &domain, &size) == 0 && domain == AF_UNIX &&
          getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET &&
          fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0;
-}
-
-const char* platformize_me() {
-  return platformizeThrough("/usr/lib/libjailbreak.dylib");
 }

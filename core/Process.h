@@ -19,10 +19,7 @@ void surviveRefusedWrites();
 // then on no command gets it.
 bool takeLauncherSocket(int descriptor);
 
-// Asks the jailbreak support library /usr/lib/libjailbreak.dylib for platform entitlements. Null if the
-// library is absent, the loader's error text if it lacks jb_oneshot_entitle_now, else the library's result
-// unchanged, which need not be a valid pointer. Nothing calls it so far: the process relies on setuid(0).
-const char* platformize_me();
-
-// The same with the library at the absolute path `library`.
-const char* platformizeThrough(const char* library);
+// Asks the jailbreak support library at the absolute path `library` for platform entitlements. Null if it is
+// absent, the loader's error text if it lacks jb_oneshot_entitle_now, else the library's result unchanged,
+// which need not be a valid pointer. Nothing calls it so far: the process relies on setuid(0).
+const char* platformize_me(const char* library = "/usr/lib/libjailbreak.dylib");

@@ -2,7 +2,6 @@
 
 #include "core/FileManager.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <chrono>

@@ -9,7 +9,6 @@
 #include <QEasingCurve>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QVariantMap>
 
 namespace {
 

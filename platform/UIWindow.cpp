@@ -167,9 +167,3 @@ void UIWindow::restoreFocus() {
     setFocus(Qt::ActiveWindowFocusReason);
   }
 }
-
-void retireUIWindow(UIWindow* window) {
-  if (!window) return;
-  window->setVisible(false);
-  window->deleteLater();
-}

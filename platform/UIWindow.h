@@ -78,16 +78,16 @@ class UIWindow : public QWidget, public std::enable_shared_from_this<UIWindow> {
   QPointer<QWidget> lastFocus_;
 };
 
-// Hides `window` and leaves it to the event loop to destroy it: the last reference may go from within one of
-// its own events.
-void retireUIWindow(UIWindow* window);
-
 template <typename Window = UIWindow, typename... Arguments>
 [[nodiscard]] std::shared_ptr<Window> makeUIWindow(Arguments&&... arguments) {
   auto* window = new Window(std::forward<Arguments>(arguments)...);
   // The guard is for a screen that goes first and destroys its windows, which are then only QObjects.
   return std::shared_ptr<Window>(window, [guard = QPointer<QObject>(window)](UIWindow*) {
-    retireUIWindow(qobject_cast<UIWindow*>(guard.data()));
+    auto* const retired = qobject_cast<UIWindow*>(guard.data());
+    if (!retired) return;
+    // The last reference may go from within one of its own events.
+    retired->setVisible(false);
+    retired->deleteLater();
   });
 }
 

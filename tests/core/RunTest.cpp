@@ -108,12 +108,12 @@ TEST(Stopping, EndsTheWholeTreeOfARunningCommandAndStartsNoMore) {
 
 TEST(Entitlement, HasThreeResults) {
   EXPECT_EQ(platformize_me(), nullptr);
-  EXPECT_EQ(platformizeThrough("/no/such/library.dylib"), nullptr);
-  const char* const missing = platformizeThrough("libm.so.6");
+  EXPECT_EQ(platformize_me("/no/such/library.dylib"), nullptr);
+  const char* const missing = platformize_me("libm.so.6");
   ASSERT_NE(missing, nullptr);
   EXPECT_NE(std::string(missing).find("jb_oneshot_entitle_now"), std::string::npos);
   // The library of the tests answers with its arguments: process identifier times ten plus flag.
-  EXPECT_EQ(reinterpret_cast<std::intptr_t>(platformizeThrough(TWEAKBENCH_LIBRARY_WITH_SYMBOL)),
+  EXPECT_EQ(reinterpret_cast<std::intptr_t>(platformize_me(TWEAKBENCH_LIBRARY_WITH_SYMBOL)),
             static_cast<std::intptr_t>(getpid()) * 10 + 2);
 }
 

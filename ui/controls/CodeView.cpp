@@ -28,7 +28,10 @@ CodeView::CodeView(QWidget* parent) : TextView(parent) {
     send(SCI_INDICSETSTYLE, firstIndicator + kind, INDIC_SQUIGGLEPIXMAP);
   send(SCI_SETWRAPINDENTMODE, SC_WRAPINDENT_INDENT);
   connect(this, &QsciScintilla::SCN_STYLENEEDED, this, [this](int end) { styleTo(end); });
-  connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) { characterAdded(character); });
+  connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) {
+    if (character == '\n' || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CR)) indentNewLine();
+    if (character == '}') alignClosingBrace();
+  });
   connect(this, &QsciScintilla::linesChanged, this, [this] { widenMargin(); });
   connect(this, &QsciScintilla::SCN_UPDATEUI, this, [this](int updated) {
     if ((updated & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) == 0) return;
@@ -122,11 +125,6 @@ void CodeView::detectIndentation(std::string_view text) {
   if (language_ == CodeLanguage::Makefile) blanks = 0;
   send(SCI_SETUSETABS, blanks == 0 ? 1 : 0);
   send(SCI_SETTABWIDTH, blanks == 0 ? editorTabColumns : static_cast<long>(blanks));
-}
-
-void CodeView::characterAdded(int character) {
-  if (character == '\n' || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CR)) indentNewLine();
-  if (character == '}') alignClosingBrace();
 }
 
 void CodeView::indentNewLine() {

@@ -50,7 +50,6 @@ class CodeView : public TextView {
  private:
   void styleTo(long end);
   void detectIndentation(std::string_view text);
-  void characterAdded(int character);
   void indentNewLine();
   void alignClosingBrace();
   void shiftLines(bool deeper);

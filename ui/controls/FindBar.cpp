@@ -1,6 +1,5 @@
 #include "ui/controls/FindBar.h"
 
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "ui/Localized.h"
 #include "ui/controls/CodeView.h"

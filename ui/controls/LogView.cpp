@@ -2,7 +2,6 @@
 
 #include "core/FileManager.h"
 #include "core/Text.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIKeyboard.h"
 #include "ui/controls/Looks.h"

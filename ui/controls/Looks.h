@@ -1,4 +1,5 @@
-// Sizes of the screens, in logical pixels, and their colours that are not roles of the palette.
+// Sizes of the screens, in logical pixels, and their colours that are not roles of the palette; fonts and
+// greys come with it.
 #pragma once
 
 #include "platform/ApplicationStyle.h"

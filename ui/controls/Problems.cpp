@@ -1,6 +1,5 @@
 #include "ui/controls/Problems.h"
 
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"

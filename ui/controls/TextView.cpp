@@ -1,7 +1,6 @@
 #include "ui/controls/TextView.h"
 
 #include "core/Text.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
 #include "ui/controls/Layer.h"

@@ -2,7 +2,6 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "RQAlertView/RQAlertViewTextField.h"
-#include "platform/ApplicationStyle.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
 

@@ -2,7 +2,6 @@
 
 #include "core/FileManager.h"
 #include "core/LauncherContract.h"
-#include "platform/ApplicationStyle.h"
 #include "ui/Localized.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"

@@ -5,7 +5,6 @@
 #include "build/BuildRunner.h"
 #include "core/FileManager.h"
 #include "core/run_cmd.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "ui/Localized.h"
@@ -234,7 +233,7 @@ void MakePackage::Respring() {
 }
 
 void MakePackage::ClearLog() {
-  removeBuildLog();
+  discardLog(paths::makeLog);
   outlets_.OutPut->setBytes({});
   forgetProblems();
   hint_->showText(localized(text::nextLogAppearsHere), false);

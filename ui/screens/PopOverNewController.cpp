@@ -4,7 +4,6 @@
 #include "core/FileManager.h"
 #include "core/History.h"
 #include "core/Process.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"

@@ -2,7 +2,6 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIApplication.h"
@@ -85,17 +84,13 @@ void ViewController::viewDidLoad() {
   UIScreen::mainScreen()->setWindowTitle(
       (project.isEmpty() ? QString() : QString(project).replace("[*]", "[*][*]") + QStringLiteral(" – ")) +
       QStringLiteral("Tweakbench"));
-  showEmptyState();
+  // Without a project, the buttons that make or choose one are in the middle. Pictures only, so that a first
+  // start need not load the fonts.
+  outlets_.emptyState->setVisible(MUArray().empty() && outlets_.ProjLableName->text().isEmpty());
+  outlets_.otherProjectButton->setVisible(!projectNames().empty());
   // The texts of this screen are the project's own; their surroundings follow the language of the next
   // dialog.
   QApplication::setLayoutDirection(languageIsArabic() ? Qt::RightToLeft : Qt::LeftToRight);
-}
-
-// Without a project, the buttons that make or choose one are in the middle. Pictures only, so that a first
-// start need not load the fonts.
-void ViewController::showEmptyState() {
-  outlets_.emptyState->setVisible(MUArray().empty() && outlets_.ProjLableName->text().isEmpty());
-  outlets_.otherProjectButton->setVisible(!projectNames().empty());
 }
 
 void ViewController::viewDidLoadAfterDelay() {

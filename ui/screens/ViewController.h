@@ -33,7 +33,6 @@ class ViewController : public UIViewController {
 
  private:
   void wireButtons();
-  void showEmptyState();
   void presentBuildScreen();
   void presentAboutScreen();
   void didSelectRow(int row);
