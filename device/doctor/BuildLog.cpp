@@ -17,7 +17,7 @@ struct Message {
 };
 
 constexpr string_view noTheos =
-    "the Makefile sets THEOS to nothing or to a place that the device has not; remove that line, since the "
+    "the Makefile sets THEOS to nothing or to a place that is not in the device; remove that line, since the "
     "device sets THEOS itself.";
 constexpr string_view noPlistUtil =
     "FINALPACKAGE wants plistutil for the property lists; install it with \"apt install libplist-utils\".";
@@ -109,7 +109,7 @@ bool isStage(const string& lower) {
          !lower.starts_with("==> notice");
 }
 
-// "make: *** [Makefile:6: all] Error 2" tells of an error in the lines above it; "Makefile:6: *** missing
+// "make: *** [Makefile:6: all] Error 2" reports an error of the lines above it; "Makefile:6: *** missing
 // separator.  Stop." is one itself.
 bool isFailureOfMake(const string& lower) {
   return lower.starts_with("*** ") || lower.find(": *** ") != string::npos;
@@ -212,11 +212,10 @@ std::vector<Finding> explainBuildLog(string_view log, bool cut) {
     if (!meaning.empty() && told.insert(meaning).second) {
       findings.push_back(noteOn(number, cut, string(meaning)));
     } else if (meaning.empty() && number == first.number) {
-      findings.push_back(noteOn(
-          number, cut,
-          isOnlyFailureOfMake(lower)
-              ? "the build failed for a reason that only the lines above it tell."
-              : "the first error is \"" + shortened(line) + "\"; mend that one before those below it."));
+      findings.push_back(noteOn(number, cut,
+                                isOnlyFailureOfMake(lower)
+                                    ? "the build failed for a reason that only the lines above it tell."
+                                    : "the first error is \"" + shortened(line) + "\"; fix that one first."));
     }
     return true;
   });

@@ -190,8 +190,7 @@ Finding startFinding(const Facts& facts) {
     const bool isSystems = facts.deviceRefusal.starts_with(setUpFailed);
     return problem(isSystems ? subject : "start", facts.deviceRefusal);
   }
-  if (!facts.inDevice)
-    return note(subject, "Not looked at, since no device can be started before the rest is mended.");
+  if (!facts.inDevice) return note(subject, "Not looked at, since no device starts until the rest is fixed.");
   return ok(subject, "A device starts, and its shell runs commands.");
 }
 
@@ -368,7 +367,7 @@ Finding fontFinding(const DeviceFacts& seen) {
 void addLastBuild(const Facts& facts, std::vector<Finding>& findings) {
   if (!facts.buildLog) return findings.push_back(ok("last build", "There is no log of one."));
   const auto told = explainBuildLog(*facts.buildLog, facts.buildLogCut);
-  if (told.empty()) findings.push_back(ok("last build", "Its log tells of no failure."));
+  if (told.empty()) findings.push_back(ok("last build", "Its log shows no failure."));
   findings.insert(findings.end(), told.begin(), told.end());
 }
 
@@ -434,7 +433,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
   if (!missing.empty()) {
     return missing +
            " is not there in the device, which shows Theos and the host's /usr; install it on the "
-           "host, or mend what asks for it.";
+           "host, or change what asks for it.";
   }
   if (error.line.find("Permission denied") != string::npos)
     return "everybody must be able to read Theos's folder and to run its programs; run \"chmod -R a+rX\" on "
@@ -450,7 +449,7 @@ Finding trialFinding(const Facts& facts, bool canBuildSoFar) {
   if (!facts.trial) {
     return note(subject, facts.isQuick   ? "Left out, so nothing was tried."
                          : canBuildSoFar ? "None was made."
-                                         : "Not made, since it cannot work before the rest is mended.");
+                                         : "Not made, since it cannot work until the rest is fixed.");
   }
   if (facts.trial->status == 0) return ok(subject, "A new project builds, and a package came out.");
   const FirstError error = firstErrorIn(facts.trial->log);

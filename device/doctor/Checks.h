@@ -36,8 +36,8 @@ inline Finding problem(std::string subject, std::string sentence) {
 
 // For a copy of Theos of which something is missing: what is wrong and what to do.
 inline constexpr std::string_view notWhole =
-    "this copy of Theos is not whole; run \"git submodule update --init --recursive\" in its folder, or get "
-    "it anew with \"git clone --recursive\".";
+    "this copy of Theos is not whole; run \"git submodule update --init --recursive\" in its folder, or "
+    "clone it again with \"git clone --recursive\".";
 
 // The first line of a log that describes why the build failed, before make's own lines about the failure.
 struct FirstError {

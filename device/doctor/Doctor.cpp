@@ -11,7 +11,6 @@
 #include <iomanip>
 #include <iostream>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 
 namespace {
 
@@ -76,14 +75,12 @@ void lookInDevice(const PassingDevice& device, Facts& facts) {
   }
 }
 
-// The nearest folder on the way that exists.
+// In the nearest folder on the way that exists; 0 if it cannot be looked at.
 std::uintmax_t freeSpaceAt(fs::path path) {
-  struct statvfs space {};
-  while (statvfs(path.c_str(), &space) != 0) {
-    if (errno != ENOENT || !path.has_relative_path()) return 0;
-    path = path.parent_path();
-  }
-  return std::uintmax_t{space.f_bavail} * space.f_frsize;
+  std::error_code error;
+  while (!fs::exists(path, error) && !error && path.has_relative_path()) path = path.parent_path();
+  const auto space = fs::space(path, error);
+  return error ? 0 : space.available;
 }
 
 void lookAtDeviceFolder(const Caller& caller, Facts& facts) {

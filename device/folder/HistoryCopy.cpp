@@ -13,7 +13,6 @@
 #include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 
 namespace {
 
@@ -355,9 +354,9 @@ class Copying {
   }
 
   bool hasRoomFor(unsigned long long needed) const {
-    struct statvfs disk {};
-    return fstatvfs(folder_, &disk) == 0 &&
-           static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize >= needed + leftFree;
+    std::error_code error;
+    const auto disk = fs::space("/proc/self/fd/" + std::to_string(folder_), error);
+    return !error && disk.available >= needed + leftFree;
   }
 
   // `room_` is afterwards what the copy may take. The usage on record is never too low, and measured again

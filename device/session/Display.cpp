@@ -1,6 +1,7 @@
 #include "device/session/Display.h"
 
 #include "device/Process.h"
+#include "device/Visible.h"
 
 #include <X11/Xauth.h>
 #include <algorithm>
@@ -34,10 +35,8 @@ Display x11Display(const std::string& name) {
   const std::string host = name.substr(0, colon);
   std::string number = colon == std::string::npos ? "" : name.substr(colon + 1);
   number = number.substr(0, number.find('.'));
-  const bool isNumber =
-      !number.empty() && number.size() < 6 &&
-      std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; });
-  if (!isNumber) throw Refusal("The display " + name + " is not one that Tweakbench can open.");
+  if (number.size() > 5 || !numberIn(number))
+    throw Refusal("The display " + name + " is not one that Tweakbench can open.");
   const fs::path socket = fs::path(x11Folder) / ("X" + number);
   if (!host.empty() && host != "unix") {
     throw Refusal(

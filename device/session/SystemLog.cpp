@@ -44,16 +44,9 @@ void SystemLog::passOn() {
   }
 }
 
-std::string wordsOf(const std::string& datagram) {
-  std::size_t at = 0;
-  if (datagram.starts_with('<')) {
-    const auto end = datagram.find('>');
-    if (end != std::string::npos) at = end + 1;
-  }
-  if (datagram.size() >= at + timeLength && datagram[at + timeLength - 1] == ' ') at += timeLength;
-  const auto name = datagram.find(": ", at);
-  if (name != std::string::npos) at = name + 2;
-  std::string words = datagram.substr(at);
-  while (!words.empty() && (words.back() == '\0' || words.back() == '\n')) words.pop_back();
-  return visible(std::move(words), "\t");
+std::string wordsOf(std::string_view line) {
+  if (line.starts_with('<')) line.remove_prefix(line.find('>') + 1);
+  if (line.size() >= timeLength && line[timeLength - 1] == ' ') line.remove_prefix(timeLength);
+  if (const auto name = line.find(": "); name != std::string_view::npos) line.remove_prefix(name + 2);
+  return visible(trimmed(line, std::string_view("\0\n", 2)), "\t");
 }

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace fs = std::filesystem;
 
@@ -32,4 +33,4 @@ class SystemLog {
 };
 
 // The words of a line as syslog(3) sends it: without priority, time and the program's name.
-std::string wordsOf(const std::string& datagram);
+std::string wordsOf(std::string_view line);
