@@ -23,7 +23,7 @@ using Words = std::vector<std::string>;
 
 constexpr double megabyte = 1024 * 1024;
 
-void runToEnd(const ProcessStart& start) {
+void mustRun(const ProcessStart& start) {
   int status = 0;
   const pid_t child = spawn(start);
   if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
@@ -31,7 +31,7 @@ void runToEnd(const ProcessStart& start) {
 }
 
 void runLine(const std::string& line) {
-  runToEnd({{"/bin/sh", "-c", line}, {}, -1, STDOUT_FILENO, STDERR_FILENO});
+  mustRun({{"/bin/sh", "-c", line}, {}, -1, STDOUT_FILENO, STDERR_FILENO});
 }
 
 // Runs bubblewrap as the launcher does, but with one program in the device and nothing around it.
@@ -83,7 +83,7 @@ class Bare {
     start.environment.emplace();
     start.passed = {arguments.get()};
     for (const auto& file : files) start.passed.push_back(file.get());
-    runToEnd(start);
+    mustRun(start);
   }
 
  private:
@@ -95,7 +95,7 @@ bool starts(const std::string& launcher, const std::string& device, const Bare& 
   return compare(
       {"exec true", "bubblewrap alone, the same mounts", 1.5, 41}, "ms",
       [&] { return 1000 * seconds([&] {
-                     runToEnd({{launcher, "--device", device, "exec", "true"}});
+                     mustRun({{launcher, "--device", device, "exec", "true"}});
                    }); },
       [&] { return 1000 * seconds([&] { bare.run("true"); }); });
 }
