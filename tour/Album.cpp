@@ -24,6 +24,8 @@ Album::Album(FILE* report) : report_(report) {
 void Album::picture(const std::string& name, const QString& shown) {
   if (!shown.isNull()) finger::waitToSee(shown);
   QTest::qWait(settleMilliseconds);
+  // On a busy machine the wait may end before them.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   pictureAtOnce(name);
 }
 
