@@ -13,6 +13,7 @@ namespace device {
 
 inline const std::string application = "/Applications/Tweakbench.app/";
 inline const std::string projects = "/var/Tweakyard/Projects/";
+inline const std::string documents = "/var/mobile/Documents/";
 inline const std::string packages = "/var/mobile/Documents/Tweakbench";
 inline const std::string preferences = "/var/mobile/Library/Preferences/com.apple.springboard.plist";
 

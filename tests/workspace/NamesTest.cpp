@@ -1,5 +1,6 @@
 // What each command line does with names that are none, ordinary ones, and ones that the shell expands.
 #include "build/BuildRunner.h"
+#include "support/Cases.h"
 #include "support/Device.h"
 #include "support/StandardStreams.h"
 #include "support/Tree.h"
@@ -8,13 +9,13 @@
 #include "workspace/Projects.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const std::string documents = "/var/mobile/Documents/";
 const std::vector<std::string> ordinary{"P", "Q", "a", "-rf", ".hidden", "ملف", "#x~!}1],+=^%:@-_"};
 
 // Not by chooseProject(), whose records are synced to the disk one by one.
@@ -30,73 +31,49 @@ void choose(const MaybeText& name) {
 
 using Paths = std::vector<std::string>;
 
+using Operation = void (*)(const MaybeText& name);
+
+const std::map<std::string, Operation> operationsByName{
+    {"delete a file of", [](auto&) { deleteProjectFile("Tweak.x"); }},
+    {"rename a file of", [](auto&) { renameFile("Tweak.x", "new"); }},
+    {"add a header to", [](auto&) { createHeader("H"); }},
+    {"convert into", [](auto&) { convertFlexPatch("1) Key"); }},
+    {"delete the listed", [](auto&) { deleteListedProject(); }},
+    {"delete", [](auto& name) { deleteProject(name); }},
+    {"back up", [](auto&) { backUpProject(); }},
+    {"restore", [](auto& name) { restoreBackup(name.value_or("")); }},
+    {"build", [](auto&) { runBuildJob(BuildVariant::Package, [] {}); }},
+    {"export", [](auto&) { exportProject("mobile/Documents/Out/"); }},
+    {"rename", [](auto&) { renameProject("New"); }},
+    {"delete an entry",
+     [](auto& name) {
+       choose("P");
+       deleteProjectFile(name.value_or(""));
+     }},
+    {"rename an entry",
+     [](auto& name) {
+       choose("P");
+       renameFile(name.value_or(""), "new");
+     }},
+};
+
 // What the shell changes below /var; "%@" is the name, and under "*" each that is not hidden.
 struct Use {
-  const char* name;
-  void (*with)(const MaybeText&);
+  std::string name;
+  Operation with;
   Paths ordinary;
   Paths split;  // under "a b"
   Paths star;
 };
-const std::string project = "Tweakyard/Projects/%@", entry = "Tweakyard/Projects/P/%@",
-                  a = "Tweakyard/Projects/a";
-const std::vector<Use> uses{
-    {"delete an entry",
-     [](const MaybeText& name) {
-       choose("P");
-       deleteProjectFile(name.value_or(""));
-     },
-     {entry},
-     {"Tweakyard/Projects/P/a"},
-     {"Tweakyard/Projects/P"}},
-    {"rename an entry",
-     [](const MaybeText& name) {
-       choose("P");
-       renameFile(name.value_or(""), "new");
-     },
-     {entry, "Tweakyard/Projects/P/new"},
-     {},
-     {}},
-    {"delete a file of",
-     [](const MaybeText&) { deleteProjectFile("Tweak.x"); },
-     {project + "/Tweak.x"},
-     {a},
-     {project + "/Tweak.x"}},
-    {"rename a file of",
-     [](const MaybeText&) { renameFile("Tweak.x", "new"); },
-     {project + "/Tweak.x", project + "/new"},
-     {},
-     {}},
-    {"add a header to",
-     [](const MaybeText&) { createHeader("H"); },
-     {project + "/Tweak.x", project + "/H.h"},
-     {"Tweakyard/Projects/a b/H.h"},
-     {}},
-    {"convert into",
-     [](const MaybeText&) { convertFlexPatch("1) Key"); },
-     {project + "/FlexPatchKey"},
-     {a},
-     {}},
-    {"delete the listed", [](const MaybeText&) { deleteListedProject(); }, {project}, {a}, {project}},
-    {"delete", [](const MaybeText& name) { deleteProject(name); }, {project}, {a}, {project}},
-    {"back up",
-     [](const MaybeText&) { backUpProject(); },
-     {"mobile/Documents/TweakbenchBackups/%@"},
-     {"mobile/Documents/TweakbenchBackups/a"},
-     {}},
-    {"restore", [](const MaybeText& name) { restoreBackup(name.value_or("")); }, {project}, {a}, {project}},
-    {"build",
-     [](const MaybeText&) { runBuildJob(BuildVariant::Package, [] {}); },
-     {"mobile/Documents/Tweakbench/%@"},
-     {},
-     {}},
-    {"export",
-     [](const MaybeText&) { exportProject("mobile/Documents/Out/"); },
-     {"mobile/Documents/Out/%@"},
-     {"mobile/Documents/Out/a"},
-     {"mobile/Documents/Out/%@"}},
-    {"rename", [](const MaybeText&) { renameProject("New"); }, {project, "Tweakyard/Projects/New"}, {}, {}},
-};
+
+std::vector<Use> uses() {
+  std::vector<Use> all;
+  const auto paths = [](const std::string& cell) { return cell.empty() ? Paths() : splitAt(cell, ", "); };
+  for (const Case& row : cases("use"))
+    all.push_back({row[0], operationsByName.at(row[0]), paths(row[1]), paths(row[2]), paths(row[3])});
+  EXPECT_EQ(all.size(), operationsByName.size());
+  return all;
+}
 
 class Names : public testing::Test {
  protected:
@@ -105,7 +82,7 @@ class Names : public testing::Test {
     refill();
   }
   ~Names() override {
-    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(documents + folder);
+    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(device::documents + folder);
     device::reset();
   }
 
@@ -147,8 +124,8 @@ class Names : public testing::Test {
  private:
   void refill() {
     device::reset();
-    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(documents + folder);
-    putFile(documents + "Out/kept", "");
+    for (const char* folder : {"Out", "TweakbenchBackups"}) removeItemAtPath(device::documents + folder);
+    putFile(device::documents + "Out/kept", "");
     putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
     Paths names = ordinary;
     names.emplace_back("a b");
@@ -158,7 +135,7 @@ class Names : public testing::Test {
       for (const char* file : {"/Tweak.x", "/control", "/FlexPatchKey"}) putFile(folder + file, name + file);
       putFile(device::projects + "P/" + name, "entry");
       putFile(device::packages + "/" + name + "/old.deb", "");
-      putFile(documents + "TweakbenchBackups/" + name + "/Tweak.x", "older");
+      putFile(device::documents + "TweakbenchBackups/" + name + "/Tweak.x", "older");
     }
     before_ = treeAt("/var");
   }
@@ -184,14 +161,14 @@ TEST_F(Names, ThatAreNoneChangeNothing) {
       "$()",   "``",   "$(true)",  "P/.[.]",  "P/../Q", "{P,..}", "$'\\x2f'", "{Z..a}", "`true`", "Q$x",
       "'Q'",   "Q;P",  "Q\nP",     "Q{",      "Q /var", "Q *",    "Q ~",      "Q "};
   none.insert(none.end(), {std::nullopt, "P/../../Projects", std::string("P\0x", 3)});
-  for (const Use& use : uses) {
+  for (const Use& use : uses()) {
     for (const MaybeText& name : none)
       EXPECT_EQ(changesBy(use, name), std::set<std::string>()) << use.name << " " << name.value_or("(none)");
   }
 }
 
 TEST_F(Names, ChangeTheirItemsAndNoOthers) {
-  for (const Use& use : uses) {
+  for (const Use& use : uses()) {
     for (const std::string& name : ordinary) expectChanges(use, name, filled(use.ordinary, {name}));
     expectChanges(use, "a b", use.split);
     expectChanges(use, "*", filled(use.star, {"P", "Q", "a", "a b", "-rf", "ملف", "#x~!}1],+=^%:@-_"}));
