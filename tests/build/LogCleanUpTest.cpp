@@ -1,5 +1,6 @@
 #include "build/LogCleanUp.h"
 #include "core/FileManager.h"
+#include "support/Cases.h"
 #include "support/PlainCleanUp.h"
 #include "support/TemporaryFolder.h"
 
@@ -10,32 +11,10 @@
 namespace {
 
 TEST(LogCleanUp, RemovesTheKnownSequencesOfEachBuild) {
-  const std::string moved = "mv: cannot stat 'packages': No such file or directory";
-  const struct {
-    const char* what;
-    std::string log;
-    std::string package;
-    std::string install;
-  } rows[] = {
-      {"a stage line", "\033[0;32m==> \033[1;39mMaking\033[m", "\033==> \033Making\033",
-       "\033==> \033Making\033"},
-      {"bold red with its mark", "\033[1;31m>\033[0m error", "\033\033 error", "\033\033[0m error"},
-      {"bold red alone", "\033[1;31merror", "\033error", "\033[1;31merror"},
-      {"package only", "\033[0;1;31m\033[0;1;32m\033[1m", "\033\033\033", "\033[0;1;31m\033[0;1;32m\033[1m"},
-      {"one pass each", "[[mm", "[m", "[m"},
-      {"completed by a later pattern", "[[m1m", "", "[1m"},
-      {"completed too late", "[[0mm", "[m", "[[0mm"},
-      {"the move's complaint", "a\n" + moved + "\nb", "a\n\nb", "a\n\nb"},
-      {"complaint with colour inside", "mv: cannot stat 'pack\033[mages'", "mv: cannot stat 'pack\033ages'",
-       "mv: cannot stat 'pack\033ages'"},
-      {"complaint completed by a pattern", "mv: cannot [m" + moved.substr(11), "", ""},
-      {"unknown ones stay", "\033[0;36m\033[K[[", "\033[0;36m\033[K[[", "\033[0;36m\033[K[["},
-      {"nothing", "", "", ""},
-  };
-  for (const auto& row : rows) {
-    EXPECT_EQ(cleanedLog(row.log, BuildVariant::Package), row.package) << row.what;
-    EXPECT_EQ(cleanedLog(row.log, BuildVariant::Install), row.install) << row.what;
-  }
+  expectCases("cleaned", [](const Case& row) {
+    return "<" + cleanedLog(row[1], BuildVariant::Package) + "> <" +
+           cleanedLog(row[1], BuildVariant::Install) + ">";
+  });
 }
 
 // Logs made of the stuff that patterns are made of, so that removals keep completing each other.

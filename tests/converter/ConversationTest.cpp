@@ -4,6 +4,7 @@
 #include "core/FileManager.h"
 #include "core/Text.h"
 #include "support/BinaryPropertyList.h"
+#include "support/Cases.h"
 #include "support/TemporaryFolder.h"
 #include "workspace/FlexImport.h"
 
@@ -144,24 +145,7 @@ std::vector<FlexPatch> named(const Lines& names) {
 }
 
 TEST(FlexMenu, TextsGoOneAfterTheOtherAndEscapeBytesStay) {
-  const std::string between = " \033Please input a valid number between \0330\033 and \033";
-  const struct {
-    const char* log;
-    std::string cleaned;
-  } rows[] = {
-      {"\033[31ma\033[32mb\033[0mc\033[0;34md\033[me[131m>f[139mg", "\033a\033b\033c\033d\033efg"},
-      {"[1;31mstays [35mstays", "[1;31mstays [35mstays"},
-      {"[[0mm", ""},     // "[m" comes after "[0m", which lays it bare
-      {"[[m0m", "[0m"},  // but "[0m" has had its turn
-      {"Please[131m>ININN", ""},
-      {"\033Enter corresponding number: \033\033Invalid selection received. kept", " kept"},
-      {"\033Enter corresponding number: \033Invalid selection received.",
-       "\033Enter corresponding number: \033Invalid selection received."},
-      {"\033[31mEnter corresponding number: \033[0m\033[m\033Invalid selection received.",
-       "\033Enter corresponding number: \033\033\033Invalid selection received."},
-  };
-  for (const auto& row : rows) EXPECT_EQ(cleanedFlexMenu(row.log), row.cleaned) << row.log;
-  EXPECT_EQ(cleanedFlexMenu(between + "7\033"), "7\033");
+  expectCases("cleaned", [](const Case& row) { return cleanedFlexMenu(row[0]); });
   EXPECT_EQ(cleanedFlexMenu(std::string(flexBanner) + "!"), "!");
 }
 
@@ -181,14 +165,13 @@ TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
 }
 
 TEST(FlexMenu, AKeyIsTheEntryWithoutThreeCharactersAndBlanks) {
-  EXPECT_EQ(flexPatchKey("\033  3 My Patch"), "3MyPatch");
-  EXPECT_EQ(flexPatchKey("مرح با"), "با");
-  EXPECT_EQ(flexPatchKey("abc"), "");
-  EXPECT_EQ(flexPatchKey("🚀a bc"), "bc");
-  EXPECT_EQ(flexPatchKey("ab🚀 c"), "c");
-  EXPECT_EQ(flexPatchKey("abc\td e"), "\tde");
-  for (const char* tooShort : {"", "ab", "مر", "🚀"})
-    EXPECT_THROW(flexPatchKey(tooShort), std::out_of_range) << tooShort;
+  expectCases("key", [](const Case& row) -> std::string {
+    try {
+      return '"' + flexPatchKey(row[0]) + '"';
+    } catch (const std::out_of_range&) {
+      return "too short";
+    }
+  });
 }
 
 // The promise that the two programs hold together: whatever the patches are called, each becomes one entry,
@@ -242,12 +225,10 @@ TEST(Menu, EachPatchIsOneEntryWhoseKeyMeansIt) {
 
 TEST(Menu, AnAnswerMeansAPatchOnlyByItsNumber) {
   const auto patches = named({"One", "7 Days", "-dash"});
-  const std::pair<const char*, std::size_t> rows[] = {
-      {"0", 0}, {" 1 \r\n", 1}, {"1-7Days", 1}, {"0One", 0}, {"2--dash", 2}, {"2-dash", 2}, {"002", 2}};
-  for (const auto& [answer, chosen] : rows) EXPECT_EQ(chosenPatch(answer, patches), chosen) << answer;
-  for (const char* none : {"17Days", "0-Two", "1-One", "3", "-1", "", "\n", "One", "+1", "1.5", "0x1",
-                           "99999999999999999999", "\033[31m"})
-    EXPECT_EQ(chosenPatch(none, patches), std::nullopt) << none;
+  expectCases("answer", [&patches](const Case& row) {
+    const auto chosen = chosenPatch(row[0], patches);
+    return chosen ? patches[*chosen].name : "none";
+  });
 }
 
 TEST(Menu, WhyThereIsNoMenuIsTheOnlyEntry) {

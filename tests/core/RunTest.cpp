@@ -1,17 +1,46 @@
 #include "core/FileManager.h"
+#include "core/History.h"
+#include "core/LauncherContract.h"
 #include "core/Process.h"
+#include "core/Text.h"
 #include "core/run_cmd.h"
+#include "support/Clock.h"
 #include "support/StandardStreams.h"
 #include "support/TemporaryFolder.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <dlfcn.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 
 #include <gtest/gtest.h>
+
+// The program's own definitions come before the C library's. On a held clock all time that is waited for
+// passes at once.
+extern "C" {
+
+int poll(pollfd* files, nfds_t count, int timeout) {
+  const auto real = reinterpret_cast<decltype(&poll)>(dlsym(RTLD_NEXT, "poll"));
+  const int ready = real(files, count, HeldClock::isHeldNow() ? 0 : timeout);
+  if (ready == 0 && HeldClock::isHeldNow()) HeldClock::turn(timeout);
+  return ready;
+}
+
+int pthread_cond_clockwait(pthread_cond_t* condition, pthread_mutex_t* lock, clockid_t clock,
+                           const timespec* until) {
+  const auto real =
+      reinterpret_cast<decltype(&pthread_cond_clockwait)>(dlsym(RTLD_NEXT, "pthread_cond_clockwait"));
+  if (!HeldClock::isHeldNow()) return real(condition, lock, clock, until);
+  HeldClock::turn((until->tv_sec * 1'000'000'000 + until->tv_nsec - HeldClock::read()) / 1'000'000);
+  return ETIMEDOUT;
+}
+}
 
 namespace {
 
@@ -37,8 +66,11 @@ TEST(Running, OutputIsReadAsItComesAndTheReaderMayEndTheCommand) {
   });
   EXPECT_EQ(read, "it's $(false)\n");
   int calls = 0;
+  const HeldClock clock;
+  const long begin = HeldClock::read();
   read_cmd("sleep 1000", [&calls](std::string_view piece) { return piece.empty() && ++calls < 3; });
   EXPECT_EQ(calls, 3) << "it is asked without any output, too";
+  EXPECT_EQ((HeldClock::read() - begin) / 1'000'000, 300);
 }
 
 TEST(Running, AFailedWaitIsTheOnlyThingReported) {
@@ -78,32 +110,72 @@ TEST(CapturedRun, ALogThatCannotBeOpenedIsAnAbsentOne) {
   EXPECT_EQ(run_logged("echo found", folder / "found.log"), "found\n");
 }
 
-TEST(Stopping, EndsTheWholeTreeOfARunningCommandAndStartsNoMore) {
-  // In a process of its own, since stopping is for good.
-  const TemporaryFolder folder;
-  const std::string ready = folder / "ready";
-  mkfifo(ready.c_str(), 0600);
-  const pid_t child = fork();
-  ASSERT_NE(child, -1);
-  if (child == 0) {
-    alarm(20);  // where nothing is stopped
-    std::thread runner([&] {
-      // A grandchild that ignores the polite signal and would write when it is over.
-      run_cmd(("trap '' TERM; (sh -c 'trap \"\" TERM; echo > " + ready + "; while [ -e " + ready +
-               " ]; do sleep 0.01; done'; touch " + (folder / "survived") + ")")
-                  .c_str());
-      run_cmd(("touch " + (folder / "next-step")).c_str());
-    });
-    fileAt(ready);
-    stopCommands(50);
-    runner.join();
-    _exit(waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD ? 0 : 1);
+TEST(Stopping, GivesARunningTreeItsGraceEndsItAndStartsNoMore) {
+  // What the command does when it is asked to end, and whether the whole grace passes.
+  for (const auto& [trap, wholeGrace] : {std::pair("", true), {"touch tidied; exit", false}}) {
+    // In a process of its own, since stopping is for good.
+    const TemporaryFolder folder;
+    mkfifo((folder / "ready").c_str(), 0600);
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+      alarm(20);  // where nothing is stopped
+      std::thread runner([&folder, trap = trap] {
+        // Its child ignores the signal as well where the trap is empty, and would write when it is over.
+        run_cmd(fill("cd %@; trap '%@' TERM; (echo > ready; while [ -e ready ]; do sleep 0.01; done); "
+                     "touch survived",
+                     {folder.path(), std::string(trap)})
+                    .c_str());
+        run_cmd(("touch " + (folder / "next-step")).c_str());
+      });
+      fileAt(folder / "ready");
+      long passed = 0;
+      if (wholeGrace) {
+        const HeldClock clock;
+        const long begin = HeldClock::read();
+        stopCommands(3'600'000);
+        passed = (HeldClock::read() - begin) / 1'000'000;
+      } else {
+        stopCommands(2000);
+      }
+      runner.join();
+      _exit(passed == (wholeGrace ? 3'600'000 : 0) && waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD
+                ? 0
+                : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << trap;
+    EXPECT_EQ(fileExistsAtPath(folder / "tidied"), !wholeGrace);
+    EXPECT_FALSE(fileExistsAtPath(folder / "survived"));
+    EXPECT_FALSE(fileExistsAtPath(folder / "next-step"));
   }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_FALSE(fileExistsAtPath(folder / "survived"));
-  EXPECT_FALSE(fileExistsAtPath(folder / "next-step"));
+}
+
+TEST(History, IsWaitedForASecondAndNoLonger) {
+  int ends[2];
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends), 0);
+  ASSERT_EQ(dup2(ends[0], history::applicationDescriptor), history::applicationDescriptor);
+  connectHistory();
+  const HeldClock clock;
+  const auto waited = [] {
+    const long begin = HeldClock::read();
+    keepHistory();
+    return (HeldClock::read() - begin) / 1'000'000;
+  };
+  const long begin = HeldClock::read() / 1'000'000;
+  EXPECT_EQ(waited(), 1000);
+  history::Request request{};
+  ASSERT_GT(recv(ends[1], &request, sizeof request, MSG_DONTWAIT), 0);
+  EXPECT_EQ(request.wish, history::Wish::Copy);
+  EXPECT_EQ(request.deadline, begin + 1000);
+  // The late answer to the first comes before the second's.
+  for (const std::uint32_t number : {request.number, request.number + 1}) {
+    const history::Answer answer{number};
+    ASSERT_GT(send(ends[1], &answer, sizeof answer, 0), 0);
+  }
+  EXPECT_EQ(waited(), 0);
+  close(history::applicationDescriptor);
 }
 
 TEST(Entitlement, HasThreeResults) {
