@@ -7,14 +7,14 @@
 
 namespace {
 
-std::mutex mutex;
-std::vector<std::string> lines;
+std::mutex logMutex;
+std::vector<std::string> loggedLines;
 
 void keep(const char* format, va_list arguments) {
   char line[1024];
   std::vsnprintf(line, sizeof line, format, arguments);
-  const std::lock_guard lock(mutex);
-  lines.emplace_back(line);
+  const std::lock_guard lock(logMutex);
+  loggedLines.emplace_back(line);
 }
 
 }  // namespace
@@ -38,6 +38,6 @@ void __syslog_chk(int /*priority*/, int /*flag*/, const char* format, ...) {
 }
 
 std::vector<std::string> systemlog::take() {
-  const std::lock_guard lock(mutex);
-  return std::exchange(lines, {});
+  const std::lock_guard lock(logMutex);
+  return std::exchange(loggedLines, {});
 }

@@ -1,4 +1,4 @@
-// What stands on what, and how well it can be told from it. Prints the table.
+// What stands on what, and how well it can be told from it.
 #include "RQAlertView/RQAlertView.h"
 #include "platform/ApplicationStyle.h"
 #include "ui/controls/CodeColours.h"
@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -145,9 +144,8 @@ TEST(Contrast, TextsAndControlsStandOut) {
   table.push_back({"focus on a file", colours::focusRing, colours::cellGround, control});
   for (const auto& row : table) {
     const double reached = contrast(row.front, row.ground);
-    std::printf("%-38s %s on %s  %5.2f, at least %.1f\n", row.what.c_str(), qUtf8Printable(row.front.name()),
-                qUtf8Printable(row.ground.name()), reached, row.least);
-    EXPECT_GE(reached, row.least) << row.what;
+    EXPECT_GE(reached, row.least) << row.what << ": " << row.front.name().toStdString() << " on "
+                                  << row.ground.name().toStdString();
   }
 }
 

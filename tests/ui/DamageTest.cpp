@@ -22,44 +22,19 @@ using finger::waitToSee;
 
 namespace filesystem = std::filesystem;
 
-struct Damage {
-  const char* name;
-  // What lies at the path is whole when this is called.
-  void (*inflict)(const std::string& path);
+// What the shell does to a whole file.
+constexpr std::pair<const char*, const char*> damages[] = {
+    {"missing", "rm %@"},
+    {"empty", ": > %@"},
+    {"truncated", "truncate -s $(($(stat -c %s %@) / 2)) %@"},
+    {"not UTF-8", "printf 'caf\\351 \\377\\376' >> %@"},
+    {"zeros", "head -c 5000 /dev/zero > %@"},
+    {"a folder", "rm %@ && mkdir %@ && echo inside > %@/file"},
+    {"a FIFO", "rm %@ && mkfifo %@"},
+    {"unreadable", "chmod 0 %@"},
+    {"a link to itself", "rm %@ && ln -s %@ %@"},
+    {"endless", "ln -sf /dev/zero %@"},
 };
-
-const std::array<Damage, 10> damages{{
-    {"missing", [](const std::string& path) { removeItemAtPath(path); }},
-    {"empty", [](const std::string& path) { putFile(path, ""); }},
-    {"truncated",
-     [](const std::string& path) {
-       const std::string whole = fileAt(path);
-       putFile(path, whole.substr(0, whole.size() / 2));
-     }},
-    {"not UTF-8", [](const std::string& path) { putFile(path, fileAt(path) + "caf\xE9 \xFF\xFE"); }},
-    {"zeros", [](const std::string& path) { putFile(path, std::string(5000, '\0')); }},
-    {"a folder",
-     [](const std::string& path) {
-       removeItemAtPath(path);
-       putFile(path + "/file", "inside");
-     }},
-    {"a FIFO",
-     [](const std::string& path) {
-       removeItemAtPath(path);
-       mkfifo(path.c_str(), 0666);
-     }},
-    {"unreadable", [](const std::string& path) { chmod(path.c_str(), 0); }},
-    {"a link to itself",
-     [](const std::string& path) {
-       removeItemAtPath(path);
-       filesystem::create_symlink(path, path);
-     }},
-    {"endless",
-     [](const std::string& path) {
-       removeItemAtPath(path);
-       filesystem::create_symlink("/dev/zero", path);
-     }},
-}};
 
 std::vector<std::string> entriesOf(const std::string& path) {
   return contentsOfDirectoryAtPath(path).value_or(std::vector<std::string>());
@@ -186,10 +161,10 @@ TEST_F(Damaged, EveryFileThatIsReadMayBeInAnyState) {
     delegate_.reset();
     const bool isRead = opening.happened();
     EXPECT_TRUE(isRead) << file;
-    for (const Damage& damage : damages) {
-      SCOPED_TRACE(file + " is " + damage.name);
+    for (const auto& [name, command] : damages) {
+      SCOPED_TRACE(file + " is " + name);
       makeEverything();
-      damage.inflict(file);
+      run_cmd(command, {file, file, file});
       QElapsedTimer timer;
       timer.start();
       ASSERT_NO_THROW({
@@ -210,8 +185,8 @@ TEST_F(Damaged, EveryFileThatIsReadMayBeInAnyState) {
     }
   }
   // Made anew by each build, so it comes to harm while make runs.
-  for (const Damage& damage : damages) {
-    SCOPED_TRACE(std::string("the log is ") + damage.name);
+  for (const auto& [name, command] : damages) {
+    SCOPED_TRACE(std::string("the log is ") + name);
     makeEverything();
     putFile(folder + "Makefile",
             "package:\n\t@touch /var/tmp/built; while test -e /var/tmp/built; do :; done; mkdir packages\n");
@@ -220,7 +195,7 @@ TEST_F(Damaged, EveryFileThatIsReadMayBeInAnyState) {
     tap("Show success alert");
     tap("Make Package");
     finger::waitUntil([] { return fileExistsAtPath("/var/tmp/built"); }, "make does not start");
-    damage.inflict(buildLog);
+    run_cmd(command, {buildLog, buildLog, buildLog});
     removeItemAtPath("/var/tmp/built");
     ASSERT_NO_THROW(
         finger::waitUntil([] { return !sees(localized(text::pleaseWait)); }, "no end of the build"));

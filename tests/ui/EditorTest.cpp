@@ -1,11 +1,10 @@
 // Writing code: what the editor does while one types, and the ways to other files and places.
-#include "support/Tree.h"
+#include "support/Clock.h"
 #include "tests/ui/Screens.h"
 #include "ui/controls/CodeView.h"
 #include "ui/screens/PopOverNewController.h"
 
 #include <QAccessible>
-#include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
 
@@ -18,16 +17,6 @@ using finger::waitUntil;
 
 class Editor : public Screens {
  protected:
-  // Keys reach their shortcuts only in a window that is active.
-  void startActive() {
-    start();
-    UIScreen::mainScreen()->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
-  }
-  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-  }
-  static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
   static CodeView& editor() { return *qobject_cast<CodeView*>(finger::find("File text")); }
   static std::size_t caret() { return editor().selectionBegin(); }
   static QListView& list(const TextPair& name) {
@@ -49,44 +38,6 @@ class Editor : public Screens {
   }
 };
 
-TEST_F(Editor, FilesOfAnyFolderAreOpenedAndMadeByKeysInBothLanguages) {
-  inBothLanguages([this] {
-    const std::string folder = makeProject({{"Tweak.x", "%hook A\n"},
-                                            {"sub/Deep.x", "deep\n"},
-                                            {".theos/obj/Deep.x", "left out"},
-                                            {"sub/.theos/Deep.x", "left out"}});
-    startActive();
-    press(Qt::Key_E, Qt::ControlModifier);
-    waitToSee(localized(text::projectFiles));
-    EXPECT_EQ(rows(text::projectFiles), QStringList({"Tweak.x", "sub/Deep.x"}));
-    typeText("../x");
-    EXPECT_EQ(rows(text::projectFiles), QStringList()) << "nothing is made above the project";
-    press(Qt::Key_Escape);
-    waitToSee("Files");
-    goToFile("deep", "Deep.x");
-    EXPECT_EQ(editor().bytes(), "deep\n");
-    typeText("// mine ");
-    press(Qt::Key_E, Qt::ControlModifier);
-    waitToSee(localized(text::projectFiles));
-    typeText("new/dir/More.xm");
-    press(Qt::Key_Up);
-    press(Qt::Key_Return);
-    waitToSee(localized(text::saveChanges));
-    tap(localized(text::cancel));
-    waitToSee("Deep.x");
-    EXPECT_EQ(editor().bytes(), "// mine deep\n");
-    goToFile("tweak", localized(text::saveChanges));
-    tap(localized(text::save));
-    waitToSee("Tweak.x");
-    EXPECT_EQ(fileAt(folder + "sub/Deep.x"), "// mine deep\n");
-    EXPECT_EQ(fileAt(folder + "new/dir/More.xm"), "");
-    typeText("x");
-    leaveEditor("Save");
-    EXPECT_EQ(fileAt(folder + "Tweak.x"), "x%hook A\n");
-    EXPECT_TRUE(sees("new")) << "the list shows the folder that was made";
-  });
-}
-
 TEST_F(Editor, TheFileListIsFilteredAmongTenThousandWithoutAWait) {
   const std::string folder = makeProject({{"Tweak.x", ""}});
   for (int number = 0; number < 10'000; ++number)
@@ -103,36 +54,6 @@ TEST_F(Editor, TheFileListIsFilteredAmongTenThousandWithoutAWait) {
   EXPECT_EQ(items->child(0)->role(), QAccessible::ListItem);
 }
 
-TEST_F(Editor, LinesOfTheWholeProjectAreFoundAndOpenedInBothLanguages) {
-  inBothLanguages([this] {
-    const std::string word = "it's $(touch /tmp/made) -e";
-    const std::string folder = makeProject({{"Tweak.x", "one\n\tNSLog(\"" + word + "\");\n"},
-                                            {"sub/a.m", "\xEF\xBB\xBF// IT'S $(touch /tmp/made) -e\nother"},
-                                            {"binary", std::string("\0\1", 2) + word},
-                                            {".theos/log", word}});
-    startActive();
-    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-    waitToSee(localized(text::searchResults));
-    typeText(QString::fromStdString(word));
-    press(Qt::Key_Return);
-    waitToSee(localized(text::linesFound, {std::string("2")}));
-    EXPECT_FALSE(fileExistsAtPath("/tmp/made"));
-    tap("sub/a.m:1: // IT'S $(touch /tmp/made) -e");
-    waitToSee("a.m");
-    EXPECT_EQ(caret(), 3U);
-    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-    waitToSee(localized(text::searchResults));
-    QGuiApplication::clipboard()->setText("nslog\n");
-    press(Qt::Key_V, Qt::ControlModifier);
-    press(Qt::Key_Return);
-    waitToSee(localized(text::linesFound, {std::string("1")}));
-    press(Qt::Key_Return);
-    waitToSee("Tweak.x");
-    EXPECT_EQ(caret(), 5U);
-    leaveEditor("Cancel");
-  });
-}
-
 TEST_F(Editor, ASearchIsBoundedAndEndsWithItsDialog) {
   std::string lines;
   for (int line = 0; line < 5000; ++line) lines += "same\n";
@@ -141,7 +62,17 @@ TEST_F(Editor, ASearchIsBoundedAndEndsWithItsDialog) {
   startActive();
   press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
   waitToSee(localized(text::searchResults));
-  typeText("same");
+  {
+    const HeldClock clock;
+    typeText("same");
+    const auto isSearchedAfter = [](long milliseconds) {
+      HeldClock::turn(milliseconds);
+      QCoreApplication::processEvents();
+      return sees(localized(text::searching));
+    };
+    EXPECT_FALSE(isSearchedAfter(140)) << "while somebody still types";
+    EXPECT_TRUE(isSearchedAfter(20));
+  }
   waitToSee(localized(text::onlyFirstLines, {std::string("2000")}));
   EXPECT_EQ(rows(text::searchResults).size(), 2000);
   press(Qt::Key_Escape);
@@ -190,23 +121,6 @@ TEST_F(Editor, IndentationReplacingAndGoingToALineChangeWhatTheyShouldAndNoMore)
                                "a {\r\n  if (x) {\r\n    y;\r\n  }\r\n  two\r\n"));
   leaveEditor("Save");
   EXPECT_TRUE(fileAt(folder + "f.m").ends_with(before.substr(6)));
-}
-
-TEST_F(Editor, EachFileIsOpenedWhereItWasLeft) {
-  std::string lines;
-  for (int line = 1; line <= 400; ++line) lines += "line " + std::to_string(line) + '\n';
-  makeProject({{"long", lines}, {"other", "x"}});
-  startActive();
-  openEditor("long").goTo(300, 3);
-  const int top = editor().firstVisibleLine();
-  EXPECT_GT(top, 200);
-  goToFile("other", "other");
-  EXPECT_EQ(caret(), 0U);
-  leaveEditor("Cancel");
-  openEditor("long");
-  EXPECT_EQ(caret(), lines.find("line 300") + 2);
-  EXPECT_NEAR(editor().firstVisibleLine(), top, 1);
-  leaveEditor("Cancel");
 }
 
 TEST_F(Editor, KeysThatComeBeforeTheFileIsLoadedLoseNothing) {

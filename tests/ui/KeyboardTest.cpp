@@ -16,18 +16,6 @@ class Keyboard : public Screens {
  protected:
   ~Keyboard() override { setMotionEnabled(false); }
 
-  // Keys reach their shortcuts only in a window that is active.
-  void startActive() {
-    start();
-    UIScreen::mainScreen()->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
-  }
-  // To what has the focus, as a keyboard does.
-  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QWidget* const focused = QApplication::focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : UIScreen::mainScreen(), key, modifiers);
-  }
-  static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
   static bool focusIsOn(const char* name) {
     const QWidget* const focused = QApplication::focusWidget();
     return focused != nullptr && focused->accessibleName() == name;
@@ -47,48 +35,6 @@ class Keyboard : public Screens {
     return list;
   }
 };
-
-TEST_F(Keyboard, TheMainJobNeedsNoMouse) {
-  startActive();
-  press(Qt::Key_N, Qt::ControlModifier);
-  waitToSee(localized(text::projectOptions));
-  EXPECT_TRUE(UIScreen::mainScreen()->testAttribute(Qt::WA_KeyboardFocusChange)) << "a ring shows the focus";
-  press(Qt::Key_Escape);
-  waitToSee("Files");
-  makeProject({{"Tweak.x", "%hook A\n"}, {"Makefile", "package:\n\t@echo built; mkdir packages\n"}});
-  putFile(updateMarker, "");
-  press(Qt::Key_O, Qt::ControlModifier);
-  waitToSee(localized(text::loadProject));
-  press(Qt::Key_Escape);
-  waitToSee("Files");
-  press(Qt::Key_F5);
-  waitToSee("Tweak.x");
-
-  pickTweak();
-  waitToSee("Tweak.x");
-  ASSERT_TRUE(focusIsOn("File text"));
-  typeText("// typed");
-  press(Qt::Key_Escape);
-  waitToSee(localized(text::saveChanges));
-  press(Qt::Key_Escape);
-  waitToSee("File text");
-  press(Qt::Key_S, Qt::ControlModifier);
-  waitToSee("Reload");
-  EXPECT_EQ(fileAt(device::projects + "P/Tweak.x"), "// typed%hook A\n");
-
-  press(Qt::Key_B, Qt::ControlModifier);
-  waitToSee("Make Package");
-  tabTo("Show success alert");
-  press(Qt::Key_Space);
-  tabTo("Make Package");
-  press(Qt::Key_Return);
-  finger::waitUntil([] { return !log().bytes().empty(); }, "nothing is built");
-  finger::waitUntil([] { return sees("Clear Log"); }, "the dialog stays");
-  press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().bytes(), "");
-  press(Qt::Key_Escape);
-  waitToSee("Reload");
-}
 
 TEST_F(Keyboard, EveryControlHasANameAndTheKeysAreInItsTooltip) {
   makeProject({{"Tweak.x", ""}});
@@ -198,53 +144,6 @@ TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   waitToSee("Files");
 }
 
-TEST_F(Keyboard, AKeyThatIsHeldDownActsOnceButFindsAndZoomsOn) {
-  makeProject({{"Tweak.x", ""}});
-  startActive();
-  openBuildScreen();
-  TextView& shown = log();
-  shown.setBytes("kept");
-  shown.setFocus();
-  const auto hold = [&shown](Qt::Key key) {
-    QTest::simulateEvent(&shown, true, key, Qt::ControlModifier, QString(), true);
-  };
-  hold(Qt::Key_L);
-  EXPECT_EQ(log().bytes(), "kept");
-  const int before = shown.fontMetrics().height();
-  for (int repeats = 0; repeats < 5; ++repeats) hold(Qt::Key_Plus);
-  EXPECT_GT(shown.fontMetrics().height(), before);
-  hold(Qt::Key_0);
-  press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().bytes(), "");
-}
-
-TEST_F(Keyboard, AKeyThatIsHeldDownTypesNothingIntoWhatComesUpNext) {
-  makeProject({{"Tweak.x", "%hook A\n"}});
-  startActive();
-  const auto edited = [] {
-    return sees("File text") ? qobject_cast<TextView*>(finger::find("File text"))->bytes() : std::string();
-  };
-  const auto pressAndHoldReturn = [&edited] {
-    QTest::keyPress(QApplication::focusWidget(), Qt::Key_Return);
-    finger::waitUntil([&edited] { return !edited().empty(); }, "no file is edited");
-    for (int repeats = 0; repeats < 3; ++repeats)
-      QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_Return, {}, "\r", true);
-    QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Return);
-  };
-  pickTweak();
-  press(Qt::Key_Escape);
-  waitToSee("Files");
-  pressAndHoldReturn();
-  EXPECT_EQ(edited(), "%hook A\n");
-  typeText("x");
-  press(Qt::Key_Escape);
-  waitToSee(localized(text::saveChanges));
-  pressAndHoldReturn();  // on Cancel, on which the question starts
-  EXPECT_EQ(edited(), "x%hook A\n");
-  press(Qt::Key_Return);
-  EXPECT_EQ(edited(), "x\n%hook A\n");
-}
-
 TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
   makeProject({{"Tweak.x", ""}});
   startActive();
@@ -260,28 +159,6 @@ TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
   press(Qt::Key_Tab);
   tabTo("Files");
   EXPECT_TRUE(hasRing());
-}
-
-TEST_F(Keyboard, NoKeyActsUnderADialog) {
-  makeProject({{"Tweak.x", ""}});
-  startActive();
-  openBuildScreen();
-  putFile(device::application + "MakeLog.log", "kept");
-  log().setBytes("kept");
-  finger::tap("Info");
-  waitToSee("Tip");
-  const std::size_t windows = UIScreen::mainScreen()->windows().size();
-  for (const Qt::Key key : {Qt::Key_B, Qt::Key_I, Qt::Key_L, Qt::Key_R, Qt::Key_F, Qt::Key_N, Qt::Key_O})
-    press(key, Qt::ControlModifier);
-  for (const Qt::Key key : {Qt::Key_F1, Qt::Key_F3, Qt::Key_F5, Qt::Key_Delete}) press(key);
-  EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);
-  EXPECT_TRUE(sees("Tip"));
-  EXPECT_EQ(log().bytes(), "kept");
-  press(Qt::Key_Escape);
-  waitToSee("Make Package");
-  EXPECT_FALSE(sees("Find text"));
-  press(Qt::Key_L, Qt::ControlModifier);
-  EXPECT_EQ(log().bytes(), "") << "the same keys act again";
 }
 
 }  // namespace

@@ -28,63 +28,7 @@ class Reading : public Screens {
     build("Make Package");
     return log();
   }
-
-  static QLineEdit& openFindBar(QWidget& text) {
-    QTest::keyClick(&text, Qt::Key_F, Qt::ControlModifier);
-    return *qobject_cast<QLineEdit*>(finger::find("Find text"));
-  }
 };
-
-TEST_F(Reading, WordsAreFoundInTheLog) {
-  std::string text;
-  for (int line = 0; line < 2000; ++line) text += line % 500 == 499 ? "an Error here\n" : "fine\n";
-  TextView& view = openLog(text);
-  const auto place = [&text](int number) {
-    std::size_t at = text.find("Error");
-    while (number-- > 0) at = text.find("Error", at + 1);
-    return at;
-  };
-  QLineEdit& word = openFindBar(view);
-  QTest::keyClicks(&word, "error");
-  EXPECT_EQ(view.selectionBegin(), place(0));
-  EXPECT_EQ(view.selectionEnd(), place(0) + 5);
-  EXPECT_GT(view.firstVisibleLine(), 400) << "scrolled into view";
-  QTest::keyClick(&word, Qt::Key_Return);
-  EXPECT_EQ(view.selectionBegin(), place(1));
-  QTest::keyClick(&word, Qt::Key_Return, Qt::ShiftModifier);
-  QTest::keyClick(&word, Qt::Key_Return, Qt::ShiftModifier);
-  EXPECT_EQ(view.selectionBegin(), place(3)) << "round the beginning";
-  EXPECT_FALSE(sees("No match"));
-  QTest::keyClicks(&word, "?");
-  EXPECT_TRUE(sees("No match"));
-  EXPECT_EQ(view.selectionBegin(), place(3));
-  QTest::keyClick(&word, Qt::Key_Escape);
-  EXPECT_FALSE(sees("Find text"));
-  EXPECT_TRUE(view.hasFocus());
-  EXPECT_TRUE(sees("Make Package")) << "Esc closes the bar, not the screen";
-  word.setText("here");
-  QTest::keyClick(&view, Qt::Key_F3);
-  EXPECT_EQ(view.selectionEnd(), text.find("here") + 4) << "round the end";
-}
-
-TEST_F(Reading, WordsAreFoundInTheEditor) {
-  const std::string folder = makeProject({{"f", "one two\nTwo one\n"}});
-  start();
-  TextView& editor = openEditor("f");
-  QLineEdit& word = openFindBar(editor);
-  QTest::keyClicks(&word, "two");
-  EXPECT_EQ(editor.selectionBegin(), 4U);
-  QTest::keyClick(&word, Qt::Key_Return);
-  EXPECT_EQ(editor.selectionBegin(), 8U);
-  QTest::keyClick(&word, Qt::Key_Return);
-  EXPECT_EQ(editor.selectionBegin(), 4U);
-  QTest::keyClick(&word, Qt::Key_Return, Qt::ShiftModifier);
-  EXPECT_EQ(editor.selectionBegin(), 8U);
-  tap("Close find");
-  EXPECT_TRUE(editor.hasFocus());
-  leaveEditor("Cancel");
-  EXPECT_EQ(fileAt(folder + "f"), "one two\nTwo one\n");
-}
 
 TEST_F(Reading, TextIsZoomedAndKeepsItsSizeOnTheNextScreen) {
   TextView& view = openLog(std::string(500, 'x') + '\n');
@@ -106,27 +50,6 @@ TEST_F(Reading, TextIsZoomedAndKeepsItsSizeOnTheNextScreen) {
   QTest::keyClick(&editor, Qt::Key_Minus, Qt::ControlModifier);
   EXPECT_LT(editor.font().pointSizeF(), size);
   QTest::keyClick(&editor, Qt::Key_0, Qt::ControlModifier);
-}
-
-TEST_F(Reading, TheLogIsSelectedAndCopiedAsItIs) {
-  TextView& view = openLog("first \x1B[0;36mline\nمشروع\nthird\n");
-  const auto copied = [&view] {
-    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-    return QGuiApplication::clipboard()->text();
-  };
-  view.setFocus();
-  QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
-  QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
-  QTest::keyClick(&view, Qt::Key_Right, Qt::ShiftModifier);
-  QTest::keyClick(&view, Qt::Key_Left, Qt::ShiftModifier);
-  EXPECT_EQ(copied(), QString("first \x1B[0;36mline\nم"));
-  QTest::keyClick(&view, Qt::Key_End, Qt::ShiftModifier);
-  EXPECT_EQ(copied(), QString::fromStdString(view.bytes()));
-  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, QPoint(15, 5));
-  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, QPoint(15, 5));
-  EXPECT_EQ(copied(), "first");
-  QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(copied(), QString::fromStdString(view.bytes()));
 }
 
 TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {
@@ -154,22 +77,6 @@ TEST_F(Reading, ControlCharactersTakeNoRoomInTheLog) {
   };
   ASSERT_EQ(view.bytes().find("abc\n"), 9U);
   EXPECT_EQ(widthOf(0, 8), widthOf(9, 12));
-}
-
-TEST_F(Reading, OnlyALongTextIsNotWrappedAndItSaysSo) {
-  inBothLanguages([this] {
-    TextView& view = openLog(std::string(2000, 'x') + '\n');
-    const QString note = localized(text::longLinesNotWrapped);
-    EXPECT_FALSE(sees(note));
-    EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
-    std::string longer;
-    while (longer.size() < 2'000'000) longer += std::string(2000, 'x') + '\n';
-    view.setBytes(longer);
-    EXPECT_TRUE(sees(note));
-    waitUntil([&view] { return view.horizontalScrollBar()->maximum() > 0; }, "it cannot be scrolled aside");
-    tap("Clear Log");
-    EXPECT_FALSE(sees(note));
-  });
 }
 
 TEST_F(Reading, AFingerScrollsAndPlacesTheCaretWithATap) {
@@ -275,111 +182,6 @@ TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
       EXPECT_NEAR(placeOf("Make Package").center().x(), size.width() / 2, 1);
     }
   }
-}
-
-class Problems : public Reading {
- protected:
-  // Compilers of two kinds, the second of which the clean-up leaves a sequence of.
-  TextView& openProblems() {
-    TextView& view = openLog("deep/Part.m:2:48: error: a long line\n" + std::string(60, 'x') + "\n" +
-                             std::string(47, ' ') +
-                             "^\nTweak.x:1:3: \033[0;1;35mwarning: "
-                             "\033[0m\033[1munused\033[0m\nab\n\033[0;1;32m  ^\n\033[0mgone.m:1: "
-                             "error: a\ngone.m:1: error: a\nTweak.x:1:1: note: here\n");
-    putFile(device::projects + "P/deep/Part.m", "\n" + std::string(60, 'x') + "\n");
-    putFile(device::projects + "P/Tweak.x", "ab\n");
-    // Now that these files are there.
-    build("Make Package");
-    UIScreen::mainScreen()->activateWindow();
-    return view;
-  }
-  static QListView& list() { return *qobject_cast<QListView*>(finger::find("Problems")); }
-  static std::size_t lineBegin(TextView& view, int line) {
-    return static_cast<std::size_t>(view.SendScintilla(view.SCI_POSITIONFROMLINE, line));
-  }
-  static void expectEditorAt(const char* file, int line, int column) {
-    waitToSee(file);
-    auto& editor = *qobject_cast<TextView*>(finger::find("File text"));
-    int foundLine = 0;
-    int foundColumn = 0;
-    editor.getCursorPosition(&foundLine, &foundColumn);
-    EXPECT_EQ(foundLine, line);
-    EXPECT_EQ(foundColumn, column);
-    leaveEditor("Cancel", "Make Package");
-  }
-};
-
-TEST_F(Problems, AreCountedListedMarkedAndOpened) {
-  TextView& view = openProblems();
-  EXPECT_TRUE(sees("2 errors, 1 warning"));
-  QStringList rows;
-  for (int row = 0; row < list().model()->rowCount(); ++row)
-    rows.append(list().model()->index(row, 0).data().toString());
-  EXPECT_EQ(rows, (QStringList{"deep/Part.m:2:48: error: a long line", "Tweak.x:1:3: warning: unused",
-                               "gone.m:1: error: a", "Tweak.x:1:1: note: here"}));
-  const unsigned marks[] = {2, 0, 0, 4, 0, 0, 2, 2, 8, 0};
-  for (int line = 0; line < 10; ++line) EXPECT_EQ(view.markersAtLine(line), marks[line]) << line;
-  for (const int line : {0, 3, 6, 0}) {
-    tap("Next problem");
-    EXPECT_EQ(view.selectionBegin(), lineBegin(view, line));
-    EXPECT_TRUE(view.hasFocus());
-  }
-  QTest::keyClick(&view, Qt::Key_F8, Qt::ShiftModifier);
-  EXPECT_EQ(view.selectionBegin(), lineBegin(view, 6));
-  EXPECT_EQ(list().currentIndex().row(), 2);
-  QTest::keyClick(&view, Qt::Key_Return);
-  EXPECT_TRUE(sees("Make Package")) << "there is no such file";
-
-  QTest::keyClick(&list(), Qt::Key_Up);
-  EXPECT_EQ(view.selectionBegin(), lineBegin(view, 3));
-  QTest::keyClick(&list(), Qt::Key_Return);
-  expectEditorAt("Tweak.x", 0, 2);
-  tap("deep/Part.m:2:48: error: a long line");
-  expectEditorAt("Part.m", 1, 47);
-  QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(&list())->child(1);
-  ASSERT_EQ(item->text(QAccessible::Name), "Tweak.x:1:3: warning: unused");
-  item->actionInterface()->doAction(item->actionInterface()->actionNames().first());
-  expectEditorAt("Tweak.x", 0, 2);
-  const auto x = static_cast<int>(view.SendScintilla(view.SCI_POINTXFROMPOSITION, 0, lineBegin(view, 4)));
-  const auto y = static_cast<int>(view.SendScintilla(view.SCI_POINTYFROMPOSITION, 0, lineBegin(view, 4)));
-  QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, {x + 2, y + 2});
-  QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, {x + 2, y + 2});
-  expectEditorAt("Tweak.x", 0, 2);
-  tap("Clear Log");
-  EXPECT_FALSE(sees("Problems"));
-}
-
-TEST_F(Problems, CaretsAreSeenOnlyWhereTheyPointToTheirColumn) {
-  TextView& view = openProblems();
-  const auto isSeen = [&view](int line) {
-    return view.SendScintilla(view.SCI_GETSTYLEAT, lineBegin(view, line) + 1) == 0;
-  };
-  const int columns = view.viewport()->width() / view.fontMetrics().horizontalAdvance('x');
-  ASSERT_LT(columns, 60);
-  EXPECT_FALSE(isSeen(2)) << "its source is wrapped";
-  EXPECT_TRUE(isSeen(5));
-  UIScreen::mainScreen()->resize(1440, 900);
-  EXPECT_TRUE(isSeen(2));
-  UIScreen::mainScreen()->resize(390, 844);
-  EXPECT_FALSE(isSeen(2));
-}
-
-TEST_F(Problems, StayWithTheirScreenAndItsProject) {
-  openProblems();
-  tap("Show success alert");
-  tap("Back");
-  finger::waitToSee("Reload");
-  openBuildScreen();
-  EXPECT_TRUE(sees("2 errors, 1 warning"));
-  EXPECT_FALSE(qobject_cast<QAbstractButton*>(finger::find("Show success alert"))->isChecked());
-  tap("Back");
-  finger::waitToSee("Reload");
-  putFile(device::projects + "Q/f", "");
-  chooseProject("Q");
-  openBuildScreen();
-  EXPECT_FALSE(sees("Problems"));
-  EXPECT_EQ(log().bytes(), "");
-  EXPECT_TRUE(qobject_cast<QAbstractButton*>(finger::find("Show success alert"))->isChecked());
 }
 
 TEST_F(Reading, ARunningBuildShowsWhatItHasPrinted) {

@@ -51,6 +51,19 @@ class Screens : public testing::Test {
     finger::waitToSee("Files");
   }
 
+  // Keys reach their shortcuts only in a window that is active.
+  void startActive() {
+    start();
+    UIScreen::mainScreen()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+  }
+  // To what has the focus, as a keyboard does.
+  static void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QWidget* const focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : UIScreen::mainScreen(), key, modifiers);
+  }
+  static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+
   // The same in each language, each time on a fresh device.
   void inBothLanguages(const std::function<void()>& flow) {
     for (const char* language : {"EN", "AR"}) {
@@ -99,15 +112,6 @@ class Screens : public testing::Test {
   static void deleteMenu(const QString& entry) {
     chooseFrom("Delete", localized(text::deleteFilesOrProjects), entry);
   }
-  // The addresses that are opened from now on.
-  QStringList& watchAddresses() {
-    UIApplication::sharedApplication()->setURLOpener([this](const QUrl& url) {
-      opened_.append(url.toString());
-      return true;
-    });
-    opened_.clear();
-    return opened_;
-  }
   static void waitToMiss(const QString& name) {
     finger::waitUntil([&name] { return !finger::sees(name); }, "still to be seen: " + name);
   }
@@ -136,27 +140,4 @@ class Screens : public testing::Test {
 
   const StandardStreams restored_;
   std::unique_ptr<AppDelegate> delegate_;
-  QStringList opened_;
-};
-
-// With a shell script, or nothing, where the converter was.
-class OtherConverter : public Screens {
- protected:
-  OtherConverter() {
-    installConverter();
-    rename(converter, away);
-  }
-  ~OtherConverter() override {
-    removeItemAtPath(converter);
-    rename(away, converter);
-  }
-
-  static void putConverter(const std::string& script) {
-    putFile(converter, "#!/bin/sh\n" + script);
-    chmod(converter, 0755);
-  }
-
- private:
-  static constexpr const char* converter = "/usr/bin/ftt";
-  static constexpr const char* away = "/usr/bin/ftt-away";
 };

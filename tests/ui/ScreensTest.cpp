@@ -3,7 +3,9 @@
 #include "ui/controls/UIButton.h"
 #include "ui/screens/AppDelegate.h"
 #include "workspace/ProjectFiles.h"
+#include "workspace/Projects.h"
 
+#include <algorithm>
 #include <sys/stat.h>
 
 #include <QAccessible>
@@ -11,6 +13,7 @@
 #include <QGuiApplication>
 #include <QListView>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTimer>
 
 namespace {
@@ -19,36 +22,6 @@ using finger::sees;
 using finger::tap;
 using finger::waitToSee;
 using finger::waitUntil;
-
-TEST_F(Screens, AHintInTheLogsPlaceSaysWhatATapDid) {
-  inBothLanguages([this] {
-    // One byte of another encoding in the log changes nothing.
-    makeProject({{"Makefile", "package:\n\t@printf 'fine \\351\\n'; mkdir packages\n"}, {"Tweak.x", ""}});
-    start();
-    const Tree files = treeAt(device::projects);
-    openBuildScreen();
-    const QString empty = localized(text::nextLogAppearsHere);
-    const QString updated = localized(text::tapAgainToBuild);
-    EXPECT_TRUE(sees(empty));
-    build("Make Package Install");
-    EXPECT_TRUE(sees(empty)) << "which never builds, however often it is tapped";
-    removeItemAtPath(updateMarker);
-    build("Make Package");
-    EXPECT_EQ(log().bytes(), "") << "the first tap updates Theos only";
-    EXPECT_TRUE(sees(updated));
-    build("Make Package");
-    tap(localized(text::cancel));
-    waitToSee("Make Package");
-    EXPECT_EQ(log().bytes(), "fine \uFFFD\n");
-    EXPECT_EQ(treeAt(device::projects), files) << "a build changes no file";
-    EXPECT_FALSE(sees(empty) || sees(updated));
-    removeItemAtPath(updateMarker);
-    build("Make Package");
-    tap(localized(text::cancel));
-    waitToSee(updated);
-    EXPECT_TRUE(log().bytes().starts_with("fine \uFFFD\n")) << "the older log";
-  });
-}
 
 // Of all that is visible, names, captions and tooltips in Latin letters; the project is called P.
 QStringList latinTexts() {
@@ -71,13 +44,7 @@ TEST_F(Screens, ControlsAreCalledInTheLanguageOfTheInterface) {
   makeProject(
       {{"x", "text"}, {"Makefile", "package:\n\t@echo 'x:1:1: error: e'; echo 'x:1:2: warning: w'\n"}});
   putFile(updateMarker, "");
-  start();
-  // Keys reach their shortcuts only in a window that is active.
-  UIScreen::mainScreen()->activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
-  const auto press = [](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-  };
+  startActive();
   EXPECT_EQ(latinTexts(), QStringList());
   press(Qt::Key_E, Qt::ControlModifier);
   waitToSee(localized(text::projectFiles));
@@ -279,6 +246,90 @@ TEST_F(Screens, AHundredThousandFilesAreListedAtOnce) {
   tap(last);
   waitToSee("Save");
   EXPECT_EQ(pickedFile(), folder + last.toStdString());
+}
+
+TEST_F(Screens, AConvertersFloodIsStillAMenu) {
+  const std::string converter = "/usr/bin/ftt";
+  installConverter();
+  rename(converter.c_str(), "/usr/bin/ftt-away");
+  for (const char* flood :
+       {"yes | head -c 50000000",
+        "yes $'0\\ny' | head -3; yes | head -c 50000000 | tr -d '\\n'; yes '' | head -9"}) {
+    device::reset();
+    makeProject({{"Tweak.x", ""}});
+    putFile(converter, std::string("#!/bin/sh\n") + flood);
+    chmod(converter.c_str(), 0755);
+    start();
+    projectMenu(text::addFlexPatch);
+    waitToSee("Flex to Theos by Mossgrove & updated by Wexley88");
+    EXPECT_TRUE(sees("y"));
+    EXPECT_GT(sizeOfFile(device::application + "Getter.log"), 24'000'000U);
+    tap("Cancel");
+    waitToSee("Reload");
+    delegate_.reset();
+    removeItemAtPath(device::application + "Getter.log");
+  }
+  rename("/usr/bin/ftt-away", converter.c_str());
+}
+
+TEST_F(Screens, NamesThatOnlyLookAlikeAreNotTakenForEachOther) {
+  makeProject({{"a\xFF", ""}, {"a\xFE", ""}, {"keep", ""}});
+  for (const char* project : {"b\xFF", "b\xFE"}) putFile(device::projects + project + "/x", "");
+  start();
+  const auto chooseFirstLike = [](const QString& title) {
+    const auto dialog = topDialog();
+    const auto index = dialog->buttonTitles().indexOf(title);
+    ASSERT_GE(index, 0) << title.toStdString();
+    dialog->forceActionAtIndex(static_cast<std::size_t>(index));
+  };
+  tap("Delete");
+  waitToSee(localized(text::deleteFilesOrProjects));
+  const auto looksLike = [](const std::string& name) { return name[0] == 'a'; };
+  const std::string chosenFile = *std::find_if(MUArray().begin(), MUArray().end(), looksLike);
+  chooseFirstLike(QString("a\uFFFD"));
+  Tree left = treeAt(device::projects + "P");
+  EXPECT_EQ(left.size(), 2U);
+  EXPECT_EQ(left.count(chosenFile), 0U);
+
+  waitToSee("Reload");
+  deleteMenu(localized(text::deleteOptions));
+  waitToSee(localized(text::deleteAllProjects));
+  chooseFirstLike(QString("b\uFFFD"));
+  EXPECT_EQ(projectNames().size(), 2U) << "P and one of the two";
+}
+
+TEST_F(Screens, FilesKeepTheirPlaceInTheListWhenOneOfThemGoes) {
+  const std::string folder = makeProject({});
+  for (int number = 100; number < 180; ++number) putFile(folder + "f" + std::to_string(number), "");
+  putFile(device::projects + "Other/f110", "");
+  for (int number = 200; number < 280; ++number)
+    putFile(device::projects + "Other/f" + std::to_string(number), "");
+  chooseProject("P");
+  start();
+  QListView& list = *qobject_cast<QListView*>(finger::find("Files"));
+  QScrollBar& place = *list.verticalScrollBar();
+  const auto fileAtRow = [&list](int row) { return list.model()->index(row, 0).data().toString(); };
+  const auto remove = [](const QString& file) {
+    deleteMenu(file);
+    waitToMiss(file);
+  };
+  list.setCurrentIndex(list.model()->index(40, 0));
+  place.setValue(place.maximum() / 2);
+  const int before = place.value();
+  const QString current = fileAtRow(40);
+  remove(fileAtRow(3));
+  EXPECT_EQ(list.currentIndex().data().toString(), current);
+  EXPECT_EQ(list.currentIndex().row(), 39);
+  EXPECT_EQ(place.value(), before);
+  remove(current);
+  EXPECT_EQ(list.currentIndex().row(), 39) << "the one in its place";
+  EXPECT_EQ(place.value(), before);
+
+  tap("Choose Project");
+  tap("Other");
+  waitToSee("f200");
+  EXPECT_EQ(place.value(), 0);
+  EXPECT_FALSE(list.currentIndex().isValid());
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 // setting, file operation, address, dialog and delayed call that follows, in this order, in both languages.
 // The grammar stands at the head of that file.
 #include "platform/NSNotificationCenter.h"
+#include "support/Sections.h"
 #include "support/Shell.h"
+#include "support/SystemLog.h"
 #include "tests/ui/Screens.h"
 
 #include <algorithm>
@@ -20,6 +22,7 @@
 #include <vector>
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QLabel>
 #include <QListView>
 
@@ -132,15 +135,22 @@ void delayed(QObject* target, std::function<void()> selector, double seconds) {
 }
 
 namespace {
-
 class Transcripts : public Screens {
  protected:
   Transcripts() {
-    std::istringstream pairs(fileAt("/.host/tweakbench/tests/text-pairs.tsv"));
-    for (std::string line; std::getline(pairs, line);) {
-      const std::size_t tab = line.find('\t');
-      if (tab != std::string::npos) arabic_[line.substr(tab + 1)] = line.substr(0, tab);
+    for (const std::string& line : linesOf("/.host/tweakbench/tests/text-pairs.tsv")) {
+      const auto pair = cellsOf(line);
+      if (pair.size() == 2) arabic_[pair[1]] = pair[0];
     }
+    for (const TextPair& own :
+         {text::saveChanges, text::changesWouldBeLost, text::save, text::discard, text::nextLogAppearsHere,
+          text::tapAgainToBuild, text::goToFile, text::fileName, text::searchInProject, text::searchedText,
+          text::linesFound, text::noMatch, text::oneError, text::longLinesNotWrapped, text::nextProblem,
+          text::goToLine, text::lineNumber})
+      arabic_[own.english] = own.arabic;
+    arabic_["2 errors, 1 warning"] = fill(text::someErrors.arabic, {std::string("2")}) +
+                                     text::listComma.arabic +
+                                     fill(text::oneWarning.arabic, {std::string("1")});
     NSNotificationCenter::defaultCenter().addObserver(
         &observer_, reports::willShow.notification, nullptr,
         [this](const NSNotification& report) { recordDialog(dynamic_cast<RQAlertView&>(*report.object)); });
@@ -155,7 +165,7 @@ class Transcripts : public Screens {
     held.clear();
   }
 
-  void follow(const std::string& section, bool isArabic) {
+  void follow(const std::vector<std::string>& lines, bool isArabic) {
     isArabic_ = isArabic;
     device::reset();
     for (const char* folder : {"/var/mobile/Documents/In", "/var/mobile/Documents/Out"})
@@ -166,9 +176,6 @@ class Transcripts : public Screens {
       record("open " + url.toString().toStdString());
       return true;
     });
-    std::vector<std::string> lines;
-    std::istringstream text(section);
-    for (std::string line; std::getline(text, line);) lines.push_back(line);
     bool isAsWritten = true;
     for (std::size_t at = 0; at < lines.size() && isAsWritten;) {
       const std::string action = lines[at++];
@@ -247,7 +254,9 @@ class Transcripts : public Screens {
       const std::size_t hole = from.find("%@");
       if (from == english) return to;
       if (hole == std::string::npos || !english.starts_with(from.substr(0, hole))) continue;
-      return replaceAll(to, "%@", english.substr(hole));
+      const std::string behind = from.substr(hole + 2);
+      if (english.size() < hole + behind.size() || !english.ends_with(behind)) continue;
+      return replaceAll(to, "%@", english.substr(hole, english.size() - hole - behind.size()));
     }
     return english;
   }
@@ -281,6 +290,10 @@ class Transcripts : public Screens {
     const std::string rest = blank == line.size() ? "" : line.substr(blank + 1);
     if (verb == "start") {
       start();
+      // Keys reach their shortcuts only in a window that is active.
+      UIScreen::mainScreen()->activateWindow();
+      ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
+      systemlog::take();
     } else if (verb == "press") {
       QAbstractButton* button = nullptr;
       const auto isThere = [&] {
@@ -299,6 +312,49 @@ class Transcripts : public Screens {
       isRecording = false;
       chooseProject(rest);
       isRecording = true;
+    } else if (verb == "key") {
+      for (const QString& key : QString::fromStdString(rest).split(' ')) press(key);
+    } else if (verb == "down" || verb == "up") {
+      const auto action = verb == "down" ? QTest::Press : QTest::Release;
+      QTest::keyEvent(action, UIScreen::mainScreen()->windowHandle(),
+                      keysNamed(QString::fromStdString(rest)).key());
+    } else if (verb == "hold") {
+      const QKeyCombination keys = keysNamed(QString::fromStdString(rest));
+      for (int repeats = 0; repeats < 3; ++repeats)
+        QTest::simulateEvent(QApplication::focusWidget(), true, keys.key(), keys.keyboardModifiers(),
+                             keys.key() == Qt::Key_Return ? "\r" : "", true);
+    } else if (verb == "screen") {
+      UIScreen::mainScreen()->resize(QString::fromStdString(rest).section('x', 0, 0).toInt(),
+                                     QString::fromStdString(rest).section('x', 1).toInt());
+    } else if (verb == "tab") {
+      for (int tabs = 0; tabs < 20 && QApplication::focusWidget()->objectName().toStdString() != rest; ++tabs)
+        press("Tab");
+    } else if (verb == "keys") {
+      QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(rest));
+    } else if (verb == "where") {
+      record(QApplication::focusWidget()->objectName().toStdString());
+    } else if (verb == "caret") {
+      const TextView& text = shown<TextView>();
+      record(std::to_string(text.selectionBegin()) + " to " + std::to_string(text.selectionEnd()));
+    } else if (verb == "text") {
+      describe(shown<TextView>());
+    } else if (verb == "close") {
+      record(UIScreen::mainScreen()->close() ? "closed" : "stays");
+    } else if (verb == "copy") {
+      QGuiApplication::clipboard()->setText(QString::fromStdString(replaceAll(rest, "\\n", "\n")));
+    } else if (verb == "checked") {
+      record(shown<QAbstractButton>(rest).isChecked() ? "yes" : "no");
+    } else if (verb == "copied") {
+      std::istringstream copy(QGuiApplication::clipboard()->text().toStdString());
+      for (std::string copied; std::getline(copy, copied);) record("| " + copied);
+    } else if (verb == "rows") {
+      const QAbstractItemModel& rows = *shown<QListView>().model();
+      for (int row = 0; row < rows.rowCount(); ++row)
+        record("| " + rows.index(row, 0).data().toString().toStdString());
+    } else if (verb == "miss") {
+      waitToMiss(QString::fromStdString(inThisLanguage(rest)));
+    } else if (verb == "logged") {
+      for (const std::string& logged : systemlog::take()) record("| " + logged);
     } else if (verb == "look") {
       look();
     } else if (verb == "see") {
@@ -314,6 +370,36 @@ class Transcripts : public Screens {
       isRecording = true;
       for (std::string printed; std::getline(output, printed);) record("| " + printed);
     }
+  }
+
+  // The one that the user sees.
+  template <typename View>
+  static View& shown(const std::string& outlet = {}) {
+    const QString name = outlet.empty() ? QString() : QString::fromStdString(outlet);
+    for (View* view : UIApplication::sharedApplication()->keyWindow()->findChildren<View*>(name)) {
+      if (view->isVisible()) return *view;
+    }
+    throw finger::Missing("nothing to look at");
+  }
+
+  // With "Ctrl+" and the like before it.
+  static QKeyCombination keysNamed(const QString& key) { return QKeySequence(key)[0]; }
+  static void press(const QString& key) {
+    const QKeyCombination keys = keysNamed(key);
+    QTest::keyClick(UIScreen::mainScreen()->windowHandle(), keys.key(), keys.keyboardModifiers());
+  }
+
+  static void describe(const TextView& text) {
+    std::string marks;
+    std::string unseen;
+    for (int line = 0; line < std::min(text.lines(), 20); ++line) {
+      marks += ' ' + std::to_string(text.markersAtLine(line));
+      const long place = text.SendScintilla(text.SCI_POSITIONFROMLINE, line) + 1;
+      if (text.SendScintilla(text.SCI_GETSTYLEAT, place) != 0) unseen += ' ' + std::to_string(line);
+    }
+    record(text.wrapMode() == QsciScintilla::WrapNone ? "not wrapped" : "wrapped");
+    record("marks" + marks);
+    record("unseen" + unseen);
   }
 
   static void look() {
@@ -349,27 +435,19 @@ class Transcripts : public Screens {
 };
 
 TEST_F(Transcripts, EveryFlowDoesWhatIsWrittenInThisOrderInBothLanguages) {
-  std::istringstream text(fileAt("/.host/tweakbench/tests/transcripts.txt"));
-  std::vector<std::pair<std::string, std::string>> sections;
-  for (std::string line; std::getline(text, line);) {
-    if (line.empty() || line.starts_with('#')) continue;
-    if (line.starts_with("looks ")) {
-      const std::size_t name = line.find(' ', 6);
-      looks_[line.substr(name)] = line.substr(6, name - 6);
-    } else if (line.starts_with("let ")) {
-      const std::size_t blank = line.find(' ', 4);
-      named_[line.substr(4, blank - 4)] = line.substr(blank + 1);
-    } else if (line.starts_with("== ")) {
-      sections.emplace_back(line.substr(3), "");
-    } else {
-      sections.back().second += line + '\n';
-    }
+  auto sections = sectionsOf("/.host/tweakbench/tests/transcripts.txt");
+  for (const std::string& line : sections.front().lines) {
+    const std::size_t name = line.find(' ') + 1;
+    const std::size_t blank = line.find(' ', name);
+    if (line.starts_with("looks ")) looks_[line.substr(blank)] = line.substr(name, blank - name);
+    if (line.starts_with("let ")) named_[line.substr(name, blank - name)] = line.substr(blank + 1);
   }
-  ASSERT_GT(sections.size(), 5U);
-  for (const auto& [title, section] : sections) {
+  sections.erase(sections.begin());
+  ASSERT_GT(sections.size(), 20U);
+  for (const auto& [title, lines] : sections) {
     for (const bool isArabic : {false, true}) {
       SCOPED_TRACE(title + (isArabic ? ", in Arabic" : ""));
-      follow(section, isArabic);
+      follow(lines, isArabic);
     }
   }
 }
