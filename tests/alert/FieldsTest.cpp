@@ -96,18 +96,6 @@ TEST_F(Fields, FitsATextIntoItsFieldAndGoesBackToTheFontItWasGiven) {
   EXPECT_EQ(field->font(), full);
 }
 
-TEST_F(Fields, BeginEmptyWhereTheyAreTold) {
-  const Dialog dialog = showing("alert fields=2");
-  RQAlertViewTextField* field = dialog->textFieldsArray()[1];
-  for (const bool clears : {false, true}) {
-    dialog->setTextFieldsClearsOnBeginEditing(clears);
-    dialog->textFieldsArray()[0]->setFocus();
-    field->setText("text");
-    field->setFocus();
-    EXPECT_EQ(field->text().isEmpty(), clears);
-  }
-}
-
 TEST_F(Fields, PutsPlaceholderAndCaretOnTheSameSide) {
   const Dialog dialog = showing("alert fields=2 textFieldsBackgroundColor=white textFieldsTextColor=magenta");
   RQAlertViewTextField* field = dialog->textFieldsArray()[1];

@@ -101,71 +101,56 @@ TEST_F(Reports, WarnOfEachDeprecatedDelegateMethodOnce) {
   dialog->forceActionAtIndex(0);
 }
 
-// Every way of making a dialog, told apart by who hears of the action.
-struct EntryPoint {
-  const char* name;
-  RQAlertViewType type;
-  const char* content;
-  std::function<Dialog()> bare;
-  std::function<Dialog(RQAlertViewActionHandler, RQAlertViewHandler, RQAlertViewHandler)> withHandlers;
-  std::function<Dialog(std::shared_ptr<RQAlertViewDelegate>)> withDelegate;
-};
-
-#define ENTRY_POINTS_OF(object, type, content, name, ...)                                  \
-  {                                                                                        \
-#object #name, RQAlertViewType::type, content, [] { return object##name(__VA_ARGS__); }, \
-        [](auto a, auto c, auto d) { return object##name(__VA_ARGS__, a, c, d); },         \
-        [](auto delegate) { return object##name(__VA_ARGS__, delegate); } \
-  }
-#define ENTRY_POINTS(...)                                   \
-  ENTRY_POINTS_OF(RQAlertView::alloc()->init, __VA_ARGS__), \
-      ENTRY_POINTS_OF(RQAlertView::alertView, __VA_ARGS__)
-#define TEXTS "Title", "Message"
-#define BUTTONS QStringList{"A", "B"}, "Cancel", "Delete"
-
-constexpr auto sheet = RQAlertViewStyle::ActionSheet;
-const std::vector<EntryPoint> entryPoints{
-    ENTRY_POINTS(Default, "", WithTitle, TEXTS, sheet, BUTTONS),
-    ENTRY_POINTS(Default, " view", WithViewAndTitle, TEXTS, sheet, new QWidget, BUTTONS),
-    ENTRY_POINTS(ActivityIndicator, "Label", WithActivityIndicatorAndTitle, TEXTS, sheet, "Label", BUTTONS),
-    ENTRY_POINTS(ProgressView, "Label 0.5", WithProgressViewAndTitle, TEXTS, sheet, 0.5, "Label", BUTTONS),
-    ENTRY_POINTS(
-        TextFields, " fields", WithTextFieldsAndTitle, TEXTS, 2, [](RQAlertViewTextField&, std::size_t) {},
-        BUTTONS),
-};
-
+// Each family in its six ways: initializer and factory, alone, with handlers, and with a delegate.
 TEST_F(Reports, AreAttachedByEveryEntryPoint) {
-  ASSERT_EQ(entryPoints.size() * 3, 30U);
-  for (const EntryPoint& entry : entryPoints) {
-    SCOPED_TRACE(entry.name);
-    const auto action = [&](RQAlertView&, std::size_t, const QString& title) {
-      heard_.push_back(title.toStdString());
-    };
-    auto delegate = std::make_shared<RQAlertViewDelegate>();
-    delegate->alertViewClickedButtonAtIndex = action;
-    delegate->alertViewCancelled = hearing("cancelled");
-    delegate->alertViewDestructed = hearing("destructed");
-    for (const Dialog& dialog :
-         {entry.bare(), entry.withHandlers(action, hearing("cancelled"), hearing("destructed")),
-          entry.withDelegate(delegate)}) {
-      EXPECT_EQ(dialog->type(), entry.type);
-      const bool fields = entry.type == RQAlertViewType::TextFields;
-      EXPECT_EQ(dialog->style(), fields ? RQAlertViewStyle::Alert : sheet);
-      EXPECT_EQ((QStringList{dialog->title(), dialog->message(), dialog->cancelButtonTitle(),
-                             dialog->destructiveButtonTitle()} +
-                 dialog->buttonTitles()),
-                (QStringList{"Title", "Message", "Cancel", "Delete", "A", "B"}));
-      QString content = dialog->progressLabelText();
-      if (dialog->progress() > 0) content += QString(" %1").arg(dialog->progress());
-      if (dialog->innerView()) content += " view";
-      if (dialog->textFieldsArray().size() == 2) content += " fields";
-      EXPECT_EQ(content, entry.content);
+  const auto action = [this](RQAlertView&, std::size_t, const QString& title) {
+    heard_.push_back(title.toStdString());
+  };
+  const RQAlertViewHandler cancel = hearing("cancelled");
+  const RQAlertViewHandler destructive = hearing("destructed");
+  auto delegate = std::make_shared<RQAlertViewDelegate>();
+  delegate->alertViewClickedButtonAtIndex = action;
+  delegate->alertViewCancelled = cancel;
+  delegate->alertViewDestructed = destructive;
+  const auto describe = [](const RQAlertView& dialog) {
+    QStringList parts{dialog.title(), dialog.message(), dialog.progressLabelText()};
+    parts += dialog.buttonTitles();
+    parts << dialog.cancelButtonTitle() << dialog.destructiveButtonTitle()
+          << (dialog.style() == RQAlertViewStyle::Alert ? "alert" : "sheet")
+          << QString("type %1").arg(static_cast<int>(dialog.type())) << QString::number(dialog.progress())
+          << QString("%1 fields").arg(dialog.textFieldsArray().size());
+    if (dialog.innerView()) parts << "view";
+    return parts.join(',');
+  };
+  const auto expect = [&](const QString& description, const std::vector<Dialog>& dialogs) {
+    for (const Dialog& dialog : dialogs) {
+      EXPECT_EQ(describe(*dialog), description);
       dialog->forceActionAtIndex(1);
       dialog->forceCancel();
       dialog->forceDestructive();
     }
-    EXPECT_THAT(heard(), ElementsAre("B", "cancelled", "destructed", "B", "cancelled", "destructed"));
-  }
+    std::vector<std::string> expected;
+    for (int way = 0; way < 4; ++way) expected.insert(expected.end(), {"B", "cancelled", "destructed"});
+    EXPECT_EQ(heard(), expected) << description.toStdString();
+  };
+#define WAYS(object, name, ...)                                                      \
+  object##name(__VA_ARGS__), object##name(__VA_ARGS__, action, cancel, destructive), \
+      object##name(__VA_ARGS__, delegate)
+#define EXPECT_FAMILY(description, ...) \
+  expect(description,                   \
+         {WAYS(RQAlertView::alloc()->init, __VA_ARGS__), WAYS(RQAlertView::alertView, __VA_ARGS__)})
+#define BUTTONS QStringList{"A", "B"}, "C", "D"
+  constexpr auto sheet = RQAlertViewStyle::ActionSheet;
+  const auto nothing = [](RQAlertViewTextField&, std::size_t) {};
+  EXPECT_FAMILY("T,M,,A,B,C,D,sheet,type 0,0,0 fields", WithTitle, "T", "M", sheet, BUTTONS);
+  EXPECT_FAMILY("T,M,,A,B,C,D,sheet,type 0,0,0 fields,view", WithViewAndTitle, "T", "M", sheet, new QWidget,
+                BUTTONS);
+  EXPECT_FAMILY("T,M,L,A,B,C,D,sheet,type 1,0,0 fields", WithActivityIndicatorAndTitle, "T", "M", sheet, "L",
+                BUTTONS);
+  EXPECT_FAMILY("T,M,L,A,B,C,D,sheet,type 2,0.5,0 fields", WithProgressViewAndTitle, "T", "M", sheet, 0.5,
+                "L", BUTTONS);
+  EXPECT_FAMILY("T,M,,A,B,C,D,alert,type 3,0,2 fields", WithTextFieldsAndTitle, "T", "M", 2, nothing,
+                BUTTONS);
 }
 
 TEST_F(Reports, LetTheScreenBelowDecideOnRotationAndStatusBar) {
