@@ -65,10 +65,9 @@ TEST(Contrast, TextsAndControlsStandOut) {
   constexpr double control = 3;
   // For text, where the colours of both are settled: what large text and controls need.
   constexpr double settled = 3;
-  const QPalette palette = QApplication::palette();
-  const QColor window = palette.color(QPalette::Window);
-  const QColor caption = palette.color(QPalette::ButtonText);
-  const QColor body = palette.color(QPalette::Text);
+  const auto of = [](QPalette::ColorRole role) { return QApplication::palette().color(role); };
+  const QColor window = of(QPalette::Window);
+  const QColor base = of(QPalette::Base);
   const auto prompt = dialog(RQAlertViewStyle::Alert, dressAsPrompt);
   const auto menu = dialog(RQAlertViewStyle::ActionSheet, dressAsMenu);
   const auto progress = dialog(RQAlertViewStyle::Alert, dressAsProgress);
@@ -82,27 +81,26 @@ TEST(Contrast, TextsAndControlsStandOut) {
     double least;
   };
   std::vector<Pair> table{
-      {"titles on the window", palette.color(QPalette::WindowText), window, text},
-      {"log and editor", body, palette.color(QPalette::Base), text},
-      {"selected text", palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight), text},
+      {"titles on the window", of(QPalette::WindowText), window, text},
+      {"log and editor", of(QPalette::Text), base, text},
+      {"selected text", of(QPalette::HighlightedText), of(QPalette::Highlight), text},
       // Both greys are settled; large text would need 3 only.
       {"file names (both greys settled)", colours::cellText, colours::cellGround, 4.3},
       {"file names under the pointer", colours::cellText, colours::cellUnderPointer, text},
-      {"credits", palette.color(QPalette::WindowText), colours::labelGround, text},
+      {"credits", of(QPalette::WindowText), colours::labelGround, text},
       {"bare pictures", icon, window, control},
       {"bare pictures, pressed", icon, over(window, UIButton::groundPressed({})), control},
       {"tiles' pictures", icon, colours::tileGround, control},
       {"tiles' pictures, pressed", icon, UIButton::groundPressed(colours::tileGround), control},
-      {"tooltips", palette.color(QPalette::ToolTipText), palette.color(QPalette::ToolTipBase), text},
-      {"placeholder in the find bar", palette.color(QPalette::PlaceholderText), palette.color(QPalette::Base),
-       text},
+      {"tooltips", of(QPalette::ToolTipText), of(QPalette::ToolTipBase), text},
+      {"placeholder in the find bar", of(QPalette::PlaceholderText), base, text},
       {"row pictures", inkOf(":/pictures/na@4x.png"), colours::cellGround, control},
       {"tiles' borders", colours::tileBorder, window, control},
-      {"scroll bars", ApplicationStyle::scrollBarThumb(), palette.color(QPalette::Base), control},
+      {"scroll bars", ApplicationStyle::scrollBarThumb(), base, control},
       {"switch, off", colours::switchOff, window, control},
-      {"switch, on", palette.color(QPalette::Highlight), window, control},
+      {"switch, on", of(QPalette::Highlight), window, control},
       {"knob, off", colours::switchKnob, colours::switchOff, control},
-      {"knob, on", colours::switchKnob, palette.color(QPalette::Highlight), text},
+      {"knob, on", colours::switchKnob, of(QPalette::Highlight), text},
       {"dialog: title and message", prompt->titleTextColor(), pane, text},
       {"dialog: progress", progress->progressLabelTextColor(), progress->backgroundColor(), text},
       {"dialog: prompt's buttons", prompt->buttonsTitleColor(), pane, text},
@@ -123,23 +121,24 @@ TEST(Contrast, TextsAndControlsStandOut) {
        prompt->textFieldsBackgroundColor(), text},
   };
   const auto buttonsOn = [&](const std::string& what, const QColor& ground) {
-    table.push_back({what, caption, ground, text});
-    table.push_back({what + " under the pointer", caption, UIButton::groundUnderPointer(ground), text});
-    table.push_back({what + ", pressed", caption, UIButton::groundPressed(ground), text});
+    table.push_back({what, of(QPalette::ButtonText), ground, text});
+    table.push_back(
+        {what + " under the pointer", of(QPalette::ButtonText), UIButton::groundUnderPointer(ground), text});
+    table.push_back({what + ", pressed", of(QPalette::ButtonText), UIButton::groundPressed(ground), text});
     table.push_back({what + ", focus", colours::focusRing, ground, control});
   };
   buttonsOn("build buttons", colours::buildButtonGround);
   buttonsOn("Save and Cancel", colours::editorButtonGround);
   buttonsOn("links", colours::linkGround);
   for (int part = 0; part < codeParts; ++part) {
-    for (const QColor& ground : {palette.color(QPalette::Base), colours::currentLine, colours::codeSelection})
+    for (const QColor& ground : {base, colours::currentLine, colours::codeSelection})
       table.push_back(
           {"code, part " + std::to_string(part), colourOf(static_cast<CodePart>(part)), ground, text});
   }
-  table.push_back({"line numbers", colours::lineNumber, palette.color(QPalette::Base), text});
+  table.push_back({"line numbers", colours::lineNumber, base, text});
   table.push_back({"matching brackets", colours::bracket, colours::bracketGround, text});
   for (const auto kind : {Problem::Kind::Error, Problem::Kind::Warning, Problem::Kind::Note})
-    table.push_back({"marks of problems", colourOf(kind), palette.color(QPalette::Base), control});
+    table.push_back({"marks of problems", colourOf(kind), base, control});
   table.push_back({"focus on the window", colours::focusRing, window, control});
   table.push_back({"focus on a file", colours::focusRing, colours::cellGround, control});
   for (const auto& row : table) {

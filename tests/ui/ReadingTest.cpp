@@ -184,7 +184,8 @@ TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
   }
 }
 
-TEST_F(Reading, ARunningBuildShowsWhatItHasPrinted) {
+// The build ends only when the interface, alive meanwhile, lets it.
+TEST_F(Reading, ARunningBuildShowsWhatItHasPrintedOnAnInterfaceThatLives) {
   makeProject({{"Makefile", "package:\n\t@seq 100; until test -e go; do sleep 0.01; done\n"}});
   putFile(updateMarker, "");
   start();
@@ -196,6 +197,9 @@ TEST_F(Reading, ARunningBuildShowsWhatItHasPrinted) {
   waitUntil([&] { return running->grab().toImage().copy(0, 0, 60, 200) != empty.copy(0, 0, 60, 200); },
             "nothing of the log");
   EXPECT_EQ(log().bytes(), "") << "which is set at the end";
+  EXPECT_TRUE(sees(localized(text::pleaseWait)));
+  EXPECT_FALSE(sees("Make Package")) << "the dialog covers the build screen";
+  UIScreen::mainScreen()->resize(800, 600);
   putFile(device::projects + "P/go", "");
   waitUntil([running] { return !running->isVisible(); }, "the build does not end");
   EXPECT_TRUE(log().bytes().starts_with("1\n2\n"));

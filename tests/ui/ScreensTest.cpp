@@ -14,7 +14,6 @@
 #include <QListView>
 #include <QRegularExpression>
 #include <QScrollBar>
-#include <QTimer>
 
 namespace {
 
@@ -154,26 +153,6 @@ TEST_F(Screens, TheEditorLeavesAloneWhatIsTooLargeForIt) {
   EXPECT_EQ(openEditor("huge").bytes(), "");
   leaveEditor("Save");
   EXPECT_EQ(sizeOfFile(folder + "huge"), 40'000'000U);
-}
-
-TEST_F(Screens, TheInterfaceLivesDuringABuild) {
-  // The build ends only when the interface, alive meanwhile, has counted enough of its own ticks.
-  makeProject({{"Makefile", "package:\n\t@until test -e go; do sleep 0.01; done; mkdir packages\n"}});
-  putFile(updateMarker, "");
-  start();
-  openBuildScreen();
-  int ticks = 0;
-  QTimer clock;
-  QObject::connect(&clock, &QTimer::timeout, &clock, [&ticks] {
-    if (++ticks == 20) putFile(device::projects + "P/go", "");
-  });
-  clock.start(5);
-  tap("Make Package");
-  waitToSee(localized(text::pleaseWait));
-  EXPECT_FALSE(sees("Make Package")) << "the dialog covers the build screen";
-  UIScreen::mainScreen()->resize(800, 600);
-  waitToSee(localized(text::goToDebFolder));
-  EXPECT_GE(ticks, 20);
 }
 
 TEST_F(Screens, AnAddressThatNothingOpensIsShownAsTextToCopy) {
