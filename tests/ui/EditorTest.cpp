@@ -153,6 +153,10 @@ TEST_F(Editor, MarksMoveWithTheText) {
   for (int steps = 0; text.isModified() && steps < 4; ++steps) press(Qt::Key_Z, Qt::ControlModifier);
   press(Qt::Key_F8);
   EXPECT_EQ(caret(), 8U) << "undone, the marks are where they were";
+  const int height = text.height();
+  text.setProblems({{.file = "f.x", .line = 2, .message = "\u202E" + std::string(1 << 20, 'x')}});
+  waitToSee(QChar(0xFFFD) + QString(999, u'x'));
+  EXPECT_GT(text.height(), height / 2) << "a long message leaves room for the text";
   leaveEditor("Cancel");
 }
 

@@ -1,6 +1,8 @@
 // Every action without a mouse.
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
+#include "platform/UIViewController.h"
+#include "platform/UIWindow.h"
 #include "tests/ui/Screens.h"
 #include "ui/controls/Looks.h"
 #include "ui/controls/UIButton.h"
@@ -132,6 +134,7 @@ TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   typeText("// typed");
   QTest::mouseClick(finger::find("Cancel"), Qt::LeftButton);
   ASSERT_TRUE(sees("Save")) << "the editor slides away";
+  EXPECT_TRUE(UIApplication::sharedApplication()->keyWindow()->topViewController()->screenShouldClose());
   press(Qt::Key_S, Qt::ControlModifier);
   press(Qt::Key_N, Qt::ControlModifier);
   EXPECT_EQ(UIScreen::mainScreen()->windows().size(), windows);

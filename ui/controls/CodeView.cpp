@@ -232,8 +232,9 @@ QStringList CodeView::messagesAtCaret() const {
   const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS)) + 1;
   QStringList messages;
   for (std::size_t index = 0; index < problems_.size(); ++index) {
-    const QString message = QString::fromStdString(problems_[index].message);
-    if (lineOfProblem(index) == line && !messages.contains(message)) messages.append(message);
+    if (lineOfProblem(index) != line) continue;
+    const QString message = shownMessage(problems_[index]);
+    if (!messages.contains(message)) messages.append(message);
   }
   return messages;
 }

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTextDocument>
 #include <Qsci/qsciscintilla.h>
 
 namespace {
@@ -28,7 +29,8 @@ QString shownLine(const std::string& text) {
 
 RowModel::Row rowOf(const Problem& problem) {
   const QString name = shownLine(textOf(problem));
-  return {name, shownLine(problem.message), shownLine(placeOf(problem)), name,
+  // Tooltips would take what looks like a tag for one, and wrap no other text.
+  return {name, shownMessage(problem), shownLine(placeOf(problem)), Qt::convertFromPlainText(name),
           QPixmap::fromImage(signOf(problem.kind, metrics::iconSize))};
 }
 
@@ -43,6 +45,10 @@ void LastBuild::set(const MaybeText& project, std::vector<Problem> problems) {
   project_ = project;
   problems_ = std::move(problems);
   emit changed();
+}
+
+QString shownMessage(const Problem& problem) {
+  return shownLine(problem.message);
 }
 
 QColor colourOf(Problem::Kind kind) {

@@ -40,6 +40,9 @@ class LastBuild : public QObject {
   std::vector<Problem> problems_;
 };
 
+// Its message in one line that is not endless.
+QString shownMessage(const Problem& problem);
+
 // Each kind has a colour, readable on the ground of texts, and a shape: an error is a circle, a warning a
 // triangle, a note a square. The image has two pixels for each logical one.
 QColor colourOf(Problem::Kind kind);

@@ -196,10 +196,12 @@ bool PopOverNewController::writeText() {
 
 void PopOverNewController::SaveButton() {
   writeText();
-  dismissViewControllerAnimated(true);
+  DismissPop();
 }
 
 void PopOverNewController::DismissPop() {
+  // Nothing is asked about it while the editor slides away.
+  outlets_.PopOvetText->setModified(false);
   dismissViewControllerAnimated(true);
 }
 
