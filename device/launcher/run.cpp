@@ -102,7 +102,7 @@ void complain(const Options& options, const std::string& sentence) {
     const Environment caller = callerEnvironment();
     if (findDisplay(caller, waylandSupport()).kind == Display::Kind::None) return;
     spawnApart(findOwnFiles() / "notice", sentence, caller);
-  } catch (const Refusal&) {
+  } catch (const std::exception&) {
   }
 }
 

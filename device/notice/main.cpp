@@ -3,6 +3,7 @@
 //
 // usage: notice SENTENCE
 #include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
 
 namespace {
@@ -18,14 +19,18 @@ int main(int argc, char** argv) {
   if (argc != 2) return 2;
   QMessageBox box(QMessageBox::Warning, QStringLiteral("Tweakbench"),
                   QStringLiteral("Tweakbench could not be opened."), QMessageBox::Close);
-  box.setTextFormat(Qt::PlainText);
   const QString sentence = QString::fromLocal8Bit(argv[1]);
   box.setInformativeText(sentence.size() > longest ? sentence.left(longest) + QStringLiteral(" …")
                                                    : sentence);
   if (sentence.size() > longest) box.setDetailedText(sentence);
   box.setDefaultButton(QMessageBox::Close);
-  // Commands to type are in it.
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  // The box's own settings are for its first line only.
+  if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+    label->setTextFormat(Qt::PlainText);
+    // Commands to type are in it.
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setFocusPolicy(Qt::StrongFocus);
+  }
   box.exec();
   return 0;
 }
