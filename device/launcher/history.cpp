@@ -211,7 +211,7 @@ int restore(const Transfer& device, const Options& options) {
   bool isMissed = false;
   for (const auto& remark : entry.remarks) {
     const bool isOfAnother =
-        remark.find('/') != std::string::npos && !remark.starts_with(path.begin()->string());
+        remark.find('/') != std::string::npos && !remark.starts_with(path.begin()->string() + "/");
     if (isOfAnother || !isAbout(remark, visible(options.project))) continue;
     std::cerr << "tweakbench: That copy is incomplete: " << remark << "\n";
     isMissed = true;
