@@ -38,10 +38,10 @@ std::string nameAt(std::time_t time) {
   return formatted(nameFormat, gmtime_r(&time, &parts));
 }
 
-// Whether the name is one word to a shell, unchanged.
+// Whether the name, at the end of a path, is one word to a shell, unchanged.
 bool isPlain(const std::string& name) {
   return !name.empty() && name.size() <= 255 && name != "." && name != ".." &&
-         isMadeOf(name, "._+-@,:", true);
+         isMadeOf(name, "._+-@,:#%=^~!]}", true);
 }
 
 }  // namespace

@@ -73,10 +73,10 @@ void destroy() {
 
 // Makes one backup after the other; all files of each have the same content.
 [[noreturn]] void backUpForEver() {
-  chooseProject("P");
+  chooseProject("C#");
   for (int number = 1;; ++number) {
     for (int file = 0; file < 200; ++file)
-      putFile("/var/Tweakyard/Projects/P/" + std::to_string(file), std::to_string(number));
+      putFile("/var/Tweakyard/Projects/C#/" + std::to_string(file), std::to_string(number));
     backUpProject();
     putFile(result, std::to_string(number));
   }
