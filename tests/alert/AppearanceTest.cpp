@@ -3,25 +3,11 @@
 
 #include <cstdint>
 #include <limits>
+#include <stdexcept>
 
 namespace {
 
-class Appearance : public Dialogs {
- protected:
-  void TearDown() override {
-    UIDevice::currentDevice().setSystemVersion(14);
-    Dialogs::TearDown();
-  }
-  static QString read(const RQAlertView& dialog, const char* names) {
-    QStringList values;
-    for (const QString& name : QString(names).split(' ')) {
-      for (const LookProperty& each : lookProperties()) {
-        if (each.name == name) values << each.read(dialog);
-      }
-    }
-    return values.join(' ');
-  }
-};
+class Appearance : public Dialogs {};
 
 TEST_F(Appearance, StartsFromTheSharedDefaultsAndEachPropertyIsSetAlone) {
   const Dialog dialog = dialogFrom("alert");
@@ -50,20 +36,7 @@ TEST_F(Appearance, StartsFromTheSharedDefaultsAndEachPropertyIsSetAlone) {
   EXPECT_EQ(dialog->tag(), std::numeric_limits<std::int64_t>::max());
 }
 
-TEST_F(Appearance, DependsOnStyleAndTypeUntilItIsSet) {
-  const char* const names = "titleTextColor messageTextColor titleFont buttonsHeight cancelOnTouch";
-  const auto decided = [names](const char* description) { return read(*dialogFrom(description), names); };
-  EXPECT_EQ(decided("sheet"), "0.5,0.5,0.5,1 0.5,0.5,0.5,1 bold14 56 1");
-  EXPECT_EQ(decided("sheet label=Wait"), "0.5,0.5,0.5,1 0.5,0.5,0.5,1 bold14 56 0");
-  for (const char* kind : {"alert fields=1", "alert label=Wait", "alert progress=0"})
-    EXPECT_EQ(decided(kind), "0,0,0,1 0,0,0,1 bold18 44 0") << kind;
-  UIDevice::currentDevice().setSystemVersion(8.9);
-  EXPECT_EQ(decided("sheet"), "0.5,0.5,0.5,1 0.5,0.5,0.5,1 bold14 44 1");
-  EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, 6);
-  UIDevice::currentDevice().setSystemVersion(9);
-  EXPECT_EQ(decided("sheet").section(' ', 3), "56 1");
-  EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, 12);
-
+TEST_F(Appearance, TellsWhatOfItWasSet) {
   RQAlertView& shared = *RQAlertView::appearance();
   const auto areSet = [&shared] {
     return std::vector<bool>{shared.isUserCancelOnTouch(), shared.isUserButtonsHeight(),
@@ -73,40 +46,22 @@ TEST_F(Appearance, DependsOnStyleAndTypeUntilItIsSet) {
   EXPECT_EQ(areSet(), std::vector<bool>(5, false));
   change(shared, "cancelOnTouch=1 buttonsHeight=50 titleTextColor=red titleFont=20 messageTextColor=blue");
   EXPECT_EQ(areSet(), std::vector<bool>(5, true));
-  for (const char* kind : {"alert fields=1", "sheet"}) EXPECT_EQ(decided(kind), "1,0,0,1 0,0,1,1 20 50 1");
 }
 
-TEST_F(Appearance, IsCopiedWhenADialogIsMadeAndTheTintOnlyOnce) {
-  const Dialog before = dialogFrom("alert");
-  change(*RQAlertView::appearance(), "tintColor=magenta buttonsEnabled=0");
-  const Dialog after = dialogFrom("alert buttons=A,B");
-  EXPECT_EQ(read(*before, "tintColor buttonsTitleColor"), "0,0.5,1,1 0,0.5,1,1");
-  EXPECT_EQ(read(*after, "tintColor buttonsTitleColor"), "1,0,1,1 0,0.5,1,1");
-  EXPECT_FALSE(after->isButtonEnabledAtIndex(1));
-  after->setButtonEnabled(true, 1);
-  EXPECT_EQ(after->buttonsEnabledArray(), (std::vector<bool>{false, true}));
-  after->setButtonsEnabled(true);
-  EXPECT_EQ(after->buttonsEnabledArray(), (std::vector<bool>{true, true}));
-}
-
-TEST_F(Appearance, GivesEveryDialogItsWidthInEveryShapeOfTheScreen) {
-  const struct {
-    int screenWidth, screenHeight;
-    const char* dialog;
-    double width;
-  } rows[] = {{375, 667, "alert", 280},
-              {375, 667, "sheet", 359},
-              {375, 667, "alert width=500", 375},
-              {375, 667, "sheet width=300", 300},
-              {844, 480, "sheet", 464},
-              {844, 480, "alert width=500", 480},
-              {820, 1180, "sheet", 280},
-              {820, 1180, "sheet padShowsActionSheetFromBottom=1", 388},
-              {1180, 820, "sheet padShowsActionSheetFromBottom=1", 388}};
-  for (const auto& row : rows) {
-    resize(row.screenWidth, row.screenHeight);
-    EXPECT_EQ(dialogFrom(row.dialog)->width(), row.width) << row.dialog << " at " << row.screenWidth;
+TEST_F(Appearance, HasRoundedCornersAndEnablesButtonsOneByOneOrAll) {
+  for (const auto& [version, radius] : {std::pair(8.9, 6), std::pair(9.0, 12), std::pair(14.0, 12)}) {
+    UIDevice::currentDevice().setSystemVersion(version);
+    EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, radius);
   }
+  const Dialog dialog = dialogFrom("alert buttons=A,B buttonsEnabled=0");
+  EXPECT_FALSE(dialog->isButtonEnabledAtIndex(1));
+  dialog->setButtonEnabled(true, 1);
+  dialog->setButtonEnabled(false, 2);
+  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{false, true}));
+  dialog->setButtonsEnabled(true);
+  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{true, true}));
+  EXPECT_THROW(dialog->isButtonEnabledAtIndex(2), std::out_of_range);
+  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(2, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
 }
 
 }  // namespace

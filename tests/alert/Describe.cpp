@@ -77,6 +77,13 @@ void changeButton(RQAlertView& dialog, std::size_t index, const QString& key, co
   });
 }
 
+const LookProperty& propertyNamed(const QString& name) {
+  const auto named = std::find_if(lookProperties().begin(), lookProperties().end(),
+                                  [&name](const LookProperty& each) { return each.name == name; });
+  if (named == lookProperties().end()) throw std::invalid_argument("no property " + name.toStdString());
+  return *named;
+}
+
 }  // namespace
 
 const std::vector<LookProperty>& lookProperties() {
@@ -88,6 +95,10 @@ const std::vector<LookProperty>& lookProperties() {
   return all;
 }
 
+QString lookOf(const RQAlertView& dialog, const QString& name) {
+  return propertyNamed(name).read(dialog);
+}
+
 void change(RQAlertView& dialog, const QString& changes) {
   for (const QString& change : changes.split(' ', Qt::SkipEmptyParts)) {
     const QString key = change.section('=', 0, 0);
@@ -96,10 +107,7 @@ void change(RQAlertView& dialog, const QString& changes) {
       changeButton(dialog, button.mid(6).toULongLong(), key.section('.', 1), value);
       continue;
     }
-    const auto named = std::find_if(lookProperties().begin(), lookProperties().end(),
-                                    [&key](const LookProperty& each) { return each.name == key; });
-    if (named == lookProperties().end()) throw std::invalid_argument("no property " + key.toStdString());
-    named->write(dialog, value);
+    propertyNamed(key).write(dialog, value);
   }
 }
 

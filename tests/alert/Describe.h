@@ -28,5 +28,8 @@ struct LookProperty {
   std::function<void(RQAlertView&, const QString&)> write;
 };
 
+// One property, by its name, as read() gives it.
+QString lookOf(const RQAlertView& dialog, const QString& name);
+
 // Those of defaults.tsv, in its order.
 const std::vector<LookProperty>& lookProperties();

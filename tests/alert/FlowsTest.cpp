@@ -9,11 +9,14 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
 #include <QAccessible>
 #include <QProgressBar>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace {
 
@@ -26,6 +29,7 @@ class Flows : public Dialogs {
     Dialog dialog;
     std::weak_ptr<RQAlertView> weak;
     std::unique_ptr<Journal> journal;
+    int reports = 0;
   };
 
   void follow(const Records& lines) {
@@ -39,7 +43,11 @@ class Flows : public Dialogs {
       for (; at < lines.size() && lines[at].starts_with("  "); ++at) expected += lines[at] + "\n";
       records_.clear();
       joins_ = true;
-      act(QString::fromStdString(action));
+      try {
+        act(QString::fromStdString(action));
+      } catch (const InternalInconsistency& error) {
+        record(std::string("refused: ") + error.what());
+      }
       observe();
       const std::size_t atOnce = records_.size();
       joins_ = false;
@@ -52,10 +60,27 @@ class Flows : public Dialogs {
     }
   }
 
+  // Each report of a dialog that is shown, answered and ended at the moment with this number.
+  Records lifeEndedAt(int moment, const QString& end) {
+    records_.clear();
+    orders_.clear();
+    act("motion; a = alert buttons=One; when a " + QString::number(moment) + ": a " + end + "; a show");
+    for (const char* next : {"a force 0", "a forget"}) {
+      HeldClock::turn(1000);
+      letGo();
+      act(next);
+    }
+    HeldClock::turn(1000);
+    letGo();
+    EXPECT_TRUE(cast_["a"].weak.expired());
+    return std::exchange(records_, {});
+  }
+
   void finish() {
     HeldClock::turn(10'000);
     letGo();
     other_.reset();
+    UIDevice::currentDevice().setSystemVersion(14);
     TearDown();
     resize(390, 844);
     appField->setFocus();
@@ -152,9 +177,13 @@ class Flows : public Dialogs {
       cast.weak = cast.dialog;
       cast.journal = std::make_unique<Journal>(*cast.dialog, &records_, name + ' ');
       cast.journal->meddle = [this, name](const std::string& report) {
-        const auto found = orders_.find(name + ' ' + report);
-        if (found != orders_.end()) act(found->second);
+        for (const std::string& when : {report, std::to_string(++cast_[name].reports), std::string("any")}) {
+          const auto found = orders_.find(name + ' ' + when);
+          if (found != orders_.end()) act(found->second);
+        }
       };
+    } else if (verb == "bare") {
+      cast.dialog = RQAlertView::alloc();
     } else if (verb == "forget") {
       cast.dialog.reset();
     } else if (verb == "state") {
@@ -184,6 +213,10 @@ class Flows : public Dialogs {
     } else if (verb == "fields") {
       Records texts;
       for (const auto* field : dialog->textFieldsArray()) record('"' + field->text().toStdString() + '"');
+    } else if (verb == "scrolled") {
+      const QScrollBar* bar = partOf<QScrollArea>(dialog)->verticalScrollBar();
+      const bool isAtEnd = bar->value() == 0 || bar->value() == bar->maximum();
+      record(!isAtEnd ? "between" : bar->value() == 0 ? "to the top" : "to the bottom");
     } else if (verb == "lit") {
       for (const auto* button : dialog->view()->findChildren<RQAlertViewButton*>()) {
         if (button->isSelected()) record("lit " + button->title().toStdString());
@@ -263,6 +296,8 @@ class Flows : public Dialogs {
     } else if (verb == "finger") {
       QTest::mouseEvent(rest == "down" ? QTest::MousePress : QTest::MouseRelease, top()->view(),
                         Qt::LeftButton, {}, {3, 3});
+    } else if (verb == "focus" && rest == "message") {
+      partOf<QScrollArea>(top())->setFocus();
     } else if (verb == "focus") {
       top()->textFieldsArray().at(rest.toULongLong())->setFocus();
     } else if (verb == "screen") {
@@ -279,9 +314,23 @@ class Flows : public Dialogs {
       place_.clear();
       observe();
     } else if (verb == "throw") {
+      if (rest == "a number") throw 1;
       throw std::runtime_error("a report failed");
     } else if (verb == "logged") {
-      for (const std::string& logged : systemlog::take()) record(logged);
+      std::map<std::string, int> times;
+      for (const std::string& logged : systemlog::take()) ++times[logged];
+      for (const auto& [logged, count] : times) record(std::to_string(count) + " x " + logged);
+    } else if (verb == "spin") {
+      QCoreApplication::processEvents();
+    } else if (verb == "version") {
+      UIDevice::currentDevice().setSystemVersion(rest.toDouble());
+    } else if (verb == "all") {
+      rest == "show" ? RQAlertView::appearance()->show() : change(*RQAlertView::appearance(), rest);
+    } else if (verb == "of") {
+      const Dialog dialog = dialogFrom(rest.section(": ", 0, 0));
+      QStringList values;
+      for (const QString& each : rest.section(": ", 1).split(' ')) values << lookOf(*dialog, each);
+      record(values.join(' ').toStdString());
     } else if (verb == "window") {
       other_ = makeUIWindow();
       other_->makeKeyAndVisible();
@@ -319,6 +368,17 @@ TEST_F(Flows, GoAsWritten) {
     SCOPED_TRACE(section.title);
     follow(section.lines);
     finish();
+  }
+}
+
+TEST_F(Flows, ReportNothingTwiceWhereverADialogIsEnded) {
+  for (int moment = 1; moment <= 25; ++moment) {
+    for (const char* end : {"lose", "dismiss at once", "dismiss"}) {
+      const Records lines = lifeEndedAt(moment, end);
+      EXPECT_GE(lines.size(), 1U);
+      EXPECT_EQ(std::set<std::string>(lines.begin(), lines.end()).size(), lines.size()) << moment << end;
+      finish();
+    }
   }
 }
 

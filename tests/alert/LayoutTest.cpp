@@ -101,27 +101,6 @@ TEST_F(Layout, GivesAViewOfTheApplicationsItsHeightAndDestroysItWithTheDialog) {
   EXPECT_EQ(dialog->innerView(), nullptr);
 }
 
-TEST_F(Layout, ScrollsALongMessageByKeysAndKeepsAMessageItself) {
-  const Dialog dialog = showing("alert buttons=OK cancel=Cancel message=" + lines(200));
-  auto* message = partOf<QScrollArea>(dialog);
-  const QScrollBar& bar = *message->verticalScrollBar();
-  message->setFocus();
-  const auto press = [](Qt::Key key) { QTest::keyClick(focus(), key); };
-  press(Qt::Key_Down);
-  EXPECT_GT(bar.value(), 0);
-  EXPECT_EQ(focus(), message);
-  press(Qt::Key_Up);
-  EXPECT_EQ(bar.value(), 0);
-  press(Qt::Key_Up);
-  EXPECT_EQ(focus(), buttonOf(dialog, "OK"));
-  press(Qt::Key_Down);
-  press(Qt::Key_PageDown);
-  EXPECT_GT(bar.value(), message->viewport()->height() / 2);
-  message->verticalScrollBar()->setValue(bar.maximum());
-  press(Qt::Key_Down);
-  EXPECT_EQ(focus(), buttonOf(dialog, "Cancel"));
-}
-
 TEST_F(Layout, GivesWayToAKeyboardAndKeepsTheFieldBeingTypedInInSight) {
   UIKeyboard keyboard(nullptr);
   resize(320, 568);
@@ -138,19 +117,6 @@ TEST_F(Layout, GivesWayToAKeyboardAndKeepsTheFieldBeingTypedInInSight) {
   expectWhole(dialog);
   keyboard.setFrame({});
   EXPECT_EQ(frameOf(dialog)->geometry(), before);
-}
-
-// The border lies above the buttons.
-TEST_F(Layout, LetsTouchesThroughTheBorder) {
-  const Dialog dialog =
-      showing("alert buttons=One buttonsBackgroundColor=lime layerBorderColor=red layerBorderWidth=4");
-  const QRect place = buttonOf(dialog, "One")->geometry();
-  const QImage picture = frameOf(dialog)->grab().toImage();
-  EXPECT_EQ(picture.pixelColor(place.left() + 2, place.center().y()), QColor(Qt::red));
-  EXPECT_EQ(picture.pixelColor(place.left() + 6, place.center().y()), QColor(Qt::green));
-  QTest::mouseClick(UIScreen::mainScreen()->windowHandle(), Qt::LeftButton, {},
-                    frameOf(dialog)->mapTo(UIScreen::mainScreen(), place.center()));
-  EXPECT_FALSE(dialog->isShowing());
 }
 
 }  // namespace

@@ -1,159 +1,122 @@
-// Every property of a dialog's look is seen on the screen: the box, its content, and the cover.
+// Every property of a dialog's look is seen on the screen: looks.txt, line by line. The grammar stands at the
+// head of that file.
 #include "RQAlertView/RQAlertViewHeader.h"
 #include "alert/Pictures.h"
 #include "platform/UIActivityIndicatorView.h"
+#include "support/Sections.h"
 
-#include <algorithm>
+#include <cmath>
+#include <map>
+#include <stdexcept>
 
 #include <QProgressBar>
+#include <QRegularExpression>
 
 namespace {
 
 class Looks : public Pictures {
  protected:
-  static QImage half(const Dialog& dialog, bool left) {
-    const auto* bar = partOf<QProgressBar>(dialog);
-    return seen(bar, QRect(left ? 0 : bar->width() / 2, 0, bar->width() / 2, bar->height()));
+  static std::pair<const QWidget*, QRect> partNamed(const Dialog& dialog, const QString& name) {
+    if (name.startsWith('@')) return placeOf(dialog, name.mid(1));
+    const std::map<QString, const QWidget*> parts{{"box", frameOf(dialog)},
+                                                  {"screen", dialog->view()},
+                                                  {"list", listOf(dialog)},
+                                                  {"header", partOf<RQAlertViewHeader>(dialog)},
+                                                  {"bar", partOf<QProgressBar>(dialog)},
+                                                  {"indicator", partOf<UIActivityIndicatorView>(dialog)},
+                                                  {"field", partOf<RQAlertViewTextField>(dialog)}};
+    const QWidget* part = parts.at(name);
+    if (part == nullptr) throw std::invalid_argument("not shown: " + name.toStdString());
+    return {part, part->rect()};
   }
-  // A line across the left edge of the box, `width` from `x` of the header.
-  static QImage edge(const Dialog& dialog, int x, int width) {
-    return seen(partOf<RQAlertViewHeader>(dialog), QRect(x, 20, width, 1));
+
+  // PART[:X,Y,WIDTH,HEIGHT] [COLOUR] MEASURE
+  static int measured(const Dialog& dialog, const QStringList& words) {
+    auto [part, area] = partNamed(dialog, words[0].section(':', 0, 0));
+    if (const QStringList numbers = words[0].section(':', 1).split(','); numbers.size() == 4) {
+      const int height = numbers[3].toInt();
+      area = QRect(area.left() + numbers[0].toInt(), area.top() + numbers[1].toInt(), numbers[2].toInt(),
+                   height == 0 ? area.height() : height);
+    }
+    const QString color = words.size() == 3 ? words[1] : "magenta";
+    QRect found(part->mapTo(dialog->view(), area.topLeft()), area.size());
+    QSize within = dialog->view()->size();
+    if (color != "whole") {
+      const QImage picture = seen(part, area);
+      found = color == "any" ? extentWhere(picture, [](const QColor& pixel) { return pixel != Qt::white; })
+                             : extentOf(picture, QColor(color));
+      within = area.size();
+    }
+    const std::map<QString, int> measures{{"width", found.width()},
+                                          {"height", found.height()},
+                                          {"left", found.left()},
+                                          {"top", found.top()},
+                                          {"middle", found.center().x()},
+                                          {"right", within.width() - 1 - found.right()},
+                                          {"bottom", within.height() - 1 - found.bottom()}};
+    return measures.at(words.back());
   }
-  static QImage indicator(const Dialog& dialog) { return seen(partOf<UIActivityIndicatorView>(dialog)); }
-  // How many pixels beside the box are not white.
-  static int shadow(const Dialog& dialog, int x) {
-    const QImage beside = edge(dialog, x, 40);
-    int reach = 0;
-    for (int at = 0; at < 40; ++at) reach += beside.pixelColor(at, 0) == QColor(Qt::white) ? 0 : 1;
-    return reach;
+
+  // CHANGES: CHECK; CHECK ...
+  static void follow(const Dialog& dialog, const QString& line, std::map<QString, int>& before) {
+    QStringList changes = line.section(": ", 0, 0).split(' ');
+    if (changes.removeOne("from=right")) UIApplication::setLayoutDirection(Qt::RightToLeft);
+    for (auto* field : dialog->textFieldsArray()) field->setText("Hm");
+    changes.removeOne("-");
+    change(*dialog, changes.join(' '));
+    letGo();
+    std::map<QString, int> now = before;
+    for (const QString& check : line.section(": ", 1).split("; ")) {
+      QStringList words = check.split(' ');
+      const QString number = words.takeLast();
+      const QString relation = words.takeLast();
+      const QString what = words.join(' ');
+      const int is = now[what] = measured(dialog, words);
+      const double share = number.startsWith("was*") ? number.mid(4).toDouble() : 1;
+      const double wanted =
+          number.startsWith("was") ? before[what] * share + number.mid(3).toInt() : number.toInt();
+      EXPECT_TRUE(relation == "="   ? is == wanted
+                  : relation == "~" ? std::abs(is - wanted) <= 3
+                  : relation == "<" ? is < wanted
+                                    : is > wanted)
+          << line.toStdString() << "\n"
+          << check.toStdString() << ", is " << is;
+    }
+    before = now;
   }
-  static int leftShadow(const Dialog& dialog) { return shadow(dialog, -40); }
-  static int rightShadow(const Dialog& dialog) {
-    return shadow(dialog, partOf<RQAlertViewHeader>(dialog)->width());
-  }
-  static int rowHeight(const Dialog& dialog) { return placeOf(dialog, "A").second.height(); }
 };
 
-const char* const three = "alert buttons=Action cancel=Cancel destructive=Delete";
-
-TEST_F(Looks, HaveTheColorsTheyWereGiven) {
-  const struct {
-    const char* property;
-    QString dialog;
-    QImage (*look)(const Dialog&);
-  } rows[] = {
-      {"backgroundColor", three, [](const Dialog& dialog) { return edge(dialog, 0, 12); }},
-      {"backgroundColor", "sheet buttons=A cancel=Cancel",
-       [](const Dialog& dialog) { return seen(buttonOf(dialog, "Cancel")); }},
-      // Below the header, between buttons side by side, and between rows.
-      {"separatorsColor", three,
-       [](const Dialog& dialog) {
-         return seen(frameOf(dialog), QRect(0, 0, 30, frameOf(dialog)->height()));
-       }},
-      {"separatorsColor", three,
-       [](const Dialog& dialog) {
-         return seen(frameOf(dialog), QRect(0, frameOf(dialog)->height() - 5, 280, 1));
-       }},
-      {"separatorsColor", "sheet buttons=A,B", [](const Dialog& dialog) { return seen(listOf(dialog)); }},
-      {"layerBorderColor", "alert layerBorderWidth=3",
-       [](const Dialog& dialog) { return edge(dialog, 0, 12); }},
-      {"layerShadowColor", "alert layerShadowRadius=10",
-       [](const Dialog& dialog) { return edge(dialog, -4, 4); }},
-      {"coverColor", three, [](const Dialog& dialog) { return seen(dialog->view(), QRect(0, 0, 20, 20)); }},
-      {"activityIndicatorViewColor", "alert label=Wait", indicator},
-      {"progressViewProgressTintColor", "alert progress=0.5",
-       [](const Dialog& dialog) { return half(dialog, true); }},
-      {"progressViewTrackTintColor", "alert progress=0.5",
-       [](const Dialog& dialog) { return half(dialog, false); }},
-      {"textFieldsBackgroundColor", "alert fields=1",
-       [](const Dialog& dialog) { return seen(dialog->textFieldsArray()[0]); }},
+TEST_F(Looks, AreAsWritten) {
+  const QRegularExpression repeated("\\{(\\d+)\\*([^}]*)\\}");
+  std::vector<QString> dialogs;
+  std::vector<QString> lines;
+  const auto go = [&] {
+    ASSERT_FALSE(dialogs.empty() || lines.empty());
+    for (const QString& each : dialogs) {
+      SCOPED_TRACE(each.left(80).toStdString());
+      const Dialog dialog = showing(each.section(" | ", 0, 0));
+      std::map<QString, int> before;
+      for (QString line : lines) {
+        follow(dialog, line.replace('$', each.section(" | ", 1)), before);
+      }
+      UIApplication::setLayoutDirection(Qt::LeftToRight);
+      close(dialog);
+    }
+    dialogs.clear();
+    lines.clear();
   };
-  for (const auto& row : rows) {
-    const Dialog dialog = showing(row.dialog);
-    EXPECT_FALSE(shows(row.look(dialog))) << row.property;
-    change(*dialog, QString(row.property) + "=magenta");
-    letGo();
-    EXPECT_TRUE(shows(row.look(dialog))) << row.property;
-    close(dialog);
+  for (const std::string& text : linesOf(TWEAKBENCH_DIALOG_LOOKS)) {
+    QString line = QString::fromStdString(text);
+    for (auto match = repeated.match(line); match.hasMatch(); match = repeated.match(line))
+      line.replace(match.captured(0), match.captured(2).repeated(match.captured(1).toInt()));
+    if (line.startsWith("  ")) {
+      lines.push_back(line.trimmed());
+      continue;
+    }
+    if (!lines.empty()) go();
+    dialogs.push_back(line);
   }
-}
-
-TEST_F(Looks, HaveTheMeasuresTheyWereGiven) {
-  const auto edged = [](const char* rest) {
-    return QString("alert buttons=A layerBorderColor=magenta layerShadowColor=magenta ") + rest;
-  };
-  const struct {
-    const char* change;
-    QString dialog;
-    int (*measure)(const Dialog&);
-    int before, after;
-  } rows[] = {
-      {"layerBorderWidth=6", edged(""),
-       [](const Dialog& dialog) { return extentOf(edge(dialog, 0, 12)).width(); }, 0, 6},
-      {"layerShadowRadius=10", edged(""), leftShadow, 0, 10},
-      {"layerShadowOffset=7,0", edged("layerShadowRadius=10"), leftShadow, 10, 3},
-      {"layerShadowOffset=7,0", edged("layerShadowRadius=10"), rightShadow, 10, 17},
-      {"layerShadowOffset=7,0", edged(""), rightShadow, 0, 7},
-      {"layerCornerRadius=0", "alert buttons=A backgroundColor=magenta buttonsBackgroundColor=magenta",
-       [](const Dialog& dialog) {
-         const QRect box = frameOf(dialog)->rect();
-         const auto corners = {box.topLeft(), box.topRight(), box.bottomLeft(), box.bottomRight()};
-         return static_cast<int>(std::count_if(corners.begin(), corners.end(), [&](const QPoint& corner) {
-           return seenAt(frameOf(dialog), corner) == telling;
-         }));
-       },
-       0, 4},
-      {"offsetVertical=30", "sheet buttons=A cancel=Cancel",
-       [](const Dialog& dialog) { return 844 - 1 - frameOf(dialog)->geometry().bottom(); }, 8, 30},
-      {"cancelButtonOffsetY=25", "sheet buttons=A cancel=Cancel",
-       [](const Dialog& dialog) {
-         return buttonOf(dialog, "Cancel")->y() - listOf(dialog)->geometry().bottom() - 1;
-       },
-       8, 25},
-      {"buttonsHeight=70", three, [](const Dialog& dialog) { return buttonOf(dialog, "Action")->height(); },
-       44, 70},
-      {"buttonsHeight=70", "sheet buttons=A", rowHeight, 56, 70},
-      {"heightCell=none", "sheet buttons=A buttonsFont=60", rowHeight, 100, 56},
-      {"textFieldsHeight=60", "alert fields=1",
-       [](const Dialog& dialog) { return dialog->textFieldsArray()[0]->height(); }, 44, 60},
-      {"heightMax=100", "alert message=1\\n2\\n3\\n4\\n5\\n6\\n7 buttons=A",
-       [](const Dialog& dialog) { return std::min(frameOf(dialog)->height(), 101); }, 101, 100},
-      {"activityIndicatorViewStyle=2", "alert label=Wait",
-       [](const Dialog& dialog) { return partOf<UIActivityIndicatorView>(dialog)->width(); }, 37, 20},
-  };
-  for (const auto& row : rows) {
-    const Dialog dialog = showing(row.dialog);
-    letGo();
-    EXPECT_EQ(row.measure(dialog), row.before) << row.change;
-    change(*dialog, row.change);
-    letGo();
-    EXPECT_EQ(row.measure(dialog), row.after) << row.change;
-    close(dialog);
-  }
-}
-
-TEST_F(Looks, OfAnIndicatorWithoutAColorAreThoseOfItsStyle) {
-  const Dialog dialog = showing("alert label=Wait backgroundColor=magenta activityIndicatorViewColor=none");
-  EXPECT_TRUE(shows(indicator(dialog), Qt::white));
-  change(*dialog, "activityIndicatorViewStyle=2");
-  letGo();
-  EXPECT_FALSE(shows(indicator(dialog), Qt::white));
-  EXPECT_TRUE(shows(indicator(dialog), Qt::gray));
-}
-
-TEST_F(Looks, OfAProgressBarMayBePictures) {
-  const Dialog dialog =
-      showing("alert progress=0.5 progressViewProgressImage=lime*11 progressViewTrackImage=magenta*9");
-  const auto* bar = partOf<QProgressBar>(dialog);
-  EXPECT_EQ(bar->height(), 11);
-  EXPECT_EQ(extentOf(seen(bar), Qt::green), QRect(0, 0, bar->width() / 2, 11));
-  EXPECT_EQ(extentOf(seen(bar)), QRect(bar->width() / 2, 0, bar->width() / 2, 11));
-  UIApplication::setLayoutDirection(Qt::RightToLeft);
-  letGo();
-  EXPECT_EQ(extentOf(seen(bar)), QRect(0, 0, bar->width() / 2, 11)) << "the script's other way";
-  change(*dialog, "progressViewTrackImage=none");
-  EXPECT_FALSE(shows(seen(bar)));
-  EXPECT_TRUE(shows(half(dialog, false), Qt::green));
+  go();
 }
 
 TEST_F(Looks, BlurWhatLiesBehind) {
@@ -182,24 +145,79 @@ TEST_F(Looks, BlurWhatLiesBehind) {
   }
 }
 
-TEST_F(Looks, ShowHowFarTextsAndRowsAreScrolledWhereTheyAreToldTo) {
-  const Dialog dialog = showing(
-      "alert backgroundColor=magenta buttonsTitleColor=magenta separatorsColor=magenta "
-      "messageTextColor=magenta message=" +
-      QString("Many_words._").repeated(300) + " buttons=" + QString("A,").repeated(60));
-  for (const QWidget* part :
-       {static_cast<QWidget*>(partOf<RQAlertViewHeader>(dialog)), static_cast<QWidget*>(listOf(dialog))}) {
-    for (const auto& [look, expected] : {std::pair("showsVerticalScrollIndicator=0", "none"),
-                                         {"showsVerticalScrollIndicator=1 indicatorStyle=2", "white"},
-                                         {"indicatorStyle=1", "black"}}) {
-      change(*dialog, look);
-      letGo();
-      // Below the corner of the box. The bar is half transparent.
-      const QImage picture = seen(part, QRect(part->width() - 7, 15, 7, part->height() / 2));
-      EXPECT_STREQ(shows(picture, QColor(255, 128, 255)) ? "white"
-                   : shows(picture, QColor(127, 0, 127)) ? "black"
-                                                         : "none",
-                   expected);
+// What a finger, or the application, does to a button.
+const QStringList touches{"", "Highlighted", "Disabled"};
+
+class LooksOfButtons : public Pictures {
+ protected:
+  // As the user sees the button or row with the title in this state.
+  static QImage seenIn(const QString& touch, const Dialog& dialog, const QString& title) {
+    const int enabled = touch != "Disabled";
+    change(*dialog,
+           QString("buttonsEnabled=%1 cancelButtonEnabled=%1 destructiveButtonEnabled=%1").arg(enabled));
+    letGo();
+    const auto [widget, place] = placeOf(dialog, title);
+    if (touch == "Highlighted") QTest::mousePress(widget, Qt::LeftButton, {}, place.center());
+    const QImage picture = seen(widget, place);
+    // Far from every button, so that nothing is tapped.
+    if (touch == "Highlighted") QTest::mouseRelease(widget, Qt::LeftButton, {}, {-500, -500});
+    return picture;
+  }
+  static bool has(const QImage& picture, const QColor& color) {
+    return !extentWhere(picture, [&color](const QColor& pixel) { return pixel == color; }).isNull();
+  }
+};
+
+TEST_F(LooksOfButtons, AreThoseOfTheirKindAndState) {
+  const std::pair<QString, QString> kinds[] = {
+      {"buttons", "Act"}, {"cancelButton", "No"}, {"destructiveButton", "Del"}};
+  // One for each property of each kind.
+  const auto colorOf = [](const QString& kind, const QString& property) {
+    return QColor(60 + static_cast<int>(kind.size()) * 10, 40 + static_cast<int>(property.size()) * 5, 200);
+  };
+  for (const char* list : {"0", "1"}) {
+    const Dialog dialog =
+        dialogFrom(QString("alert buttons=Act cancel=No destructive=Del oneRowOneButton=") + list);
+    for (const auto& [kind, title] : kinds) {
+      // Thick enough for pixels of the colour itself.
+      change(*dialog, kind + "Font=bold30");
+      for (const QString& touch : touches) {
+        for (const QString& property : {"TitleColor" + touch, "BackgroundColor" + touch})
+          change(*dialog, kind + property + "=" + colorOf(kind, property).name());
+      }
+    }
+    dialog->show();
+    for (const auto& [kind, title] : kinds) {
+      for (const QString& touch : touches) {
+        SCOPED_TRACE((kind + touch + list).toStdString());
+        const QImage picture = seenIn(touch, dialog, title);
+        EXPECT_TRUE(has(picture, colorOf(kind, "TitleColor" + touch)));
+        EXPECT_EQ(picture.pixelColor(14, 14), colorOf(kind, "BackgroundColor" + touch));
+      }
+      change(*dialog, kind + "BackgroundColorDisabled=none");
+      EXPECT_EQ(seenIn("Disabled", dialog, title).pixelColor(14, 14), colorOf(kind, "BackgroundColor"))
+          << "without a colour of its own";
+    }
+    close(dialog);
+  }
+}
+
+TEST_F(LooksOfButtons, MayHaveAnIconForEachState) {
+  const QString plain =
+      "alert buttons=Act cancel=No destructive=Del button0.icon=magenta*10 "
+      "buttonsBackgroundColorHighlighted=white oneRowOneButton=";
+  for (const char* list : {"0", "1"}) {
+    for (const QString& own :
+         {QString(), QString(" button0.iconHighlighted=lime*10 button0.iconDisabled=yellow*10")}) {
+      const Dialog dialog = showing(plain + list + own);
+      for (const auto& [touch, color] : {std::pair<const char*, QColor>("", telling),
+                                         {"Highlighted", QColor(Qt::green)},
+                                         {"Disabled", QColor(Qt::yellow)}}) {
+        const QImage picture = seenIn(touch, dialog, "Act");
+        for (const QColor& each : {telling, QColor(Qt::green), QColor(Qt::yellow)})
+          EXPECT_EQ(has(picture, each), each == (own.isEmpty() ? telling : color)) << touch;
+      }
+      close(dialog);
     }
   }
 }

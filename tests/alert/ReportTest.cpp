@@ -3,7 +3,6 @@
 #include "support/SystemLog.h"
 
 #include <functional>
-#include <stdexcept>
 
 namespace {
 
@@ -12,14 +11,6 @@ using testing::IsEmpty;
 
 class Reports : public Dialogs {
  protected:
-  static std::string messageOf(const std::function<void()>& call) {
-    try {
-      call();
-    } catch (const InternalInconsistency& error) {
-      return error.what();
-    }
-    return "nothing was thrown";
-  }
   std::vector<std::string> heard() { return std::exchange(heard_, {}); }
   RQAlertViewHandler hearing(const std::string& what) {
     return [this, what](RQAlertView&) { heard_.push_back(what); };
@@ -55,31 +46,6 @@ TEST_F(Reports, ReachWhatWasSetBeforeTheInitializerAndTheDelegateThatAHandlerSet
   dialog->setCancelHandler([&](RQAlertView& self) { self.setDelegate(delegate); });
   dialog->forceCancel();
   EXPECT_THAT(heard(), ElementsAre("shown", "cancelled", "afterwards"));
-}
-
-TEST_F(Reports, ThrowWhereAButtonIsForcedThatThereIsNotOrADialogWasNotInitialized) {
-  const std::string uninitialized =
-      "You need to use one of \"- initWith...\" or \"+ alertViewWith...\" methods to initialize RQAlertView";
-  const Dialog bare = RQAlertView::alloc();
-  const Dialog dialog = showing("alert buttons=A,B");
-  const std::pair<std::function<void()>, std::string> rows[] = {
-      {[&] { dialog->forceCancel(); }, "Cancel button is not exists"},
-      {[&] { dialog->forceDestructive(); }, "Destructive button is not exists"},
-      {[&] { dialog->forceActionAtIndex(2); }, "Button at index 2 is not exists"},
-      {[&] { dialog->forceActionAtIndex(18446744073709551615U); },
-       "Button at index 18446744073709551615 is not exists"},
-      {[&] { bare->show(); }, uninitialized},
-      {[&] { bare->showAnimated(); }, uninitialized},
-      {[&] { bare->showAnimated(true, [] {}); }, uninitialized},
-      {[&] { RQAlertView::appearance()->show(); }, uninitialized},
-      {[&] { dialog->transitionToAlertView(bare); }, uninitialized},
-  };
-  for (const auto& [call, message] : rows) EXPECT_EQ(messageOf(call), message);
-  EXPECT_TRUE(dialog->isShowing());
-  dialog->setButtonEnabled(false, 2);
-  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{true, true}));
-  EXPECT_THROW(dialog->isButtonEnabledAtIndex(2), std::out_of_range);
-  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(2, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
 }
 
 TEST_F(Reports, WarnOfEachDeprecatedDelegateMethodOnce) {
