@@ -3,9 +3,11 @@
 #include "RQAlertView/RQAlertViewHeader.h"
 #include "alert/Pictures.h"
 #include "platform/UIActivityIndicatorView.h"
+#include "support/Clock.h"
 #include "support/Sections.h"
 
 #include <cmath>
+#include <functional>
 #include <map>
 #include <stdexcept>
 
@@ -16,16 +18,20 @@ namespace {
 
 class Looks : public Pictures {
  protected:
-  static std::pair<const QWidget*, QRect> partNamed(const Dialog& dialog, const QString& name) {
+  static constexpr const char* states[] = {"allocated", "made",       "showing",
+                                           "shown",     "dismissing", "dismissed"};
+
+  static std::pair<QWidget*, QRect> partNamed(const Dialog& dialog, const QString& name) {
     if (name.startsWith('@')) return placeOf(dialog, name.mid(1));
-    const std::map<QString, const QWidget*> parts{{"box", frameOf(dialog)},
-                                                  {"screen", dialog->view()},
-                                                  {"list", listOf(dialog)},
-                                                  {"header", partOf<RQAlertViewHeader>(dialog)},
-                                                  {"bar", partOf<QProgressBar>(dialog)},
-                                                  {"indicator", partOf<UIActivityIndicatorView>(dialog)},
-                                                  {"field", partOf<RQAlertViewTextField>(dialog)}};
-    const QWidget* part = parts.at(name);
+    if (name == "display") return {UIScreen::mainScreen(), UIScreen::mainScreen()->rect()};
+    const std::map<QString, QWidget*> parts{{"box", frameOf(dialog)},
+                                            {"screen", dialog->view()},
+                                            {"list", listOf(dialog)},
+                                            {"header", partOf<RQAlertViewHeader>(dialog)},
+                                            {"bar", partOf<QProgressBar>(dialog)},
+                                            {"indicator", partOf<UIActivityIndicatorView>(dialog)},
+                                            {"field", partOf<RQAlertViewTextField>(dialog)}};
+    QWidget* part = parts.at(name);
     if (part == nullptr) throw std::invalid_argument("not shown: " + name.toStdString());
     return {part, part->rect()};
   }
@@ -39,6 +45,7 @@ class Looks : public Pictures {
                    height == 0 ? area.height() : height);
     }
     const QString color = words.size() == 3 ? words[1] : "magenta";
+    if (words.back() == "strength") return 100 - std::lround(seenAt(part, area.center()).greenF() * 100);
     QRect found(part->mapTo(dialog->view(), area.topLeft()), area.size());
     QSize within = dialog->view()->size();
     if (color != "whole") {
@@ -59,10 +66,29 @@ class Looks : public Pictures {
 
   // CHANGES: CHECK; CHECK ...
   static void follow(const Dialog& dialog, const QString& line, std::map<QString, int>& before) {
-    QStringList changes = line.section(": ", 0, 0).split(' ');
-    if (changes.removeOne("from=right")) UIApplication::setLayoutDirection(Qt::RightToLeft);
+    QStringList changes;
+    std::function<void()> letOff = [] {};
+    for (const QString& word : line.section(": ", 0, 0).split(' ')) {
+      const QString value = word.section('=', 1);
+      if (word == "from=right") {
+        UIApplication::setLayoutDirection(Qt::RightToLeft);
+      } else if (word.startsWith("turn=")) {
+        letGo();
+        HeldClock::turn(value.toLong());
+      } else if (word.startsWith("progress=")) {
+        dialog->setProgress(value.toDouble(), true);
+      } else if (word == "dismiss") {
+        dialog->dismissAnimated();
+      } else if (word.startsWith("press=")) {
+        const auto [widget, place] = placeOf(dialog, value);
+        QTest::mousePress(widget, Qt::LeftButton, {}, place.center());
+        // Far from every button, so that nothing is tapped.
+        letOff = [widget] { QTest::mouseRelease(widget, Qt::LeftButton, {}, {-500, -500}); };
+      } else if (word != "-") {
+        changes << word;
+      }
+    }
     for (auto* field : dialog->textFieldsArray()) field->setText("Hm");
-    changes.removeOne("-");
     change(*dialog, changes.join(' '));
     letGo();
     std::map<QString, int> now = before;
@@ -71,6 +97,10 @@ class Looks : public Pictures {
       const QString number = words.takeLast();
       const QString relation = words.takeLast();
       const QString what = words.join(' ');
+      if (what == "state") {
+        EXPECT_EQ(number, states[static_cast<int>(dialog->state())]) << line.toStdString();
+        continue;
+      }
       const int is = now[what] = measured(dialog, words);
       const double share = number.startsWith("was*") ? number.mid(4).toDouble() : 1;
       const double wanted =
@@ -83,6 +113,7 @@ class Looks : public Pictures {
           << check.toStdString() << ", is " << is;
     }
     before = now;
+    letOff();
   }
 };
 
@@ -94,13 +125,21 @@ TEST_F(Looks, AreAsWritten) {
     ASSERT_FALSE(dialogs.empty() || lines.empty());
     for (const QString& each : dialogs) {
       SCOPED_TRACE(each.left(80).toStdString());
-      const Dialog dialog = showing(each.section(" | ", 0, 0));
+      const HeldClock clock;
+      setMotionEnabled(each.startsWith("moving "));
+      const Dialog dialog = dialogFrom(each.section(" | ", 0, 0).remove("moving "));
+      dialog->showAnimated();
+      const QString words = each.section(" | ", 1);
       std::map<QString, int> before;
       for (QString line : lines) {
-        follow(dialog, line.replace('$', each.section(" | ", 1)), before);
+        line.replace("$2", words.section(' ', 1)).replace('$', words.section(' ', 0, 0));
+        follow(dialog, line, before);
       }
       UIApplication::setLayoutDirection(Qt::LeftToRight);
       close(dialog);
+      HeldClock::turn(10'000);
+      letGo();
+      setMotionEnabled(false);
     }
     dialogs.clear();
     lines.clear();
@@ -142,83 +181,6 @@ TEST_F(Looks, BlurWhatLiesBehind) {
     }
     EXPECT_LT(brightness[1] + 40, brightness[2]) << property.toStdString();
     EXPECT_LT(brightness[2] + 40, brightness[3]) << property.toStdString();
-  }
-}
-
-// What a finger, or the application, does to a button.
-const QStringList touches{"", "Highlighted", "Disabled"};
-
-class LooksOfButtons : public Pictures {
- protected:
-  // As the user sees the button or row with the title in this state.
-  static QImage seenIn(const QString& touch, const Dialog& dialog, const QString& title) {
-    const int enabled = touch != "Disabled";
-    change(*dialog,
-           QString("buttonsEnabled=%1 cancelButtonEnabled=%1 destructiveButtonEnabled=%1").arg(enabled));
-    letGo();
-    const auto [widget, place] = placeOf(dialog, title);
-    if (touch == "Highlighted") QTest::mousePress(widget, Qt::LeftButton, {}, place.center());
-    const QImage picture = seen(widget, place);
-    // Far from every button, so that nothing is tapped.
-    if (touch == "Highlighted") QTest::mouseRelease(widget, Qt::LeftButton, {}, {-500, -500});
-    return picture;
-  }
-  static bool has(const QImage& picture, const QColor& color) {
-    return !extentWhere(picture, [&color](const QColor& pixel) { return pixel == color; }).isNull();
-  }
-};
-
-TEST_F(LooksOfButtons, AreThoseOfTheirKindAndState) {
-  const std::pair<QString, QString> kinds[] = {
-      {"buttons", "Act"}, {"cancelButton", "No"}, {"destructiveButton", "Del"}};
-  // One for each property of each kind.
-  const auto colorOf = [](const QString& kind, const QString& property) {
-    return QColor(60 + static_cast<int>(kind.size()) * 10, 40 + static_cast<int>(property.size()) * 5, 200);
-  };
-  for (const char* list : {"0", "1"}) {
-    const Dialog dialog =
-        dialogFrom(QString("alert buttons=Act cancel=No destructive=Del oneRowOneButton=") + list);
-    for (const auto& [kind, title] : kinds) {
-      // Thick enough for pixels of the colour itself.
-      change(*dialog, kind + "Font=bold30");
-      for (const QString& touch : touches) {
-        for (const QString& property : {"TitleColor" + touch, "BackgroundColor" + touch})
-          change(*dialog, kind + property + "=" + colorOf(kind, property).name());
-      }
-    }
-    dialog->show();
-    for (const auto& [kind, title] : kinds) {
-      for (const QString& touch : touches) {
-        SCOPED_TRACE((kind + touch + list).toStdString());
-        const QImage picture = seenIn(touch, dialog, title);
-        EXPECT_TRUE(has(picture, colorOf(kind, "TitleColor" + touch)));
-        EXPECT_EQ(picture.pixelColor(14, 14), colorOf(kind, "BackgroundColor" + touch));
-      }
-      change(*dialog, kind + "BackgroundColorDisabled=none");
-      EXPECT_EQ(seenIn("Disabled", dialog, title).pixelColor(14, 14), colorOf(kind, "BackgroundColor"))
-          << "without a colour of its own";
-    }
-    close(dialog);
-  }
-}
-
-TEST_F(LooksOfButtons, MayHaveAnIconForEachState) {
-  const QString plain =
-      "alert buttons=Act cancel=No destructive=Del button0.icon=magenta*10 "
-      "buttonsBackgroundColorHighlighted=white oneRowOneButton=";
-  for (const char* list : {"0", "1"}) {
-    for (const QString& own :
-         {QString(), QString(" button0.iconHighlighted=lime*10 button0.iconDisabled=yellow*10")}) {
-      const Dialog dialog = showing(plain + list + own);
-      for (const auto& [touch, color] : {std::pair<const char*, QColor>("", telling),
-                                         {"Highlighted", QColor(Qt::green)},
-                                         {"Disabled", QColor(Qt::yellow)}}) {
-        const QImage picture = seenIn(touch, dialog, "Act");
-        for (const QColor& each : {telling, QColor(Qt::green), QColor(Qt::yellow)})
-          EXPECT_EQ(has(picture, each), each == (own.isEmpty() ? telling : color)) << touch;
-      }
-      close(dialog);
-    }
   }
 }
 
