@@ -130,29 +130,6 @@ def text_of(name):
     return text.getText(0, text.characterCount)
 
 
-def key(*arguments):
-    subprocess.run(["xdotool", *arguments], check=True)
-
-
-def hold_return(device):
-    """A Return that is held down opens the prompt and leaves it at that."""
-    # There is no window manager that would do it.
-    key("search", "--sync", "--onlyvisible", "--name", "Tweakbench", "windowfocus", "--sync")
-    key("key", "ctrl+n")
-    dialog("Project Options")
-    key("key", "Tab")
-    key("keydown", "Return")
-    dialog("Create New Project")
-    repeated = []
-    GLib.timeout_add(1500, lambda: repeated.append(True))
-    wait_for(lambda: repeated, "no time passes")
-    assert showing(DIALOGS, "Create New Project"), "the key has confirmed what it opened"
-    key("keyup", "Return")
-    key("key", "Escape")
-    no_dialog()
-    assert not os.listdir(f"{device}/var/Tweakyard/Projects")
-
-
 def create_project():
     check_controls("main")
     use(BUTTON, "New Project")
@@ -289,7 +266,6 @@ def main():
     device = sys.argv[1]
     APPLICATION = application()
     try:
-        hold_return(device)
         create_project()
         edit_file()
         build(device)

@@ -89,36 +89,33 @@ TEST_F(Converter, RefusesAnAnswerThatMeansNoPatch) {
 }
 
 TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
-  const auto list = [](const std::string& patches) {
-    return "<plist><dict><key>patches</key>" + patches + "</dict></plist>";
+  const auto reason = [this] {
+    EXPECT_EQ(run("0\n"), Ending::Refused);
+    EXPECT_FALSE(fileExistsAtPath(places_.folder));
+    const std::vector<std::string> entries = flexMenuEntries(cleanedFlexMenu(log()));
+    return entries.size() == 1 ? entries.front() : std::to_string(entries.size());
   };
+  expectCases("reason", [&](const Case& row) {
+    putFile(places_.list, row[0]);
+    return reason();
+  });
   std::string nested;
   for (int level = 0; level < 100; ++level) nested = "<array>" + nested + "</array>";
   const std::string sample = fileAt(TWEAKBENCH_FLEX_SAMPLE);
-  const auto expectRefusal = [this](const std::string& reason) {
-    EXPECT_EQ(run("0\n"), Ending::Refused);
-    EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())), std::vector<std::string>{reason});
-    EXPECT_FALSE(fileExistsAtPath(places_.folder));
-  };
-  for (const std::string& bytes : {list("<array/>"), list("<array><string>x</string></array>")}) {
+  for (const std::string& bytes : {sample.substr(0, 900), binaryPropertyList(sample).substr(0, 200),
+                                   "<plist><dict><key>patches</key>" + nested + "</dict></plist>"}) {
     putFile(places_.list, bytes);
-    expectRefusal("No Flex patches were found on this device.");
-  }
-  for (const std::string& bytes : {std::string(), std::string("patches"), sample.substr(0, 900),
-                                   binaryPropertyList(sample).substr(0, 200), list("<dict/>"),
-                                   std::string("<plist><array/></plist>"), list(nested)}) {
-    putFile(places_.list, bytes);
-    expectRefusal("The list of Flex patches is damaged.");
+    EXPECT_EQ(reason(), "The list of Flex patches is damaged.");
   }
   putFile(places_.list, std::string(2 << 20, 'x'));
-  expectRefusal("The list of Flex patches cannot be read.");
+  EXPECT_EQ(reason(), "The list of Flex patches cannot be read.");
   removeItemAtPath(places_.list);
-  expectRefusal("No Flex patches were found on this device.");
+  EXPECT_EQ(reason(), "No Flex patches were found on this device.");
   mkfifo(places_.list.c_str(), 0600);
-  expectRefusal("The list of Flex patches cannot be read.");
+  EXPECT_EQ(reason(), "The list of Flex patches cannot be read.");
   removeItemAtPath(places_.list);
   createDirectoryAtPath(places_.list);
-  expectRefusal("The list of Flex patches cannot be read.");
+  EXPECT_EQ(reason(), "The list of Flex patches cannot be read.");
 }
 
 TEST_F(Converter, SaysWhenTheSourceCannotBeWritten) {
@@ -150,12 +147,11 @@ TEST(FlexMenu, TextsGoOneAfterTheOtherAndEscapeBytesStay) {
 }
 
 TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
-  EXPECT_EQ(splitLines("a\n\nb\n"), (Lines{"a", "", "b", ""}));
-  EXPECT_EQ(splitLines(""), Lines{""});
-  EXPECT_EQ(flexMenuEntries("L0\nL1\nL2\nL3\nL4\nL5\nL6\nL7\nL8\nL9"), (Lines{"L1", "L3", "L4", "L5", "L6"}));
-  EXPECT_EQ(flexMenuEntries("L0\n\nL2\nL3\n\n\nL6\n \n7\n8\n9"), (Lines{"L3", "L6", " "}));
-  EXPECT_EQ(flexMenuEntries("\n\n\n\n"), Lines{});
-  EXPECT_EQ(flexMenuEntries("0\n1\n2\n3\n4\n5"), Lines{"1"});
+  expectCases("entries", [](const Case& row) {
+    std::string entries;
+    for (const std::string& entry : flexMenuEntries(row[0])) entries += '<' + entry + '>';
+    return entries;
+  });
   const std::string flood = replaceAll(std::string(100'000, '.'), ".", "y\n");
   EXPECT_EQ(flexMenuEntries(flood), Lines(mostFlexMenuEntries, "y"));
   EXPECT_EQ(flexMenuEntries("0\n1\n2\n" + std::string(1'000'000, 'x') + "\n4\n5\n6\n7"), (Lines{"1", "4"}));
@@ -178,29 +174,8 @@ TEST(FlexMenu, AKeyIsTheEntryWithoutThreeCharactersAndBlanks) {
 // and the key of that entry means this patch and can stand in a command line and a file name.
 TEST(Menu, EachPatchIsOneEntryWhoseKeyMeansIt) {
   Lines names;
-  for (const char* name : {"Premium",
-                           "7 Days",
-                           "0",
-                           "-",
-                           "",
-                           "two\nlines",
-                           "a  b",
-                           "كل الميزات",
-                           "🚀 go",
-                           "\033[31mred\033[0m",
-                           "x; rm -rf /",
-                           "$(reboot)`id`",
-                           "\"quoted\" 'too'",
-                           "../../etc",
-                           "[0m[m",
-                           "Premium",
-                           "PleaseININN",
-                           "All PleasePleaseININNININN now",
-                           "a&b|c>d<e",
-                           "wide\302\240\342\200\256blanks",
-                           "*?{a,b}~!#%"}) {
-    names.push_back(name);
-  }
+  for (const Case& row : cases("name")) names.push_back(row[0]);
+  names.emplace_back();
   names.push_back(std::string(5000, 'w'));
   names.push_back(std::string(flexBanner));
   for (int more = 0; more < 90; ++more) names.push_back("Patch " + std::to_string(more));

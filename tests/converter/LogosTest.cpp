@@ -8,6 +8,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <cstdlib>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -54,6 +55,17 @@ PropertyListValue valueOf(const std::string& cell) {
   if (cell.find('.') != std::string::npos) return {std::stod(cell)};
   if (cell == std::to_string(UINT64_MAX)) return {UINT64_MAX};
   return {static_cast<std::int64_t>(std::stoll(cell))};
+}
+
+// NUMBER=VALUE and so on, or one value; absent where the cell is empty.
+std::optional<PropertyListValue> settingOf(const std::string& cell) {
+  if (cell.empty()) return std::nullopt;
+  if (cell != " " && cell.find('=') == std::string::npos) return valueOf(cell);
+  PropertyListValue::Dictionary arguments;
+  std::istringstream settings(cell);
+  for (std::string each; settings >> each;)
+    arguments[each.substr(0, each.find('='))] = valueOf(each.substr(each.find('=') + 1));
+  return setting(arguments);
 }
 
 TEST(Values, FitTheirTypesOrAreRefused) {
@@ -103,51 +115,24 @@ TEST(Source, HooksEachClassOnceWithItsMethods) {
 }
 
 TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
-  const PropertyListValue arguments = setting({{"1", whole(5)}});
-  const char* const uncounted = "automatic reference counting does not let the method be hooked";
-  const std::pair<FlexUnit, const char*> rows[] = {
-      {{"Good", "- (int)a", whole(1), {}}, ""},
-      {{"Good", "- (int)a", whole(2), {}}, "an earlier unit has set the method"},
-      {{"Good", "- (int)b:(int)x", {}, {}}, "it sets nothing"},
-      {{"Good", "- (int)b:(int)x", {}, setting({{"0", whole(5)}})}, "the method has no argument 0"},
-      {{"Good", "- (int)b:(int)x", {}, setting({{"2", whole(5)}})}, "the method has no argument 2"},
-      {{"Good", "- (int)b:(int)x", {}, setting({{"1", whole(5)}, {"01", whole(6)}})},
-       "argument 1 is set twice"},
-      {{"Good", "- (int)b:(int)x", {}, text("5")}, "its arguments are no dictionary"},
-      {{"Good", "- (int)b:(int)x", {}, setting({})}, "it sets nothing"},
-      {{"Good", "- (void)c", whole(1), {}}, "the method gives no value"},
-      {{"Good", "- (void)c:(int)x", text("nil"), arguments},
-       "arguments are set for a method that is not to be called"},
-      {{"Good\n%end\n%hook Evil", "- (int)a", whole(1), {}}, "the class name is not understood"},
-      {{"Module..Swift", "- (int)a", whole(1), {}}, "the class name is not understood"},
-      {{"Good", "- (int)d", whole(1), {}, false}, "it is switched off"},
-      {{"Good", "- (int)retainCount", whole(1), {}}, uncounted},
-      {{"Good", "- (void)copy", text("nil"), {}}, uncounted},
-      {{"Good", "- (CDStruct_1)d:(int)x", {}, arguments}, "the type CDStruct_1 is not understood"},
-      {{"Good", "- (PriceKind)d:(int)x", {}, arguments}, "the type PriceKind is not understood"},
-      {{"Good", "- (PriceKind)d", text("words"), {}}, "a value does not fit the type PriceKind"},
-      {{"Good", "- (void)d:(int)x, ...", {}, arguments}, "it takes a number of arguments that is not known"},
-      {{"Only", "- (int)a { } %end //", whole(1), {}}, "the method is not understood"},
-      {{"", "", {}, {}}, "no class is named"},
-      {{"Good", "- (int)b:(int)x", {}, arguments}, ""},
-  };
   FlexPatch patch{"name */\n%ctor { evil(); }\n", "com.example\n%hook Evil", {}};
-  for (const auto& [unit, reason] : rows) patch.units.push_back(unit);
+  std::vector<std::string> reasons;
+  for (const auto& row : table("units.tsv")) {
+    patch.units.push_back(
+        {row[0], row[1], settingOf(row[2]), settingOf(row[3]), row[4] != "it is switched off"});
+    if (!row[4].empty()) reasons.push_back(row[4]);
+  }
   const LogosSource source = logosSource(patch);
   EXPECT_EQ(source.hooked, 2U);
-  EXPECT_EQ(source.skipped, 20U);
+  EXPECT_EQ(source.skipped, reasons.size());
   const ReadSource read = LogosReader::read(source.text);
   ASSERT_EQ(read.hooks.size(), 1U);
   EXPECT_EQ(read.hooks.at("Good"),
             (std::map<std::string, std::string>{{"- (int)a", "return 1;\n"},
                                                 {"- (int)b:(int)arg1", "arg1 = 5;\nreturn %orig(arg1);\n"}}));
   ASSERT_EQ(read.comments.size(), source.skipped + 4) << "behind the heading";
-  auto comment = read.comments.begin() + 4;
-  for (const auto& [unit, reason] : rows) {
-    if (*reason == '\0') continue;
-    EXPECT_TRUE(comment->ends_with(std::string(": ") + reason + ".")) << *comment;
-    ++comment;
-  }
+  for (std::size_t unit = 0; unit < reasons.size(); ++unit)
+    EXPECT_TRUE(read.comments[unit + 4].ends_with(": " + reasons[unit] + ".")) << read.comments[unit + 4];
 }
 
 TEST(Source, NamesWhatTheHeadersTakeOtherwiseAndHandsOnNothingUnknown) {

@@ -1,13 +1,12 @@
 // Reading long texts: finding, zooming, selecting with keys, and what assistive technology is told.
 #include "tests/ui/Screens.h"
 
+#include <array>
+#include <vector>
+
 #include <QAccessible>
-#include <QClipboard>
 #include <QLabel>
-#include <QLayout>
-#include <QLineEdit>
 #include <QMenu>
-#include <QScrollBar>
 #include <QScroller>
 #include <QWheelEvent>
 
@@ -138,50 +137,49 @@ TEST_F(Reading, TheTextsMenuSpeaksBothLanguages) {
   });
 }
 
-TEST_F(Reading, TheAboutScreenFitsTheSmallestScreen) {
-  start();
-  UIScreen::mainScreen()->resize(320, 480);
-  finger::tap("About");
-  finger::waitToSee(localized(text::developedBy));
-  QCoreApplication::processEvents();
-  const QWidget& bar = *finger::find("Back")->parentWidget();
-  int below = bar.mapTo(UIScreen::mainScreen(), QPoint(0, bar.height())).y();
-  const QWidget& panel = *finger::find("Profile")->parentWidget();
-  EXPECT_LE(panel.mapTo(UIScreen::mainScreen(), QPoint(0, panel.height())).y(), 480);
-  for (int place = 0; place < panel.layout()->count(); ++place) {
-    const QWidget& part = *panel.layout()->itemAt(place)->widget();
-    const int top = part.mapTo(UIScreen::mainScreen(), QPoint()).y();
-    EXPECT_GE(top, below) << part.objectName().toStdString();
-    EXPECT_GE(part.height(),
-              part.hasHeightForWidth() ? part.heightForWidth(part.width()) : part.minimumSizeHint().height())
-        << part.objectName().toStdString();
-    below = top + part.height();
-  }
-}
-
-TEST_F(Reading, TheBuildScreenFitsEveryWidth) {
-  TextView& view = openLog("built\n");
-  const auto placeOf = [](const char* name) {
-    QWidget* const widget = finger::find(name);
-    return QRect(widget->mapTo(UIScreen::mainScreen(), QPoint()), widget->size());
+TEST_F(Reading, EveryScreenFitsEveryWidth) {
+  UIScreen& screen = *UIScreen::mainScreen();
+  const auto expectWhole = [&screen](const char* what, const QSize& size) {
+    screen.resize(size);
+    for (int pass = 0; pass < 2; ++pass) QCoreApplication::processEvents();
+    std::vector<std::pair<const QWidget*, QRect>> places;
+    for (const QWidget* part : UIApplication::sharedApplication()->keyWindow()->findChildren<QWidget*>()) {
+      const QString kind = part->metaObject()->className();
+      if (!part->isVisible() || !QStringList({"UIButton", "UISwitch", "QLabel"}).contains(kind)) continue;
+      const QRect place(part->mapTo(&screen, QPoint()), part->size());
+      const std::string name =
+          part->objectName().toStdString() + " of " + what + " at " + std::to_string(size.width());
+      EXPECT_TRUE(screen.rect().contains(place)) << name;
+      EXPECT_GE(part->height(), part->hasHeightForWidth() ? part->heightForWidth(part->width())
+                                                          : part->minimumSizeHint().height())
+          << name;
+      for (const auto& [other, taken] : places)
+        EXPECT_FALSE(taken.intersects(place)) << name << " and " << other->objectName().toStdString();
+      places.emplace_back(part, place);
+    }
+    EXPECT_GT(places.size(), 2U);
   };
   // From wide to narrow, as nothing may keep the width that it once had.
-  for (const QSize size : {QSize(1440, 900), QSize(820, 1180), QSize(390, 844), QSize(320, 480)}) {
-    UIScreen::mainScreen()->resize(size);
-    QCoreApplication::processEvents();
-    const QRect log(view.mapTo(UIScreen::mainScreen(), QPoint()), view.size());
-    const bool sideBySide = log.right() < placeOf("Make Package").left();
-    EXPECT_EQ(sideBySide, size.width() >= 900) << size.width();
-    for (const char* name :
-         {"Make Package", "Make Package Install", "Clear Log", "Respring", "Show success alert"}) {
-      const QRect place = placeOf(name);
-      EXPECT_TRUE(UIScreen::mainScreen()->rect().contains(place)) << name << " at " << size.width();
-      EXPECT_FALSE(place.intersects(log)) << name << " at " << size.width();
-    }
-    if (!sideBySide) {
-      EXPECT_NEAR(placeOf("Make Package").center().x(), size.width() / 2, 1);
+  const std::array sizes{QSize(1440, 900), QSize(820, 1180), QSize(390, 844), QSize(320, 480)};
+  TextView& view = openLog("built\n");
+  for (const QSize& size : sizes) {
+    expectWhole("build", size);
+    const QWidget& button = *finger::find("Make Package");
+    const int left = button.mapTo(&screen, QPoint()).x();
+    const bool isBeside = view.mapTo(&screen, QPoint(view.width(), 0)).x() <= left;
+    EXPECT_EQ(isBeside, size.width() >= 900) << size.width();
+    if (!isBeside) {
+      EXPECT_NEAR(left + button.width() / 2, size.width() / 2, 1);
     }
   }
+  tap("Back");
+  for (const QSize& size : sizes) expectWhole("main", size);
+  tap("About");
+  finger::waitToSee(localized(text::developedBy));
+  for (const QSize& size : sizes) expectWhole("about", size);
+  tap("Back");
+  openEditor("log");
+  for (const QSize& size : sizes) expectWhole("editor", size);
 }
 
 // The build ends only when the interface, alive meanwhile, lets it.

@@ -6,6 +6,7 @@
 #include "support/Shell.h"
 #include "support/SystemLog.h"
 #include "tests/ui/Screens.h"
+#include "ui/controls/UIButton.h"
 
 #include <algorithm>
 #include <array>
@@ -15,6 +16,7 @@
 #include <map>
 #include <mutex>
 #include <regex>
+#include <set>
 #include <spawn.h>
 #include <sstream>
 #include <tuple>
@@ -22,9 +24,11 @@
 #include <vector>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QClipboard>
 #include <QLabel>
 #include <QListView>
+#include <QRegularExpression>
 
 namespace {
 
@@ -41,7 +45,11 @@ std::vector<DelayedCall> held;  // main thread only
 
 void record(const std::string& line) {
   const std::lock_guard lock(mutex);
-  if (isRecording) records.push_back(replaceAll(replaceAll(line, "\n", "\\n"), "\x1B", "\\e"));
+  if (!isRecording) return;
+  records.push_back(line);
+  for (const auto& [from, to] :
+       {std::pair("\n", "\\n"), {"\r", "\\r"}, {"\x1B", "\\e"}, {"\uFEFF", "\\uFEFF"}})
+    records.back() = replaceAll(records.back(), from, to);
 }
 
 // All three in this order are one line.
@@ -143,10 +151,11 @@ class Transcripts : public Screens {
       if (pair.size() == 2) arabic_[pair[1]] = pair[0];
     }
     for (const TextPair& own :
-         {text::saveChanges, text::changesWouldBeLost, text::save, text::discard, text::nextLogAppearsHere,
-          text::tapAgainToBuild, text::goToFile, text::fileName, text::searchInProject, text::searchedText,
-          text::linesFound, text::noMatch, text::oneError, text::longLinesNotWrapped, text::nextProblem,
-          text::goToLine, text::lineNumber})
+         {text::saveChanges,        text::changesWouldBeLost,  text::save,        text::discard,
+          text::nextLogAppearsHere, text::tapAgainToBuild,     text::goToFile,    text::fileName,
+          text::searchInProject,    text::searchedText,        text::linesFound,  text::noMatch,
+          text::oneError,           text::longLinesNotWrapped, text::nextProblem, text::goToLine,
+          text::lineNumber,         text::replaceBy,           text::replaceAll,  text::replacedCount})
       arabic_[own.english] = own.arabic;
     arabic_["2 errors, 1 warning"] = fill(text::someErrors.arabic, {std::string("2")}) +
                                      text::listComma.arabic +
@@ -327,8 +336,11 @@ class Transcripts : public Screens {
       UIScreen::mainScreen()->resize(QString::fromStdString(rest).section('x', 0, 0).toInt(),
                                      QString::fromStdString(rest).section('x', 1).toInt());
     } else if (verb == "tab") {
-      for (int tabs = 0; tabs < 20 && QApplication::focusWidget()->objectName().toStdString() != rest; ++tabs)
-        press("Tab");
+      const auto isThere = [name = translated(rest)] {
+        const QWidget& focused = *QApplication::focusWidget();
+        return name == focused.objectName().toStdString() || name == shown(focused.accessibleName());
+      };
+      for (int tabs = 0; tabs < 20 && !isThere(); ++tabs) press("Tab");
     } else if (verb == "keys") {
       QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(rest));
     } else if (verb == "where") {
@@ -338,6 +350,14 @@ class Transcripts : public Screens {
       record(std::to_string(text.selectionBegin()) + " to " + std::to_string(text.selectionEnd()));
     } else if (verb == "text") {
       describe(shown<TextView>());
+    } else if (verb == "buttons") {
+      describeButtons();
+    } else if (verb == "latin") {
+      if (isArabic_) recordLatinTexts();
+    } else if (verb == "colours") {
+      const QImage picture = shown<QWidget>(rest).grab().toImage();
+      record((picture.pixelColor(4, 10).name() + ' ' + picture.pixelColor(4, picture.height() - 4).name())
+                 .toStdString());
     } else if (verb == "close") {
       record(UIScreen::mainScreen()->close() ? "closed" : "stays");
     } else if (verb == "copy") {
@@ -349,7 +369,8 @@ class Transcripts : public Screens {
       for (std::string copied; std::getline(copy, copied);) record("| " + copied);
     } else if (verb == "rows") {
       const QAbstractItemModel& rows = *shown<QListView>().model();
-      for (int row = 0; row < rows.rowCount(); ++row)
+      if (rows.rowCount() > 20) record(std::to_string(rows.rowCount()) + " rows");
+      for (int row = 0; row < rows.rowCount() && rows.rowCount() <= 20; ++row)
         record("| " + rows.index(row, 0).data().toString().toStdString());
     } else if (verb == "miss") {
       waitToMiss(QString::fromStdString(inThisLanguage(rest)));
@@ -400,6 +421,40 @@ class Transcripts : public Screens {
     record(text.wrapMode() == QsciScintilla::WrapNone ? "not wrapped" : "wrapped");
     record("marks" + marks);
     record("unseen" + unseen);
+  }
+
+  static void describeButtons() {
+    std::set<QString> buttons;
+    for (UIButton* button : UIApplication::sharedApplication()->keyWindow()->findChildren<UIButton*>()) {
+      if (!button->isVisible()) continue;
+      button->setAttribute(Qt::WA_UnderMouse, false);
+      const QString name = button->accessibleName();
+      const QString tip = button->toolTip();
+      QString line = button->objectName();
+      if (name.isEmpty()) line += " without a name";
+      if ((button->focusPolicy() & Qt::TabFocus) == 0) line += " out of the keyboard's reach";
+      if (!tip.isEmpty()) line += tip.startsWith(name) ? tip.mid(name.size()) : ' ' + tip;
+      const QColor ground = button->grab().toImage().pixelColor(button->width() / 4, 6);
+      buttons.insert(QString("%1 %2 %3 %4")
+                         .arg(line, ground.name())
+                         .arg(button->layer().cornerRadius)
+                         .arg(button->layer().borderWidth));
+    }
+    for (const QString& button : buttons) record("| " + button.toStdString());
+  }
+
+  // Of all that is visible, names, captions and tooltips in Latin letters, but for proper names and keys.
+  static void recordLatinTexts() {
+    static const QRegularExpression latin("^(?!Pelbo|شكرا|Tweakbench|/).*[A-Za-z]{2}");
+    for (const QWidget* widget : UIScreen::mainScreen()->findChildren<QWidget*>()) {
+      if (!widget->isVisible()) continue;
+      QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+      for (const QString& text :
+           {read->text(QAccessible::Name), read->text(QAccessible::Description), widget->toolTip(),
+            widget->property("text").toString(), widget->property("placeholderText").toString()}) {
+        if (text.section(" (", 0, 0).contains(latin)) record(text.toStdString());
+      }
+    }
   }
 
   static void look() {

@@ -1,9 +1,6 @@
 #include "core/Languages.h"
 #include "support/Cases.h"
 #include "support/Device.h"
-#include "support/StandardStreams.h"
-#include "workspace/CurrentProject.h"
-#include "workspace/ProjectFiles.h"
 #include "workspace/Projects.h"
 
 #include <set>
@@ -12,31 +9,7 @@
 
 namespace {
 
-class Workspace : public testing::Test {
- protected:
-  Workspace() {
-    device::reset();
-    createProjectsFolder();
-  }
-
-  const StandardStreams restored_;
-};
-
-TEST_F(Workspace, AHeaderIsImportedAboveATextThatNoCommandLineHolds) {
-  std::string text;
-  std::string expanded;
-  while (text.size() < 5'000'000) {
-    text += R"(%s%%\\\n%n$(x)`"')";
-    expanded += "%s%%\\\n%n$(x)`\"'";
-  }
-  const std::string longest(253, 'h');
-  putFile(device::projects + "P/Tweak.x", text);
-  setCurrentProject("P");
-  EXPECT_TRUE(createHeader(longest));
-  EXPECT_TRUE(fileAt(device::projects + "P/Tweak.x") == "#import " + longest + ".h\n" + expanded + "\n");
-}
-
-TEST_F(Workspace, TokensAreIndependent) {
+TEST(Tokens, AreIndependent) {
   std::set<std::string> tokens;
   std::set<char> letters;
   for (int count = 0; count < 500; ++count) {
