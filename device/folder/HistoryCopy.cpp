@@ -62,6 +62,8 @@ struct Walk {
   bool isWhole = true;
   // Some file has the size and time that its copy has, and was changed nevertheless.
   bool hasDisguisedChange = false;
+  // Some file is too large to keep.
+  bool hasHugeFile = false;
 };
 
 // The folders in which the kinds of things are, in the order of allKept; empty where there is none, or a link
@@ -85,8 +87,8 @@ std::uint64_t spaceOf(const struct stat& status) {
 
 class Walker {
  public:
-  // `copyBegan`: as in the Record of the copy with which folder() compares.
-  explicit Walker(std::int64_t copyBegan) : copyBegan_(copyBegan) {}
+  // `last`: of the copy with which folder() compares; has to outlive this.
+  explicit Walker(const Record& last) : last_(last) {}
 
   Walk result;
 
@@ -146,18 +148,33 @@ class Walker {
     ++item.entries;
     if (isTooMuch() || fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
     const bool isFile = S_ISREG(status.st_mode);
-    if (isFile && static_cast<std::uint64_t>(status.st_size) > largestFileKept)
+    if (isFile && static_cast<std::uint64_t>(status.st_size) > largestFileKept) {
+      result.hasHugeFile = true;
       return remark(visible(path) + " has more than 64 MiB.");
+    }
     note(path, status);
     const bool looksSame = isFile && fstatat(copy.get(), name, &copied, AT_SYMLINK_NOFOLLOW) == 0 &&
                            S_ISREG(copied.st_mode) && copied.st_size == status.st_size &&
                            nanoseconds(copied.st_mtim) == nanoseconds(status.st_mtim);
-    const bool isSame = looksSame && nanoseconds(status.st_ctim) < copyBegan_;
+    const bool isUntouched = nanoseconds(status.st_ctim) < last_.began;
+    const bool isSame = looksSame && isUntouched;
     if (looksSame && !isSame) result.hasDisguisedChange = true;
+    // What is in a folder that was moved here keeps its times.
+    if (S_ISDIR(status.st_mode) && !isUntouched && exists(copy.get(), name) && !wasAt(path, status.st_ino))
+      result.hasDisguisedChange = true;
     if (!isSame) item.newBytes += spaceOf(status);
     if (S_ISDIR(status.st_mode)) inside(parent, copy, name, path, depth);
     if (!S_ISDIR(status.st_mode) && !isFile && !S_ISLNK(status.st_mode))
       remark(visible(path) + " is no file, folder or link.");
+  }
+
+  // Whether the last walk found this folder at `path`. False also where too many were asked for.
+  bool wasAt(const std::string& path, ino_t inode) {
+    const auto number = static_cast<std::int64_t>(inode);
+    std::string key = path;
+    key.push_back('\0');
+    key.append(reinterpret_cast<const char*>(&number), sizeof number);
+    return ++asked_ <= mostAsked && last_.state.find(key) != std::string::npos;
   }
 
   void inside(int parent, const Descriptor& copy, const char* name, const std::string& path, int depth) {
@@ -180,7 +197,11 @@ class Walker {
     }
   }
 
-  std::int64_t copyBegan_;
+  // Each question searches the whole state.
+  static constexpr int mostAsked = 50;
+
+  const Record& last_;
+  int asked_ = 0;
   std::size_t visited_ = 0;
   // Of the item that is looked at: where its state begins.
   std::size_t start_ = 0;
@@ -195,7 +216,7 @@ KeptFolders openKept(int var) {
 
 // Compares with the copy of `last`, if there is one, in the folder `history`.
 Walk walk(const KeptFolders& folders, int history, const Record& last) {
-  Walker walker(last.began);
+  Walker walker(last);
   for (const Kept kind : allKept) {
     const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
     const Descriptor copy = openFolderBeneath(history, fs::path(last.when) / folderInHistory(kind));
@@ -409,7 +430,8 @@ class Copying {
                                    "--exclude=/*/*/**/" + std::string(folderLeftOut) + "/",
                                    "--exclude=/*/*/" + std::string(folderLeftOut) + "/",
                                    "--max-size=" + std::to_string(largestFileKept), "--out-format=%l"});
-    if (walked.hasDisguisedChange) command.push_back("--checksum");
+    // A checksum would be taken of what is too large, too.
+    if (walked.hasDisguisedChange) command.push_back(walked.hasHugeFile ? "--ignore-times" : "--checksum");
     if (!last.empty()) command.push_back("--link-dest=/to/" + last);
     command.insert(command.end(), {"/from/", std::string("/to/") + beingMade + "/"});
     std::string list;
