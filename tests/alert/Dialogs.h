@@ -3,6 +3,7 @@
 
 #include "RQAlertView/RQAlertViewBox.h"
 #include "RQAlertView/RQAlertViewController.h"
+#include "RQAlertView/RQAlertViewText.h"
 #include "RQAlertView/RQAlertViewWindowsObserver.h"
 #include "alert/Describe.h"
 #include "platform/NSNotificationCenter.h"
@@ -17,6 +18,8 @@
 #include <vector>
 
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -97,6 +100,40 @@ class Dialogs : public testing::Test {
     }
     ADD_FAILURE() << "no button " << title.toStdString();
     return {dialog->view(), {}};
+  }
+  static QRect inStage(const QWidget* part, const Dialog& dialog) {
+    return {part->mapTo(dialog->view(), QPoint()), part->size()};
+  }
+  // Everything inside the screen and inside the box, the texts as high as they need or in an area that
+  // scrolls.
+  static void expectWhole(const Dialog& dialog) {
+    const QRect screen = dialog->view()->rect();
+    const QRect box = inStage(frameOf(dialog), dialog);
+    // Only a shadow may reach out of the screen.
+    const int shadow = dialog->layerShadowRadius() > 0 ? 24 : 0;
+    EXPECT_TRUE(screen.contains(box.adjusted(shadow, shadow, -shadow, -shadow)))
+        << box.width() << "x" << box.height();
+    for (auto* button : dialog->view()->findChildren<RQAlertViewButton*>()) {
+      if (button->isHidden()) continue;
+      EXPECT_TRUE(box.contains(inStage(button, dialog)));
+      EXPECT_GE(button->height(), 30);
+    }
+    if (auto* list = listOf(dialog)) {
+      EXPECT_TRUE(box.contains(inStage(list, dialog)));
+      const int row = list->visualRect(list->model()->index(0, 0)).height();
+      EXPECT_GE(list->height(), row) << "no row is in sight";
+      if (list->height() < row * list->rows().count() && list->height() > 2 * row) {
+        EXPECT_NEAR(list->height() % row, row / 2, 2) << "the list does not look as if it went on";
+      }
+    }
+    const auto* header = dialog->view()->findChild<QScrollArea*>();
+    for (auto* label : dialog->view()->findChildren<RQAlertViewLabel*>()) {
+      if (label->isHidden()) continue;
+      EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+      EXPECT_LE(label->geometry().bottom(), header->widget()->height());
+    }
+    EXPECT_EQ(header->widget()->height() > header->viewport()->height(),
+              header->verticalScrollBar()->maximum() > 0);
   }
   static void tap(const Dialog& dialog, const QString& title) {
     const auto [widget, place] = placeOf(dialog, title);

@@ -2,40 +2,16 @@
 #include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
 #include "platform/ApplicationStyle.h"
+#include "support/Cases.h"
 
 namespace {
 
 class AnyText : public Dialogs {};
 
-struct Shown {
-  const char* what;
-  const char16_t* text;
-  const char16_t* shown;
-};
-
 TEST(DisplayText, ShowsTheTextAsItIsAndTrickeryAsWhatItIs) {
-  const std::vector<Shown> rows{
-      {"plain", u"Tweak.x & <b>", u"Tweak.x & <b>"},
-      {"a path in Arabic is isolated", u"الملف في /var/mobile", u"الملف في \u2066/var/mobile\u2069"},
-      {"words in a row are isolated together", u"انقر Open Project الآن",
-       u"انقر \u2066Open Project\u2069 الآن"},
-      {"apart where Arabic stands between", u"ملف A ثم B", u"ملف \u2066A\u2069 ثم \u2066B\u2069"},
-      {"numbers go with the words around them", u"ملف iOS 14 بعد", u"ملف \u2066iOS\u2069 14 بعد"},
-      {"each line for itself", u"سطر\nfoo.x", u"سطر\n\u2066foo.x\u2069"},
-      {"Latin text is left alone", u"file ملف.x", u"file ملف.x"},
-      {"direction marks are made visible", u"a\u202Etxt.exe\u200F\u2067.\u2069",
-       u"a\uFFFDtxt.exe\uFFFD\uFFFD.\uFFFD"},
-      {"control characters too", u"a\x07[31mb\x7f", u"a\u2407[31mb\u2421"},
-      {"what begins a colour takes no room", u"\x1b  0 - Name", u"\u200B  0 - Name"},
-      {"a closing mark keeps to its word", u"say \" a/b \"", u"say \" a/\u2060b\u00A0\""},
-      {"line ends are one line end", u"a\r\nb\u2028c", u"a\nb\nc"},
-      {"tabs are blanks", u"a\tb", u"a b"},
-  };
-  for (const Shown& row : rows) {
-    EXPECT_EQ(RQAlertViewText::displayText(QString::fromUtf16(row.text)).toStdString(),
-              QString::fromUtf16(row.shown).toStdString())
-        << row.what;
-  }
+  expectCases("shown", [](const Case& row) {
+    return RQAlertViewText::displayText(QString::fromStdString(row[1])).toStdString();
+  });
 }
 
 TEST(DisplayText, HasTheDirectionOfItsFirstLetter) {
