@@ -66,9 +66,6 @@ class Dialogs : public testing::Test {
     dialog->dismiss();
     letGo();
   }
-  static bool becomes(const Dialog& dialog, RQAlertViewState state) {
-    return QTest::qWaitFor([&] { return dialog->state() == state; });
-  }
   static void resize(int width, int height) {
     UIScreen::mainScreen()->resize(width, height);
     letGo();

@@ -3,6 +3,7 @@
 #include "RQAlertView/RQAlertViewHeader.h"
 #include "alert/Pictures.h"
 #include "platform/UIActivityIndicatorView.h"
+#include "platform/UIKeyboard.h"
 #include "support/Clock.h"
 #include "support/Sections.h"
 
@@ -11,6 +12,7 @@
 #include <map>
 #include <stdexcept>
 
+#include <QEasingCurve>
 #include <QProgressBar>
 #include <QRegularExpression>
 
@@ -64,17 +66,32 @@ class Looks : public Pictures {
     return measures.at(words.back());
   }
 
+  static void turn(int milliseconds) {
+    letGo();
+    HeldClock::turn(milliseconds);
+    letGo();
+  }
+
   // CHANGES: CHECK; CHECK ...
-  static void follow(const Dialog& dialog, const QString& line, std::map<QString, int>& before) {
+  static void follow(Dialog& dialog, const QString& line, std::map<QString, int>& before) {
     QStringList changes;
     std::function<void()> letOff = [] {};
     for (const QString& word : line.section(": ", 0, 0).split(' ')) {
       const QString value = word.section('=', 1);
-      if (word == "from=right") {
+      if (word.startsWith("into=")) {
+        const Dialog next = dialogFrom(word.mid(5).replace('+', ' '));
+        dialog->transitionToAlertView(next);
+        dialog = next;
+      } else if (word.startsWith("keyboard=")) {
+        NSNotificationCenter::defaultCenter().postNotificationName(
+            UIKeyboardWillChangeFrameNotification, nullptr,
+            {{UIKeyboardFrameEndUserInfoKey, QRectF(0, value.toInt(), 390, 400)},
+             {UIKeyboardAnimationDurationUserInfoKey, 7.5},
+             {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::InQuad)}});
+      } else if (word == "from=right") {
         UIApplication::setLayoutDirection(Qt::RightToLeft);
       } else if (word.startsWith("turn=")) {
-        letGo();
-        HeldClock::turn(value.toLong());
+        turn(value.toInt());
       } else if (word.startsWith("progress=")) {
         dialog->setProgress(value.toDouble(), true);
       } else if (word == "dismiss") {
@@ -119,6 +136,10 @@ class Looks : public Pictures {
 
 TEST_F(Looks, AreAsWritten) {
   const QRegularExpression repeated("\\{(\\d+)\\*([^}]*)\\}");
+  // Black and white from pixel to pixel.
+  QImage stripes(2, 1, QImage::Format_RGB32);
+  stripes.fill(Qt::white);
+  stripes.setPixelColor(0, 0, Qt::black);
   std::vector<QString> dialogs;
   std::vector<QString> lines;
   const auto go = [&] {
@@ -127,7 +148,8 @@ TEST_F(Looks, AreAsWritten) {
       SCOPED_TRACE(each.left(80).toStdString());
       const HeldClock clock;
       setMotionEnabled(each.startsWith("moving "));
-      const Dialog dialog = dialogFrom(each.section(" | ", 0, 0).remove("moving "));
+      setBehind(each.startsWith("striped ") ? QBrush(stripes) : Qt::white);
+      Dialog dialog = dialogFrom(each.section(" | ", 0, 0).remove("moving ").remove("striped "));
       dialog->showAnimated();
       const QString words = each.section(" | ", 1);
       std::map<QString, int> before;
@@ -137,8 +159,7 @@ TEST_F(Looks, AreAsWritten) {
       }
       UIApplication::setLayoutDirection(Qt::LeftToRight);
       close(dialog);
-      HeldClock::turn(10'000);
-      letGo();
+      turn(10'000);
       setMotionEnabled(false);
     }
     dialogs.clear();
@@ -158,30 +179,44 @@ TEST_F(Looks, AreAsWritten) {
   go();
 }
 
-TEST_F(Looks, BlurWhatLiesBehind) {
-  // Stripes of black and white behind; the difference between neighbours tells how sharp they are.
-  QImage stripes(2, 2, QImage::Format_RGB32);
-  stripes.fill(Qt::white);
-  stripes.setPixelColor(0, 0, Qt::black);
-  stripes.setPixelColor(0, 1, Qt::black);
-  setBehind(QBrush(stripes));
-  for (const QString property : {"coverBlurEffect", "backgroundBlurEffect"}) {
-    std::vector<int> brightness;
-    for (const char* style : {"none", "Dark", "Light", "Extra"}) {
-      const Dialog dialog = showing("alert buttons=A backgroundColor=transparent " + property + "=" + style);
-      const auto isSharp = [](const QWidget* part) {
-        return std::abs(seenAt(part, {100, 10}).red() - seenAt(part, {101, 10}).red()) > 200;
-      };
-      const bool behindBox = property == "backgroundBlurEffect";
-      const QWidget* there = behindBox ? partOf<RQAlertViewHeader>(dialog) : dialog->view();
-      EXPECT_EQ(isSharp(there), style == std::string("none")) << property.toStdString();
-      EXPECT_TRUE(!behindBox || isSharp(dialog->view())) << property.toStdString();
-      brightness.push_back(seenAt(there, {100, 10}).red());
-      close(dialog);
-    }
-    EXPECT_LT(brightness[1] + 40, brightness[2]) << property.toStdString();
-    EXPECT_LT(brightness[2] + 40, brightness[3]) << property.toStdString();
+TEST_F(Looks, DimTheScreenWithoutAJumpWhenOneFollowsAnother) {
+  const HeldClock clock;
+  setMotionEnabled(true);
+  const auto corner = [] { return seenAt(UIScreen::mainScreen(), {3, 3}).lightness(); };
+  RQAlertView::appearance()->setCoverColor(QColor(0, 0, 0, 90));
+  const int bright = corner();
+  const Dialog first = dialogFrom("alert");
+  first->showAnimated();
+  turn(500);
+  const int dim = corner();
+  ASSERT_LT(dim, bright - 20);
+  first->dismissAnimated();
+  turn(150);
+  const int going = corner();
+  EXPECT_GT(going, dim + 5);
+  const Dialog second = dialogFrom("sheet");
+  second->showAnimated();
+  EXPECT_NEAR(corner(), going, 1);
+  for (int before = going; second->state() == RQAlertViewState::Showing; before = corner()) {
+    turn(100);
+    EXPECT_LE(corner(), before);
   }
+  EXPECT_NEAR(corner(), dim, 1);
+  // One that comes above another and goes again leaves it as dark as it was, at no moment brighter.
+  const Dialog above = dialogFrom("alert");
+  bool paintsWithoutADialog = false;
+  above->setDidDismissHandler(
+      [&](RQAlertView&) { paintsWithoutADialog = UIScreen::mainScreen()->updatesEnabled(); });
+  for (const bool coming : {true, false}) {
+    coming ? above->showAnimated() : above->dismissAnimated();
+    for (const int part : {0, 200, 299, 16}) {
+      turn(part);
+      EXPECT_NEAR(corner(), dim, 1);
+    }
+  }
+  EXPECT_EQ(above->state(), RQAlertViewState::Dismissed);
+  EXPECT_FALSE(paintsWithoutADialog);
+  EXPECT_TRUE(UIScreen::mainScreen()->updatesEnabled());
 }
 
 }  // namespace
