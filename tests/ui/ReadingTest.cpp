@@ -6,7 +6,6 @@
 
 #include <QAccessible>
 #include <QLabel>
-#include <QMenu>
 #include <QScroller>
 #include <QWheelEvent>
 
@@ -114,27 +113,6 @@ TEST_F(Reading, WhatAnInputMethodHasNotFinishedIsNotSaved) {
   QCoreApplication::sendEvent(&again, &finished);
   leaveEditor("Save");
   EXPECT_EQ(fileAt(folder + "f"), "مشروع old");
-}
-
-TEST_F(Reading, TheTextsMenuSpeaksBothLanguages) {
-  inBothLanguages([this] {
-    makeProject({{"f", "old"}});
-    start();
-    TextView& editor = openEditor("f");
-    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, editor.mapToGlobal(QPoint()));
-    QCoreApplication::sendEvent(editor.viewport(), &asked);
-    auto* const menu = editor.findChild<QMenu*>();
-    ASSERT_NE(menu, nullptr);
-    const QList<QAction*> actions = menu->actions();
-    EXPECT_EQ(actions.front()->text(), localized(text::undo));
-    EXPECT_FALSE(actions.front()->isEnabled());
-    actions.back()->trigger();
-    EXPECT_EQ(editor.selectedText(), "old");
-    menu->close();
-    // Keys reach their shortcuts only in a window that is active.
-    UIScreen::mainScreen()->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
-  });
 }
 
 TEST_F(Reading, EveryScreenFitsEveryWidth) {

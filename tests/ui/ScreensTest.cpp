@@ -6,8 +6,6 @@
 
 #include <algorithm>
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QListView>
 #include <QScrollBar>
 
@@ -32,52 +30,6 @@ TEST_F(Screens, TheEditorChangesNoByteButWhatIsTyped) {
     leaveEditor("Save");
     return fileAt(file);
   });
-}
-
-TEST_F(Screens, AnAddressThatNothingOpensIsShownAsTextToCopy) {
-  inBothLanguages([this] {
-    makeProject({{"Tweak.x", ""}});
-    start();
-    openAddressesOnHost();
-    optionsMenu(text::openInFilza);
-    waitToSee(localized(text::addressToOpen));
-    QWidget* const address = finger::find("Address");
-    const QRect area = address->rect().translated(address->mapTo(address->window(), QPoint()));
-    EXPECT_TRUE(address->window()->rect().contains(area)) << "not all of it is on screen";
-    address->setFocus();
-    QGuiApplication::clipboard()->clear();
-    QTest::keyClick(address, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza://view/var/Tweakyard/Projects/P/");
-    tap(localized(text::ok));
-    openAddress("filza:///var/A #%?b/");
-    waitToSee(localized(text::addressToOpen));
-    tap(localized(text::copy));
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), "filza:///var/A %23%25%3Fb/");
-  });
-}
-
-TEST_F(Screens, AConvertersFloodIsStillAMenu) {
-  const std::string converter = "/usr/bin/ftt";
-  installConverter();
-  rename(converter.c_str(), "/usr/bin/ftt-away");
-  for (const char* flood :
-       {"yes | head -c 50000000",
-        "yes $'0\\ny' | head -3; yes | head -c 50000000 | tr -d '\\n'; yes '' | head -9"}) {
-    device::reset();
-    makeProject({{"Tweak.x", ""}});
-    putFile(converter, std::string("#!/bin/sh\n") + flood);
-    chmod(converter.c_str(), 0755);
-    start();
-    projectMenu(text::addFlexPatch);
-    waitToSee("Flex to Theos by Mossgrove & updated by Wexley88");
-    EXPECT_TRUE(sees("y"));
-    EXPECT_GT(sizeOfFile(device::application + "Getter.log"), 24'000'000U);
-    tap("Cancel");
-    waitToSee("Reload");
-    delegate_.reset();
-    removeItemAtPath(device::application + "Getter.log");
-  }
-  rename("/usr/bin/ftt-away", converter.c_str());
 }
 
 TEST_F(Screens, NamesThatOnlyLookAlikeAreNotTakenForEachOther) {

@@ -28,6 +28,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QListView>
+#include <QMenu>
 #include <QRegularExpression>
 
 namespace {
@@ -150,12 +151,35 @@ class Transcripts : public Screens {
       const auto pair = cellsOf(line);
       if (pair.size() == 2) arabic_[pair[1]] = pair[0];
     }
-    for (const TextPair& own :
-         {text::saveChanges,        text::changesWouldBeLost,  text::save,        text::discard,
-          text::nextLogAppearsHere, text::tapAgainToBuild,     text::goToFile,    text::fileName,
-          text::searchInProject,    text::searchedText,        text::linesFound,  text::noMatch,
-          text::oneError,           text::longLinesNotWrapped, text::nextProblem, text::goToLine,
-          text::lineNumber,         text::replaceBy,           text::replaceAll,  text::replacedCount})
+    for (const TextPair& own : {text::saveChanges,
+                                text::changesWouldBeLost,
+                                text::save,
+                                text::discard,
+                                text::nextLogAppearsHere,
+                                text::tapAgainToBuild,
+                                text::goToFile,
+                                text::fileName,
+                                text::searchInProject,
+                                text::searchedText,
+                                text::linesFound,
+                                text::noMatch,
+                                text::oneError,
+                                text::longLinesNotWrapped,
+                                text::nextProblem,
+                                text::goToLine,
+                                text::lineNumber,
+                                text::replaceBy,
+                                text::replaceAll,
+                                text::replacedCount,
+                                text::addressToOpen,
+                                text::noProgramOpensIt,
+                                text::undo,
+                                text::redo,
+                                text::cut,
+                                text::copy,
+                                text::paste,
+                                text::delete_,
+                                text::selectAll})
       arabic_[own.english] = own.arabic;
     arabic_["2 errors, 1 warning"] = fill(text::someErrors.arabic, {std::string("2")}) +
                                      text::listComma.arabic +
@@ -352,6 +376,10 @@ class Transcripts : public Screens {
       describe(shown<TextView>());
     } else if (verb == "buttons") {
       describeButtons();
+    } else if (verb == "menu") {
+      useMenu(shown<TextView>(), translated(rest));
+    } else if (verb == "alone") {
+      openAddressesOnHost();
     } else if (verb == "latin") {
       if (isArabic_) recordLatinTexts();
     } else if (verb == "colours") {
@@ -421,6 +449,20 @@ class Transcripts : public Screens {
     record(text.wrapMode() == QsciScintilla::WrapNone ? "not wrapped" : "wrapped");
     record("marks" + marks);
     record("unseen" + unseen);
+  }
+
+  // The text's own, whose entries are printed, and the one that is meant is chosen.
+  static void useMenu(TextView& text, const std::string& meant) {
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, text.mapToGlobal(QPoint()));
+    QCoreApplication::sendEvent(text.viewport(), &asked);
+    auto* const menu = text.findChild<QMenu*>();
+    for (QAction* entry : menu->actions()) {
+      if (!entry->isSeparator()) record((entry->isEnabled() ? "" : "not ") + shown(entry->text()));
+      if (shown(entry->text()) == meant) entry->trigger();
+    }
+    menu->close();
+    UIScreen::mainScreen()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(UIScreen::mainScreen()));
   }
 
   static void describeButtons() {

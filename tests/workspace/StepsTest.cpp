@@ -36,6 +36,7 @@ std::string answer(const MaybeText& text) {
   return text ? shown(*text) : "none";
 }
 std::string answer(Lines entries) {
+  if (entries.size() > 1000) return std::to_string(entries.size()) + " entries";
   std::sort(entries.begin(), entries.end());
   std::string all;
   for (const std::string& entry : entries) all += (all.empty() ? "" : ", ") + entry;
