@@ -103,13 +103,6 @@ TEST(CapturedRun, StartsEmptyTakesOutputAndErrorsAndIsNeverUndone) {
   EXPECT_EQ(run_logged("cat; echo done", folder / "third.log"), "done\n");
 }
 
-TEST(CapturedRun, ALogThatCannotBeOpenedIsAnAbsentOne) {
-  const TemporaryFolder folder;
-  const StandardStreams restored;
-  EXPECT_EQ(run_logged("echo lost", folder / "no/such/folder.log"), std::nullopt);
-  EXPECT_EQ(run_logged("echo found", folder / "found.log"), "found\n");
-}
-
 TEST(Stopping, GivesARunningTreeItsGraceEndsItAndStartsNoMore) {
   // What the command does when it is asked to end, and whether the whole grace passes.
   for (const auto& [trap, wholeGrace] : {std::pair("", true), {"touch tidied; exit", false}}) {

@@ -1,8 +1,10 @@
-// The keyboard's focus, between screens and in a list.
+// Keys: where they go while screens change and files load, and what they mean in a list, a search and marks.
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
+#include "support/Clock.h"
 #include "tests/ui/Screens.h"
+#include "ui/controls/CodeView.h"
 #include "ui/controls/Looks.h"
 
 #include <QListView>
@@ -10,6 +12,7 @@
 namespace {
 
 using finger::sees;
+using finger::tap;
 using finger::waitToSee;
 
 class Keyboard : public Screens {
@@ -24,16 +27,6 @@ class Keyboard : public Screens {
     for (int tabs = 0; tabs < 20 && !focusIsOn(name); ++tabs) press(Qt::Key_Tab);
     ASSERT_TRUE(focusIsOn(name)) << name;
   }
-  // In the list of files, which is returned.
-  static QListView& pickTweak() {
-    tabTo("Files");
-    auto& list = *qobject_cast<QListView*>(QApplication::focusWidget());
-    press(Qt::Key_Home);
-    for (int row = 0; row < list.model()->rowCount() && list.currentIndex().data() != "Tweak.x"; ++row)
-      press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    return list;
-  }
 };
 
 TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
@@ -42,7 +35,10 @@ TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   setMotionEnabled(true);
   const std::size_t windows = UIScreen::mainScreen()->windows().size();
   const QColor captions = finger::find("Reload")->palette().color(QPalette::Disabled, QPalette::ButtonText);
-  const QListView& list = pickTweak();
+  tabTo("Files");
+  const auto& list = *qobject_cast<QListView*>(QApplication::focusWidget());
+  press(Qt::Key_Home);
+  press(Qt::Key_Return);
   ASSERT_TRUE(list.isVisible()) << "the editor slides over it";
   EXPECT_FALSE(list.isEnabled());
   EXPECT_NE(list.palette().color(QPalette::Disabled, QPalette::ButtonText), captions)
@@ -82,6 +78,69 @@ TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
   press(Qt::Key_Tab);
   tabTo("Files");
   EXPECT_TRUE(hasRing());
+}
+
+TEST_F(Keyboard, ASearchIsBoundedAndEndsWithItsDialog) {
+  std::string lines;
+  for (int line = 0; line < 5000; ++line) lines += "same\n";
+  makeProject({{"f", lines}});
+  mkfifo((device::projects + "P/waits").c_str(), 0600);
+  startActive();
+  press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
+  waitToSee(localized(text::searchResults));
+  {
+    const HeldClock clock;
+    typeText("same");
+    const auto isSearchedAfter = [](long milliseconds) {
+      HeldClock::turn(milliseconds);
+      QCoreApplication::processEvents();
+      return sees(localized(text::searching));
+    };
+    EXPECT_FALSE(isSearchedAfter(140)) << "while somebody still types";
+    EXPECT_TRUE(isSearchedAfter(20));
+  }
+  waitToSee(localized(text::onlyFirstLines, {std::string("2000")}));
+  const auto* const found = qobject_cast<QListView*>(finger::find(localized(text::searchResults)));
+  EXPECT_EQ(found->model()->rowCount(), 2000);
+  press(Qt::Key_Escape);
+  waitToSee("Files");
+}
+
+TEST_F(Keyboard, KeysThatComeBeforeTheFileIsLoadedLoseNothing) {
+  const std::string folder = makeProject({{"f.x", "text"}});
+  startActive();
+  for (const char* typed : {"my ", ""}) {
+    tap("f.x");
+    typeText(typed);
+    press(Qt::Key_S, Qt::ControlModifier);
+    waitToMiss("Save");
+    EXPECT_EQ(fileAt(folder + "f.x"), "my text");
+  }
+}
+
+TEST_F(Keyboard, MarksMoveWithTheText) {
+  makeProject({{"f.x", "one\ntwo words\nthree\n"}});
+  startActive();
+  openEditor("f.x");
+  CodeView& text = *qobject_cast<CodeView*>(finger::find("File text"));
+  text.setProblems({{.file = "f.x", .line = 2, .column = 5, .message = "unknown words"},
+                    {.file = "f.x", .line = 9, .kind = Problem::Kind::Warning, .message = ""}});
+  press(Qt::Key_Return);
+  press(Qt::Key_F8);
+  EXPECT_EQ(text.selectionBegin(), 9U);
+  waitToSee("unknown words");
+  press(Qt::Key_Up);
+  waitToMiss("unknown words");
+  press(Qt::Key_A, Qt::ControlModifier);
+  press(Qt::Key_Delete);
+  for (int steps = 0; text.isModified() && steps < 4; ++steps) press(Qt::Key_Z, Qt::ControlModifier);
+  press(Qt::Key_F8);
+  EXPECT_EQ(text.selectionBegin(), 8U) << "undone, the marks are where they were";
+  const int height = text.height();
+  text.setProblems({{.file = "f.x", .line = 2, .message = "\u202E" + std::string(1 << 20, 'x')}});
+  waitToSee(QChar(0xFFFD) + QString(999, u'x'));
+  EXPECT_GT(text.height(), height / 2) << "a long message leaves room for the text";
+  leaveEditor("Cancel");
 }
 
 }  // namespace
