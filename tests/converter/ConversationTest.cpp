@@ -152,8 +152,6 @@ TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
     for (const std::string& entry : flexMenuEntries(row[0])) entries += '<' + entry + '>';
     return entries;
   });
-  const std::string flood = replaceAll(std::string(100'000, '.'), ".", "y\n");
-  EXPECT_EQ(flexMenuEntries(flood), Lines(mostFlexMenuEntries, "y"));
   EXPECT_EQ(flexMenuEntries("0\n1\n2\n" + std::string(1'000'000, 'x') + "\n4\n5\n6\n7"), (Lines{"1", "4"}));
   for (const char* tooShort : {"", "a", "a\nb", "a\nb\nc", "a\nb\nc\nd"}) {
     EXPECT_THROW(flexMenuEntries(tooShort), std::out_of_range) << tooShort;
@@ -204,11 +202,6 @@ TEST(Menu, AnAnswerMeansAPatchOnlyByItsNumber) {
     const auto chosen = chosenPatch(row[0], patches);
     return chosen ? patches[*chosen].name : "none";
   });
-}
-
-TEST(Menu, WhyThereIsNoMenuIsTheOnlyEntry) {
-  const std::string reason = "The list is damaged.";
-  EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(noMenuText(reason))), Lines{reason});
 }
 
 }  // namespace
