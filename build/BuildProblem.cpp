@@ -440,7 +440,7 @@ class Reader {
   }
 
   // Relative to the project where it is below it.
-  string inProject(string path) const {
+  string inProject(const string& path) const {
     string_view rest = path;
     if (take(rest, project_.folder) && take(rest, "/")) return string(rest);
     rest = path;

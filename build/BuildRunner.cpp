@@ -6,6 +6,7 @@
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"
 
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -30,7 +31,7 @@ std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> packagesIn(cons
   std::map<std::string, std::pair<ino_t, std::pair<time_t, long>>> found;
   for (const auto& name : contentsOfDirectoryAtPath(folder).value_or(std::vector<std::string>())) {
     struct stat status {};
-    if (pathExtension(name) == "deb" && lstat((folder + "/" + name).c_str(), &status) == 0)
+    if (pathExtension(name) == "deb" && lstat((std::filesystem::path(folder) / name).c_str(), &status) == 0)
       found[name] = {status.st_ino, {status.st_ctim.tv_sec, status.st_ctim.tv_nsec}};
   }
   return found;

@@ -55,7 +55,7 @@ std::size_t argumentIndex(const std::string& key, const MethodSignature& signatu
 std::string expressionOf(const PropertyListValue& value, ValueType& type) {
   if (type.kind != ValueKind::Word && type.kind != ValueKind::Unknown) return valueExpression(value, type);
   const ValueKind kind = isNothing(value) ? ValueKind::Pointer : ValueKind::Integer;
-  const std::string expression = valueExpression(value, {type.written, kind, 64});
+  std::string expression = valueExpression(value, {type.written, kind, 64});
   type = {kind == ValueKind::Pointer ? "void *" : "NSInteger", kind, 64};
   return expression;
 }

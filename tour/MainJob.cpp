@@ -9,7 +9,6 @@ namespace {
 
 using finger::tap;
 using finger::waitToSee;
-using stops::returnBy;
 
 void buildOnce() {
   tap("Make Package");

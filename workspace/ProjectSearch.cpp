@@ -11,6 +11,7 @@
 #include <charconv>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <sys/stat.h>
 #include <utility>
@@ -45,7 +46,8 @@ void addFiles(const std::string& path, const std::string& prefix, int depth,
     if (files.size() == mostProjectFiles) return;
     files.push_back(prefix + name);
   }
-  for (const std::string& name : below) addFiles(path + "/" + name, prefix + name + "/", depth + 1, files);
+  for (const std::string& name : below)
+    addFiles(std::filesystem::path(path) / name, std::filesystem::path(prefix) / name / "", depth + 1, files);
 }
 
 // How much a letter of `path` counts where it is matched: more where a word begins, most in the file's name.

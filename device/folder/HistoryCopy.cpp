@@ -105,7 +105,7 @@ class Walker {
                             [&](const auto& each) { return exists(copy.get(), each); });
     }
     for (const auto& each : *names) {
-      const std::string path = name + "/" + each;
+      const std::string path = fs::path(name) / each;
       if (visited_ >= mostVisited || result.state.size() >= 3 * largestWalkedState)
         return cut(visible(path) + " and others are too many.");
       start_ = result.state.size();
@@ -456,7 +456,9 @@ class Copying {
       const Descriptor entry = openFolderBeneath(folder_, name);
       if (!entry) continue;
       if (flock(entry.get(), LOCK_EX | LOCK_NB) != 0) return false;
-      const std::string dropped = beingDropped + (name == when ? "" : "aside-") + when;
+      std::string dropped = beingDropped;
+      if (name != when) dropped += "aside-";
+      dropped += when;
       renameat(folder_, name.c_str(), folder_, dropped.c_str());
     }
     sweep();

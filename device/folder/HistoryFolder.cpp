@@ -131,7 +131,7 @@ void HistoryFolder::removePlace(const std::string& when, const fs::path& path) c
 
 std::string HistoryFolder::setAside(int parent, const std::string& name, const fs::path& path,
                                     const std::string& entry) const {
-  const std::string when = entry.empty() ? newName() : entry;
+  std::string when = entry.empty() ? newName() : entry;
   const Descriptor target = makePlace(when, path);
   if (target && renameToNew(parent, name, target.get(), path.filename())) {
     noteMoved(when);

@@ -96,12 +96,13 @@ void putLibraryLinks(int folder, const fs::path& libraries, const std::string& s
   for (const auto& name : namesInOrNone(folder)) {
     std::error_code error;
     const bool isGone = fs::symlink_status(libraries / name, error).type() == fs::file_type::not_found;
-    if (isGone && linkTarget(folder, name) == shown + "/" + name) unlinkat(folder, name.c_str(), 0);
+    if (isGone && linkTarget(folder, name) == (fs::path(shown) / name).string())
+      unlinkat(folder, name.c_str(), 0);
   }
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(libraries, error)) {
     const std::string name = entry.path().filename();
-    const std::string path = shown + "/" + name;
+    const std::string path = fs::path(shown) / name;
     const bool isFolder = entry.symlink_status(error).type() == fs::file_type::directory;
     if (!isFolder || entry.path().extension() == ".framework") {
       symlinkat(path.c_str(), folder, name.c_str());

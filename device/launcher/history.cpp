@@ -153,6 +153,7 @@ HistoryEntry choose(const HistoryFolder& history, const std::vector<HistoryEntry
     throw Refusal("There is no copy of " + visible(when) + "; see \"tweakbench history NAME\".");
   if (meant.size() > 1) {
     std::vector<std::string> names;
+    names.reserve(meant.size());
     for (const auto& entry : meant) names.push_back(localName(entry.when));
     throw Refusal(visible(when) + " could be " + listed(names) + "; give more of the time.");
   }

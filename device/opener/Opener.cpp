@@ -21,7 +21,8 @@ constexpr std::size_t mostRunning = 16;
 pid_t spawnApart(const fs::path& program, const std::string& argument, const Environment& environment) {
   ProcessStart start{{program, argument}};
   start.environment.emplace();
-  for (const auto& [name, value] : environment) start.environment->push_back(name + "=" + value);
+  for (const auto& [name, value] : environment)
+    start.environment->push_back(std::string(name).append("=").append(value));
   // Control-C at the launcher's terminal ends no browser.
   start.place = ProcessStart::Place::OwnSession;
   return spawn(start);

@@ -67,7 +67,7 @@ struct Pump::Copying {
   // Copied so far, and read without having been copied.
   std::size_t copied = 0;
   std::size_t left = 0;
-  ColouredOutput coloured;
+  ColouredOutput coloured{};
 
   void run() {
     std::vector<char> piece(pieceSize);
@@ -144,7 +144,7 @@ struct Pump::Copying {
 };
 
 Pump::Pump(Descriptor source, Descriptor target, Bytes bytes)
-    : copying_(std::make_shared<Copying>(std::move(source), std::move(target), bytes)) {
+    : copying_(new Copying{std::move(source), std::move(target), bytes}) {
   // Signals are the main thread's.
   sigset_t all;
   sigset_t before;

@@ -95,6 +95,7 @@ void CodeView::styleTo(long end) {
   const long stop =
       last + 1 < send(SCI_GETLINECOUNT) ? send(SCI_POSITIONFROMLINE, last + 1) : send(SCI_GETLENGTH);
   if (stop <= begin) return;
+  // The library answers with a number. NOLINTNEXTLINE(performance-no-int-to-ptr)
   const auto* const bytes = reinterpret_cast<const char*>(
       SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), stop - begin));
   std::string parts(static_cast<std::size_t>(stop - begin), '\0');

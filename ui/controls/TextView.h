@@ -82,7 +82,7 @@ class TextView : public QsciScintilla {
  private:
   void setUpKeys();
   void setUpZoom();
-  void zoomTo(int level);
+  void zoomTo(int level) override;
   void hideControlCharacters(long begin, long end);
   void setWrapped(bool wrapped);
   void placeNote();
