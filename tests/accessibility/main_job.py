@@ -1,6 +1,6 @@
 """The main job as somebody does it who hears the screen: everything is found by role and name and used through its
 action or its text. Then the shipped program's own set-up: its signals, and its end during a build. Arguments: the folder of
-the device, the launcher's process."""
+the device; the launcher's process, unless the program is left open at the end."""
 
 import ctypes
 import glob
@@ -128,6 +128,29 @@ def check_controls(screen):
 def text_of(name):
     text = get(pyatspi.ROLE_TEXT, name).queryText()
     return text.getText(0, text.characterCount)
+
+
+def key(*arguments):
+    subprocess.run(["xdotool", *arguments], check=True)
+
+
+def hold_return(device):
+    """A Return that is held down opens the prompt and leaves it at that."""
+    # There is no window manager that would do it.
+    key("search", "--sync", "--onlyvisible", "--name", "Tweakbench", "windowfocus", "--sync")
+    key("key", "ctrl+n")
+    dialog("Project Options")
+    key("key", "Tab")
+    key("keydown", "Return")
+    dialog("Create New Project")
+    repeated = []
+    GLib.timeout_add(1500, lambda: repeated.append(True))
+    wait_for(lambda: repeated, "no time passes")
+    assert showing(DIALOGS, "Create New Project"), "the key has confirmed what it opened"
+    key("keyup", "Return")
+    key("key", "Escape")
+    no_dialog()
+    assert not os.listdir(f"{device}/var/Tweakyard/Projects")
 
 
 def create_project():
@@ -266,6 +289,7 @@ def main():
     device = sys.argv[1]
     APPLICATION = application()
     try:
+        hold_return(device)
         create_project()
         edit_file()
         build(device)
@@ -280,7 +304,8 @@ def main():
     packages = glob.glob(f"{device}/var/mobile/Documents/Tweakbench/{PROJECT}/*.deb")
     assert len(packages) == 1, packages
     print("Built by ear:", packages[0])
-    close_during_build(device, int(sys.argv[2]))
+    if len(sys.argv) > 2:
+        close_during_build(device, int(sys.argv[2]))
 
 
 main()
