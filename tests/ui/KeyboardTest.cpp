@@ -1,4 +1,5 @@
 // Keys: where they go while screens change and files load, and what they mean in a list, a search and marks.
+#include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
@@ -28,6 +29,58 @@ class Keyboard : public Screens {
     ASSERT_TRUE(focusIsOn(name)) << name;
   }
 };
+
+TEST_F(Keyboard, ALineOfASubfolderIsBrokenFoundAndMendedInAFewKeysOrClicks) {
+  for (const bool byMouse : {false, true}) {
+    SCOPED_TRACE(byMouse);
+    device::reset();
+    makeProject({{"Makefile",
+                  "ARCHS = arm64\nTARGET := iphone:clang:latest:14.0\n"
+                  "include $(THEOS)/makefiles/common.mk\nTWEAK_NAME = P\nP_FILES = Tweak.x deep/Part.m\n"
+                  "include $(THEOS_MAKE_PATH)/tweak.mk\n"},
+                 {"Tweak.x", "#import <Foundation/Foundation.h>\n%hook NSObject\n%end\n"},
+                 {"deep/Part.m", "int whole = 1;\n"},
+                 {"P.plist", "{}"},
+                 {"control",
+                  "Package: p.p\nVersion: 1\nArchitecture: iphoneos-arm\nMaintainer: M\nDescription: d\n"}});
+    putFile(updateMarker, "");
+    startActive();
+    int count = 0;
+    const auto act = [&](const char* name, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+      ++count;
+      byMouse ? finger::tap(name) : press(key, modifiers);
+    };
+    act("Go to File", Qt::Key_E, Qt::ControlModifier);
+    waitToSee(localized(text::projectFiles));
+    typeText("part");
+    act("deep/Part.m", Qt::Key_Return, {});
+    waitToSee("Part.m");
+    typeText("int broken = ;");
+    count = 0;
+    act("Save", Qt::Key_S, Qt::ControlModifier);
+    waitToSee("Reload");
+    act("Build", Qt::Key_B, Qt::ControlModifier);
+    waitToSee("Clear Log");
+    act("Make Package", Qt::Key_B, Qt::ControlModifier);
+    waitToSee("1 error");
+    finger::waitUntil([] { return !sees(localized(text::pleaseWait)); }, "the build does not end");
+    if (!byMouse) act("", Qt::Key_F8, {});
+    act("deep/Part.m:1:14: error: expected expression", Qt::Key_Return, {});
+    waitToSee("Part.m");
+    ++count;
+    typeText("2");
+    act("Save", Qt::Key_S, Qt::ControlModifier);
+    waitToSee("Clear Log");
+    EXPECT_EQ(fileAt(device::projects + "P/deep/Part.m"), "int broken = 2;int whole = 1;\n");
+    EXPECT_TRUE(sees("1 error")) << "the screen is kept";
+    act("Make Package", Qt::Key_B, Qt::ControlModifier);
+    waitToSee(localized(text::debIsReady, {std::string("P")}));
+    EXPECT_FALSE(sees("1 error"));
+    EXPECT_LE(count, 10);
+    topDialog()->dismiss();
+    delegate_.reset();
+  }
+}
 
 TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   makeProject({{"Tweak.x", "%hook A\n"}});
