@@ -35,51 +35,55 @@ class Delegate : public UIApplicationDelegate {
   std::shared_ptr<UIWindow> window_ = makeUIWindow();
 };
 
-// Runs a whole application, and answers whether the dialog has gone with it.
-bool endsCleanly(const Delegate::Start& start) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  char name[] = "test";
-  char* arguments[] = {name, nullptr};
-  std::weak_ptr<RQAlertView> watched;
-  EXPECT_EQ(UIApplicationMain(1, arguments,
-                              [&] {
-                                return std::make_unique<Delegate>([&](std::shared_ptr<RQAlertView> dialog) {
-                                  setMotionEnabled(true);
-                                  watched = dialog;
-                                  start(std::move(dialog));
-                                });
-                              }),
-            0);
-  return watched.expired();
+std::weak_ptr<RQAlertView> watched;
+
+// Runs a whole application, in a process of its own, since Qt's animations do not outlive one.
+void expectCleanEnd(
+    const Delegate::Start& start, const std::function<bool()>& isClean = [] { return watched.expired(); }) {
+  const auto run = [&start] {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    return UIApplicationMain(1, arguments, [&start] {
+      return std::make_unique<Delegate>([&start](std::shared_ptr<RQAlertView> dialog) {
+        setMotionEnabled(true);
+        watched = dialog;
+        start(std::move(dialog));
+      });
+    });
+  };
+  EXPECT_EXIT(std::exit(run() == 0 && isClean() ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(Quitting, FromAHandlerWhileTheDialogBeginsToGo) {
-  EXPECT_TRUE(endsCleanly([](const std::shared_ptr<RQAlertView>& dialog) {
+  expectCleanEnd([](const std::shared_ptr<RQAlertView>& dialog) {
     dialog->setActionHandler([](RQAlertView&, std::size_t, const QString&) { UIApplication::quit(); });
     dialog->setDidShowHandler([](RQAlertView& self) { self.forceActionAtIndex(0); });
     dialog->showAnimated();
-  }));
+  });
 }
 
 TEST(Quitting, ByClosingTheScreenWhileTheDialogStillComes) {
-  EXPECT_TRUE(endsCleanly([](const std::shared_ptr<RQAlertView>& dialog) {
+  expectCleanEnd([](const std::shared_ptr<RQAlertView>& dialog) {
     dialog->setAnimationDuration(1000);
     dialog->showAnimated();
     performSelectorAfterDelay(
         dialog.get(), [] { UIScreen::mainScreen()->close(); }, 0.02);
-  }));
+  });
 }
 
 TEST(Quitting, WithADialogThatWasNeverShown) {
   std::shared_ptr<RQAlertView> kept;
-  endsCleanly([&](std::shared_ptr<RQAlertView> dialog) {
+  const auto keep = [&kept](std::shared_ptr<RQAlertView> dialog) {
     kept = std::move(dialog);
     UIApplication::quit();
+  };
+  expectCleanEnd(keep, [&kept] {
+    const bool isDismissed = kept->state() == RQAlertViewState::Dismissed;
+    kept->show();
+    kept->dismiss();
+    return isDismissed;
   });
-  ASSERT_TRUE(kept);
-  EXPECT_EQ(kept->state(), RQAlertViewState::Dismissed);
-  kept->show();
-  kept->dismiss();
 }
 
 }  // namespace

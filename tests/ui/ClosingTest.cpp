@@ -4,7 +4,6 @@
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "support/Device.h"
-#include "support/StandardStreams.h"
 #include "tour/Finger.h"
 #include "ui/Localized.h"
 #include "ui/screens/AppDelegate.h"
@@ -13,10 +12,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
+#include <iostream>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <QTest>
 #include <gtest/gtest.h>
 
 // Linked in the place of core's.
@@ -30,79 +29,65 @@ void stop(int milliseconds) {
 
 namespace {
 
-int applicationArguments = 1;
-char applicationName[] = "closing_tests";
-char* applicationVector[] = {applicationName, nullptr};
-
-// Runs the application with a finger that does `steps`. Ends it too where something is missing.
-int run(const std::function<void()>& steps) {
-  return UIApplicationMain(applicationArguments, applicationVector, [&steps] {
+// Runs the application with a finger that does `steps`, which ends it where something is missing. In a
+// process of its own, since it stops its commands for good. With success only if it has no child left.
+[[noreturn]] void run(const std::function<void()>& steps, const std::function<bool()>& isAsItShould) {
+  // A build that is not stopped would be waited for without end.
+  alarm(60);
+  char name[] = "closing_tests";
+  char* arguments[] = {name, nullptr};
+  const int status = UIApplicationMain(1, arguments, [&steps] {
     dispatch_async(dispatch_get_main_queue(), [&steps] {
       try {
         steps();
       } catch (const finger::Missing& missing) {
-        ADD_FAILURE() << missing.what();
-        QCoreApplication::exit(EXIT_FAILURE);
+        std::cerr << missing.what() << '\n';
+        std::_Exit(EXIT_FAILURE);
       }
     });
     return makeAppDelegate();
   });
+  const bool isAlone = waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD;
+  std::_Exit(status == 0 && isAlone && isAsItShould() ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
-// First, since the child must be made before this process has threads.
 TEST(Closing, ALanguageIsWrittenAndTheProcessEndsWithSuccess) {
   device::reset();
-  const pid_t child = fork();
-  ASSERT_NE(child, -1);
-  if (child == 0) {
+  const auto chooseArabic = [] {
     setMotionEnabled(false);
-    run([] {
-      finger::tap("Project Options");
-      finger::tap(localized(text::changeLanguage));
-      finger::tap(localized(text::arabic));
-    });
-    _exit(99);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    finger::tap("Project Options");
+    finger::tap(localized(text::changeLanguage));
+    finger::tap(localized(text::arabic));
+  };
+  const auto comesBack = [] { return false; };
+  EXPECT_EXIT(run(chooseArabic, comesBack), testing::ExitedWithCode(0), "");
   EXPECT_EQ(device::setting("LangFile", "Language"), "AR");
 }
 
 TEST(Closing, EndsARunningBuildAndTakesNoFurtherStep) {
-  const StandardStreams restored;
   device::reset();
-  // Where the build is not stopped, it would be waited for without end.
-  alarm(60);
   putFile(device::projects + "P/Makefile", "package:\n\t@mkdir packages; while :; do echo printing; done\n");
   putFile(device::packages + "/P/kept.deb", "kept");
   putFile("/var/Tweakyard/tmp/SuccessfullyUpdated.log", "");
   chooseProject("P");
-  bool closed = false;
-  grace = 0;
-  const int status = run([&closed] {
+  const std::string log = device::application + "MakeLog.log";
+  const auto closeDuringABuild = [&log] {
     endCommandsWithApplication();
     finger::tap("Build");
     finger::tap("Make Package");
     finger::waitUntil(
-        [] {
+        [&log] {
           return fileExistsAtPath(device::projects + "P/packages") &&
-                 fileAt(device::application + "MakeLog.log").find("printing") != std::string::npos;
+                 fileAt(log).find("printing") != std::string::npos;
         },
         "make does not start");
-    closed = UIScreen::mainScreen()->close();
-  });
-  alarm(0);
-  EXPECT_EQ(status, 0);
-  EXPECT_TRUE(closed);
-  EXPECT_EQ(grace, 2000);
-  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-  EXPECT_EQ(errno, ECHILD) << "a child is left";
-  const std::string log = fileAt(device::application + "MakeLog.log");
-  EXPECT_NE(log.find("printing"), std::string::npos);
+    if (!UIScreen::mainScreen()->close()) std::_Exit(EXIT_FAILURE);
+  };
+  EXPECT_EXIT(run(closeDuringABuild, [] { return grace == 2000; }), testing::ExitedWithCode(0), "");
+  const auto size = fileAt(log).size();
   EXPECT_EQ(fileAt(device::packages + "/P/kept.deb"), "kept") << "the step after the cut one must not run";
   EXPECT_TRUE(fileExistsAtPath(device::projects + "P/packages"));
-  EXPECT_EQ(fileAt(device::application + "MakeLog.log").size(), log.size()) << "something still prints";
+  EXPECT_EQ(fileAt(log).size(), size) << "something still prints";
 }
 
 }  // namespace
