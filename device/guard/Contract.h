@@ -27,11 +27,12 @@ constexpr int probeAnswer = 2787;
 }  // namespace guard
 
 // From the starter inside the device to the launcher, in one write each: first Started or NotStarted; after
-// Started, when the program has ended, Ended. On a terminal Stopped may come any number of times before that.
+// Started, when the program has ended, Ended, and when all that it left running has been ended as well,
+// Alone. On a terminal Stopped may come any number of times before that.
 struct StartReport {
-  enum class Kind : std::int32_t { Started = 1, NotStarted = 2, Ended = 3, Stopped = 4 };
+  enum class Kind : std::int32_t { Started = 1, NotStarted = 2, Ended = 3, Stopped = 4, Alone = 5 };
   Kind kind;
-  // Started: 0. NotStarted: errno. Ended: the status as from waitpid(). Stopped: the signal.
+  // Started and Alone: 0. NotStarted: errno. Ended: the status as from waitpid(). Stopped: the signal.
   std::int32_t value;
 };
 

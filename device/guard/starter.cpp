@@ -129,6 +129,13 @@ int serveUntilEnd(pid_t program, int reports, int orders) {
   }
 }
 
+// What the program left running is this process's to wait for.
+void endTheRest() {
+  kill(-1, SIGKILL);
+  while (waitpid(-1, nullptr, __WALL) > 0 || errno == EINTR) {
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -145,6 +152,7 @@ int main(int count, char** arguments) {
   fcntl(orders, F_SETFD, FD_CLOEXEC);
   // Builds run under the same user: keep them out of this process's descriptors.
   prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+  prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
   limitResources();
   if (start.onTerminal) {
     setsid();
@@ -180,5 +188,7 @@ int main(int count, char** arguments) {
   report(reports, StartReport::Kind::Started, 0);
   const int status = start.onTerminal ? serveUntilEnd(program, reports, orders) : waitFor(program);
   report(reports, StartReport::Kind::Ended, status);
+  endTheRest();
+  report(reports, StartReport::Kind::Alone, 0);
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }

@@ -145,9 +145,11 @@ class Run {
         stop();
       }
     }
-    waitpid(child_, nullptr, 0);
-    awaitLastProcess();
-    takeReports();
+    if (!isAlone_) {
+      waitpid(child_, nullptr, 0);
+      awaitLastProcess();
+      takeReports();
+    }
     takeMessages();
     log_.passOn();
     deliver();
@@ -247,6 +249,8 @@ class Run {
       if (report.kind == StartReport::Kind::NotStarted) startError_ = report.value;
       if (report.kind == StartReport::Kind::Stopped) takeStop(report.value);
       if (report.kind == StartReport::Kind::Ended) endStatus_ = report.value;
+      // Nothing is left to wait for while bubblewrap takes the device down.
+      if (report.kind == StartReport::Kind::Alone) hasEnded_ = isAlone_ = true;
     }
   }
 
@@ -342,6 +346,7 @@ class Run {
   bool isStarted_ = false;
   bool isTooSlow_ = false;
   bool hasEnded_ = false;
+  bool isAlone_ = false;
 };
 
 std::optional<long> setting(const char* path) {
