@@ -116,8 +116,10 @@ inline constexpr TextPair oneWarning{"التحذيرات: %@", "%@ warning"};
 inline constexpr TextPair someWarnings{"التحذيرات: %@", "%@ warnings"};
 inline constexpr TextPair listComma{"، ", ", "};
 
-// What controls are called in the layouts and in tr().
-inline constexpr TextPair controls[] = {
+// For finding the Arabic of an English text: what controls are called in the layouts and in tr(), and all of
+// the above.
+// clang-format off
+inline constexpr TextPair all[] = {
     {"حول", "About"},
     {addressToOpen.arabic, "Address"},
     {"رجوع", "Back"},
@@ -145,14 +147,20 @@ inline constexpr TextPair controls[] = {
     {"التقدّم", "Progress"},
     {"تحديث", "Reload"},
     {"إعادة تشغيل الواجهة", "Respring"},
-    cancel,
-    delete_,
-    find,
-    noMatch,
-    projectOptions,
-    save,
-    showSuccessAlert,
-};
+    couldNotFindTheos, mustInstallTheos, ok, loadProject, cancel, createNewProject, createHeaderFile,
+    changeFileName, addFlexPatch, projectOptions, whichOne, confirm, deleteCurrentProject,
+    deleteOptions, deleteFilesOrProjects, deleteAllProjects, deleteAllProjectsQuestion, imSure,
+    openInFilza, goToDebsFolder, importFromPath, exportProjectToPath, backUp, restore, deleteAllBackups,
+    deleteDebsFolder, changeProjectName, changeLanguage, extraOptions, pathExample, import_, export_,
+    arabic, english, done, error, noData, deleteAllBackupsQuestion, showSuccessAlert, makingYourTweak,
+    pleaseWait, debIsReady, goToDebFolder, nextLogAppearsHere, tapAgainToBuild, deviceSupportHint,
+    addTheSource, developedBy, saveChanges, changesWouldBeLost, save, discard, thanksForTheIdea,
+    addressToOpen, folderOnComputer, noProgramOpensIt, undo, redo, cut, copy, paste, delete_, selectAll,
+    longLinesNotWrapped, find, replaceBy, replace, replaceAll, replacedCount, goToLine, lineNumber,
+    goToFile, fileName, projectFiles, createFile, fileNotCreated, onlyFirstFiles, searchInProject,
+    searchedText, searchResults, searching, noMatch, linesFound, onlyFirstLines, problems, nextProblem,
+    previousProblem, oneError, someErrors, oneWarning, someWarnings, listComma};
+// clang-format on
 
 // The same in both languages.
 inline constexpr const char* notSupportedYet = "Not supported yet";

@@ -63,12 +63,13 @@ struct Row {
 };
 
 Row enabledRow(const QString& name) {
+  const QStringList names = inEachLanguage(name);
   Row row;
   visible<QAbstractItemView>([&](const QAbstractItemView& view) {
     if (!view.isEnabled()) return false;
     for (int number = 0; number < view.model()->rowCount(); ++number) {
       const QModelIndex index = view.model()->index(number, 0);
-      if (index.data().toString() != name) continue;
+      if (!names.contains(index.data().toString())) continue;
       row = {const_cast<QAbstractItemView*>(&view), index};
       return true;
     }

@@ -17,10 +17,9 @@ class OwnTexts : public QTranslator {
 
   QString translate(const char*, const char* english, const char*, int) const override {
     const auto* const pair =
-        std::find_if(std::begin(text::controls), std::end(text::controls),
+        std::find_if(std::begin(text::all), std::end(text::all),
                      [&](const TextPair& each) { return std::strcmp(each.english, english) == 0; });
-    return pair != std::end(text::controls) && languageIsArabic() ? QString::fromUtf8(pair->arabic)
-                                                                  : QString();
+    return pair != std::end(text::all) && languageIsArabic() ? QString::fromUtf8(pair->arabic) : QString();
   }
 };
 

@@ -19,7 +19,7 @@ inline QString localized(const TextPair& pair, std::initializer_list<MaybeText> 
 }
 
 // From now on tr() and the layouts give names, captions and tooltips in the language of the moment; what they
-// are in Arabic is in text::controls. Needs the application object.
+// are in Arabic is in text::all. Needs the application object.
 void translateOwnTexts();
 
 // A name from the file system as it may be shown, in one line: control characters and direction marks are

@@ -147,40 +147,11 @@ namespace {
 class Transcripts : public Screens {
  protected:
   Transcripts() {
+    for (const TextPair& own : text::all) arabic_[own.english] = own.arabic;
     for (const std::string& line : linesOf("/.host/tweakbench/tests/text-pairs.tsv")) {
       const auto pair = cellsOf(line);
       if (pair.size() == 2) arabic_[pair[1]] = pair[0];
     }
-    for (const TextPair& own : {text::saveChanges,
-                                text::changesWouldBeLost,
-                                text::save,
-                                text::discard,
-                                text::nextLogAppearsHere,
-                                text::tapAgainToBuild,
-                                text::goToFile,
-                                text::fileName,
-                                text::searchInProject,
-                                text::searchedText,
-                                text::linesFound,
-                                text::noMatch,
-                                text::oneError,
-                                text::longLinesNotWrapped,
-                                text::nextProblem,
-                                text::goToLine,
-                                text::lineNumber,
-                                text::replaceBy,
-                                text::replaceAll,
-                                text::replacedCount,
-                                text::addressToOpen,
-                                text::noProgramOpensIt,
-                                text::undo,
-                                text::redo,
-                                text::cut,
-                                text::copy,
-                                text::paste,
-                                text::delete_,
-                                text::selectAll})
-      arabic_[own.english] = own.arabic;
     arabic_["2 errors, 1 warning"] = fill(text::someErrors.arabic, {std::string("2")}) +
                                      text::listComma.arabic +
                                      fill(text::oneWarning.arabic, {std::string("1")});
@@ -283,9 +254,9 @@ class Transcripts : public Screens {
   // In the language of this run: a text of a pair, also one whose "%@" is filled.
   std::string inThisLanguage(const std::string& english) const {
     if (!isArabic_) return english;
+    if (const auto whole = arabic_.find(english); whole != arabic_.end()) return whole->second;
     for (const auto& [from, to] : arabic_) {
       const std::size_t hole = from.find("%@");
-      if (from == english) return to;
       if (hole == std::string::npos || !english.starts_with(from.substr(0, hole))) continue;
       const std::string behind = from.substr(hole + 2);
       if (english.size() < hole + behind.size() || !english.ends_with(behind)) continue;
