@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <stdexcept>
 
 namespace {
 
@@ -34,34 +33,9 @@ TEST_F(Appearance, StartsFromTheSharedDefaultsAndEachPropertyIsSetAlone) {
     ++changed;
   }
   EXPECT_EQ(dialog->tag(), std::numeric_limits<std::int64_t>::max());
-}
-
-TEST_F(Appearance, TellsWhatOfItWasSet) {
-  RQAlertView& shared = *RQAlertView::appearance();
-  const auto areSet = [&shared] {
-    return std::vector<bool>{shared.isUserCancelOnTouch(), shared.isUserButtonsHeight(),
-                             shared.isUserTitleTextColor(), shared.isUserTitleFont(),
-                             shared.isUserMessageTextColor()};
-  };
-  EXPECT_EQ(areSet(), std::vector<bool>(5, false));
-  change(shared, "cancelOnTouch=1 buttonsHeight=50 titleTextColor=red titleFont=20 messageTextColor=blue");
-  EXPECT_EQ(areSet(), std::vector<bool>(5, true));
-}
-
-TEST_F(Appearance, HasRoundedCornersAndEnablesButtonsOneByOneOrAll) {
-  for (const auto& [version, radius] : {std::pair(8.9, 6), std::pair(9.0, 12), std::pair(14.0, 12)}) {
-    UIDevice::currentDevice().setSystemVersion(version);
-    EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, radius);
-  }
-  const Dialog dialog = dialogFrom("alert buttons=A,B buttonsEnabled=0");
-  EXPECT_FALSE(dialog->isButtonEnabledAtIndex(1));
-  dialog->setButtonEnabled(true, 1);
-  dialog->setButtonEnabled(false, 2);
-  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{false, true}));
-  dialog->setButtonsEnabled(true);
-  EXPECT_EQ(dialog->buttonsEnabledArray(), (std::vector<bool>{true, true}));
-  EXPECT_THROW(dialog->isButtonEnabledAtIndex(2), std::out_of_range);
-  EXPECT_THROW(dialog->setButtonPropertiesAtIndex(2, [](RQAlertViewButtonProperties&) {}), std::out_of_range);
+  UIDevice::currentDevice().setSystemVersion(8.9);
+  EXPECT_EQ(RQAlertViewAppearance().layerCornerRadius, 6);
+  UIDevice::currentDevice().setSystemVersion(14);
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ class Flows : public Dialogs {
       joins_ = true;
       try {
         act(QString::fromStdString(action));
-      } catch (const InternalInconsistency& error) {
+      } catch (const std::logic_error& error) {
         record(std::string("refused: ") + error.what());
       }
       observe();

@@ -29,16 +29,6 @@ TEST_F(Layout, FollowsTheScreenAndTheTextsWhileShown) {
   }
 }
 
-TEST_F(Layout, GivesAViewOfTheApplicationsItsHeightAndDestroysItWithTheDialog) {
-  const Dialog dialog = showing("alert view=77 buttons=OK");
-  const QPointer<QWidget> view(dialog->innerView());
-  EXPECT_TRUE(view->isVisible());
-  EXPECT_EQ(view->height(), 77);
-  close(dialog);
-  EXPECT_TRUE(view.isNull());
-  EXPECT_EQ(dialog->innerView(), nullptr);
-}
-
 TEST_F(Layout, GivesWayToAKeyboardAndKeepsTheFieldBeingTypedInInSight) {
   UIKeyboard keyboard(nullptr);
   resize(320, 568);

@@ -26,11 +26,17 @@ class Looks : public Pictures {
   static std::pair<QWidget*, QRect> partNamed(const Dialog& dialog, const QString& name) {
     if (name.startsWith('@')) return placeOf(dialog, name.mid(1));
     if (name == "display") return {UIScreen::mainScreen(), UIScreen::mainScreen()->rect()};
+    if (name == "caret" || name.startsWith("clear")) {
+      RQAlertViewTextField* field = dialog->textFieldsArray().at(name.mid(5).toUInt());
+      if (name == "caret") return {field, field->inputMethodQuery(Qt::ImCursorRectangle).toRect()};
+      return {field, field->actions().front()->isVisible() ? field->rect() : QRect()};
+    }
     const std::map<QString, QWidget*> parts{{"box", frameOf(dialog)},
                                             {"screen", dialog->view()},
                                             {"list", listOf(dialog)},
                                             {"header", partOf<RQAlertViewHeader>(dialog)},
                                             {"bar", partOf<QProgressBar>(dialog)},
+                                            {"view", dialog->innerView()},
                                             {"indicator", partOf<UIActivityIndicatorView>(dialog)},
                                             {"field", partOf<RQAlertViewTextField>(dialog)}};
     QWidget* part = parts.at(name);
@@ -75,6 +81,7 @@ class Looks : public Pictures {
   // CHANGES: CHECK; CHECK ...
   static void follow(Dialog& dialog, const QString& line, std::map<QString, int>& before) {
     QStringList changes;
+    QString text = "Hm";
     std::function<void()> letOff = [] {};
     for (const QString& word : line.section(": ", 0, 0).split(' ')) {
       const QString value = word.section('=', 1);
@@ -88,8 +95,12 @@ class Looks : public Pictures {
             {{UIKeyboardFrameEndUserInfoKey, QRectF(0, value.toInt(), 390, 400)},
              {UIKeyboardAnimationDurationUserInfoKey, 7.5},
              {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::InQuad)}});
-      } else if (word == "from=right") {
-        UIApplication::setLayoutDirection(Qt::RightToLeft);
+      } else if (word.startsWith("from=")) {
+        UIApplication::setLayoutDirection(value == "right" ? Qt::RightToLeft : Qt::LeftToRight);
+      } else if (word.startsWith("text=")) {
+        text = value;
+      } else if (word.startsWith("placeholder=")) {
+        dialog->textFieldsArray()[0]->setPlaceholder(value);
       } else if (word.startsWith("turn=")) {
         turn(value.toInt());
       } else if (word.startsWith("progress=")) {
@@ -105,7 +116,7 @@ class Looks : public Pictures {
         changes << word;
       }
     }
-    for (auto* field : dialog->textFieldsArray()) field->setText("Hm");
+    for (auto* field : dialog->textFieldsArray()) field->setText(text);
     change(*dialog, changes.join(' '));
     letGo();
     std::map<QString, int> now = before;

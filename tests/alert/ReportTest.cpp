@@ -119,30 +119,4 @@ TEST_F(Reports, AreAttachedByEveryEntryPoint) {
                 BUTTONS);
 }
 
-TEST_F(Reports, LetTheScreenBelowDecideOnRotationAndStatusBar) {
-  class Opinionated : public UIViewController {
-   public:
-    bool shouldAutorotate() const override { return false; }
-    UIInterfaceOrientationMask supportedInterfaceOrientations() const override {
-      return UIInterfaceOrientationMask::LandscapeLeft;
-    }
-    UIStatusBarStyle preferredStatusBarStyle() const override { return UIStatusBarStyle::LightContent; }
-    bool prefersStatusBarHidden() const override { return true; }
-    UIStatusBarAnimation preferredStatusBarUpdateAnimation() const override {
-      return UIStatusBarAnimation::Slide;
-    }
-  };
-  appController->presentViewController(std::make_shared<Opinionated>(), false);
-  const Dialog dialog = dialogFrom("alert");
-  const auto controller = dialog->viewController();
-  EXPECT_EQ(controller->alertView(), dialog);
-  EXPECT_FALSE(controller->shouldAutorotate());
-  EXPECT_EQ(controller->supportedInterfaceOrientations(), UIInterfaceOrientationMask::LandscapeLeft);
-  EXPECT_EQ(controller->preferredStatusBarStyle(), UIStatusBarStyle::LightContent);
-  EXPECT_TRUE(controller->prefersStatusBarHidden());
-  EXPECT_EQ(controller->preferredStatusBarUpdateAnimation(), UIStatusBarAnimation::Slide);
-  appController->dismissViewControllerAnimated(false);
-  EXPECT_TRUE(controller->shouldAutorotate());
-}
-
 }  // namespace

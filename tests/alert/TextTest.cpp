@@ -1,7 +1,6 @@
 // What is drawn for a text from outside.
 #include "RQAlertView/RQAlertViewText.h"
 #include "alert/Dialogs.h"
-#include "platform/ApplicationStyle.h"
 #include "support/Cases.h"
 
 namespace {
@@ -21,26 +20,6 @@ TEST(DisplayText, HasTheDirectionOfItsFirstLetter) {
   UIApplication::setLayoutDirection(Qt::LeftToRight);
   EXPECT_EQ(RQAlertViewText::direction(QString::fromUtf8("12 ملف")), Qt::RightToLeft);
   EXPECT_EQ(RQAlertViewText::direction("..."), Qt::LeftToRight);
-}
-
-TEST(SetText, SaysWhetherItIsCutOff) {
-  const QString text = "one two three four five six seven eight nine ten\nand more";
-  RQAlertViewTextStyle style{.font = systemFontOfSize(14), .numberOfLines = 1};
-  const double natural = RQAlertViewTextLayout::singleLineWidth(text, style.font);
-  const auto isCutOff = [&](double part) {
-    return RQAlertViewTextLayout(text, style, natural * part).isTruncated();
-  };
-  EXPECT_TRUE(isCutOff(0.6));
-  style.adjustsFontSizeToFitWidth = true;
-  style.minimumScaleFactor = 0.5;
-  EXPECT_FALSE(isCutOff(0.6));
-  EXPECT_TRUE(isCutOff(0.3));
-  style.numberOfLines = 2;
-  EXPECT_TRUE(isCutOff(0.3));
-  style.numberOfLines = 9;
-  EXPECT_FALSE(isCutOff(0.3));
-  // A path without a blank is broken rather than cut.
-  EXPECT_LE(RQAlertViewTextLayout(QString(80, u'/'), {.font = style.font}, 100).naturalWidth(), 100);
 }
 
 TEST_F(AnyText, IsTakenForATextAndNothingElse) {
