@@ -66,10 +66,6 @@ TEST_F(HostOpenerTest, HandsURLsOverAndTellsWhichCouldNotBeOpened) {
   EXPECT_THAT(unavailable_, ElementsAre("https://example.com/3/host", "https://example.com/4/host"));
 }
 
-TEST_F(HostOpenerTest, KeepsItsSocketFromCommands) {
-  EXPECT_EQ(fcntl(ends_[0], F_GETFD), FD_CLOEXEC);
-}
-
 TEST_F(HostOpenerTest, SendsNothingThatIsTooLong) {
   EXPECT_FALSE(opener_.open(QUrl(QString("https://example.com/") + QString(3000, QLatin1Char('x')))));
   EXPECT_FALSE(opener_.open(QUrl("https://[example")));
