@@ -46,7 +46,7 @@ class AccessibleRow : public QAccessibleInterface, public QAccessibleActionInter
  public:
   AccessibleRow(RQAlertViewButtonList* list, int row) : list_(list), row_(row) {}
 
-  bool isValid() const override { return list_ && row_ < list_->rows().count(); }
+  bool isValid() const override { return list_ && row_ < list_->rows().size(); }
   QObject* object() const override { return nullptr; }
   QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(list_); }
   QAccessibleInterface* child(int) const override { return nullptr; }
@@ -112,7 +112,7 @@ class AccessibleList : public QAccessibleWidget {
     for (const auto& [row, id] : rows_) QAccessible::deleteAccessibleInterface(id);
   }
 
-  int childCount() const override { return list()->rows().count(); }
+  int childCount() const override { return list()->model()->rowCount(); }
 
   // Made when it is asked for: a list may have any number of rows.
   QAccessibleInterface* child(int row) const override {

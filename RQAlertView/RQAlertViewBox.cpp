@@ -92,23 +92,20 @@ void RQAlertViewBox::applyBackdrop(RQAlertViewShadowView& card) const {
       backdrop_.copy(QRectF(inParent.topLeft() * ratio, inParent.size() * ratio).toAlignedRect()));
 }
 
-bool RQAlertViewBox::fitSideBySide(const RQAlertViewRows& rows, int width) const {
+bool RQAlertViewBox::fitSideBySide(const QList<RQAlertViewRow>& rows, int width) const {
+  const auto count = static_cast<int>(rows.size());
   if (dialog_->style == RQAlertViewStyle::ActionSheet || dialog_->appearance.oneRowOneButton) return false;
-  if (rows.count() > mostButtonsSideBySide) return false;
-  const int column = (width - (rows.count() - 1) * separatorThickness) / std::max(rows.count(), 1);
-  for (int row = 0; rows.count() > 1 && row < rows.count(); ++row) {
-    const RQAlertViewRow each = rows.at(row);
-    if (leastWidthOfRQAlertViewButton(each.title, dialog_->lookOf(each), buttonPaddingSideBySide) > column)
-      return false;
-  }
-  return true;
+  if (count < 2 || count > mostButtonsSideBySide) return count < 2;
+  const int column = (width - (count - 1) * separatorThickness) / count;
+  return std::all_of(rows.begin(), rows.end(), [&](const RQAlertViewRow& row) {
+    return leastWidthOfRQAlertViewButton(row.title, dialog_->lookOf(row), buttonPaddingSideBySide) <= column;
+  });
 }
 
 void RQAlertViewBox::arrangeButtons(int width) {
-  const RQAlertViewRows rows = dialog_->rows();
-  listed_ = rows.count() > 0 && !fitSideBySide(rows, width);
-  std::vector<RQAlertViewRow> wanted;
-  for (int row = 0; !listed_ && row < rows.count(); ++row) wanted.push_back(rows.at(row));
+  QList<RQAlertViewRow> wanted = dialog_->rows();
+  listed_ = !wanted.isEmpty() && !fitSideBySide(wanted, width);
+  if (listed_) wanted.clear();
   // The safe answer comes first in a row, as it comes last in a list.
   std::stable_partition(wanted.begin(), wanted.end(),
                         [](const auto& row) { return row.kind == RQAlertViewButtonKind::Cancel; });
@@ -219,10 +216,9 @@ QWidget* RQAlertViewBox::initialFocus() {
 }
 
 int RQAlertViewBox::safeRow() const {
-  const RQAlertViewRows& rows = list_->rows();
   int safe = -1;
-  for (int row = 0; row < rows.count(); ++row) {
-    const RQAlertViewRow each = rows.at(row);
+  for (int row = 0; row < list_->rows().size(); ++row) {
+    const RQAlertViewRow& each = list_->rows().at(row);
     if (!dialog_->isEnabled(each)) continue;
     if (each.kind == RQAlertViewButtonKind::Cancel) return row;
     if (each.kind == RQAlertViewButtonKind::Action && safe == -1) safe = row;

@@ -50,7 +50,7 @@ class RQAlertViewBox : public QWidget {
   int safeRow() const;
   void applyBackdrop(RQAlertViewShadowView& card) const;
   void arrangeButtons(int width);
-  bool fitSideBySide(const RQAlertViewRows& rows, int width) const;
+  bool fitSideBySide(const QList<RQAlertViewRow>& rows, int width) const;
   RQAlertViewButton* makeButton(const RQAlertViewRow& row, int padding);
   Heights heightsFor(int width, double roomHeight) const;
   void placeButtons(const QRect& area, const QRect& card);

@@ -16,16 +16,16 @@ RQAlertViewListModel::RQAlertViewListModel(std::shared_ptr<const RQAlertViewMode
     : QAbstractListModel(parent), dialog_(std::move(dialog)) {}
 
 void RQAlertViewListModel::update() {
-  if (RQAlertViewRows rows = dialog_->rows(); !(rows == rows_)) {
+  if (QList<RQAlertViewRow> rows = dialog_->rows(); rows != rows_) {
     beginResetModel();
     rows_ = std::move(rows);
     endResetModel();
   }
-  if (rows_.count() > 0) emit dataChanged(index(0), index(rows_.count() - 1));
+  if (!rows_.isEmpty()) emit dataChanged(index(0), index(rowCount() - 1));
 }
 
 int RQAlertViewListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : rows_.count();
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
 QVariant RQAlertViewListModel::data(const QModelIndex& index, int role) const {
@@ -76,15 +76,14 @@ void RQAlertViewButtonList::takeOver(int width) {
 
 int RQAlertViewButtonList::heightOfRow(int row) const {
   if (uniform_) return static_cast<int>(leastHeight_);
-  const RQAlertViewRow shown = rows().at(row);
+  const RQAlertViewRow& shown = rows().at(row);
   return cell_->heightOf(shown.title, dialog().lookOf(shown), width_, leastHeight_);
 }
 
 double RQAlertViewButtonList::heightOfRows() const {
-  const int count = rows().count();
-  if (uniform_) return leastHeight_ * count;
+  if (uniform_) return leastHeight_ * model_->rowCount();
   double height = 0;
-  for (int row = 0; row < count; ++row) height += heightOfRow(row);
+  for (int row = 0; row < model_->rowCount(); ++row) height += heightOfRow(row);
   return height;
 }
 
@@ -94,7 +93,8 @@ void RQAlertViewButtonList::setCard(const QPainterPath& card) {
 }
 
 void RQAlertViewButtonList::tap(int row) {
-  if (isRowEnabled(row)) press_(rows().at(row));
+  // A copy: the press may change the rows.
+  if (isRowEnabled(row)) press_(RQAlertViewRow(rows().at(row)));
 }
 
 void RQAlertViewButtonList::paintEvent(QPaintEvent* event) {
@@ -114,13 +114,12 @@ void RQAlertViewButtonList::keyPressEvent(QKeyEvent* event) {
       if (!isRepeatedAnswer(*event)) tap(row);
       return;
     case Qt::Key_Up:
-      if (row > firstEnabledRow()) break;
-      focusNextPrevChild(false);
+    case Qt::Key_Down: {
+      const bool down = event->key() == Qt::Key_Down;
+      if (down ? row < lastEnabledRow() : row > firstEnabledRow()) break;
+      focusNextPrevChild(down);
       return;
-    case Qt::Key_Down:
-      if (row < lastEnabledRow()) break;
-      focusNextPrevChild(true);
-      return;
+    }
     case Qt::Key_Escape:
       event->ignore();
       return;
@@ -169,8 +168,8 @@ void RQAlertViewButtonList::focusInEvent(QFocusEvent* event) {
 }
 
 int RQAlertViewButtonList::enabledRow(int row, int step) const {
-  while (row >= 0 && row < rows().count() && !isRowEnabled(row)) row += step;
-  return row < rows().count() ? row : -1;
+  while (row >= 0 && row < model_->rowCount() && !isRowEnabled(row)) row += step;
+  return row < model_->rowCount() ? row : -1;
 }
 
 void RQAlertViewButtonList::setPressedRow(int row) {
@@ -179,5 +178,5 @@ void RQAlertViewButtonList::setPressedRow(int row) {
 }
 
 bool RQAlertViewButtonList::isRowEnabled(int row) const {
-  return row >= 0 && row < rows().count() && dialog().isEnabled(rows().at(row));
+  return row >= 0 && row < model_->rowCount() && dialog().isEnabled(rows().at(row));
 }

@@ -17,7 +17,7 @@ class RQAlertViewListModel : public QAbstractListModel {
 
   // Takes over the rows, their looks and whether they are enabled.
   void update();
-  const RQAlertViewRows& rows() const { return rows_; }
+  const QList<RQAlertViewRow>& rows() const { return rows_; }
   const RQAlertViewModel& dialog() const { return *dialog_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -26,7 +26,7 @@ class RQAlertViewListModel : public QAbstractListModel {
 
  private:
   std::shared_ptr<const RQAlertViewModel> dialog_;
-  RQAlertViewRows rows_;
+  QList<RQAlertViewRow> rows_;
 };
 
 // A click on a row, or Return or Space on it, presses the button. At the ends the arrow keys go on to what
@@ -39,7 +39,7 @@ class RQAlertViewButtonList : public QListView {
                         QWidget* parent);
 
   const RQAlertViewModel& dialog() const { return model_->dialog(); }
-  const RQAlertViewRows& rows() const { return model_->rows(); }
+  const QList<RQAlertViewRow>& rows() const { return model_->rows(); }
   // Takes over the dialog's buttons and looks, for a list `width` wide.
   void takeOver(int width);
   // The looks of the rows, or whether they are enabled, may have changed.
@@ -75,7 +75,7 @@ class RQAlertViewButtonList : public QListView {
   // The first enabled row from `row` on, going by `step`; -1 if there is none.
   int enabledRow(int row, int step) const;
   int firstEnabledRow() const { return enabledRow(0, 1); }
-  int lastEnabledRow() const { return enabledRow(rows().count() - 1, -1); }
+  int lastEnabledRow() const { return enabledRow(model_->rowCount() - 1, -1); }
 
   RQAlertViewListModel* model_;
   RQAlertViewCell* cell_;

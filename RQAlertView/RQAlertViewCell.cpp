@@ -22,7 +22,7 @@ int RQAlertViewCell::heightOf(const QString& title, const RQAlertViewButtonLook&
 void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
   if (!list_) return;
-  const RQAlertViewRow row = list_->rows().at(index.row());
+  const RQAlertViewRow& row = list_->rows().at(index.row());
   const RQAlertViewButtonLook look = list_->dialog().lookOf(row);
   using ButtonState = RQAlertViewButtonState;
   const ButtonState untouched =
@@ -36,7 +36,7 @@ void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& optio
                           .padding = buttonPadding,
                           .card = list_->card(),
                           .focusRing = (option.state & QStyle::State_HasFocus) && showsFocus(*list_)});
-  if (index.row() + 1 < list_->rows().count()) {
+  if (index.row() + 1 < list_->rows().size()) {
     // One pixel of the device, whatever the scale.
     const double thickness = 1.0 / painter->device()->devicePixelRatioF();
     QRectF line = option.rect;
@@ -55,7 +55,7 @@ bool RQAlertViewCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
   if (event->type() != QEvent::ToolTip || !list_ || !index.isValid()) {
     return QStyledItemDelegate::helpEvent(event, view, option, index);
   }
-  const RQAlertViewRow row = list_->rows().at(index.row());
+  const RQAlertViewRow& row = list_->rows().at(index.row());
   const bool whole =
       showsWholeTitle(row.title, list_->dialog().lookOf(row), option.rect.width(), buttonPadding);
   // Tool tips interpret what looks like markup.

@@ -5,20 +5,15 @@
 
 #include <algorithm>
 
-int RQAlertViewRows::count() const {
-  return static_cast<int>(titles.size()) + (destructive.isNull() ? 0 : 1) + (cancel.isNull() ? 0 : 1);
-}
-
-RQAlertViewRow RQAlertViewRows::at(int row) const {
-  if (!destructive.isNull() && row == 0) return {RQAlertViewButtonKind::Destructive, 0, destructive};
-  if (!cancel.isNull() && row == count() - 1) return {RQAlertViewButtonKind::Cancel, 0, cancel};
-  const int index = row - (destructive.isNull() ? 0 : 1);
-  return {RQAlertViewButtonKind::Action, static_cast<std::size_t>(index), titles.at(index)};
-}
-
-RQAlertViewRows RQAlertViewModel::rows() const {
-  const bool separate = RQAlertViewHelper::isCancelButtonSeparate(*this);
-  return {destructiveButtonTitle, buttonTitles, separate ? QString() : cancelButtonTitle};
+QList<RQAlertViewRow> RQAlertViewModel::rows() const {
+  QList<RQAlertViewRow> rows;
+  if (!destructiveButtonTitle.isNull())
+    rows.append({RQAlertViewButtonKind::Destructive, 0, destructiveButtonTitle});
+  std::size_t index = 0;
+  for (const QString& text : buttonTitles) rows.append({RQAlertViewButtonKind::Action, index++, text});
+  if (!cancelButtonTitle.isNull() && !RQAlertViewHelper::isCancelButtonSeparate(*this))
+    rows.append(cancelRow());
+  return rows;
 }
 
 RQAlertViewButtonLook RQAlertViewModel::lookOf(const RQAlertViewRow& row) const {

@@ -113,20 +113,6 @@ struct RQAlertViewRow {
 // Called when the user presses a button.
 using RQAlertViewPress = std::function<void(const RQAlertViewRow& row)>;
 
-// The buttons in the order of the list: the destructive one first, the cancel button last. Null titles are
-// absent.
-struct RQAlertViewRows {
-  QString destructive;
-  QStringList titles;
-  QString cancel;
-
-  int count() const;
-  // `row` is below count().
-  RQAlertViewRow at(int row) const;
-
-  friend bool operator==(const RQAlertViewRows&, const RQAlertViewRows&) = default;
-};
-
 // Null texts are absent.
 struct RQAlertViewModel {
   RQAlertViewType type = RQAlertViewType::Default;
@@ -145,8 +131,9 @@ struct RQAlertViewModel {
   std::vector<bool> buttonsEnabled{};  // one for each of the button titles
   std::map<std::size_t, RQAlertViewButtonProperties> buttonProperties{};
 
-  // Without the cancel button where it is separate.
-  RQAlertViewRows rows() const;
+  // The buttons in the order of the list: the destructive one first, the cancel button last unless it is
+  // separate.
+  QList<RQAlertViewRow> rows() const;
   RQAlertViewRow cancelRow() const { return {RQAlertViewButtonKind::Cancel, 0, cancelButtonTitle}; }
   RQAlertViewButtonLook lookOf(const RQAlertViewRow& row) const;
   bool isEnabled(const RQAlertViewRow& row) const;

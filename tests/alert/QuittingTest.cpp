@@ -22,7 +22,7 @@ class Delegate : public UIApplicationDelegate {
   bool applicationDidFinishLaunchingWithOptions(UIApplication&, const QVariantMap&) override {
     window_->setRootViewController(std::make_shared<UIViewController>());
     window_->makeKeyAndVisible();
-    const auto dialog = RQAlertView::alertViewWithTitle("Title", QString(), RQAlertViewStyle::Alert, {"Quit"},
+    const auto dialog = RQAlertView::alertViewWithTitle("Title", QString(), RQAlertViewStyle::Alert, QStringList{"Quit"},
                                                         QString(), QString());
     // Once the screen is shown.
     performSelectorAfterDelay(

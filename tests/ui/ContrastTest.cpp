@@ -55,7 +55,7 @@ QColor inkOf(const QString& picture) {
 }
 
 std::shared_ptr<RQAlertView> dialog(RQAlertViewStyle style, void (*dress)(RQAlertView&)) {
-  auto made = RQAlertView::alertViewWithTitle("title", "message", style, {"other"}, "cancel", "destructive");
+  auto made = RQAlertView::alertViewWithTitle("title", "message", style, QStringList{"other"}, "cancel", "destructive");
   dress(*made);
   return made;
 }
