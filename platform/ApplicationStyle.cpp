@@ -1,7 +1,5 @@
 #include "platform/ApplicationStyle.h"
 
-#include <algorithm>
-
 #include <QApplication>
 #include <QFontDatabase>
 #include <QImage>
@@ -78,33 +76,13 @@ QRect ApplicationStyle::subControlRect(ComplexControl control, const QStyleOptio
                                        SubControl part, const QWidget* widget) const {
   const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
   if (control != CC_ScrollBar || !bar) return QProxyStyle::subControlRect(control, option, part, widget);
+  if (part == SC_ScrollBarSubLine || part == SC_ScrollBarAddLine) return {};
+  // The base has a button at each end: of a bar that is longer by both, all between them is this bar.
   const bool lies = bar->orientation == Qt::Horizontal;
-  const QRect whole = bar->rect;
-  const int room = lies ? whole.width() : whole.height();
-  const qint64 range = qint64{bar->maximum} - bar->minimum;
-  const qint64 shown = std::max(bar->pageStep, 1);
-  const int length = range <= 0 ? room
-                                : std::clamp(static_cast<int>(room * shown / (range + shown)),
-                                             std::min(leastThumb, room), room);
-  const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition, room - length,
-                                            bar->upsideDown);
-  const auto stretch = [&](int from, int to) {
-    const QRect rect = lies ? QRect(whole.x() + from, whole.y(), to - from, whole.height())
-                            : QRect(whole.x(), whole.y() + from, whole.width(), to - from);
-    return visualRect(bar->direction, whole, rect);
-  };
-  switch (part) {
-    case SC_ScrollBarGroove:
-      return whole;
-    case SC_ScrollBarSlider:
-      return stretch(start, start + length);
-    case SC_ScrollBarSubPage:
-      return stretch(0, start);
-    case SC_ScrollBarAddPage:
-      return stretch(start + length, room);
-    default:
-      return {};
-  }
+  const QPoint button = lies ? QPoint(scrollBarRoom, 0) : QPoint(0, scrollBarRoom);
+  QStyleOptionSlider longer = *bar;
+  longer.rect.setBottomRight(bar->rect.bottomRight() + 2 * button);
+  return QProxyStyle::subControlRect(control, &longer, part, widget).translated(-button);
 }
 
 int ApplicationStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
