@@ -156,28 +156,15 @@ void CodeView::alignClosingBrace() {
   if (columns != send(SCI_GETLINEINDENTATION, line)) send(SCI_SETLINEINDENTATION, line, columns);
 }
 
-void CodeView::shiftLines(bool deeper) {
-  const long first = send(SCI_LINEFROMPOSITION, send(SCI_GETSELECTIONSTART));
-  const long end = send(SCI_GETSELECTIONEND);
-  long last = send(SCI_LINEFROMPOSITION, end);
-  // A selection of whole lines ends before the next one.
-  if (last > first && end == send(SCI_POSITIONFROMLINE, last)) --last;
-  const long step = deeper ? send(SCI_GETTABWIDTH) : -send(SCI_GETTABWIDTH);
-  send(SCI_BEGINUNDOACTION);
-  for (long line = first; line <= last; ++line) {
-    const bool isEmpty = send(SCI_GETLINEENDPOSITION, line) == send(SCI_POSITIONFROMLINE, line);
-    const long columns = send(SCI_GETLINEINDENTATION, line);
-    const long wanted = isEmpty ? columns : std::max(columns + step, 0L);
-    if (wanted != columns) send(SCI_SETLINEINDENTATION, line, wanted);
-  }
-  send(SCI_ENDUNDOACTION);
-}
-
 void CodeView::keyPressEvent(QKeyEvent* event) {
   const bool shifts = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
   const bool alone = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-  if (shifts && alone && hasSelectedText()) return shiftLines(event->key() == Qt::Key_Tab);
-  TextView::keyPressEvent(event);
+  const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETSELECTIONSTART));
+  const bool isOneLine = line == send(SCI_LINEFROMPOSITION, send(SCI_GETSELECTIONEND));
+  // The library shifts several lines itself, and would replace what is selected in one.
+  if (!shifts || !alone || !hasSelectedText() || !isOneLine) return TextView::keyPressEvent(event);
+  const long step = event->key() == Qt::Key_Tab ? send(SCI_GETTABWIDTH) : -send(SCI_GETTABWIDTH);
+  send(SCI_SETLINEINDENTATION, line, std::max(send(SCI_GETLINEINDENTATION, line) + step, 0L));
 }
 
 // Always the whole text, which takes 3 ms. Where colours or brackets change outside of what is painted, the

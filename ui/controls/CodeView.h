@@ -52,7 +52,6 @@ class CodeView : public TextView {
   void detectIndentation(std::string_view text);
   void indentNewLine();
   void alignClosingBrace();
-  void shiftLines(bool deeper);
   void matchBrackets();
   void widenMargin();
 

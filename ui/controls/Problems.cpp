@@ -129,8 +129,6 @@ ProblemsPanel::ProblemsPanel(QWidget* parent)
   add(text::previousProblem, "previous", Qt::SHIFT | Qt::Key_F8, true);
   add(text::nextProblem, "next", Qt::Key_F8, false);
   list_->setAccessibleName(localized(text::problems));
-  list_->setBackgroundColor(colours::listGround);
-  list_->setSeparatorColor(colours::separator);
   list_->setMarksCurrent(true);
   list_->rows().rowAt = [this](int row) { return rowOf(problemAt(row)); };
   connect(list_, &RowListView::rowPicked, this,

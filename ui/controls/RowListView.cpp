@@ -24,7 +24,6 @@ class RowCell : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
-  QColor separatorColor;
   bool marksCurrent = false;
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
@@ -72,7 +71,7 @@ class RowCell : public QStyledItemDelegate {
       draw(row.detail, small, {text.left(), top + upper, text.width(), lower}, Qt::ElideMiddle);
     }
     painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), separatorHeight),
-                      separatorColor);
+                      colours::separator);
     const bool focused = (option.state & QStyle::State_HasFocus) != 0 && showsFocus(list);
     if (focused) drawFocusRing(*painter, option.rect.adjusted(0, 0, 0, -separatorHeight), 0);
   }
@@ -83,6 +82,7 @@ RowListView::RowListView(QWidget* parent)
   setModel(model_);
   setItemDelegate(cell_);
   setUniformItemSizes(true);
+  setBackgroundColor(colours::listGround);
   setFont(systemFontOfSize(metrics::bodyTextSize));
   setFrameShape(QFrame::NoFrame);
   setMouseTracking(true);
@@ -104,11 +104,6 @@ void RowListView::setBackgroundColor(const QColor& colour) {
   QPalette colours = palette();
   colours.setColor(QPalette::Base, colour);
   setPalette(colours);
-}
-
-void RowListView::setSeparatorColor(const QColor& colour) {
-  cell_->separatorColor = colour;
-  viewport()->update();
 }
 
 void RowListView::setMarksCurrent(bool marks) {

@@ -71,7 +71,6 @@ class RowListView : public QListView {
   void setCurrentRow(int row);
 
   void setBackgroundColor(const QColor& colour);
-  void setSeparatorColor(const QColor& colour);
   // Marks the current row although another control has the focus and moves it.
   void setMarksCurrent(bool marks);
 

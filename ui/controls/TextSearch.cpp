@@ -3,46 +3,29 @@
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
-#include <string>
-
-namespace {
-
-// Boyer and Moore's search as Horspool simplified it: most bytes of a huge log are never looked at. Returns
-// how many bytes are between `begin` and the match. Goes either way, as its iterators do.
-template <typename Iterator>
-std::optional<std::size_t> distanceToWord(Iterator begin, Iterator end, std::string_view word) {
-  const std::size_t last = word.size() - 1;
-  std::array<std::size_t, 256> shift;
-  shift.fill(word.size());
-  const auto index = [](char byte) { return static_cast<unsigned char>(folded(byte)); };
-  for (std::size_t place = 0; place < last; ++place) shift[index(word[place])] = last - place;
-  const auto length = static_cast<std::size_t>(end - begin);
-  for (std::size_t at = 0; at + last < length;) {
-    const char under = folded(begin[static_cast<std::ptrdiff_t>(at + last)]);
-    if (under == folded(word[last]) &&
-        std::equal(word.begin(), word.end(), begin + static_cast<std::ptrdiff_t>(at),
-                   [](char ours, char theirs) { return folded(ours) == folded(theirs); })) {
-      return at;
-    }
-    at += shift[index(under)];
-  }
-  return std::nullopt;
-}
-
-}  // namespace
+#include <functional>
+#include <iterator>
 
 std::optional<std::size_t> findWord(std::string_view text, std::string_view word, std::size_t from,
                                     SearchDirection direction) {
   from = std::min(from, text.size());
   if (word.empty()) return std::nullopt;
+  // Most bytes of a huge log are never looked at.
+  const auto distance = [](auto begin, auto end, auto wordBegin, auto wordEnd) -> std::optional<std::size_t> {
+    const auto hash = [](char byte) { return static_cast<std::size_t>(folded(byte)); };
+    const auto same = [](char one, char other) { return folded(one) == folded(other); };
+    const std::boyer_moore_horspool_searcher searcher(wordBegin, wordEnd, hash, same);
+    const auto found = std::search(begin, end, searcher);
+    if (found == end) return std::nullopt;
+    return static_cast<std::size_t>(found - begin);
+  };
+  const auto place = static_cast<std::ptrdiff_t>(from);
   if (direction == SearchDirection::Forward) {
-    const auto found = distanceToWord(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), word);
+    const auto found = distance(text.begin() + place, text.end(), word.begin(), word.end());
     return found ? std::optional(from + *found) : std::nullopt;
   }
-  const std::string backwards(word.rbegin(), word.rend());
   const auto found =
-      distanceToWord(text.rbegin() + static_cast<std::ptrdiff_t>(text.size() - from), text.rend(), backwards);
+      distance(std::reverse_iterator(text.begin() + place), text.rend(), word.rbegin(), word.rend());
   return found ? std::optional(from - *found - word.size()) : std::nullopt;
 }
 

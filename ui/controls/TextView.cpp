@@ -302,26 +302,18 @@ void TextView::selectFromTop() {
   send(SCI_SETEMPTYSELECTION, send(SCI_POSITIONFROMLINE, line));
 }
 
-bool TextView::scrollByKey(const QKeyEvent& event) {
-  const struct {
-    int key;
-    QScrollBar* bar;
-    QAbstractSlider::SliderAction action;
-  } scrolls[] = {{Qt::Key_Up, verticalScrollBar(), QAbstractSlider::SliderSingleStepSub},
-                 {Qt::Key_Down, verticalScrollBar(), QAbstractSlider::SliderSingleStepAdd},
-                 {Qt::Key_Left, horizontalScrollBar(), QAbstractSlider::SliderSingleStepSub},
-                 {Qt::Key_Right, horizontalScrollBar(), QAbstractSlider::SliderSingleStepAdd},
-                 {Qt::Key_PageUp, verticalScrollBar(), QAbstractSlider::SliderPageStepSub},
-                 {Qt::Key_PageDown, verticalScrollBar(), QAbstractSlider::SliderPageStepAdd},
-                 {Qt::Key_Space, verticalScrollBar(), QAbstractSlider::SliderPageStepAdd},
-                 {Qt::Key_Home, verticalScrollBar(), QAbstractSlider::SliderToMinimum},
-                 {Qt::Key_End, verticalScrollBar(), QAbstractSlider::SliderToMaximum}};
-  for (const auto& each : scrolls) {
-    if (event.key() != each.key) continue;
-    each.bar->triggerAction(each.action);
+bool TextView::scrollByKey(QKeyEvent& event) {
+  constexpr std::pair<int, QAbstractSlider::SliderAction> ofTexts[] = {
+      {Qt::Key_Space, QAbstractSlider::SliderPageStepAdd},
+      {Qt::Key_Home, QAbstractSlider::SliderToMinimum},
+      {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+  for (const auto& [key, action] : ofTexts) {
+    if (event.key() != key) continue;
+    verticalScrollBar()->triggerAction(action);
     return true;
   }
-  return false;
+  QAbstractScrollArea::keyPressEvent(&event);
+  return event.isAccepted();
 }
 
 void TextView::keyPressEvent(QKeyEvent* event) {

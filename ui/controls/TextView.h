@@ -88,7 +88,7 @@ class TextView : public QsciScintilla {
   void placeNote();
   void paintFocusRing(QWidget& part);
   void selectFromTop();
-  bool scrollByKey(const QKeyEvent& event);
+  bool scrollByKey(QKeyEvent& event);
   void touch(const QTouchEvent& event);
   void tap(QPoint at, qint64 time);
   void scrollByTouch(QEvent& event);

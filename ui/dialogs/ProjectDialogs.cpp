@@ -58,7 +58,6 @@ class PickPanel : public QWidget {
     layout->addWidget(field_);
     list_->setAccessibleName(localized(listName));
     list_->setBackgroundColor(colours::cellGround);
-    list_->setSeparatorColor(colours::separator);
     list_->setMarksCurrent(true);
     layout->addWidget(list_, 1);
     note_->setFont(systemFontOfSize(metrics::smallTextSize));

@@ -19,6 +19,10 @@
 #include "workspace/Paths.h"
 #include "workspace/ProjectFiles.h"
 
+#include <algorithm>
+
+#include <QScrollBar>
+
 namespace {
 
 constexpr double refreshDelay = 0.1;  // seconds
@@ -30,6 +34,11 @@ void ViewController::loadView() {
   outlets_.setupUi(view);
   outlets_.ProjLableName->setFont(boldSystemFontOfSize(metrics::titleTextSize));
   setView(view);
+  outlets_.TableVV->rows().rowAt = [picture = QIcon(QStringLiteral(":/pictures/na.png"))](int row) {
+    const auto index = static_cast<std::size_t>(row);
+    return RowModel::Row{.name = index < MUArray().size() ? shownName(MUArray()[index]) : QString(),
+                         .picture = picture};
+  };
   wireButtons();
 }
 
@@ -60,7 +69,7 @@ void ViewController::wireButtons() {
       [this](const std::string& path, long line, long column) { presentEditor(*this, path, line, column); });
   NSNotificationCenter::defaultCenter().addObserver(this, ProjectFilesDidChangeNotification, nullptr,
                                                     [this](const NSNotification&) { Reload(); });
-  connect(outlets_.TableVV, &FileListView::rowPicked, this,
+  connect(outlets_.TableVV, &RowListView::rowPicked, this,
           atEventBoundary([this](int row) { didSelectRow(row); }));
 }
 
@@ -70,15 +79,12 @@ void ViewController::viewDidLoad() {
   if (!theosIsPresent()) showNotice(localized(text::couldNotFindTheos), localized(text::mustInstallTheos));
   recordTheosPath();
   createProjectsFolder();
-  ArraySetUp();
-  outlets_.TableVV->setBackgroundColor(colours::listGround);
-  outlets_.TableVV->setSeparatorColor(colours::separator);
   const QString project = shownName(currentProjectLabel());
   if (project != outlets_.ProjLableName->text()) {
     outlets_.TableVV->setCurrentRow(-1);
     outlets_.TableVV->scrollToTop();
   }
-  outlets_.TableVV->reloadData();
+  listFiles();
   outlets_.ProjLableName->setText(project);
   // "[*]" alone would be a place for the mark of a changed document.
   UIScreen::mainScreen()->setWindowTitle(
@@ -115,8 +121,23 @@ void ViewController::OpenPrijectFolder() {
 }
 
 void ViewController::Reload() {
+  listFiles();
+}
+
+void ViewController::listFiles() {
+  RowListView& list = *outlets_.TableVV;
+  const std::vector<std::string>& names = MUArray();
+  const int row = list.currentRow();
+  const auto index = static_cast<std::size_t>(row);
+  const std::string current = index < names.size() ? names[index] : std::string();
+  const int place = list.verticalScrollBar()->value();
   ArraySetUp();
-  outlets_.TableVV->reloadData();
+  const auto same = std::find(names.begin(), names.end(), current);
+  list.rows().setCount(static_cast<int>(names.size()));
+  if (row >= 0)
+    list.setCurrentRow(same != names.end() ? static_cast<int>(same - names.begin())
+                                           : std::min(row, list.rows().rowCount() - 1));
+  list.verticalScrollBar()->setValue(place);
 }
 
 void ViewController::DismissPop() {

@@ -33,6 +33,9 @@ class ViewController : public UIViewController {
 
  private:
   void wireButtons();
+  // Reads the current project's files anew, keeping the place in the list where the rows still allow it: the
+  // same file stays the current one wherever it is now, or if it has gone, the one in its place.
+  void listFiles();
   void presentBuildScreen();
   void presentAboutScreen();
   void didSelectRow(int row);
