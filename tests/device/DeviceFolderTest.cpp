@@ -3,7 +3,9 @@
 #include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryFolder.h"
+#include "support/Cases.h"
 #include "support/RefusalOf.h"
+#include "support/Sections.h"
 #include "support/Tree.h"
 
 #include <algorithm>
@@ -24,11 +26,11 @@ class DeviceFolderTest : public testing::Test {
  protected:
   void SetUp() override {
     putFile(home / "precious", "kept");
-    ship("Choose.plist", "list 1");
-    ship("TheosOrig.zip", "zip 1");
+    for (const char* name : {"Choose.plist", "TheosOrig.zip"}) ship(name, "1");
   }
   void ship(const std::string& name, const std::string& content) {
     putFile(files / ("Tweakbench.app/" + name), content);
+    fs::permissions(files / ("Tweakbench.app/" + name), fs::perms(0755));
   }
   void start(const std::optional<std::string>& locale = "ar_SA") {
     DeviceFolder(openOrMakeFolder(device.path()), "the device").complete(files.path(), locale);
@@ -48,29 +50,50 @@ class DeviceFolderTest : public testing::Test {
   const std::string preferences = device / "var/mobile/Library/Preferences/com.apple.springboard.plist";
 };
 
-TEST_F(DeviceFolderTest, AStartMakesWhatIsMissingAndKeepsWhatIsThere) {
-  const auto startCompletes = [&] {
-    start();
-    EXPECT_EQ(fileAt(application("TheosOrig.zip")), "zip 1");
-    EXPECT_TRUE(fs::is_directory(device / "var/mobile/Documents"));
-    for (const auto& [link, target] :
-         std::map<std::string, std::string>{{"usr-bin/env", "/.host/usr/bin/env"},
-                                            {"bin/env", "/.host/usr/bin/env"},
-                                            {"bin/sh", "/.host/tweakbench/guard"}})
-      EXPECT_EQ(fs::read_symlink(device / link), target) << link;
+// TEXT of a file, "-> TARGET" of a link, "/" of a folder, "-" where there is nothing.
+std::string whatIsAt(const fs::path& path) {
+  const fs::file_status status = fs::symlink_status(path);
+  if (fs::is_symlink(status)) return "-> " + fs::read_symlink(path).string();
+  return !fs::exists(status) ? "-" : fs::is_directory(status) ? "/" : fileAt(path);
+}
+
+TEST_F(DeviceFolderTest, StartsMakeOfItWhatIsWritten) {
+  const auto placeOf = [this](const std::string& path) {
+    if (path.starts_with("~")) return home.path() + path.substr(1);
+    const std::string place = device / replaceAll(path, "@", "Applications/Tweakbench.app");
+    return path.find('*') == std::string::npos
+               ? place
+               : replaceAll(place, device / "history/set-aside/*", setAside().string());
   };
-  startCompletes();
-  EXPECT_EQ(fileAt(application("Choose.plist")), "list 1");
-  EXPECT_FALSE(fs::exists(device / "var/Tweakyard"));
-  const std::vector<std::string> kept{device / "var/Tweakyard/Projects/P/Tweak.x",
-                                      application("Choose.plist"), device / "usr-bin/ftt", preferences};
-  for (const std::string& file : kept) putFile(file, "mine");
-  // As a start that was killed, or a build, leaves it.
-  for (const char* missing :
-       {"Applications/Tweakbench.app/TheosOrig.zip", "shipped", "bin", "usr-bin/env", "var/mobile/Documents"})
-    fs::remove_all(device / missing);
-  startCompletes();
-  for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine");
+  for (const auto& [title, lines] : sectionsOf(TWEAKBENCH_FOLDER_STARTS)) {
+    SCOPED_TRACE(title);
+    for (const std::string& folder : {device.path(), files.path(), home.path()}) {
+      fs::remove_all(folder);
+      fs::create_directory(folder);
+    }
+    SetUp();
+    for (const std::string& line : lines) {
+      const Case words = splitAt(line.starts_with("  ") ? line.substr(2) : line, " ");
+      const std::string& verb = words[0];
+      if (line.starts_with("  ")) {
+        EXPECT_EQ(whatIsAt(placeOf(verb)), replaceAll(line.substr(verb.size() + 3), "~", home.path()))
+            << line;
+      } else if (verb == "ship") {
+        ship(words.at(1), words.at(2));
+      } else if (verb == "start") {
+        start();
+      } else if (verb == "put") {
+        putFile(placeOf(words.at(1)), words.at(2));
+      } else if (verb == "link") {
+        fs::create_symlink(words.at(2).starts_with("~") ? placeOf(words[2]) : words[2], placeOf(words[1]));
+      } else if (verb == "move") {
+        fs::rename(placeOf(words.at(1)), placeOf(words.at(2)));
+      } else {
+        ASSERT_EQ(verb, "remove") << line;
+        fs::remove_all(placeOf(words.at(1)));
+      }
+    }
+  }
 }
 
 TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
@@ -106,86 +129,10 @@ TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneSti
   EXPECT_NE(refusalOf([&] { start(); }), "none");
   used.remainDevice();
   start();
-  EXPECT_EQ(fileAt(application("Choose.plist")), "list 1");
+  EXPECT_EQ(fileAt(application("Choose.plist")), "1");
   for (const auto& entry : fs::directory_iterator(device.path())) fs::remove_all(entry);
   used.remainDevice();
   EXPECT_TRUE(fs::is_empty(device.path())) << "where nothing is left, nothing is made";
-}
-
-TEST_F(DeviceFolderTest, WhatAKilledSaveLeftGoesAtTheNextStart) {
-  start();
-  const std::string project = device / "var/Tweakyard/Projects/P/";
-  const std::vector<std::string> left{application(".tweakbench-saving-Ab3dEf"),
-                                      project + ".tweakbench-saving-zyxwvu"};
-  const std::vector<std::string> kept{
-      application(".tweakbench-saving-Ab3d.f"), project + ".tweakbench-config",
-      project + ".tweakbench-saving-folder/file", project + "deep/.tweakbench-saving-zyxwvu",
-      home / ".tweakbench-saving-zyxwvu"};
-  for (const auto* files : {&left, &kept})
-    for (const std::string& file : *files) putFile(file, "mine");
-  fs::create_symlink(home.path(), device / "var/Tweakyard/Projects/link");
-  start();
-  for (const std::string& file : left) EXPECT_FALSE(fs::exists(file)) << file;
-  for (const std::string& file : kept) EXPECT_EQ(fileAt(file), "mine") << file;
-}
-
-TEST_F(DeviceFolderTest, ANewReleaseRenewsOnlyWhatWasLeftAsShipped) {
-  ship("ftt", "converter 1");
-  start();
-  putFile(application("Choose.plist"), "chosen");
-  fs::remove(application("ftt"));
-  for (const char* name : {"Choose.plist", "TheosOrig.zip", "ftt", "New.plist"}) ship(name, "release 2");
-  start();
-  EXPECT_EQ(fileAt(application("Choose.plist")), "chosen");
-  EXPECT_EQ(fileAt(application("TheosOrig.zip")), "release 2");
-  EXPECT_EQ(fileAt(application("New.plist")), "release 2");
-  EXPECT_FALSE(fs::exists(application("ftt")));
-  fs::remove_all(device / "Applications/Tweakbench.app");
-  start();
-  EXPECT_EQ(fileAt(application("Choose.plist")), "release 2");
-}
-
-TEST_F(DeviceFolderTest, TheConverterIsRenewedWhereTheApplicationMovedIt) {
-  const std::string moved = device / "usr-bin/ftt";
-  const auto release = [&](const std::string& converter) {
-    ship("ftt", converter);
-    fs::permissions(files / "Tweakbench.app/ftt", fs::perms(0755));
-    start();
-  };
-  release("converter 1");
-  EXPECT_FALSE(fs::exists(moved)) << "moving it is the application's part";
-  fs::rename(application("ftt"), moved);
-  for (const char* later : {"converter 2", "converter 3"}) {
-    release(later);
-    EXPECT_EQ(fileAt(moved), later);
-    EXPECT_EQ(fs::status(moved).permissions(), fs::perms(0755));
-    EXPECT_FALSE(fs::exists(application("ftt")));
-  }
-  putFile(moved, "mine");
-  release("converter 4");
-  EXPECT_EQ(fileAt(moved), "mine");
-  replaceByLink(moved, home / "precious");
-  putFile(home / "precious", "converter 4");
-  release("converter 5");
-  EXPECT_EQ(fileAt(home / "precious"), "converter 4");
-  EXPECT_TRUE(fs::is_symlink(moved));
-  fs::remove(moved);
-  release("converter 6");
-  EXPECT_FALSE(fs::exists(fs::symlink_status(moved))) << "what was removed stays away";
-}
-
-TEST_F(DeviceFolderTest, ProgramsThatABuildReplacedArePutRight) {
-  start();
-  fs::remove(device / "usr-bin/make");
-  putFile(device / "usr-bin/make", "mine");
-  fs::remove(device / "usr-bin/env");
-  putFile(device / "usr-bin/env/inside", "kept");
-  fs::create_symlink("/.host/usr/bin/gone", device / "usr-bin/gone");
-  start();
-  for (const std::string program : {"make", "env"})
-    EXPECT_EQ(fs::read_symlink(device / ("usr-bin/" + program)), "/.host/usr/bin/" + program);
-  EXPECT_EQ(fileAt(setAside() / "usr-bin/env/inside"), "kept");
-  EXPECT_FALSE(fs::is_symlink(device / "usr-bin/gone"));
 }
 
 TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
