@@ -25,6 +25,11 @@ bool contains(string_view text, string_view part) {
   return !text.empty() && memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
 }
 
+bool containsAny(string_view text, std::initializer_list<string_view> phrases) {
+  return std::any_of(phrases.begin(), phrases.end(),
+                     [text](string_view each) { return contains(text, each); });
+}
+
 // Takes `prefix` from the beginning of `text`; false where it begins otherwise.
 bool take(string_view& text, string_view prefix) {
   if (!text.starts_with(prefix)) return false;
@@ -134,12 +139,9 @@ bool isMakefile(string_view path) {
 
 // Whether it says no more than that something above it failed.
 bool onlyFollows(string_view message) {
-  for (const string_view phrase :
-       {"linker command failed", "ld returned 1 exit status", "symbol(s) not found for architecture",
-        "Undefined symbols for architecture", "subprocess returned error exit status"}) {
-    if (contains(message, phrase)) return true;
-  }
-  return false;
+  return containsAny(
+      message, {"linker command failed", "ld returned 1 exit status", "symbol(s) not found for architecture",
+                "Undefined symbols for architecture", "subprocess returned error exit status"});
 }
 
 // Whether `line` has nothing but carets, and the ends of what they underline.
@@ -198,21 +200,11 @@ class Reader {
     const size_t end = line.find_last_not_of("\r\033 ");
     if (end == string_view::npos) return false;
     if (hasColon && (line[end] == ':' || contains(line, ": ") || contains(line, ":\033"))) return true;
-    switch (line.front()) {
-      case 'c':
-        return line.starts_with("cd ");
-      case 'm':
-      case '/':
-        return contains(line, " -C ");
-      case '>':
-      case ' ':
-      case 'M':
-      case '\033':
-        if (line.starts_with(">>> ") || contains(line, "aking ")) return true;
-        break;
-      default:
-        break;
-    }
+    const char first = line.front();
+    if (first == 'm' || first == '/') return contains(line, " -C ");
+    if (line.starts_with("cd ") || line.starts_with(">>> ")) return true;
+    if ((first == '>' || first == ' ' || first == 'M' || first == '\033') && contains(line, "aking "))
+      return true;
     return (line[end] == '.' || line[end] == '"') && contains(line, " line ");
   }
 
@@ -266,9 +258,8 @@ class Reader {
       }
     }
     if (const auto perl = takePerlPlace(text)) {
-      bool harmless = false;
-      for (const string_view phrase : {"Use of uninitialized", "Useless use", "Possible ", " redefined"})
-        harmless = harmless || contains(text, phrase);
+      const bool harmless =
+          containsAny(text, {"Use of uninitialized", "Useless use", "Possible ", " redefined"});
       add(harmless ? Kind::Warning : Kind::Error, *perl, text);
     }
   }
@@ -286,12 +277,8 @@ class Reader {
       place = *perl;
     }
     if (place.file.empty()) place.file = quotedSource(text);
-    if (place.file.empty()) {
-      for (const string_view phrase : {"control file", "package name", "package version"}) {
-        if (contains(text, phrase)) place.file = "control";
-      }
-      if (!place.file.empty() && !isSource(sourceOf(place.file))) place = {};
-    }
+    const bool isControl = containsAny(text, {"control file", "package name", "package version"});
+    if (place.file.empty() && isControl && isSource(sourceOf("control"))) place.file = "control";
     add(kind, place, text);
   }
 
@@ -349,17 +336,14 @@ class Reader {
   bool readLinker(string_view text, string_view whole) {
     Problem* const last = problems.empty() ? nullptr : &problems.back();
     if (take(text, ">>> referenced by ") || take(text, ">>> defined in ") || take(text, ">>> defined at ")) {
-      if (last && last->file.empty()) {
-        const string file = string(text.substr(0, text.find(" (")));
-        string_view rest = file;
-        const string placed = file + ":";
-        string_view withColon = placed;
-        const auto place = takePlace(withColon);
-        const string source = sourceOf(place ? place->file : rest);
-        if (isSource(source)) {
-          last->file = source;
-          last->line = place ? place->line : 0;
-        }
+      const string file(text.substr(0, text.find(" (")));
+      const string placed = file + ":";
+      string_view rest = placed;
+      const Place place = takePlace(rest).value_or(Place{file});
+      const string source = sourceOf(place.file);
+      if (last && last->file.empty() && isSource(source)) {
+        last->file = source;
+        last->line = place.line;
       }
       return true;
     }

@@ -94,12 +94,7 @@ class Cleaner {
   // With zeros, which no pattern holds, for what is past the end.
   Word wordAt(const char* place) const {
     Word word = 0;
-    const auto left = static_cast<std::size_t>(end_ - place);
-    if (left >= sizeof word) {
-      std::memcpy(&word, place, sizeof word);
-    } else {
-      std::memcpy(&word, place, left);
-    }
+    std::memcpy(&word, place, std::min(sizeof word, static_cast<std::size_t>(end_ - place)));
     return word;
   }
 
@@ -159,9 +154,7 @@ class Cleaner {
     }
     const std::size_t size = std::min(next, last + reach);
     std::string cluster(log.substr(0, size));
-    for (const std::string_view pattern : patterns_) {
-      if (cluster.find(pattern) != std::string::npos) cluster = replaceAll(cluster, pattern, "");
-    }
+    for (const std::string_view pattern : patterns_) cluster = replaceAll(cluster, pattern, "");
     out_ = std::copy(cluster.begin(), cluster.end(), out_);
     at_ += size;
   }

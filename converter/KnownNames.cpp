@@ -51,15 +51,6 @@ bool isUpper(char character) {
 
 }  // namespace
 
-bool isAmong(std::string_view names, std::string_view name) {
-  for (std::size_t at = names.find(name); at != std::string_view::npos; at = names.find(name, at + 1)) {
-    const std::size_t end = at + name.size();
-    if ((at == 0 || names[at - 1] == ' ') && (end == names.size() || names[end] == ' '))
-      return !name.empty() && name.find(' ') == std::string_view::npos;
-  }
-  return false;
-}
-
 bool isQualifier(std::string_view name) {
   return isAmong(qualifiers, name);
 }

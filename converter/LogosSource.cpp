@@ -27,9 +27,9 @@ enum class Family {
 
 Family familyOf(const MethodSignature& signature) {
   const std::string selector = signature.selector();
-  if (known::isAmong("autorelease release retain retainCount", selector)) return Family::Forbidden;
+  if (isAmong("autorelease release retain retainCount", selector)) return Family::Forbidden;
   if (signature.of == MethodSignature::Of::Instance &&
-      known::isAmong("copy copyWithZone: mutableCopy mutableCopyWithZone:", selector))
+      isAmong("copy copyWithZone: mutableCopy mutableCopyWithZone:", selector))
     return Family::Copying;
   const std::string name = selector.substr(std::min(selector.find_first_not_of('_'), selector.size()));
   for (const std::string_view word : {"alloc", "copy", "init", "mutableCopy", "new"}) {

@@ -1,6 +1,8 @@
 // Objective-C as far as the converter knows it: names, types, method signatures.
 #pragma once
 
+#include "core/Text.h"
+
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -13,9 +15,6 @@ class NotUnderstood : public std::runtime_error {
 };
 
 namespace known {
-
-// Whether `name` is one of `names`, a list separated by single blanks.
-bool isAmong(std::string_view names, std::string_view name);
 
 // Words within a type that do not affect a call.
 bool isQualifier(std::string_view name);

@@ -43,7 +43,7 @@ std::optional<Whole> wholeOf(std::string_view text) {
   const char* const last = text.data() + text.size();
   const auto [end, error] = std::from_chars(text.data(), last, whole.magnitude, isHexadecimal ? 16 : 10);
   const std::string_view suffix(end, static_cast<std::size_t>(last - end));
-  if (error != std::errc() || (!suffix.empty() && !known::isAmong("u l ul ll ull U L UL LL ULL", suffix)))
+  if (error != std::errc() || (!suffix.empty() && !isAmong("u l ul ll ull U L UL LL ULL", suffix)))
     return std::nullopt;
   if (whole.magnitude == 0) whole.sign = Sign::Unsigned;
   return whole;
@@ -62,8 +62,8 @@ std::optional<Number> numberOf(const std::string& text) {
   const std::string plain = plainNumber(text);
   std::string lower = plain;
   std::transform(plain.begin(), plain.end(), lower.begin(), folded);
-  if (known::isAmong("yes y true on enabled نعم", lower)) return true;
-  if (known::isAmong("no n false off disabled لا", lower)) return false;
+  if (isAmong("yes y true on enabled نعم", lower)) return true;
+  if (isAmong("no n false off disabled لا", lower)) return false;
   if (const auto whole = wholeOf(plain)) return *whole;
   const auto real = realOf(plain);
   return real ? std::optional<Number>(*real) : std::nullopt;
@@ -165,7 +165,7 @@ constexpr std::string_view constants =
 // "CGRectZero".
 MaybeWritten structureExpression(std::string text, const std::string& name) {
   const std::string_view plain = trimmed(text, " \t\r\n;");
-  if (plain.starts_with(name) && known::isAmong(constants, plain)) return std::string(plain);
+  if (plain.starts_with(name) && isAmong(constants, plain)) return std::string(plain);
   const bool isRange = name == "NSRange";
   const ValueType member{"", isRange ? ValueKind::Integer : ValueKind::Real, 64,
                          isRange ? Sign::Unsigned : Sign::Signed};
@@ -218,7 +218,7 @@ MaybeWritten expression(const PropertyListValue& value, const ValueType& type) {
 
 bool isNothing(const PropertyListValue& value) {
   const std::string* const text = value.text();
-  return text != nullptr && known::isAmong("nil Nil NULL null (null)", *text);
+  return text != nullptr && isAmong("nil Nil NULL null (null)", *text);
 }
 
 std::optional<bool> truth(const PropertyListValue& value) {

@@ -75,7 +75,7 @@ constexpr std::array<NamedTypes, 33> namedTypes{{
 
 std::optional<ValueType> namedType(const std::string& name) {
   for (const NamedTypes& types : namedTypes) {
-    if (!known::isAmong(types.names, name)) continue;
+    if (!isAmong(types.names, name)) continue;
     const bool isOpaque = types.kind == ValueKind::Opaque;
     return ValueType{types.written.empty() || isOpaque ? name : std::string(types.written), types.kind,
                      types.bits, types.sign};

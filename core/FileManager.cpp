@@ -101,9 +101,9 @@ std::optional<std::size_t> readSome(const Descriptor& file, char* buffer, std::s
 }
 
 std::size_t sizeOfFile(const std::string& path) {
-  const Descriptor file = openRegularFile(path);
-  struct stat information {};
-  return file && fstat(file.get(), &information) == 0 ? static_cast<std::size_t>(information.st_size) : 0;
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(path, error);
+  return error ? 0 : size;
 }
 
 MaybeText contentsOfFile(const std::string& path, std::size_t limit) {

@@ -68,17 +68,10 @@ MaybeText textOf(plist_t node) {
 PropertyListValue valueOf(plist_t node);
 
 PropertyListValue::Array arrayOf(plist_t node) {
-  PropertyListValue::Array values;
-  values.reserve(plist_array_get_size(node));
-  plist_array_iter start = nullptr;
-  plist_array_new_iter(node, &start);
-  const std::unique_ptr<void, decltype(&std::free)> iterator(start, std::free);
-  for (;;) {
-    plist_t item = nullptr;
-    plist_array_next_item(node, iterator.get(), &item);
-    if (item == nullptr) return values;
-    values.push_back(valueOf(item));
-  }
+  PropertyListValue::Array values(plist_array_get_size(node));
+  for (std::uint32_t index = 0; index < values.size(); ++index)
+    values[index] = valueOf(plist_array_get_item(node, index));
+  return values;
 }
 
 PropertyListValue::Dictionary dictionaryOf(plist_t node) {

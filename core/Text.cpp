@@ -1,7 +1,6 @@
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -30,16 +29,9 @@ std::size_t validLength(std::string_view text) {
   std::size_t at = 0;
   while (at < text.size()) {
     // Logs are nearly all ASCII: many bytes at a time while that holds.
-    std::array<std::uint64_t, 4> block;
-    while (text.size() - at >= sizeof block) {
-      std::memcpy(block.data(), text.data() + at, sizeof block);
-      if (((block[0] | block[1] | block[2] | block[3]) & highBits) != 0) break;
-      at += sizeof block;
-    }
-    while (text.size() - at >= sizeof block[0]) {
-      std::memcpy(block.data(), text.data() + at, sizeof block[0]);
-      if ((block[0] & highBits) != 0) break;
-      at += sizeof block[0];
+    for (std::uint64_t block = 0; text.size() - at >= sizeof block; at += sizeof block) {
+      std::memcpy(&block, text.data() + at, sizeof block);
+      if ((block & highBits) != 0) break;
     }
     if (at == text.size()) return at;
     if (static_cast<unsigned char>(text[at]) < 0x80) {
@@ -117,6 +109,15 @@ std::string_view trimmed(std::string_view text, std::string_view unwanted) {
   const std::size_t first = text.find_first_not_of(unwanted);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(unwanted) - first + 1);
+}
+
+bool isAmong(std::string_view names, std::string_view name) {
+  for (std::size_t at = names.find(name); at != std::string_view::npos; at = names.find(name, at + 1)) {
+    const std::size_t end = at + name.size();
+    if ((at == 0 || names[at - 1] == ' ') && (end == names.size() || names[end] == ' '))
+      return !name.empty() && name.find(' ') == std::string_view::npos;
+  }
+  return false;
 }
 
 std::string withoutBlanks(std::string_view typed) {

@@ -42,6 +42,9 @@ constexpr char folded(char byte) {
   return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
 }
 
+// Whether `name` is one of `names`, a list separated by single blanks.
+bool isAmong(std::string_view names, std::string_view name);
+
 // A name as typed, without its blanks; nothing else is changed.
 [[nodiscard]] std::string withoutBlanks(std::string_view typed);
 

@@ -55,8 +55,6 @@ void logCurrentException(const char* place) noexcept {
 
 class DispatchQueue {
  public:
-  enum class Kind { Main, Global };
-  Kind kind = Kind::Main;
   QThread::Priority priority = QThread::InheritPriority;
 };
 
@@ -101,18 +99,18 @@ void runOnWorker(std::function<void()> job, QThread::Priority priority) {
 }  // namespace
 
 dispatch_queue_t dispatch_get_main_queue() {
-  static const DispatchQueue queue{DispatchQueue::Kind::Main, QThread::InheritPriority};
+  static const DispatchQueue queue;
   return &queue;
 }
 
 dispatch_queue_t dispatch_get_global_queue(long priority, unsigned long /*flags*/) {
-  static const DispatchQueue high{DispatchQueue::Kind::Global, QThread::HighPriority};
-  static const DispatchQueue usual{DispatchQueue::Kind::Global, QThread::NormalPriority};
+  static const DispatchQueue high{QThread::HighPriority};
+  static const DispatchQueue usual{QThread::NormalPriority};
   return priority == DISPATCH_QUEUE_PRIORITY_HIGH ? &high : &usual;
 }
 
 void dispatch_async(dispatch_queue_t queue, std::function<void()> job) {
-  if (queue->kind == DispatchQueue::Kind::Main) {
+  if (queue == dispatch_get_main_queue()) {
     runOnMainQueue(std::move(job));
   } else {
     runOnWorker(std::move(job), queue->priority);

@@ -9,46 +9,18 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
-#include <memory>
 #include <sys/stat.h>
 #include <utility>
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int deepestFolder = 32;
 constexpr std::size_t longestLine = 200;        // bytes of a line that are shown
 constexpr std::size_t longestOutput = 1 << 20;  // of a line of grep's; what is behind it is left out
-
-bool isLeftOut(std::string_view name) {
-  return name == ".theos" || name == ".git";
-}
-
-// Adds the files of the folder that `path` names for the system, each with `prefix` before its name.
-void addFiles(const std::string& path, const std::string& prefix, int depth,
-              std::vector<std::string>& files) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), closedir);
-  if (!folder) return;
-  std::vector<std::string> below;
-  while (const dirent* const entry = readdir(folder.get())) {
-    const std::string name = entry->d_name;
-    if (name == "." || name == ".." || isLeftOut(name)) continue;
-    struct stat status {};
-    if (fstatat(dirfd(folder.get()), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) continue;
-    if (S_ISDIR(status.st_mode)) {
-      if (depth < deepestFolder) below.push_back(name);
-      continue;
-    }
-    if (S_ISLNK(status.st_mode) && fstatat(dirfd(folder.get()), name.c_str(), &status, 0) != 0) continue;
-    if (!S_ISREG(status.st_mode)) continue;
-    if (files.size() == mostProjectFiles) return;
-    files.push_back(prefix + name);
-  }
-  for (const std::string& name : below)
-    addFiles(std::filesystem::path(path) / name, std::filesystem::path(prefix) / name / "", depth + 1, files);
-}
 
 // How much a letter of `path` counts where it is matched: more where a word begins, most in the file's name.
 int worthAt(std::string_view path, std::size_t at, std::size_t nameBegin) {
@@ -122,7 +94,17 @@ bool parseLine(std::string_view output, std::string_view word, FoundLine& found)
 
 std::vector<std::string> currentProjectFiles() {
   std::vector<std::string> files;
-  addFiles(fill(paths::project, {currentProject()}), "", 0, files);
+  const std::string folder = fill(paths::project, {currentProject()});
+  std::error_code error;
+  fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
+  for (; entry != fs::recursive_directory_iterator() && files.size() < mostProjectFiles;
+       entry.increment(error)) {
+    const std::string name = entry->path().filename();
+    const bool isLeftOut = name == ".theos" || name == ".git";
+    if (isLeftOut || entry.depth() == deepestFolder) entry.disable_recursion_pending();
+    if (!isLeftOut && entry->is_regular_file(error))
+      files.push_back(entry->path().string().substr(folder.size() + 1));
+  }
   std::sort(files.begin(), files.end());
   return files;
 }

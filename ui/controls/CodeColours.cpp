@@ -3,43 +3,24 @@
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cstring>
 #include <string>
 
 namespace {
 
-template <std::size_t count>
-bool holds(const std::array<std::string_view, count>& words, std::string_view word) {
-  return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-constexpr auto logosEndings = std::to_array<std::string_view>(
-    {"x", "xm", "xi", "xmi", "m", "mm", "h", "hh", "hpp", "c", "cc", "cpp", "cxx", "pch", "inc", "swift"});
-constexpr auto xmlEndings = std::to_array<std::string_view>(
-    {"plist", "xml", "xib", "storyboard", "strings", "html", "entitlements", "svg"});
-constexpr auto shellNames = std::to_array<std::string_view>(
-    {"preinst", "postinst", "prerm", "postrm", "sh", "extrainst_", "bash", "command"});
-
-// Sorted.
-constexpr auto keywords = std::to_array<std::string_view>(
-    {"BOOL",    "Class",    "FALSE",     "IMP",       "NO",        "NULL",     "Nil",      "SEL",
-     "TRUE",    "YES",      "__block",   "__strong",  "__unused",  "__weak",   "alignas",  "assign",
-     "atomic",  "auto",     "bool",      "break",     "case",      "catch",    "char",     "class",
-     "concept", "const",    "constexpr", "continue",  "copy",      "decltype", "default",  "delete",
-     "do",      "double",   "else",      "enum",      "explicit",  "extern",   "false",    "final",
-     "float",   "for",      "friend",    "goto",      "id",        "if",       "inline",   "instancetype",
-     "int",     "long",     "mutable",   "namespace", "new",       "nil",      "noexcept", "nonatomic",
-     "nullptr", "operator", "override",  "private",   "protected", "public",   "readonly", "register",
-     "retain",  "return",   "self",      "short",     "signed",    "sizeof",   "static",   "strong",
-     "struct",  "super",    "switch",    "template",  "this",      "throw",    "true",     "try",
-     "typedef", "union",    "unsigned",  "void",      "while"});
-static_assert(std::is_sorted(keywords.begin(), keywords.end()));
-
-constexpr auto logosWords =
-    std::to_array<std::string_view>({"hook", "end", "orig", "new", "group", "init", "ctor", "dtor", "c",
-                                     "log", "class", "config", "subclass", "property", "hookf"});
+constexpr std::string_view logosEndings = "x xm xi xmi m mm h hh hpp c cc cpp cxx pch inc swift";
+constexpr std::string_view xmlEndings = "plist xml xib storyboard strings html entitlements svg";
+constexpr std::string_view shellNames = "preinst postinst prerm postrm sh extrainst_ bash command";
+constexpr std::string_view keywords =
+    "BOOL Class FALSE IMP NO NULL Nil SEL TRUE YES __block __strong __unused __weak alignas assign "
+    "atomic auto bool break case catch char class concept const constexpr continue copy decltype "
+    "default delete do double else enum explicit extern false final float for friend goto id if inline "
+    "instancetype int long mutable namespace new nil noexcept nonatomic nullptr operator override "
+    "private protected public readonly register retain return self short signed sizeof static strong "
+    "struct super switch template this throw true try typedef union unsigned void while";
+constexpr std::string_view logosWords =
+    "hook end orig new group init ctor dtor c log class config subclass property hookf";
 
 bool isWordStart(char byte) {
   const auto code = static_cast<unsigned char>(byte);
@@ -144,7 +125,7 @@ class LogosLine {
       return paint(end, CodePart::Name);
     }
     if (colon && (state_ >= oneBracket || selectorAt_ == parentheses_)) return paint(end, CodePart::Name);
-    const bool known = std::binary_search(keywords.begin(), keywords.end(), text);
+    const bool known = isAmong(keywords, text);
     paint(end, known ? CodePart::Keyword : CodePart::Plain);
   }
 
@@ -165,7 +146,7 @@ class LogosLine {
     }
     if (byte == '%' && isWordStart(after)) {
       const std::size_t end = endOfWord(at_ + 1);
-      const bool known = holds(logosWords, line_.substr(at_ + 1, end - at_ - 1));
+      const bool known = isAmong(logosWords, line_.substr(at_ + 1, end - at_ - 1));
       // A hook begins afresh, whatever the lines above left open.
       if (known && at_ == first_) state_ = 0;
       return paint(known ? end : at_ + 1, known ? CodePart::Directive : CodePart::Plain);
@@ -226,13 +207,13 @@ CodeLanguage languageOf(std::string_view fileName, std::string_view text) {
   if (name == "Makefile" || name == "makefile" || name == "GNUmakefile" || ending == "mk")
     return CodeLanguage::Makefile;
   if (name == "control" || ending == "control") return CodeLanguage::Control;
-  if (holds(xmlEndings, ending)) {
+  if (isAmong(xmlEndings, ending)) {
     const std::size_t first = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     const bool isMarkup = first == std::string_view::npos || text[first] == '<';
     return isMarkup ? CodeLanguage::Xml : CodeLanguage::Logos;
   }
-  if (holds(logosEndings, ending)) return CodeLanguage::Logos;
-  if (holds(shellNames, name) || holds(shellNames, ending)) return CodeLanguage::Shell;
+  if (isAmong(logosEndings, ending)) return CodeLanguage::Logos;
+  if (isAmong(shellNames, name) || isAmong(shellNames, ending)) return CodeLanguage::Shell;
   const std::string_view head = text.substr(0, text.find('\n'));
   if (head.starts_with("#!") && head.find("sh") != std::string_view::npos) return CodeLanguage::Shell;
   return head.starts_with("<?xml") ? CodeLanguage::Xml : CodeLanguage::Plain;
@@ -245,26 +226,18 @@ QColor colourOf(CodePart part) {
 }
 
 const CodeLexer* lexerOf(CodeLanguage language) {
-  static constexpr CodeLexer makefile{"makefile", nullptr, "-CDK-N"};
-  static constexpr CodeLexer xml{"xml", nullptr, "-KKNNLLL-CDKDD---L---DDDLLDDDC"};
-  static constexpr CodeLexer control{"props", nullptr, "-C---K"};
-  static constexpr CodeLexer shell{
-      "bash",
-      "case do done elif else esac exit export fi for function if in local return set shift then trap "
-      "unset until while",
-      "--CLKLL--NNDLL"};
-  switch (language) {
-    case CodeLanguage::Makefile:
-      return &makefile;
-    case CodeLanguage::Xml:
-      return &xml;
-    case CodeLanguage::Control:
-      return &control;
-    case CodeLanguage::Shell:
-      return &shell;
-    default:
-      return nullptr;
-  }
+  // In the order of the languages from Makefile on.
+  static constexpr CodeLexer lexers[] = {
+      {"makefile", nullptr, "-CDK-N"},
+      {"xml", nullptr, "-KKNNLLL-CDKDD---L---DDDLLDDDC"},
+      {"props", nullptr, "-C---K"},
+      {"bash",
+       "case do done elif else esac exit export fi for function if in local return set shift then trap "
+       "unset until while",
+       "--CLKLL--NNDLL"},
+  };
+  const int index = static_cast<int>(language) - static_cast<int>(CodeLanguage::Makefile);
+  return index < 0 ? nullptr : &lexers[index];
 }
 
 CodePart partOfStyle(CodeLanguage language, int style) {

@@ -15,11 +15,6 @@ class AppDelegate : public UIApplicationDelegate {
   const std::shared_ptr<UIWindow>& window() const { return window_; }
   void setWindow(std::shared_ptr<UIWindow> window) { window_ = std::move(window); }
 
-  bool applicationDidFinishLaunchingWithOptions(UIApplication& /*application*/,
-                                                const QVariantMap& /*options*/) override {
-    return true;
-  }
-
  private:
   std::shared_ptr<UIWindow> window_;
 };
