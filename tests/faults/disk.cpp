@@ -21,7 +21,7 @@ const std::string tweak = device::projects + "P/Tweak.x";
 // Fills its pages, so that one more byte needs one more of them.
 const std::string longText(12 * page, 't');
 
-struct Operation {
+struct Sweep {
   const char* name;
   void (*act)();
   // Whether all of it was done.
@@ -39,7 +39,7 @@ bool isWholeProject(const std::string& folder) {
   return entriesOf(folder) == projectFiles && sizeOfFile(folder + "/Tweak.x") == longText.size();
 }
 
-const std::array<Operation, 8> operations{{
+const std::array<Sweep, 8> sweeps{{
     {"create", [] { createProject("New"); },
      [] { return entriesOf(device::projects + "New") == projectFiles && currentProject() == "New"; }},
     {"build", [] { runBuildJob(BuildVariant::Package, [] {}); },
@@ -64,7 +64,7 @@ void leavePages(int pages) {
 }
 
 // What must hold whatever could not be written.
-std::string lossAfter(const Operation& operation, int status) {
+std::string lossAfter(const Sweep& sweep, int status) {
   if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return "it died";
   for (const char* list : {"Choose", "Files", "LangFile", "Checker"}) {
     if (!propertyListTree(contentsOfFile(device::application + list + ".plist").value_or("")))
@@ -77,10 +77,10 @@ std::string lossAfter(const Operation& operation, int status) {
       if (entry.find(".tweakbench-") == 0) return "a temporary file is left in " + folder;
     }
   }
-  const bool keepsTweak = std::string_view(operation.name) == "save";
-  if (keepsTweak && sizeOfFile(tweak) != longText.size() && !operation.isDone())
+  const bool keepsTweak = std::string_view(sweep.name) == "save";
+  if (keepsTweak && sizeOfFile(tweak) != longText.size() && !sweep.isDone())
     return "Tweak.x is cut short";
-  if (std::string_view(operation.name) == "restore" &&
+  if (std::string_view(sweep.name) == "restore" &&
       !isWholeProject("/var/mobile/Documents/TweakbenchBackups/Q")) {
     return "the backup is lost";
   }
@@ -99,7 +99,7 @@ int subject::fillTheDisk() {
   int tries = 0;
   int fired = 0;
   int bad = 0;
-  for (const Operation& operation : operations) {
+  for (const Sweep& sweep : sweeps) {
     int refusedHere = 0;
     int done = 0;
     // So its every write comes to the end of the disk once.
@@ -114,24 +114,24 @@ int subject::fillTheDisk() {
       leavePages(pages);
       const pid_t child = fork();
       if (child == 0) {
-        operation.act();
+        sweep.act();
         _exit(0);
       }
       int status = 0;
       waitpid(child, &status, 0);
       ++tries;
-      (operation.isDone() ? done : refusedHere) += 1;
-      const std::string loss = lossAfter(operation, status);
+      (sweep.isDone() ? done : refusedHere) += 1;
+      const std::string loss = lossAfter(sweep, status);
       if (loss.empty()) continue;
       ++bad;
-      dprintf(complaints.get(), "%s with %d pages left: %s\n", operation.name, pages, loss.c_str());
+      dprintf(complaints.get(), "%s with %d pages left: %s\n", sweep.name, pages, loss.c_str());
     }
     removeItemAtPath(filler);
     fired += refusedHere;
     // A sweep that never refused, or never went through, has tried nothing.
     if (refusedHere > 0 && done > 0) continue;
     ++bad;
-    dprintf(complaints.get(), "%s: refused %d times, done %d times\n", operation.name, refusedHere, done);
+    dprintf(complaints.get(), "%s: refused %d times, done %d times\n", sweep.name, refusedHere, done);
   }
   dprintf(report.get(), "%d %d %d\n", tries, fired, bad);
   return 0;

@@ -1,20 +1,12 @@
 // Names that mean something to a shell or a file system, by the hundreds.
-#include "build/BuildRunner.h"
-#include "core/Text.h"
-#include "core/run_cmd.h"
-#include "support/Device.h"
+#include "support/Operations.h"
 #include "tests/faults/Subject.h"
-#include "workspace/CurrentProject.h"
-#include "workspace/FlexImport.h"
-#include "workspace/ProjectFiles.h"
-#include "workspace/Projects.h"
 
 #include <array>
 #include <cstdio>
 #include <fcntl.h>
 #include <random>
 #include <sstream>
-#include <stdexcept>
 
 namespace {
 
@@ -50,32 +42,25 @@ bool leadsNowhereButUp(const std::string& name) {
   return name.find_first_not_of("./") == std::string::npos;
 }
 
-using Use = void (*)(const std::string&);
-const std::array<Use, 14> uses{
-    [](const std::string& name) { createProject(name); },
-    [](const std::string& name) { createHeader(name); },
-    [](const std::string& name) { renameFile("Tweak.x", name); },
-    [](const std::string& name) { renameFile(name, "Other.x"); },
-    [](const std::string& name) { renameProject(name); },
-    [](const std::string& name) { deleteProjectFile(name); },
-    [](const std::string& name) { deleteProject(name); },
-    [](const std::string& name) { fileCheckRejects(name), SS(name); },
-    [](const std::string& name) {
-      chooseProject(name);
-      if (!leadsNowhereButUp(name)) backUpProject();
-    },
-    [](const std::string& name) { restoreBackup(name); },
-    [](const std::string& name) {
-      if (!leadsNowhereButUp(name)) importProject(name);
-    },
-    [](const std::string& name) { exportProject(name); },
-    [](const std::string& name) { chooseProject(name), runBuildJob(BuildVariant::Package, [] {}); },
-    [](const std::string& name) {
-      try {
-        convertFlexPatch("1) " + name);
-      } catch (const std::out_of_range&) {  // a title without a key
-      }
-    }};
+const std::vector<std::vector<std::string>> uses{{"create %@"},
+                                                 {"header %@"},
+                                                 {"rename file Tweak.x -> %@"},
+                                                 {"rename file %@ -> Other.x"},
+                                                 {"rename %@"},
+                                                 {"delete file %@"},
+                                                 {"delete %@"},
+                                                 {"check %@", "pick %@"},
+                                                 {"choose %@", "back up"},
+                                                 {"restore %@"},
+                                                 {"import %@"},
+                                                 {"export %@"},
+                                                 {"choose %@", "build"},
+                                                 {"convert 1) %@"}};
+
+void use(const std::vector<std::string>& steps, const std::string& name) {
+  if (leadsNowhereButUp(name) && (steps.back() == "back up" || steps.back() == "import %@")) return;
+  performAll(steps, name);
+}
 
 class Names {
  public:
@@ -135,7 +120,7 @@ int subject::runNastyNames(int count, const std::string& outside) {
   plantCanary();
   for (int index = 0; index < count; ++index) {
     restoreWorkspace();
-    uses[static_cast<std::size_t>(index) % uses.size()](names.next());
+    use(uses[static_cast<std::size_t>(index) % uses.size()], names.next());
     if (!isStruck()) continue;
     ++strikes;
     run_cmd("chmod -R u+rwX /var/canary 2> /dev/null");

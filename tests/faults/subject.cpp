@@ -2,13 +2,8 @@
 // killed and starved.
 #include "tests/faults/Subject.h"
 
-#include "build/BuildRunner.h"
-#include "core/Languages.h"
 #include "core/Process.h"
-#include "support/Device.h"
-#include "workspace/CurrentProject.h"
-#include "workspace/ProjectFiles.h"
-#include "workspace/Projects.h"
+#include "support/Operations.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -28,25 +23,12 @@ int update(const std::string& file, const std::string& value) {
 int operate() {
   createProjectsFolder();
   recordTheosPath();
-  createProject("Made");
-  createHeader("Header");
-  renameFile("Header.h", "Other.h");
-  renameProject("Renamed");
-  backUpProject();
-  restoreBackup("Renamed");
-  chooseProject("Renamed");
-  exportProject("tmp/Exported");
-  importProject("/var/tmp/Exported");
-  ArraySetUp();
-  fileCheckRejects("Tweak.x");
-  SS("Tweak.x");
+  performAll({"create Made", "header Header", "rename file Header.h -> Other.h", "rename Renamed", "back up",
+              "restore Renamed", "choose Renamed", "export tmp/Exported", "import /var/tmp/Exported", "list",
+              "check Tweak.x", "pick Tweak.x"});
   createDirectoryAtPath("/var/Tweakyard/tmp");
   createFileAtPath("/var/Tweakyard/tmp/SuccessfullyUpdated.log");
-  runBuildJob(BuildVariant::Package, [] {});
-  collectBuildResult(BuildVariant::Package);
-  deleteProjectFile("Tweak.x");
-  deleteListedProject();
-  setLanguage(Language::Arabic);
+  performAll({"build", "collect", "delete file Tweak.x", "delete listed", "speak Arabic"});
   return Done;
 }
 

@@ -1,15 +1,10 @@
 // What each command line does with names that are none, ordinary ones, and ones that the shell expands.
-#include "build/BuildRunner.h"
 #include "support/Cases.h"
-#include "support/Device.h"
+#include "support/Operations.h"
 #include "support/StandardStreams.h"
 #include "support/Tree.h"
-#include "workspace/FlexImport.h"
-#include "workspace/ProjectFiles.h"
-#include "workspace/Projects.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -31,36 +26,10 @@ void choose(const MaybeText& name) {
 
 using Paths = std::vector<std::string>;
 
-using Operation = void (*)(const MaybeText& name);
-
-const std::map<std::string, Operation> operationsByName{
-    {"delete a file of", [](auto&) { deleteProjectFile("Tweak.x"); }},
-    {"rename a file of", [](auto&) { renameFile("Tweak.x", "new"); }},
-    {"add a header to", [](auto&) { createHeader("H"); }},
-    {"convert into", [](auto&) { convertFlexPatch("1) Key"); }},
-    {"delete the listed", [](auto&) { deleteListedProject(); }},
-    {"delete", [](auto& name) { deleteProject(name); }},
-    {"back up", [](auto&) { backUpProject(); }},
-    {"restore", [](auto& name) { restoreBackup(name.value_or("")); }},
-    {"build", [](auto&) { runBuildJob(BuildVariant::Package, [] {}); }},
-    {"export", [](auto&) { exportProject("mobile/Documents/Out/"); }},
-    {"rename", [](auto&) { renameProject("New"); }},
-    {"delete an entry",
-     [](auto& name) {
-       choose("P");
-       deleteProjectFile(name.value_or(""));
-     }},
-    {"rename an entry",
-     [](auto& name) {
-       choose("P");
-       renameFile(name.value_or(""), "new");
-     }},
-};
-
 // What the shell changes below /var; "%@" is the name, and under "*" each that is not hidden.
 struct Use {
   std::string name;
-  Operation with;
+  Paths steps;
   Paths ordinary;
   Paths split;  // under "a b"
   Paths star;
@@ -70,8 +39,7 @@ std::vector<Use> uses() {
   std::vector<Use> all;
   const auto paths = [](const std::string& cell) { return cell.empty() ? Paths() : splitAt(cell, ", "); };
   for (const Case& row : cases("use"))
-    all.push_back({row[0], operationsByName.at(row[0]), paths(row[1]), paths(row[2]), paths(row[3])});
-  EXPECT_EQ(all.size(), operationsByName.size());
+    all.push_back({row[0], splitAt(row[1], "; "), paths(row[2]), paths(row[3]), paths(row.at(4))});
   return all;
 }
 
@@ -89,7 +57,7 @@ class Names : public testing::Test {
   // What changes below /var when the project, or what else is named so, is used.
   std::set<std::string> changesBy(const Use& use, const MaybeText& name) {
     choose(name);
-    use.with(name);
+    name || use.steps[0] != "delete %@" ? performAll(use.steps, name.value_or("")) : deleteProject(name);
     const Tree after = treeAt("/var");
     std::set<std::string> changes;
     for (const auto& [path, contents] : before_) {
