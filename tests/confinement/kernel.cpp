@@ -122,43 +122,20 @@ void tryTheKernel() {
   attempt("ask for a key", Machine, wasReached(syscall(SYS_request_key, "user", "no such key", nullptr, 0)));
 
   promise("The kernel's corners are closed");
+#define CALL(number, control, way) attempt(way, control, reaches(SYS_##number));
+#include "confinement/calls.inc"
   attempt("trace a child", Everyone,
           inChild([] { return ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0; }));
   attempt("copy memory between processes", Machine, readsOwnMemory());
-  attempt("write another process's memory", Machine, reaches(SYS_process_vm_writev));
-  attempt("advise on another process's memory", Machine, reaches(SYS_process_madvise));
   attempt("change the personality", Everyone,
           inChild([] { return syscall(SYS_personality, 0x0040000UL) >= 0; }));
-  attempt("make a ring of calls", Machine, reaches(SYS_io_uring_setup));
-  attempt("load a program into the kernel", Root, reaches(SYS_bpf));
-  attempt("count events", Machine, reaches(SYS_perf_event_open));
-  attempt("serve page faults", Machine, reaches(SYS_userfaultfd));
-  attempt("watch a file system", Machine, reaches(SYS_fanotify_init));
-  attempt("open files by handles", Root, reaches(SYS_open_by_handle_at));
-  attempt("make file handles", Everyone, reaches(SYS_name_to_handle_at));
   // 10 asks for its size.
   attempt("read the kernel's log", Root, syscall(SYS_syslog, 10, nullptr, 0) >= 0);
-  attempt("place memory", Machine, reaches(SYS_mbind));
-  attempt("move pages", Machine, reaches(SYS_move_pages));
-  attempt("move another process's pages", Machine, reaches(SYS_migrate_pages));
-  attempt("ask where memory is placed", Machine, reaches(SYS_get_mempolicy));
-  attempt("say where memory is placed", Machine, reaches(SYS_set_mempolicy));
-  attempt("keep accounts", Root, reaches(SYS_acct));
-  attempt("set quotas", Machine, reaches(SYS_quotactl));
-  attempt("set quotas through a file", Machine, reaches(SYS_quotactl_fd));
   attempt("swap", Root, wasReached(syscall(SYS_swapon, "/no such file", 0)));
   attempt("stop swapping", Root, wasReached(syscall(SYS_swapoff, "/no such file")));
-  attempt("restart the machine", Root, reaches(SYS_reboot));
-  attempt("load a module", Machine, reaches(SYS_init_module));
-  attempt("load a module from a file", Machine, reaches(SYS_finit_module));
   attempt("remove a module", Machine, wasReached(syscall(SYS_delete_module, "no_such_module", O_NONBLOCK)));
-  attempt("load another kernel", Machine, reaches(SYS_kexec_load));
-  attempt("load another kernel from a file", Machine, reaches(SYS_kexec_file_load));
   const timespec noTime{0, 2'000'000'000};
   attempt("set the clock", Root, wasReached(syscall(SYS_clock_settime, CLOCK_REALTIME, &noTime)));
-  attempt("set the clock by the older call", Machine, reaches(SYS_settimeofday));
-  attempt("bend the clock", Machine, reaches(SYS_clock_adjtime));
-  attempt("bend the clock by the older call", Machine, reaches(SYS_adjtimex));
   attempt("name the host", Root, wasReached(syscall(SYS_sethostname, nullptr, -1)));
   attempt("a protocol that few use", Machine, isOpened(socket(AF_INET, SOCK_STREAM, IPPROTO_MPTCP)));
   attempt("a modem's line discipline", Machine, setsLineDiscipline());

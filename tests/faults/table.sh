@@ -7,21 +7,12 @@ subject=$files/tests/faults_subject
 in_device=/.host/tweakbench/tests
 faults=0
 
-# In memory where there is room, since nothing here waits for a power cut and a disk takes its time over every fsync.
+purpose=faults
+# shellcheck source=/dev/null
+. tests/support/place.sh
 # The device's user is another one where root starts it, and has to be able to read what lies here.
-base=${TMPDIR:-/tmp}
-[ "$(df --output=avail -B1M /dev/shm 2> /dev/null | tail -n 1)" -lt 256 ] 2> /dev/null || base=/dev/shm
-place=$(mktemp -d "$base/tweakbench-faults-XXXXXX")
 chmod 755 "$place"
-
-clean_up() {
-  [ ! -e "$place/disk" ] || umount -l "$place/disk" 2> /dev/null
-  # Something may still be taking the last copy for the history.
-  find "$place" -maxdepth 3 -name history -type d -exec flock {} true \;
-  chmod -R u+rwx "$place" 2> /dev/null
-  rm -rf "$place"
-}
-trap clean_up EXIT
+trap 'umount -l "$place/disk" 2> /dev/null; clean_up' EXIT
 
 heading() { printf '%-44s %6s %6s  %s\n' fault tries fired outcome; }
 
