@@ -46,8 +46,6 @@ double dimmingBelow(const UIWindow* window, bool alsoGoing) {
 
 }  // namespace
 
-RQAlertView::RQAlertView() = default;
-
 std::shared_ptr<RQAlertView> RQAlertView::alloc() {
   return std::shared_ptr<RQAlertView>(new RQAlertView);
 }

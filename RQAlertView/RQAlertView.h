@@ -350,7 +350,7 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   QWidget* view() const;
 
  private:
-  RQAlertView();
+  RQAlertView() = default;
 
   // Creation.
   Shared initAsAppearance();

@@ -105,7 +105,7 @@ int heightOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook&
 
 double leastWidthOfRQAlertViewButton(const QString& title, const RQAlertViewButtonLook& look, int padding) {
   const double scale = look.adjustsFontSizeToFitWidth ? look.minimumScaleFactor : 1.0;
-  return RQAlertViewTextLayout::singleLineWidth(RQAlertViewText::displayText(title), look.font) * scale +
+  return QFontMetricsF(look.font).horizontalAdvance(RQAlertViewText::displayText(title)) * scale +
          2 * padding + iconSpace(look.iconImage);
 }
 

@@ -145,8 +145,6 @@ RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dia
           [this](int value) { overlay_->setGoesOn(value < verticalScrollBar()->maximum()); });
 }
 
-RQAlertViewHeader::~RQAlertViewHeader() = default;
-
 void RQAlertViewHeader::addTextFields() {
   for (std::size_t index = 0; index < dialog_->numberOfTextFields; ++index) {
     auto* field = new RQAlertViewTextField(parts_);

@@ -16,7 +16,6 @@ class RQAlertViewHeader : public QScrollArea {
  public:
   // Takes ownership of the dialog's inner view.
   RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent);
-  ~RQAlertViewHeader() override;
 
   // Calls `handler` once for each field, in order. It may destroy a field, and the header with all of them.
   void setUpTextFields(const RQAlertViewTextFieldsSetupHandler& handler);

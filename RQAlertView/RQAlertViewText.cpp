@@ -125,16 +125,9 @@ QTextOption optionFor(const QString& text, const RQAlertViewTextStyle& style, Qt
 }
 
 Qt::TextElideMode elideModeFor(NSLineBreakMode mode) {
-  switch (mode) {
-    case NSLineBreakMode::ByTruncatingHead:
-      return Qt::ElideLeft;
-    case NSLineBreakMode::ByTruncatingMiddle:
-      return Qt::ElideMiddle;
-    case NSLineBreakMode::ByClipping:
-      return Qt::ElideNone;
-    default:
-      return Qt::ElideRight;
-  }
+  if (mode == NSLineBreakMode::ByTruncatingHead) return Qt::ElideLeft;
+  if (mode == NSLineBreakMode::ByTruncatingMiddle) return Qt::ElideMiddle;
+  return mode == NSLineBreakMode::ByClipping ? Qt::ElideNone : Qt::ElideRight;
 }
 
 double sizeOf(const QFont& font) {
@@ -155,8 +148,8 @@ QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double widt
   const double least = sizeOf(font) * style.minimumScaleFactor;
   double size = sizeOf(font);
   // Letters do not shrink in proportion, so one step may not be enough.
-  for (double taken = RQAlertViewTextLayout::singleLineWidth(text, font); taken > width && size > least;
-       taken = RQAlertViewTextLayout::singleLineWidth(text, font)) {
+  for (double taken = QFontMetricsF(font).horizontalAdvance(text); taken > width && size > least;
+       taken = QFontMetricsF(font).horizontalAdvance(text)) {
     size = std::max(least, std::min(size * width / taken, size - 0.25));
     setSize(font, size);
   }
@@ -166,19 +159,11 @@ QFont fitted(const QString& text, const RQAlertViewTextStyle& style, double widt
 }  // namespace
 
 Qt::Alignment alignmentFor(NSTextAlignment alignment) {
-  switch (alignment) {
-    case NSTextAlignment::Left:
-      return Qt::AlignLeft | Qt::AlignAbsolute;
-    case NSTextAlignment::Right:
-      return Qt::AlignRight | Qt::AlignAbsolute;
-    case NSTextAlignment::Center:
-      return Qt::AlignHCenter;
-    case NSTextAlignment::Justified:
-      return Qt::AlignJustify;
-    case NSTextAlignment::Natural:
-      break;
-  }
-  return Qt::AlignLeading;
+  // In the order of NSTextAlignment.
+  constexpr Qt::Alignment alignments[] = {Qt::AlignLeft | Qt::AlignAbsolute, Qt::AlignHCenter,
+                                          Qt::AlignRight | Qt::AlignAbsolute, Qt::AlignJustify,
+                                          Qt::AlignLeading};
+  return alignments[static_cast<std::size_t>(alignment)];
 }
 
 Qt::LayoutDirection RQAlertViewText::direction(const QString& text) {
@@ -286,25 +271,21 @@ void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTe
 }
 
 void RQAlertViewTextLayout::append(std::unique_ptr<QTextLayout> layout) {
-  const double top = height_;
+  layout->setPosition({0, height_});
   height_ += layout->boundingRect().height();
   for (int index = 0; index < layout->lineCount(); ++index) {
     naturalWidth_ = std::max(naturalWidth_, layout->lineAt(index).naturalTextWidth());
   }
-  paragraphs_.push_back({std::move(layout), top});
+  paragraphs_.push_back(std::move(layout));
 }
 
 void RQAlertViewTextLayout::paint(QPainter& painter, const QPointF& position, const QRectF& exposed) const {
-  for (const Paragraph& paragraph : paragraphs_) {
-    const QPointF corner = position + QPointF(0, paragraph.top);
-    if (corner.y() > exposed.bottom()) return;
-    if (corner.y() + paragraph.layout->boundingRect().height() < exposed.top()) continue;
-    paragraph.layout->draw(&painter, corner, {}, exposed);
+  for (const auto& paragraph : paragraphs_) {
+    const double top = position.y() + paragraph->position().y();
+    if (top > exposed.bottom()) return;
+    if (top + paragraph->boundingRect().height() < exposed.top()) continue;
+    paragraph->draw(&painter, position, {}, exposed);
   }
-}
-
-double RQAlertViewTextLayout::singleLineWidth(const QString& text, const QFont& font) {
-  return QFontMetricsF(font).horizontalAdvance(text);
 }
 
 RQAlertViewLabel::RQAlertViewLabel(QWidget* parent) : QLabel(parent) {

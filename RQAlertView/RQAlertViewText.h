@@ -53,21 +53,13 @@ class RQAlertViewTextLayout {
   // Draws in the painter's pen with the top left corner of the text at `position`; only what `exposed` meets.
   void paint(QPainter& painter, const QPointF& position, const QRectF& exposed) const;
 
-  // The width of `text` on a single line.
-  static double singleLineWidth(const QString& text, const QFont& font);
-
  private:
-  struct Paragraph {
-    std::unique_ptr<QTextLayout> layout;
-    double top = 0;
-  };
-
   // Answers false when the lines are used up.
   bool addParagraph(const QString& paragraph, const RQAlertViewTextStyle& style, int& linesLeft);
   void addLastLine(const QString& rest, const RQAlertViewTextStyle& style);
   void append(std::unique_ptr<QTextLayout> layout);
 
-  std::vector<Paragraph> paragraphs_;
+  std::vector<std::unique_ptr<QTextLayout>> paragraphs_;
   Qt::LayoutDirection direction_;
   double width_;
   double height_ = 0;

@@ -196,7 +196,7 @@ void RQAlertViewTextField::fitFont() {
   if (adjustsFontSize_ && full > 0) {
     const double room =
         width() - 2.0 * textFieldPadding - (clearAction_->isVisible() ? 2 * clearIconSide : 0);
-    const double natural = RQAlertViewTextLayout::singleLineWidth(text(), fullFont_);
+    const double natural = QFontMetricsF(fullFont_).horizontalAdvance(text());
     const double least = std::min(minimumFontSize_ * 72.0 / 96.0, full);
     if (natural > room && room > 0) fitted.setPointSizeF(std::max(least, full * room / natural));
   }

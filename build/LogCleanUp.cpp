@@ -4,7 +4,6 @@
 #include "core/Text.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -14,17 +13,11 @@
 
 namespace {
 
-// In order. The install build knows the first eight only.
-constexpr std::array<std::string_view, 13> colourPatterns{
-    "[1;31m>", "[1;3;39m", "[1;39m", "[0;31m",   "[0;32m", "[0;33m", "[0;34m",
-    "[m",      "[0;1;31m", "[0m",    "[0;1;32m", "[1m",    "[1;31m",
-};
 constexpr std::size_t installPatterns = 8;
 constexpr std::size_t longestPattern = 8;
 constexpr std::size_t chunkSize = std::size_t{1} << 17;
 constexpr std::string_view missingPackages = "mv: cannot stat 'packages': No such file or directory";
 
-using Patterns = std::span<const std::string_view>;
 using Word = std::uint64_t;
 static_assert(std::endian::native == std::endian::little, "the first character is a word's lowest byte");
 
@@ -40,6 +33,19 @@ constexpr Word wordOf(std::string_view text) {
 constexpr Word maskOf(std::size_t size) {
   return ~Word{0} >> (64 - 8 * size);
 }
+
+struct Pattern {
+  std::string_view text;
+  Word word = wordOf(text);
+  Word mask = maskOf(text.size());
+};
+using Patterns = std::span<const Pattern>;
+
+// In order. The install build knows the first eight only.
+constexpr Pattern colourPatterns[] = {
+    {"[1;31m>"}, {"[1;3;39m"}, {"[1;39m"}, {"[0;31m"},   {"[0;32m"}, {"[0;33m"}, {"[0;34m"},
+    {"[m"},      {"[0;1;31m"}, {"[0m"},    {"[0;1;32m"}, {"[1m"},    {"[1;31m"},
+};
 
 // The highest bit of each byte of `word` that is a bracket. Bits above the lowest one may be wrong.
 constexpr Word brackets(Word word) {
@@ -59,11 +65,7 @@ class Cleaner {
  public:
   // `out` takes as many characters as `log` has.
   Cleaner(std::string_view log, Patterns patterns, char* out)
-      : at_(log.data()), end_(log.data() + log.size()), patterns_(patterns), begin_(out), out_(out) {
-    for (const std::string_view pattern : patterns) {
-      heads_[headCount_++] = {wordOf(pattern), maskOf(pattern.size()), pattern.size()};
-    }
-  }
+      : at_(log.data()), end_(log.data() + log.size()), patterns_(patterns), begin_(out), out_(out) {}
 
   // How many characters are left.
   std::size_t run() {
@@ -83,12 +85,6 @@ class Cleaner {
   }
 
  private:
-  struct Head {
-    Word word;
-    Word mask;
-    std::size_t size;
-  };
-
   std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
 
   // With zeros, which no pattern holds, for what is past the end.
@@ -124,8 +120,8 @@ class Cleaner {
   }
 
   std::size_t headSize(Word word) const {
-    for (std::size_t head = 0; head < headCount_; ++head) {
-      if ((word & heads_[head].mask) == heads_[head].word) return heads_[head].size;
+    for (const Pattern& pattern : patterns_) {
+      if ((word & pattern.mask) == pattern.word) return pattern.text.size();
     }
     return 0;
   }
@@ -133,8 +129,8 @@ class Cleaner {
   // Whether `piece`, which is shorter than a word, is the beginning of a pattern.
   bool mayBeCompleted(Word piece, std::size_t size) const {
     const Word mask = maskOf(size);
-    return std::any_of(heads_.begin(), heads_.begin() + headCount_, [&](const Head& head) {
-      return head.size > size && (head.word & mask) == (piece & mask);
+    return std::any_of(patterns_.begin(), patterns_.end(), [&](const Pattern& pattern) {
+      return pattern.text.size() > size && (pattern.word & mask) == (piece & mask);
     });
   }
 
@@ -154,7 +150,7 @@ class Cleaner {
     }
     const std::size_t size = std::min(next, last + reach);
     std::string cluster(log.substr(0, size));
-    for (const std::string_view pattern : patterns_) cluster = replaceAll(cluster, pattern, "");
+    for (const Pattern& pattern : patterns_) cluster = replaceAll(cluster, pattern.text, "");
     out_ = std::copy(cluster.begin(), cluster.end(), out_);
     at_ += size;
   }
@@ -164,8 +160,6 @@ class Cleaner {
   Patterns patterns_;
   char* begin_;
   char* out_;
-  std::array<Head, colourPatterns.size()> heads_{};
-  std::size_t headCount_ = 0;
 };
 
 Patterns patternsOf(BuildVariant variant) {

@@ -17,7 +17,9 @@ struct Whole {
 };
 
 using Number = std::variant<bool, Whole, double>;
-using MaybeWritten = std::optional<std::string>;
+
+// Thrown where a value does not fit the type.
+struct DoesNotFit {};
 
 // Numbers as people write them: "(BOOL)1", "@(5);", "٥", "return NO;".
 std::string plainNumber(std::string text) {
@@ -98,22 +100,21 @@ double real(const Number& number) {
                                      : static_cast<double>(amount.magnitude);
 }
 
-// Absent if the number does not fit.
-MaybeWritten wholeExpression(const Whole& number, unsigned bits, Sign sign) {
+std::string wholeExpression(const Whole& number, unsigned bits, Sign sign) {
   const std::uint64_t largest =
       sign == Sign::Unsigned ? UINT64_MAX >> (64 - bits) : (std::uint64_t{1} << (bits - 1)) - 1;
   if (number.sign == Sign::Unsigned) {
-    if (number.magnitude > largest) return std::nullopt;
+    if (number.magnitude > largest) throw DoesNotFit();
     return std::to_string(number.magnitude) + (number.magnitude > INT64_MAX ? "ULL" : "");
   }
-  if (sign == Sign::Unsigned || number.magnitude > largest + 1) return std::nullopt;
+  if (sign == Sign::Unsigned || number.magnitude > largest + 1) throw DoesNotFit();
   // The smallest number has no literal: the digits after the minus sign would be too large.
   if (number.magnitude > INT64_MAX) return "(-9223372036854775807LL - 1)";
   return "-" + std::to_string(number.magnitude);
 }
 
-MaybeWritten realExpression(double number, unsigned bits) {
-  if (bits == 32 && std::fabs(number) > std::numeric_limits<float>::max()) return std::nullopt;
+std::string realExpression(double number, unsigned bits) {
+  if (bits == 32 && std::fabs(number) > std::numeric_limits<float>::max()) throw DoesNotFit();
   std::array<char, 32> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
   std::string text(digits.data(), result.ptr);
@@ -121,36 +122,35 @@ MaybeWritten realExpression(double number, unsigned bits) {
   return text;
 }
 
-MaybeWritten numberExpression(const Number& number, const ValueType& type) {
-  const auto amount = whole(number);
+std::string numberExpression(const Number& number, const ValueType& type) {
+  // The number as a whole one, where only such a one fits.
+  const auto amount = [&number] {
+    if (const auto exact = whole(number)) return *exact;
+    throw DoesNotFit();
+  };
   switch (type.kind) {
     case ValueKind::Boolean:
-      if (!amount || amount->magnitude > 1 || amount->sign == Sign::Signed) return std::nullopt;
-      return amount->magnitude == 1 ? "YES" : "NO";
+      if (amount().magnitude > 1 || amount().sign == Sign::Signed) throw DoesNotFit();
+      return amount().magnitude == 1 ? "YES" : "NO";
     case ValueKind::Integer:
-      return amount ? wholeExpression(*amount, type.bits, type.sign) : std::nullopt;
-    case ValueKind::Enumeration: {
-      auto written = amount ? wholeExpression(*amount, 64, amount->sign) : std::nullopt;
-      return written ? std::optional("(" + type.written + ")" + *written) : std::nullopt;
-    }
+      return wholeExpression(amount(), type.bits, type.sign);
+    case ValueKind::Enumeration:
+      return "(" + type.written + ")" + wholeExpression(amount(), 64, amount().sign);
     case ValueKind::Real:
       return realExpression(real(number), type.bits);
     case ValueKind::Object:
     case ValueKind::Pointer:
-      if (!std::holds_alternative<Whole>(number) || amount->magnitude != 0) return std::nullopt;
+      if (!std::holds_alternative<Whole>(number) || amount().magnitude != 0) throw DoesNotFit();
       return type.kind == ValueKind::Object ? "nil" : "NULL";
     case ValueKind::Number:
-    case ValueKind::AnyObject: {
+    case ValueKind::AnyObject:
       if (const bool* const answer = std::get_if<bool>(&number)) return *answer ? "@YES" : "@NO";
-      const auto* const exact = std::get_if<Whole>(&number);
-      auto written =
-          exact != nullptr
-              ? wholeExpression(*exact, 64, exact->magnitude > INT64_MAX ? exact->sign : Sign::Signed)
-              : realExpression(real(number), 64);
-      return written ? std::optional("@(" + *written + ")") : std::nullopt;
-    }
+      if (std::holds_alternative<double>(number)) return "@(" + realExpression(real(number), 64) + ")";
+      return "@(" +
+             wholeExpression(amount(), 64, amount().magnitude > INT64_MAX ? amount().sign : Sign::Signed) +
+             ")";
     default:
-      return std::nullopt;
+      throw DoesNotFit();
   }
 }
 
@@ -163,7 +163,7 @@ constexpr std::string_view constants =
 
 // "{{0, 0}, {320, 480}}", with brackets of any kind or none, the name of a function before them, or
 // "CGRectZero".
-MaybeWritten structureExpression(std::string text, const std::string& name) {
+std::string structureExpression(std::string text, const std::string& name) {
   const std::string_view plain = trimmed(text, " \t\r\n;");
   if (plain.starts_with(name) && isAmong(constants, plain)) return std::string(plain);
   const bool isRange = name == "NSRange";
@@ -176,23 +176,23 @@ MaybeWritten structureExpression(std::string text, const std::string& name) {
   for (std::string_view rest = trimmed(text, separators); !rest.empty(); ++count) {
     const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
     const auto number = numberOf(std::string(rest.substr(0, end)));
-    const auto written = number ? numberExpression(*number, member) : std::nullopt;
-    if (!written) return std::nullopt;
-    expression += (count == 0 ? "" : ", ") + *written;
+    if (!number) throw DoesNotFit();
+    expression += (count == 0 ? "" : ", ") + numberExpression(*number, member);
     rest = trimmed(rest.substr(end), separators);
   }
   if (std::find(std::begin(members), std::end(members), std::pair(std::string_view(name), count)) ==
       std::end(members))
-    return std::nullopt;
+    throw DoesNotFit();
   return (isRange ? "NSMakeRange" : name + "Make") + "(" + expression + ")";
 }
 
-MaybeWritten textExpression(const std::string& text) {
+std::string textExpression(const std::string& text) {
   // The compiler warns of a NUL in a literal, and Theos treats warnings as errors.
-  return text.find('\0') == std::string::npos ? std::optional(stringLiteral(text)) : std::nullopt;
+  if (text.find('\0') != std::string::npos) throw DoesNotFit();
+  return stringLiteral(text);
 }
 
-MaybeWritten expression(const PropertyListValue& value, const ValueType& type) {
+std::string expression(const PropertyListValue& value, const ValueType& type) {
   const bool isObject = type.kind >= ValueKind::Text && type.kind <= ValueKind::Object;
   if (isNothing(value) && (isObject || type.kind == ValueKind::Pointer)) return isObject ? "nil" : "NULL";
   if (const std::string* const text = value.text()) {
@@ -200,18 +200,16 @@ MaybeWritten expression(const PropertyListValue& value, const ValueType& type) {
       case ValueKind::Text:
       case ValueKind::AnyObject:
         return textExpression(*text);
-      case ValueKind::MutableText: {
-        const auto literal = textExpression(*text);
-        return literal ? std::optional("[NSMutableString stringWithString:" + *literal + "]") : std::nullopt;
-      }
+      case ValueKind::MutableText:
+        return "[NSMutableString stringWithString:" + textExpression(*text) + "]";
       case ValueKind::Structure:
         return structureExpression(*text, type.written);
       default:
         break;
     }
   }
-  const auto number = numberOf(value);
-  return number ? numberExpression(*number, type) : std::nullopt;
+  if (const auto number = numberOf(value)) return numberExpression(*number, type);
+  throw DoesNotFit();
 }
 
 }  // namespace
@@ -222,14 +220,18 @@ bool isNothing(const PropertyListValue& value) {
 }
 
 std::optional<bool> truth(const PropertyListValue& value) {
-  const auto number = numberOf(value);
-  const auto written = number ? numberExpression(*number, {"", ValueKind::Boolean}) : std::nullopt;
-  return written ? std::optional(*written == "YES") : std::nullopt;
+  try {
+    return expression(value, {"", ValueKind::Boolean}) == "YES";
+  } catch (const DoesNotFit&) {
+    return std::nullopt;
+  }
 }
 
 std::string valueExpression(const PropertyListValue& value, const ValueType& type) {
   if (type.kind >= ValueKind::Unknown) throw NotUnderstood("the type " + type.written + " is not understood");
-  const auto written = expression(value, type);
-  if (!written) throw NotUnderstood("a value does not fit the type " + type.written);
-  return *written;
+  try {
+    return expression(value, type);
+  } catch (const DoesNotFit&) {
+    throw NotUnderstood("a value does not fit the type " + type.written);
+  }
 }

@@ -59,30 +59,25 @@ bool isXMLWithinBounds(std::string_view text) {
 
 class BinaryList {
  public:
-  static std::optional<BinaryList> open(std::string_view bytes) {
-    constexpr std::size_t trailerSize = 32;
-    if (bytes.size() < binaryMagic.size() + trailerSize) return std::nullopt;
-    BinaryList list(bytes);
-    const std::size_t trailer = bytes.size() - trailerSize;
-    list.offsetSize_ = static_cast<unsigned char>(bytes[trailer + 6]);
-    list.referenceSize_ = static_cast<unsigned char>(bytes[trailer + 7]);
-    list.objects_ = list.number(trailer + 8, 8);
-    list.top_ = list.number(trailer + 16, 8);
-    list.table_ = list.number(trailer + 24, 8);
-    const auto validSize = [](unsigned size) { return size >= 1 && size <= 8; };
-    if (!validSize(list.offsetSize_) || !validSize(list.referenceSize_)) return std::nullopt;
-    if (list.objects_ > mostPropertyListValues || list.top_ >= list.objects_ || list.table_ > trailer)
-      return std::nullopt;
-    if (list.objects_ * list.offsetSize_ > trailer - list.table_) return std::nullopt;
-    return list;
-  }
-
-  // Whether everything below the top object, shared objects counted each time, stays within the bounds.
-  bool isWithinBounds() { return visit(top_, 0); }
-
- private:
   explicit BinaryList(std::string_view bytes) : bytes_(bytes) {}
 
+  // Whether everything below the top object, shared objects counted each time, stays within the bounds.
+  bool isWithinBounds() {
+    constexpr std::size_t trailerSize = 32;
+    if (bytes_.size() < binaryMagic.size() + trailerSize) return false;
+    const std::size_t trailer = bytes_.size() - trailerSize;
+    offsetSize_ = static_cast<unsigned char>(bytes_[trailer + 6]);
+    referenceSize_ = static_cast<unsigned char>(bytes_[trailer + 7]);
+    objects_ = number(trailer + 8, 8);
+    const std::uint64_t top = number(trailer + 16, 8);
+    table_ = number(trailer + 24, 8);
+    const auto validSize = [](unsigned size) { return size >= 1 && size <= 8; };
+    if (!validSize(offsetSize_) || !validSize(referenceSize_)) return false;
+    if (objects_ > mostPropertyListValues || table_ > trailer) return false;
+    return objects_ * offsetSize_ <= trailer - table_ && visit(top, 0);
+  }
+
+ private:
   std::uint64_t number(std::size_t at, unsigned size) const {
     std::uint64_t value = 0;
     for (unsigned index = 0; index < size; ++index)
@@ -160,7 +155,6 @@ class BinaryList {
   unsigned offsetSize_ = 0;
   unsigned referenceSize_ = 0;
   std::uint64_t objects_ = 0;
-  std::uint64_t top_ = 0;
   std::uint64_t table_ = 0;
   std::size_t visited_ = 0;
   std::uint64_t text_ = 0;
@@ -174,7 +168,5 @@ bool isBinaryPropertyList(std::string_view bytes) {
 
 bool isWithinPropertyListBounds(std::string_view bytes) {
   if (bytes.size() > largestPropertyList) return false;
-  if (!isBinaryPropertyList(bytes)) return isXMLWithinBounds(bytes);
-  auto list = BinaryList::open(bytes);
-  return list && list->isWithinBounds();
+  return isBinaryPropertyList(bytes) ? BinaryList(bytes).isWithinBounds() : isXMLWithinBounds(bytes);
 }

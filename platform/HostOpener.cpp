@@ -6,24 +6,16 @@
 
 #include <algorithm>
 #include <sys/socket.h>
-#include <unistd.h>
 #include <utility>
-
-#include <QSocketNotifier>
 
 HostOpener::HostOpener(Unavailable unavailable, QObject* parent)
     : QObject(parent), unavailable_(std::move(unavailable)) {}
 
-HostOpener::~HostOpener() {
-  delete answers_;
-  if (socket_ >= 0) close(socket_);
-}
-
 void HostOpener::connectTo(int descriptor) {
   if (!takeLauncherSocket(descriptor)) return;
-  socket_ = descriptor;
-  answers_ = new QSocketNotifier(socket_, QSocketNotifier::Read, this);
-  connect(answers_, &QSocketNotifier::activated, this, atEventBoundary([this] { takeAnswers(); }));
+  socket_ = Descriptor(descriptor);
+  answers_ = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+  connect(answers_.get(), &QSocketNotifier::activated, this, atEventBoundary([this] { takeAnswers(); }));
 }
 
 bool HostOpener::open(const QUrl& url) {
@@ -38,7 +30,7 @@ bool HostOpener::open(const QUrl& url) {
   }
   request.number = ++lastNumber_;
   std::copy(text.begin(), text.end(), request.url);
-  if (send(socket_, &request, opener::requestHead + size, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) {
+  if (send(socket_.get(), &request, opener::requestHead + size, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) {
     report(url);
     return false;
   }
@@ -48,7 +40,7 @@ bool HostOpener::open(const QUrl& url) {
 
 void HostOpener::takeAnswers() {
   opener::Answer answer{};
-  const ssize_t got = recv(socket_, &answer, sizeof answer, MSG_DONTWAIT);
+  const ssize_t got = recv(socket_.get(), &answer, sizeof answer, MSG_DONTWAIT);
   if (got < 0) return;
   if (got < static_cast<ssize_t>(opener::answerHead)) {
     // The launcher is gone, and this process will follow.

@@ -1,14 +1,16 @@
 // Sends the URLs that the application opens to the opener outside the device.
 #pragma once
 
+#include "core/Descriptor.h"
+
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include <QHash>
 #include <QObject>
+#include <QSocketNotifier>
 #include <QUrl>
-
-class QSocketNotifier;
 
 // Main thread. Nothing waits for an answer; it comes through the event loop.
 class HostOpener : public QObject {
@@ -17,7 +19,6 @@ class HostOpener : public QObject {
   // host, which is empty otherwise. URLs that the opener refuses are only written to its log.
   using Unavailable = std::function<void(const QUrl& url, const QString& hostPath)>;
   explicit HostOpener(Unavailable unavailable, QObject* parent = nullptr);
-  ~HostOpener() override;
 
   // Takes ownership of the launcher's socket at `descriptor` and makes it close-on-exec. Without it, or if
   // the descriptor is something else, every URL is unavailable.
@@ -31,8 +32,9 @@ class HostOpener : public QObject {
   void report(const QUrl& url, const QString& hostPath = {});
 
   Unavailable unavailable_;
-  int socket_ = -1;
-  QSocketNotifier* answers_ = nullptr;
+  Descriptor socket_;
+  // Declared after the socket, since it has to go first.
+  std::unique_ptr<QSocketNotifier> answers_;
   std::uint32_t lastNumber_ = 0;
   QHash<std::uint32_t, QUrl> asked_;
 };

@@ -7,8 +7,6 @@
 #include "platform/UIScreen.h"
 #include "platform/UIWindow.h"
 
-#include <utility>
-
 #include <QAbstractScrollArea>
 #include <QPalette>
 #include <QPixmapCache>
@@ -109,10 +107,6 @@ void UIApplication::openURL(const QUrl& url, const QVariantMap& /*options*/,
   if (!completionHandler) return;
   dispatch_async(dispatch_get_main_queue(),
                  [opened, completionHandler = std::move(completionHandler)] { completionHandler(opened); });
-}
-
-void UIApplication::setDelegate(std::unique_ptr<UIApplicationDelegate> delegate) {
-  delegate_ = std::move(delegate);
 }
 
 UIWindow* UIApplication::keyWindow() const {

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include <QApplication>
 #include <QPointer>
@@ -50,7 +51,7 @@ class UIApplication : public QApplication {
   void setURLOpener(std::function<bool(const QUrl&)> opener) { opener_ = std::move(opener); }
 
   UIApplicationDelegate* delegate() const { return delegate_.get(); }
-  void setDelegate(std::unique_ptr<UIApplicationDelegate> delegate);
+  void setDelegate(std::unique_ptr<UIApplicationDelegate> delegate) { delegate_ = std::move(delegate); }
 
   // The window that takes input, or null.
   UIWindow* keyWindow() const;

@@ -182,10 +182,6 @@ void UIScreen::add(UIWindow* window) {
   bringToFront(window);
 }
 
-void UIScreen::remove(UIWindow* window) {
-  std::erase(windows_, window);
-}
-
 void UIScreen::bringToFront(UIWindow* window) {
   std::erase(windows_, window);
   const auto place = std::find_if(windows_.begin(), windows_.end(), [window](const UIWindow* other) {

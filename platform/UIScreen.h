@@ -36,7 +36,7 @@ class UIScreen : public QWidget {
   UIScreen();
   static void destroyMainScreen();
   void add(UIWindow* window);
-  void remove(UIWindow* window);
+  void remove(UIWindow* window) { std::erase(windows_, window); }
   void bringToFront(UIWindow* window);
 
   std::vector<UIWindow*> windows_;

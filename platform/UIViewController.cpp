@@ -59,8 +59,6 @@ void PresentationLayer::place(double fraction) {
   if (view_) view_->setGeometry(rect().translated(0, qRound(fraction * height())));
 }
 
-UIViewController::UIViewController() = default;
-
 UIViewController::~UIViewController() {
   // The view may be in the middle of one of its own events.
   if (view_) {
@@ -85,14 +83,6 @@ UIWindow* UIViewController::window() const {
     if (auto* window = qobject_cast<UIWindow*>(widget)) return window;
   }
   return nullptr;
-}
-
-UIInterfaceOrientationMask UIViewController::supportedInterfaceOrientations() const {
-  return UIInterfaceOrientationMask::AllButUpsideDown;
-}
-
-void UIViewController::loadView() {
-  setView(new QWidget);
 }
 
 void UIViewController::presentViewController(std::shared_ptr<UIViewController> controller, bool animated,

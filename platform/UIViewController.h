@@ -58,7 +58,6 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
   Q_OBJECT
 
  public:
-  UIViewController();
   ~UIViewController() override;
 
   // Made at first use: loadView(), then viewDidLoad(). Owned by the controller.
@@ -83,7 +82,9 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
   std::shared_ptr<UIViewController> presentedViewController() const { return presented_; }
 
   virtual bool shouldAutorotate() const { return true; }
-  virtual UIInterfaceOrientationMask supportedInterfaceOrientations() const;
+  virtual UIInterfaceOrientationMask supportedInterfaceOrientations() const {
+    return UIInterfaceOrientationMask::AllButUpsideDown;
+  }
   virtual UIStatusBarStyle preferredStatusBarStyle() const { return UIStatusBarStyle::Default; }
   virtual bool prefersStatusBarHidden() const { return false; }
   virtual UIStatusBarAnimation preferredStatusBarUpdateAnimation() const {
@@ -98,7 +99,7 @@ class UIViewController : public QObject, public std::enable_shared_from_this<UIV
 
  protected:
   // Makes the view and hands it to setView(). The view has no parent yet.
-  virtual void loadView();
+  virtual void loadView() { setView(new QWidget); }
   void setView(QWidget* view) { view_ = view; }
   // An override calls the base's first.
   virtual void viewDidLoad() {}

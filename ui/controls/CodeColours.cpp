@@ -159,35 +159,17 @@ class LogosLine {
   }
 
   void punctuation(char byte) {
-    switch (byte) {
-      case '(':
-        ++parentheses_;
-        break;
-      case ')':
-        if (selectorAt_ == parentheses_) selectorAt_ = -1;
-        --parentheses_;
-        break;
-      case '[':
-        if (state_ < mostBrackets) state_ += oneBracket;
-        break;
-      case ']':
-        if (state_ >= oneBracket) state_ -= oneBracket;
-        break;
-      case '-':
-      case '+': {
-        const std::size_t type = line_.find_first_not_of(" \t", at_ + 1);
-        if (at_ != first_ || type == std::string_view::npos || line_[type] != '(') break;
-        // Inside a message this may be a sum; at the left edge it is a method.
-        if (state_ < oneBracket || at_ == 0) state_ = inDeclaration;
-        break;
-      }
-      case '{':
-      case ';':
-        state_ &= ~(inDeclaration | nameSeen);
-        break;
-      default:
-        break;
-    }
+    if (byte == ')' && selectorAt_ == parentheses_) selectorAt_ = -1;
+    if (byte == '(') ++parentheses_;
+    if (byte == ')') --parentheses_;
+    if (byte == '[' && state_ < mostBrackets) state_ += oneBracket;
+    if (byte == ']' && state_ >= oneBracket) state_ -= oneBracket;
+    if (byte == '{' || byte == ';') state_ &= ~(inDeclaration | nameSeen);
+    if ((byte != '-' && byte != '+') || at_ != first_) return;
+    const std::size_t type = line_.find_first_not_of(" \t", at_ + 1);
+    const bool isTyped = type != std::string_view::npos && line_[type] == '(';
+    // Inside a message this may be a sum; at the left edge it is a method.
+    if (isTyped && (state_ < oneBracket || at_ == 0)) state_ = inDeclaration;
   }
 
   std::string_view line_;

@@ -96,10 +96,6 @@ RowListView::RowListView(QWidget* parent)
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { pickSelected(); });
 }
 
-void RowListView::setCurrentRow(int row) {
-  setCurrentIndex(model_->index(row));
-}
-
 void RowListView::setBackgroundColor(const QColor& colour) {
   QPalette colours = palette();
   colours.setColor(QPalette::Base, colour);

@@ -68,7 +68,7 @@ class RowListView : public QListView {
 
   // -1 for none.
   int currentRow() const { return currentIndex().row(); }
-  void setCurrentRow(int row);
+  void setCurrentRow(int row) { setCurrentIndex(model_->index(row)); }
 
   void setBackgroundColor(const QColor& colour);
   // Marks the current row although another control has the focus and moves it.

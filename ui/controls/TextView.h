@@ -51,6 +51,11 @@ class TextView : public QsciScintilla {
   // selection, or where `mayStay`, from its beginning. False when there is none; the selection stays then.
   bool find(const QString& word, SearchDirection direction, bool mayStay);
 
+  // SendScintilla's overloads leave plain integers ambiguous.
+  long send(unsigned int message, long first = 0, long second = 0) const {
+    return SendScintilla(message, static_cast<unsigned long>(first), second);
+  }
+
  signals:
   // A finger tapped on the line.
   void tapped(int line);
@@ -68,10 +73,6 @@ class TextView : public QsciScintilla {
 
   // Called again when the font or the palette changes; every style is reset first.
   virtual void applyLooks();
-  // SendScintilla's overloads leave plain integers ambiguous.
-  long send(unsigned int message, long first = 0, long second = 0) const {
-    return SendScintilla(message, static_cast<unsigned long>(first), second);
-  }
   // Whether the bytes of a log take room on the screen. Control characters never do.
   void setHidden(long begin, long end, bool hidden);
   // Valid until the text changes.

@@ -39,14 +39,16 @@ class TextViewAccessible : public QAccessibleWidget,
 
   void selection(int index, int* from, int* to) const override {
     const bool selected = index == 0 && view_->hasSelectedText();
-    *from = selected ? offsetOf(send(view_->SCI_GETSELECTIONSTART)) : 0;
-    *to = selected ? offsetOf(send(view_->SCI_GETSELECTIONEND)) : 0;
+    *from = selected ? offsetOf(view_->send(view_->SCI_GETSELECTIONSTART)) : 0;
+    *to = selected ? offsetOf(view_->send(view_->SCI_GETSELECTIONEND)) : 0;
   }
   int selectionCount() const override { return view_->hasSelectedText() ? 1 : 0; }
-  void addSelection(int from, int to) override { send(view_->SCI_SETSEL, positionOf(from), positionOf(to)); }
+  void addSelection(int from, int to) override {
+    view_->send(view_->SCI_SETSEL, positionOf(from), positionOf(to));
+  }
   void removeSelection(int) override { setCursorPosition(cursorPosition()); }
   void setSelection(int, int from, int to) override { addSelection(from, to); }
-  int cursorPosition() const override { return offsetOf(send(view_->SCI_GETCURRENTPOS)); }
+  int cursorPosition() const override { return offsetOf(view_->send(view_->SCI_GETCURRENTPOS)); }
   void setCursorPosition(int offset) override { addSelection(offset, offset); }
 
   using QAccessibleWidget::text;
@@ -69,10 +71,10 @@ class TextViewAccessible : public QAccessibleWidget,
   int offsetAtPoint(const QPoint& point) const override {
     const QPoint place = view_->viewport()->mapFromGlobal(point);
     if (!view_->viewport()->rect().contains(place)) return -1;
-    return offsetOf(send(view_->SCI_CHARPOSITIONFROMPOINT, place.x(), place.y()));
+    return offsetOf(view_->send(view_->SCI_CHARPOSITIONFROMPOINT, place.x(), place.y()));
   }
   void scrollToSubstring(int from, int to) override {
-    send(view_->SCI_SCROLLRANGE, positionOf(to), positionOf(from));
+    view_->send(view_->SCI_SCROLLRANGE, positionOf(to), positionOf(from));
   }
   QString attributes(int, int* from, int* to) const override {
     *from = 0;
@@ -84,34 +86,31 @@ class TextViewAccessible : public QAccessibleWidget,
   void insertText(int offset, const QString& text) override { replaceText(offset, offset, text); }
   void replaceText(int from, int to, const QString& text) override {
     const QByteArray bytes = text.toUtf8();
-    send(view_->SCI_SETTARGETRANGE, positionOf(from), positionOf(to));
+    view_->send(view_->SCI_SETTARGETRANGE, positionOf(from), positionOf(to));
     view_->SendScintilla(view_->SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.constData());
   }
 
  private:
-  long send(unsigned int message, long first = 0, long second = 0) const {
-    return view_->SendScintilla(message, static_cast<unsigned long>(first), second);
-  }
   long end() const {
-    const long length = send(view_->SCI_GETLENGTH);
+    const long length = view_->send(view_->SCI_GETLENGTH);
     if (length <= mostAccessibleBytes) return length;
     long at = mostAccessibleBytes;
-    while (!startsCharacter(static_cast<char>(send(view_->SCI_GETCHARAT, at)))) --at;
+    while (!startsCharacter(static_cast<char>(view_->send(view_->SCI_GETCHARAT, at)))) --at;
     return at;
   }
   int offsetOf(long position) const {
-    return static_cast<int>(send(view_->SCI_COUNTCODEUNITS, 0, std::min(position, end())));
+    return static_cast<int>(view_->send(view_->SCI_COUNTCODEUNITS, 0, std::min(position, end())));
   }
   long positionOf(int offset) const {
     if (offset <= 0) return 0;
-    const long position = send(view_->SCI_POSITIONRELATIVECODEUNITS, 0, offset);
+    const long position = view_->send(view_->SCI_POSITIONRELATIVECODEUNITS, 0, offset);
     // Nothing is behind the end.
     return position == 0 ? end() : std::min(position, end());
   }
   QRect placeOf(long position) const {
-    return {static_cast<int>(send(view_->SCI_POINTXFROMPOSITION, 0, position)),
-            static_cast<int>(send(view_->SCI_POINTYFROMPOSITION, 0, position)), 1,
-            static_cast<int>(send(view_->SCI_TEXTHEIGHT, 0))};
+    return {static_cast<int>(view_->send(view_->SCI_POINTXFROMPOSITION, 0, position)),
+            static_cast<int>(view_->send(view_->SCI_POINTYFROMPOSITION, 0, position)), 1,
+            static_cast<int>(view_->send(view_->SCI_TEXTHEIGHT, 0))};
   }
 
   TextView* view_;

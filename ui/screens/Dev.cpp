@@ -68,7 +68,3 @@ bool Dev::eventFilter(QObject* object, QEvent* event) {
   }
   return UIViewController::eventFilter(object, event);
 }
-
-void Dev::cancelOperation() {
-  dismissViewControllerAnimated(true);
-}

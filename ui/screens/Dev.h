@@ -9,7 +9,7 @@ class Dev : public UIViewController {
 
  public:
   void viewDidLoad() override;
-  void cancelOperation() override;
+  void cancelOperation() override { dismissViewControllerAnimated(true); }
 
  protected:
   void loadView() override;

@@ -7,8 +7,7 @@ class LanternStyleButton : public UIButton {
   Q_OBJECT
 
  public:
-  explicit LanternStyleButton(QWidget* parent = nullptr) : UIButton(parent) {}
-  explicit LanternStyleButton(const QString& title, QWidget* parent = nullptr) : UIButton(title, parent) {}
+  using UIButton::UIButton;
 
   // Of the class, not of an instance, so no single button is styled by it.
   static void awakeFromNib() { UIButton::awakeFromNib(); }

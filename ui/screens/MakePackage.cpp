@@ -65,11 +65,8 @@ class MakePackage::LogHint : public QLabel {
   void paintEvent(QPaintEvent* event) override {
     if (isOverLog_) {
       QPainter painter(this);
-      painter.setRenderHint(QPainter::Antialiasing);
-      painter.setPen(colours::tileBorder);
-      painter.setBrush(colours::tileGround);
-      painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), metrics::bareButtonRadius,
-                              metrics::bareButtonRadius);
+      const Layer ground{metrics::bareButtonRadius, 1, colours::tileGround, colours::tileBorder};
+      drawLayer(painter, rect(), ground, ground.backgroundColor);
     }
     QLabel::paintEvent(event);
   }
@@ -167,14 +164,6 @@ void MakePackage::viewDidLoad() {
 
 void MakePackage::UpdateTheos() {
   updateTheos();
-}
-
-void MakePackage::MakePackageAction() {
-  startBuild(BuildVariant::Package);
-}
-
-void MakePackage::MakePackageInstall() {
-  startBuild(BuildVariant::Install);
 }
 
 void MakePackage::startBuild(BuildVariant variant) {

@@ -20,8 +20,8 @@ class MakePackage : public UIViewController {
   // Runs Theos's updater. On the build job's thread.
   void UpdateTheos();
   // Both return at once; a progress dialog stays until the build is over.
-  void MakePackageAction();
-  void MakePackageInstall();
+  void MakePackageAction() { startBuild(BuildVariant::Package); }
+  void MakePackageInstall() { startBuild(BuildVariant::Install); }
   // Restarts the device's user interface, without a question.
   void Respring();
   void ClearLog();

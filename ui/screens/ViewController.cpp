@@ -120,10 +120,6 @@ void ViewController::OpenPrijectFolder() {
   showOptionsMenu(*this);
 }
 
-void ViewController::Reload() {
-  listFiles();
-}
-
 void ViewController::listFiles() {
   RowListView& list = *outlets_.TableVV;
   const std::vector<std::string>& names = MUArray();
@@ -138,10 +134,6 @@ void ViewController::listFiles() {
     list.setCurrentRow(same != names.end() ? static_cast<int>(same - names.begin())
                                            : std::min(row, list.rows().rowCount() - 1));
   list.verticalScrollBar()->setValue(place);
-}
-
-void ViewController::DismissPop() {
-  dismissViewControllerAnimated(true);
 }
 
 void ViewController::presentBuildScreen() {

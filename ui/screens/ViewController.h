@@ -24,9 +24,9 @@ class ViewController : public UIViewController {
   void NewProject();
   void Removeer();
   void OpenPrijectFolder();
-  void Reload();
+  void Reload() { listFiles(); }
   // Takes away whatever this screen presents.
-  void DismissPop();
+  void DismissPop() { dismissViewControllerAnimated(true); }
 
  protected:
   void loadView() override;
