@@ -90,7 +90,13 @@ class Cleaner {
   // With zeros, which no pattern holds, for what is past the end.
   Word wordAt(const char* place) const {
     Word word = 0;
-    std::memcpy(&word, place, std::min(sizeof word, static_cast<std::size_t>(end_ - place)));
+    const auto left = static_cast<std::size_t>(end_ - place);
+    // A known size is no call.
+    if (left >= sizeof word) {
+      std::memcpy(&word, place, sizeof word);
+    } else {
+      std::memcpy(&word, place, left);
+    }
     return word;
   }
 
