@@ -1,8 +1,9 @@
-// The launcher's one kind of failure: a sentence for the user.
+// What the launcher says to the user, and its one kind of failure: a sentence.
 #pragma once
 
 #include <cerrno>
 #include <cstring>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 
@@ -11,6 +12,11 @@ class Refusal : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+// Says a whole sentence on standard error.
+inline void say(const std::string& sentence) {
+  std::cerr << "tweakbench: " << sentence << "\n";
+}
 
 // Refuses with `sentence`, which ends in a colon and gets the words for errno.
 [[noreturn]] inline void refuseWithError(const std::string& sentence) {

@@ -9,85 +9,59 @@ namespace {
 using std::string;
 using std::string_view;
 
-// A message and what it means. Phrases in lower case; a line with all of them is the message. Versions of
-// Theos word their messages differently, so they are short.
+// What a message of a known cause means. Phrases in lower case; a line with all phrases of one list is the
+// message. Versions of Theos word their messages differently, so they are short.
 struct Message {
-  std::vector<string_view> phrases;
   string_view meaning;
+  std::vector<std::vector<string_view>> phrases;
 };
-
-constexpr string_view noTheos =
-    "the Makefile sets THEOS to nothing or to a place that is not in the device; remove that line, since the "
-    "device sets THEOS itself.";
-constexpr string_view noPlistUtil =
-    "FINALPACKAGE wants plistutil for the property lists; install it with \"apt install libplist-utils\".";
-constexpr string_view noSdk =
-    "the SDK that the project asks for is not in Theos's folder sdks; put it there, or change TARGET in the "
-    "Makefile.";
-constexpr string_view blanks =
-    "the path of the project holds blanks, with which Theos cannot build; rename the project.";
-constexpr string_view noFilter =
-    "the tweak has no filter list; make the property list that has the tweak's name beside the Makefile.";
-constexpr string_view noControl =
-    "the project has no control file; make one beside the Makefile, such as a new project's.";
-constexpr string_view badName =
-    "the package name in control may hold only lower-case letters, digits, +, - and full stops; change it.";
-constexpr string_view fakeroot =
-    "fakeroot was refused by the system; choose its other kind with \"update-alternatives --config "
-    "fakeroot\" on the host.";
-constexpr string_view wrongProgram =
-    "a program of the toolchain is made for another processor or system; get the toolchain for this one.";
-constexpr string_view noInterpreter =
-    "the first line of this script names a program that is missing, or ends as lines of Windows do; install "
-    "the program, or get the script again with plain line ends (\"git config core.autocrlf false\").";
-constexpr string_view twice =
-    "the Makefile was edited twice over, so that a rule or an include is in it more than once; remove one.";
-constexpr string_view noSpace =
-    "the disk, or the device's /tmp of 512 MiB, was full; make room and build again.";
 
 const std::vector<Message>& messages() {
   static const std::vector<Message> table{
-      {{"/opt/theos/makefiles/", ".mk: no such file"}, notWhole},
-      {{": /", ".mk: no such file"}, noTheos},
-      {{"*** /", ": is a directory.  stop"},
-       "the Makefile exports THEOS twice in one line, as in \"export THEOS=/opt/theos THEOS=/opt/theos\"; "
-       "keep "
-       "one of them."},
-      {{"libplist-utils", "not optimized"}, noPlistUtil},
-      {{"plistutil", "not found"}, noPlistUtil},
-      {{"not have any sdks"}, noSdk},
-      {{"chosen sdk", "not appear to exist"}, noSdk},
-      {{"sysroot", "missing"}, noSdk},
-      {{"vendor/include", "missing"}, notWhole},
-      {{"did not specify a target"},
-       "the Makefile names no target; add a line such as \"TARGET := iphone:clang:latest:14.0\" at its top."},
-      {{"project", "contains spaces"}, blanks},
-      {{"path", "holds blanks"}, blanks},
-      {{"package scheme", "not exist"},
-       "this Theos has no such package scheme; change THEOS_PACKAGE_SCHEME in the Makefile."},
-      {{"to have a control file"}, noControl},
-      {{"has no control file"}, noControl},
-      {{"missing a filter"}, noFilter},
-      {{"has no filter list"}, noFilter},
-      {{"package name", "characters that aren"}, badName},
-      {{"package name", "may hold only"}, badName},
-      {{"control directory has bad permissions"},
-       "the folder with the control file is open to others; run \"chmod 755\" on layout/DEBIAN."},
-      {{"libfakeroot", "permission denied"}, fakeroot},
-      {{"fakeroot", "message channels"}, fakeroot},
-      {{"lack of sysv ipc"}, fakeroot},
-      {{"cannot execute binary file"}, wrongProgram},
-      {{"exec format error"}, wrongProgram},
-      {{"cannot execute: required file not found"}, noInterpreter},
-      {{"bad interpreter"}, noInterpreter},
-      {{"error while loading shared libraries"},
-       "a program lacks a library of this system; the checks above name it if it is of the toolchain."},
-      {{"included multiple times"}, twice},
-      {{"overriding recipe for target"}, twice},
-      {{"overriding commands for target"}, twice},
-      {{"no space left on device"}, noSpace},
-      {{"disk quota exceeded"}, noSpace},
-      {{"error 137"}, "a program was killed, most often for want of memory; close others and build again."},
+      {notWhole, {{"/opt/theos/makefiles/", ".mk: no such file"}, {"vendor/include", "missing"}}},
+      {"the Makefile sets THEOS to nothing or to a place that is not in the device; remove that line, since "
+       "the device sets THEOS itself.",
+       {{": /", ".mk: no such file"}}},
+      {"the Makefile exports THEOS twice in one line, as in \"export THEOS=/opt/theos THEOS=/opt/theos\"; "
+       "keep one of them.",
+       {{"*** /", ": is a directory.  stop"}}},
+      {"FINALPACKAGE wants plistutil for the property lists; install it with \"apt install libplist-utils\".",
+       {{"libplist-utils", "not optimized"}, {"plistutil", "not found"}}},
+      {"the SDK that the project asks for is not in Theos's folder sdks; put it there, or change TARGET in "
+       "the Makefile.",
+       {{"not have any sdks"}, {"chosen sdk", "not appear to exist"}, {"sysroot", "missing"}}},
+      {"the Makefile names no target; add a line such as \"TARGET := iphone:clang:latest:14.0\" at its top.",
+       {{"did not specify a target"}}},
+      {"the path of the project holds blanks, with which Theos cannot build; rename the project.",
+       {{"project", "contains spaces"}, {"path", "holds blanks"}}},
+      {"this Theos has no such package scheme; change THEOS_PACKAGE_SCHEME in the Makefile.",
+       {{"package scheme", "not exist"}}},
+      {"the project has no control file; make one beside the Makefile, such as a new project's.",
+       {{"to have a control file"}, {"has no control file"}}},
+      {"the tweak has no filter list; make the property list that has the tweak's name beside the Makefile.",
+       {{"missing a filter"}, {"has no filter list"}}},
+      {"the package name in control may hold only lower-case letters, digits, +, - and full stops; change "
+       "it.",
+       {{"package name", "characters that aren"}, {"package name", "may hold only"}}},
+      {"the folder with the control file is open to others; run \"chmod 755\" on layout/DEBIAN.",
+       {{"control directory has bad permissions"}}},
+      {"fakeroot was refused by the system; choose its other kind with \"update-alternatives --config "
+       "fakeroot\" on the host.",
+       {{"libfakeroot", "permission denied"}, {"fakeroot", "message channels"}, {"lack of sysv ipc"}}},
+      {"a program of the toolchain is made for another processor or system; get the toolchain for this one.",
+       {{"cannot execute binary file"}, {"exec format error"}}},
+      {"the first line of this script names a program that is missing, or ends as lines of Windows do; "
+       "install the program, or get the script again with plain line ends (\"git config core.autocrlf "
+       "false\").",
+       {{"cannot execute: required file not found"}, {"bad interpreter"}}},
+      {"a program lacks a library of this system; the checks above name it if it is of the toolchain.",
+       {{"error while loading shared libraries"}}},
+      {"the Makefile was edited twice over, so that a rule or an include is in it more than once; remove "
+       "one.",
+       {{"included multiple times"}, {"overriding recipe for target"}, {"overriding commands for target"}}},
+      {"the disk, or the device's /tmp of 512 MiB, was full; make room and build again.",
+       {{"no space left on device"}, {"disk quota exceeded"}}},
+      {"a program was killed, most often for want of memory; close others and build again.", {{"error 137"}}},
   };
   return table;
 }
@@ -95,11 +69,6 @@ const std::vector<Message>& messages() {
 string lowered(string text) {
   for (char& letter : text) letter = folded(letter);
   return text;
-}
-
-bool hasAll(const string& line, const std::vector<string_view>& phrases) {
-  return std::all_of(phrases.begin(), phrases.end(),
-                     [&](string_view phrase) { return line.find(phrase) != string::npos; });
 }
 
 // "==> Compiling Tweak.x (arm64)…" and "> Making all for tweak P…"; what Theos says of errors looks alike.
@@ -187,10 +156,14 @@ FirstError firstErrorIn(string_view log) {
 
 string_view meaningOf(const string& line) {
   const string lower = lowered(line);
-  const auto& table = messages();
-  const auto found = std::find_if(table.begin(), table.end(),
-                                  [&](const Message& message) { return hasAll(lower, message.phrases); });
-  return found == table.end() ? string_view() : found->meaning;
+  const auto hasAll = [&](const std::vector<string_view>& phrases) {
+    return std::all_of(phrases.begin(), phrases.end(),
+                       [&](string_view phrase) { return lower.find(phrase) != string::npos; });
+  };
+  for (const auto& [meaning, phrases] : messages()) {
+    if (std::any_of(phrases.begin(), phrases.end(), hasAll)) return meaning;
+  }
+  return {};
 }
 
 string shortened(const string& said) {

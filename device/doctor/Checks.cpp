@@ -94,14 +94,14 @@ struct ProgramCheck {
   Need withPractice;
   // What builds have it for, as in "it is what …".
   const char* purpose;
-  // What to do where it is missing.
-  const char* remedy;
+  // The package that it comes in; null for what the toolchain has.
+  const char* package;
 };
 
 // What to do, in words that several checks have.
-constexpr const char* toolchain = "put a toolchain for Linux at toolchain/linux/iphone in Theos's folder";
-constexpr const char* wholeCopy = "get a whole copy of Theos with \"git clone --recursive\"";
-constexpr const char* submodules =
+const string toolchain = "put a toolchain for Linux at toolchain/linux/iphone in Theos's folder";
+const string wholeCopy = "get a whole copy of Theos with \"git clone --recursive\"";
+const string submodules =
     "run \"git submodule update --init --recursive\" in Theos's folder, which needs a clone and no unpacked "
     "archive";
 
@@ -109,40 +109,23 @@ constexpr const char* submodules =
 constexpr const char* toolchainFolder = "toolchain/linux/iphone";
 
 constexpr ProgramCheck programs[] = {
-    {"make", Need::Required, Need::Required, "runs every build", "install it with \"apt install make\""},
-    {"unzip", Need::Required, Need::Required, "unpacks the template of a new project",
-     "install it with \"apt install unzip\""},
-    {"dpkg-deb", Need::None, Need::Required, "makes the practice Theos's packages",
-     "install it with \"apt install dpkg\""},
-    {"perl", Need::Required, Need::None, "runs Theos's preprocessor and packager",
-     "install it with \"apt install perl\""},
-    {"rsync", Need::Required, Need::None, "fills the stage of a package",
-     "install it with \"apt install rsync\""},
-    {"fakeroot", Need::Useful, Need::None, "gives the files of a package their owners",
-     "install it with \"apt install fakeroot\""},
-    {"clang", Need::Required, Need::None, "compiles the sources", toolchain},
-    {"ldid", Need::Required, Need::None, "signs what was compiled", toolchain},
-    {"lipo", Need::Useful, Need::None, "joins the parts for several processors", toolchain},
+    {"make", Need::Required, Need::Required, "runs every build", "make"},
+    {"unzip", Need::Required, Need::Required, "unpacks the template of a new project", "unzip"},
+    {"dpkg-deb", Need::None, Need::Required, "makes the practice Theos's packages", "dpkg"},
+    {"perl", Need::Required, Need::None, "runs Theos's preprocessor and packager", "perl"},
+    {"rsync", Need::Required, Need::None, "fills the stage of a package", "rsync"},
+    {"fakeroot", Need::Useful, Need::None, "gives the files of a package their owners", "fakeroot"},
+    {"clang", Need::Required, Need::None, "compiles the sources", nullptr},
+    {"ldid", Need::Required, Need::None, "signs what was compiled", nullptr},
+    {"lipo", Need::Useful, Need::None, "joins the parts for several processors", nullptr},
     {"plistutil", Need::Useful, Need::None, "converts the property lists under FINALPACKAGE",
-     "install it with \"apt install libplist-utils\""},
+     "libplist-utils"},
 };
 
-struct EntryCheck {
-  const char* path;
-  const char* remedy;
-};
-
-// Without one of them Theos stops before it reads a project.
-constexpr EntryCheck theosEntries[] = {
-    {"bin", wholeCopy},
-    {"makefiles/tweak.mk", wholeCopy},
-    {"vendor/include", submodules},
-    {"vendor/include/.git", submodules},
-    {"vendor/lib", submodules},
-    {"vendor/lib/.git", submodules},
-    {"vendor/logos", submodules},
-    {"vendor/dm.pl", submodules},
-};
+// Without one of them Theos stops before it reads a project. Those of vendor are submodules.
+constexpr const char* theosEntries[] = {
+    "bin",        "makefiles/tweak.mk", "vendor/include", "vendor/include/.git",
+    "vendor/lib", "vendor/lib/.git",    "vendor/logos",   "vendor/dm.pl"};
 
 constexpr std::uintmax_t mebibyte = 1U << 20;
 constexpr std::uintmax_t tooLittleSpace = 16 * mebibyte;
@@ -245,16 +228,16 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
   }
   // An incomplete folder is reported once, not again for what is missing in it.
   string told = "-";
-  for (const auto& check : theosEntries) {
-    const string path = check.path;
+  for (const string path : theosEntries) {
     const Entry entry = entryOf(*facts.inDevice, path);
     const bool isMark = path.ends_with(".git");
     if (entry == Entry::Present || (isMark && entry == Entry::Empty) || path.starts_with(told)) continue;
     const string link = astrayOnTheWay(*facts.inDevice, path);
     const string state = path + (entry == Entry::Empty ? " is empty" : " is missing");
-    findings.push_back(
-        problem(subject, link.empty() ? state + ", and Theos does not build without it; " + check.remedy + "."
-                                      : astrayRemedy(link)));
+    const string& remedy = path.starts_with("vendor/") ? submodules : wholeCopy;
+    findings.push_back(problem(subject, link.empty()
+                                            ? state + ", and Theos does not build without it; " + remedy + "."
+                                            : astrayRemedy(link)));
     told = link.empty() ? path : link;
   }
 }
@@ -299,17 +282,15 @@ string reasonNotToStart(const Start& trial) {
   return {};
 }
 
-bool isOfToolchain(const ProgramCheck& check) {
-  return string(check.remedy) == toolchain;
-}
-
 Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   const Need need = isPractice(facts) ? check.withPractice : check.withTheos;
   const Verdict verdict = need == Need::Required ? Verdict::Problem : Verdict::Note;
   const string subject = check.name;
+  const string remedy =
+      check.package == nullptr ? toolchain : string("install it with \"apt install ") + check.package + "\"";
   const auto found = facts.inDevice->starts.find(subject);
   const Start trial = found == facts.inDevice->starts.end() ? Start{} : found->second;
-  if (trial.path.empty() && isOfToolchain(check)) {
+  if (trial.path.empty() && check.package == nullptr) {
     const string path = string(toolchainFolder) + "/bin/" + check.name;
     const Entry entry = entryOf(*facts.inDevice, path);
     if (entry == Entry::Astray) return {verdict, subject, astrayRemedy(path)};
@@ -319,11 +300,9 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   if (trial.path.empty()) {
     if (need == Need::None) {
       return note(subject,
-                  string("It is missing, but this Theos builds without it; where another needs it, ") +
-                      check.remedy + ".");
+                  "It is missing, but this Theos builds without it; where another needs it, " + remedy + ".");
     }
-    return {verdict, subject,
-            string("It is missing, and it is what ") + check.purpose + "; " + check.remedy + "."};
+    return {verdict, subject, string("It is missing, and it is what ") + check.purpose + "; " + remedy + "."};
   }
   string reason = reasonNotToStart(trial);
   if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0)
@@ -337,13 +316,13 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   }
   // What is merely useful is used where it is there, and then stops the build.
   return {need == Need::None ? Verdict::Note : Verdict::Problem, subject,
-          trial.path + " does not work: " + reason + "; " + check.remedy + "."};
+          trial.path + " does not work: " + reason + "; " + remedy + "."};
 }
 
 void addPrograms(const Facts& facts, std::vector<Finding>& findings) {
   for (const auto& check : programs) {
-    if (isOfToolchain(check) && facts.inDevice->closed.starts_with("toolchain")) continue;
-    const string link = isOfToolchain(check) ? astrayOnTheWay(*facts.inDevice, toolchainFolder) : "";
+    if (check.package == nullptr && facts.inDevice->closed.starts_with("toolchain")) continue;
+    const string link = check.package == nullptr ? astrayOnTheWay(*facts.inDevice, toolchainFolder) : "";
     // Said once for the whole toolchain.
     if (!link.empty() && string(check.name) == "clang")
       findings.push_back(problem("toolchain", astrayRemedy(link)));
@@ -376,18 +355,18 @@ void addLastBuild(const Facts& facts, std::vector<Finding>& findings) {
 struct StageRemedy {
   // The beginning of Theos's words for it; "" is before the first.
   string_view stage;
-  string_view remedy;
+  string remedy;
 };
-constexpr StageRemedy stageRemedies[] = {
+string toolchainWith(const string& property) {
+  return "put a toolchain " + property + " at toolchain/linux/iphone in Theos's folder";
+}
+const StageRemedy stageRemedies[] = {
     {"Preprocessing", "see that perl works, and renew vendor/logos in Theos's folder"},
     {"Compiling", "put another whole SDK into Theos's folder sdks, or another toolchain into toolchain"},
-    {"Linking",
-     "put a toolchain whose linker works at toolchain/linux/iphone in Theos's folder, or a whole SDK "
-     "into sdks"},
-    {"Generating debug",
-     "put a toolchain with a working dsymutil at toolchain/linux/iphone in Theos's folder"},
-    {"Stripping", "put a toolchain with a working strip at toolchain/linux/iphone in Theos's folder"},
-    {"Merging", "put a toolchain with a working lipo at toolchain/linux/iphone in Theos's folder"},
+    {"Linking", toolchainWith("whose linker works") + ", or a whole SDK into sdks"},
+    {"Generating debug", toolchainWith("with a working dsymutil")},
+    {"Stripping", toolchainWith("with a working strip")},
+    {"Merging", toolchainWith("with a working lipo")},
     {"Signing", "put a working ldid into toolchain/linux/iphone/bin in Theos's folder"},
     {"Making stage", "see that rsync and fakeroot work, and renew vendor/dm.pl in Theos's folder"},
     {"", wholeCopy},
@@ -413,8 +392,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
   // A missing makefile leaves a variable empty, which gives a path with two slashes.
   if (missing.find("//") != string::npos || missing.ends_with(".mk")) return string(notWhole);
   if (!known.empty()) return string(known);
-  if (missing.starts_with("/var/Tweakyard/"))
-    return string("a step before it made nothing; ") + toolchain + ".";
+  if (missing.starts_with("/var/Tweakyard/")) return "a step before it made nothing; " + toolchain + ".";
   if (missing.starts_with(theos + "toolchain/"))
     return missing.substr(theos.size()) + " is missing in Theos's folder; put a whole toolchain there.";
   if (missing.starts_with(theos))
@@ -427,7 +405,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
   }
   if (isHeader) {
     if (missing.find("ubstrate") != string::npos)
-      return string("vendor/include or vendor/lib is not whole; ") + submodules + ".";
+      return "vendor/include or vendor/lib is not whole; " + submodules + ".";
     return "the SDK is not whole; put another one into Theos's folder sdks.";
   }
   if (!missing.empty()) {
@@ -439,7 +417,7 @@ string remedyFor(const FirstError& error, const DeviceFacts& seen) {
     return "everybody must be able to read Theos's folder and to run its programs; run \"chmod -R a+rX\" on "
            "the folder and \"chmod a+x\" on the program.";
   for (const auto& [stage, remedy] : stageRemedies) {
-    if (error.stage.starts_with(stage)) return string(remedy) + ".";
+    if (error.stage.starts_with(stage)) return remedy + ".";
   }
   return {};
 }

@@ -104,21 +104,25 @@ void lookAtDeviceFolder(const Caller& caller, Facts& facts) {
   facts.buildLogCut = facts.buildLog && facts.buildLog->size() > logEnd;
 }
 
+// Why `step` was refused; empty where it was not.
+template <typename Step>
+std::string refusalOf(Step step) {
+  try {
+    step();
+    return {};
+  } catch (const Refusal& refusal) {
+    return refusal.what();
+  }
+}
+
 Facts lookAround(const Options& options, const PassingDevice& device) {
   Facts facts;
   const Caller caller(options);
   facts.device = caller.device;
   lookAtDeviceFolder(caller, facts);
-  try {
-    facts.theos = findTheos(options, caller.environment, caller.account.home);
-  } catch (const Refusal& refusal) {
-    facts.theosRefusal = refusal.what();
-  }
-  try {
-    facts.bubblewrap = findBubblewrap(caller.environment);
-  } catch (const Refusal& refusal) {
-    facts.bubblewrapRefusal = refusal.what();
-  }
+  facts.theosRefusal =
+      refusalOf([&] { facts.theos = findTheos(options, caller.environment, caller.account.home); });
+  facts.bubblewrapRefusal = refusalOf([&] { facts.bubblewrap = findBubblewrap(caller.environment); });
   if (facts.theosRefusal.empty() && facts.bubblewrapRefusal.empty()) lookInDevice(device, facts);
   return facts;
 }
@@ -186,10 +190,5 @@ int report(const Facts& facts) {
 }  // namespace
 
 int examine(const Options& options) {
-  try {
-    return report(gather(options));
-  } catch (const Interrupted& interrupted) {
-    raise(interrupted.signal);
-    return launcherFailed;
-  }
+  return report(gather(options));
 }

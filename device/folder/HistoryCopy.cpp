@@ -5,11 +5,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <dirent.h>
 #include <fcntl.h>
 #include <iterator>
-#include <memory>
-#include <numeric>
 #include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -58,12 +55,17 @@ struct Walk {
   std::vector<WalkedItem> items;
   // What is left out, as sentences.
   std::vector<std::string> remarks;
-  // False where something could not be looked at, or was too much to look at.
+  // False where something could not be looked at or copied, or was too much for that.
   bool isWhole = true;
   // Some file has the size and time that its copy has, and was changed nevertheless.
   bool hasDisguisedChange = false;
   // Some file is too large to keep.
   bool hasHugeFile = false;
+
+  void leaveOut(const std::string& remark) {
+    remarks.push_back(remark);
+    isWhole = false;
+  }
 };
 
 // The folders in which the kinds of things are, in the order of allKept; empty where there is none, or a link
@@ -110,7 +112,8 @@ class Walker {
         return cut(visible(path) + " and others are too many.");
       start_ = result.state.size();
       result.items.push_back({path, 0, 0});
-      entry(folder, copy, each.c_str(), path, 0);
+      count(1);
+      entry(folder, copy, each, path, 0);
       if (!isTooMuch()) continue;
       cut(visible(path) + " has too many entries.");
       result.state.resize(start_);
@@ -128,6 +131,11 @@ class Walker {
     result.isWhole = false;
   }
 
+  void count(std::size_t entries) {
+    visited_ += entries;
+    result.items.back().entries += entries;
+  }
+
   bool isTooMuch() const {
     return result.items.back().entries >= mostEntriesKept ||
            result.state.size() - start_ >= largestWalkedState;
@@ -140,31 +148,32 @@ class Walker {
     result.state.append(reinterpret_cast<const char*>(facts), sizeof facts);
   }
 
-  void entry(int parent, const Descriptor& copy, const char* name, const std::string& path, int depth) {
+  void entry(int parent, const Descriptor& copy, const std::string& name, const std::string& path,
+             int depth) {
     struct stat status {};
     struct stat copied {};
     WalkedItem& item = result.items.back();
-    ++visited_;
-    ++item.entries;
-    if (isTooMuch() || fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return;
+    if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return;
     const bool isFile = S_ISREG(status.st_mode);
+    const bool isFolder = S_ISDIR(status.st_mode);
+    if (isFolder && depth > 0 && name == folderLeftOut) return;
     if (isFile && static_cast<std::uint64_t>(status.st_size) > largestFileKept) {
       result.hasHugeFile = true;
       return remark(visible(path) + " has more than 64 MiB.");
     }
     note(path, status);
-    const bool looksSame = isFile && fstatat(copy.get(), name, &copied, AT_SYMLINK_NOFOLLOW) == 0 &&
+    const bool looksSame = isFile && fstatat(copy.get(), name.c_str(), &copied, AT_SYMLINK_NOFOLLOW) == 0 &&
                            S_ISREG(copied.st_mode) && copied.st_size == status.st_size &&
                            nanoseconds(copied.st_mtim) == nanoseconds(status.st_mtim);
     const bool isUntouched = nanoseconds(status.st_ctim) < last_.began;
     const bool isSame = looksSame && isUntouched;
     if (looksSame && !isSame) result.hasDisguisedChange = true;
     // What is in a folder that was moved here keeps its times.
-    if (S_ISDIR(status.st_mode) && !isUntouched && exists(copy.get(), name) && !wasAt(path, status.st_ino))
+    if (isFolder && !isUntouched && exists(copy.get(), name) && !wasAt(path, status.st_ino))
       result.hasDisguisedChange = true;
     if (!isSame) item.newBytes += spaceOf(status);
-    if (S_ISDIR(status.st_mode)) inside(parent, copy, name, path, depth);
-    if (!S_ISDIR(status.st_mode) && !isFile && !S_ISLNK(status.st_mode))
+    if (isFolder) inside(parent, copy, name, path, depth);
+    if (!isFolder && !isFile && !S_ISLNK(status.st_mode))
       remark(visible(path) + " is no file, folder or link.");
   }
 
@@ -177,23 +186,19 @@ class Walker {
     return ++asked_ <= mostAsked && last_.state.find(key) != std::string::npos;
   }
 
-  void inside(int parent, const Descriptor& copy, const char* name, const std::string& path, int depth) {
+  void inside(int parent, const Descriptor& copy, const std::string& name, const std::string& path,
+              int depth) {
     if (depth >= deepest || path.size() > longestPath)
       return cut(visible(path.substr(0, 100)) + "… is nested too deeply.");
-    const int opened = openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (opened < 0) return;  // The copy may be able to read it.
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(fdopendir(opened), closedir);
-    if (!stream) {
-      close(opened);
-      return;
-    }
+    const Descriptor opened = openFolderBeneath(parent, name);
+    const auto names = namesIn(opened.get(), mostEntriesKept);
+    if (!names && errno == E2BIG) count(mostEntriesKept);
+    if (!names) return;  // The copy may be able to read it.
+    count(names->size());
     const Descriptor innerCopy = openFolderBeneath(copy.get(), name);
-    while (const dirent* each = readdir(stream.get())) {
-      const std::string_view inner = each->d_name;
-      if (inner == "." || inner == "..") continue;
-      if (inner == folderLeftOut && each->d_type == DT_DIR) continue;
-      entry(opened, innerCopy, each->d_name, path + "/" + each->d_name, depth + 1);
+    for (const auto& inner : *names) {
       if (isTooMuch()) return;
+      entry(opened.get(), innerCopy, inner, path + "/" + inner, depth + 1);
     }
   }
 
@@ -246,10 +251,12 @@ bool writeRecord(int history, const Record& record) {
   return writeAtomically(history, stateFile, head.str() + record.state, 0600);
 }
 
-class Copying {
- public:
-  Copying(const HistoryFolder& history, int var, const HistoryTools& tools)
-      : history_(history), folder_(history.folder()), var_(var), tools_(tools) {}
+struct Copying {
+  const HistoryFolder& history_;
+  int var_;
+  const HistoryTools& tools_;
+  int folder_ = history_.folder();
+  unsigned long long room_ = 0;
 
   void take(Insistence insistence) {
     const Descriptor lock = locked();
@@ -270,27 +277,14 @@ class Copying {
     if (last.when.empty() && walked.items.empty() && walked.isWhole) return;
     sweep();
     const auto oldBytes = last.when.empty() ? 0 : measure(last.when);
-    Record made{{}, nanoseconds(now), chooseWhatFits(walked, oldBytes) && walked.isWhole, {}};
-    const auto needed = std::accumulate(walked.items.begin(), walked.items.end(), 0ULL,
-                                        [](auto sum, const auto& item) { return sum + item.newBytes; });
+    const auto needed = chooseWhatFits(walked, oldBytes);
     if (!makeRoom(needed)) return;
-    switch (copy(folders, walked, last.when, patienceFor(needed, oldBytes))) {
-      case 0:
-        break;
-      case 23:
-      case 24:
-        made.isWhole = false;
-        walked.remarks.push_back("Something changed while it was copied, or has too long a path.");
-        break;
-      case tooMuch:
-        made.isWhole = false;
-        walked.remarks.push_back("There was more than could be counted before.");
-        break;
-      default:
-        return sweep();
-    }
-    made.when = history_.newName();
-    made.state = std::move(walked.state);
+    const int status = copy(folders, walked, last.when, patienceFor(needed, oldBytes));
+    const bool isPartial = status == 23 || status == 24;
+    if (status != 0 && !isPartial && status != tooMuch) return sweep();
+    if (isPartial) walked.leaveOut("Something changed while it was copied, or has too long a path.");
+    if (status == tooMuch) walked.leaveOut("There was more than could be counted before.");
+    const Record made{history_.newName(), nanoseconds(now), walked.isWhole, std::move(walked.state)};
     std::string about = made.isWhole ? "whole\n" : "incomplete\n";
     for (const auto& remark : walked.remarks) about += remark + "\n";
     const Descriptor copied = openFolderBeneath(folder_, beingMade);
@@ -319,22 +313,20 @@ class Copying {
     }
   }
 
- private:
   static constexpr int tooMuch = 1000;
 
-  // Takes the largest items out until the rest has room beside the last copy; false where it took some.
-  static bool chooseWhatFits(Walk& walked, std::uint64_t oldBytes) {
+  // Takes the largest items out until the rest has room beside the last copy. Returns what they take.
+  static std::uint64_t chooseWhatFits(Walk& walked, std::uint64_t oldBytes) {
     const auto isSmaller = [](const auto& one, const auto& other) { return one.newBytes < other.newBytes; };
-    auto sum = oldBytes;
+    std::uint64_t sum = 0;
     for (const auto& item : walked.items) sum += item.newBytes;
-    bool isAll = true;
-    for (; sum > largestHistory && !walked.items.empty(); isAll = false) {
+    while (oldBytes + sum > largestHistory && !walked.items.empty()) {
       const auto largest = std::max_element(walked.items.begin(), walked.items.end(), isSmaller);
-      walked.remarks.push_back(visible(largest->path) + " is too large.");
+      walked.leaveOut(visible(largest->path) + " is too large.");
       sum -= largest->newBytes;
       walked.items.erase(largest);
     }
-    return isAll;
+    return sum;
   }
 
   // Runs a program of the host's in a sandbox that has nothing but the history and, read-only, the folders to
@@ -485,20 +477,14 @@ class Copying {
     }
     for (const auto& when : thinnedOut(copies, now)) drop(when);
   }
-
-  const HistoryFolder& history_;
-  int folder_;
-  int var_;
-  const HistoryTools& tools_;
-  unsigned long long room_ = 0;
 };
 
 }  // namespace
 
 void takeCopy(const HistoryFolder& history, int var, const HistoryTools& tools, Insistence insistence) {
-  Copying(history, var, tools).take(insistence);
+  Copying{history, var, tools}.take(insistence);
 }
 
 void partMoved(const HistoryFolder& history, const HistoryTools& tools) {
-  Copying(history, -1, tools).partMoved();
+  Copying{history, -1, tools}.partMoved();
 }

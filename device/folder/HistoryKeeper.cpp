@@ -4,14 +4,12 @@
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
-#include <initializer_list>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace {
@@ -32,21 +30,25 @@ std::int64_t milliseconds() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
-class Keeper {
- public:
-  Keeper(HistoryFolder history, int var, const HistoryTools& tools, int socket, int life,
-         Descriptor firstCopy)
-      : history_(std::move(history)),
-        var_(var),
-        tools_(tools),
-        socket_(socket),
-        life_(life),
-        firstCopy_(std::move(firstCopy)) {}
+struct Keeper {
+  const HistoryFolder& history_;
+  int var_;
+  const HistoryTools& tools_;
+  // To the application, or -1; to the launcher.
+  int socket_;
+  int launcher_;
+  // The process that takes a copy; 0 where none does.
+  pid_t copying_ = 0;
+  Descriptor copyingEnd_{};
+  std::int64_t nextWalk_ = 0;
+  // Who asked for the copy that is being taken, and for the next.
+  std::vector<std::uint32_t> served_{};
+  std::vector<std::uint32_t> waiting_{};
 
   void keep() {
     startCopying(Insistence::Gaps);
     while (true) {
-      pollfd watched[] = {{life_, POLLIN, 0}, {socket_, POLLIN, 0}, {copyingEnd_.get(), POLLIN, 0}};
+      pollfd watched[] = {{launcher_, POLLIN, 0}, {socket_, POLLIN, 0}, {copyingEnd_.get(), POLLIN, 0}};
       const int wait =
           copying_ > 0 ? -1 : static_cast<int>(std::max<std::int64_t>(0, nextWalk_ - milliseconds()));
       const int ready = poll(watched, 3, wait);
@@ -63,14 +65,12 @@ class Keeper {
     partMoved(history_, tools_);
   }
 
- private:
   // In a process of its own, so that requests about backups need not wait for it.
   void startCopying(Insistence insistence) {
     served_.swap(waiting_);
     waiting_.clear();
     copying_ = fork();
     if (copying_ == 0) {
-      firstCopy_.close();
       try {
         takeCopy(history_, var_, tools_, insistence);
         if (insistence == Insistence::Changes) partMoved(history_, tools_);
@@ -95,7 +95,7 @@ class Keeper {
     if (copying_ > 0) waitpid(copying_, nullptr, 0);
     copying_ = 0;
     copyingEnd_.close();
-    firstCopy_.close();
+    shutdown(launcher_, SHUT_WR);
     nextWalk_ = milliseconds() + betweenWalks;
     for (const auto number : served_) answer(number);
     served_.clear();
@@ -141,38 +141,21 @@ class Keeper {
     const history::Answer answer{number};
     send(socket_, &answer, sizeof answer, MSG_DONTWAIT | MSG_NOSIGNAL);
   }
-
-  HistoryFolder history_;
-  int var_;
-  const HistoryTools& tools_;
-  int socket_;
-  int life_;
-  Descriptor firstCopy_;
-  // The process that takes a copy; 0 where none does.
-  pid_t copying_ = 0;
-  Descriptor copyingEnd_;
-  std::int64_t nextWalk_ = 0;
-  // Who asked for the copy that is being taken, and for the next.
-  std::vector<std::uint32_t> served_;
-  std::vector<std::uint32_t> waiting_;
 };
 
 // Everything of the launcher's but `kept` goes: the device's lock, too, and the caller's terminal.
-void partFromLauncher(std::vector<int> kept) {
+void partFromLauncher(std::initializer_list<int> kept) {
   setsid();
   for (int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_IGN);
-  std::sort(kept.begin(), kept.end());
-  unsigned next = 3;
-  for (const int one : kept) {
-    if (one < 3) continue;
-    if (static_cast<unsigned>(one) > next) syscall(SYS_close_range, next, static_cast<unsigned>(one) - 1, 0U);
-    next = static_cast<unsigned>(one) + 1;
+  for (const auto& name :
+       namesInOrNone(Descriptor(open("/proc/self/fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC)).get())) {
+    const int one = std::atoi(name.c_str());
+    if (std::find(kept.begin(), kept.end(), one) == kept.end()) close(one);
   }
-  syscall(SYS_close_range, next, ~0U, 0U);
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
   close(nothing);
@@ -189,17 +172,15 @@ void sayOnceThatRsyncIsMissing(const HistoryFolder& history, bool isMissing) {
   } else if (const Descriptor said(
                  openat(history.folder(), missingIsSaid, O_CREAT | O_EXCL | O_CLOEXEC, 0600));
              said) {
-    std::fputs(
-        "tweakbench: rsync is not installed, and no history of the projects is kept; install it with "
-        "\"apt install rsync\".\n",
-        stderr);
+    say("rsync is not installed, and no history of the projects is kept; install it with \"apt install "
+        "rsync\".");
   }
 }
 
 }  // namespace
 
-void HistoryKeeper::serveApplication() {
-  sockets_ = connectApplication(history::applicationDescriptor);
+HistoryKeeper::HistoryKeeper(bool servesApplication) {
+  if (servesApplication) sockets_ = connectApplication(history::applicationDescriptor);
 }
 
 void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool undoesBackup) {
@@ -211,24 +192,25 @@ void HistoryKeeper::start(int device, int var, const HistoryTools& tools, bool u
     sayOnceThatRsyncIsMissing(*history, tools.rsync.empty());
     if (undoesBackup) history->undoBackup(var);
   } catch (const Refusal& refusal) {
-    std::fprintf(stderr, "tweakbench: %s\n", refusal.what());
+    say(refusal.what());
     if (!history) return;
   }
-  Pipe life = makePipe();
-  Pipe first = makePipe();
-  life_ = std::move(life.writeEnd);
-  firstCopy_ = std::move(first.readEnd);
+  int ends[2];
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+    return say(std::string("No history is kept: ") + std::strerror(errno) + ".");
+  process_ = Descriptor(ends[0]);
+  const Descriptor launcher(ends[1]);
   if (fork() != 0) return;
-  partFromLauncher({history->folder(), var, sockets_.own.get(), life.readEnd.get(), first.writeEnd.get()});
+  partFromLauncher({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO, history->folder(), var, sockets_.own.get(),
+                    launcher.get()});
   try {
-    Keeper(std::move(*history), var, tools, sockets_.own.get(), life.readEnd.get(), std::move(first.writeEnd))
-        .keep();
+    Keeper{*history, var, tools, sockets_.own.get(), launcher.get()}.keep();
   } catch (const std::exception&) {
   }
   _exit(0);
 }
 
 void HistoryKeeper::awaitFirstCopy() const {
-  pollfd end{firstCopy_.get(), POLLIN, 0};
+  pollfd end{process_.get(), POLLIN, 0};
   poll(&end, 1, firstCopyLimit);
 }

@@ -9,8 +9,8 @@
 // holds no lock of the device. The process has no terminal and none of the caller's streams.
 class HistoryKeeper {
  public:
-  // Before start(), for a run whose program may ask for copies.
-  void serveApplication();
+  // `servesApplication`: for a run whose program may ask for copies.
+  explicit HistoryKeeper(bool servesApplication);
 
   // Starts the process. `device` and `var` are DEVICE and DEVICE/var. To be called as the device's user, and
   // before anything of this launcher's runs in the device. Where no other application runs there
@@ -27,8 +27,6 @@ class HistoryKeeper {
 
  private:
   ApplicationSocket sockets_;
-  // The process has the other ends: this one tells it the launcher's end, ...
-  Descriptor life_;
-  // ... and this one closes with its first copy.
-  Descriptor firstCopy_;
+  // To the process: closes here with the launcher, and there with its first copy.
+  Descriptor process_;
 };

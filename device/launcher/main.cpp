@@ -1,4 +1,5 @@
 // tweakbench, the launcher: opens the application, a shell or a command in the device.
+#include "device/Process.h"
 #include "device/launcher/Commands.h"
 
 #include <fcntl.h>
@@ -55,6 +56,9 @@ int main(int count, char** arguments) {
       default:
         return run(options);
     }
+  } catch (const Interrupted& interrupted) {
+    raise(interrupted.signal);
+    return launcherFailed;
   } catch (const std::exception& error) {
     complain(options, error.what());
     return launcherFailed;

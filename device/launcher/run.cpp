@@ -129,8 +129,7 @@ int run(const Options& options, const Task* task) {
     std::cerr << "tweakbench: Tweakbench is open already; its window was brought forward.\n";
     return 0;
   }
-  HistoryKeeper history;
-  if (isApplication || task != nullptr) history.serveApplication();
+  HistoryKeeper history(isApplication || task != nullptr);
   const fs::path theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
   if (!isTheos(theos)) {
     throw Refusal("Theos cannot be read by the device's user (number " + std::to_string(who.account.user) +
@@ -184,7 +183,7 @@ int run(const Options& options, const Task* task) {
   std::optional<Opener> opener;
   if (isApplication) {
     // Root's start has become a user whose desktop session this is not.
-    opener.emplace(Opener::Setting{folder.applications(), folder.var(), device,
+    opener.emplace(Opener::Setting{folder.folder(), device,
                                    isRoots ? fs::path() : findProgram(caller, "xdg-open"),
                                    openerEnvironment(caller), openerLogPath(caller, who.account.home)});
   }

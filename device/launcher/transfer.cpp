@@ -88,9 +88,6 @@ int transfer(const Options& options, mode_t callerUmask) {
     if (options.action == Options::Action::Restore) return restore(prepared, options);
     if (options.action == Options::Action::Send) return sendPackage(prepared, options.project, phone, caller);
     return 0;
-  } catch (const Interrupted& interrupted) {
-    raise(interrupted.signal);
-    return notCopied;
   } catch (const Refusal& refusal) {
     std::cerr << "tweakbench: " << refusal.what() << "\n";
     return notCopied;

@@ -11,15 +11,7 @@
 namespace {
 
 OpenableAddress refused(std::string reason) {
-  return {OpenableAddress::Kind::Refused, {}, std::move(reason)};
-}
-
-// What a URL is written with; blanks, double quotes, backslashes and most brackets come as %xx.
-bool isWrittenAsURL(std::string_view url) {
-  return std::all_of(url.begin(), url.end(), [](char character) {
-    return character > 0x20 && character < 0x7f &&
-           std::string_view("\"<>\\^`{|}").find(character) == std::string_view::npos;
-  });
+  return {OpenableAddress::Kind::Refused, std::move(reason)};
 }
 
 // Opener programs are shell scripts more often than not, and may quote badly. What ends single quotes or
@@ -48,32 +40,20 @@ std::optional<std::string> decoded(std::string_view text) {
   return plain;
 }
 
-// Without a slash at its end or doubled within; absent where it goes up.
-std::optional<std::string> relative(std::string_view text) {
-  const fs::path path(text);
-  if (std::find(path.begin(), path.end(), "..") != path.end()) return std::nullopt;
-  const fs::path plain = path.relative_path().lexically_normal();
-  if (plain.empty()) return ".";
-  return plain.has_filename() ? plain.string() : plain.parent_path().string();
-}
-
 OpenableAddress readFolder(std::string_view place) {
   // Both forms are in use: filza:///PATH and filza://view/PATH.
   if (place.starts_with("view/")) place.remove_prefix(4);
-  if (place.find_first_of("?#") != std::string_view::npos) return refused("not a path");
   const auto path = decoded(place);
-  if (!path || hasControls(*path)) return refused("not a path");
-  using Kind = OpenableAddress::Kind;
-  for (const auto& [top, kind] : {std::pair{std::string_view("/var"), Kind::FolderOfVar},
-                                  std::pair{std::string_view("/private/var"), Kind::FolderOfVar},
-                                  std::pair{std::string_view("/Applications"), Kind::FolderOfApplications}}) {
-    if (!path->starts_with(top)) continue;
-    const std::string_view rest = std::string_view(*path).substr(top.size());
-    if (!rest.empty() && rest.front() != '/') continue;
-    auto below = relative(rest);
-    return below ? OpenableAddress{kind, std::move(*below), {}} : refused("a path that goes up");
-  }
-  return refused("not a folder of the device's own");
+  if (place.find_first_of("?#") != std::string_view::npos || !path || hasControls(*path))
+    return refused("not a path");
+  fs::path below = fs::path(*path).relative_path();
+  if (path->starts_with("/private/var")) below = below.lexically_relative("private");
+  const bool isOwn = path->starts_with('/') && !below.empty() &&
+                     (*below.begin() == "var" || *below.begin() == "Applications");
+  if (!isOwn) return refused("not a folder of the device's own");
+  if (std::find(below.begin(), below.end(), "..") != below.end()) return refused("a path that goes up");
+  below = below.lexically_normal();
+  return {OpenableAddress::Kind::Folder, (below.has_filename() ? below : below.parent_path()).string()};
 }
 
 constexpr std::size_t mostShown = 32;
@@ -89,12 +69,13 @@ bool isPlainName(const std::string& name) {
 
 OpenableAddress readAddress(std::string_view url) {
   if (url.size() > opener::longestURL) return refused("too long");
-  if (!isWrittenAsURL(url)) return refused("not written as a URL");
+  // Blanks, double quotes, backslashes and most brackets come as %xx.
+  if (!isMadeOf(url, "!#$%&'()*+,-./:;=?@[]_~")) return refused("not written as a URL");
   constexpr std::string_view folderScheme = "filza://";
   if (url.starts_with(folderScheme)) return readFolder(url.substr(folderScheme.size()));
   for (const std::string_view scheme : {"https://", "http://", "cydia://"}) {
     if (url.starts_with(scheme) && url.size() > scheme.size() && url[scheme.size()] != '/')
-      return {OpenableAddress::Kind::Page, plainInQuotes(url), {}};
+      return {OpenableAddress::Kind::Page, plainInQuotes(url)};
   }
   return refused("another scheme");
 }
@@ -120,12 +101,11 @@ ShownFolders::~ShownFolders() {
 }
 
 fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
-  struct stat status {};
-  if (fstat(folder.get(), &status) != 0) return {};
   const std::string name = isPlainName(wished) ? wished : "folder";
+  const std::string open = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(folder.get());
   for (const auto& shown : shown_) {
-    if (shown.device == status.st_dev && shown.number == status.st_ino && shown.path.filename() == name)
-      return shown.path;
+    std::error_code error;
+    if (shown.path.filename() == name && fs::equivalent(shown.path, open, error)) return shown.path;
   }
   if (shown_.size() == mostShown) {
     forget(shown_.front());
@@ -134,8 +114,7 @@ fs::path ShownFolders::show(Descriptor folder, const std::string& wished) {
   // One for each: two folders may have the same name.
   std::string place = temporary_ / (std::string(placeName) + "XXXXXX");
   if (mkdtemp(place.data()) == nullptr) return {};
-  const std::string open = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(folder.get());
-  Shown shown{std::move(folder), status.st_dev, status.st_ino, fs::path(place) / name};
+  Shown shown{std::move(folder), fs::path(place) / name};
   if (symlink(open.c_str(), shown.path.c_str()) != 0) {
     rmdir(place.c_str());
     return {};

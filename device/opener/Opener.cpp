@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <fcntl.h>
-#include <set>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
@@ -42,12 +41,10 @@ void Opener::addTo(std::vector<pollfd>& watched) const {
   for (const auto& started : started_) watched.push_back({started.end.get(), POLLIN, 0});
 }
 
-void Opener::serve(const std::vector<pollfd>& watched) {
+void Opener::serve() {
   for (auto& started : started_) lookAfter(started);
   std::erase_if(started_, [](const Started& started) { return started.process < 0; });
-  for (const auto& one : watched) {
-    if (sockets_.own && one.fd == sockets_.own.get() && one.revents != 0) return takeRequest();
-  }
+  takeRequest();
 }
 
 int Opener::patience() const {
@@ -81,26 +78,24 @@ void Opener::takeRequest() {
 opener::Verdict Opener::open(Asked& asked) {
   const std::string& url = asked.url;
   const OpenableAddress address = readAddress(url);
-  if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.reason);
+  if (address.kind == OpenableAddress::Kind::Refused) return refuse(url, address.value);
   if (started_.size() >= mostRunning) return refuse(url, "too many opener programs are running");
   if (isTooOften()) return refuse(url, "too often");
   if (address.kind == OpenableAddress::Kind::Page) return start(asked, address.value);
-  const bool isVar = address.kind == OpenableAddress::Kind::FolderOfVar;
   fs::path below = address.value;
-  Descriptor folder = openNearest(isVar ? setting_.var : setting_.applications, below);
+  Descriptor folder = openNearest(below);
   if (!folder) return refuse(url, "not a folder of the device");
-  const fs::path shown = ((isVar ? "var" : "Applications") / below).lexically_normal();
-  asked.hostPath = setting_.device / (below == "." ? shown.parent_path() : shown);
-  const fs::path path = folders_.show(std::move(folder), fs::path(asked.hostPath).filename());
+  asked.hostPath = setting_.device / below;
+  const fs::path path = folders_.show(std::move(folder), below.filename());
   return path.empty() ? refuse(url, "it could not be shown") : start(asked, path);
 }
 
-Descriptor Opener::openNearest(int top, fs::path& path) const {
+Descriptor Opener::openNearest(fs::path& path) const {
   while (true) {
     // Never a file: a file manager might run it.
-    Descriptor folder = openBeneath(top, path, O_PATH | O_DIRECTORY);
-    if (folder || errno != ENOENT || path == ".") return folder;
-    path = path.has_parent_path() ? path.parent_path() : ".";
+    Descriptor folder = openBeneath(setting_.folder, path, O_PATH | O_DIRECTORY);
+    if (folder || errno != ENOENT || !path.has_parent_path()) return folder;
+    path = path.parent_path();
   }
 }
 
@@ -153,27 +148,16 @@ void Opener::answer(const Asked& asked, opener::Verdict verdict) const {
 }
 
 Environment openerEnvironment(const Environment& caller) {
-  static const std::set<std::string_view> known{"HOME",
-                                                "PATH",
-                                                "USER",
-                                                "LOGNAME",
-                                                "SHELL",
-                                                "LANG",
-                                                "LANGUAGE",
-                                                "DISPLAY",
-                                                "WAYLAND_DISPLAY",
-                                                "XAUTHORITY",
-                                                "DBUS_SESSION_BUS_ADDRESS",
-                                                "DESKTOP_SESSION",
-                                                "GNOME_DESKTOP_SESSION_ID",
-                                                "KDE_FULL_SESSION",
-                                                "KDE_SESSION_VERSION",
-                                                "BROWSER"};
-  Environment kept = caller;
-  std::erase_if(kept, [](const auto& variable) {
-    const auto& name = variable.first;
-    return !known.contains(name) && !name.starts_with("XDG_") && !name.starts_with("LC_");
-  });
+  Environment kept;
+  for (const auto& [name, value] : caller) {
+    if (name.starts_with("XDG_") || name.starts_with("LC_")) kept[name] = value;
+  }
+  for (const char* name :
+       {"HOME", "PATH", "USER", "LOGNAME", "SHELL", "LANG", "LANGUAGE", "DISPLAY", "WAYLAND_DISPLAY",
+        "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "DESKTOP_SESSION", "GNOME_DESKTOP_SESSION_ID",
+        "KDE_FULL_SESSION", "KDE_SESSION_VERSION", "BROWSER"}) {
+    if (auto value = lookUp(caller, name)) kept[name] = *value;
+  }
   return kept;
 }
 
@@ -181,21 +165,19 @@ fs::path openerLogPath(const Environment& caller, const fs::path& home) {
   return baseFolder(caller, "XDG_STATE_HOME", home / ".local/state") / "tweakbench/opener.log";
 }
 
-void OpenerLog::open() {
-  std::error_code error;
-  fs::create_directories(path_.parent_path(), error);
-  file_ = Descriptor(
-      ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-  constexpr off_t largest = 256 << 10;
-  struct stat status {};
-  const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
-  if (!isFile || (status.st_size > largest && ftruncate(file_.get(), 0) != 0)) file_.close();
-}
-
 void OpenerLog::add(const std::string& words) {
   constexpr int mostLines = 500;
   constexpr std::size_t longestLine = 300;
-  if (lines_ == 0) open();
+  constexpr off_t largest = 256 << 10;
+  if (lines_ == 0) {
+    std::error_code error;
+    fs::create_directories(path_.parent_path(), error);
+    file_ = Descriptor(
+        open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+    struct stat status {};
+    const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
+    if (!isFile || (status.st_size > largest && ftruncate(file_.get(), 0) != 0)) file_.close();
+  }
   if (!file_ || ++lines_ > mostLines + 1) return;
   char time[32];
   const std::time_t now = std::time(nullptr);

@@ -18,19 +18,15 @@
 struct OpenableAddress {
   enum class Kind {
     Refused,
-    // A folder below the device's /var.
-    FolderOfVar,
-    // A folder below the device's /Applications.
-    FolderOfApplications,
+    // A folder of the device.
+    Folder,
     // For the opener program.
     Page,
   };
   Kind kind = Kind::Refused;
-  // Folders: the path below /var or /Applications, "." for these themselves. Page: the URL; within
-  // quotes of either kind it is nothing but text to a shell.
+  // Folder: the path below DEVICE, which begins with var or Applications. Page: the URL; within quotes of
+  // either kind it is nothing but text to a shell. Refused: why, in a few words.
   std::string value;
-  // Refused: why, in a few words.
-  std::string reason;
 };
 
 // Looks at the text alone; whether a folder exists, and where its path really leads, is for who opens it.
@@ -54,8 +50,6 @@ class ShownFolders {
  private:
   struct Shown {
     Descriptor folder;
-    dev_t device;
-    ino_t number;
     fs::path path;
   };
   static void forget(const Shown& shown);
@@ -75,8 +69,6 @@ class OpenerLog {
   void add(const std::string& words);
 
  private:
-  void open();
-
   fs::path path_;
   Descriptor file_;
   int lines_ = 0;
@@ -88,10 +80,9 @@ class OpenerLog {
 class Opener {
  public:
   struct Setting {
-    // The device's folders, which stay open as long as the opener lives.
-    int applications;
-    int var;
-    // DEVICE on the host, for paths that the user is shown.
+    // DEVICE, which stays open as long as the opener lives.
+    int folder;
+    // The same on the host, for paths that the user is shown.
     fs::path device;
     // xdg-open; empty if there is none.
     fs::path program;
@@ -112,7 +103,7 @@ class Opener {
 
   // Adds what to wait for, and serves it after poll().
   void addTo(std::vector<pollfd>& watched) const;
-  void serve(const std::vector<pollfd>& watched);
+  void serve();
   // How long poll() may wait, in milliseconds; -1 for ever.
   int patience() const;
 
@@ -139,8 +130,9 @@ class Opener {
 
   void takeRequest();
   opener::Verdict open(Asked& asked);
-  // The folder that a URL means or, where that is missing, the nearest one above; `path` becomes its path.
-  Descriptor openNearest(int top, fs::path& path) const;
+  // The folder of the device that a URL means or, where that is missing, the nearest one above; `path`
+  // becomes its path.
+  Descriptor openNearest(fs::path& path) const;
   opener::Verdict start(const Asked& asked, const std::string& argument);
   opener::Verdict refuse(const std::string& url, const std::string& reason);
   bool isTooOften();

@@ -12,7 +12,6 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 
 namespace {
@@ -44,21 +43,18 @@ bool isOpen(const fs::path& path) {
   return (fs::symlink_status(path).permissions() & neededFor(path)) == neededFor(path);
 }
 
-bool isOpenThroughout(const fs::path& path) {
-  if (!isOpen(path)) return false;
-  if (!fs::is_directory(fs::symlink_status(path))) return true;
-  const auto entries = fs::recursive_directory_iterator(path);
-  return std::all_of(begin(entries), end(entries), [](const auto& entry) { return isOpen(entry.path()); });
-}
-
-void openUp(const fs::path& path) {
-  if (!isOpen(path)) fs::permissions(path, neededFor(path), fs::perm_options::add);
+bool isOpenThroughout(const fs::path& folder) {
+  const auto entries = fs::recursive_directory_iterator(folder);
+  return isOpen(folder) &&
+         std::all_of(begin(entries), end(entries), [](const auto& entry) { return isOpen(entry.path()); });
 }
 
 void copyReadable(const fs::path& source, const fs::path& target) {
+  const auto openUp = [](const fs::path& path) {
+    if (!isOpen(path)) fs::permissions(path, neededFor(path), fs::perm_options::add);
+  };
   fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
   openUp(target);
-  if (!fs::is_directory(fs::symlink_status(target))) return;
   for (const auto& entry : fs::recursive_directory_iterator(target)) openUp(entry.path());
 }
 
@@ -131,32 +127,18 @@ Stage::Stage() {
   }
 }
 
-void Stage::addEntry(const fs::path& source, const fs::path& target) {
+fs::path Stage::add(const fs::path& source, const std::string& name) {
   // Opened before the stage covers what it is mounted on.
   Descriptor opened(open(source.c_str(), O_PATH | O_CLOEXEC));
   if (!opened) refuseWithError(source.string() + " could not be opened:");
-  struct stat status {};
-  fstat(opened.get(), &status);
-  entries_.push_back({std::move(opened), target, {}, S_ISDIR(status.st_mode)});
-}
-
-fs::path Stage::add(const fs::path& source, const std::string& name) {
   fs::path target = fs::path(stageFolder) / name;
-  addEntry(source, target);
+  entries_.push_back({std::move(opened), target, false});
   return target;
 }
 
 fs::path Stage::addReadable(const fs::path& source, const std::string& name) {
-  if (isOpenThroughout(source)) return add(source, name);
-  fs::path target = fs::path(stageFolder) / name;
-  for (const auto& entry : fs::directory_iterator(source)) {
-    const fs::path shown = target / entry.path().filename();
-    if (isOpenThroughout(entry.path())) {
-      addEntry(entry.path(), shown);
-    } else {
-      entries_.push_back({Descriptor(), shown, entry.path(), false});
-    }
-  }
+  fs::path target = add(source, name);
+  entries_.back().isCopied = !isOpenThroughout(source);
   return target;
 }
 
@@ -165,17 +147,15 @@ void Stage::mount() {
     refuseWithError("Root could not show the device's user its files:");
   }
   for (const auto& entry : entries_) {
-    fs::create_directories(entry.target.parent_path());
-    if (!entry.copied.empty()) {
-      copyReadable(entry.copied, entry.target);
+    const std::string source = "/proc/self/fd/" + std::to_string(entry.source.get());
+    if (entry.isCopied) {
+      copyReadable(source + "/.", entry.target);
       continue;
     }
-    if (entry.isFolder) {
+    if (fs::is_directory(source))
       fs::create_directory(entry.target);
-    } else {
+    else
       std::ofstream{entry.target};
-    }
-    const std::string source = "/proc/self/fd/" + std::to_string(entry.source.get());
     if (::mount(source.c_str(), entry.target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0) {
       refuseWithError(entry.target.filename().string() + " could not be shown to the device's user:");
     }

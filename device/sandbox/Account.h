@@ -77,8 +77,8 @@ class Stage {
   // Will show `source` (a folder or a socket). Returns where, once mount() has run.
   fs::path add(const fs::path& source, const std::string& name);
 
-  // As add() for a folder of Tweakbench's own files: what others may not read in it, a strict umask being the
-  // usual cause, is shown as a readable copy.
+  // As add() for a folder of Tweakbench's own files: where others may not read all of it, a strict umask
+  // being the usual cause, a readable copy is shown.
   fs::path addReadable(const fs::path& source, const std::string& name);
 
   // Mounts everything that was added.
@@ -88,11 +88,8 @@ class Stage {
   struct Entry {
     Descriptor source;
     fs::path target;
-    // Empty, or what to copy instead of mounting.
-    fs::path copied;
-    bool isFolder;
+    bool isCopied;
   };
-  void addEntry(const fs::path& source, const fs::path& target);
 
   std::vector<Entry> entries_;
 };

@@ -173,8 +173,8 @@ class Run {
     }
     if (window_ != nullptr) window_->addTo(watched);
     const int ready = poll(watched.data(), watched.size(), wait);
-    if (opener_ != nullptr && ready >= 0) opener_->serve(watched);
-    if (window_ != nullptr && ready > 0) window_->serve(watched);
+    if (opener_ != nullptr && ready >= 0) opener_->serve();
+    if (window_ != nullptr && ready > 0) window_->serve();
     reapAdopted();
     if (ready <= 0) return ready;
     if (watched[0].revents != 0) hasEnded_ = true;

@@ -29,11 +29,6 @@ bool isOwnProcess(int connection) {
          (peer.uid == geteuid() || peer.uid == 0);
 }
 
-bool isReady(const std::vector<pollfd>& watched, const Descriptor& one) {
-  return one && std::any_of(watched.begin(), watched.end(),
-                            [&](const pollfd& each) { return each.fd == one.get() && each.revents != 0; });
-}
-
 }  // namespace
 
 bool SingleWindow::claim(std::string_view token) {
@@ -92,26 +87,24 @@ void SingleWindow::addTo(std::vector<pollfd>& watched) const {
   }
 }
 
-void SingleWindow::serve(const std::vector<pollfd>& watched) {
-  if (isReady(watched, sockets_.own)) {
-    std::array<char, window::longestMessage> message{};
-    const ssize_t got = recv(sockets_.own.get(), message.data(), message.size(), MSG_DONTWAIT);
-    if (got > 0 && message[0] == window::startAgain)
-      geometry_ = std::string(message.data() + 1, static_cast<std::size_t>(got) - 1);
-    if (got == 0) sockets_.own.close();
-  }
-  if (isReady(watched, caller_)) {
-    std::array<char, window::longestMessage> call{};
-    const ssize_t got = recv(caller_.get(), call.data(), call.size(), MSG_DONTWAIT);
-    const std::string_view token(call.data() + 1, got > 1 ? static_cast<std::size_t>(got) - 1 : 0);
+void SingleWindow::serve() {
+  std::array<char, window::longestMessage> message{};
+  const auto receive = [&message](const Descriptor& socket) {
+    return recv(socket.get(), message.data(), message.size(), MSG_DONTWAIT);
+  };
+  ssize_t got = receive(sockets_.own);
+  if (got > 0 && message[0] == window::startAgain)
+    geometry_ = std::string(message.data() + 1, static_cast<std::size_t>(got) - 1);
+  if (got == 0) sockets_.own.close();
+  got = receive(caller_);
+  if (got >= 0 || errno != EAGAIN) {
+    const std::string_view token(message.data() + 1, got > 1 ? static_cast<std::size_t>(got) - 1 : 0);
     if (got > 0 && isActivationToken(token) && tell(window::comeForward, token))
       send(caller_.get(), &doneAnswer, 1, MSG_DONTWAIT | MSG_NOSIGNAL);
     caller_.close();
   }
-  if (isReady(watched, listener_)) {
-    caller_ = Descriptor(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
-    if (caller_ && !isOwnProcess(caller_.get())) caller_.close();
-  }
+  Descriptor caller(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
+  if (caller && isOwnProcess(caller.get())) caller_ = std::move(caller);
 }
 
 bool SingleWindow::tell(char kind, std::string_view rest) const {

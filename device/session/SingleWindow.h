@@ -32,7 +32,7 @@ class SingleWindow {
 
   // Adds what to wait for, and serves it after poll().
   void addTo(std::vector<pollfd>& watched) const;
-  void serve(const std::vector<pollfd>& watched);
+  void serve();
 
  private:
   bool hasLocked();
