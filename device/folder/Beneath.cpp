@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <memory>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 
 #include <climits>
@@ -33,9 +32,14 @@ Descriptor makeFolderBeneath(int folder, const fs::path& path) {
   return opened;
 }
 
-bool exists(int folder, const std::string& name) {
+struct stat statusOf(int folder, const std::string& name) {
   struct stat status {};
-  return fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+  fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW);
+  return status;
+}
+
+bool exists(int folder, const std::string& name) {
+  return statusOf(folder, name).st_mode != 0;
 }
 
 Descriptor openPlainFile(int folder, const fs::path& path) {
@@ -75,20 +79,24 @@ std::optional<std::string> linkTarget(int folder, const std::string& name) {
   return target;
 }
 
+bool writeAt(int file, std::string_view content, off_t place) {
+  while (!content.empty()) {
+    const ssize_t written = pwrite(file, content.data(), content.size(), place);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    content.remove_prefix(static_cast<std::size_t>(written));
+    place += written;
+  }
+  return true;
+}
+
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode) {
   const std::string temporary = name + ".new-" + std::to_string(getpid());
   unlinkat(folder, temporary.c_str(), 0);
   Descriptor file(
       openat(folder, temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
   if (!file) return false;
-  std::size_t done = 0;
-  while (done < content.size()) {
-    const ssize_t written = write(file.get(), content.data() + done, content.size() - done);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) break;
-    done += static_cast<std::size_t>(written);
-  }
-  if (done == content.size() && fsync(file.get()) == 0 &&
+  if (writeAt(file.get(), content, 0) && fsync(file.get()) == 0 &&
       renameat(folder, temporary.c_str(), folder, name.c_str()) == 0) {
     return true;
   }

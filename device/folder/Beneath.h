@@ -8,7 +8,8 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <sys/types.h>
+#include <string_view>
+#include <sys/stat.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -21,6 +22,8 @@ Descriptor openFolderBeneath(int folder, const fs::path& path);
 // way.
 Descriptor makeFolderBeneath(int folder, const fs::path& path);
 
+// What the entry is, links not followed; with errno, and all of it 0, where there is none.
+struct stat statusOf(int folder, const std::string& name);
 // Whether there is an entry of that name; links count.
 bool exists(int folder, const std::string& name);
 
@@ -40,9 +43,17 @@ std::optional<std::string> linkTarget(int folder, const std::string& name);
 // if the name is taken.
 bool renameToNew(int folder, const std::string& name, int newFolder, const std::string& newName);
 
+// Writes all of `content` at this place of the file; false with errno on failure.
+bool writeAt(int file, std::string_view content, off_t place);
+
 // Replaces the file `name` in `folder` in one step. On failure returns false with errno, and the old file
 // stays.
 bool writeAtomically(int folder, const std::string& name, const std::string& content, mode_t mode);
+
+// A path of this process's that leads to what is open, for calls that take no descriptor.
+inline std::string pathOf(int descriptor) {
+  return "/proc/self/fd/" + std::to_string(descriptor);
+}
 
 // The names in a folder without "." and "..", in the file system's order. Absent with errno on failure, E2BIG
 // for more than `most`: a folder that a build fills with names must not fill the memory.
@@ -53,4 +64,9 @@ std::vector<std::string> namesInOrNone(int folder);
 // A time that a file has, as one number.
 inline std::int64_t nanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+// Whether two files look alike without being read.
+inline bool looksSame(const struct stat& one, const struct stat& other) {
+  return one.st_size == other.st_size && nanoseconds(one.st_mtim) == nanoseconds(other.st_mtim);
 }

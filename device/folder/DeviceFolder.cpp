@@ -10,9 +10,7 @@
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
-#include <iostream>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <thread>
 
 namespace {
@@ -134,7 +132,7 @@ Descriptor openDevice(Caller& caller) {
   if (!folder) folder = openOrMakeFolder(path);
   // In this order: another start may be giving the folder away, and puts things into it afterwards.
   std::error_code unreadable;
-  const bool isEmpty = fs::is_empty("/proc/self/fd/" + std::to_string(folder.get()), unreadable);
+  const bool isEmpty = fs::is_empty(pathOf(folder.get()), unreadable);
   struct stat status {};
   fstat(folder.get(), &status);
   if (!caller.isSettled)
@@ -147,9 +145,7 @@ Descriptor openDevice(Caller& caller) {
     const Descriptor top(open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
     const fs::path typed = fs::absolute(path).lexically_normal().relative_path();
     const Descriptor direct = openBeneath(top.get(), typed, O_PATH | O_DIRECTORY);
-    struct stat reached {};
-    if (!direct || fstat(direct.get(), &reached) != 0 || reached.st_dev != status.st_dev ||
-        reached.st_ino != status.st_ino) {
+    if (!direct || !fs::equivalent(pathOf(direct.get()), pathOf(folder.get()), unreadable)) {
       throw Refusal("The folder " + path.string() +
                     " is root's and reached through a link; give --device its own path.");
     }
@@ -175,12 +171,12 @@ DeviceFolder::DeviceFolder(Descriptor folder, const fs::path& name)
   for (const auto& entry : namesInOrNone(folder_.get())) {
     if (isAlone_ && entry.starts_with(logSocket)) unlinkat(folder_.get(), entry.c_str(), 0);
   }
-  applications_ = openTop(folder_.get(), "Applications", name_);
-  var_ = openTop(folder_.get(), "var", name_);
-  userPrograms_ = openTop(folder_.get(), userProgramsFolder, name_);
+  folders_.applications = openTop(folder_.get(), "Applications", name_);
+  folders_.var = openTop(folder_.get(), "var", name_);
+  folders_.userPrograms = openTop(folder_.get(), userProgramsFolder, name_);
   if (isAlone_) replaceOverfullPrograms();
-  shellPrograms_ = openTop(folder_.get(), shellProgramsFolder, name_);
-  theosLibraries_ = openTop(folder_.get(), "theos-lib", name_);
+  folders_.shellPrograms = openTop(folder_.get(), shellProgramsFolder, name_);
+  folders_.theosLibraries = openTop(folder_.get(), "theos-lib", name_);
 }
 
 void DeviceFolder::complete(const fs::path& ownFiles, const std::optional<std::string>& locale) {
@@ -190,14 +186,14 @@ void DeviceFolder::complete(const fs::path& ownFiles, const std::optional<std::s
     return;
   }
   for (const char* standard : {"mobile/Documents", preferencesFolder, "tmp"})
-    repairFolder(var_.get(), "var", standard);
+    repairFolder(folders_.var.get(), "var", standard);
   removeLeftovers();
   if (locale) refreshPreferences(*locale);
   refreshLinks(userProgramsFolder);
   refreshLinks(shellProgramsFolder);
   refreshApplication(ownFiles / applicationFolder);
   if (setAsideCount_ > mostNamed)
-    std::cerr << "tweakbench: So were " << setAsideCount_ - mostNamed << " more, which are there, too.\n";
+    say("So were " + std::to_string(setAsideCount_ - mostNamed) + " more, which are there, too.");
 }
 
 bool DeviceFolder::lock() {
@@ -237,30 +233,28 @@ void DeviceFolder::removeLeftovers() {
   };
   const auto sweep = [&list](const Descriptor& folder) {
     for (const auto& name : list(folder)) {
-      struct stat status {};
-      if (isTemporaryName(name) && fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-          S_ISREG(status.st_mode) && status.st_nlink == 1) {
+      const struct stat status = statusOf(folder.get(), name);
+      if (isTemporaryName(name) && S_ISREG(status.st_mode) && status.st_nlink == 1)
         unlinkat(folder.get(), name.c_str(), 0);
-      }
     }
   };
-  sweep(openFolderBeneath(applications_.get(), applicationFolder));
+  sweep(openFolderBeneath(folders_.applications.get(), applicationFolder));
   // What a killed import left; a living one holds its lock.
-  const Descriptor beside = openFolderBeneath(var_.get(), besideProjects);
+  const Descriptor beside = openFolderBeneath(folders_.var.get(), besideProjects);
   for (const auto& name : list(beside)) {
     if (!name.starts_with(".import-")) continue;
     const Descriptor unfinished = openFolderBeneath(beside.get(), name);
     if (unfinished && flock(unfinished.get(), LOCK_EX | LOCK_NB) == 0)
       setAside(beside.get(), fs::path("var") / besideProjects, name);
   }
-  const Descriptor projects = openFolderBeneath(var_.get(), projectsFolder);
+  const Descriptor projects = openFolderBeneath(folders_.var.get(), projectsFolder);
   for (const auto& name : list(projects)) sweep(openFolderBeneath(projects.get(), name));
 }
 
 // Programs in the device may have left anything here. What cannot be read or written stays as it is, and the
 // application does without the caller's locale.
 void DeviceFolder::refreshPreferences(const std::string& locale) const {
-  const Descriptor folder = openFolderBeneath(var_.get(), preferencesFolder);
+  const Descriptor folder = openFolderBeneath(folders_.var.get(), preferencesFolder);
   if (!folder) return;
   std::string preferences = preferencesWithLocale(locale);
   if (exists(folder.get(), preferencesFile)) {
@@ -278,18 +272,16 @@ void DeviceFolder::refreshPreferences(const std::string& locale) const {
 
 // All of one start goes into one entry: a build can put many thousand things in the way.
 void DeviceFolder::setAside(int parent, const fs::path& shown, const std::string& name) {
-  const bool isNamed = ++setAsideCount_ <= mostNamed;
   const fs::path path = shown / name;
+  std::string became;
   try {
     setAsideEntry_ = HistoryFolder(folder_.get()).setAside(parent, name, path, setAsideEntry_);
-    if (!isNamed) return;
-    std::cerr << "tweakbench: " << visible(path.string()) << " was in the device's way; it is now "
-              << visible((name_ / "history/set-aside" / setAsideEntry_ / path).string()) << ".\n";
+    became = " was in the device's way; it is now " +
+             visible((name_ / "history/set-aside" / setAsideEntry_ / path).string()) + ".";
   } catch (const Refusal& refusal) {
-    if (!isNamed) return;
-    std::cerr << "tweakbench: " << visible(path.string())
-              << " is in the device's way and could not be set aside: " << refusal.what() << "\n";
+    became = std::string(" is in the device's way and could not be set aside: ") + refusal.what();
   }
+  if (++setAsideCount_ <= mostNamed) say(visible(path.string()) + became);
 }
 
 bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& path) {
@@ -298,8 +290,8 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
   bool isNew = false;
   for (const auto& part : path) {
     if (!parent) return false;
-    struct stat status {};
-    bool isThere = fstatat(parent.get(), part.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    const struct stat status = statusOf(parent.get(), part);
+    bool isThere = status.st_mode != 0;
     if (isThere && !S_ISDIR(status.st_mode)) {
       setAside(parent.get(), sofar, part);
       isThere = false;
@@ -309,7 +301,7 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
     // started may live a moment longer, and must not have a link's target opened.
     const bool isOpen = isThere && (status.st_mode & S_IRWXU) == S_IRWXU;
     const Descriptor found = openBeneath(parent.get(), part, O_PATH | O_DIRECTORY);
-    if (found && !isOpen) chmod(("/proc/self/fd/" + std::to_string(found.get())).c_str(), 0755);
+    if (found && !isOpen) chmod(pathOf(found.get()).c_str(), 0755);
     parent = openFolderBeneath(parent.get(), part);
     sofar /= part;
   }
@@ -319,16 +311,15 @@ bool DeviceFolder::repairFolder(int top, const fs::path& shown, const fs::path& 
 // Each start would look at every entry. The converter is the one program that the device needs there.
 void DeviceFolder::replaceOverfullPrograms() {
   // Counted before.
-  const std::string state = stateOfLinks(userPrograms_.get());
+  const std::string state = stateOfLinks(folders_.userPrograms.get());
   if (!state.empty() && readBeneath(folder_.get(), std::string(userProgramsFolder) + ".state", 4096) == state)
     return;
-  if (namesIn(userPrograms_.get(), mostPrograms) || errno != E2BIG) return;
-  const Descriptor before = std::move(userPrograms_);
+  if (namesIn(folders_.userPrograms.get(), mostPrograms) || errno != E2BIG) return;
+  const Descriptor before = std::move(folders_.userPrograms);
   setAside(folder_.get(), {}, userProgramsFolder);
-  userPrograms_ = openTop(folder_.get(), userProgramsFolder, name_);
-  struct stat status {};
-  if (fstatat(before.get(), converter, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode))
-    renameat(before.get(), converter, userPrograms_.get(), converter);
+  folders_.userPrograms = openTop(folder_.get(), userProgramsFolder, name_);
+  if (S_ISREG(statusOf(before.get(), converter).st_mode))
+    renameat(before.get(), converter, folders_.userPrograms.get(), converter);
 }
 
 void DeviceFolder::refreshLinks(const std::string& programs) {
@@ -340,16 +331,16 @@ void DeviceFolder::refreshLinks(const std::string& programs) {
     setAside(folder.get(), programs, name);
   });
   if (missing > 0) {
-    std::cerr << "tweakbench: " << missing
-              << " links to the host's programs could not be made: " << std::strerror(errno) << ".\n";
+    say(std::to_string(missing) + " links to the host's programs could not be made: " + std::strerror(errno) +
+        ".");
   }
   writeAtomically(folder_.get(), record, stateOfLinks(folder.get()), 0644);
 }
 
 void DeviceFolder::refreshApplication(const fs::path& shipped) {
   mkdirat(folder_.get(), shippedFolder, 0755);
-  const bool isNew = repairFolder(applications_.get(), "Applications", applicationFolder);
-  const Descriptor application = openFolderBeneath(applications_.get(), applicationFolder);
+  const bool isNew = repairFolder(folders_.applications.get(), "Applications", applicationFolder);
+  const Descriptor application = openFolderBeneath(folders_.applications.get(), applicationFolder);
   if (!application) return;
   const Descriptor programs = openFolderBeneath(folder_.get(), userProgramsFolder);
   shipFiles(shipped, application.get(), programs.get(), openFolderBeneath(folder_.get(), shippedFolder).get(),

@@ -17,7 +17,7 @@
 // hostile: it is reached through descriptors only, never by following a link.
 #pragma once
 
-#include "device/sandbox/Account.h"
+#include "device/sandbox/Arguments.h"
 
 #include <filesystem>
 #include <functional>
@@ -57,12 +57,8 @@ class DeviceFolder {
 
   // DEVICE itself.
   int folder() const { return folder_.get(); }
-  // Opened O_PATH, owned by this user and no links, so that they can be mounted as they are.
-  int applications() const { return applications_.get(); }
-  int var() const { return var_.get(); }
-  int userPrograms() const { return userPrograms_.get(); }
-  int shellPrograms() const { return shellPrograms_.get(); }
-  int theosLibraries() const { return theosLibraries_.get(); }
+  // They can be mounted as they are.
+  const DeviceFolders& folders() const { return folders_; }
 
   // Where somebody deleted the device while it was used, and something was made there meanwhile: makes what
   // is left a device again, which the next start completes.
@@ -86,11 +82,7 @@ class DeviceFolder {
   fs::path name_;
   Descriptor lock_;
   bool isAlone_ = false;
-  Descriptor applications_;
-  Descriptor var_;
-  Descriptor userPrograms_;
-  Descriptor shellPrograms_;
-  Descriptor theosLibraries_;
+  DeviceFolders folders_;
   // The history's entry for what this start sets aside, once there is some, and how much that was.
   std::string setAsideEntry_;
   std::size_t setAsideCount_ = 0;

@@ -9,7 +9,6 @@
 #include <iterator>
 #include <sstream>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -150,10 +149,9 @@ class Walker {
 
   void entry(int parent, const Descriptor& copy, const std::string& name, const std::string& path,
              int depth) {
-    struct stat status {};
-    struct stat copied {};
     WalkedItem& item = result.items.back();
-    if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return;
+    const struct stat status = statusOf(parent, name);
+    if (status.st_mode == 0) return;
     const bool isFile = S_ISREG(status.st_mode);
     const bool isFolder = S_ISDIR(status.st_mode);
     if (isFolder && depth > 0 && name == folderLeftOut) return;
@@ -162,14 +160,13 @@ class Walker {
       return remark(visible(path) + " has more than 64 MiB.");
     }
     note(path, status);
-    const bool looksSame = isFile && fstatat(copy.get(), name.c_str(), &copied, AT_SYMLINK_NOFOLLOW) == 0 &&
-                           S_ISREG(copied.st_mode) && copied.st_size == status.st_size &&
-                           nanoseconds(copied.st_mtim) == nanoseconds(status.st_mtim);
+    const struct stat copied = statusOf(copy.get(), name);
+    const bool isAlike = isFile && S_ISREG(copied.st_mode) && looksSame(copied, status);
     const bool isUntouched = nanoseconds(status.st_ctim) < last_.began;
-    const bool isSame = looksSame && isUntouched;
-    if (looksSame && !isSame) result.hasDisguisedChange = true;
+    const bool isSame = isAlike && isUntouched;
+    if (isAlike && !isSame) result.hasDisguisedChange = true;
     // What is in a folder that was moved here keeps its times.
-    if (isFolder && !isUntouched && exists(copy.get(), name) && !wasAt(path, status.st_ino))
+    if (isFolder && !isUntouched && copied.st_mode != 0 && !wasAt(path, status.st_ino))
       result.hasDisguisedChange = true;
     if (!isSame) item.newBytes += spaceOf(status);
     if (isFolder) inside(parent, copy, name, path, depth);
@@ -368,7 +365,7 @@ struct Copying {
 
   bool hasRoomFor(unsigned long long needed) const {
     std::error_code error;
-    const auto disk = fs::space("/proc/self/fd/" + std::to_string(folder_), error);
+    const auto disk = fs::space(pathOf(folder_), error);
     return !error && disk.available >= needed + leftFree;
   }
 

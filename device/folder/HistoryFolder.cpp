@@ -6,7 +6,6 @@
 #include "device/folder/Packages.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fcntl.h>
 #include <map>
 #include <set>
@@ -108,16 +107,15 @@ Descriptor HistoryFolder::open(const HistoryEntry& entry, const fs::path& path) 
 }
 
 std::string HistoryFolder::newName() const {
-  const Descriptor aside = openFolderBeneath(folder_.get(), asideFolder);
   std::time_t time = std::time(nullptr);
-  while (exists(folder_.get(), nameAt(time)) || (aside && exists(aside.get(), nameAt(time)))) ++time;
+  while (exists(folder_.get(), nameAt(time)) || exists(folder_.get(), fs::path(asideFolder) / nameAt(time)))
+    ++time;
   return nameAt(time);
 }
 
 Descriptor HistoryFolder::makePlace(const std::string& when, const fs::path& path) const {
-  const fs::path above = fs::path(asideFolder) / when / path.parent_path();
   unlinkat(folder_.get(), usageFile, 0);
-  return makeFolderBeneath(folder_.get(), above);
+  return makeFolderBeneath(folder_.get(), fs::path(asideFolder) / when / path.parent_path());
 }
 
 void HistoryFolder::removePlace(const std::string& when, const fs::path& path) const {
@@ -215,15 +213,13 @@ void HistoryFolder::undoBackup(int var) const {
   const auto [name, when] = noted();
   if (!isPlain(name)) return finishBackup();
   const fs::path inHistory = folderInHistory(Kept::Backup);
-  const Descriptor aside = when.empty()
-                               ? Descriptor()
-                               : openFolderBeneath(folder_.get(), asideFolder / fs::path(when) / inHistory);
-  const bool hasMoved = aside && exists(aside.get(), name);
+  const Descriptor aside = openFolderBeneath(folder_.get(), asideFolder / fs::path(when) / inHistory);
+  const bool hasMoved = exists(aside.get(), name);
   // Killed before the older one was moved, or after it was put back: what is there is whole.
   if (!when.empty() && !hasMoved) return finishBackup();
   const fs::path place = folderInDevice(Kept::Backup);
   const Descriptor backups = hasMoved ? makeFolderBeneath(var, place) : openFolderBeneath(var, place);
-  if (backups && exists(backups.get(), name)) setAside(backups.get(), name, inHistory / name);
+  if (exists(backups.get(), name)) setAside(backups.get(), name, inHistory / name);
   if (backups && hasMoved && renameToNew(aside.get(), name, backups.get(), name))
     removePlace(when, inHistory / name);
   finishBackup();

@@ -5,8 +5,6 @@
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -23,12 +21,8 @@ std::vector<Package> packagesOf(int var, const std::string& project) {
     auto names = namesInOrNone(folder.get());
     std::sort(names.begin(), names.end());
     for (const auto& name : names) {
-      struct stat status {};
-      if (!name.ends_with(".deb") || visible(name) != name ||
-          fstatat(folder.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
-          !S_ISREG(status.st_mode)) {
-        continue;
-      }
+      const struct stat status = statusOf(folder.get(), name);
+      if (!name.ends_with(".deb") || visible(name) != name || !S_ISREG(status.st_mode)) continue;
       found.push_back(
           {place / name, status.st_ino, nanoseconds(status.st_ctim), nanoseconds(status.st_mtim)});
     }

@@ -4,8 +4,6 @@
 
 #include <cstring>
 #include <fcntl.h>
-#include <iostream>
-#include <sys/stat.h>
 
 namespace {
 
@@ -18,8 +16,7 @@ constexpr std::size_t largestShipped = 64 << 20;
 // A build may have filled the disk or put a folder in the way; the start goes on.
 bool put(int folder, const std::string& name, const std::string& content, mode_t mode) {
   if (writeAtomically(folder, name, content, mode)) return true;
-  std::cerr << "tweakbench: The file " << name
-            << " could not be put into the device: " << std::strerror(errno) << ".\n";
+  say("The file " + name + " could not be put into the device: " + std::strerror(errno) + ".");
   return false;
 }
 
@@ -38,13 +35,9 @@ void shipFiles(const fs::path& source, int application, int programs, int record
   if (!names) refuseWithError("Tweakbench's own folder " + source.string() + " could not be read:");
   for (const auto& name : *names) {
     struct stat status {};
-    struct stat recorded {};
     fstatat(shipped.get(), name.c_str(), &status, 0);
     // The record has the time of what it was made from, so that a start does not read it all.
-    if (!isNew && fstatat(record, name.c_str(), &recorded, 0) == 0 && recorded.st_size == status.st_size &&
-        nanoseconds(recorded.st_mtim) == nanoseconds(status.st_mtim)) {
-      continue;
-    }
+    if (!isNew && looksSame(statusOf(record, name), status)) continue;
     const auto now = readBeneath(shipped.get(), name, largestShipped);
     if (!now) refuseWithError("Tweakbench's own file " + (source / name).string() + " could not be read:");
     const auto before = readBeneath(record, name, largestShipped);

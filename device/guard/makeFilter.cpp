@@ -47,8 +47,12 @@ void must(int result) {
   }
 }
 
-void refuse(scmp_filter_ctx filter, int error, std::initializer_list<int> calls) {
-  for (int call : calls) must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(error), call, 0));
+void refuse(scmp_filter_ctx filter, int error, std::initializer_list<const char*> calls) {
+  for (const char* name : calls) {
+    const int call = seccomp_syscall_resolve_name(name);
+    if (call == __NR_SCMP_ERROR) must(-ENOSYS);
+    must(seccomp_rule_add(filter, SCMP_ACT_ERRNO(error), call, 0));
+  }
 }
 
 void refuseArgument(scmp_filter_ctx filter, int error, int call, unsigned argument, scmp_datum_t mask,
@@ -111,9 +115,9 @@ void refuseLeases(scmp_filter_ctx filter) {
 
 // Counted for the user or the machine as a whole, so that a build could use up what the host's programs need.
 void refuseSharedCounts(scmp_filter_ctx filter) {
-  refuse(filter, EMFILE, {SCMP_SYS(inotify_init), SCMP_SYS(inotify_init1)});
+  refuse(filter, EMFILE, {"inotify_init", "inotify_init1"});
   refuseArgument(filter, EPERM, SCMP_SYS(fcntl), 1, low32, F_SETPIPE_SZ);
-  refuse(filter, ENOSYS, {SCMP_SYS(io_setup)});
+  refuse(filter, ENOSYS, {"io_setup"});
   // The starter's limit of 1 keeps core dumps from the host's collector, and 0 would not. Compilers set 0 for
   // themselves and some programs end when they cannot, so the call does nothing and succeeds.
   refuseArgument(filter, 0, SCMP_SYS(setrlimit), 0, low32, RLIMIT_CORE);
@@ -137,34 +141,26 @@ void refuseNamespacesAndMounts(scmp_filter_ctx filter) {
     // unshare() only.
     if (flag != CLONE_NEWTIME) refuseArgument(filter, EPERM, SCMP_SYS(clone), 0, flag, flag);
   }
-  refuse(filter, EPERM,
-         {SCMP_SYS(unshare), SCMP_SYS(setns), SCMP_SYS(mount), SCMP_SYS(umount), SCMP_SYS(umount2),
-          SCMP_SYS(pivot_root), SCMP_SYS(chroot)});
+  refuse(filter, EPERM, {"unshare", "setns", "mount", "umount", "umount2", "pivot_root", "chroot"});
   // clone3 hides its flags behind a pointer; libraries fall back to clone where it is unknown.
   refuse(filter, ENOSYS,
-         {SCMP_SYS(clone3), SCMP_SYS(open_tree), SCMP_SYS(move_mount), SCMP_SYS(fsopen), SCMP_SYS(fsconfig),
-          SCMP_SYS(fsmount), SCMP_SYS(fspick), SCMP_SYS(mount_setattr)});
+         {"clone3", "open_tree", "move_mount", "fsopen", "fsconfig", "fsmount", "fspick", "mount_setattr"});
 }
 
 void refuseKernelInterfaces(scmp_filter_ctx filter) {
-  refuse(filter, ENOSYS, {SCMP_SYS(io_uring_setup), SCMP_SYS(io_uring_enter), SCMP_SYS(io_uring_register)});
+  refuse(filter, ENOSYS, {"io_uring_setup", "io_uring_enter", "io_uring_register"});
   refuse(filter, EPERM,
-         {SCMP_SYS(keyctl), SCMP_SYS(add_key), SCMP_SYS(request_key),
+         {"keyctl", "add_key", "request_key",
           // other processes' memory and descriptors
-          SCMP_SYS(ptrace), SCMP_SYS(process_vm_readv), SCMP_SYS(process_vm_writev),
-          SCMP_SYS(process_madvise), SCMP_SYS(pidfd_getfd), SCMP_SYS(kcmp),
+          "ptrace", "process_vm_readv", "process_vm_writev", "process_madvise", "pidfd_getfd", "kcmp",
           // what container engines refuse as well
-          SCMP_SYS(acct), SCMP_SYS(bpf), SCMP_SYS(perf_event_open), SCMP_SYS(userfaultfd),
-          SCMP_SYS(fanotify_init), SCMP_SYS(open_by_handle_at), SCMP_SYS(name_to_handle_at),
-          SCMP_SYS(lookup_dcookie), SCMP_SYS(quotactl), SCMP_SYS(quotactl_fd), SCMP_SYS(swapon),
-          SCMP_SYS(swapoff), SCMP_SYS(syslog), SCMP_SYS(reboot), SCMP_SYS(kexec_load),
-          SCMP_SYS(kexec_file_load), SCMP_SYS(create_module), SCMP_SYS(init_module), SCMP_SYS(finit_module),
-          SCMP_SYS(delete_module), SCMP_SYS(get_kernel_syms), SCMP_SYS(query_module), SCMP_SYS(nfsservctl),
-          SCMP_SYS(settimeofday), SCMP_SYS(stime), SCMP_SYS(clock_settime), SCMP_SYS(clock_adjtime),
-          SCMP_SYS(adjtimex), SCMP_SYS(vhangup), SCMP_SYS(iopl), SCMP_SYS(ioperm), SCMP_SYS(modify_ldt),
-          SCMP_SYS(personality), SCMP_SYS(sethostname), SCMP_SYS(setdomainname), SCMP_SYS(sysfs),
-          SCMP_SYS(_sysctl), SCMP_SYS(uselib), SCMP_SYS(ustat), SCMP_SYS(mbind), SCMP_SYS(get_mempolicy),
-          SCMP_SYS(set_mempolicy), SCMP_SYS(move_pages), SCMP_SYS(migrate_pages)});
+          "acct", "bpf", "perf_event_open", "userfaultfd", "fanotify_init", "open_by_handle_at",
+          "name_to_handle_at", "lookup_dcookie", "quotactl", "quotactl_fd", "swapon", "swapoff", "syslog",
+          "reboot", "kexec_load", "kexec_file_load", "create_module", "init_module", "finit_module",
+          "delete_module", "get_kernel_syms", "query_module", "nfsservctl", "settimeofday", "stime",
+          "clock_settime", "clock_adjtime", "adjtimex", "vhangup", "iopl", "ioperm", "modify_ldt",
+          "personality", "sethostname", "setdomainname", "sysfs", "_sysctl", "uselib", "ustat", "mbind",
+          "get_mempolicy", "set_mempolicy", "move_pages", "migrate_pages"});
 }
 
 void answerProbe(scmp_filter_ctx filter) {

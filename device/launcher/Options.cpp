@@ -72,13 +72,14 @@ void takeExecute(Options& options, std::vector<std::string> words, const char*) 
 void takeOperands(Options& options, std::vector<std::string> words, const char* usage) {
   CLI::App parser;
   parser.set_help_flag();
-  const auto flag = [&](const char* name, const std::function<void()>& set) {
-    if (std::strstr(usage, name) != nullptr) parser.add_flag_callback(name, set);
+  const auto flag = [&](const char* name, auto& target, auto value) {
+    if (std::strstr(usage, name) != nullptr)
+      parser.add_flag_callback(name, [&target, value] { target = value; });
   };
-  flag("--replace", [&] { options.isReplacing = true; });
-  flag("--quick", [&] { options.isQuick = true; });
-  flag("--backup", [&] { options.kept = Kept::Backup; });
-  flag("--packages", [&] { options.kept = Kept::Packages; });
+  flag("--replace", options.isReplacing, true);
+  flag("--quick", options.isQuick, true);
+  flag("--backup", options.kept, Kept::Backup);
+  flag("--packages", options.kept, Kept::Packages);
   const auto operand = [&](const char* name, auto& target) {
     const char* place = std::strstr(usage, name);
     if (place == nullptr) return;
@@ -128,31 +129,26 @@ Options parseOptions(int count, const char* const* arguments) {
   parser.set_version_flag("--version", "tweakbench " TWEAKBENCH_VERSION);
   parser.add_option("--device", options.device, "Keep the device in this folder")->type_name("DIR");
   parser.add_option("--theos", options.theos, "Use this Theos")->type_name("DIR");
-  parser.add_flag_callback(
-      "--writable-theos", [&] { options.theosAccess = Options::Theos::Writable; },
-      "Let the device change Theos");
-  parser.add_flag_callback(
-      "--network", [&] { options.network = Options::Network::On; }, "Let the device reach the network");
+  parser.add_flag("--writable-theos", options.isTheosWritable, "Let the device change Theos");
+  parser.add_flag("--network", options.hasNetwork, "Let the device reach the network");
 #ifdef TWEAKBENCH_TEST_OPTIONS
-  parser.add_flag_callback(
-      "--no-filter", [&] { options.filter = Options::Filter::Off; },
-      "Start the command without the filter, as the application is (tests)");
-  parser.add_flag_callback(
-      "--as-application", [&] { options.surroundings = Options::Surroundings::Application; },
-      "Give the command the application's display (tests)");
+  parser.add_flag("!--no-filter", options.isFiltered,
+                  "Start the command without the filter, as the application is (tests)");
+  parser.add_flag("--as-application", options.isAsApplication,
+                  "Give the command the application's display (tests)");
 #endif
   try {
     parser.parse(count, arguments);
   } catch (const CLI::CallForHelp&) {
-    options.action = Options::Action::ShowText;
     options.text = parser.help();
-    return options;
   } catch (const CLI::CallForVersion& version) {
-    options.action = Options::Action::ShowText;
     options.text = std::string(version.what()) + "\n";
-    return options;
   } catch (const CLI::ParseError& error) {
     throw Refusal(std::string(error.what()) + "; see tweakbench --help.");
+  }
+  if (!options.text.empty()) {
+    options.action = Options::Action::ShowText;
+    return options;
   }
   if (options.device && options.device->empty()) throw Refusal("--device needs a folder.");
   if (options.theos && options.theos->empty()) throw Refusal("--theos needs a folder.");

@@ -23,22 +23,19 @@ struct Options {
     Examine,
     ShowText
   };
-  enum class Theos { ReadOnly, Writable };
-  enum class Network { Off, On };
-  // How a command is started: through the guard, or without the filter as the application is. Only builds
-  // with tests know the second: leak checking and tracing need ptrace, which the filter takes away.
-  enum class Filter { On, Off };
 
   Action action = Action::OpenApplication;
   std::optional<fs::path> device;
   std::optional<fs::path> theos;
-  Theos theosAccess = Theos::ReadOnly;
-  Network network = Network::Off;
-  Filter filter = Filter::On;
-  // What a command is given. Only builds with tests know the second: the display that the application has, so
-  // that a test is where the application's own commands are.
-  enum class Surroundings { Commands, Application };
-  Surroundings surroundings = Surroundings::Commands;
+  bool isTheosWritable = false;
+  bool hasNetwork = false;
+  // Execute: whether the command is started through the guard, or without the filter as the application is.
+  // Only builds with tests know the second: leak checking and tracing need ptrace, which the filter takes
+  // away.
+  bool isFiltered = true;
+  // Execute: whether the command is given the display that the application has, so that a test is where the
+  // application's own commands are. Only builds with tests know that.
+  bool isAsApplication = false;
   // Execute: whether the command reads what the caller would.
   bool hasInput = true;
   // Execute: the command and its arguments, untouched; never empty.

@@ -35,8 +35,7 @@ int build(const Options& options) {
     const bool isExpected =
         std::find(options.command.begin(), options.command.end(), "package") != options.command.end();
     if (made == 0 && isExpected)
-      std::cerr << "tweakbench: The build succeeded but made no package; its Makefile should include a rule "
-                   "such as tweak.mk.\n";
+      say("The build succeeded but made no package; its Makefile should include a rule such as tweak.mk.");
   };
   return run(options, &task);
 }

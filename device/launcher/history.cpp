@@ -1,8 +1,7 @@
 // history and restore: what was in the device earlier.
-#include "device/Process.h"
+#include "device/Refusal.h"
 #include "device/Visible.h"
 #include "device/folder/Beneath.h"
-#include "device/folder/DeviceFolder.h"
 #include "device/launcher/Commands.h"
 
 #include <algorithm>
@@ -10,7 +9,6 @@
 #include <iostream>
 #include <set>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -21,8 +19,7 @@ constexpr int deepest = 200;
 
 // Absent, or one that is not kept, has no type.
 struct stat look(int folder, const std::string& name) {
-  struct stat status {};
-  if (fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return {};
+  const struct stat status = statusOf(folder, name);
   const struct stat nothing {};
   const bool isKept =
       (S_ISREG(status.st_mode) && static_cast<std::uint64_t>(status.st_size) <= largestFileKept) ||
@@ -44,8 +41,7 @@ void compare(int older, int newer, const std::string& above, int depth, std::siz
     const struct stat after = look(newer, name);
     bool isSame = (before.st_mode & S_IFMT) == (after.st_mode & S_IFMT);
     if (isSame && S_ISREG(before.st_mode)) {
-      isSame = before.st_ino == after.st_ino ||
-               (before.st_size == after.st_size && nanoseconds(before.st_mtim) == nanoseconds(after.st_mtim));
+      isSame = before.st_ino == after.st_ino || looksSame(before, after);
     } else if (isSame && S_ISLNK(before.st_mode)) {
       isSame = linkTarget(older, name) == linkTarget(newer, name);
     } else if (isSame && S_ISDIR(before.st_mode) && depth < deepest) {
@@ -77,17 +73,14 @@ std::string listed(const std::vector<std::string>& names) {
   return names.size() > namedAtMost ? text + " and more" : text;
 }
 
-bool isNotKept(const HistoryEntry& entry, Kept kind, const std::string& name) {
-  const std::string path = std::string(folderInHistory(kind)) + "/" + visible(name) + " ";
-  return std::any_of(entry.remarks.begin(), entry.remarks.end(),
-                     [&](const std::string& remark) { return remark.starts_with(path); });
+// Remarks of a copy begin with a path, KIND/NAME and what is in it, or are about the copy as a whole.
+bool isGeneral(const std::string& remark) {
+  return remark.find('/') == std::string::npos;
 }
 
-// Remarks begin with a path: KIND/NAME and what is in it.
-bool isAbout(const std::string& remark, const std::string& name) {
-  const std::size_t begin = remark.find('/') + 1;
-  return begin == 0 || (remark.compare(begin, name.size(), name) == 0 &&
-                        (remark[begin + name.size()] == '/' || remark[begin + name.size()] == ' '));
+bool isAbout(const std::string& remark, Kept kind, const std::string& name) {
+  const std::string path = std::string(folderInHistory(kind)) + "/" + visible(name);
+  return remark.starts_with(path) && (remark[path.size()] == '/' || remark[path.size()] == ' ');
 }
 
 // What the entry has and `older`, the dated copy before it, has not, and the other way round: sentences, of
@@ -104,11 +97,13 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
     }
     for (const auto& [name, where] : names) {
       if (!only.empty() && name != only) continue;
+      const auto isRemark = [&](const std::string& remark) { return isAbout(remark, kind, name); };
       std::string change = called(kind, name);
       if (entry.isSetAside)
         change += " was set aside";
       else if (where == 1)
-        change += isNotKept(entry, kind, name) ? " was not kept" : " is gone";
+        change +=
+            std::any_of(entry.remarks.begin(), entry.remarks.end(), isRemark) ? " was not kept" : " is gone";
       else if (where == 2)
         change += older != nullptr ? " is new" : " is there";
       else {
@@ -181,7 +176,9 @@ int showHistory(const Options& options) {
                                       : "no file changed")
               << "\n";
     for (const auto& remark : entry->remarks) {
-      if (options.project.empty() || isAbout(remark, visible(options.project)))
+      const auto isOfProject = [&](Kept kind) { return isAbout(remark, kind, options.project); };
+      if (options.project.empty() || isGeneral(remark) ||
+          std::any_of(allKept.begin(), allKept.end(), isOfProject))
         std::cout << indent << "not kept: " << remark << "\n";
     }
     std::cout << std::flush;
@@ -189,9 +186,8 @@ int showHistory(const Options& options) {
     if (!std::cout) return launcherFailed;
   }
   if (isAny) return 0;
-  std::cerr << "tweakbench: "
-            << (options.project.empty() ? "There is no history yet.\n"
-                                        : "The history does not have " + visible(options.project) + ".\n");
+  say(options.project.empty() ? "There is no history yet."
+                              : "The history does not have " + visible(options.project) + ".");
   return notThere;
 }
 
@@ -211,22 +207,19 @@ int restore(const Transfer& device, const Options& options) {
   tellLeftOut("they cannot be read or are not files", done.leftOut);
   bool isMissed = false;
   for (const auto& remark : entry.remarks) {
-    const bool isOfAnother =
-        remark.find('/') != std::string::npos && !remark.starts_with(path.begin()->string() + "/");
-    if (isOfAnother || !isAbout(remark, visible(options.project))) continue;
-    std::cerr << "tweakbench: That copy is incomplete: " << remark << "\n";
+    if (!isGeneral(remark) && !isAbout(remark, options.kept, options.project)) continue;
+    say("That copy is incomplete: " + remark);
     isMissed = true;
   }
   const auto whole =
       std::find_if(entries.begin(), entries.end(), [](const auto& one) { return one.isWhole; });
   if (isMissed && !entry.isWhole && whole != entries.end())
-    std::cerr << "tweakbench: The newest whole copy is of " << localName(whole->when) << ".\n";
+    say("The newest whole copy is of " + localName(whole->when) + ".");
   const std::string time = localName(entry.when);
-  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time;
-  if (done.what == options.project)
-    std::cout << " is in the device";
-  else
-    std::cout << " is in the device as " << visible(done.what) << ", since " << visible(options.project)
+  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time
+            << " is in the device";
+  if (done.what != options.project)
+    std::cout << " as " << visible(done.what) << ", since " << visible(options.project)
               << " is there already";
   std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
   return std::cout ? 0 : launcherFailed;

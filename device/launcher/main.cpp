@@ -13,15 +13,11 @@ namespace {
 void closeInheritedDescriptors() {
   syscall(SYS_close_range, 3U, ~0U, 0U);
   // A standard stream that is missing would become some file of ours.
-  while (true) {
-    const int descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
-    if (descriptor > STDERR_FILENO) {
-      close(descriptor);
-      return;
-    }
-    if (descriptor < 0) return;
-    fcntl(descriptor, F_SETFD, 0);
-  }
+  int descriptor = 0;
+  do {
+    descriptor = open("/dev/null", O_RDWR);
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  close(descriptor);
 }
 
 }  // namespace
@@ -47,14 +43,12 @@ int main(int count, char** arguments) {
         return build(options);
       case Options::Action::History:
         return showHistory(options);
-      case Options::Action::Import:
-      case Options::Action::Export:
-      case Options::Action::ShowPath:
-      case Options::Action::Restore:
-      case Options::Action::Send:
-        return transfer(options, callerUmask);
-      default:
+      case Options::Action::OpenApplication:
+      case Options::Action::Execute:
+      case Options::Action::OpenShell:
         return run(options);
+      default:
+        return transfer(options, callerUmask);
     }
   } catch (const Interrupted& interrupted) {
     raise(interrupted.signal);

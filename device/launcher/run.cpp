@@ -8,9 +8,6 @@
 #include "device/session/SingleWindow.h"
 #include "device/session/SystemLog.h"
 
-#include <cstring>
-#include <iostream>
-
 namespace {
 
 // Everything about the host that root may know and the device's user perhaps not.
@@ -34,8 +31,7 @@ fs::path findOwnFiles() {
 }
 
 bool isForTheApplication(const Options& options) {
-  return options.action == Options::Action::OpenApplication ||
-         options.surroundings == Options::Surroundings::Application;
+  return options.action == Options::Action::OpenApplication || options.isAsApplication;
 }
 
 Host lookAt(const Options& options, const Environment& caller, const fs::path& home) {
@@ -56,7 +52,7 @@ Host lookAt(const Options& options, const Environment& caller, const fs::path& h
 fs::path leaveRoot(Host& host, Caller& caller) {
   Stage stage;
   const Descriptor folder = openDevice(caller);
-  fs::path shown = stage.add("/proc/self/fd/" + std::to_string(folder.get()), "device");
+  fs::path shown = stage.add(pathOf(folder.get()), "device");
   host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
   if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
   if (host.display && host.display->kind == Display::Kind::Wayland) {
@@ -84,7 +80,7 @@ Program programFor(const Options& options) {
   const auto streams = options.hasInput ? Relay::Streams::Caller : Relay::Streams::CallerWithoutInput;
   switch (options.action) {
     case Options::Action::Execute:
-      return {options.command, streams, options.filter == Options::Filter::On};
+      return {options.command, streams, options.isFiltered};
     case Options::Action::OpenShell:
       return {{"/bin/sh"}, streams};
     default:
@@ -95,7 +91,7 @@ Program programFor(const Options& options) {
 }  // namespace
 
 void complain(const Options& options, const std::string& sentence) {
-  std::cerr << "tweakbench: " << sentence << "\n";
+  say(sentence);
   if (options.action != Options::Action::OpenApplication || isatty(STDERR_FILENO) != 0 || geteuid() == 0)
     return;
   try {
@@ -111,7 +107,10 @@ void requireDevice(const fs::path& device) {
     refuseWithError("The device " + device.string() + " cannot be reached:");
 }
 
-int run(const Options& options, const Task* task) {
+namespace {
+
+// All that is needed for it is gone when this returns, before a signal may end the process.
+Ending useDevice(const Options& options, const Task* task) {
   Caller who(options);
   const Environment& caller = who.environment;
   Host host = lookAt(options, caller, who.account.home);
@@ -122,12 +121,12 @@ int run(const Options& options, const Task* task) {
   const fs::path reached = isRoots ? leaveRoot(host, who) : device;
 
   DeviceFolder folder(openOrMakeFolder(reached), device);
+  const int var = folder.folders().var.get();
   const bool isApplication = options.action == Options::Action::OpenApplication;
-  std::optional<SingleWindow> window;
-  if (isApplication &&
-      !window.emplace(folder.folder()).claim(lookUp(caller, "XDG_ACTIVATION_TOKEN").value_or(""))) {
-    std::cerr << "tweakbench: Tweakbench is open already; its window was brought forward.\n";
-    return 0;
+  SingleWindow window(folder.folder());
+  if (isApplication && !window.claim(lookUp(caller, "XDG_ACTIVATION_TOKEN").value_or(""))) {
+    say("Tweakbench is open already; its window was brought forward.");
+    return {0};
   }
   HistoryKeeper history(isApplication || task != nullptr);
   const fs::path theos = host.theos.empty() ? host.ownFiles / "theos" : host.theos;
@@ -138,7 +137,7 @@ int run(const Options& options, const Task* task) {
   std::error_code noLibraries;
   const fs::path libraries = theos / "lib";
   // Projects that build a library or framework install it there.
-  const bool hasOwnLibraries = options.theosAccess == Options::Theos::ReadOnly &&
+  const bool hasOwnLibraries = !options.isTheosWritable &&
                                fs::symlink_status(libraries, noLibraries).type() == fs::file_type::directory;
   // Without an account of its own the device's user has no session.
   auto accessibility = isApplication && who.isSettled ? Accessibility::join(caller) : nullptr;
@@ -146,20 +145,15 @@ int run(const Options& options, const Task* task) {
   std::vector<Descriptor> contents;
   // Made for each start: bubblewrap reads the files to their ends.
   const auto makeRequest = [&] {
-    Request request;
-    request.applications = folder.applications();
-    request.var = folder.var();
-    request.userPrograms = folder.userPrograms();
-    request.shellPrograms = folder.shellPrograms();
+    Request request{folder.folders(), hasOwnLibraries};
     request.ownFiles = host.ownFiles;
     request.theos = theos;
-    request.theosAccess = options.theosAccess;
-    if (hasOwnLibraries) request.theosLibraries = folder.theosLibraries();
-    request.network = options.network;
+    request.isTheosWritable = options.isTheosWritable;
+    request.hasNetwork = options.hasNetwork;
     request.environment =
         deviceEnvironment(caller, isForTheApplication(options) ? Audience::Application : Audience::Commands);
     request.rootLinks = rootLinks();
-    auto dataFiles = deviceDataFiles(who.account, options.network);
+    auto dataFiles = deviceDataFiles(who.account, options.hasNetwork);
     dataFiles[theosOnHostFile] = theosOnHost.empty() ? "practice Theos" : theosOnHost;
     contents.clear();
     for (const auto& [path, content] : dataFiles)
@@ -176,18 +170,10 @@ int run(const Options& options, const Task* task) {
     if (history.applicationEnd() >= 0) request.passedOn.push_back(history.applicationEnd());
     return request;
   };
-  const std::string name = options.action == Options::Action::Execute ? options.command.front()
-                           : isApplication                            ? "The application"
-                           : task != nullptr                          ? "The build"
-                                                                      : "The shell";
-  std::optional<Opener> opener;
-  if (isApplication) {
-    // Root's start has become a user whose desktop session this is not.
-    opener.emplace(Opener::Setting{folder.folder(), device,
-                                   isRoots ? fs::path() : findProgram(caller, "xdg-open"),
-                                   openerEnvironment(caller), openerLogPath(caller, who.account.home)});
-  }
-  Program program = task != nullptr ? task->begin(folder.var()) : programFor(options);
+  // Root's start has become a user whose desktop session this is not.
+  Opener opener({folder.folder(), device, isRoots ? fs::path() : findProgram(caller, "xdg-open"),
+                 openerEnvironment(caller), openerLogPath(caller, who.account.home)});
+  Program program = task != nullptr ? task->begin(var) : programFor(options);
   // Root's start has become a user whose settings these are not.
   const auto hasReducedMotion = [&] {
     return isApplication && !isRoots && prefersReducedMotion(caller, who.account.home);
@@ -195,9 +181,9 @@ int run(const Options& options, const Task* task) {
   program.beforeStart = [&] {
     folder.complete(host.ownFiles,
                     isForTheApplication(options) ? std::optional(localeIdentifier(caller)) : std::nullopt);
-    if (hasOwnLibraries) putLibraryLinks(folder.theosLibraries(), libraries);
-    history.start(folder.folder(), folder.var(), {host.bubblewrap, findProgram(caller, "rsync")},
-                  folder.isAlone() || window);
+    if (hasOwnLibraries) putLibraryLinks(folder.folders().theosLibraries.get(), libraries);
+    history.start(folder.folder(), var, {host.bubblewrap, findProgram(caller, "rsync")},
+                  folder.isAlone() || isApplication);
     folder.share();
     // A command may be about to delete what the last one has made; a window does not wait.
     if (!isApplication) history.awaitFirstCopy();
@@ -205,21 +191,30 @@ int run(const Options& options, const Task* task) {
   };
   Ending ending{};
   do {
-    if (opener) opener->connect();
-    if (window) window->connect();
-    ending = runInDevice(host.bubblewrap, makeRequest(), program, log, opener ? &*opener : nullptr,
-                         window ? &*window : nullptr);
+    if (isApplication) {
+      opener.connect();
+      window.connect();
+    }
+    ending = runInDevice(host.bubblewrap, makeRequest(), program, log, opener, window);
     program.beforeStart = hasReducedMotion;
-  } while (window && window->isToStartAgain() && ending.status == 0);
+  } while (window.isToStartAgain() && ending.status == 0);
   folder.remainDevice();
-  // Not left to the end of the process, which a signal may make sudden.
-  accessibility.reset();
-  opener.reset();
+  if (task != nullptr && ending.interruption == 0) task->end(var, ending.status);
+  return ending;
+}
+
+}  // namespace
+
+int run(const Options& options, const Task* task) {
+  const Ending ending = useDevice(options, task);
+  const std::string name = options.action == Options::Action::Execute           ? options.command.front()
+                           : options.action == Options::Action::OpenApplication ? "The application"
+                           : task != nullptr                                    ? "The build"
+                                                                                : "The shell";
   if (!ending.complaint.empty()) complain(options, name + ending.complaint);
   if (ending.interruption != 0) {
     signal(ending.interruption, SIG_DFL);
     raise(ending.interruption);
   }
-  if (task != nullptr) task->end(folder.var(), ending.status);
   return ending.status;
 }

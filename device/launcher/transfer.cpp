@@ -25,7 +25,7 @@ void import(const Transfer& prepared, const Options& options) {
   const Transferred done =
       importProject(prepared, options.hostPath, options.isReplacing ? Existing::Replaced : Existing::Refused);
   tellLeftOut(whyLeftOut, done.leftOut);
-  if (!done.warning.empty()) std::cerr << "tweakbench: " << done.warning << "\n";
+  if (!done.warning.empty()) say(done.warning);
   std::cout << "The project " << done.what << " is in the device."
             << (done.kept.empty() ? "" : " The old one is kept in " + done.kept.string() + ".") << std::endl;
 }
@@ -67,12 +67,11 @@ Transfer openForCopying(const Options& options, mode_t callerUmask) {
 
 void tellLeftOut(const std::string& why, const std::vector<std::string>& leftOut) {
   if (leftOut.empty()) return;
-  std::cerr << "tweakbench: Skipped, since " << why << ":";
-  for (std::size_t i = 0; i < std::min(leftOut.size(), skippedNamedAtMost); ++i)
-    std::cerr << " " << leftOut[i];
-  if (leftOut.size() > skippedNamedAtMost)
-    std::cerr << " and " << leftOut.size() - skippedNamedAtMost << " more";
-  std::cerr << ".\n";
+  const std::size_t named = std::min(leftOut.size(), skippedNamedAtMost);
+  std::string sentence = "Skipped, since " + why + ":";
+  for (std::size_t i = 0; i < named; ++i) sentence += " " + leftOut[i];
+  if (leftOut.size() > named) sentence += " and " + std::to_string(leftOut.size() - named) + " more";
+  say(sentence + ".");
 }
 
 int transfer(const Options& options, mode_t callerUmask) {
@@ -89,7 +88,7 @@ int transfer(const Options& options, mode_t callerUmask) {
     if (options.action == Options::Action::Send) return sendPackage(prepared, options.project, phone, caller);
     return 0;
   } catch (const Refusal& refusal) {
-    std::cerr << "tweakbench: " << refusal.what() << "\n";
+    say(refusal.what());
     return notCopied;
   }
 }

@@ -81,7 +81,7 @@ OpenableAddress readAddress(std::string_view url) {
 }
 
 // Deletes nothing but links that lead nowhere, as those of a process that is gone do, and what is empty then.
-ShownFolders::ShownFolders(fs::path temporary) : temporary_(std::move(temporary)) {
+void ShownFolders::removeLeft() const {
   const Descriptor folder(open(temporary_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   for (const auto& name : namesInOrNone(folder.get())) {
     if (!name.starts_with(placeName)) continue;

@@ -27,11 +27,8 @@ pid_t spawnApart(const fs::path& program, const std::string& argument, const Env
   return spawn(start);
 }
 
-Opener::Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.log) {
-  connect();
-}
-
 void Opener::connect() {
+  folders_.removeLeft();
   sockets_ = {};
   sockets_ = connectApplication(opener::applicationDescriptor);
 }
@@ -128,12 +125,10 @@ void Opener::lookAfter(Started& started) {
   int status = 0;
   const pid_t ended = waitpid(started.process, &status, WNOHANG);
   const bool hasEnded = ended != 0;
-  // Its exit status is gone.
-  const bool isLost = ended < 0;
   if (hasEnded) started.process = -1;
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
   started.isAnswered = true;
-  if (!hasEnded || (status == 0 && !isLost)) return answer(started.asked, opener::Verdict::Opened);
+  if (!hasEnded || status == 0) return answer(started.asked, opener::Verdict::Opened);
   log_.add(setting_.program.string() + " failed for " + started.asked.url);
   answer(started.asked, opener::Verdict::Unavailable);
 }

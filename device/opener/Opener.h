@@ -38,9 +38,11 @@ OpenableAddress readAddress(std::string_view url);
 // as the object.
 class ShownFolders {
  public:
-  // Removes what others of this user's left there whose process is gone.
-  explicit ShownFolders(fs::path temporary = "/tmp");
+  explicit ShownFolders(fs::path temporary = "/tmp") : temporary_(std::move(temporary)) {}
   ~ShownFolders();
+
+  // Removes what others of this user's left there whose process is gone.
+  void removeLeft() const;
 
   // The path for `folder`; the same folder gets the same path. Its last component is `name`, or another word
   // where that is no plain name, since builds choose it and file managers and their scripts read it. Empty
@@ -93,7 +95,7 @@ class Opener {
     // browser: after that time they count as successful.
     std::chrono::milliseconds soonEnough = std::chrono::seconds(3);
   };
-  explicit Opener(Setting setting);
+  explicit Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.log) {}
 
   // Makes the sockets, anew for each start of the application. Where they cannot be made, applicationEnd() is
   // -1 and nothing ever comes.

@@ -20,7 +20,7 @@ void add(ArgumentList& list, std::initializer_list<std::string> words) {
 
 void addNamespaces(ArgumentList& list, const Request& request) {
   add(list, {"--unshare-user", "--unshare-pid", "--unshare-ipc", "--unshare-uts", "--unshare-cgroup"});
-  if (request.network == Options::Network::Off) add(list, {"--unshare-net"});
+  if (!request.hasNetwork) add(list, {"--unshare-net"});
   add(list, {"--hostname", "device", "--disable-userns", "--assert-userns-disabled", "--cap-drop", "ALL",
              "--new-session", "--die-with-parent"});
 }
@@ -55,27 +55,23 @@ void addOwnFiles(ArgumentList& list, const Request& request) {
 // Whole top-level folders only: a mount point below a folder that the device can write would be led astray by
 // a link that a build left there.
 void addDeviceFolders(ArgumentList& list, const Request& request) {
-  add(list, {"--bind-fd", std::to_string(request.applications), "/Applications"});
-  add(list, {"--bind-fd", std::to_string(request.var), "/var"});
-  add(list, {"--bind-fd", std::to_string(request.userPrograms), "/usr/bin"});
-  add(list, {"--ro-bind-fd", std::to_string(request.shellPrograms), "/bin"});
+  add(list, {"--bind-fd", std::to_string(request.folders.applications.get()), "/Applications"});
+  add(list, {"--bind-fd", std::to_string(request.folders.var.get()), "/var"});
+  add(list, {"--bind-fd", std::to_string(request.folders.userPrograms.get()), "/usr/bin"});
+  add(list, {"--ro-bind-fd", std::to_string(request.folders.shellPrograms.get()), "/bin"});
   // As on a phone; the import prompt's example starts with mobile/.
   add(list, {"--symlink", "/var", "/private/var", "--symlink", "/var/mobile", "/mobile"});
-  const bool isWritable = request.theosAccess == Options::Theos::Writable;
-  add(list, {isWritable ? "--bind" : "--ro-bind", request.theos.string(), "/opt/theos"});
-  if (request.theosLibraries < 0) return;
+  add(list, {request.isTheosWritable ? "--bind" : "--ro-bind", request.theos.string(), "/opt/theos"});
+  if (!request.hasOwnLibraries) return;
   add(list, {"--ro-bind", request.theos.string(), "/.host/theos"});
-  add(list, {"--bind-fd", std::to_string(request.theosLibraries), "/opt/theos/lib"});
+  add(list, {"--bind-fd", std::to_string(request.folders.theosLibraries.get()), "/opt/theos/lib"});
 }
 
 std::string accounts(const Account& account) {
   const std::string user = std::to_string(account.user);
   const std::string group = std::to_string(account.group);
-  return "root:x:0:0:root:/var/root:/bin/sh\n"
-         "mobile:x:" +
-         user + ":" + group +
-         ":Mobile User:/var/mobile:/bin/sh\n"
-         "nobody:x:65534:65534:nobody:/nonexistent:/usr/sbin/nologin\n";
+  return "root:x:0:0:root:/var/root:/bin/sh\nmobile:x:" + user + ":" + group +
+         ":Mobile User:/var/mobile:/bin/sh\nnobody:x:65534:65534:nobody:/nonexistent:/usr/sbin/nologin\n";
 }
 
 std::string groups(const Account& account) {
@@ -125,14 +121,14 @@ std::string fontConfiguration(const std::vector<std::string>& rules) {
   return text + "</fontconfig>\n";
 }
 
-std::map<std::string, std::string> deviceDataFiles(const Account& account, Options::Network network) {
+std::map<std::string, std::string> deviceDataFiles(const Account& account, bool hasNetwork) {
   std::map<std::string, std::string> files{
       {"/etc/passwd", accounts(account)},
       {"/etc/group", groups(account)},
       {"/etc/nsswitch.conf", "passwd: files\ngroup: files\nhosts: files dns\n"},
       {"/.host/fonts.conf", fontConfiguration(fontRules())},
   };
-  if (network == Options::Network::On) {
+  if (hasNetwork) {
     for (const char* path : {"/etc/resolv.conf", "/etc/hosts"}) files[path] = contentOf(path);
   } else {
     files["/etc/hosts"] = "127.0.0.1 localhost device\n::1 localhost\n";

@@ -20,26 +20,32 @@ struct Shown {
   std::string path;
 };
 
+// The device's folders on the host, opened O_PATH, owned by its user and no links.
+struct DeviceFolders {
+  Descriptor applications;
+  Descriptor var;
+  Descriptor userPrograms;
+  Descriptor shellPrograms;
+  Descriptor theosLibraries;
+};
+
 // Everything that decides what the device looks like. Descriptors stay open until bubblewrap has read them.
 struct Request {
-  // The device's folders, opened O_PATH.
-  int applications = -1;
-  int var = -1;
-  int userPrograms = -1;
-  int shellPrograms = -1;
-  // Shown as the folder lib of a read-only Theos, which must have one; -1 shows Theos's own.
-  int theosLibraries = -1;
+  const DeviceFolders& folders;
+  // Whether the device's own folder of libraries is shown as the folder lib of a read-only Theos, which must
+  // have one.
+  bool hasOwnLibraries = false;
   // Tweakbench's own files on the host.
-  fs::path ownFiles;
-  fs::path theos;
-  Options::Theos theosAccess = Options::Theos::ReadOnly;
-  Options::Network network = Options::Network::Off;
-  Environment environment;
-  std::vector<Shown> rootLinks;
-  std::vector<DataFile> dataFiles;
-  std::vector<Shown> sockets;
+  fs::path ownFiles{};
+  fs::path theos{};
+  bool isTheosWritable = false;
+  bool hasNetwork = false;
+  Environment environment{};
+  std::vector<Shown> rootLinks{};
+  std::vector<DataFile> dataFiles{};
+  std::vector<Shown> sockets{};
   // Descriptors that the program in the device gets under the same numbers.
-  std::vector<int> passedOn;
+  std::vector<int> passedOn{};
   // Where bubblewrap tells the number of the device's first process.
   int statusOutput = -1;
 };
@@ -49,7 +55,7 @@ std::vector<std::string> bwrapArguments(const Request& request);
 
 // The contents of the data files by path: accounts, name service, fonts; with the network also what resolves
 // names.
-std::map<std::string, std::string> deviceDataFiles(const Account& account, Options::Network network);
+std::map<std::string, std::string> deviceDataFiles(const Account& account, bool hasNetwork);
 
 // The configuration that makes fontconfig use the host's fonts and its ready cache, and nothing that the
 // device can write. `rules` are the configuration files to include.

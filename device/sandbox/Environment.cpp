@@ -146,7 +146,7 @@ fs::path findTheos(const Options& options, const Environment& caller, const fs::
       throw Refusal(candidate.string() +
                     " is not a Theos: it has no makefiles/common.mk; give Theos's own folder.");
   }
-  if (options.theosAccess == Options::Theos::Writable) {
+  if (options.isTheosWritable) {
     throw Refusal("--writable-theos needs a Theos, and none was found; give its folder with --theos.");
   }
   return {};

@@ -78,7 +78,7 @@ class Signals {
 // One run, from the start of bubblewrap to the end of the device's last process.
 class Run {
  public:
-  Run(Relay::Streams streams, SystemLog& log, Opener* opener, SingleWindow* window)
+  Run(Relay::Streams streams, SystemLog& log, Opener& opener, SingleWindow& window)
       : relay_(streams), terminal_(relay_.terminal()), log_(log), opener_(opener), window_(window) {}
 
   void start(const fs::path& bubblewrap, Request& request, const Program& program) {
@@ -101,10 +101,10 @@ class Run {
                                                       : terminalInBackground);
     start.words.push_back(program.isFiltered ? filteredStart : unfilteredStart);
     start.words.insert(start.words.end(), program.command.begin(), program.command.end());
-    for (int descriptor : {request.applications, request.var, request.userPrograms, request.shellPrograms,
-                           request.theosLibraries, arguments.get(), request.statusOutput,
-                           opener_ != nullptr ? opener_->applicationEnd().get() : -1,
-                           window_ != nullptr ? window_->applicationEnd().get() : -1}) {
+    const auto& [applications, var, userPrograms, shellPrograms, theosLibraries] = request.folders;
+    for (int descriptor : {applications.get(), var.get(), userPrograms.get(), shellPrograms.get(),
+                           theosLibraries.get(), arguments.get(), request.statusOutput,
+                           opener_.applicationEnd().get(), window_.applicationEnd().get()}) {
       if (descriptor >= 0) start.passed.push_back(descriptor);
     }
     for (const auto& file : request.dataFiles) start.passed.push_back(file.content);
@@ -125,8 +125,8 @@ class Run {
     childEnd_ = endOf(child_);
     for (Pipe* pipe : {&reports_, &status_, &messages_}) pipe->writeEnd.close();
     orders_.readEnd.close();
-    if (opener_ != nullptr) opener_->applicationEnd().close();
-    if (window_ != nullptr) window_->applicationEnd().close();
+    opener_.applicationEnd().close();
+    window_.applicationEnd().close();
     const int isReduced = program.beforeStart && program.beforeStart() ? 1 : 0;
     relay_.start();
     order(StartOrder::Kind::Begin, isReduced);
@@ -135,15 +135,11 @@ class Run {
   Ending watch() {
     const auto limit = Clock::now() + startLimit;
     while (!hasEnded_) {
-      int wait = -1;
-      if (!isStarted_) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(limit - Clock::now());
-        wait = static_cast<int>(std::max<long>(0, left.count()));
-      }
-      if (serve(wait) == 0 && !isStarted_ && Clock::now() >= limit) {
-        isTooSlow_ = true;
-        stop();
-      }
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(limit - Clock::now()).count();
+      serve(isStarted_ ? -1 : static_cast<int>(std::max<long>(0, left)));
+      if (hasEnded_ || isStarted_ || Clock::now() < limit) continue;
+      isTooSlow_ = true;
+      stop();
     }
     if (!isAlone_) {
       waitpid(child_, nullptr, 0);
@@ -158,25 +154,22 @@ class Run {
   }
 
  private:
-  // Serves what happens within `wait` milliseconds (-1: for ever); returns how many sources had something.
-  int serve(int wait) {
+  // Serves what happens within `wait` milliseconds (-1: for ever).
+  void serve(int wait) {
     std::vector<pollfd> watched;
     for (int source : {childEnd_.get(), reports_.readEnd.get(), status_.readEnd.get(),
                        messages_.readEnd.get(), signals_.descriptor(), log_.descriptor()}) {
       watched.push_back({source, POLLIN, 0});
     }
     if (terminal_ != nullptr) terminal_->addTo(watched);
-    if (opener_ != nullptr) {
-      opener_->addTo(watched);
-      const int patience = opener_->patience();
-      if (patience >= 0) wait = wait < 0 ? patience : std::min(wait, patience);
-    }
-    if (window_ != nullptr) window_->addTo(watched);
-    const int ready = poll(watched.data(), watched.size(), wait);
-    if (opener_ != nullptr && ready >= 0) opener_->serve();
-    if (window_ != nullptr && ready > 0) window_->serve();
+    opener_.addTo(watched);
+    window_.addTo(watched);
+    if (const int patience = opener_.patience(); patience >= 0)
+      wait = wait < 0 ? patience : std::min(wait, patience);
+    poll(watched.data(), watched.size(), wait);
+    opener_.serve();
+    window_.serve();
     reapAdopted();
-    if (ready <= 0) return ready;
     if (watched[0].revents != 0) hasEnded_ = true;
     if (watched[1].revents != 0) takeReports();
     if (watched[2].revents != 0) takeStatus();
@@ -187,14 +180,13 @@ class Run {
       terminal_->leave();
       order(StartOrder::Kind::Continue, 0);
     }
-    return ready;
   }
 
   // What opener programs leave running becomes this process's child, and nobody else's to wait for.
   void reapAdopted() {
     siginfo_t ended{};
     while (waitid(P_ALL, 0, &ended, WEXITED | WNOHANG | WNOWAIT) == 0 && ended.si_pid != 0) {
-      if (ended.si_pid == child_ || (opener_ != nullptr && opener_->hasStarted(ended.si_pid))) return;
+      if (ended.si_pid == child_ || opener_.hasStarted(ended.si_pid)) return;
       waitpid(ended.si_pid, nullptr, 0);
       ended = {};
     }
@@ -337,8 +329,8 @@ class Run {
   Terminal* terminal_;
   SystemLog& log_;
   Signals signals_{terminal_ != nullptr};
-  Opener* opener_;
-  SingleWindow* window_;
+  Opener& opener_;
+  SingleWindow& window_;
   std::string message_;
   std::optional<int> startError_;
   std::optional<int> endStatus_;
@@ -365,7 +357,7 @@ std::string firstLine(const std::string& message) {
 }  // namespace
 
 Ending runInDevice(const fs::path& bubblewrap, Request request, const Program& program, SystemLog& log,
-                   Opener* opener, SingleWindow* window) {
+                   Opener& opener, SingleWindow& window) {
   Run run(program.streams, log, opener, window);
   run.start(bubblewrap, request, program);
   return run.watch();

@@ -37,10 +37,10 @@ struct Ending {
 
 // To be called from the main thread of a process without other threads: the device ends with that thread.
 // Returns when no process of the device is left. `request.statusOutput` is filled in here. Meanwhile `log` is
-// passed on, and `opener` and `window`, which may be null, serve the program. Throws Refusal if the device
+// passed on, and `opener` and `window` serve the program if they are connected. Throws Refusal if the device
 // could not be set up.
 Ending runInDevice(const fs::path& bubblewrap, Request request, const Program& program, SystemLog& log,
-                   Opener* opener = nullptr, SingleWindow* window = nullptr);
+                   Opener& opener, SingleWindow& window);
 
 // The kernel's switches for user namespaces; absent where the kernel has none.
 struct NamespaceSettings {

@@ -4,7 +4,6 @@
 #include "device/Visible.h"
 
 #include <X11/Xauth.h>
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>

@@ -1,9 +1,9 @@
 // The standard streams of what runs in the device, joined with the caller's.
 #pragma once
 
-#include "device/session/Pump.h"
 #include "device/session/Terminal.h"
 
+#include <memory>
 #include <optional>
 #include <poll.h>
 #include <vector>
@@ -12,8 +12,10 @@
 // for writing, or the folder with all that is in it. It gets pipes, and for a terminal one of the device's
 // own. What is not read of a file is given back, so that a script's next command finds it; of a pipe it
 // cannot be.
+class Pump;
 class Relay {
  public:
+  enum class Bytes;
   enum class Streams {
     // All of the caller's.
     Caller,
@@ -45,23 +47,16 @@ class Relay {
   void finish();
 
  private:
-  struct Way {
-    Descriptor source;
-    Descriptor target;
-    Pump::Bytes bytes;
-  };
   void makeInput();
-  // The device's end of a way to the caller's `stream`.
-  Descriptor makeOutput(int stream, Pump::Bytes bytes);
+  // The device's end of a pipe or terminal whose other end leads to the caller's `stream`.
+  Descriptor makeOutput(int stream, Bytes bytes);
 
   Descriptor input_;
   Descriptor output_;
   Descriptor errors_;
   std::optional<Terminal> terminal_;
-  std::vector<Way> ways_;
-  std::optional<Way> inward_;
+  std::shared_ptr<Pump> inward_;
   // Of an input that is given back, to count what the device left.
   Descriptor reader_;
-  std::optional<Pump> inwardPump_;
-  std::vector<Pump> pumps_;
+  std::vector<std::shared_ptr<Pump>> outward_;
 };

@@ -1,5 +1,7 @@
 #include "device/session/SingleWindow.h"
 
+#include "core/LauncherContract.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/socket.h>

@@ -1,7 +1,6 @@
 // One window for a device: a second start brings the window of the first one forward.
 #pragma once
 
-#include "core/LauncherContract.h"
 #include "device/Process.h"
 
 #include <optional>

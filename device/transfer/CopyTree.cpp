@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -40,8 +39,8 @@ class Copy {
 
   void entry(int source, int target, const std::string& entry, const fs::path& at, int depth) {
     reader_.assume();
-    struct stat status {};
-    if (fstatat(source, entry.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) fail(at, "could not be read:");
+    const struct stat status = statusOf(source, entry);
+    if (status.st_mode == 0) fail(at, "could not be read:");
     switch (status.st_mode & S_IFMT) {
       case S_IFDIR: {
         const Descriptor from = openFolderBeneath(source, entry);
@@ -93,12 +92,10 @@ class Copy {
     for (off_t done = 0; done < size;) {
       off_t start = lseek(from, done, SEEK_DATA);
       if (start < 0 && errno == ENXIO) break;
-      off_t end = size;
-      if (start < 0) {
-        start = done;
-      } else if (const off_t hole = lseek(from, start, SEEK_HOLE); hole >= 0) {
-        end = std::min(hole, size);
-      }
+      // A file system that knows no holes has data everywhere.
+      start = std::max(start, done);
+      const off_t hole = lseek(from, start, SEEK_HOLE);
+      const off_t end = hole < 0 ? size : std::min(hole, size);
       while (start < end) {
         if (rules_.pause) rules_.pause();
         const auto wanted = static_cast<std::size_t>(std::min<off_t>(end - start, copiedAtOnce));
@@ -106,21 +103,13 @@ class Copy {
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) fail(at, "could not be read:");
         if (got == 0) throw Refusal("The entry " + name(at) + " changed while it was copied.");
-        write(to, static_cast<std::size_t>(got), start, at);
+        if (!writeAt(to, {piece_.data(), static_cast<std::size_t>(got)}, start))
+          fail(at, "could not be written:");
         start += got;
       }
       done = std::max(end, start);
     }
     if (ftruncate(to, size) != 0) fail(at, "could not be written:");
-  }
-
-  void write(int to, std::size_t size, off_t start, const fs::path& at) const {
-    for (std::size_t done = 0; done < size;) {
-      const ssize_t written = pwrite(to, piece_.data() + done, size - done, start + static_cast<off_t>(done));
-      if (written < 0 && errno == EINTR) continue;
-      if (written <= 0) fail(at, "could not be written:");
-      done += static_cast<std::size_t>(written);
-    }
   }
 
   void link(int source, int target, const std::string& entry, const fs::path& at, int depth) {

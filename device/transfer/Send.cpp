@@ -59,27 +59,24 @@ class Connection {
         visible(replaceAll(readBeneath(folder.get(), "log", longestLog).value_or(""), "\r", ""), "\n\t");
     std::cerr << log;
     if (hasAny(log, {"Host key verification failed", "IDENTIFICATION HAS CHANGED"})) {
-      throw NotSent{
-          LoginRefused,
-          "The key of " + phone_.host +
-              " is not known or has changed; connect to it once with ssh and see whether it is your "
-              "phone."};
+      throw NotSent{LoginRefused, "The key of " + phone_.host +
+                                      " is not known or has changed; connect to it once with ssh and see "
+                                      "whether it is your phone."};
     }
     if (hasAny(log, {"Permission denied", "Too many authentication"})) {
       throw NotSent{LoginRefused, phone_.host + " refused the login of " + phone_.user +
                                       "; see whether \"ssh " + phone_.user + "@" + phone_.host + "\" works."};
     }
-    throw NotSent{
-        Unreachable,
-        phone_.host +
-            " cannot be reached; see whether the phone is awake, in this network, and runs OpenSSH."};
+    throw NotSent{Unreachable, phone_.host +
+                                   " cannot be reached; see whether the phone is awake, in this "
+                                   "network, and runs OpenSSH."};
   }
 
   // By the old protocol of scp, since phones often have an SSH server without sftp.
   int copy(const Descriptor& package, const std::string& target) const {
     const bool isAddress = phone_.host.find(':') != std::string::npos;
     return run(scp_,
-               {"-O", "--", "/proc/self/fd/" + std::to_string(package.get()),
+               {"-O", "--", pathOf(package.get()),
                 (isAddress ? "[" + phone_.host + "]:" : phone_.host + ":") + target},
                STDERR_FILENO, STDERR_FILENO, {package.get()});
   }
@@ -128,16 +125,12 @@ bool isName(const std::string& text, const char* others) {
 }  // namespace
 
 Phone phoneFor(const std::string& typed, const Environment& caller) {
-  const auto at = typed.rfind('@');
-  Phone phone;
-  phone.host = at == std::string::npos ? typed : typed.substr(at + 1);
-  phone.user =
-      at == std::string::npos ? lookUp(caller, "THEOS_DEVICE_USER").value_or("root") : typed.substr(0, at);
-  phone.port = lookUp(caller, "THEOS_DEVICE_PORT").value_or("");
-  if (typed.empty()) {
-    phone.host = lookUp(caller, "THEOS_DEVICE_IP").value_or("");
-    if (phone.host.empty()) throw Refusal("Which phone? Give USER@HOST, or set THEOS_DEVICE_IP.");
-  }
+  const std::string whole = typed.empty() ? lookUp(caller, "THEOS_DEVICE_IP").value_or("") : typed;
+  if (whole.empty()) throw Refusal("Which phone? Give USER@HOST, or set THEOS_DEVICE_IP.");
+  const auto at = whole.rfind('@');
+  const bool hasUser = at != std::string::npos;
+  Phone phone{hasUser ? whole.substr(0, at) : lookUp(caller, "THEOS_DEVICE_USER").value_or("root"),
+              hasUser ? whole.substr(at + 1) : whole, lookUp(caller, "THEOS_DEVICE_PORT").value_or("")};
   if (phone.host.starts_with('[') && phone.host.ends_with(']'))
     phone.host = phone.host.substr(1, phone.host.size() - 2);
   if (!isName(phone.host, "._-:%"))
@@ -163,7 +156,7 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
   if (!package) throw Refusal("The project " + project + " has no package; tweakbench build makes one.");
   transfer.host.assume();
   const Connection connection(phone, caller);
-  std::cerr << "tweakbench: Sending " << name << " to " << phone.user << "@" << phone.host << ".\n";
+  say("Sending " + name + " to " + phone.user + "@" + phone.host + ".");
   try {
     connection.establish();
     const std::string target = nameOnPhone();
@@ -187,10 +180,10 @@ int sendPackage(const Transfer& transfer, const std::string& project, const Phon
           name + " could not be installed: " + (isRoot ? "dpkg" : "sudo or dpkg") + " on " + phone.host +
               (status == 127 ? " is missing" : " ended with status " + std::to_string(status)) + "."};
     }
-    std::cerr << "tweakbench: " << name << " is installed on " << phone.host << ".\n";
+    say(name + " is installed on " + phone.host + ".");
     return 0;
   } catch (const NotSent& failure) {
-    std::cerr << "tweakbench: " << failure.sentence << "\n";
+    say(failure.sentence);
     return failure.status;
   }
 }

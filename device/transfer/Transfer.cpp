@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <fcntl.h>
-#include <random>
-#include <regex>
 #include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -18,8 +16,8 @@ namespace {
 
 constexpr std::size_t longestMakefile = 1 << 20;
 
-fs::path pathOf(int folder) {
-  return fs::read_symlink("/proc/self/fd/" + std::to_string(folder));
+fs::path pathOnHost(int folder) {
+  return fs::read_symlink(pathOf(folder));
 }
 
 bool isWithin(const fs::path& path, const fs::path& folder) {
@@ -36,7 +34,7 @@ Descriptor openHostFolder(const fs::path& path) {
 void requireOutside(int folder, const fs::path& path, const fs::path& device) {
   std::error_code error;
   const fs::path whole = fs::weakly_canonical(device, error);
-  if (isWithin(pathOf(folder), whole)) {
+  if (isWithin(pathOnHost(folder), whole)) {
     throw Refusal(visible(path.string()) + " is in the device; use a folder outside it.");
   }
 }
@@ -49,7 +47,7 @@ fs::path withoutTrailingSlash(const fs::path& path) {
 std::string nameOf(int folder, const fs::path& typed) {
   const std::string name = withoutTrailingSlash(typed).filename();
   const bool isEntry = !name.empty() && name != "." && name != "..";
-  return isEntry ? name : pathOf(folder).filename().string();
+  return isEntry ? name : pathOnHost(folder).filename().string();
 }
 
 // A new folder under a name of its own, which gets its real name when everything is in it, or is deleted.
@@ -58,14 +56,9 @@ class Unfinished {
   // `name` is the beginning of the folder's own.
   Unfinished(int parent, const std::string& name, const Rights& rights) : parent_(parent), rights_(rights) {
     rights_.assume();
-    std::random_device random;
-    int made = 0;
-    // Whatever has the name already is somebody else's.
-    do {
-      name_ = name + std::to_string(random());
-      made = mkdirat(parent_, name_.c_str(), 0700);
-    } while (made != 0 && errno == EEXIST);
-    if (made != 0) refuseWithError("The copy could not be made:");
+    std::string path = pathOf(parent_) + "/" + name + "XXXXXX";
+    if (mkdtemp(path.data()) == nullptr) refuseWithError("The copy could not be made:");
+    name_ = fs::path(path).filename();
     folder_ = openFolderBeneath(parent_, name_);
     if (!folder_) refuseWithError("The copy could not be made:");
     // A start of the device clears away what nobody locks.
@@ -77,7 +70,7 @@ class Unfinished {
       rights_.assume();
       std::error_code left;
       // Works on descriptors below the first folder.
-      fs::remove_all(fs::path("/proc/self/fd") / std::to_string(parent_) / name_, left);
+      fs::remove_all(fs::path(pathOf(parent_)) / name_, left);
     } catch (const Refusal&) {
     }
   }
@@ -126,8 +119,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
   // A build may have put anything there; the project goes out without it.
   if (!from) return {ownPackages};
   transfer.host.assume();
-  if (mkdirat(copy, ownPackages, 0700) != 0) refuseWithError("The packages could not be written:");
-  const Descriptor to = openFolderBeneath(copy, ownPackages);
+  const Descriptor to = makeFolderBeneath(copy, ownPackages);
   if (!to) refuseWithError("The packages could not be written:");
   auto leftOut = copyTree({from.get(), transfer.inDevice}, {to.get(), transfer.host},
                           {CopiedLinks::Inside, transfer.umask, transfer.pause});
@@ -141,8 +133,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
 // would take those in the project for its own. Packages of the same names that are there already
 // stay instead. Returns what is left out.
 std::vector<std::string> movePackages(const Transfer& transfer, const std::string& name, int from) {
-  const fs::path path = fs::path(packagesFolder) / name;
-  const Descriptor to = makeFolderBeneath(transfer.var.get(), path);
+  const Descriptor to = makeFolderBeneath(transfer.var.get(), fs::path(packagesFolder) / name);
   std::vector<std::string> leftOut;
   for (const auto& each : namesInOrNone(from)) {
     if (!to || !renameToNew(from, each, to.get(), each))
@@ -159,25 +150,36 @@ struct FixedTheos {
   std::string place;
 };
 
-// The last assignment that always counts. Absent where THEOS is left to the environment ("?="), or is set in
-// a conditional. A line that begins with a tab is the shell's.
+// What the line of a Makefile sets THEOS to; absent where it sets something else, or leaves THEOS to the
+// environment ("?=").
+std::optional<std::string_view> theosSetIn(std::string_view line) {
+  const auto skip = [&line](std::string_view word) {
+    if (!line.starts_with(word)) return false;
+    line = trimmed(line.substr(word.size()), " \t");
+    return true;
+  };
+  while (skip("export ") || skip("export\t") || skip("override ") || skip("override\t")) {
+  }
+  if (!skip("THEOS")) return std::nullopt;
+  while (skip(":")) {
+  }
+  return skip("=") ? std::optional(trimmed(line.substr(0, line.find('#')))) : std::nullopt;
+}
+
+// The last assignment that always counts; absent where there is none, or only in conditionals. A line that
+// begins with a tab is the shell's.
 std::optional<FixedTheos> fixedTheos(const std::string& makefile) {
-  static const std::regex assigned(
-      "(?:(?:export|override)[ \\t]+)*THEOS[ \\t]*:{0,2}=[ \\t]*([^#]*?)[ \\t]*(?:#.*)?");
-  static const std::regex opening(" *(ifdef|ifndef|ifeq|ifneq)[ (].*");
   std::optional<FixedTheos> found;
   int conditionals = 0;
   std::istringstream lines(makefile);
   std::string line;
   for (int number = 1; std::getline(lines, line); ++number) {
-    // std::regex recurses once per character.
-    line.resize(std::min<std::size_t>(line.size(), 4000));
     line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
-    if (line.ends_with('\r')) line.pop_back();
-    std::smatch parts;
-    if (std::regex_match(line, opening)) ++conditionals;
+    for (const char* opening : {"ifdef", "ifndef", "ifeq", "ifneq"})
+      conditionals += line.starts_with(opening) ? 1 : 0;
     if (line.starts_with("endif") && conditionals > 0) --conditionals;
-    if (conditionals == 0 && std::regex_match(line, parts, assigned)) found = FixedTheos{number, parts[1]};
+    const auto place = theosSetIn(line);
+    if (conditionals == 0 && place) found = FixedTheos{number, std::string(*place)};
   }
   return found;
 }
@@ -224,16 +226,15 @@ Transferred importProject(const Transfer& transfer, const fs::path& source, Exis
   requireProjectName(name);
   requireOutside(from.get(), source, transfer.device);
   std::error_code error;
-  if (isWithin(fs::weakly_canonical(transfer.device, error), pathOf(from.get()))) {
+  if (isWithin(fs::weakly_canonical(transfer.device, error), pathOnHost(from.get()))) {
     throw Refusal(visible(source.string()) +
                   " contains the device, so a copy would never end; copy another folder.");
   }
   const Descriptor projects = makeInDevice(transfer, projectsFolder);
   const Descriptor beside = makeInDevice(transfer, besideProjects);
-  const bool isReplaced = existing == Existing::Replaced && exists(projects.get(), name);
-  if (!isReplaced && exists(projects.get(), name)) {
+  const bool isReplaced = exists(projects.get(), name);
+  if (isReplaced && existing == Existing::Refused)
     throw Refusal("There is a project " + name + " in the device already; import --replace replaces it.");
-  }
   Transferred done{name};
   Unfinished copy(beside.get(), ".import-", transfer.inDevice);
   done.leftOut = copyTree({from.get(), transfer.host}, {copy.folder(), transfer.inDevice},
@@ -301,5 +302,5 @@ Transferred exportProject(const Transfer& transfer, const std::string& name, con
                           {CopiedLinks::Inside, transfer.umask, transfer.pause});
   for (auto& each : addPackages(transfer, name, copy.folder())) leftOut.push_back(std::move(each));
   copy.finish(into.get(), copyName, 0777 & ~transfer.umask);
-  return {(pathOf(into.get()) / copyName).string(), std::move(leftOut)};
+  return {(pathOnHost(into.get()) / copyName).string(), std::move(leftOut)};
 }

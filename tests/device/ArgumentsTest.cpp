@@ -9,12 +9,8 @@ namespace {
 using Words = std::vector<std::string>;
 
 Request plainRequest() {
-  Request request;
-  request.applications = 11;
-  request.var = 12;
-  request.userPrograms = 13;
-  request.shellPrograms = 14;
-  request.theosLibraries = 15;
+  static const DeviceFolders none;
+  Request request{none, true};
   request.ownFiles = "/own files";
   request.theos = "/srv/theos";
   request.environment = {{"HOME", "/var/mobile"}};
@@ -67,13 +63,13 @@ TEST(Arguments, NothingIsMountedBelowWhatTheDeviceCanWrite) {
 
 TEST(Arguments, OptionsOpenOnlyWhatTheyName) {
   const Words plain = bwrapArguments(plainRequest());
-  Request request = plainRequest();
-  request.network = Options::Network::On;
-  const Words networked = bwrapArguments(request);
+  Request open = plainRequest();
+  open.hasNetwork = true;
+  const Words networked = bwrapArguments(open);
   EXPECT_EQ(networked.size(), plain.size() - 1);
   EXPECT_EQ(std::count(networked.begin(), networked.end(), "--unshare-net"), 0);
-  request = plainRequest();
-  request.theosAccess = Options::Theos::Writable;
+  Request request = plainRequest();
+  request.isTheosWritable = true;
   Words writable = bwrapArguments(request);
   EXPECT_TRUE(holds(writable, {"--bind", "/srv/theos", "/opt/theos"}));
   std::replace(writable.begin(), writable.end(), std::string("--bind"), std::string("--ro-bind"));

@@ -85,7 +85,7 @@ TEST(Environment, DeviceAndTheosAreLookedForInOrder) {
 TEST(DataFiles, FontsComeFromTheHostAlone) {
   EXPECT_NE(fontConfiguration({"/etc/fonts/conf.d/60-latin.conf"}).find(">/etc/fonts/conf.d/60-latin.conf<"),
             std::string::npos);
-  for (const auto& [path, content] : deviceDataFiles({1000, 1000, "/home/me"}, Options::Network::Off)) {
+  for (const auto& [path, content] : deviceDataFiles({1000, 1000, "/home/me"}, false)) {
     EXPECT_EQ(content.find("50-user"), std::string::npos) << path;
     EXPECT_NE(path, "/etc/resolv.conf");
   }

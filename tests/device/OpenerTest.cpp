@@ -37,7 +37,7 @@ class OpenerTest : public testing::Test {
     fs::create_directory(device / "Applications");
     folder_ = Descriptor(open(device.path().c_str(), O_PATH | O_DIRECTORY));
     program("for a; do printf '%s\\n' \"$a\" >> \"$OUT\"; done; ls \"$1\" >> \"$OUT\" 2> /dev/null; true");
-    opener_.emplace(setting());
+    opener_.emplace(setting()).connect();
   }
 
   void program(const std::string& body) {
@@ -131,7 +131,7 @@ TEST(ShownFolders, WhatAProcessLeftThatIsGoneIsRemovedAndNothingElse) {
   fs::create_directory_symlink(home.path(), temporary / "tweakbench-folders-link");
   ShownFolders living(temporary.path());
   const fs::path shown = living.show(Descriptor(open(home.path().c_str(), O_PATH | O_DIRECTORY)), "P");
-  const ShownFolders next(temporary.path());
+  ShownFolders(temporary.path()).removeLeft();
   EXPECT_FALSE(fs::exists(left));
   EXPECT_EQ(fileAt(shown / "precious"), "kept") << "of one that lives";
   EXPECT_EQ(fileAt(temporary / "tweakbench-folders-mine/1/notes"), "kept");
@@ -157,7 +157,7 @@ TEST_F(OpenerTest, FilesAndLinksAreRefused) {
   mkfifo((device / "var/pipe").c_str(), 0600);
   fs::create_directory(home / "folder");
   for (const char* path : {"run.desktop", "link", "link/", "link/folder", "file-link", "pipe"}) {
-    opener_.emplace(setting());
+    opener_.emplace(setting()).connect();
     EXPECT_EQ(ask(std::string("filza:///var/") + path), Verdict::Refused) << path;
     EXPECT_NE(log().find(std::string("Refused (not a folder of the device): filza:///var/") + path + "\n"),
               std::string::npos)
@@ -181,7 +181,7 @@ TEST_F(OpenerTest, AProgramThatRunsOnHasOpened) {
   program("exec cat \"$(dirname \"$OUT\")/end\"");
   Opener::Setting hasty = setting();
   hasty.soonEnough = std::chrono::milliseconds(50);
-  opener_.emplace(std::move(hasty));
+  opener_.emplace(std::move(hasty)).connect();
   const auto asked = std::chrono::steady_clock::now();
   EXPECT_EQ(ask("https://example.com/"), Verdict::Opened);
   EXPECT_GE(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(50));

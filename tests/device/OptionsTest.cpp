@@ -30,9 +30,8 @@ TEST(Options, ACommandLineSaysWhatIsDoneOrWhyNot) {
 TEST(Options, EveryWallStaysUnlessAnOptionOpensIt) {
   const auto walls = [](const Words& words) {
     const Options options = parse(words);
-    EXPECT_EQ(options.filter, Options::Filter::On);
-    return std::pair(options.theosAccess == Options::Theos::ReadOnly,
-                     options.network == Options::Network::Off);
+    EXPECT_TRUE(options.isFiltered);
+    return std::pair(!options.isTheosWritable, !options.hasNetwork);
   };
   EXPECT_EQ(walls({}), std::pair(true, true));
   EXPECT_EQ(walls({"--device=/a b", "--theos", "t", "--writable-theos", "shell"}), std::pair(false, true));
