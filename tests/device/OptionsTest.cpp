@@ -39,14 +39,4 @@ TEST(Options, EveryWallStaysUnlessAnOptionOpensIt) {
   EXPECT_EQ(parse({"--device=/a b"}).device, "/a b");
 }
 
-TEST(Options, CopiesNameTheirEnds) {
-  const Options in = parse({"--device", "d", "import", "--", "--odd"});
-  EXPECT_EQ(in.action, Options::Action::Import);
-  EXPECT_EQ(in.hostPath, "--odd");
-  EXPECT_FALSE(in.isReplacing);
-  EXPECT_TRUE(parse({"import", "--replace", "a"}).isReplacing);
-  const Options out = parse({"export", "My", "a b"});
-  EXPECT_EQ(out.project + "|" + out.hostPath.string(), "My|a b");
-}
-
 }  // namespace

@@ -75,22 +75,4 @@ TEST_F(HostOpenerTest, SendsNothingThatIsTooLong) {
               ElementsAre(testing::HasSubstr("xxx"), testing::HasSubstr("https://[example")));
 }
 
-TEST_F(HostOpenerTest, WithoutALauncherEveryURLIsUnavailable) {
-  std::vector<std::string> told;
-  const auto tell = [&told](const QUrl& url, const QString&) {
-    told.push_back(url.toString().toStdString());
-  };
-  HostOpener alone(tell);
-  const int file = ::open("/dev/null", O_RDWR);
-  for (int other : {-1, file}) {
-    alone.connectTo(other);
-    EXPECT_FALSE(alone.open(QUrl("https://example.com/")));
-  }
-  close(file);
-  // The launcher's end is closed.
-  shutdown(ends_[1], SHUT_RDWR);
-  EXPECT_FALSE(opener_.open(QUrl("https://example.org/")));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return told.size() == 2 && unavailable_.size() == 1; }));
-}
-
 }  // namespace

@@ -138,21 +138,6 @@ TEST_F(Presenting, RefusesWhatIsAlreadyShownOrHasNoPlace) {
   root->dismissViewControllerAnimated(false);
 }
 
-TEST_F(Presenting, TakesAWholeTowerAwayAtOnce) {
-  auto child = std::make_shared<Recorder>("child", log);
-  auto grandchild = std::make_shared<Recorder>("grandchild", log);
-  root->presentViewController(child, false);
-  child->presentViewController(grandchild, false);
-  root->dismissViewControllerAnimated(false, note("dismissed"));
-  EXPECT_EQ(window->topViewController(), root);
-  EXPECT_TRUE(root->view()->isVisible());
-  EXPECT_EQ(child->presentedViewController(), nullptr);
-  EXPECT_EQ(log.back(), "dismissed");
-  // With nothing left to dismiss, nothing is reported.
-  root->dismissViewControllerAnimated(false, note("never"));
-  EXPECT_EQ(log.back(), "dismissed");
-}
-
 TEST_F(Presenting, SurvivesAnyEndInTheMiddleOfAMotion) {
   setMotionEnabled(true);
   root->presentViewController(std::make_shared<Recorder>("child", log), true, note("never"));

@@ -1,20 +1,16 @@
 // Stands in the application's place when the launcher opens it: the same screens, and a finger on them that
 // does what /var/tmp/step in the device says.
-#include "core/FileManager.h"
 #include "core/History.h"
-#include "core/run_cmd.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
-#include "support/TemporaryFolder.h"
+#include "support/Operations.h"
 #include "tour/Finger.h"
 #include "ui/Localized.h"
 #include "ui/screens/AppDelegate.h"
-#include "workspace/CurrentProject.h"
-#include "workspace/ProjectFiles.h"
-#include "workspace/Projects.h"
 
 #include <cstdlib>
+#include <tuple>
 
 #include <QPlainTextEdit>
 
@@ -42,30 +38,27 @@ void putProject(const std::string& name, const std::string& file) {
 
 // Loses something of each project in the way that it is named after; a moment later all of them are gone.
 void destroy() {
-  putProject("Deleted", "file");
-  deleteListedProject();
-  putProject("FileDeleted", "file");
-  deleteProjectFile("file");
-  putProject("CreatedOver", "control");
-  createProject("CreatedOver");
-  putProject("FileRenamed", "file");
-  putFile("/var/Tweakyard/Projects/FileRenamed/other", "other");
-  renameFile("other", "file");
-  putProject("Renamed", "file");
-  renameProject("FileRenamed");
-  putProject("Header", "known.h");
-  createHeader("known");
-  putProject("Restored", "file");
-  putFile("/var/mobile/Documents/TweakbenchBackups/Restored/file", "older");
-  restoreBackup("Restored");
-  putFile("/var/Tweakyard/Projects/Saved/file", "\xff, so no text to edit\nall of Saved\n");
+  const std::string projects = "/var/Tweakyard/Projects/", documents = "/var/mobile/Documents/";
+  putFile(projects + "FileRenamed/other", "other");
+  putFile(documents + "TweakbenchBackups/Restored/file", "older");
+  const std::tuple<const char*, const char*, const char*> ways[] = {
+      {"Deleted", "file", "delete listed"},
+      {"FileDeleted", "file", "delete file file"},
+      {"CreatedOver", "control", "create CreatedOver"},
+      {"FileRenamed", "file", "rename file other -> file"},
+      {"Renamed", "file", "rename FileRenamed"},
+      {"Header", "known.h", "header known"},
+      {"Restored", "file", "restore Restored"}};
+  for (const auto& [name, file, way] : ways) {
+    putProject(name, file);
+    perform(way);
+  }
+  putFile(projects + "Saved/file", "\xff, so no text to edit\nall of Saved\n");
   chooseProject("Saved");
-  finger::tap("Reload");
-  finger::tap("file");
-  finger::tap("Save");
+  for (const char* control : {"Reload", "file", "Save"}) finger::tap(control);
   putProject("All", "file");
   backUpProject();
-  putFile("/var/mobile/Documents/Tweakbench/All/file", "all of All\n");
+  putFile(documents + "Tweakbench/All/file", "all of All\n");
   deletePackages();
   deleteAllBackups();
   deleteAllProjects();
