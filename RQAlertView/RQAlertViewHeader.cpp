@@ -27,30 +27,6 @@ void paintBar(QPainter& painter, const QRectF& bar, const QColor& color, const Q
 
 }  // namespace
 
-// Over the area: fades out the last line where the text goes on, and has the ring where the keys scroll it.
-class RQAlertViewHeader::Overlay : public QWidget {
- public:
-  Overlay(const RQAlertViewAppearance& look, QWidget* parent) : QWidget(parent), look_(look) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-  }
-
-  void setGoesOn(bool goesOn) {
-    goesOn_ = goesOn;
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    if (goesOn_) paintGoesOn(painter, rect(), look_.backgroundColor);
-    if (showsFocus(*parentWidget())) paintFocusRing(painter, rect(), look_.tintColor);
-  }
-
- private:
-  const RQAlertViewAppearance& look_;
-  bool goesOn_ = false;
-};
-
 // In hundredths to assistive technology. A change that is animated moves the bar where motion is on; the
 // value itself changes at once.
 class RQAlertViewHeader::ProgressBar : public QProgressBar {
@@ -111,7 +87,7 @@ RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dia
       parts_(new QWidget),
       title_(new RQAlertViewLabel(parts_)),
       message_(new RQAlertViewLabel(parts_)),
-      overlay_(new Overlay(dialog_->appearance, this)) {
+      overlay_(new RQAlertViewOverlay(std::bind_front(&RQAlertViewHeader::paintOver, this), this)) {
   title_->setText(dialog_->title);
   message_->setText(dialog_->message);
   if (dialog_->innerView) dialog_->innerView->setParent(parts_);
@@ -141,8 +117,7 @@ RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dia
     keepFocusInSight();
     overlay_->update();
   });
-  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
-          [this](int value) { overlay_->setGoesOn(value < verticalScrollBar()->maximum()); });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { overlay_->update(); });
 }
 
 void RQAlertViewHeader::addTextFields() {
@@ -243,7 +218,6 @@ void RQAlertViewHeader::layOutIn(const QRect& area) {
   overlay_->setGeometry(0, 0, area.width(), area.height());
   overlay_->raise();
   overlay_->setVisible(overflows);
-  overlay_->setGoesOn(verticalScrollBar()->value() < height - area.height());
   keepFocusInSight();
 }
 
@@ -274,6 +248,13 @@ void RQAlertViewHeader::keyPressEvent(QKeyEvent* event) {
   } else {
     event->ignore();
   }
+}
+
+void RQAlertViewHeader::paintOver(QPainter& painter, const QRect& area) const {
+  const RQAlertViewAppearance& look = dialog_->appearance;
+  if (verticalScrollBar()->value() < verticalScrollBar()->maximum())
+    paintGoesOn(painter, area, look.backgroundColor);
+  if (showsFocus(*this)) paintFocusRing(painter, area, look.tintColor);
 }
 
 int RQAlertViewHeader::paddingVertical() const {

@@ -8,6 +8,7 @@
 #include <QScrollArea>
 
 class RQAlertViewLabel;
+class RQAlertViewOverlay;
 class UIActivityIndicatorView;
 
 class RQAlertViewHeader : public QScrollArea {
@@ -40,7 +41,6 @@ class RQAlertViewHeader : public QScrollArea {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  class Overlay;
   class ProgressBar;
 
   void addTextFields();
@@ -48,6 +48,8 @@ class RQAlertViewHeader : public QScrollArea {
   void fieldEntered(std::size_t index);
   // Scrolls to what has the focus, where that is in the header.
   void keepFocusInSight();
+  // Fades out the last line where the text goes on; has the ring where the keys scroll it.
+  void paintOver(QPainter& painter, const QRect& area) const;
   int paddingVertical() const;
   // Calls visit(part, top, height) for each part that is shown, from the top; returns the height of all.
   template <typename Visit>
@@ -62,5 +64,5 @@ class RQAlertViewHeader : public QScrollArea {
   ProgressBar* progressBar_ = nullptr;
   RQAlertViewLabel* progressLabel_ = nullptr;
   std::vector<QPointer<RQAlertViewTextField>> fields_;
-  Overlay* overlay_;
+  RQAlertViewOverlay* overlay_;
 };

@@ -12,28 +12,21 @@
 
 using namespace RQAlertViewMetrics;
 
-class RQAlertViewShadowView::Border : public QWidget {
- public:
-  Border(const RQAlertViewAppearance& look, QWidget* parent) : QWidget(parent), look_(look) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-  }
+RQAlertViewOverlay::RQAlertViewOverlay(Paint paint, QWidget* parent)
+    : QWidget(parent), paint_(std::move(paint)) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+}
 
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(look_.layerBorderColor, look_.layerBorderWidth));
-    const double inset = look_.layerBorderWidth / 2;
-    const double radius = look_.layerCornerRadius - inset;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
-  }
-
- private:
-  const RQAlertViewAppearance& look_;
-};
+void RQAlertViewOverlay::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  paint_(painter, rect());
+}
 
 RQAlertViewShadowView::RQAlertViewShadowView(std::shared_ptr<const RQAlertViewModel> dialog, QWidget* parent)
-    : QWidget(parent), dialog_(std::move(dialog)), border_(new Border(dialog_->appearance, parent)) {
+    : QWidget(parent),
+      dialog_(std::move(dialog)),
+      border_(new RQAlertViewOverlay(std::bind_front(&RQAlertViewShadowView::paintBorder, this), parent)) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
@@ -97,6 +90,14 @@ void RQAlertViewShadowView::paintEvent(QPaintEvent*) {
     line.width() > line.height() ? line.setHeight(hairline) : line.setWidth(hairline);
     painter.fillRect(line, dialog_->appearance.separatorsColor);
   }
+}
+
+void RQAlertViewShadowView::paintBorder(QPainter& painter, const QRect& area) const {
+  const RQAlertViewAppearance& look = dialog_->appearance;
+  painter.setPen(QPen(look.layerBorderColor, look.layerBorderWidth));
+  const double inset = look.layerBorderWidth / 2;
+  const double radius = look.layerCornerRadius - inset;
+  painter.drawRoundedRect(QRectF(area).adjusted(inset, inset, -inset, -inset), radius, radius);
 }
 
 void RQAlertViewShadowView::paintShadow(QPainter& painter) const {

@@ -11,6 +11,21 @@
 
 class QAbstractScrollArea;
 
+// Paints above its siblings, and lets every touch through.
+class RQAlertViewOverlay : public QWidget {
+  Q_OBJECT
+
+ public:
+  using Paint = std::function<void(QPainter& painter, const QRect& area)>;
+  RQAlertViewOverlay(Paint paint, QWidget* parent);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Paint paint_;
+};
+
 // A card: the rounded background with its shadow and separators, below what is on the card, and the border, a
 // sibling above all that. The widget is larger than the card by the room that the shadow takes.
 class RQAlertViewShadowView : public QWidget {
@@ -37,12 +52,11 @@ class RQAlertViewShadowView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  class Border;
-
   void paintShadow(QPainter& painter) const;
+  void paintBorder(QPainter& painter, const QRect& area) const;
 
   std::shared_ptr<const RQAlertViewModel> dialog_;
-  Border* border_;
+  RQAlertViewOverlay* border_;
   QRect card_;
   QList<QRect> separators_;
   QPixmap backdrop_;

@@ -370,13 +370,10 @@ class Reader {
         // Back in another folder: a tweak's filter list is beside its Makefile.
         const string_view instance = text.substr(name + 5);
         const string filter = string(instance.substr(instance.rfind(' ') + 1)) + ".plist";
-        const string here = folders_.empty() ? string() : folders_.back();
-        if (!isSource(joined(here, filter))) {
-          const auto home = std::find_if(folders_.rbegin(), folders_.rend(),
-                                         [&](const string& each) { return isSource(joined(each, filter)); });
-          if (home != folders_.rend() || isSource(filter))
-            folders_.push_back(home != folders_.rend() ? *home : "");
-        }
+        const auto from = foldersFromHere();
+        const auto home = std::find_if(from.begin(), from.end(),
+                                       [&](const string& each) { return isSource(joined(each, filter)); });
+        if (home != from.begin() && home != from.end()) folders_.push_back(*home);
       }
       return true;
     }

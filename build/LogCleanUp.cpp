@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <span>
 
 namespace {
@@ -190,32 +189,28 @@ void cleanLog(const std::string& path, BuildVariant variant) {
   const Descriptor log = openRegularFile(path);
   if (!log) return;
   // No pattern holds a line feed, so lines are cleaned apart, and a huge log passes through small buffers.
-  // They are not filled with zeros first.
   AtomicFile cleaned(path);
-  std::size_t capacity = chunkSize;
-  std::unique_ptr<char[]> lines(new char[capacity]);
-  std::unique_ptr<char[]> left(new char[capacity]);
+  std::string lines(chunkSize, '\0');
+  std::string left(chunkSize, '\0');
   std::size_t held = 0;
   for (bool atEnd = false; !atEnd;) {
-    if (held > capacity / 2) {
-      std::unique_ptr<char[]> larger(new char[2 * capacity]);
-      std::memcpy(larger.get(), lines.get(), held);
-      lines = std::move(larger);
-      left.reset(new char[capacity *= 2]);
+    if (held > lines.size() / 2) {
+      lines.resize(2 * lines.size());
+      left.resize(lines.size());
     }
-    const auto got = readSome(log, lines.get() + held, capacity - held);
+    const auto got = readSome(log, lines.data() + held, lines.size() - held);
     if (!got) return;
     atEnd = *got == 0;
-    const std::size_t lastEnd = std::string_view(lines.get() + held, *got).rfind('\n');
+    const std::size_t lastEnd = std::string_view(lines.data() + held, *got).rfind('\n');
     const std::size_t ready = lastEnd == std::string_view::npos ? 0 : held + lastEnd + 1;
     held += *got;
-    const std::string_view whole(lines.get(), atEnd ? held : ready);
+    const std::string_view whole(lines.data(), atEnd ? held : ready);
     if (!isValidUTF8(whole)) return;
-    const std::string_view text(left.get(), Cleaner(whole, patternsOf(variant), left.get()).run());
+    const std::string_view text(left.data(), Cleaner(whole, patternsOf(variant), left.data()).run());
     cleaned.write(holdsMissingPackages(text) ? std::string_view(replaceAll(text, missingPackages, ""))
                                              : text);
     held -= whole.size();
-    std::memmove(lines.get(), lines.get() + whole.size(), held);
+    std::memmove(lines.data(), lines.data() + whole.size(), held);
   }
   // Deferred: a log that a power cut takes is made anew by the next build.
   cleaned.commit(Durability::Deferred);
