@@ -18,7 +18,7 @@ struct Whole {
 
 using Number = std::variant<bool, Whole, double>;
 
-// Thrown where a value does not fit the type.
+// Thrown where a value does not fit the type, and caught below: callers get NotUnderstood.
 struct DoesNotFit {};
 
 // Numbers as people write them: "(BOOL)1", "@(5);", "٥", "return NO;".

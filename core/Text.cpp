@@ -14,8 +14,8 @@ std::size_t characterLength(std::string_view rest) {
   const auto first = static_cast<unsigned char>(rest[0]);
   const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   if (first < 0xC2 || first > 0xF4 || rest.size() < length) return 0;
-  const auto isFirst = [](char byte) { return startsCharacter(byte); };
-  if (std::any_of(rest.begin() + 1, rest.begin() + static_cast<std::ptrdiff_t>(length), isFirst)) return 0;
+  const std::string_view others = rest.substr(1, length - 1);
+  if (std::any_of(others.begin(), others.end(), startsCharacter)) return 0;
   const auto second = static_cast<unsigned char>(rest[1]);
   const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
   const bool surrogate = first == 0xED && second > 0x9F;

@@ -26,11 +26,7 @@ void startPaintingThread() {
 }
 
 QPalette darkPalette() {
-  const QColor tint(10, 132, 255);
   QPalette palette(grey(53), grey(40));
-  palette.setColor(QPalette::WindowText, grey(240));
-  palette.setColor(QPalette::Text, grey(240));
-  palette.setColor(QPalette::ButtonText, grey(240));
   palette.setColor(QPalette::BrightText, Qt::white);
   palette.setColor(QPalette::PlaceholderText, grey(165));
   palette.setColor(QPalette::Base, grey(53));
@@ -40,8 +36,9 @@ QPalette darkPalette() {
   // Dark enough for white text on it, light enough to stand out from the window.
   palette.setColor(QPalette::Highlight, QColor(0, 110, 230));
   palette.setColor(QPalette::HighlightedText, Qt::white);
-  palette.setColor(QPalette::Link, tint);
+  palette.setColor(QPalette::Link, QColor(10, 132, 255));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, grey(240));
     palette.setColor(QPalette::Disabled, role, grey(118));
   }
   return palette;

@@ -51,9 +51,9 @@ class Tour {
     for (QString step : steps.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
       if (step.startsWith(QLatin1Char('['))) ++sections;
       if (onlyMainJob && sections > 1) return;
-      if (!step.startsWith(QLatin1Char('[')) && !step.startsWith(QLatin1Char('#')))
-        take(step.section(QLatin1Char(' '), 0, 0),
-             step.replace(QLatin1Char('\v'), QLatin1Char('\n')).section(QLatin1Char(' '), 1));
+      if (step.startsWith(QLatin1Char('[')) || step.startsWith(QLatin1Char('#'))) continue;
+      step.replace(QLatin1Char('\v'), QLatin1Char('\n'));
+      take(step.section(QLatin1Char(' '), 0, 0), step.section(QLatin1Char(' '), 1));
     }
   }
 
@@ -70,15 +70,16 @@ class Tour {
       waitToMiss(rest);
     } else if (verb == "text") {
       const auto* const text = qobject_cast<TextView*>(finger::find(rest));
-      finger::waitUntil([text] { return text->length() > 0; }, rest + " stays empty");
+      finger::waitUntil([text] { return text && text->length() > 0; }, rest + " stays empty");
     } else if (verb == "type") {
       finger::type(rest);
     } else if (verb == "keys" || verb == "key") {
       if (!second.isEmpty()) finger::find(second)->setFocus();
       QWidget* const focused = QApplication::focusWidget();
+      if (!focused) throw finger::Missing("nothing has the focus");
+      if (verb == "keys") return QTest::keyClicks(focused, first);
       const QKeyCombination keys = QKeySequence(first)[0];
-      verb == "keys" ? QTest::keyClicks(focused, first)
-                     : QTest::keyClick(focused, keys.key(), keys.keyboardModifiers());
+      QTest::keyClick(focused, keys.key(), keys.keyboardModifiers());
     } else if (verb == "build") {
       // The very first tap lets Theos update itself and builds nothing.
       do {

@@ -22,8 +22,8 @@ class Delegate : public UIApplicationDelegate {
   bool applicationDidFinishLaunchingWithOptions(UIApplication&, const QVariantMap&) override {
     window_->setRootViewController(std::make_shared<UIViewController>());
     window_->makeKeyAndVisible();
-    const auto dialog = RQAlertView::alertViewWithTitle("Title", QString(), RQAlertViewStyle::Alert, QStringList{"Quit"},
-                                                        QString(), QString());
+    const auto dialog = RQAlertView::alertViewWithTitle("Title", QString(), RQAlertViewStyle::Alert,
+                                                        QStringList{"Quit"}, QString(), QString());
     // Once the screen is shown.
     performSelectorAfterDelay(
         dialog.get(), [this, dialog] { start_(dialog); }, 0);
