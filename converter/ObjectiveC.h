@@ -1,8 +1,6 @@
 // Objective-C as far as the converter knows it: names, types, method signatures.
 #pragma once
 
-#include "core/Text.h"
-
 #include <stdexcept>
 #include <string>
 #include <string_view>

@@ -1,4 +1,5 @@
 #include "converter/ObjectiveC.h"
+#include "core/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,6 @@
 
 #include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
-#include "platform/UIScreen.h"
 
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "workspace/ProjectSearch.h"
 
 #include "core/Descriptor.h"
+#include "core/Text.h"
 #include "core/run_cmd.h"
 #include "workspace/CurrentProject.h"
 #include "workspace/Paths.h"

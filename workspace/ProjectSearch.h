@@ -2,8 +2,6 @@
 // files to it. Paths are relative to the project.
 #pragma once
 
-#include "core/Text.h"
-
 #include <cstddef>
 #include <functional>
 #include <string>

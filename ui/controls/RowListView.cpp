@@ -1,6 +1,5 @@
 #include "ui/controls/RowListView.h"
 
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/UIApplication.h"
 #include "platform/UIKeyboard.h"

@@ -1,6 +1,5 @@
 #include "ui/controls/UIButton.h"
 
-#include "platform/ApplicationStyle.h"
 #include "platform/UIApplication.h"
 
 #include <algorithm>

@@ -2,7 +2,6 @@
 
 #include "RQAlertView/RQAlertView.h"
 #include "core/FileManager.h"
-#include "platform/ApplicationStyle.h"
 #include "platform/EventLoop.h"
 #include "platform/NSNotificationCenter.h"
 #include "platform/UIKeyboard.h"
