@@ -90,71 +90,28 @@ std::optional<std::vector<FlexPatch>> sample() {
   return flexPatches(fileAt(TWEAKBENCH_FLEX_SAMPLE));
 }
 
-TEST(Source, HooksEachClassOnceWithItsMethods) {
-  const auto patches = sample();
-  ASSERT_TRUE(patches);
-  ASSERT_EQ(patches->size(), 3U);
-  const LogosSource source = logosSource(patches->front());
-  EXPECT_EQ(source.hooked, 5U);
-  const ReadSource read = LogosReader::read(source.text);
-  const std::map<std::string, std::map<std::string, std::string>> expected{
-      {"Account",
-       {{"- (BOOL)isPremium", "return YES;\n"},
-        {"- (NSString *)nameOf:(id)arg1 in:(void *)arg2",
-         "arg1 = nil;\n%orig(arg1, arg2);\nreturn @\"مستخدم\";\n"},
-        {"- (void)showAdvertisement", ""},
-        {"- (NSInteger)kind", "return 1;\n"}}},
-      {"Shop",
-       {{"+ (id)itemWithName:(NSString *)arg1 count:(int)arg2",
-         "arg1 = @\"a \\042quoted\\042 \\134 \\045end of */ it\";\narg2 = 999;\nreturn %orig(arg1, "
-         "arg2);\n"}}},
-  };
-  EXPECT_EQ(read.hooks, expected);
-  EXPECT_EQ(LogosReader::read(logosSource((*patches)[2]).text).hooks["Store"].begin()->second,
-            "arg1 = 18446744073709551615ULL;\narg2 = NO;\n%orig(arg1, arg2);\n");
-}
-
-TEST(Source, SaysWhatItSkipsAndLetsNothingOut) {
-  FlexPatch patch{"name */\n%ctor { evil(); }\n", "com.example\n%hook Evil", {}};
-  std::vector<std::string> reasons;
-  for (const auto& row : table("units.tsv")) {
-    patch.units.push_back(
-        {row[0], row[1], settingOf(row[2]), settingOf(row[3]), row[4] != "it is switched off"});
-    if (!row[4].empty()) reasons.push_back(row[4]);
+TEST(Source, IsAsWrittenAndLetsNothingOut) {
+  for (const auto& [title, lines] : sectionsOf(TWEAKBENCH_CONVERTER_TABLES "sources.txt")) {
+    if (title.empty()) continue;
+    FlexPatch patch;
+    std::string expected;
+    for (const std::string& line : lines) {
+      const auto cells = cellsOf(replaceAll(line, "\\n", "\n"));
+      if (line.starts_with('|'))
+        expected += line.substr(std::min<std::size_t>(line.size(), 2)) + '\n';
+      else if (cells[0] == "sample")
+        patch = sample()->at(std::stoul(cells.at(1)));
+      else if (cells[0] == "patch")
+        patch = {cells.at(1), cells.at(2), {}};
+      else
+        patch.units.push_back(
+            {cells.at(0), cells.at(1), settingOf(cells.at(2)), settingOf(cells.at(3)), cells.size() < 5});
+    }
+    const LogosSource source = logosSource(patch);
+    EXPECT_EQ(source.text, expected) << title;
+    EXPECT_NO_THROW(LogosReader::read(source.text)) << title;
+    EXPECT_EQ(source.hooked + source.skipped, patch.units.size()) << title;
   }
-  const LogosSource source = logosSource(patch);
-  EXPECT_EQ(source.hooked, 2U);
-  EXPECT_EQ(source.skipped, reasons.size());
-  const ReadSource read = LogosReader::read(source.text);
-  ASSERT_EQ(read.hooks.size(), 1U);
-  EXPECT_EQ(read.hooks.at("Good"),
-            (std::map<std::string, std::string>{{"- (int)a", "return 1;\n"},
-                                                {"- (int)b:(int)arg1", "arg1 = 5;\nreturn %orig(arg1);\n"}}));
-  ASSERT_EQ(read.comments.size(), source.skipped + 4) << "behind the heading";
-  for (std::size_t unit = 0; unit < reasons.size(); ++unit)
-    EXPECT_TRUE(read.comments[unit + 4].ends_with(": " + reasons[unit] + ".")) << read.comments[unit + 4];
-}
-
-TEST(Source, NamesWhatTheHeadersTakeOtherwiseAndHandsOnNothingUnknown) {
-  const auto written = [](std::vector<FlexUnit> units) {
-    return logosSource({"", "", std::move(units)}).text;
-  };
-  const ReadSource read = LogosReader::read(written(
-      {{"Point", "- (int)errno", whole(1), {}}, {"Shop.Item", "+ (id)URL:(float)x", text("nil"), {}}}));
-  EXPECT_EQ(read.named, "Hooked1 = objc_getClass(\"Point\"), Hooked2 = objc_getClass(\"Shop.Item\")");
-  EXPECT_EQ(read.macros, (std::vector<std::string>{"URL", "errno"}));
-  const auto method = [&](const FlexUnit& unit) {
-    return *LogosReader::read(written({unit})).hooks["Good"].begin();
-  };
-  using Method = std::pair<const std::string, std::string>;
-  EXPECT_EQ(method({"Good", "- (int)a:(int)b c:(CDStruct_1)d e:(id)f", whole(1), {}}),
-            (Method{"- (int)a:(int)arg1 c:(void *)arg2 e:(void *)arg3", "return 1;\n"}));
-  EXPECT_EQ(method({"Good", "- (void)a:(PriceKind)b", {}, setting({{"1", text("NULL")}})}),
-            (Method{"- (void)a:(void *)arg1", "arg1 = NULL;\n%orig(arg1);\n"}));
-  EXPECT_EQ(method({"Good", "- (NSNumber *)newCount", whole(1), {}}),
-            (Method{"- (void *)newCount", "return (__bridge_retained void *)@(1);\n"}))
-      << "its caller releases it";
-  EXPECT_EQ(method({"Good", "- (id)copy", text("a"), {}}).second, "return (id)@\"a\";\n");
 }
 
 // Every kind of signature, value and name, through Logos and the compiler as the template builds them.
