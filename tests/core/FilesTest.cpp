@@ -1,6 +1,7 @@
 #include "core/FileManager.h"
 #include "core/PropertyList.h"
 #include "support/BinaryPropertyList.h"
+#include "support/Cases.h"
 #include "support/SizeLimit.h"
 #include "support/TemporaryFolder.h"
 
@@ -90,50 +91,22 @@ const std::string lists = TWEAKBENCH_PROPERTY_LISTS;
 TEST(PropertyLists, AnUpdateChangesOneKeyAndKeepsTheRest) {
   const TemporaryFolder folder;
   const std::string path = folder / "settings.plist";
-  putFile(
-      path,
-      xmlList("<dict><key>Other</key><array><integer>7</integer></array><key>Choose</key><string>old</string>"
-              "</dict>"));
-  setPropertyListValue(path, "Choose", "مشروع & <b>");
-  EXPECT_EQ(propertyListValue(path, "Choose"), "مشروع & <b>");
-  EXPECT_NE(fileAt(path).find("<integer>7</integer>"), std::string::npos);
-  setPropertyListValue(path, "Choose", "control \x1B character");
-  EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt) << "no value is better than another one";
-  EXPECT_NE(fileAt(path).find("<integer>7</integer>"), std::string::npos)
-      << "what XML cannot hold must not spoil the file";
-  setPropertyListValue(path, "Choose", "again");
-  setPropertyListValue(path, "Choose", std::nullopt);
-  EXPECT_EQ(propertyListValue(path, "Choose"), std::nullopt);
-  EXPECT_EQ(propertyListValue(path, "Other"), std::nullopt) << "an array is no text";
-}
-
-TEST(PropertyLists, BinaryOnesAreReadAndWrittenBackAsXML) {
-  const TemporaryFolder folder;
-  const std::string path = folder / "binary.plist";
-  putFile(path, fileAt(lists + "/locale"));
-  ASSERT_EQ(propertyListValue(path, "XBRecentLocale"), "ar_SA");
-  setPropertyListValue(path, "Language", "AR");
-  EXPECT_EQ(fileAt(path).substr(0, 5), "<?xml");
-  EXPECT_EQ(propertyListValue(path, "XBRecentLocale"), "ar_SA");
-}
-
-TEST(PropertyLists, OfAKeyThatStandsTwiceTheLastCountsAndAnUpdateReplacesBoth) {
-  const TemporaryFolder folder;
-  const std::string path = folder / "list.plist";
-  const std::string xml =
-      xmlList("<dict><key>k</key><string>a</string><key>k</key><string>b</string></dict>");
-  // The binary form's dictionary may name one key twice.
-  const std::string binary = std::string("bplist00\xD2\x01\x01\x02\x03QkQaQb\x08\x0D\x0F\x11", 23) +
-                             std::string(6, '\0') +
-                             std::string("\x01\x01\0\0\0\0\0\0\0\x04\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x13", 26);
-  for (const std::string& twice : {xml, binary}) {
-    putFile(path, twice);
-    EXPECT_EQ(propertyListValue(path, "k"), "b");
-    setPropertyListValue(path, "k", "c");
-    EXPECT_EQ(propertyListValue(path, "k"), "c");
-    setPropertyListValue(path, "k", std::nullopt);
-    EXPECT_EQ(propertyListValue(path, "k"), std::nullopt);
-  }
+  expectCases("list", [&path](const Case& row) {
+    putFile(path, row[1].starts_with("@") ? fileAt(lists + "/" + row[1].substr(1)) : row[1]);
+    std::string outcome;
+    for (const std::string& step : splitAt(row[2], "; ")) {
+      const std::string key = step.substr(0, step.find('='));
+      if (step.starts_with("has "))
+        outcome += fileAt(path).find(step.substr(4)) != std::string::npos ? "yes, " : "no, ";
+      else if (step.starts_with("-"))
+        setPropertyListValue(path, step.substr(1), std::nullopt);
+      else if (key != step)
+        setPropertyListValue(path, key, step.substr(key.size() + 1));
+      else
+        outcome += propertyListValue(path, key).value_or("none") + ", ";
+    }
+    return outcome + "end";
+  });
 }
 
 std::string nested(std::size_t levels) {

@@ -1,4 +1,4 @@
-// Reading long texts: finding, zooming, selecting with keys, and what assistive technology is told.
+// Reading long texts: touch, what assistive technology is told, and a log that grows; whether screens fit.
 #include "tests/ui/Screens.h"
 
 #include <array>
@@ -7,7 +7,6 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QScroller>
-#include <QWheelEvent>
 
 namespace {
 
@@ -27,28 +26,6 @@ class Reading : public Screens {
     return log();
   }
 };
-
-TEST_F(Reading, TextIsZoomedAndKeepsItsSizeOnTheNextScreen) {
-  TextView& view = openLog(std::string(500, 'x') + '\n');
-  const qreal size = view.font().pointSizeF();
-  QTest::keyClick(&view, Qt::Key_Plus, Qt::ControlModifier);
-  QTest::keyClick(&view, Qt::Key_Equal, Qt::ControlModifier);
-  EXPECT_GT(view.font().pointSizeF(), size * 1.15);
-  const QPoint middle = view.viewport()->rect().center();
-  QWheelEvent wheel(middle, view.viewport()->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton,
-                    Qt::ControlModifier, Qt::NoScrollPhase, false);
-  QCoreApplication::sendEvent(view.viewport(), &wheel);
-  const qreal larger = view.font().pointSizeF();
-  EXPECT_NEAR(larger, size * 1.1, 0.2);
-  tap("Back");
-  TextView& editor = openEditor("log");
-  EXPECT_EQ(editor.font().pointSizeF(), larger);
-  QTest::keyClick(&editor, Qt::Key_0, Qt::ControlModifier);
-  EXPECT_EQ(editor.font().pointSizeF(), size);
-  QTest::keyClick(&editor, Qt::Key_Minus, Qt::ControlModifier);
-  EXPECT_LT(editor.font().pointSizeF(), size);
-  QTest::keyClick(&editor, Qt::Key_0, Qt::ControlModifier);
-}
 
 TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {
   TextView& view = openLog("one مشروع\ntwo\n");
@@ -96,23 +73,6 @@ TEST_F(Reading, AFingerScrollsAndPlacesTheCaretWithATap) {
   touch().press(0, at(100), editor.viewport());
   touch().release(0, at(100), editor.viewport());
   EXPECT_GT(editor.selectionBegin(), 100U);
-}
-
-TEST_F(Reading, WhatAnInputMethodHasNotFinishedIsNotSaved) {
-  const std::string folder = makeProject({{"f", "old"}});
-  start();
-  TextView& editor = openEditor("f");
-  QInputMethodEvent composing("new", {});
-  QCoreApplication::sendEvent(&editor, &composing);
-  leaveEditor("Save");
-  EXPECT_EQ(fileAt(folder + "f"), "old");
-  TextView& again = openEditor("f");
-  QInputMethodEvent finished;
-  finished.setCommitString("مشروع ");
-  QCoreApplication::sendEvent(&again, &composing);
-  QCoreApplication::sendEvent(&again, &finished);
-  leaveEditor("Save");
-  EXPECT_EQ(fileAt(folder + "f"), "مشروع old");
 }
 
 TEST_F(Reading, EveryScreenFitsEveryWidth) {

@@ -64,18 +64,6 @@ class Screens : public testing::Test {
   }
   static void typeText(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
 
-  // The same in each language, each time on a fresh device.
-  void inBothLanguages(const std::function<void()>& flow) {
-    for (const char* language : {"EN", "AR"}) {
-      SCOPED_TRACE(language);
-      device::reset();
-      removeItemAtPath(backups);
-      device::speak(language);
-      flow();
-      delegate_.reset();
-    }
-  }
-
   // A project of the given files, current when the application starts.
   static std::string makeProject(std::initializer_list<std::pair<const char*, std::string>> files) {
     const std::string folder = device::projects + "P/";

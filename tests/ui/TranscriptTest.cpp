@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <dlfcn.h>
@@ -30,6 +31,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QWheelEvent>
 
 namespace {
 
@@ -338,6 +340,19 @@ class Transcripts : public Screens {
       for (int tabs = 0; tabs < 20 && !isThere(); ++tabs) press("Tab");
     } else if (verb == "keys") {
       QTest::keyClicks(QApplication::focusWidget(), QString::fromStdString(rest));
+    } else if (verb == "compose" || verb == "commit") {
+      QInputMethodEvent event(QString::fromStdString(verb == "compose" ? rest : ""), {});
+      if (verb == "commit") event.setCommitString(QString::fromStdString(rest));
+      QCoreApplication::sendEvent(QApplication::focusWidget(), &event);
+    } else if (verb == "wheel") {
+      QWidget& text = *shown<TextView>().viewport();
+      const QPoint middle = text.rect().center();
+      QWheelEvent wheel(middle, text.mapToGlobal(middle), {}, {0, std::stoi(rest)}, Qt::NoButton,
+                        Qt::ControlModifier, Qt::NoScrollPhase, false);
+      QCoreApplication::sendEvent(&text, &wheel);
+    } else if (verb == "zoomed") {
+      static const double usual = shown<TextView>().font().pointSizeF();
+      record(std::to_string(std::lround(shown<TextView>().font().pointSizeF() / usual * 100)) + " %");
     } else if (verb == "where") {
       record(QApplication::focusWidget()->objectName().toStdString());
     } else if (verb == "caret") {
