@@ -42,7 +42,10 @@ class DeviceFolderTest : public testing::Test {
     fs::remove_all(path);
     fs::create_symlink(target, path);
   }
-  fs::path setAside() { return fs::directory_iterator(device / "history/set-aside")->path(); }
+  fs::path setAside() {
+    for (const auto& entry : fs::directory_iterator(device / "history/set-aside")) return entry.path();
+    return "nothing was set aside";
+  }
 
   TemporaryFolder device;
   TemporaryFolder files;
