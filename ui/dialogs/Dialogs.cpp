@@ -13,25 +13,21 @@
 
 namespace {
 
-class AddressText : public QPlainTextEdit {
- public:
-  explicit AddressText(const QString& address) : QPlainTextEdit(address) {
-    setReadOnly(true);
-    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    // An address has no blanks to break at, and reads from the left in every language.
-    setWordWrapMode(QTextOption::WrapAnywhere);
-    setLayoutDirection(Qt::LeftToRight);
-    setTabChangesFocus(true);
-    setFrameShape(QFrame::NoFrame);
-    setAccessibleName(tr("Address"));
-    selectAll();
-  }
-
-  QSize sizeHint() const override {
-    const int lines = metrics::addressLines * fontMetrics().lineSpacing();
-    return {QPlainTextEdit::sizeHint().width(), lines + 2 * qRound(document()->documentMargin())};
-  }
-};
+QWidget* makeAddressText(const QString& address) {
+  auto* const text = new QPlainTextEdit(address);
+  text->setReadOnly(true);
+  text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  // An address has no blanks to break at, and reads from the left in every language.
+  text->setWordWrapMode(QTextOption::WrapAnywhere);
+  text->setLayoutDirection(Qt::LeftToRight);
+  text->setTabChangesFocus(true);
+  text->setFrameShape(QFrame::NoFrame);
+  text->setAccessibleName(QPlainTextEdit::tr("Address"));
+  text->setFixedHeight(metrics::addressLines * text->fontMetrics().lineSpacing() +
+                       2 * qRound(text->document()->documentMargin()));
+  text->selectAll();
+  return text;
+}
 
 std::shared_ptr<RQAlertView> makeMessage(const QString& title, const QString& message,
                                          const QStringList& buttons, const QString& cancel = {},
@@ -95,7 +91,7 @@ void showNotice(const QString& title, const QString& message) {
 
 void showToCopy(const QString& title, const QString& address) {
   const auto notice = RQAlertView::alertViewWithViewAndTitle(
-      title, localized(text::noProgramOpensIt), RQAlertViewStyle::Alert, new AddressText(address),
+      title, localized(text::noProgramOpensIt), RQAlertViewStyle::Alert, makeAddressText(address),
       QStringList{localized(text::copy), localized(text::ok)}, QString(), QString());
   dressAsMessage(*notice);
   notice->setActionHandler([address](RQAlertView&, std::size_t, const QString& pressed) {
