@@ -198,18 +198,12 @@ RQAlertViewTextLayout::RQAlertViewTextLayout(const QString& text, const RQAlertV
   RQAlertViewTextStyle set = style;
   set.font = fitted(shown, style, width_);
   int linesLeft = style.numberOfLines > 0 ? style.numberOfLines : INT_MAX;
-  qsizetype start = 0;
-  while (start <= shown.size()) {
-    const qsizetype newline = shown.indexOf(u'\n', start);
-    const qsizetype end = newline < 0 ? shown.size() : newline;
-    const bool last = newline < 0;
-    if (linesLeft == 1 && !last) {
-      // There is room for one more line: it has all the rest.
-      addLastLine(shown.mid(start), set);
-      return;
-    }
-    if (!addParagraph(shown.mid(start, end - start), set, linesLeft)) return;
-    start = end + 1;
+  const QStringList paragraphs = shown.split(u'\n');
+  for (qsizetype index = 0; index < paragraphs.size(); ++index) {
+    // Where there is room for one more line, it has all the rest.
+    const bool isLast = linesLeft == 1 && index + 1 < paragraphs.size();
+    if (isLast) addLastLine(paragraphs.mid(index).join(u' '), set);
+    if (isLast || !addParagraph(paragraphs[index], set, linesLeft)) return;
   }
 }
 
@@ -235,25 +229,19 @@ bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlert
     --linesLeft;
   }
   layout->endLayout();
-  if (restStart != 0) {
-    if (restStart > 0) {
-      // Laid out again without the line that is replaced below.
-      int ignored = INT_MAX;
-      addParagraph(paragraph.left(restStart), style, ignored);
-    } else {
-      append(std::move(layout));
-    }
+  if (restStart < 0) {
+    append(std::move(layout));
+    return linesLeft > 0;
   }
-  if (restStart >= 0) {
-    addLastLine(paragraph.mid(restStart), style);
-    return false;
-  }
-  return linesLeft > 0;
+  // Laid out again without the line that is replaced below.
+  int ignored = INT_MAX;
+  if (restStart > 0) addParagraph(paragraph.left(restStart), style, ignored);
+  addLastLine(paragraph.mid(restStart), style);
+  return false;
 }
 
 void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTextStyle& style) {
-  QString line = shortened(rest, width_);
-  line.replace(u'\n', u' ');
+  const QString line = shortened(rest, width_);
   const QFontMetricsF metrics(style.font);
   const QString elided = metrics.elidedText(line, elideModeFor(style.lineBreakMode), width_);
   truncated_ = elided != line;
