@@ -67,9 +67,7 @@ Descriptor inMemory(std::string_view content) {
 }
 
 Descriptor openNothing() {
-  Descriptor nothing(open("/dev/null", O_RDWR | O_CLOEXEC));
-  if (!nothing) refuseWithError("/dev/null could not be opened:");
-  return nothing;
+  return orRefuse(Descriptor(open("/dev/null", O_RDWR | O_CLOEXEC)), "/dev/null could not be opened:");
 }
 
 Descriptor copyOf(int descriptor) {

@@ -1,6 +1,8 @@
 // What the launcher says to the user, and its one kind of failure: a sentence.
 #pragma once
 
+#include "core/Descriptor.h"
+
 #include <cerrno>
 #include <cstring>
 #include <iostream>
@@ -21,4 +23,10 @@ inline void say(const std::string& sentence) {
 // Refuses with `sentence`, which ends in a colon and gets the words for errno.
 [[noreturn]] inline void refuseWithError(const std::string& sentence) {
   throw Refusal(sentence + " " + std::strerror(errno) + ".");
+}
+
+// What was opened, for a call that may have failed; then refuses like that.
+[[nodiscard]] inline Descriptor orRefuse(Descriptor opened, const std::string& sentence) {
+  if (!opened) refuseWithError(sentence);
+  return opened;
 }

@@ -10,7 +10,6 @@
 #include <fcntl.h>
 #include <iomanip>
 #include <iostream>
-#include <sys/stat.h>
 
 namespace {
 
@@ -31,10 +30,9 @@ class PassingDevice {
   // Throws Refusal.
   explicit PassingDevice(const Options& options) : theos_(options.theos) {
     const fs::path parent = baseFolder(callerEnvironment(), "TMPDIR", "/tmp");
-    std::string name = (parent / "tweakbench-doctor-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
+    folder_ = parent / "tweakbench-doctor-XXXXXX";
+    if (mkdtemp(folder_.data()) == nullptr)
       refuseWithError("No folder could be made in " + parent.string() + ":");
-    folder_ = name;
   }
   ~PassingDevice() {
     std::error_code error;
@@ -45,7 +43,7 @@ class PassingDevice {
 
   // Throws as capture() does.
   Captured runScript(const char* script, std::chrono::milliseconds limit) const {
-    std::vector<std::string> words{"/proc/self/exe", "--device", (folder_ / "device").string()};
+    std::vector<std::string> words{"/proc/self/exe", "--device", folder_ + "/device"};
     if (theos_) words.insert(words.end(), {"--theos", theos_->string()});
     words.insert(words.end(), {"exec", "/bin/sh", script});
     return capture(words, limit);
@@ -53,7 +51,7 @@ class PassingDevice {
 
  private:
   std::optional<fs::path> theos_;
-  fs::path folder_;
+  std::string folder_;
 };
 
 // The launcher's sentence, without its name in front.
@@ -86,15 +84,14 @@ std::uintmax_t freeSpaceAt(fs::path path) {
 void lookAtDeviceFolder(const Caller& caller, Facts& facts) {
   facts.freeSpace = freeSpaceAt(facts.device);
   const Descriptor folder(open(facts.device.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  struct stat status {};
-  if (!folder || fstat(folder.get(), &status) != 0) {
+  if (!folder) {
     facts.deviceFolder =
         errno == ENOENT ? Facts::DeviceFolder::NotYetMade : Facts::DeviceFolder::OfAnotherUser;
     return;
   }
   const auto names = namesIn(folder.get());
   if (names && names->empty()) return;
-  const bool isOwn = !caller.isSettled || status.st_uid == caller.account.user;
+  const bool isOwn = !caller.isSettled || statusOf(folder.get()).st_uid == caller.account.user;
   facts.deviceFolder = !exists(folder.get(), "lock") ? Facts::DeviceFolder::OtherFiles
                        : isOwn                       ? Facts::DeviceFolder::Good
                                                      : Facts::DeviceFolder::OfAnotherUser;

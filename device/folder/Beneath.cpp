@@ -32,6 +32,12 @@ Descriptor makeFolderBeneath(int folder, const fs::path& path) {
   return opened;
 }
 
+struct stat statusOf(int descriptor) {
+  struct stat status {};
+  fstat(descriptor, &status);
+  return status;
+}
+
 struct stat statusOf(int folder, const std::string& name) {
   struct stat status {};
   fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW);
@@ -45,16 +51,13 @@ bool exists(int folder, const std::string& name) {
 Descriptor openPlainFile(int folder, const fs::path& path) {
   // A pipe must not stop the launcher.
   Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
-  struct stat status {};
-  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-  return file;
+  return S_ISREG(statusOf(file.get()).st_mode) ? std::move(file) : Descriptor();
 }
 
 std::optional<std::string> readBeneath(int folder, const fs::path& path, std::size_t limit, LongFile longer) {
   const Descriptor file = openPlainFile(folder, path);
-  struct stat status {};
-  if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
-  const auto size = static_cast<std::size_t>(status.st_size);
+  if (!file) return std::nullopt;
+  const auto size = static_cast<std::size_t>(statusOf(file.get()).st_size);
   if (size > limit && longer == LongFile::Absent) return std::nullopt;
   std::string content(std::min(size, limit), '\0');
   std::size_t done = 0;

@@ -22,7 +22,8 @@ Descriptor openFolderBeneath(int folder, const fs::path& path);
 // way.
 Descriptor makeFolderBeneath(int folder, const fs::path& path);
 
-// What the entry is, links not followed; with errno, and all of it 0, where there is none.
+// What is open, or what the entry is, links not followed; with errno, and all of it 0, where there is none.
+struct stat statusOf(int descriptor);
 struct stat statusOf(int folder, const std::string& name);
 // Whether there is an entry of that name; links count.
 bool exists(int folder, const std::string& name);

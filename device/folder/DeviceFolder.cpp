@@ -59,15 +59,15 @@ std::string preferencesWithLocale(const std::string& locale) {
 // folder's modification time, but not its change time.
 std::string stateOfLinks(int folder) {
   struct stat host {};
-  struct stat own {};
-  if (stat("/usr/bin", &host) != 0 || fstat(folder, &own) != 0) return {};
+  const struct stat own = statusOf(folder);
+  if (stat("/usr/bin", &host) != 0 || own.st_mode == 0) return {};
   return std::to_string(nanoseconds(host.st_mtim)) + " " + std::to_string(nanoseconds(own.st_ctim)) + " " +
          std::to_string(own.st_ino);
 }
 
 void refuseForeignFolder(int folder, const fs::path& device) {
-  struct stat status {};
-  if (fstat(folder, &status) != 0 || status.st_uid != geteuid()) {
+  const struct stat status = statusOf(folder);
+  if (status.st_mode == 0 || status.st_uid != geteuid()) {
     throw Refusal("The device " + device.string() + " belongs to another user (number " +
                   std::to_string(status.st_uid) + ").");
   }
@@ -86,8 +86,8 @@ Descriptor makeLock(int folder) {
 Descriptor openTop(int device, const char* folder, const fs::path& name) {
   mkdirat(device, folder, 0755);
   Descriptor opened(openat(device, folder, O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  struct stat status {};
-  if (!opened || fstat(opened.get(), &status) != 0 || status.st_uid != geteuid()) {
+  const struct stat status = statusOf(opened.get());
+  if (status.st_mode == 0 || status.st_uid != geteuid()) {
     throw Refusal("The device " + name.string() + " is damaged: " + folder +
                   " is not a folder of its user; move it away, or give --device a new folder.");
   }
@@ -111,9 +111,8 @@ Descriptor openOrMakeFolder(const fs::path& path) {
       refuseWithError("The device " + whole.string() + " could not be made:");
     }
   }
-  Descriptor folder(::open(whole.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (!folder) refuseWithError("The device " + whole.string() + " could not be opened:");
-  return folder;
+  return orRefuse(Descriptor(open(whole.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)),
+                  "The device " + whole.string() + " could not be opened:");
 }
 
 Descriptor openDevice(Caller& caller) {
@@ -122,19 +121,19 @@ Descriptor openDevice(Caller& caller) {
   Descriptor folder;
   if (caller.isSettled) {
     // Below the user's own home, folders are made with the user's own rights.
-    const RightsAfterwards backToRoot(Rights::own());
+    const Rights root = Rights::own();
     Rights(caller.account.user, caller.account.group).assume();
     try {
       folder = openOrMakeFolder(path);
     } catch (const Refusal&) {
     }
+    root.assume();
   }
   if (!folder) folder = openOrMakeFolder(path);
   // In this order: another start may be giving the folder away, and puts things into it afterwards.
   std::error_code unreadable;
   const bool isEmpty = fs::is_empty(pathOf(folder.get()), unreadable);
-  struct stat status {};
-  fstat(folder.get(), &status);
+  const struct stat status = statusOf(folder.get());
   if (!caller.isSettled)
     caller.account = accountForFolderOf(status.st_uid, status.st_gid, caller.environment);
   if (status.st_uid == 0) {
@@ -197,8 +196,7 @@ void DeviceFolder::complete(const fs::path& ownFiles, const std::optional<std::s
 }
 
 bool DeviceFolder::lock() {
-  lock_ = makeLock(folder_.get());
-  if (!lock_) refuseWithError("The device " + name_.string() + " could not be locked:");
+  lock_ = orRefuse(makeLock(folder_.get()), "The device " + name_.string() + " could not be locked:");
   if (flock(lock_.get(), LOCK_EX | LOCK_NB) == 0) return true;
   for (int tries = 0; flock(lock_.get(), LOCK_SH | LOCK_NB) != 0; ++tries) {
     if (errno != EWOULDBLOCK) refuseWithError("The device " + name_.string() + " could not be locked:");

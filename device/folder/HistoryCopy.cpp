@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <iterator>
+#include <map>
 #include <sstream>
 #include <sys/file.h>
 
@@ -47,7 +48,37 @@ struct WalkedItem {
   std::uint64_t newBytes = 0;
 };
 
-struct Walk {
+// The folders in which the kinds of things are; empty where there is none, or a link in its place.
+using KeptFolders = std::map<Kept, Descriptor>;
+
+// What the newest dated copy was made from, as DEVICE/history/state has it.
+struct Record {
+  // The copy's name; empty where there is none.
+  std::string when;
+  // When the walk before it began, in nanoseconds.
+  std::int64_t began = 0;
+  bool isWhole = false;
+  std::string state;
+};
+
+std::uint64_t spaceOf(const struct stat& status) {
+  return S_ISREG(status.st_mode) ? (static_cast<std::uint64_t>(status.st_size) + block - 1) / block * block
+                                 : block;
+}
+
+// What is in the device, compared with the newest copy.
+class Walk {
+ public:
+  // `last`, of the copy in the folder `history`, has to outlive this; it may be empty.
+  Walk(const KeptFolders& folders, int history, const Record& last) : last_(last) {
+    for (const auto& [kind, folder] : folders) {
+      const Descriptor copy = openFolderBeneath(history, fs::path(last.when) / folderInHistory(kind));
+      if (folder) walk(folder.get(), copy, folderInHistory(kind));
+    }
+    // So that an empty device has a state, too.
+    state.push_back('\0');
+  }
+
   // Every entry with its inode, size and times. Equal for two walks between which nothing changed; never
   // empty.
   std::string state;
@@ -65,36 +96,10 @@ struct Walk {
     remarks.push_back(remark);
     isWhole = false;
   }
-};
 
-// The folders in which the kinds of things are, in the order of allKept; empty where there is none, or a link
-// in its place.
-using KeptFolders = std::array<Descriptor, allKept.size()>;
-
-// What the newest dated copy was made from, as DEVICE/history/state has it.
-struct Record {
-  // The copy's name; empty where there is none.
-  std::string when;
-  // When the walk before it began, in nanoseconds.
-  std::int64_t began = 0;
-  bool isWhole = false;
-  std::string state;
-};
-
-std::uint64_t spaceOf(const struct stat& status) {
-  return S_ISREG(status.st_mode) ? (static_cast<std::uint64_t>(status.st_size) + block - 1) / block * block
-                                 : block;
-}
-
-class Walker {
- public:
-  // `last`: of the copy with which folder() compares; has to outlive this.
-  explicit Walker(const Record& last) : last_(last) {}
-
-  Walk result;
-
+ private:
   // `copy` is the copied folder, or empty.
-  void folder(int folder, const Descriptor& copy, const std::string& name) {
+  void walk(int folder, const Descriptor& copy, const std::string& name) {
     struct stat status {};
     if (fstat(folder, &status) == 0) note(name, status);
     auto names = namesIn(folder);
@@ -107,56 +112,54 @@ class Walker {
     }
     for (const auto& each : *names) {
       const std::string path = fs::path(name) / each;
-      if (visited_ >= mostVisited || result.state.size() >= 3 * largestWalkedState)
+      if (visited_ >= mostVisited || state.size() >= 3 * largestWalkedState)
         return cut(visible(path) + " and others are too many.");
-      start_ = result.state.size();
-      result.items.push_back({path, 0, 0});
+      start_ = state.size();
+      items.push_back({path, 0, 0});
       count(1);
       entry(folder, copy, each, path, 0);
       if (!isTooMuch()) continue;
       cut(visible(path) + " has too many entries.");
-      result.state.resize(start_);
-      result.items.pop_back();
+      state.resize(start_);
+      items.pop_back();
     }
   }
 
- private:
   void remark(const std::string& sentence) {
-    if (result.remarks.size() < mostRemarks) result.remarks.push_back(sentence);
-    if (result.remarks.size() == mostRemarks) result.remarks.push_back("And more.");
+    if (remarks.size() < mostRemarks) remarks.push_back(sentence);
+    if (remarks.size() == mostRemarks) remarks.push_back("And more.");
   }
   void cut(const std::string& sentence) {
     remark(sentence);
-    result.isWhole = false;
+    isWhole = false;
   }
 
   void count(std::size_t entries) {
     visited_ += entries;
-    result.items.back().entries += entries;
+    items.back().entries += entries;
   }
 
   bool isTooMuch() const {
-    return result.items.back().entries >= mostEntriesKept ||
-           result.state.size() - start_ >= largestWalkedState;
+    return items.back().entries >= mostEntriesKept || state.size() - start_ >= largestWalkedState;
   }
 
   void note(const std::string& path, const struct stat& status) {
     const std::int64_t facts[] = {static_cast<std::int64_t>(status.st_ino), status.st_size, status.st_mode,
                                   nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
-    result.state.append(path).push_back('\0');
-    result.state.append(reinterpret_cast<const char*>(facts), sizeof facts);
+    state.append(path).push_back('\0');
+    state.append(reinterpret_cast<const char*>(facts), sizeof facts);
   }
 
   void entry(int parent, const Descriptor& copy, const std::string& name, const std::string& path,
              int depth) {
-    WalkedItem& item = result.items.back();
+    WalkedItem& item = items.back();
     const struct stat status = statusOf(parent, name);
     if (status.st_mode == 0) return;
     const bool isFile = S_ISREG(status.st_mode);
     const bool isFolder = S_ISDIR(status.st_mode);
     if (isFolder && depth > 0 && name == folderLeftOut) return;
     if (isFile && static_cast<std::uint64_t>(status.st_size) > largestFileKept) {
-      result.hasHugeFile = true;
+      hasHugeFile = true;
       return remark(visible(path) + " has more than 64 MiB.");
     }
     note(path, status);
@@ -164,10 +167,10 @@ class Walker {
     const bool isAlike = isFile && S_ISREG(copied.st_mode) && looksSame(copied, status);
     const bool isUntouched = nanoseconds(status.st_ctim) < last_.began;
     const bool isSame = isAlike && isUntouched;
-    if (isAlike && !isSame) result.hasDisguisedChange = true;
+    if (isAlike && !isSame) hasDisguisedChange = true;
     // What is in a folder that was moved here keeps its times.
     if (isFolder && !isUntouched && copied.st_mode != 0 && !wasAt(path, status.st_ino))
-      result.hasDisguisedChange = true;
+      hasDisguisedChange = true;
     if (!isSame) item.newBytes += spaceOf(status);
     if (isFolder) inside(parent, copy, name, path, depth);
     if (!isFolder && !isFile && !S_ISLNK(status.st_mode))
@@ -211,22 +214,8 @@ class Walker {
 
 KeptFolders openKept(int var) {
   KeptFolders folders;
-  for (const Kept kind : allKept)
-    folders[static_cast<std::size_t>(kind)] = openFolderBeneath(var, folderInDevice(kind));
+  for (const Kept kind : allKept) folders[kind] = openFolderBeneath(var, folderInDevice(kind));
   return folders;
-}
-
-// Compares with the copy of `last`, if there is one, in the folder `history`.
-Walk walk(const KeptFolders& folders, int history, const Record& last) {
-  Walker walker(last);
-  for (const Kept kind : allKept) {
-    const Descriptor& folder = folders[static_cast<std::size_t>(kind)];
-    const Descriptor copy = openFolderBeneath(history, fs::path(last.when) / folderInHistory(kind));
-    if (folder) walker.folder(folder.get(), copy, folderInHistory(kind));
-  }
-  // So that an empty device has a state, too.
-  walker.result.state.push_back('\0');
-  return std::move(walker.result);
 }
 
 Record readRecord(int history) {
@@ -264,10 +253,10 @@ struct Copying {
     timespec now{};
     clock_gettime(CLOCK_REALTIME_COARSE, &now);
     // First without a look at the last copy, which is what takes the time.
-    Walk walked = walk(folders, folder_, {});
+    const Record none;
     const bool isEnough = last.isWhole || insistence == Insistence::Changes;
-    if (walked.state == last.state && isEnough) return;
-    walked = walk(folders, folder_, last);
+    if (isEnough && Walk(folders, folder_, none).state == last.state) return;
+    Walk walked(folders, folder_, last);
     // The order of many names depends on the last copy.
     if (walked.state == last.state && isEnough) return;
     // Where nothing was ever made, there is nothing to keep.
@@ -344,11 +333,10 @@ struct Copying {
     };
     start.words.insert(start.words.end(), std::istream_iterator<std::string>(fixed), {});
     add({capability, "--ro-bind-try", tools_.rsync.string(), "/rsync"});
-    for (const Kept kind : allKept) {
-      const int folder = shown[static_cast<std::size_t>(kind)].get();
-      if (folder < 0) continue;
-      add({"--ro-bind-fd", std::to_string(folder), std::string("/from/") + folderInHistory(kind)});
-      start.passed.push_back(folder);
+    for (const auto& [kind, folder] : shown) {
+      if (!folder) continue;
+      add({"--ro-bind-fd", std::to_string(folder.get()), std::string("/from/") + folderInHistory(kind)});
+      start.passed.push_back(folder.get());
     }
     add({"--bind-fd", std::to_string(folder_), "/to", "--remount-ro", "/", "--chdir", "/to", "--"});
     start.words.insert(start.words.end(), command.begin(), command.end());

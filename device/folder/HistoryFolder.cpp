@@ -69,10 +69,8 @@ std::string localName(const std::string& when) {
 HistoryFolder::HistoryFolder(int device) {
   mkdirat(device, historyFolder, 0700);
   folder_ = openFolderBeneath(device, historyFolder);
-  struct stat status {};
-  if (!folder_ || fstat(folder_.get(), &status) != 0)
-    refuseWithError("The device's history cannot be opened:");
-  if (status.st_uid != geteuid())
+  if (!folder_) refuseWithError("The device's history cannot be opened:");
+  if (statusOf(folder_.get()).st_uid != geteuid())
     throw Refusal("The device's history belongs to another user; start Tweakbench as that user.");
   mkdirat(folder_.get(), asideFolder, 0700);
 }

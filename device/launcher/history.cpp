@@ -5,7 +5,6 @@
 #include "device/launcher/Commands.h"
 
 #include <algorithm>
-#include <fcntl.h>
 #include <iostream>
 #include <set>
 #include <sys/file.h>

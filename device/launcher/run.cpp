@@ -50,15 +50,14 @@ Host lookAt(const Options& options, const Environment& caller, const fs::path& h
 // As root: settles whom the device belongs to, shows that user all it needs, and becomes it. Changes the
 // paths of `host` to where they are shown; returns where the device is.
 fs::path leaveRoot(Host& host, Caller& caller) {
-  Stage stage;
+  enterMountNamespace();
   const Descriptor folder = openDevice(caller);
-  fs::path shown = stage.add(pathOf(folder.get()), "device");
-  host.ownFiles = stage.addReadable(host.ownFiles, "tweakbench");
-  if (!host.theos.empty()) host.theos = stage.add(host.theos, "theos");
-  if (host.display && host.display->kind == Display::Kind::Wayland) {
-    host.display->socket = stage.add(host.display->socket, "wayland");
-  }
-  stage.mount();
+  fs::path shown = pathOf(folder.get());
+  std::vector<Staged> staged{{&shown, "device"}, {&host.ownFiles, "tweakbench", true}};
+  if (!host.theos.empty()) staged.push_back({&host.theos, "theos"});
+  if (host.display && host.display->kind == Display::Kind::Wayland)
+    staged.push_back({&host.display->socket, "wayland"});
+  showOnStage(staged);
   become(caller.account);
   return shown;
 }

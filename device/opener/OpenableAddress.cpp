@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstdlib>
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace {
 
@@ -86,10 +85,9 @@ void ShownFolders::removeLeft() const {
   for (const auto& name : namesInOrNone(folder.get())) {
     if (!name.starts_with(placeName)) continue;
     const Descriptor place = openFolderBeneath(folder.get(), name);
-    struct stat status {};
-    if (!place || fstat(place.get(), &status) != 0 || status.st_uid != geteuid()) continue;
+    if (!place || statusOf(place.get()).st_uid != geteuid()) continue;
     for (const auto& link : namesInOrNone(place.get())) {
-      if (fstatat(place.get(), link.c_str(), &status, 0) != 0 && errno == ENOENT)
+      if (faccessat(place.get(), link.c_str(), F_OK, 0) != 0 && errno == ENOENT)
         unlinkat(place.get(), link.c_str(), 0);
     }
     unlinkat(folder.get(), name.c_str(), AT_REMOVEDIR);

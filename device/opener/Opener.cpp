@@ -169,9 +169,9 @@ void OpenerLog::add(const std::string& words) {
     fs::create_directories(path_.parent_path(), error);
     file_ = Descriptor(
         open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-    struct stat status {};
-    const bool isFile = fstat(file_.get(), &status) == 0 && S_ISREG(status.st_mode);
-    if (!isFile || (status.st_size > largest && ftruncate(file_.get(), 0) != 0)) file_.close();
+    const struct stat status = statusOf(file_.get());
+    if (!S_ISREG(status.st_mode) || (status.st_size > largest && ftruncate(file_.get(), 0) != 0))
+      file_.close();
   }
   if (!file_ || ++lines_ > mostLines + 1) return;
   char time[32];

@@ -113,52 +113,33 @@ void Rights::assume() const {
     refuseWithError("Root could not change its user:");
 }
 
-RightsAfterwards::~RightsAfterwards() {
-  try {
-    rights_.assume();
-  } catch (const Refusal&) {
-    // Less rights than wanted, never more.
-  }
-}
-
-Stage::Stage() {
-  if (unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) != 0) {
+void enterMountNamespace() {
+  if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) != 0)
     refuseWithError("Root could not make a mount namespace to show the device's user its files:");
-  }
 }
 
-fs::path Stage::add(const fs::path& source, const std::string& name) {
+void showOnStage(const std::vector<Staged>& all) {
   // Opened before the stage covers what it is mounted on.
-  Descriptor opened(open(source.c_str(), O_PATH | O_CLOEXEC));
-  if (!opened) refuseWithError(source.string() + " could not be opened:");
-  fs::path target = fs::path(stageFolder) / name;
-  entries_.push_back({std::move(opened), target, false});
-  return target;
-}
-
-fs::path Stage::addReadable(const fs::path& source, const std::string& name) {
-  fs::path target = add(source, name);
-  entries_.back().isCopied = !isOpenThroughout(source);
-  return target;
-}
-
-void Stage::mount() {
-  if (::mount("tweakbench", stageFolder, "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755") != 0) {
-    refuseWithError("Root could not show the device's user its files:");
+  std::vector<Descriptor> opened;
+  for (const auto& each : all) {
+    opened.push_back(orRefuse(Descriptor(open(each.path->c_str(), O_PATH | O_CLOEXEC)),
+                              each.path->string() + " could not be opened:"));
   }
-  for (const auto& entry : entries_) {
-    const std::string source = "/proc/self/fd/" + std::to_string(entry.source.get());
-    if (entry.isCopied) {
-      copyReadable(source + "/.", entry.target);
+  if (mount("tweakbench", stageFolder, "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755") != 0)
+    refuseWithError("Root could not show the device's user its files:");
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    const std::string source = "/proc/self/fd/" + std::to_string(opened[i].get());
+    const fs::path target = fs::path(stageFolder) / all[i].name;
+    *all[i].path = target;
+    if (all[i].isCopied && !isOpenThroughout(source + "/.")) {
+      copyReadable(source + "/.", target);
       continue;
     }
     if (fs::is_directory(source))
-      fs::create_directory(entry.target);
+      fs::create_directory(target);
     else
-      std::ofstream{entry.target};
-    if (::mount(source.c_str(), entry.target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0) {
-      refuseWithError(entry.target.filename().string() + " could not be shown to the device's user:");
-    }
+      std::ofstream{target};
+    if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0)
+      refuseWithError(std::string(all[i].name) + " could not be shown to the device's user:");
   }
-  entries_.clear();
 }

@@ -54,42 +54,21 @@ class Rights {
   gid_t group_;
 };
 
-// Restores `rights` at the end of a scope.
-class RightsAfterwards {
- public:
-  explicit RightsAfterwards(const Rights& rights) : rights_(rights) {}
-  ~RightsAfterwards();
-  RightsAfterwards(const RightsAfterwards&) = delete;
-  RightsAfterwards& operator=(const RightsAfterwards&) = delete;
-
- private:
-  Rights rights_;
+// A folder or a socket that the device's user has to reach.
+struct Staged {
+  // Where it is; afterwards where it is shown.
+  fs::path* path;
+  const char* name;
+  // Whether a readable copy is shown of a folder that others may not read throughout, a strict umask being
+  // the usual cause.
+  bool isCopied = false;
 };
 
-// Only for root, once in a process, before it becomes the device's user. Folders below closed folders (such
-// as root's home) are shown under a path that everyone can reach, in a mount namespace of this
-// process, so that nobody else sees a difference.
-class Stage {
- public:
-  // Enters the mount namespace; throws Refusal.
-  Stage();
+// Only for root: gives this process mounts of its own. Folders that were opened before cannot be staged.
+// Throws Refusal.
+void enterMountNamespace();
 
-  // Will show `source` (a folder or a socket). Returns where, once mount() has run.
-  fs::path add(const fs::path& source, const std::string& name);
-
-  // As add() for a folder of Tweakbench's own files: where others may not read all of it, a strict umask
-  // being the usual cause, a readable copy is shown.
-  fs::path addReadable(const fs::path& source, const std::string& name);
-
-  // Mounts everything that was added.
-  void mount();
-
- private:
-  struct Entry {
-    Descriptor source;
-    fs::path target;
-    bool isCopied;
-  };
-
-  std::vector<Entry> entries_;
-};
+// Only for root, once in a process, in a mount namespace of its own, so that nobody else sees a difference,
+// and before it becomes the device's user. What is below closed folders (such as root's home) is shown under
+// a path that everyone can reach. Throws Refusal.
+void showOnStage(const std::vector<Staged>& all);

@@ -47,8 +47,8 @@ bool SingleWindow::claim(std::string_view token) {
 
 bool SingleWindow::hasLocked() {
   if (!lock_)
-    lock_ = Descriptor(openat(device_, windowLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (!lock_) refuseWithError("The device's window could not be locked:");
+    lock_ = orRefuse(Descriptor(openat(device_, windowLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600)),
+                     "The device's window could not be locked:");
   return flock(lock_.get(), LOCK_EX | LOCK_NB) == 0;
 }
 

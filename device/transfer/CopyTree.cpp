@@ -75,8 +75,8 @@ class Copy {
     // What was a file a moment ago may be a pipe now.
     const Descriptor from = openBeneath(source, entry, O_RDONLY | O_NONBLOCK);
     if (!from && rules_.unreadable == CopyRules::Unreadable::LeftOut) return leftOut.push_back(name(at));
-    struct stat status {};
-    if (!from || fstat(from.get(), &status) != 0) fail(at, "could not be read:");
+    if (!from) fail(at, "could not be read:");
+    const struct stat status = statusOf(from.get());
     if (!S_ISREG(status.st_mode)) throw Refusal("The entry " + name(at) + " changed while it was copied.");
     writer_.assume();
     const Descriptor to(

@@ -25,9 +25,8 @@ bool isWithin(const fs::path& path, const fs::path& folder) {
 }
 
 Descriptor openHostFolder(const fs::path& path) {
-  Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!folder) refuseWithError(visible(path.string()) + " cannot be opened as a folder:");
-  return folder;
+  return orRefuse(Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+                  visible(path.string()) + " cannot be opened as a folder:");
 }
 
 // The device's contents are reached by descriptors only, never by a path of the host.
@@ -59,8 +58,7 @@ class Unfinished {
     std::string path = pathOf(parent_) + "/" + name + "XXXXXX";
     if (mkdtemp(path.data()) == nullptr) refuseWithError("The copy could not be made:");
     name_ = fs::path(path).filename();
-    folder_ = openFolderBeneath(parent_, name_);
-    if (!folder_) refuseWithError("The copy could not be made:");
+    folder_ = orRefuse(openFolderBeneath(parent_, name_), "The copy could not be made:");
     // A start of the device clears away what nobody locks.
     flock(folder_.get(), LOCK_EX | LOCK_NB);
   }
@@ -104,9 +102,8 @@ class Unfinished {
 
 Descriptor makeInDevice(const Transfer& transfer, const fs::path& folder) {
   transfer.inDevice.assume();
-  Descriptor opened = makeFolderBeneath(transfer.var.get(), folder);
-  if (!opened) refuseWithError("The device's folder /var/" + folder.string() + " cannot be opened:");
-  return opened;
+  return orRefuse(makeFolderBeneath(transfer.var.get(), folder),
+                  "The device's folder /var/" + folder.string() + " cannot be opened:");
 }
 
 // Adds the project's packages from outside it to a copy that has none. Returns what is left out.
@@ -119,8 +116,7 @@ std::vector<std::string> addPackages(const Transfer& transfer, const std::string
   // A build may have put anything there; the project goes out without it.
   if (!from) return {ownPackages};
   transfer.host.assume();
-  const Descriptor to = makeFolderBeneath(copy, ownPackages);
-  if (!to) refuseWithError("The packages could not be written:");
+  const Descriptor to = orRefuse(makeFolderBeneath(copy, ownPackages), "The packages could not be written:");
   auto leftOut = copyTree({from.get(), transfer.inDevice}, {to.get(), transfer.host},
                           {CopiedLinks::Inside, transfer.umask, transfer.pause});
   transfer.host.assume();
