@@ -155,8 +155,7 @@ double RQAlertViewRootView::dimming() const {
   const QColor color = dialog_->appearance.coverColor;
   const double alpha = std::clamp(dialog_->appearance.coverAlpha, 0.0, 1.0);
   const double own = color.isValid() ? alpha * color.alphaF() : 0;
-  const double other = motion_ == Motion::None ? 0 : otherDimming_;
-  return other + (own - other) * coverShown();
+  return otherDimming_ + (own - otherDimming_) * coverShown();
 }
 
 void RQAlertViewRootView::paintCover(QPainter& painter) const {
@@ -218,8 +217,7 @@ void RQAlertViewRootView::takeBackdrops() {
   box_->setBackdrop(blurred(dialog_->appearance.backgroundBlurEffect));
 }
 
-void RQAlertViewRootView::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void RQAlertViewRootView::resizeEvent(QResizeEvent*) {
   // Before the show it is all laid out once.
   if (!in_ && motion_ == Motion::None) return;
   takeBackdrops();

@@ -217,9 +217,7 @@ bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlert
   int restStart = -1;
   for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
     line.setLineWidth(width_);
-    const bool fits =
-        line.textStart() + line.textLength() >= paragraph.size() && line.naturalTextWidth() <= width_;
-    if (linesLeft == 1 && !fits) {
+    if (linesLeft == 1) {
       restStart = line.textStart();
       line.setNumColumns(0);
       break;

@@ -20,7 +20,7 @@ bool writeWhole(int file, std::string_view contents) {
   while (!contents.empty()) {
     const ssize_t written = write(file, contents.data(), contents.size());
     if (written == -1 && errno == EINTR) continue;
-    if (written <= 0) return false;
+    if (written == -1) return false;
     contents.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;

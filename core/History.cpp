@@ -22,26 +22,26 @@ std::int64_t milliseconds() {
   return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
 }
 
-// Whether the answer came in time.
-bool ask(history::Wish wish, const std::string& name = {}) {
+// Returns when the answer has come or will not.
+void ask(history::Wish wish, const std::string& name = {}) {
   const std::lock_guard lock(asking);
   history::Request request{};
-  if (launcher < 0 || name.size() >= sizeof request.name) return false;
+  if (launcher < 0 || name.size() >= sizeof request.name) return;
   request.number = ++lastNumber;
   request.wish = wish;
   request.deadline = milliseconds() + history::patienceMilliseconds;
   std::copy(name.begin(), name.end(), request.name);
-  if (send(launcher, &request, sizeof request, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) return false;
+  if (send(launcher, &request, sizeof request, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) return;
   while (true) {
     pollfd answer{launcher, POLLIN, 0};
     const auto left = std::max<std::int64_t>(0, request.deadline - milliseconds());
     const int ready = poll(&answer, 1, static_cast<int>(left));
     if (ready < 0 && errno == EINTR) continue;
-    if (ready <= 0) return false;
+    if (ready <= 0) return;
     history::Answer got{};
-    if (recv(launcher, &got, sizeof got, MSG_DONTWAIT) != static_cast<ssize_t>(sizeof got)) return false;
+    if (recv(launcher, &got, sizeof got, MSG_DONTWAIT) != static_cast<ssize_t>(sizeof got)) return;
     // Others are late answers to earlier requests.
-    if (got.number == request.number) return true;
+    if (got.number == request.number) return;
   }
 }
 

@@ -65,12 +65,10 @@ void UIActivityIndicatorView::paintEvent(QPaintEvent*) {
   }
 }
 
-void UIActivityIndicatorView::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+void UIActivityIndicatorView::showEvent(QShowEvent*) {
   if (motionEnabled()) timer_.start();
 }
 
-void UIActivityIndicatorView::hideEvent(QHideEvent* event) {
-  QWidget::hideEvent(event);
+void UIActivityIndicatorView::hideEvent(QHideEvent*) {
   timer_.stop();
 }

@@ -102,8 +102,7 @@ void UIScreen::comeForward(const QByteArray& activationToken) {
   qunsetenv(variable);
 }
 
-void UIScreen::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void UIScreen::resizeEvent(QResizeEvent*) {
   for (UIWindow* window : windows_) window->setGeometry(rect());
 }
 

@@ -49,8 +49,7 @@ void PresentationLayer::finish() {
   finished();
 }
 
-void PresentationLayer::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void PresentationLayer::resizeEvent(QResizeEvent*) {
   place(fraction_);
 }
 

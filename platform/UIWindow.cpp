@@ -116,8 +116,7 @@ void UIWindow::endEditing() {
   if (lastFocus_ && lastFocus_ == window()->focusWidget()) setFocus(Qt::OtherFocusReason);
 }
 
-void UIWindow::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
+void UIWindow::resizeEvent(QResizeEvent*) {
   const auto layers = findChildren<PresentationLayer*>(Qt::FindDirectChildrenOnly);
   for (PresentationLayer* layer : layers) layer->setGeometry(rect());
 }

@@ -111,7 +111,6 @@ struct Keeper {
       return;
     }
     if (got != static_cast<ssize_t>(sizeof request)) return;
-    request.name[sizeof request.name - 1] = '\0';
     switch (request.wish) {
       case history::Wish::Copy:
         if (waiting_.size() < mostAsked) waiting_.push_back(request.number);
@@ -119,7 +118,7 @@ struct Keeper {
       case history::Wish::BeginBackup:
         // The rest of the second is for the way back.
         if (milliseconds() + history::patienceMilliseconds / 10 >= request.deadline) return;
-        history_.beginBackup(var_, request.name);
+        history_.beginBackup(var_, {request.name, strnlen(request.name, sizeof request.name)});
         break;
       case history::Wish::FinishBackup:
         history_.finishBackup();

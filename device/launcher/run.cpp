@@ -21,12 +21,8 @@ struct Host {
 
 fs::path findOwnFiles() {
   const fs::path program = fs::read_symlink("/proc/self/exe");
-  fs::path files;
-  // In the build tree, and after installation.
-  for (const char* way : {"../lib/tweakbench", TWEAKBENCH_INSTALLED_FILES}) {
-    files = (program.parent_path() / way).lexically_normal();
-    if (fs::exists(files / "starter")) return files;
-  }
+  const fs::path files = program.parent_path().parent_path() / "lib/tweakbench";
+  if (fs::exists(files / "starter")) return files;
   throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
 }
 

@@ -44,12 +44,9 @@ class Signals {
     // Reading in the background is to fail instead.
     if (onTerminal) sigaddset(&watched, SIGTTIN);
     sigprocmask(SIG_BLOCK, &watched, &before_);
-    brokenPipe_ = signal(SIGPIPE, SIG_IGN);
+    signal(SIGPIPE, SIG_IGN);
   }
-  ~Signals() {
-    sigprocmask(SIG_SETMASK, &before_, nullptr);
-    signal(SIGPIPE, brokenPipe_);
-  }
+  ~Signals() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
 
   int descriptor() const { return descriptor_.get(); }
   std::optional<signalfd_siginfo> next() {
@@ -71,7 +68,6 @@ class Signals {
 
  private:
   sigset_t before_{};
-  sighandler_t brokenPipe_ = SIG_DFL;
   Descriptor descriptor_;
 };
 

@@ -144,6 +144,7 @@ TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
   putFile(device / "var/Tweakyard/.import-2/file", "copying");
   // A build can make any number of them, and an entry for each would take the next start hours.
   putFile(device / "var/Tweakyard/.import-3/file", "kept too");
+  putFile(device / "history/usage", "1");
   const Descriptor living(
       open((device / "var/Tweakyard/.import-2").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   ASSERT_EQ(flock(living.get(), LOCK_EX | LOCK_NB), 0);
@@ -152,6 +153,12 @@ TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
   EXPECT_TRUE(fs::exists(device / "var/Tweakyard/.import-2/file"));
   EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-1/file"), "kept");
   EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-3/file"), "kept too");
+  EXPECT_FALSE(fs::exists(device / "history/usage")) << "the history has grown";
+  EXPECT_TRUE(fs::exists(setAside() / "moved")) << "so that a copy takes its place";
+  for (const char* grown : {"history/usage", "history/copy/file"}) putFile(device / grown, "1");
+  const Descriptor opened = openOrMakeFolder(device.path());
+  EXPECT_TRUE(HistoryFolder(opened.get()).part(setAside().filename(), "copy"));
+  EXPECT_TRUE(fs::exists(setAside() / "file") && !fs::exists(device / "history/usage"));
 }
 
 TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {

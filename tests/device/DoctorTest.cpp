@@ -137,6 +137,11 @@ TEST(BuildLog, TheFirstErrorIsNamedBeforeWhatFollowsFromIt) {
   ASSERT_EQ(findings.size(), 2U);
   EXPECT_TRUE(findings[0].sentence.starts_with("Line 8 ")) << findings[0].sentence;
   EXPECT_TRUE(findings[1].sentence.starts_with("Line 11 of its log: the disk")) << findings[1].sentence;
+  EXPECT_EQ(
+      firstErrorIn("rm -f x\nIn file included from a.h:1\nWhile building module 'M':\n==> Notice: y\n \t\n"
+                   "a: gone astray\nmake: *** [a] Error 2\n")
+          .line,
+      "a: gone astray");
   // Nothing but warnings before make gave up: they are not blamed.
   EXPECT_EQ(
       firstErrorIn("==> Compiling a.m...\na.m:1: warning: error-prone\nmake: *** [a.o] Error 137\n").number,

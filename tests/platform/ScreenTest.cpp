@@ -88,7 +88,15 @@ TEST(TheActivityIndicator, WakesTheProcessorOnlyWhileItSpinsInSight) {
   setMotionEnabled(true);
   EXPECT_EQ(stepsAfter(), 0);
   parent.show();
+  const QImage first = indicator.grab().toImage();
   EXPECT_NEAR(stepsAfter(), 83, 5);
+  for (int step = 2; step <= 12; ++step) {
+    const auto brightnessOfTheTop = [&] { return indicator.grab().toImage().pixelColor(10, 3).lightness(); };
+    const int before = brightnessOfTheTop();
+    EXPECT_GT(stepsAfter(), 0);
+    EXPECT_TRUE(step > 8 || brightnessOfTheTop() < before) << "spokes fade behind the one that leads";
+  }
+  EXPECT_EQ(indicator.grab().toImage(), first) << "once around";
   parent.hide();
   EXPECT_FALSE(indicator.isTicking());
   parent.show();

@@ -119,7 +119,12 @@ TEST_F(Presenting, SlidesInATimeWhereMotionIsOnAndKeepsItsPlaceWhenResized) {
   EXPECT_EQ(log.back(), "presented again");
   for (const char* once : {"presented", "dismissed", "next presented"})
     EXPECT_EQ(std::count(log.begin(), log.end(), once), 1) << once;
-  root->dismissViewControllerAnimated(false);
+  child->presentViewController(std::make_shared<Recorder>("grandchild", log), false);
+  root->dismissViewControllerAnimated(true);
+  EXPECT_EQ(child->presentedViewController(), nullptr) << "two move at once";
+  turn(0);
+  turn(400);
+  EXPECT_EQ(window->topViewController(), root);
 }
 
 TEST_F(Presenting, RefusesWhatIsAlreadyShownOrHasNoPlace) {
