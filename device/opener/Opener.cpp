@@ -100,7 +100,7 @@ opener::Verdict Opener::start(const Asked& asked, const std::string& argument) {
   if (setting_.program.empty()) return opener::Verdict::Unavailable;
   const pid_t process = spawnApart(setting_.program, argument, setting_.environment);
   if (process < 0) {
-    log_.add(setting_.program.string() + " could not be started for " + asked.url);
+    note(setting_.program.string() + " could not be started for " + asked.url);
     return opener::Verdict::Unavailable;
   }
   Descriptor end = endOf(process);
@@ -109,7 +109,7 @@ opener::Verdict Opener::start(const Asked& asked, const std::string& argument) {
 }
 
 opener::Verdict Opener::refuse(const std::string& url, const std::string& reason) {
-  log_.add("Refused (" + reason + "): " + url);
+  note("Refused (" + reason + "): " + url);
   return opener::Verdict::Refused;
 }
 
@@ -129,7 +129,7 @@ void Opener::lookAfter(Started& started) {
   if (started.isAnswered || (!hasEnded && Clock::now() < started.answerBy)) return;
   started.isAnswered = true;
   if (!hasEnded || status == 0) return answer(started.asked, opener::Verdict::Opened);
-  log_.add(setting_.program.string() + " failed for " + started.asked.url);
+  note(setting_.program.string() + " failed for " + started.asked.url);
   answer(started.asked, opener::Verdict::Unavailable);
 }
 
@@ -160,26 +160,25 @@ fs::path openerLogPath(const Environment& caller, const fs::path& home) {
   return baseFolder(caller, "XDG_STATE_HOME", home / ".local/state") / "tweakbench/opener.log";
 }
 
-void OpenerLog::add(const std::string& words) {
+void Opener::note(const std::string& words) {
   constexpr int mostLines = 500;
   constexpr std::size_t longestLine = 300;
   constexpr off_t largest = 256 << 10;
   if (lines_ == 0) {
     std::error_code error;
-    fs::create_directories(path_.parent_path(), error);
-    file_ = Descriptor(
-        open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
-    const struct stat status = statusOf(file_.get());
-    if (!S_ISREG(status.st_mode) || (status.st_size > largest && ftruncate(file_.get(), 0) != 0))
-      file_.close();
+    fs::create_directories(setting_.log.parent_path(), error);
+    log_ = Descriptor(::open(setting_.log.c_str(),
+                             O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
+    const struct stat status = statusOf(log_.get());
+    if (!S_ISREG(status.st_mode) || (status.st_size > largest && ftruncate(log_.get(), 0) != 0)) log_.close();
   }
-  if (!file_ || ++lines_ > mostLines + 1) return;
+  if (!log_ || ++lines_ > mostLines + 1) return;
   char time[32];
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
   std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S", localtime_r(&now, &parts));
   // A lost line does not stop the opener.
-  dprintf(file_.get(), "%s %s\n", time,
+  dprintf(log_.get(), "%s %s\n", time,
           lines_ > mostLines ? "Nothing more is noted in this run."
                              : visible(words.substr(0, longestLine)).c_str());
 }

@@ -60,22 +60,6 @@ class ShownFolders {
   std::deque<Shown> shown_;
 };
 
-// A file of the user's, outside the device. Starts anew when it has grown large, and takes so many lines of
-// one run only, since the device decides how many there are.
-class OpenerLog {
- public:
-  // The first line makes the file, and its folder where missing. Where that cannot be, lines go nowhere.
-  explicit OpenerLog(fs::path file) : path_(std::move(file)) {}
-
-  // One line, with the time in front; control characters are made visible, long texts cut.
-  void add(const std::string& words);
-
- private:
-  fs::path path_;
-  Descriptor file_;
-  int lines_ = 0;
-};
-
 // Stands outside the device and trusts nothing that comes: the application may have been taken over. Every
 // request is one packet and gets one answer. A URL is one argument of the opener program, which is started
 // without a shell.
@@ -90,12 +74,13 @@ class Opener {
     fs::path program;
     // What the program is started with.
     Environment environment;
+    // A file of the user's, outside the device, made with the first line, and its folder where missing.
     fs::path log;
     // Opener programs end at once where they hand on to a running desktop, and run on where they become the
     // browser: after that time they count as successful.
     std::chrono::milliseconds soonEnough = std::chrono::seconds(3);
   };
-  explicit Opener(Setting setting) : setting_(std::move(setting)), log_(setting_.log) {}
+  explicit Opener(Setting setting) : setting_(std::move(setting)) {}
 
   // Makes the sockets, anew for each start of the application. Where they cannot be made, applicationEnd() is
   // -1 and nothing ever comes.
@@ -138,11 +123,16 @@ class Opener {
   opener::Verdict start(const Asked& asked, const std::string& argument);
   opener::Verdict refuse(const std::string& url, const std::string& reason);
   bool isTooOften();
+  // One line in the log, with the time in front; control characters are made visible, long texts cut. The log
+  // starts anew when it has grown large, and takes so many lines of one run only, since the device decides
+  // how many there are. Where it cannot be written, lines go nowhere.
+  void note(const std::string& words);
   void lookAfter(Started& started);
   void answer(const Asked& asked, opener::Verdict verdict) const;
 
   Setting setting_;
-  OpenerLog log_;
+  Descriptor log_;
+  int lines_ = 0;
   ShownFolders folders_;
   ApplicationSocket sockets_;
   std::deque<Clock::time_point> recent_;
