@@ -92,10 +92,10 @@ struct Start {
   _exit(127);
 }
 
+// Also takes the end of what others have left to this process: it would still look alive to who waits for it.
 int waitFor(pid_t program) {
   int status = 0;
-  while (waitpid(program, &status, 0) < 0 && errno == EINTR) {
-  }
+  for (pid_t ended = 0; ended != program && (ended >= 0 || errno == EINTR);) ended = waitpid(-1, &status, 0);
   return status;
 }
 
@@ -114,7 +114,9 @@ int serveUntilEnd(pid_t program, int reports, int orders) {
   const int changes = signalfd(-1, &child, SFD_CLOEXEC | SFD_NONBLOCK);
   while (true) {
     int status = 0;
-    while (waitpid(program, &status, WUNTRACED | WNOHANG) > 0) {
+    while (const pid_t changed = waitpid(-1, &status, WUNTRACED | WNOHANG)) {
+      if (changed < 0) break;
+      if (changed != program) continue;
       if (!WIFSTOPPED(status)) return status;
       report(reports, StartReport::Kind::Stopped, WSTOPSIG(status));
     }
