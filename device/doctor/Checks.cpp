@@ -235,9 +235,8 @@ void addTheos(const Facts& facts, std::vector<Finding>& findings) {
     const string link = astrayOnTheWay(*facts.inDevice, path);
     const string state = path + (entry == Entry::Empty ? " is empty" : " is missing");
     const string& remedy = path.starts_with("vendor/") ? submodules : wholeCopy;
-    findings.push_back(problem(subject, link.empty()
-                                            ? state + ", and Theos does not build without it; " + remedy + "."
-                                            : astrayRemedy(link)));
+    const string missing = fill("%@, and Theos does not build without it; %@.", {state, remedy});
+    findings.push_back(problem(subject, link.empty() ? missing : astrayRemedy(link)));
     told = link.empty() ? path : link;
   }
 }

@@ -198,7 +198,7 @@ class Walk {
     const Descriptor innerCopy = openFolderBeneath(copy.get(), name);
     for (const auto& inner : *names) {
       if (isTooMuch()) return;
-      entry(opened.get(), innerCopy, inner, path + "/" + inner, depth + 1);
+      entry(opened.get(), innerCopy, inner, fs::path(path) / inner, depth + 1);
     }
   }
 

@@ -96,7 +96,9 @@ std::vector<std::string> changesOf(const HistoryFolder& history, const HistoryEn
     }
     for (const auto& [name, where] : names) {
       if (!only.empty() && name != only) continue;
-      const auto isRemark = [&](const std::string& remark) { return isAbout(remark, kind, name); };
+      const auto isRemark = [&, name = name](const std::string& remark) {
+        return isAbout(remark, kind, name);
+      };
       std::string change = called(kind, name);
       if (entry.isSetAside)
         change += " was set aside";

@@ -1,4 +1,5 @@
 // How the device is opened and what runs in it: the application, a shell, a command.
+#include "device/folder/Beneath.h"
 #include "device/folder/DeviceFolder.h"
 #include "device/folder/HistoryKeeper.h"
 #include "device/launcher/Commands.h"
@@ -21,7 +22,7 @@ struct Host {
 
 fs::path findOwnFiles() {
   const fs::path program = fs::read_symlink("/proc/self/exe");
-  const fs::path files = program.parent_path().parent_path() / "lib/tweakbench";
+  fs::path files = program.parent_path().parent_path() / "lib/tweakbench";
   if (fs::exists(files / "starter")) return files;
   throw Refusal("Tweakbench's own files are not at " + files.string() + "; install it again.");
 }

@@ -121,6 +121,7 @@ void enterMountNamespace() {
 void showOnStage(const std::vector<Staged>& all) {
   // Opened before the stage covers what it is mounted on.
   std::vector<Descriptor> opened;
+  opened.reserve(all.size());
   for (const auto& each : all) {
     opened.push_back(orRefuse(Descriptor(open(each.path->c_str(), O_PATH | O_CLOEXEC)),
                               each.path->string() + " could not be opened:"));

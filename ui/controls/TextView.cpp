@@ -312,7 +312,8 @@ bool TextView::scrollByKey(QKeyEvent& event) {
     verticalScrollBar()->triggerAction(action);
     return true;
   }
-  QAbstractScrollArea::keyPressEvent(&event);
+  // The arrows, which the editor component would move the caret by.
+  QAbstractScrollArea::keyPressEvent(&event);  // NOLINT(bugprone-parent-virtual-call)
   return event.isAccepted();
 }
 
