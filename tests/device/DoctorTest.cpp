@@ -4,7 +4,6 @@
 #include "support/Cases.h"
 
 #include <algorithm>
-#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -43,6 +42,16 @@ Facts healthy(const std::string& changes = "", const std::string& theos = "/home
   facts.freeSpace = std::uintmax_t{10} << 30;
   facts.inDevice = readProbe(probed(changes));
   facts.trial.emplace();
+  for (const std::string& change : splitAt(changes, "; ")) {
+    const std::string value = change.substr(change.find('=') + 1);
+    if (change == "device=other files") facts.deviceFolder = Facts::DeviceFolder::OtherFiles;
+    if (change == "device=of another user") facts.deviceFolder = Facts::DeviceFolder::OfAnotherUser;
+    if (change.starts_with("free=")) facts.freeSpace = std::stoul(value);
+    if (change.starts_with("theos=")) facts.theos = value;
+    if (change.starts_with("log=")) facts.buildLog = value + "make: *** [Makefile:6: all] Error 2\n";
+    if (change == "cut") facts.buildLogCut = true;
+    if (change == "quick") facts.trial.reset(), facts.isQuick = true;
+  }
   return facts;
 }
 
@@ -69,29 +78,6 @@ void expectComplaint(const Facts& facts, const std::string& begin, const std::st
 TEST(Doctor, NamesEveryFaultOnceWithWhatToDo) {
   expectComplaint(healthy(), "", "", "nothing is wrong");
   for (const auto& row : cases("seen")) expectComplaint(healthy(row[0]), row[1], row.at(2), row[0]);
-  using Folder = Facts::DeviceFolder;
-  const std::string failed = "make: *** [Makefile:6: all] Error 2\n";
-  const struct {
-    std::function<void(Facts&)> spoil;
-    const char* complaint;
-    const char* remedy;
-  } rows[] = {
-      {[](Facts& facts) { facts.deviceFolder = Folder::OtherFiles; }, "problem device: ", "--device"},
-      {[](Facts& facts) { facts.deviceFolder = Folder::OfAnotherUser; }, "problem device: ", "--device"},
-      {[](Facts& facts) { facts.freeSpace = 1000; }, "problem disk space: 0 MiB", "make room"},
-      {[](Facts& facts) { facts.freeSpace = 100 << 20; }, "note disk space: 100 MiB", "make room"},
-      {[](Facts& facts) { facts.theos = "/home/me/my theos"; }, "note Theos: ", "without blanks"},
-      {[&](Facts& facts) { facts.buildLog = failed; }, "note last build: Line 1", "lines above"},
-      {[&](Facts& facts) { facts.buildLog = "no space left on device\n" + failed, facts.buildLogCut = true; },
-       "note last build: Near the end of its log: the build failed", "lines above"},
-      {[](Facts& facts) { facts.trial.reset(), facts.isQuick = true; }, "note trial build: Left out",
-       "nothing was tried"},
-  };
-  for (const auto& row : rows) {
-    Facts facts = healthy();
-    row.spoil(facts);
-    expectComplaint(facts, row.complaint, row.remedy, row.complaint);
-  }
 }
 
 TEST(Doctor, ThePracticeTheosNeedsNoToolchain) {
