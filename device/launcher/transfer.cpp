@@ -58,10 +58,10 @@ Transfer openForCopying(const Options& options, mode_t callerUmask) {
   if (caller.isSettled || isAllInDevice) become(caller.account);
   if (geteuid() == 0 && setgroups(0, nullptr) != 0) refuseWithError("Root's groups could not be given up:");
   const Rights host = Rights::own();
+  const RightsAfterwards backToHost(host);
   const Rights inDevice{caller.account.user, caller.account.group};
   inDevice.assume();
   Descriptor var = openVar(folder.get(), caller.device);
-  host.assume();
   return {caller.device, std::move(folder), std::move(var), host, inDevice, callerUmask, Interruption::check};
 }
 
@@ -79,6 +79,7 @@ int transfer(const Options& options, mode_t callerUmask) {
   const Phone phone = options.action == Options::Action::Send ? phoneFor(options.phone, caller) : Phone();
   const Transfer prepared = openForCopying(options, callerUmask);
   try {
+    const RightsAfterwards backToHost(prepared.host);
     const Interruption interruption;
     if (options.action == Options::Action::Import) import(prepared, options);
     if (options.action == Options::Action::Export) exportTo(prepared, options);

@@ -113,6 +113,14 @@ void Rights::assume() const {
     refuseWithError("Root could not change its user:");
 }
 
+RightsAfterwards::~RightsAfterwards() {
+  try {
+    rights_.assume();
+  } catch (const Refusal&) {
+    // Less rights than wanted, never more.
+  }
+}
+
 void enterMountNamespace() {
   if (unshare(CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) != 0)
     refuseWithError("Root could not make a mount namespace to show the device's user its files:");

@@ -54,6 +54,18 @@ class Rights {
   gid_t group_;
 };
 
+// Restores `rights` at the end of a scope.
+class RightsAfterwards {
+ public:
+  explicit RightsAfterwards(const Rights& rights) : rights_(rights) {}
+  ~RightsAfterwards();
+  RightsAfterwards(const RightsAfterwards&) = delete;
+  RightsAfterwards& operator=(const RightsAfterwards&) = delete;
+
+ private:
+  Rights rights_;
+};
+
 // A folder or a socket that the device's user has to reach.
 struct Staged {
   // Where it is; afterwards where it is shown.
