@@ -18,12 +18,6 @@ struct NSNotification;
 // moves and takes no input.
 enum class RQAlertViewState { Allocated, Made, Showing, Shown, Dismissing, Dismissed };
 
-// Allocates a dialog and initializes it in one step.
-#define RQ_FACTORY(factory, initializer)                                \
-  template <typename... Arguments>                                      \
-  static Shared factory(Arguments&&... arguments) {                     \
-    return alloc()->initializer(std::forward<Arguments>(arguments)...); \
-  }
 // A getter and a setter for a handler.
 #define RQ_HANDLER(Type, name, setter)   \
   const Type& name() const {             \
@@ -77,8 +71,8 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
 
   // Each initializer can be called in three ways: with the arguments below alone; with an action handler, a
   // cancel handler and a destructive handler after them, each of which may be null; or with a delegate
-  // (std::weak_ptr or std::shared_ptr<RQAlertViewDelegate>) after them. The factories alertViewWith... take
-  // the same. All return the dialog itself.
+  // (std::weak_ptr or std::shared_ptr<RQAlertViewDelegate>) after them. The factory alertViewWith... of the
+  // same name allocates and initializes in one step. All return the dialog itself.
   template <typename... Reports>
   Shared initWithTitle(const QString& title, const QString& message, RQAlertViewStyle style,
                        const QStringList& buttonTitles, const QString& cancelButtonTitle,
@@ -138,11 +132,50 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
                  textFieldsSetupHandler, RQAlertViewRecipients(std::move(reports)...));
   }
 
-  RQ_FACTORY(alertViewWithTitle, initWithTitle)
-  RQ_FACTORY(alertViewWithViewAndTitle, initWithViewAndTitle)
-  RQ_FACTORY(alertViewWithActivityIndicatorAndTitle, initWithActivityIndicatorAndTitle)
-  RQ_FACTORY(alertViewWithProgressViewAndTitle, initWithProgressViewAndTitle)
-  RQ_FACTORY(alertViewWithTextFieldsAndTitle, initWithTextFieldsAndTitle)
+  template <typename... Reports>
+  static Shared alertViewWithTitle(const QString& title, const QString& message, RQAlertViewStyle style,
+                                   const QStringList& buttonTitles, const QString& cancelButtonTitle,
+                                   const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithTitle(title, message, style, buttonTitles, cancelButtonTitle,
+                                  destructiveButtonTitle, std::move(reports)...);
+  }
+  template <typename... Reports>
+  static Shared alertViewWithViewAndTitle(const QString& title, const QString& message,
+                                          RQAlertViewStyle style, QWidget* view,
+                                          const QStringList& buttonTitles, const QString& cancelButtonTitle,
+                                          const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithViewAndTitle(title, message, style, view, buttonTitles, cancelButtonTitle,
+                                         destructiveButtonTitle, std::move(reports)...);
+  }
+  template <typename... Reports>
+  static Shared alertViewWithActivityIndicatorAndTitle(
+      const QString& title, const QString& message, RQAlertViewStyle style, const QString& progressLabelText,
+      const QStringList& buttonTitles, const QString& cancelButtonTitle,
+      const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithActivityIndicatorAndTitle(title, message, style, progressLabelText, buttonTitles,
+                                                      cancelButtonTitle, destructiveButtonTitle,
+                                                      std::move(reports)...);
+  }
+  template <typename... Reports>
+  static Shared alertViewWithProgressViewAndTitle(const QString& title, const QString& message,
+                                                  RQAlertViewStyle style, double progress,
+                                                  const QString& progressLabelText,
+                                                  const QStringList& buttonTitles,
+                                                  const QString& cancelButtonTitle,
+                                                  const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithProgressViewAndTitle(title, message, style, progress, progressLabelText,
+                                                 buttonTitles, cancelButtonTitle, destructiveButtonTitle,
+                                                 std::move(reports)...);
+  }
+  template <typename... Reports>
+  static Shared alertViewWithTextFieldsAndTitle(
+      const QString& title, const QString& message, std::size_t numberOfTextFields,
+      const RQAlertViewTextFieldsSetupHandler& textFieldsSetupHandler, const QStringList& buttonTitles,
+      const QString& cancelButtonTitle, const QString& destructiveButtonTitle, Reports... reports) {
+    return alloc()->initWithTextFieldsAndTitle(title, message, numberOfTextFields, textFieldsSetupHandler,
+                                               buttonTitles, cancelButtonTitle, destructiveButtonTitle,
+                                               std::move(reports)...);
+  }
 
   // Showing does nothing when the dialog is shown already or has been. A dialog that no initializer has set
   // up throws InternalInconsistency. Without an argument: animated for showAnimated, at once for show. The
@@ -411,7 +444,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   Shared keptAlive_;
 };
 
-#undef RQ_FACTORY
 #undef RQ_HANDLER
 #undef RQ_PROPERTY
 #undef RQ_DEPENDENT_PROPERTY
