@@ -78,8 +78,7 @@ std::string lossAfter(const Sweep& sweep, int status) {
     }
   }
   const bool keepsTweak = std::string_view(sweep.name) == "save";
-  if (keepsTweak && sizeOfFile(tweak) != longText.size() && !sweep.isDone())
-    return "Tweak.x is cut short";
+  if (keepsTweak && sizeOfFile(tweak) != longText.size() && !sweep.isDone()) return "Tweak.x is cut short";
   if (std::string_view(sweep.name) == "restore" &&
       !isWholeProject("/var/mobile/Documents/TweakbenchBackups/Q")) {
     return "the backup is lost";
