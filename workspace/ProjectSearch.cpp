@@ -94,17 +94,25 @@ bool parseLine(std::string_view output, std::string_view word, FoundLine& found)
 }  // namespace
 
 std::vector<std::string> currentProjectFiles() {
+  const std::string project = fill(paths::project, {currentProject()}) + '/';
   std::vector<std::string> files;
-  const std::string folder = fill(paths::project, {currentProject()});
-  std::error_code error;
-  fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, error);
-  for (; entry != fs::recursive_directory_iterator() && files.size() < mostProjectFiles;
-       entry.increment(error)) {
-    const std::string name = entry->path().filename();
-    const bool isLeftOut = name == ".theos" || name == ".git";
-    if (isLeftOut || entry.depth() == deepestFolder) entry.disable_recursion_pending();
-    if (!isLeftOut && entry->is_regular_file(error))
-      files.push_back(entry->path().string().substr(folder.size() + 1));
+  // The upper folders first, so that a huge one does not keep out the files above it. A folder that cannot be
+  // read, or vanishes meanwhile, holds nothing.
+  std::vector<std::string> folders{""};
+  const auto hasRoom = [&files] { return files.size() < mostProjectFiles; };
+  for (std::size_t next = 0; next < folders.size() && hasRoom(); ++next) {
+    const std::string folder = folders[next];
+    const bool isDeepest = std::count(folder.begin(), folder.end(), '/') == deepestFolder;
+    std::error_code error;
+    std::error_code unknown;  // what an entry is: then it is neither
+    fs::directory_iterator entry(project + folder, error);
+    for (; entry != fs::directory_iterator() && hasRoom(); entry.increment(error)) {
+      const std::string name = entry->path().filename();
+      if (name == ".theos" || name == ".git") continue;
+      if (entry->is_regular_file(unknown)) files.push_back(folder + name);
+      if (!isDeepest && entry->symlink_status(unknown).type() == fs::file_type::directory)
+        folders.push_back(folder + name + '/');
+    }
   }
   std::sort(files.begin(), files.end());
   return files;
