@@ -84,7 +84,7 @@ void ViewController::viewDidLoad() {
     outlets_.TableVV->setCurrentRow(-1);
     outlets_.TableVV->scrollToTop();
   }
-  listFiles();
+  Reload();
   outlets_.ProjLableName->setText(project);
   // "[*]" alone would be a place for the mark of a changed document.
   UIScreen::mainScreen()->setWindowTitle(
@@ -120,7 +120,7 @@ void ViewController::OpenPrijectFolder() {
   showOptionsMenu(*this);
 }
 
-void ViewController::listFiles() {
+void ViewController::Reload() {
   RowListView& list = *outlets_.TableVV;
   const std::vector<std::string>& names = MUArray();
   const int row = list.currentRow();

@@ -24,7 +24,9 @@ class ViewController : public UIViewController {
   void NewProject();
   void Removeer();
   void OpenPrijectFolder();
-  void Reload() { listFiles(); }
+  // Keeps the place in the list where the rows still allow it: the same file stays the current one wherever
+  // it is now, or if it has gone, the one in its place.
+  void Reload();
   // Takes away whatever this screen presents.
   void DismissPop() { dismissViewControllerAnimated(true); }
 
@@ -33,9 +35,6 @@ class ViewController : public UIViewController {
 
  private:
   void wireButtons();
-  // Reads the current project's files anew, keeping the place in the list where the rows still allow it: the
-  // same file stays the current one wherever it is now, or if it has gone, the one in its place.
-  void listFiles();
   void presentBuildScreen();
   void presentAboutScreen();
   void didSelectRow(int row);
