@@ -22,14 +22,12 @@ constexpr int markKinds = 3;
 }  // namespace
 
 CodeView::CodeView(QWidget* parent) : TextView(parent) {
-  send(SCI_SETMARGINTYPEN, numberMargin, SC_MARGIN_NUMBER);
-  send(SCI_SETMARGINMASKN, numberMargin, 0);
   for (int kind = 0; kind < markKinds; ++kind)
     send(SCI_INDICSETSTYLE, firstIndicator + kind, INDIC_SQUIGGLEPIXMAP);
   send(SCI_SETWRAPINDENTMODE, SC_WRAPINDENT_INDENT);
   connect(this, &QsciScintilla::SCN_STYLENEEDED, this, [this](int end) { styleTo(end); });
   connect(this, &QsciScintilla::SCN_CHARADDED, this, [this](int character) {
-    if (character == '\n' || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CR)) indentNewLine();
+    if (character == '\n' || character == '\r') indentNewLine();
     if (character == '}') alignClosingBrace();
   });
   connect(this, &QsciScintilla::linesChanged, this, [this] { widenMargin(); });
@@ -53,12 +51,10 @@ void CodeView::setFile(std::string_view bytes, const std::string& name) {
   } else {
     send(SCI_SETLEXER, language_ == CodeLanguage::Logos ? SCLEX_CONTAINER : SCLEX_NULL);
   }
-  detectIndentation(bytes.substr(0, longestColoured));
-  setProblems({});
+  detectIndentation(bytes);
   applyLooks();
   // What is below the lines in sight is coloured while nothing is typed.
   send(SCI_SETIDLESTYLING, SC_IDLESTYLING_TOVISIBLE);
-  widenMargin();
 }
 
 void CodeView::applyLooks() {
@@ -72,7 +68,7 @@ void CodeView::applyLooks() {
   SendScintilla(SCI_STYLESETBACK, STYLE_BRACELIGHT, colours::bracketGround);
   // Coloured text can be read on this ground.
   SendScintilla(SCI_SETSELBACK, 1UL, colours::codeSelection);
-  send(SCI_SETCARETLINEVISIBLE, 1);
+  send(SCI_SETCARETLINEVISIBLE, true);
   SendScintilla(SCI_SETCARETLINEBACK, colours::currentLine);
   for (int kind = 0; kind < markKinds; ++kind)
     SendScintilla(SCI_INDICSETFORE, firstIndicator + kind, colourOf(static_cast<Problem::Kind>(kind)));
@@ -94,7 +90,6 @@ void CodeView::styleTo(long end) {
   const long begin = send(SCI_POSITIONFROMLINE, line);
   const long stop =
       last + 1 < send(SCI_GETLINECOUNT) ? send(SCI_POSITIONFROMLINE, last + 1) : send(SCI_GETLENGTH);
-  if (stop <= begin) return;
   // The library answers with a number. NOLINTNEXTLINE(performance-no-int-to-ptr)
   const auto* const bytes = reinterpret_cast<const char*>(
       SendScintilla(SCI_GETRANGEPOINTER, static_cast<unsigned long>(begin), stop - begin));
@@ -111,12 +106,10 @@ void CodeView::styleTo(long end) {
   SendScintilla(SCI_SETSTYLINGEX, static_cast<uintptr_t>(parts.size()), parts.data());
 }
 
-// Tabs, unless the first indented lines show otherwise.
+// Tabs, unless the first indented line shows otherwise.
 void CodeView::detectIndentation(std::string_view text) {
   std::size_t blanks = 0;
-  std::size_t lines = 0;
-  for (std::size_t at = text.find('\n'); at != std::string_view::npos && lines < 1000;
-       at = text.find('\n', at + 1), ++lines) {
+  for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
     if (text.substr(at + 1, 1) == "\t") break;
     const std::size_t first = text.find_first_not_of(' ', at + 1);
     if (first == std::string_view::npos || first < at + 3 || text[first] == '*') continue;
@@ -124,13 +117,12 @@ void CodeView::detectIndentation(std::string_view text) {
     break;
   }
   if (language_ == CodeLanguage::Makefile) blanks = 0;
-  send(SCI_SETUSETABS, blanks == 0 ? 1 : 0);
+  send(SCI_SETUSETABS, blanks == 0);
   send(SCI_SETTABWIDTH, blanks == 0 ? editorTabColumns : static_cast<long>(blanks));
 }
 
 void CodeView::indentNewLine() {
   const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
-  if (line == 0) return;
   const long begin = send(SCI_POSITIONFROMLINE, line - 1);
   std::string above(static_cast<std::size_t>(send(SCI_GETLINEENDPOSITION, line - 1) - begin), '\0');
   SendScintilla(SCI_GETTEXTRANGE, begin, begin + static_cast<long>(above.size()), above.data());
@@ -152,8 +144,7 @@ void CodeView::alignClosingBrace() {
   if (send(SCI_GETLINEINDENTPOSITION, line) != brace || send(SCI_GETLENGTH) > longestMatched) return;
   const long open = send(SCI_BRACEMATCH, brace);
   if (open < 0) return;
-  const long columns = send(SCI_GETLINEINDENTATION, send(SCI_LINEFROMPOSITION, open));
-  if (columns != send(SCI_GETLINEINDENTATION, line)) send(SCI_SETLINEINDENTATION, line, columns);
+  send(SCI_SETLINEINDENTATION, line, send(SCI_GETLINEINDENTATION, send(SCI_LINEFROMPOSITION, open)));
 }
 
 void CodeView::keyPressEvent(QKeyEvent* event) {
@@ -164,7 +155,7 @@ void CodeView::keyPressEvent(QKeyEvent* event) {
   // The library shifts several lines itself, and would replace what is selected in one.
   if (!shifts || !alone || !hasSelectedText() || !isOneLine) return TextView::keyPressEvent(event);
   const long step = event->key() == Qt::Key_Tab ? send(SCI_GETTABWIDTH) : -send(SCI_GETTABWIDTH);
-  send(SCI_SETLINEINDENTATION, line, std::max(send(SCI_GETLINEINDENTATION, line) + step, 0L));
+  send(SCI_SETLINEINDENTATION, line, send(SCI_GETLINEINDENTATION, line) + step);
 }
 
 // Always the whole text, which takes 3 ms. Where colours or brackets change outside of what is painted, the
@@ -203,7 +194,7 @@ void CodeView::setProblems(const std::vector<Problem>& problems) {
     const long end = send(SCI_GETLINEENDPOSITION, line);
     const long at = send(SCI_POSITIONFROMLINE, line) + problem.column - 1;
     if (problem.column < 1 || at >= end) continue;
-    const long wordEnd = std::max(send(SCI_WORDENDPOSITION, at, 1), send(SCI_POSITIONAFTER, at));
+    const long wordEnd = std::max(send(SCI_WORDENDPOSITION, at, true), send(SCI_POSITIONAFTER, at));
     send(SCI_SETINDICATORCURRENT, firstIndicator + kind);
     send(SCI_INDICATORFILLRANGE, at, wordEnd - at);
   }

@@ -19,7 +19,8 @@ class CodeView : public TextView {
  public:
   explicit CodeView(QWidget* parent = nullptr);
 
-  // As setBytes(), in the colours of the language that the file `name` is in. A text over 4 MiB has none.
+  // As setBytes(), in the colours of the language that the file `name` is in. A text over 4 MiB has none. The
+  // problems are to be set anew.
   void setFile(std::string_view bytes, const std::string& name);
 
   // Marks their lines beside the line numbers and, where there is a column, the word there. The marks move

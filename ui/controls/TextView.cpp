@@ -64,10 +64,11 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   // The words are Latin ones whatever the language of the interface.
   setLayoutDirection(Qt::LeftToRight);
   send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
-  for (int margin = 0; margin < margins(); ++margin) setMarginWidth(margin, 0);
+  // The one that the library shows.
+  setMarginWidth(1, 0);
   send(SCI_SETMARGINLEFT, 0, metrics::textPadding);
   send(SCI_SETMARGINRIGHT, 0, metrics::textPadding);
-  send(SCI_SETSCROLLWIDTHTRACKING, 1);
+  send(SCI_SETSCROLLWIDTHTRACKING, true);
   // Room between lines, which taller scripts need.
   send(SCI_SETEXTRAASCENT, 1);
   send(SCI_SETEXTRADESCENT, 1);
@@ -78,8 +79,6 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
   note_->setFont(systemFontOfSize(metrics::smallTextSize));
   note_->setContentsMargins(metrics::textPadding, metrics::barSpacing, metrics::textPadding,
                             metrics::barSpacing);
-  note_->setTextFormat(Qt::PlainText);
-  note_->hide();
   viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
   QScroller& touch = *QScroller::scroller(viewport());
   QScrollerProperties properties = touch.scrollerProperties();
@@ -88,9 +87,7 @@ TextView::TextView(QWidget* parent) : QsciScintilla(parent), note_(new QLabel(th
     properties.setScrollMetric(policy, QScrollerProperties::OvershootAlwaysOff);
   touch.setScrollerProperties(properties);
   reportToAssistiveTechnology();
-  setReadOnly(false);
   setWrapped(true);
-  TextView::applyLooks();
 }
 
 void TextView::setReadOnly(bool readOnly) {
@@ -147,13 +144,12 @@ void TextView::wheelEvent(QWheelEvent* event) {
   const int steps = wheelAngle_ / QWheelEvent::DefaultDeltasPerStep;
   wheelAngle_ -= steps * QWheelEvent::DefaultDeltasPerStep;
   zoomTo(chosenZoom + steps);
-  event->accept();
 }
 
 void TextView::applyLooks() {
   // Drawn straight onto the widget, text takes the direction of the application; where that is from right to
   // left, code would be mangled, which a buffer prevents.
-  send(SCI_SETBUFFEREDDRAW, QGuiApplication::isRightToLeft() ? 1 : 0);
+  send(SCI_SETBUFFEREDDRAW, QGuiApplication::isRightToLeft());
   const QPalette& colours = palette();
   const QColor text = colours.color(QPalette::Active, QPalette::Text);
   const QColor base = colours.color(QPalette::Active, QPalette::Base);
@@ -166,20 +162,24 @@ void TextView::applyLooks() {
        qRound(font().pointSizeF() * static_cast<int>(SC_FONT_SIZE_MULTIPLIER)));
   // Every other style takes these over, so this comes after them.
   send(SCI_STYLECLEARALL);
-  send(SCI_STYLESETVISIBLE, hiddenStyle, 0);
+  send(SCI_STYLESETVISIBLE, hiddenStyle, false);
   // The selected part has no colour of its own: it would be cut out of its run, and Arabic letters with it.
-  send(SCI_SETSELFORE, 0);
+  send(SCI_SETSELFORE, false);
   SendScintilla(SCI_SETSELBACK, 1UL, chosen);
   SendScintilla(SCI_SETCARETFORE, text);
   send(SCI_SETCARETPERIOD, QGuiApplication::styleHints()->cursorFlashTime() / 2);
-  placeNote();
 }
 
 void TextView::changeEvent(QEvent* event) {
   QsciScintilla::changeEvent(event);
-  for (const auto type : {QEvent::ApplicationLayoutDirectionChange, QEvent::EnabledChange, QEvent::FontChange,
-                          QEvent::PaletteChange}) {
-    if (event->type() == type) applyLooks();
+  switch (event->type()) {
+    case QEvent::ApplicationLayoutDirectionChange:
+    case QEvent::EnabledChange:
+    case QEvent::FontChange:
+    case QEvent::PaletteChange:
+      return applyLooks();
+    default:
+      break;
   }
 }
 
@@ -195,8 +195,8 @@ void TextView::setBytes(std::string_view bytes) {
   // Nobody hears of each step: a huge text would be handed over in one piece.
   const long heard = send(SCI_GETMODEVENTMASK);
   send(SCI_SETMODEVENTMASK, 0);
-  send(SCI_SETREADONLY, 0);
-  send(SCI_SETUNDOCOLLECTION, 0);
+  send(SCI_SETREADONLY, false);
+  send(SCI_SETUNDOCOLLECTION, false);
   // A text that wraps while it comes in is wrapped on the spot, not bit by bit later.
   send(SCI_SETWRAPMODE, SC_WRAP_NONE);
   send(SCI_CLEARALL);
@@ -205,18 +205,17 @@ void TextView::setBytes(std::string_view bytes) {
   if (readOnly) hideControlCharacters(0, static_cast<long>(bytes.size()));
   setWrapped(bytes.size() <= longestWrapped);
   if (!readOnly) send(SCI_SETEOLMODE, lineEndMode(bytes));
-  send(SCI_SETUNDOCOLLECTION, 1);
+  send(SCI_SETUNDOCOLLECTION, true);
   send(SCI_EMPTYUNDOBUFFER);
   send(SCI_SETSAVEPOINT);
-  send(SCI_SETREADONLY, readOnly ? 1 : 0);
+  send(SCI_SETREADONLY, readOnly);
   send(SCI_SETMODEVENTMASK, heard);
-  send(SCI_SETFIRSTVISIBLELINE, 0);
   QAccessibleTextUpdateEvent changed(this, 0, QString(), QString());
   QAccessible::updateAccessibility(&changed);
 }
 
 std::string TextView::bytes() {
-  if (composing_) QGuiApplication::inputMethod()->commit();
+  QGuiApplication::inputMethod()->commit();
   if (composing_) {
     QInputMethodEvent dropped;
     inputMethodEvent(&dropped);
@@ -237,9 +236,9 @@ void TextView::hideControlCharacters(long begin, long end) {
     const std::string_view part = text().substr(static_cast<std::size_t>(begin),
                                                 static_cast<std::size_t>(std::min(piece, end - begin)));
     // A loop that does not stop early takes a sixth of the time.
-    int found = 0;
-    for (const char byte : part) found |= takesNoRoom(byte) ? 1 : 0;
-    if (found == 0) continue;
+    bool found = false;
+    for (const char byte : part) found |= takesNoRoom(byte);
+    if (!found) continue;
     styles.resize(part.size());
     std::transform(part.begin(), part.end(), styles.begin(),
                    [](char byte) { return takesNoRoom(byte) ? char{hiddenStyle} : char{0}; });
@@ -436,8 +435,8 @@ void TextView::tap(QPoint at, qint64 time) {
   const QStyleHints& hints = *QGuiApplication::styleHints();
   const bool again = time - tappedTime_ < hints.mouseDoubleClickInterval() &&
                      (at - tappedAt_).manhattanLength() < hints.touchDoubleTapDistance();
-  send(SCI_SETSEL, again ? send(SCI_WORDSTARTPOSITION, place, 1) : place,
-       again ? send(SCI_WORDENDPOSITION, place, 1) : place);
+  send(SCI_SETSEL, again ? send(SCI_WORDSTARTPOSITION, place, true) : place,
+       again ? send(SCI_WORDENDPOSITION, place, true) : place);
   tappedTime_ = time;
   tappedAt_ = at;
   emit tapped(static_cast<int>(send(SCI_LINEFROMPOSITION, place)));
@@ -448,7 +447,7 @@ void TextView::tap(QPoint at, qint64 time) {
 void TextView::scrollByTouch(QEvent& event) {
   QScrollBar& across = *horizontalScrollBar();
   QScrollBar& down = *verticalScrollBar();
-  const double line = static_cast<double>(std::max(send(SCI_TEXTHEIGHT, 0), 1L));
+  const auto line = static_cast<double>(send(SCI_TEXTHEIGHT));
   event.accept();
   if (event.type() == QEvent::Scroll) {
     const QPointF place = static_cast<QScrollEvent&>(event).contentPos();
@@ -458,6 +457,6 @@ void TextView::scrollByTouch(QEvent& event) {
   }
   auto& prepare = static_cast<QScrollPrepareEvent&>(event);
   prepare.setViewportSize(viewport()->size());
-  prepare.setContentPosRange({0, 0, static_cast<double>(across.maximum()), down.maximum() * line});
+  prepare.setContentPosRange({QPointF(), QSizeF(across.maximum(), down.maximum() * line)});
   prepare.setContentPos({static_cast<double>(across.value()), down.value() * line});
 }
