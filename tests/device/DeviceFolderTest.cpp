@@ -6,13 +6,13 @@
 #include "support/Cases.h"
 #include "support/RefusalOf.h"
 #include "support/Sections.h"
-#include "support/Tree.h"
 
 #include <algorithm>
 #include <ctime>
 #include <fcntl.h>
-#include <map>
+#include <regex>
 #include <set>
+#include <sstream>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,172 +21,145 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A device, Tweakbench's files, and a folder of the user's that nothing may touch.
-class DeviceFolderTest : public testing::Test {
- protected:
-  void SetUp() override {
-    putFile(home / "precious", "kept");
-    for (const char* name : {"Choose.plist", "TheosOrig.zip"}) ship(name, "1");
-  }
-  void ship(const std::string& name, const std::string& content) {
-    putFile(files / ("Tweakbench.app/" + name), content);
-    fs::permissions(files / ("Tweakbench.app/" + name), fs::perms(0755));
-  }
-  void start(const std::optional<std::string>& locale = "ar_SA") {
-    DeviceFolder(openOrMakeFolder(device.path()), "the device").complete(files.path(), locale);
-  }
-  std::string application(const std::string& name) {
-    return device / ("Applications/Tweakbench.app/" + name);
-  }
-  static void replaceByLink(const fs::path& path, const fs::path& target) {
-    fs::remove_all(path);
-    fs::create_symlink(target, path);
-  }
-  fs::path setAside() {
-    for (const auto& entry : fs::directory_iterator(device / "history/set-aside")) return entry.path();
-    return "nothing was set aside";
-  }
-
-  TemporaryFolder device;
-  TemporaryFolder files;
-  TemporaryFolder home;
-  const std::string preferences = device / "var/mobile/Library/Preferences/com.apple.springboard.plist";
-};
-
-// TEXT of a file, "-> TARGET" of a link, "/" of a folder, "-" where there is nothing.
+// TEXT of a file, "-> TARGET" of a link, "/" and what is in it of a folder, "-" where there is nothing; then
+// other permissions than are usual in "[]", and "x2" for a file with two names.
 std::string whatIsAt(const fs::path& path) {
   const fs::file_status status = fs::symlink_status(path);
   if (fs::is_symlink(status)) return "-> " + fs::read_symlink(path).string();
-  return !fs::exists(status) ? "-" : fs::is_directory(status) ? "/" : fileAt(path);
+  if (!fs::exists(status)) return "-";
+  if (!fs::is_directory(status) && !fs::is_regular_file(status)) return "odd";
+  const bool isFile = fs::is_regular_file(status);
+  std::string what = "/";
+  if (isFile) {
+    what = fs::file_size(path) > 1000 ? "large" : replaceAll(fileAt(path), "\n", "\\n");
+  } else if (std::set<fs::path> entries(fs::directory_iterator(path), {}); entries.size() < 100) {
+    for (const fs::path& entry : entries) what += " " + entry.filename().string();
+  }
+  std::ostringstream mode;
+  mode << std::oct << static_cast<int>(status.permissions());
+  if (mode.str() != (isFile ? "644" : "755")) what += " [" + mode.str() + "]";
+  if (isFile && fs::hard_link_count(path) > 1) what += " x" + std::to_string(fs::hard_link_count(path));
+  return what;
 }
 
-TEST_F(DeviceFolderTest, StartsMakeOfItWhatIsWritten) {
-  const auto placeOf = [this](const std::string& path) {
+// A device, Tweakbench's files, and the user's home.
+struct World {
+  TemporaryFolder device;
+  TemporaryFolder files;
+  TemporaryFolder home;
+  std::optional<DeviceFolder> held;
+  std::vector<Descriptor> locks;
+
+  // What is put by number, oldest first: set aside, or copied.
+  std::vector<std::string> entriesOf(const std::string& folder) const {
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(device / folder)) {
+      if (timeOf(entry.path().filename()) >= 0) names.insert(entry.path().filename());
+    }
+    return {names.begin(), names.end()};
+  }
+  std::string placeOf(const std::string& path) const {
     if (path.starts_with("~")) return home.path() + path.substr(1);
-    const std::string place = device / replaceAll(path, "@", "Applications/Tweakbench.app");
-    return path.find('*') == std::string::npos
-               ? place
-               : replaceAll(place, device / "history/set-aside/*", setAside().string());
-  };
-  for (const auto& [title, lines] : sectionsOf(TWEAKBENCH_FOLDER_STARTS)) {
+    static const std::regex numbered("(history(?:/set-aside)?)/([1-9])(/.*)?");
+    if (std::smatch found; std::regex_match(path, found, numbered)) {
+      const auto names = entriesOf(found[1]);
+      const std::size_t index = std::stoul(found[2]) - 1;
+      return device /
+             (found[1].str() + "/" + (index < names.size() ? names[index] : "none") + found[3].str());
+    }
+    return device / replaceAll(path, "@", "Applications/Tweakbench.app");
+  }
+  std::string said(std::string text) const {
+    for (const char* folder : {"history/set-aside", "history"}) {
+      const auto names = fs::exists(device / folder) ? entriesOf(folder) : std::vector<std::string>();
+      for (std::size_t at = 0; at < names.size(); ++at)
+        text = replaceAll(text, names[at], std::to_string(at + 1));
+    }
+    return replaceAll(replaceAll(text, "tweakbench: ", ""), home.path(), "~");
+  }
+  HistoryFolder history() const { return HistoryFolder(openOrMakeFolder(device.path()).get()); }
+
+  void perform(const Case& words) {
+    const std::string& verb = words[0];
+    const auto word = [&](std::size_t at) { return at < words.size() ? words[at] : std::string(); };
+    const std::string place = placeOf(word(1));
+    const fs::path var = device / "var";
+    const Descriptor opened(open(var.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const HistoryTools tools{"/usr/bin/bwrap", "/usr/bin/rsync"};
+    if (verb == "ship") {
+      putFile(files / ("Tweakbench.app/" + word(1)), word(2));
+      if (word(1) == converter) fs::permissions(files / "Tweakbench.app/ftt", fs::perms(0755));
+    } else if (verb == "start" || verb == "hold") {
+      const std::string at = word(2).empty() ? device.path() : placeOf(word(2));
+      DeviceFolder folder(openOrMakeFolder(at), word(2).empty() ? "the device" : word(2));
+      folder.complete(files.path(), word(1).empty() ? std::nullopt : std::optional(word(1)));
+      if (verb == "hold") folder.share(), held.emplace(std::move(folder));
+    } else if (verb == "end") {
+      held.reset();
+    } else if (verb == "remain") {
+      held->remainDevice();
+    } else if (verb == "lock") {
+      locks.emplace_back(open(place.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+      ASSERT_EQ(flock(locks.back().get(), LOCK_EX | LOCK_NB), 0);
+    } else if (verb == "put") {
+      putFile(place, replaceAll(replaceAll(word(2), "␣", " "), "\\n", "\n"));
+    } else if (verb == "old") {
+      fs::last_write_time(place, fs::file_time_type(std::chrono::seconds(0)));
+    } else if (verb == "size") {
+      putFile(place, ""), fs::resize_file(place, std::stoull(word(2)));
+    } else if (verb == "deep") {
+      fs::path inside = place;
+      for (int level = 0; level < std::stoi(word(2)); ++level) inside /= "d";
+      fs::create_directories(inside);
+    } else if (verb == "mode") {
+      fs::permissions(place, fs::perms(std::stoi(word(2), nullptr, 8)));
+    } else if (verb == "fifo") {
+      mkfifo(place.c_str(), 0600);
+    } else if (verb == "link") {
+      fs::create_symlink(word(2).starts_with("~") ? placeOf(word(2)) : word(2), place);
+    } else if (verb == "name") {
+      fs::create_hard_link(place, placeOf(word(2)));
+    } else if (verb == "move") {
+      fs::rename(place, placeOf(word(2)));
+    } else if (verb == "remove") {
+      fs::remove_all(place);
+    } else if (verb == "copy") {
+      takeCopy(history(), opened.get(), tools, word(1) == "gaps" ? Insistence::Gaps : Insistence::Changes);
+    } else if (verb == "part") {
+      partMoved(history(), tools);
+    } else if (verb == "backup") {
+      history().beginBackup(opened.get(), word(1));
+    } else if (verb == "whole") {
+      history().finishBackup();
+    } else {
+      ASSERT_EQ(verb, "undo");
+      history().undoBackup(opened.get());
+    }
+  }
+};
+
+TEST(DeviceFolder, IsMadeAndKeptAsIsWritten) {
+  for (const auto& [title, lines] : sectionsOf(TWEAKBENCH_FOLDER)) {
     SCOPED_TRACE(title);
-    for (const std::string& folder : {device.path(), files.path(), home.path()}) {
-      fs::remove_all(folder);
-      fs::create_directory(folder);
-    }
-    SetUp();
-    for (const std::string& line : lines) {
-      const Case words = splitAt(line.starts_with("  ") ? line.substr(2) : line, " ");
-      const std::string& verb = words[0];
-      if (line.starts_with("  ")) {
-        EXPECT_EQ(whatIsAt(placeOf(verb)), replaceAll(line.substr(verb.size() + 3), "~", home.path()))
-            << line;
-      } else if (verb == "ship") {
-        ship(words.at(1), words.at(2));
-      } else if (verb == "start") {
-        start();
-      } else if (verb == "put") {
-        putFile(placeOf(words.at(1)), words.at(2));
-      } else if (verb == "link") {
-        fs::create_symlink(words.at(2).starts_with("~") ? placeOf(words[2]) : words[2], placeOf(words[1]));
-      } else if (verb == "move") {
-        fs::rename(placeOf(words.at(1)), placeOf(words.at(2)));
-      } else {
-        ASSERT_EQ(verb, "remove") << line;
-        fs::remove_all(placeOf(words.at(1)));
+    World world;
+    putFile(world.home / "precious", "kept");
+    world.perform({"ship", "Choose.plist", "1"});
+    for (std::size_t at = 0; at < lines.size();) {
+      const std::string& line = lines[at++];
+      testing::internal::CaptureStderr();
+      const std::string refusal = refusalOf([&] { world.perform(splitAt(line, " ")); });
+      std::istringstream sentences(world.said(testing::internal::GetCapturedStderr()) +
+                                   (refusal == "none" ? "" : world.said(refusal) + "\n"));
+      std::string found, expected;
+      for (std::string each; std::getline(sentences, each);) found += "  ! " + each + "\n";
+      for (; at < lines.size() && lines[at].starts_with("  "); ++at) {
+        const std::string path = lines[at].substr(2, lines[at].find(' ', 2) - 2);
+        if (path != "!") found += "  " + path + " " + world.said(whatIsAt(world.placeOf(path))) + "\n";
+        expected += lines[at] + "\n";
       }
+      EXPECT_EQ(found, expected) << line;
     }
   }
-}
-
-TEST_F(DeviceFolderTest, ItsLocaleIsTheLastCallersUntilSomebodyElseSetsIt) {
-  start(std::nullopt);
-  EXPECT_FALSE(fs::exists(preferences)) << "no start of the application";
-  start("en_US");
-  start("ar_SA");
-  start(std::nullopt);
-  const std::string text = fileAt(preferences);
-  const auto with = [&](const char* locale, const char* other = "") {
-    return replaceAll(replaceAll(text, "ar_SA", locale), "</dict>", std::string(other) + "</dict>");
-  };
-  const char* const other = "<key>SBOther</key><string>ar_SA</string>";
-  const std::pair<std::string, std::string> rows[] = {
-      {with("ar_SA", other), with("de_DE", other)},
-      {with("fr_FR"), with("fr_FR")},
-      {"", ""},
-      {"<key>XBRecentLocale</key>", "<key>XBRecentLocale</key>"},
-      {"<key>XBRecentLocale</key> <string>de_DE", "<key>XBRecentLocale</key> <string>de_DE"},
-  };
-  for (const auto& [before, after] : rows) {
-    putFile(preferences, before);
-    start("de_DE");
-    EXPECT_EQ(fileAt(preferences), after);
-  }
-}
-
-TEST_F(DeviceFolderTest, WhatIsLeftOfADeviceThatWasDeletedWhileItWasUsedIsOneStill) {
-  DeviceFolder used(openOrMakeFolder(device.path()), "the device");
-  used.complete(files.path(), "ar_SA");
-  fs::remove_all(device / "Applications");
-  fs::remove(device / "lock");
-  EXPECT_NE(refusalOf([&] { start(); }), "none");
-  used.remainDevice();
-  start();
-  EXPECT_EQ(fileAt(application("Choose.plist")), "1");
-  for (const auto& entry : fs::directory_iterator(device.path())) fs::remove_all(entry);
-  used.remainDevice();
-  EXPECT_TRUE(fs::is_empty(device.path())) << "where nothing is left, nothing is made";
-}
-
-TEST_F(DeviceFolderTest, WhatAKilledImportLeftIsSetAsideAndALivingOneIsNot) {
-  start();
-  putFile(device / "var/Tweakyard/.import-1/file", "kept");
-  putFile(device / "var/Tweakyard/.import-2/file", "copying");
-  // A build can make any number of them, and an entry for each would take the next start hours.
-  putFile(device / "var/Tweakyard/.import-3/file", "kept too");
-  putFile(device / "history/usage", "1");
-  const Descriptor living(
-      open((device / "var/Tweakyard/.import-2").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  ASSERT_EQ(flock(living.get(), LOCK_EX | LOCK_NB), 0);
-  start();
-  EXPECT_FALSE(fs::exists(device / "var/Tweakyard/.import-1"));
-  EXPECT_TRUE(fs::exists(device / "var/Tweakyard/.import-2/file"));
-  EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-1/file"), "kept");
-  EXPECT_EQ(fileAt(setAside() / "var/Tweakyard/.import-3/file"), "kept too");
-  EXPECT_FALSE(fs::exists(device / "history/usage")) << "the history has grown";
-  EXPECT_TRUE(fs::exists(setAside() / "moved")) << "so that a copy takes its place";
-  for (const char* grown : {"history/usage", "history/copy/file"}) putFile(device / grown, "1");
-  const Descriptor opened = openOrMakeFolder(device.path());
-  EXPECT_TRUE(HistoryFolder(opened.get()).part(setAside().filename(), "copy"));
-  EXPECT_TRUE(fs::exists(setAside() / "file") && !fs::exists(device / "history/usage"));
-}
-
-TEST_F(DeviceFolderTest, FoldersThatAreNoDeviceAreRefused) {
-  const auto expectNoStart = [&](const std::string& path, const std::string& reason) {
-    expectRefusal([&] { DeviceFolder(openOrMakeFolder(path), path); }, reason);
-  };
-  expectNoStart(home.path(), "holds other files");
-  expectNoStart(home / "precious", "could not be opened");
-  EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), {}), 1);
-  start();
-  replaceByLink(device / "bin", home.path());
-  expectNoStart(device.path(), "damaged: bin");
-}
-
-TEST_F(DeviceFolderTest, OnlyAStartThatIsAlonePutsTheFolderInOrder) {
-  const fs::path link = device / "usr-bin/env";
-  {
-    DeviceFolder first(openOrMakeFolder(device.path()), "the device");
-    first.complete(files.path(), "en_US");
-    EXPECT_TRUE(first.isAlone());
-    first.share();
-    fs::remove(link);
-    DeviceFolder second(openOrMakeFolder(device.path()), "the device");
-    second.complete(files.path(), "en_US");
-    EXPECT_FALSE(second.isAlone() || fs::is_symlink(link)) << "what runs may be using the folder";
-  }
-  start();
-  EXPECT_TRUE(fs::is_symlink(link));
 }
 
 TEST(Beneath, NothingAboveOrThroughALinkIsReached) {
