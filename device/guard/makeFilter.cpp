@@ -141,7 +141,7 @@ void refuseNamespacesAndMounts(scmp_filter_ctx filter) {
     // unshare() only.
     if (flag != CLONE_NEWTIME) refuseArgument(filter, EPERM, SCMP_SYS(clone), 0, flag, flag);
   }
-  refuse(filter, EPERM, {"unshare", "setns", "mount", "umount", "umount2", "pivot_root", "chroot"});
+  refuse(filter, EPERM, {"unshare", "setns", "mount", "umount2", "pivot_root", "chroot"});
   // clone3 hides its flags behind a pointer; libraries fall back to clone where it is unknown.
   refuse(filter, ENOSYS,
          {"clone3", "open_tree", "move_mount", "fsopen", "fsconfig", "fsmount", "fspick", "mount_setattr"});
@@ -156,10 +156,9 @@ void refuseKernelInterfaces(scmp_filter_ctx filter) {
           // what container engines refuse as well
           "acct", "bpf", "perf_event_open", "userfaultfd", "fanotify_init", "open_by_handle_at",
           "name_to_handle_at", "lookup_dcookie", "quotactl", "quotactl_fd", "swapon", "swapoff", "syslog",
-          "reboot", "kexec_load", "kexec_file_load", "create_module", "init_module", "finit_module",
-          "delete_module", "get_kernel_syms", "query_module", "nfsservctl", "settimeofday", "stime",
-          "clock_settime", "clock_adjtime", "adjtimex", "vhangup", "iopl", "ioperm", "modify_ldt",
-          "personality", "sethostname", "setdomainname", "sysfs", "_sysctl", "uselib", "ustat", "mbind",
+          "reboot", "kexec_load", "kexec_file_load", "init_module", "finit_module", "delete_module",
+          "settimeofday", "clock_settime", "clock_adjtime", "adjtimex", "vhangup", "iopl", "ioperm",
+          "modify_ldt", "personality", "sethostname", "setdomainname", "sysfs", "uselib", "ustat", "mbind",
           "get_mempolicy", "set_mempolicy", "move_pages", "migrate_pages"});
 }
 

@@ -5,6 +5,8 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <iomanip>
+#include <sstream>
 #include <sys/socket.h>
 #include <sys/wait.h>
 
@@ -173,12 +175,12 @@ void Opener::note(const std::string& words) {
     if (!S_ISREG(status.st_mode) || (status.st_size > largest && ftruncate(log_.get(), 0) != 0)) log_.close();
   }
   if (!log_ || ++lines_ > mostLines + 1) return;
-  char time[32];
   const std::time_t now = std::time(nullptr);
   std::tm parts{};
-  std::strftime(time, sizeof time, "%Y-%m-%d %H:%M:%S", localtime_r(&now, &parts));
+  std::ostringstream time;
+  time << std::put_time(localtime_r(&now, &parts), "%Y-%m-%d %H:%M:%S");
   // A lost line does not stop the opener.
-  dprintf(log_.get(), "%s %s\n", time,
+  dprintf(log_.get(), "%s %s\n", time.str().c_str(),
           lines_ > mostLines ? "Nothing more is noted in this run."
                              : visible(words.substr(0, longestLine)).c_str());
 }

@@ -24,7 +24,7 @@ constexpr int endLimit = 10'000;  // milliseconds
 constexpr auto lastOutput = std::chrono::milliseconds(200);
 constexpr std::size_t longestMessage = 4096;
 
-// One whose reader never waits.
+// One whose reader never waits. It has no end: both ends stay open here, and childEnd_ tells when to stop.
 Pipe makeWatchedPipe() {
   Pipe pipe = makePipe();
   fcntl(pipe.readEnd.get(), F_SETFL, O_NONBLOCK);
@@ -119,8 +119,6 @@ class Run {
     child_ = spawn(start);
     if (child_ < 0) refuseWithError("bubblewrap could not be started:");
     childEnd_ = endOf(child_);
-    for (Pipe* pipe : {&reports_, &status_, &messages_}) pipe->writeEnd.close();
-    orders_.readEnd.close();
     opener_.applicationEnd().close();
     window_.applicationEnd().close();
     const int isReduced = program.beforeStart && program.beforeStart() ? 1 : 0;
@@ -229,10 +227,7 @@ class Run {
 
   void takeReports() {
     StartReport report{};
-    while (reports_.readEnd) {
-      const ssize_t got = read(reports_.readEnd.get(), &report, sizeof report);
-      if (got == 0) reports_.readEnd.close();
-      if (got != static_cast<ssize_t>(sizeof report)) return;
+    while (read(reports_.readEnd.get(), &report, sizeof report) == static_cast<ssize_t>(sizeof report)) {
       if (report.kind == StartReport::Kind::Started) isStarted_ = true;
       if (report.kind == StartReport::Kind::NotStarted) startError_ = report.value;
       if (report.kind == StartReport::Kind::Stopped) takeStop(report.value);
@@ -244,7 +239,7 @@ class Run {
 
   // Lines such as { "child-pid": 42 … }: the first process of the device, with which all others end.
   void takeStatus() {
-    const std::string text = readAll(status_.readEnd);
+    const std::string text = readAll(status_);
     const std::string key = "\"child-pid\": ";
     const auto found = text.find(key);
     if (found == std::string::npos || firstProcess_) return;
@@ -255,7 +250,7 @@ class Run {
   }
 
   void takeMessages() {
-    const std::string text = readAll(messages_.readEnd);
+    const std::string text = readAll(messages_);
     message_.append(text, 0, longestMessage - std::min(message_.size(), longestMessage));
   }
 
@@ -271,13 +266,12 @@ class Run {
     }
   }
 
-  // Everything that is there now; closes the source at its end.
-  static std::string readAll(Descriptor& source) {
+  // Everything that is there now.
+  static std::string readAll(const Pipe& source) {
     std::string text;
     std::array<char, 16384> piece;
-    while (source && text.size() < (1U << 20)) {
-      const ssize_t got = read(source.get(), piece.data(), piece.size());
-      if (got == 0) source.close();
+    while (text.size() < (1U << 20)) {
+      const ssize_t got = read(source.readEnd.get(), piece.data(), piece.size());
       if (got <= 0) break;
       text.append(piece.data(), static_cast<std::size_t>(got));
     }
@@ -379,8 +373,7 @@ std::string explainFailure(const std::string& message, const NamespaceSettings& 
         "the number of user namespaces is limited to none; an administrator can allow them with "
         "\"sysctl -w user.max_user_namespaces=10000\".");
   }
-  const bool isRefusal = hasAny(
-      message, {"uid map", "new namespace", "RTM_NEWADDR", "Operation not permitted", "No permissions"});
+  const bool isRefusal = hasAny(message, {"uid map", "new namespace", "Operation not permitted"});
   if (isRefusal && settings.appArmorRestriction.value_or(0) != 0) {
     return because(
         "AppArmor lets no ordinary program make user namespaces; an administrator can allow it with a "

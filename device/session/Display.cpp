@@ -46,8 +46,6 @@ Display x11Display(const std::string& name) {
   return Display{Display::Kind::X11, socket, number};
 }
 
-constexpr int mostSettingLines = 10'000;
-
 // Plasma writes the slider of its animation speed into the group KDE; "instant" is a factor of zero.
 bool isOffInPlasma(const fs::path& settings) {
   std::error_code error;
@@ -55,8 +53,7 @@ bool isOffInPlasma(const fs::path& settings) {
   std::ifstream file(settings);
   const std::string key = "AnimationDurationFactor=";
   bool inGroup = false;
-  std::string line;
-  for (int lines = 0; lines < mostSettingLines && std::getline(file, line); ++lines) {
+  for (std::string line; std::getline(file, line);) {
     if (line.starts_with('[')) inGroup = line == "[KDE]";
     if (!inGroup || !line.starts_with(key)) continue;
     const char* const number = line.c_str() + key.size();
