@@ -3,10 +3,12 @@
 #include "converter/ObjectiveC.h"
 #include "converter/PlainText.h"
 #include "core/Text.h"
+#include "support/Cases.h"
 #include "support/Sections.h"
 #include "support/Shell.h"
 #include "support/TemporaryFolder.h"
 
+#include <array>
 #include <cstdlib>
 #include <sstream>
 
@@ -38,6 +40,33 @@ std::vector<std::vector<std::string>> table(const char* name) {
     rows.push_back(cellsOf(replaceAll(line, "\\n", "\n")));
   EXPECT_GT(rows.size(), 20U);
   return rows;
+}
+
+// What the converter knows of a name that may stand in a patch: whether it is a word of a type, a class,
+// taken by the headers, a macro or reserved; then the type of that name.
+std::string meaningOf(const std::string& name) {
+  constexpr std::array kinds{"void",      "boolean", "integer",      "real",    "enumeration",
+                             "structure", "text",    "mutable text", "number",  "any object",
+                             "object",    "pointer", "word",         "unknown", "opaque"};
+  std::string meaning;
+  if (known::isQualifier(name)) meaning += "qualifier, ";
+  if (known::isClass(name)) meaning += "class, ";
+  if (known::isTaken(name)) meaning += "taken, ";
+  if (known::isMacro(name)) meaning += "macro, ";
+  if (known::isReserved(name)) meaning += "reserved, ";
+  const ValueType type = valueType(name);
+  if (type.sign == Sign::Unsigned) meaning += "unsigned ";
+  meaning += kinds.at(static_cast<std::size_t>(type.kind));
+  if (type.bits != 0) meaning += " of " + std::to_string(type.bits) + " bits";
+  return type.written == name ? meaning : meaning + " as " + type.written;
+}
+
+TEST(Names, MeanWhatTheHeadersMakeOfThem) {
+  for (const std::string& line : linesOf(TWEAKBENCH_CONVERTER_TABLES "names.txt")) {
+    const std::size_t end = line.find(": ");
+    for (const std::string& name : splitAt(line.substr(end + 2), " "))
+      EXPECT_EQ(meaningOf(name), line.substr(0, end)) << name;
+  }
 }
 
 TEST(Signatures, AreDeclaredAnewOrNotUnderstood) {
