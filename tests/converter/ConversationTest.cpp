@@ -1,5 +1,4 @@
 #include "converter/Conversation.h"
-#include "converter/LogosReader.h"
 #include "converter/PlainText.h"
 #include "core/FileManager.h"
 #include "core/Text.h"
@@ -54,10 +53,7 @@ TEST_F(Converter, ReadsItsOwnMenuAsAnAnswerOnceAndEnds) {
 TEST_F(Converter, WritesTheChosenPatchFromEitherFormOfTheList) {
   EXPECT_EQ(run("1-7Days\n"), Ending::Converted);
   const std::string source = fileAt(written());
-  EXPECT_EQ(LogosReader::read(source).hooks.at("Trial").at("- (NSTimeInterval)remaining"),
-            "return 604800.5;\n");
-  EXPECT_NE(log().find("1 of its 1 units."), std::string::npos);
-
+  EXPECT_NE(source.find("- (NSTimeInterval)remaining {\n\treturn 604800.5;\n}"), std::string::npos);
   putFile(places_.list, binaryPropertyList(fileAt(TWEAKBENCH_FLEX_SAMPLE)));
   ASSERT_EQ(fileAt(places_.list).substr(0, 8), "bplist00");
   EXPECT_EQ(run("0\n"), Ending::Converted);
@@ -78,14 +74,14 @@ TEST_F(Converter, WritesTheChosenPatchFromEitherFormOfTheList) {
   EXPECT_EQ(fileAt(written()), source);
 }
 
-TEST_F(Converter, RefusesAnAnswerThatMeansNoPatch) {
-  for (const char* answer : {"", "\n", "3\n", "-1\n", "what?\n", "2-7Days\n", "\nwait\n0\n"}) {
-    EXPECT_EQ(run(answer), Ending::Refused) << answer;
-    EXPECT_EQ(flexMenuEntries(cleanedFlexMenu(log())).size(), 3U) << answer;
-    EXPECT_TRUE(cleanedFlexMenu(log()).ends_with("\n\033\n2\033\n")) << log();
-  }
+TEST_F(Converter, PrintsAMenuAndWhatCameOfTheAnswer) {
+  expectCases("run", [this](const Case& row) {
+    removeItemAtPath(places_.folder);
+    const bool isWritten = run(row[0]) == Ending::Converted;
+    EXPECT_EQ(isWritten, fileExistsAtPath(places_.folder));
+    return replaceAll(log(), folder_.path(), "@");
+  });
   EXPECT_EQ(run(std::string(1 << 20, '0')), Ending::Refused);
-  EXPECT_FALSE(fileExistsAtPath(places_.folder));
 }
 
 TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
@@ -112,9 +108,6 @@ TEST_F(Converter, SaysInOneLineWhyThereIsNoMenu) {
   removeItemAtPath(places_.list);
   EXPECT_EQ(reason(), "No Flex patches were found on this device.");
   mkfifo(places_.list.c_str(), 0600);
-  EXPECT_EQ(reason(), "The list of Flex patches cannot be read.");
-  removeItemAtPath(places_.list);
-  createDirectoryAtPath(places_.list);
   EXPECT_EQ(reason(), "The list of Flex patches cannot be read.");
 }
 
@@ -153,9 +146,8 @@ TEST(FlexMenu, EntriesAreWhatTheDroppedLinesLeave) {
     return entries;
   });
   EXPECT_EQ(flexMenuEntries("0\n1\n2\n" + std::string(1'000'000, 'x') + "\n4\n5\n6\n7"), (Lines{"1", "4"}));
-  for (const char* tooShort : {"", "a", "a\nb", "a\nb\nc", "a\nb\nc\nd"}) {
-    EXPECT_THROW(flexMenuEntries(tooShort), std::out_of_range) << tooShort;
-  }
+  EXPECT_THROW(flexMenuEntries(""), std::out_of_range);
+  EXPECT_THROW(flexMenuEntries("a\nb\nc\nd"), std::out_of_range);
 }
 
 TEST(FlexMenu, AKeyIsTheEntryWithoutThreeCharactersAndBlanks) {
