@@ -24,7 +24,7 @@ TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
                                 "[1;3;39m", "\x1B[0;32m", "text", "\n",  "[0;34m", "2m"};
   std::mt19937 random(20'240'611);
   std::size_t changed = 0;
-  for (int round = 0; round < 200'000; ++round) {
+  for (int round = 0; round < 60'000; ++round) {
     std::string log;
     const unsigned length = random() % 24;
     for (unsigned piece = 0; piece < length; ++piece) log += pieces[random() % std::size(pieces)];
@@ -34,7 +34,7 @@ TEST(LogCleanUp, EqualsTheReplacementsOneAfterTheOther) {
       if (expected != log) ++changed;
     }
   }
-  EXPECT_GT(changed, 100'000U);
+  EXPECT_GT(changed, 30'000U);
 }
 
 // Files are cleaned piece by piece; where the pieces end must not show.
