@@ -216,12 +216,11 @@ int restore(const Transfer& device, const Options& options) {
       std::find_if(entries.begin(), entries.end(), [](const auto& one) { return one.isWhole; });
   if (isMissed && !entry.isWhole && whole != entries.end())
     say("The newest whole copy is of " + localName(whole->when) + ".");
-  const std::string time = localName(entry.when);
-  std::cout << (options.kept == Kept::Project ? "The project " + what : what) << " of " << time
-            << " is in the device";
+  std::cout << "Brought back " << (options.kept == Kept::Project ? "the project " : "") << what << " of "
+            << localName(entry.when) << ", without " << folderLeftOut;
   if (done.what != options.project)
-    std::cout << " as " << visible(done.what) << ", since " << visible(options.project)
+    std::cout << ", as " << visible(done.what) << ", since " << visible(options.project)
               << " is there already";
-  std::cout << "; it comes without " << folderLeftOut << ".\n" << std::flush;
+  std::cout << ".\n" << std::flush;
   return std::cout ? 0 : launcherFailed;
 }

@@ -1,7 +1,6 @@
 #include "confinement/Attempt.h"
 
 #include <csignal>
-#include <ctime>
 #include <fcntl.h>
 #include <linux/keyctl.h>
 #include <linux/sched.h>
@@ -103,17 +102,7 @@ void tryTheKernel() {
   attempt("clone into new users and processes", Everyone, clonesInto(CLONE_NEWUSER | CLONE_NEWPID));
   attempt("clone by the newer call", Everyone, clonesByItsSuccessor());
   attempt("mount in a namespace of one's own", Everyone, inChild(mountsInNamespace));
-  attempt("mount", Root, wasReached(mount("none", "/no such folder", "tmpfs", 0, nullptr)));
-  attempt("unmount", Root, wasReached(umount2("/no such folder", 0)));
-  attempt("mount again for writing", Root,
-          wasReached(mount(nullptr, "/no such folder", nullptr, MS_REMOUNT | MS_BIND, nullptr)));
   attempt("change the root", Root, inChild([] { return chroot("/") == 0; }));
-  attempt("swap the root", Root, wasReached(syscall(SYS_pivot_root, "/no such folder", "/no such folder")));
-  attempt("open a file system", Root, isOpened(int(syscall(SYS_fsopen, "tmpfs", 0))));
-  attempt("clone a tree of mounts", Root,
-          isOpened(int(syscall(SYS_open_tree, AT_FDCWD, "/tmp", OPEN_TREE_CLONE))));
-  attempt("move a mount", Root, reaches(SYS_move_mount));
-  attempt("change a mount", Root, reaches(SYS_mount_setattr));
 
   promise("The caller's keys stay outside");
   attempt("read a key of the session", Machine, readsKey(KEY_SPEC_SESSION_KEYRING));
@@ -131,11 +120,6 @@ void tryTheKernel() {
           inChild([] { return syscall(SYS_personality, 0x0040000UL) >= 0; }));
   // 10 asks for its size.
   attempt("read the kernel's log", Root, syscall(SYS_syslog, 10, nullptr, 0) >= 0);
-  attempt("swap", Root, wasReached(syscall(SYS_swapon, "/no such file", 0)));
-  attempt("stop swapping", Root, wasReached(syscall(SYS_swapoff, "/no such file")));
-  attempt("remove a module", Machine, wasReached(syscall(SYS_delete_module, "no_such_module", O_NONBLOCK)));
-  const timespec noTime{0, 2'000'000'000};
-  attempt("set the clock", Root, wasReached(syscall(SYS_clock_settime, CLOCK_REALTIME, &noTime)));
   attempt("name the host", Root, wasReached(syscall(SYS_sethostname, nullptr, -1)));
   attempt("a protocol that few use", Machine, isOpened(socket(AF_INET, SOCK_STREAM, IPPROTO_MPTCP)));
   attempt("a modem's line discipline", Machine, setsLineDiscipline());
