@@ -55,9 +55,11 @@ class Bare {
     std::ifstream list(folder_ / "arguments");
     for (std::string word; std::getline(list, word);) recorded_.push_back(word);
     if (recorded_.empty()) throw std::runtime_error("nothing was written down");
+    // bubblewrap takes no more options once it does not know one: the last that it is given has to hold.
+    run({"test", "-d", "/var/mobile", "-a", "!", "-w", "/"});
   }
 
-  void run(const std::string& program) const {
+  void run(const Words& command) const {
     std::vector<Descriptor> files;
     std::string list;
     for (std::size_t at = 0; at < recorded_.size(); ++at) {
@@ -73,13 +75,14 @@ class Bare {
         word = fs::read_symlink(folder_ / word);
       } else if (word.ends_with("bind-fd")) {
         word.resize(word.size() - 3);
-      } else if (at + 1 < recorded_.size() && recorded_[at + 1] == "/.host/log") {
+      } else if (at > 0 && recorded_[at - 1] == "--ro-bind" && recorded_[at + 1] == "/.host/log") {
         word = folder_ / "arguments";
       }
       list.append(word).push_back('\0');
     }
     const Descriptor arguments = inMemory(list);
-    ProcessStart start{{"/usr/bin/bwrap", "--args", std::to_string(arguments.get()), "--", program}};
+    ProcessStart start{{"/usr/bin/bwrap", "--args", std::to_string(arguments.get()), "--"}};
+    start.words.insert(start.words.end(), command.begin(), command.end());
     start.environment.emplace();
     start.passed = {arguments.get()};
     for (const auto& file : files) start.passed.push_back(file.get());
@@ -97,7 +100,7 @@ bool starts(const std::string& launcher, const std::string& device, const Bare& 
       [&] { return 1000 * seconds([&] {
                      mustRun({{launcher, "--device", device, "exec", "true"}});
                    }); },
-      [&] { return 1000 * seconds([&] { bare.run("true"); }); });
+      [&] { return 1000 * seconds([&] { bare.run({"true"}); }); });
 }
 
 struct Window {
