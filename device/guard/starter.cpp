@@ -68,11 +68,13 @@ struct Start {
   bool onTerminal;
   bool inForeground;
   bool isFiltered;
-  int failure;
   char** words;
+  // The error that kept the program from starting; 0 if none did.
+  volatile int failure;
 };
 
-[[noreturn]] void becomeProgram(const Start& start) {
+// In the child, which has the parent's memory until it becomes the program.
+[[noreturn]] void becomeProgram(Start& start) {
   if (start.onTerminal) {
     // A job of its own, which can be stopped: the leader of a session never is.
     setpgid(0, 0);
@@ -87,8 +89,7 @@ struct Start {
   for (int given : start.streams) close(given);
   if (start.isFiltered && !guard::putOn()) _exit(guard::refused);
   execvp(start.words[0], start.words);
-  const int error = errno;
-  [[maybe_unused]] const ssize_t written = write(start.failure, &error, sizeof error);
+  start.failure = errno;
   _exit(127);
 }
 
@@ -169,23 +170,18 @@ int main(int count, char** arguments) {
   StartOrder begin{};
   if (read(orders, &begin, sizeof begin) != sizeof begin) return 125;
   if (begin.value == 1) setenv(reducedMotionVariable, "1", 1);
-  int failure[2];
-  if (pipe2(failure, O_CLOEXEC) != 0) return 125;
-  start.failure = failure[1];
-  const pid_t program = fork();
+  const pid_t program = vfork();
   if (program < 0) {
     report(reports, StartReport::Kind::NotStarted, errno);
     return 125;
   }
   if (program == 0) becomeProgram(start);
-  close(failure[1]);
   // What reads the program's output waits for the program's end, not for this one's.
   for (int given : start.streams) close(given);
-  int error = 0;
-  if (read(failure[0], &error, sizeof error) == static_cast<ssize_t>(sizeof error)) {
-    report(reports, StartReport::Kind::NotStarted, error);
+  if (start.failure != 0) {
+    report(reports, StartReport::Kind::NotStarted, start.failure);
     waitFor(program);
-    return error == ENOENT ? 127 : guard::refused;
+    return start.failure == ENOENT ? 127 : guard::refused;
   }
   report(reports, StartReport::Kind::Started, 0);
   const int status = start.onTerminal ? serveUntilEnd(program, reports, orders) : waitFor(program);
