@@ -4,12 +4,12 @@
 #include "device/folder/Beneath.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace {
@@ -143,18 +143,20 @@ struct Keeper {
 };
 
 // Everything of the launcher's but `kept` goes: the device's lock, too, and the caller's terminal.
-void partFromLauncher(std::initializer_list<int> kept) {
+void partFromLauncher(std::vector<int> kept) {
   setsid();
   for (int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_IGN);
-  for (const auto& name :
-       namesInOrNone(Descriptor(open("/proc/self/fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC)).get())) {
-    const int one = std::atoi(name.c_str());
-    if (std::find(kept.begin(), kept.end(), one) == kept.end()) close(one);
+  std::sort(kept.begin(), kept.end());
+  int first = 0;
+  for (int one : kept) {
+    if (one > first) syscall(SYS_close_range, first, one - 1, 0);
+    first = std::max(first, one + 1);
   }
+  syscall(SYS_close_range, first, ~0U, 0);
   const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   for (int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
   close(nothing);
