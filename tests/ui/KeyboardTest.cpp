@@ -1,12 +1,9 @@
-// Keys: where they go while screens change and files load, and what they mean in a list, a search and marks.
+// Keys: how few the main job takes, and where they go while screens change.
 #include "platform/UIApplication.h"
 #include "platform/UIScreen.h"
 #include "platform/UIViewController.h"
 #include "platform/UIWindow.h"
-#include "support/Clock.h"
 #include "tests/ui/Screens.h"
-#include "ui/controls/CodeView.h"
-#include "ui/controls/Looks.h"
 
 #include <QListView>
 
@@ -116,49 +113,6 @@ TEST_F(Keyboard, NoKeyActsOnAScreenThatIsOnItsWayOutOfSight) {
   waitToSee("Files");
 }
 
-TEST_F(Keyboard, TheListShowsItsFocusOnlyToThoseWhoUseTheKeyboard) {
-  makeProject({{"Tweak.x", ""}});
-  startActive();
-  openEditor("Tweak.x");
-  leaveEditor("Cancel");
-  ASSERT_TRUE(focusIsOn("Files"));
-  auto& list = *qobject_cast<QListView*>(QApplication::focusWidget());
-  const auto hasRing = [&list] {
-    const QRect row = list.visualRect(list.currentIndex());
-    return list.viewport()->grab().toImage().pixelColor(row.center().x(), row.top()) == colours::focusRing;
-  };
-  EXPECT_FALSE(hasRing());
-  press(Qt::Key_Tab);
-  tabTo("Files");
-  EXPECT_TRUE(hasRing());
-}
-
-TEST_F(Keyboard, ASearchIsBoundedAndEndsWithItsDialog) {
-  std::string lines;
-  for (int line = 0; line < 5000; ++line) lines += "same\n";
-  makeProject({{"f", lines}});
-  mkfifo((device::projects + "P/waits").c_str(), 0600);
-  startActive();
-  press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier);
-  waitToSee(localized(text::searchResults));
-  {
-    const HeldClock clock;
-    typeText("same");
-    const auto isSearchedAfter = [](long milliseconds) {
-      HeldClock::turn(milliseconds);
-      QCoreApplication::processEvents();
-      return sees(localized(text::searching));
-    };
-    EXPECT_FALSE(isSearchedAfter(140)) << "while somebody still types";
-    EXPECT_TRUE(isSearchedAfter(20));
-  }
-  waitToSee(localized(text::onlyFirstLines, {std::string("2000")}));
-  const auto* const found = qobject_cast<QListView*>(finger::find(localized(text::searchResults)));
-  EXPECT_EQ(found->model()->rowCount(), 2000);
-  press(Qt::Key_Escape);
-  waitToSee("Files");
-}
-
 TEST_F(Keyboard, KeysThatComeBeforeTheFileIsLoadedLoseNothing) {
   const std::string folder = makeProject({{"f.x", "text"}});
   startActive();
@@ -169,31 +123,6 @@ TEST_F(Keyboard, KeysThatComeBeforeTheFileIsLoadedLoseNothing) {
     waitToMiss("Save");
     EXPECT_EQ(fileAt(folder + "f.x"), "my text");
   }
-}
-
-TEST_F(Keyboard, MarksMoveWithTheText) {
-  makeProject({{"f.x", "one\ntwo words\nthree\n"}});
-  startActive();
-  openEditor("f.x");
-  CodeView& text = *qobject_cast<CodeView*>(finger::find("File text"));
-  text.setProblems({{.file = "f.x", .line = 2, .column = 5, .message = "unknown words"},
-                    {.file = "f.x", .line = 9, .kind = Problem::Kind::Warning, .message = ""}});
-  press(Qt::Key_Return);
-  press(Qt::Key_F8);
-  EXPECT_EQ(text.selectionBegin(), 9U);
-  waitToSee("unknown words");
-  press(Qt::Key_Up);
-  waitToMiss("unknown words");
-  press(Qt::Key_A, Qt::ControlModifier);
-  press(Qt::Key_Delete);
-  for (int steps = 0; text.isModified() && steps < 4; ++steps) press(Qt::Key_Z, Qt::ControlModifier);
-  press(Qt::Key_F8);
-  EXPECT_EQ(text.selectionBegin(), 8U) << "undone, the marks are where they were";
-  const int height = text.height();
-  text.setProblems({{.file = "f.x", .line = 2, .message = "\u202E" + std::string(1 << 20, 'x')}});
-  waitToSee(QChar(0xFFFD) + QString(999, u'x'));
-  EXPECT_GT(text.height(), height / 2) << "a long message leaves room for the text";
-  leaveEditor("Cancel");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Reading long texts: touch, what assistive technology is told, and a log that grows; whether screens fit.
+// Reading texts: what assistive technology asks for, and a log that grows; whether screens fit.
 #include "tests/ui/Screens.h"
 
 #include <array>
@@ -6,7 +6,6 @@
 
 #include <QAccessible>
 #include <QLabel>
-#include <QScroller>
 
 namespace {
 
@@ -38,41 +37,6 @@ TEST_F(Reading, AssistiveTechnologyReadsTheLogWithinItsBounds) {
   text->setSelection(0, 4, 9);
   EXPECT_EQ(view.selectionEnd(), std::string("one مشروع").size());
   EXPECT_EQ(text->cursorPosition(), 9);
-}
-
-TEST_F(Reading, ControlCharactersTakeNoRoomInTheLog) {
-  TextView& view = openLog(
-      "\x1B[0mab\x1B\x1B\x1B"
-      "c\a\nabc\n");
-  const auto widthOf = [&view](std::size_t begin, std::size_t end) {
-    const auto at = [&view](std::size_t place) {
-      return view.SendScintilla(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0UL, static_cast<long>(place));
-    };
-    return at(end) - at(begin);
-  };
-  ASSERT_EQ(view.bytes().find("abc\n"), 9U);
-  EXPECT_EQ(widthOf(0, 8), widthOf(9, 12));
-}
-
-TEST_F(Reading, AFingerScrollsAndPlacesTheCaretWithATap) {
-  std::string text;
-  for (int line = 0; line < 500; ++line) text += "line " + std::to_string(line) + '\n';
-  makeProject({{"f", text}});
-  start();
-  TextView& editor = openEditor("f");
-  const std::unique_ptr<QPointingDevice> screen(QTest::createTouchDevice());
-  const auto at = [](int y) { return QPoint(60, y); };
-  const auto touch = [&] { return QTest::touchEvent(editor.viewport(), screen.get()); };
-  touch().press(0, at(500), editor.viewport());
-  for (int y = 490; y >= 100; y -= 10) touch().move(0, at(y), editor.viewport());
-  touch().release(0, at(100), editor.viewport());
-  EXPECT_GT(editor.firstVisibleLine(), 10);
-  EXPECT_FALSE(editor.hasSelectedText());
-  EXPECT_EQ(editor.selectionBegin(), 0U);
-  QScroller::scroller(editor.viewport())->stop();
-  touch().press(0, at(100), editor.viewport());
-  touch().release(0, at(100), editor.viewport());
-  EXPECT_GT(editor.selectionBegin(), 100U);
 }
 
 TEST_F(Reading, EveryScreenFitsEveryWidth) {

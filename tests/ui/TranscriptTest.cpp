@@ -6,6 +6,7 @@
 #include "support/Shell.h"
 #include "support/SystemLog.h"
 #include "tests/ui/Screens.h"
+#include "ui/controls/CodeColours.h"
 #include "ui/controls/UIButton.h"
 
 #include <algorithm>
@@ -31,6 +32,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QWheelEvent>
 
 namespace {
@@ -357,13 +359,48 @@ class Transcripts : public Screens {
       record(QApplication::focusWidget()->objectName().toStdString());
     } else if (verb == "caret") {
       const TextView& text = shown<TextView>();
-      record(std::to_string(text.selectionBegin()) + " to " + std::to_string(text.selectionEnd()));
+      const long top = text.send(text.SCI_POINTYFROMPOSITION, 0, text.send(text.SCI_GETCURRENTPOS));
+      const bool isInMiddle = std::abs(top - text.viewport()->height() / 2) < 60;
+      record(std::to_string(text.selectionBegin()) + " to " + std::to_string(text.selectionEnd()) +
+             (isInMiddle ? ", in the middle" : ""));
     } else if (verb == "text") {
       describe(shown<TextView>());
     } else if (verb == "buttons") {
       describeButtons();
     } else if (verb == "menu") {
       useMenu(shown<TextView>(), translated(rest));
+    } else if (verb == "click" || verb == "twice") {
+      QWidget* const text = shown<TextView>().viewport();
+      QTest::mouseClick(text, Qt::LeftButton, {}, pointOf(rest));
+      if (verb == "twice") QTest::mouseDClick(text, Qt::LeftButton, {}, pointOf(rest));
+    } else if (verb == "touch") {
+      static QPointingDevice* const screen = QTest::createTouchDevice();
+      QWidget* const text = shown<TextView>().viewport();
+      const QPoint from = pointOf(rest.substr(0, rest.find(' ')));
+      const QPoint way = pointOf(rest.substr(rest.find(' ') + 1)) - from;
+      QTest::touchEvent(text, screen).press(0, from, text);
+      for (int step = 1; step <= 40 && !way.isNull(); ++step)
+        QTest::touchEvent(text, screen).move(0, from + way * step / 40, text);
+      QTest::touchEvent(text, screen).release(0, from + way, text);
+      if (way.isNull() && rest.find(' ') != std::string::npos) {
+        QTest::touchEvent(text, screen).press(0, from, text);
+        QTest::touchEvent(text, screen).release(0, from, text);
+      }
+    } else if (verb == "scrolled") {
+      const QScrollBar& down = *shown<TextView>().verticalScrollBar();
+      const bool isAcross = shown<TextView>().horizontalScrollBar()->value() > 0;
+      record(std::string(down.value() == 0                ? "to the top"
+                         : down.value() == down.maximum() ? "to the bottom"
+                                                          : "between") +
+             (isAcross ? ", across" : ""));
+    } else if (verb == "ring") {
+      recordRing(QApplication::focusWidget()->grab().toImage());
+    } else if (verb == "coloured") {
+      recordColours(shown<TextView>());
+    } else if (verb == "row") {
+      record(shown<QListView>().currentIndex().data().toString().toStdString());
+    } else if (verb == "title") {
+      record(UIScreen::mainScreen()->windowTitle().toStdString());
     } else if (verb == "alone") {
       openAddressesOnHost();
     } else if (verb == "latin") {
@@ -393,7 +430,7 @@ class Transcripts : public Screens {
     } else if (verb == "look") {
       look();
     } else if (verb == "see") {
-      finger::waitToSee(QString::fromStdString(inThisLanguage(rest)));
+      finger::waitToSee(QString::fromStdString(replaceAll(inThisLanguage(rest), "\\n", "\n")));
     } else if (verb == "read") {
       std::istringstream text(
           UIScreen::mainScreen()->findChild<TextView*>(QString::fromStdString(rest))->bytes());
@@ -424,26 +461,77 @@ class Transcripts : public Screens {
     QTest::keyClick(UIScreen::mainScreen()->windowHandle(), keys.key(), keys.keyboardModifiers());
   }
 
+  // "60,500"
+  static QPoint pointOf(const std::string& text) {
+    return {std::stoi(text), std::stoi(text.substr(text.find(',') + 1))};
+  }
+
+  // Line by line: its marks; how many bytes are not in the usual style; what is underlined, from 1.
   static void describe(const TextView& text) {
     std::string marks;
-    std::string unseen;
+    std::string styled;
+    std::string underlined;
     for (int line = 0; line < std::min(text.lines(), 20); ++line) {
       marks += ' ' + std::to_string(text.markersAtLine(line));
-      const long place = text.SendScintilla(text.SCI_POSITIONFROMLINE, line) + 1;
-      if (text.SendScintilla(text.SCI_GETSTYLEAT, place) != 0) unseen += ' ' + std::to_string(line);
+      const long begin = text.send(text.SCI_POSITIONFROMLINE, line);
+      const long end = text.send(text.SCI_GETLINEENDPOSITION, line);
+      int bytes = 0;
+      for (long place = begin; place < end; ++place) {
+        bytes += text.send(text.SCI_GETSTYLEAT, place) != 0 ? 1 : 0;
+        if (text.send(text.SCI_INDICATORALLONFOR, place) >> 8 != 0)
+          underlined += ' ' + std::to_string(line) + ':' + std::to_string(place - begin + 1);
+      }
+      if (bytes > 0) styled += ' ' + std::to_string(line) + ':' + std::to_string(bytes);
     }
-    record(text.wrapMode() == QsciScintilla::WrapNone ? "not wrapped" : "wrapped");
+    record(std::string(text.wrapMode() == QsciScintilla::WrapNone ? "not wrapped" : "wrapped") + ", caret " +
+           std::to_string(text.send(text.SCI_GETCARETWIDTH)) + ", tab " +
+           std::to_string(text.send(text.SCI_GETTABWIDTH)));
     record("marks" + marks);
-    record("unseen" + unseen);
+    record((text.isReadOnly() ? "unseen" : "styled") + styled);
+    if (!underlined.empty()) record("underlined" + underlined);
+  }
+
+  // A letter for each byte of the first lines, by its colour.
+  static void recordColours(TextView& text) {
+    text.grab();
+    for (int line = 0; line < std::min(text.lines(), 20); ++line) {
+      std::string parts;
+      const long end = text.send(text.SCI_GETLINEENDPOSITION, line);
+      for (long place = text.send(text.SCI_POSITIONFROMLINE, line); place < end; ++place) {
+        const auto blue = text.send(text.SCI_STYLEGETFORE, text.send(text.SCI_GETSTYLEAT, place));
+        const QColor colour(blue & 255, blue >> 8 & 255, blue >> 16 & 255);
+        int part = 0;
+        while (part < codeParts && colourOf(static_cast<CodePart>(part)) != colour) ++part;
+        parts += ".CLKDN?"[part];
+      }
+      record("| " + parts);
+    }
+  }
+
+  static void recordRing(const QImage& picture) {
+    const int right = picture.width() - 1;
+    const int bottom = picture.height() - 1;
+    int sides = 0;
+    for (const QLine& side : {QLine(0, 0, right, 0), QLine(0, bottom, right, bottom), QLine(0, 0, 0, bottom),
+                              QLine(right, 0, right, bottom)}) {
+      int pixels = 0;
+      for (int at = 0; at < 200; ++at)
+        pixels +=
+            picture.pixelColor(side.p1() + (side.p2() - side.p1()) * at / 200) == colours::focusRing ? 1 : 0;
+      sides += pixels > 5 ? 1 : 0;
+    }
+    record("on " + std::to_string(sides) + " sides");
   }
 
   // The text's own, whose entries are printed, and the one that is meant is chosen.
   static void useMenu(TextView& text, const std::string& meant) {
     QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, text.mapToGlobal(QPoint()));
     QCoreApplication::sendEvent(text.viewport(), &asked);
-    auto* const menu = text.findChild<QMenu*>();
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (menu == nullptr) throw finger::Missing("no menu");
+    if (menu->isRightToLeft() != UIScreen::mainScreen()->isRightToLeft()) record("the wrong way round");
     for (QAction* entry : menu->actions()) {
-      if (!entry->isSeparator()) record((entry->isEnabled() ? "" : "not ") + shown(entry->text()));
+      record(entry->isSeparator() ? "-" : (entry->isEnabled() ? "" : "not ") + shown(entry->text()));
       if (shown(entry->text()) == meant) entry->trigger();
     }
     menu->close();
