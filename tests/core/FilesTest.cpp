@@ -109,21 +109,27 @@ TEST(PropertyLists, AnUpdateChangesOneKeyAndKeepsTheRest) {
   });
 }
 
+std::string repeated(const std::string& text, std::size_t count) {
+  std::string all;
+  while (count-- > 0) all += text;
+  return all;
+}
+
 std::string nested(std::size_t levels) {
-  std::string text;
-  for (std::size_t level = 0; level < levels; ++level) text += "<array>";
-  for (std::size_t level = 0; level < levels; ++level) text += "</array>";
-  return xmlList(text);
+  return xmlList(repeated("<array>", levels) + repeated("</array>", levels));
 }
 
 TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
-  ASSERT_TRUE(isWithinPropertyListBounds(nested(60)));
-  std::string hidden = "<plist>";
-  for (int level = 0; level < 30'000; ++level) hidden += "<array><!--</array>-->";
+  for (const std::string& most :
+       {nested(65), xmlList(repeated("<dict/>", 4000)), xmlList(repeated("<x/>", 39'999))})
+    ASSERT_TRUE(isWithinPropertyListBounds(most));
   std::map<std::string, std::string> rows{
       {"nested 200,000 deep", nested(200'000)},
       {"nested 30,000 deep", nested(30'000)},
-      {"nested in step with comments", hidden},
+      {"nested one level too deep", nested(66)},
+      {"one dictionary too many", xmlList(repeated("<dict/>", 4001))},
+      {"one value too many", xmlList(repeated("<x/>", 40'000))},
+      {"nested in step with comments", "<plist>" + repeated("<array><!--</array>-->", 30'000)},
       {"larger than settings are",
        xmlList("<dict><key>k</key><string>" + std::string(2 << 20, 'x') + "</string></dict>")},
   };
@@ -133,7 +139,7 @@ TEST(PropertyLists, DamagedAndHostileFilesAreNoListAndStayAsTheyAre) {
     ASSERT_TRUE(isWithinPropertyListBounds(rows.at(sound)));
     rows.erase(sound);
   }
-  EXPECT_EQ(rows.size(), 25U);
+  EXPECT_EQ(rows.size(), 28U);
   const TemporaryFolder folder;
   for (const auto& [why, bytes] : rows) {
     const std::string path = folder / "list.plist";

@@ -168,6 +168,14 @@ TEST(History, IsWaitedForASecondAndNoLonger) {
     ASSERT_GT(send(ends[1], &answer, sizeof answer, 0), 0);
   }
   EXPECT_EQ(waited(), 0);
+  recv(ends[1], &request, sizeof request, MSG_DONTWAIT);
+  static_cast<void>(NotedBackup("P"));
+  NotedBackup("Q").isWhole();
+  NotedBackup(std::string(sizeof request.name, 'n')).isWhole();
+  std::string asked;
+  while (recv(ends[1], &request, sizeof request, MSG_DONTWAIT) > 0)
+    asked += std::to_string(static_cast<int>(request.wish)) + request.name + " ";
+  EXPECT_EQ(asked, "2P 4 2Q 3 3 ");
   close(history::applicationDescriptor);
 }
 

@@ -11,6 +11,11 @@ TEST(Text, OnlyStrictUTF8IsText) {
   expectCases("utf8", [](const Case& row) { return isValidUTF8(row[1]) ? "text" : "no text"; });
 }
 
+TEST(Text, IsShownWithoutWhatIsNoCharacterOrColoursIt) {
+  expectCases("shown", [](const Case& row) { return withReplacementCharacters(row[0]); });
+  expectCases("plain", [](const Case& row) { return withoutSequences(row[0]); });
+}
+
 TEST(Text, ReplacementIsLiteralAndScansOnce) {
   expectCases("replace", [](const Case& row) { return replaceAll(row[0], row[1], row[2]); });
 }
