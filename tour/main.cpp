@@ -168,8 +168,9 @@ int main(int argc, char** argv) {
   FILE* const report = fdopen(dup(STDOUT_FILENO), "w");
   int status = EXIT_FAILURE;
   UIApplicationMain(argc, argv, [&] {
-    // No picture of a dialog in motion.
+    // No picture of a dialog in motion, or of a caret that is just out.
     setMotionEnabled(false);
+    QApplication::setCursorFlashTime(0);
     endCommandsWithApplication();
     if (argc > 1) sizeScreen(argv[1]);
     const bool onlyMainJob = argc > 1 && argv[argc - 1] == std::string("main-job");

@@ -103,6 +103,14 @@ void change(RQAlertView& dialog, const QString& changes) {
   for (const QString& change : changes.split(' ', Qt::SkipEmptyParts)) {
     const QString key = change.section('=', 0, 0);
     const QString value = change.section('=', 1);
+    if (key.startsWith("text") && key.size() == 5) {
+      dialog.textFieldsArray().at(key.mid(4).toULongLong())->setText(QString(value).replace('_', ' '));
+      continue;
+    }
+    if (key.startsWith("placeholder")) {
+      dialog.textFieldsArray().at(key.mid(11).toULongLong())->setPlaceholder(value);
+      continue;
+    }
     if (const QString button = key.section('.', 0, 0); key.contains('.')) {
       changeButton(dialog, button.mid(6).toULongLong(), key.section('.', 1), value);
       continue;

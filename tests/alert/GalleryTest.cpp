@@ -1,8 +1,9 @@
 // Every kind, style and state of a dialog that pictures.txt names, in two languages and five sizes: nothing
-// is cut off, and the buttons are in sight. With TWEAKBENCH_GALLERY=FOLDER each is written there as a
-// picture.
+// is cut off, and the buttons are in sight. Those of which a picture is kept in pictures/ look as there. With
+// TWEAKBENCH_GALLERY=FOLDER each is written there.
 #include "alert/Dialogs.h"
 #include "support/Clock.h"
+#include "support/KeptPictures.h"
 #include "support/Sections.h"
 
 #include <map>
@@ -17,7 +18,7 @@ struct Picture {
   QString name, state, description;
 };
 
-std::vector<Picture> pictures() {
+std::vector<Picture> picturesToTake() {
   std::vector<std::pair<QString, QString>> named;
   std::vector<Picture> all;
   for (const std::string& text : linesOf(TWEAKBENCH_DIALOG_PICTURES)) {
@@ -80,7 +81,7 @@ class Gallery : public Dialogs {
 TEST_F(Gallery, ShowsEveryDialogInsideTheScreen) {
   const QString folder = qEnvironmentVariable("TWEAKBENCH_GALLERY");
   ASSERT_TRUE(folder.isEmpty() || QDir().mkpath(folder));
-  const std::vector<Picture> all = pictures();
+  const std::vector<Picture> all = picturesToTake();
   ASSERT_GT(all.size(), 30U);
   for (const QSize size :
        {QSize(320, 480), QSize(390, 844), QSize(844, 390), QSize(820, 1180), QSize(1600, 1200)}) {
@@ -88,6 +89,8 @@ TEST_F(Gallery, ShowsEveryDialogInsideTheScreen) {
     for (const bool arabic : {false, true}) {
       UIApplication::setLayoutDirection(arabic ? Qt::RightToLeft : Qt::LeftToRight);
       for (const auto& [name, state, description] : all) {
+        // One of a property needs no other size.
+        if (name.startsWith("look-") && (arabic || size != QSize(390, 844))) continue;
         SCOPED_TRACE(name.toStdString() + " at " + std::to_string(size.width()));
         UIScreen::mainScreen()->setAttribute(Qt::WA_KeyboardFocusChange, false);
         const HeldClock clock;
@@ -106,8 +109,10 @@ TEST_F(Gallery, ShowsEveryDialogInsideTheScreen) {
         const QImage picture = UIScreen::mainScreen()->grab().toImage();
         expectWhole(next);
         EXPECT_NE(picture.pixelColor(frameOf(next)->geometry().center()), picture.pixelColor(2, 2));
-        const QString file = QString("%1/%2-%3-%4x%5.png").arg(folder, name, arabic ? "ar" : "en");
-        EXPECT_TRUE(folder.isEmpty() || picture.save(file.arg(size.width()).arg(size.height())));
+        const QString file =
+            QString("/%1-%2-%3x%4.png").arg(name, arabic ? "ar" : "en").arg(size.width()).arg(size.height());
+        EXPECT_TRUE(folder.isEmpty() || picture.save(folder + file));
+        pictures::expectAsKept(picture, TWEAKBENCH_KEPT_PICTURES + file);
         HeldClock::turn(1000);
         letGo();
         setMotionEnabled(false);
