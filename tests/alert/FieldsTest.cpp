@@ -1,5 +1,5 @@
 // The text fields of a dialog.
-#include "alert/Pictures.h"
+#include "alert/Dialogs.h"
 #include "platform/ApplicationStyle.h"
 
 #include <functional>
@@ -39,7 +39,7 @@ TEST_F(Fields, SetsUpEachFieldOnceAndKeepsWhatWasSet) {
   fields[2]->setColors(Qt::black, Qt::green);
   change(*dialog, "tintColor=magenta");
   EXPECT_EQ(fields[2]->palette().color(QPalette::Text), QColor(Qt::green));
-  EXPECT_EQ(fields[2]->palette().color(QPalette::Highlight), telling);
+  EXPECT_EQ(fields[2]->palette().color(QPalette::Highlight), QColor(Qt::magenta));
   EXPECT_EQ(fields[1]->grab().toImage().pixelColor(fields[1]->width() / 2, 0).red(), 255)
       << "a ring in the tint";
 

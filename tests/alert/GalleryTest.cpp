@@ -2,6 +2,7 @@
 // is cut off, and the buttons are in sight. Those of which a picture is kept in pictures/ look as there. With
 // TWEAKBENCH_GALLERY=FOLDER each is written there.
 #include "alert/Dialogs.h"
+#include "platform/UIKeyboard.h"
 #include "support/Clock.h"
 #include "support/KeptPictures.h"
 #include "support/Sections.h"
@@ -9,6 +10,7 @@
 #include <map>
 
 #include <QDir>
+#include <QEasingCurve>
 #include <QRegularExpression>
 #include <QScrollArea>
 
@@ -73,6 +75,21 @@ class Gallery : public Dialogs {
     QTest::mousePress(widget, Qt::LeftButton, {}, place.center());
   }
 
+  // After 80 of its milliseconds it has come a quarter of its way.
+  static void bringKeyboard() {
+    NSNotificationCenter::defaultCenter().postNotificationName(
+        UIKeyboardWillChangeFrameNotification, nullptr,
+        {{UIKeyboardFrameEndUserInfoKey, QRectF(0, 444, 390, 400)},
+         {UIKeyboardAnimationDurationUserInfoKey, 0.16},
+         {UIKeyboardAnimationCurveUserInfoKey, static_cast<int>(QEasingCurve::InQuad)}});
+  }
+
+  static void turn(int milliseconds) {
+    letGo();
+    HeldClock::turn(milliseconds);
+    letGo();
+  }
+
   std::map<QString, QString> arabic_;
   QString files_ =
       "Makefile,a_&_b_<b>not_bold</b>,A_very_long_file_name_that_cannot_be_shown_on_one_line.plist";
@@ -103,9 +120,9 @@ TEST_F(Gallery, ShowsEveryDialogInsideTheScreen) {
         setMotionEnabled(true);
         if (state == "going") dialog->dismissAnimated();
         if (next != dialog) dialog->transitionToAlertView(next);
-        letGo();
-        HeldClock::turn(80);
-        letGo();
+        if (state == "further") dialog->setProgress(1, true);
+        if (state == "keyboard") bringKeyboard();
+        turn(80);
         const QImage picture = UIScreen::mainScreen()->grab().toImage();
         expectWhole(next);
         EXPECT_NE(picture.pixelColor(frameOf(next)->geometry().center()), picture.pixelColor(2, 2));
@@ -113,13 +130,55 @@ TEST_F(Gallery, ShowsEveryDialogInsideTheScreen) {
             QString("/%1-%2-%3x%4.png").arg(name, arabic ? "ar" : "en").arg(size.width()).arg(size.height());
         EXPECT_TRUE(folder.isEmpty() || picture.save(folder + file));
         pictures::expectAsKept(picture, TWEAKBENCH_KEPT_PICTURES + file);
-        HeldClock::turn(1000);
-        letGo();
+        turn(1000);
         setMotionEnabled(false);
         close(next);
       }
     }
   }
+}
+
+TEST_F(Gallery, DimsTheScreenWithoutAJumpWhenOneFollowsAnother) {
+  const HeldClock clock;
+  setMotionEnabled(true);
+  appField->hide();
+  appController->view()->setAutoFillBackground(true);
+  appController->view()->setPalette(Qt::white);
+  const auto corner = [] { return UIScreen::mainScreen()->grab().toImage().pixelColor(3, 3).lightness(); };
+  RQAlertView::appearance()->setCoverColor(QColor(0, 0, 0, 90));
+  const int bright = corner();
+  const Dialog first = dialogFrom("alert");
+  first->showAnimated();
+  turn(500);
+  const int dim = corner();
+  ASSERT_LT(dim, bright - 20);
+  first->dismissAnimated();
+  turn(150);
+  const int going = corner();
+  EXPECT_GT(going, dim + 5);
+  const Dialog second = dialogFrom("sheet");
+  second->showAnimated();
+  EXPECT_NEAR(corner(), going, 1);
+  for (int before = going; second->state() == RQAlertViewState::Showing; before = corner()) {
+    turn(100);
+    EXPECT_LE(corner(), before);
+  }
+  EXPECT_NEAR(corner(), dim, 1);
+  // One that comes above another and goes again leaves it as dark as it was, at no moment brighter.
+  const Dialog above = dialogFrom("alert");
+  bool paintsWithoutADialog = false;
+  above->setDidDismissHandler(
+      [&](RQAlertView&) { paintsWithoutADialog = UIScreen::mainScreen()->updatesEnabled(); });
+  for (const bool coming : {true, false}) {
+    coming ? above->showAnimated() : above->dismissAnimated();
+    for (const int part : {0, 200, 299, 16}) {
+      turn(part);
+      EXPECT_NEAR(corner(), dim, 1);
+    }
+  }
+  EXPECT_EQ(above->state(), RQAlertViewState::Dismissed);
+  EXPECT_FALSE(paintsWithoutADialog);
+  EXPECT_TRUE(UIScreen::mainScreen()->updatesEnabled());
 }
 
 }  // namespace
