@@ -139,7 +139,7 @@ class Pump : public std::enable_shared_from_this<Pump> {
         const ssize_t moved = splice(source_.get(), nullptr, target_.get(), nullptr, pipeSize, 0);
         if (moved == 0 || (moved < 0 && errno == EAGAIN && !canWrite())) break;
         if (moved > 0) copied_ += static_cast<std::size_t>(moved);
-        if (copied_ >= flowing && isLarge(source_.get()) && isLarge(target_.get()))
+        if (moved > 0 && copied_ >= flowing && isLarge(source_.get()) && isLarge(target_.get()))
           std::this_thread::sleep_for(filling);
         if (moved > 0 || errno == EINTR || errno == EAGAIN) continue;
         if (errno != EINVAL) break;
