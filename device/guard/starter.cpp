@@ -93,7 +93,7 @@ struct Start {
   _exit(127);
 }
 
-// Also takes the end of what others have left to this process: it would still look alive to who waits for it.
+// Reaps orphans too: as zombies they would still look alive to a program that waits for their end.
 int waitFor(pid_t program) {
   int status = 0;
   for (pid_t ended = 0; ended != program && (ended >= 0 || errno == EINTR);) ended = waitpid(-1, &status, 0);
@@ -132,7 +132,7 @@ int serveUntilEnd(pid_t program, int reports, int orders) {
   }
 }
 
-// What the program left running is this process's to wait for.
+// Kills all of the device's own PID namespace but its first process and this one, which reaps the others.
 void endTheRest() {
   kill(-1, SIGKILL);
   while (waitpid(-1, nullptr, __WALL) > 0 || errno == EINTR) {

@@ -105,7 +105,7 @@ void requireDevice(const fs::path& device) {
 
 namespace {
 
-// All that is needed for it is gone when this returns, before a signal may end the process.
+// Releases all that it holds before it returns, since a signal may end the process right after.
 Ending useDevice(const Options& options, const Task* task) {
   Caller who(options);
   const Environment& caller = who.environment;

@@ -60,7 +60,7 @@ class ShownFolders {
   std::deque<Shown> shown_;
 };
 
-// Stands outside the device and trusts nothing that comes: the application may have been taken over. Every
+// Runs outside the device and trusts nothing that comes: the application may have been taken over. Every
 // request is one packet and gets one answer. A URL is one argument of the opener program, which is started
 // without a shell.
 class Opener {

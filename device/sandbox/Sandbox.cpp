@@ -32,7 +32,7 @@ Pipe makeWatchedPipe() {
 }
 
 // Blocks the signals that end the launcher or resize its window, and on a terminal those that stop it, and
-// gives them back at the end.
+// gives them back at the end. SIGPIPE stays ignored: writing to a pipe that nobody reads fails with EPIPE.
 class Signals {
  public:
   explicit Signals(bool onTerminal) {

@@ -8,11 +8,12 @@
 #include <poll.h>
 #include <vector>
 
+class Pump;
+
 // Nothing in the device gets a descriptor of the caller's: under /proc/self/fd it could open the file anew,
 // for writing, or the folder with all that is in it. It gets pipes, and for a terminal one of the device's
 // own. What is not read of a file is given back, so that a script's next command finds it; of a pipe it
 // cannot be.
-class Pump;
 class Relay {
  public:
   enum class Bytes;
