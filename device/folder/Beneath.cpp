@@ -51,7 +51,8 @@ bool exists(int folder, const std::string& name) {
 Descriptor openPlainFile(int folder, const fs::path& path) {
   // A pipe must not stop the launcher.
   Descriptor file = openBeneath(folder, path, O_RDONLY | O_NONBLOCK);
-  return S_ISREG(statusOf(file.get()).st_mode) ? std::move(file) : Descriptor();
+  if (file && !S_ISREG(statusOf(file.get()).st_mode)) file.close();
+  return file;
 }
 
 std::optional<std::string> readBeneath(int folder, const fs::path& path, std::size_t limit, LongFile longer) {

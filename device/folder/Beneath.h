@@ -22,7 +22,7 @@ Descriptor openFolderBeneath(int folder, const fs::path& path);
 // way.
 Descriptor makeFolderBeneath(int folder, const fs::path& path);
 
-// What is open, or what the entry is, links not followed; with errno, and all of it 0, where there is none.
+// The status of what is open, or of an entry, without following links. On failure all of it is 0, with errno.
 struct stat statusOf(int descriptor);
 struct stat statusOf(int folder, const std::string& name);
 // Whether there is an entry of that name; links count.

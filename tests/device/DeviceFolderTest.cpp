@@ -175,7 +175,7 @@ TEST(Beneath, NothingAboveOrThroughALinkIsReached) {
   const std::string above = "../" + fs::path(outside.path()).filename().string() + "/secret";
   for (const std::string& path :
        {std::string("link/secret"), std::string("within/file"), above, outside / "secret"}) {
-    EXPECT_FALSE(readBeneath(opened.get(), path, 10)) << path;
+    EXPECT_TRUE(!readBeneath(opened.get(), path, 10) && (errno == ELOOP || errno == EXDEV)) << path;
   }
   EXPECT_FALSE(makeFolderBeneath(opened.get(), "link/made"));
   EXPECT_FALSE(fs::exists(outside / "made"));
