@@ -69,8 +69,15 @@ PropertyListValue valueOf(plist_t node);
 
 PropertyListValue::Array arrayOf(plist_t node) {
   PropertyListValue::Array values(plist_array_get_size(node));
-  for (std::uint32_t index = 0; index < values.size(); ++index)
-    values[index] = valueOf(plist_array_get_item(node, index));
+  plist_array_iter start = nullptr;
+  plist_array_new_iter(node, &start);
+  const std::unique_ptr<void, decltype(&std::free)> iterator(start, std::free);
+  // By number, each would be counted from the first.
+  for (PropertyListValue& value : values) {
+    plist_t item = nullptr;
+    plist_array_next_item(node, iterator.get(), &item);
+    value = valueOf(item);
+  }
   return values;
 }
 
