@@ -52,13 +52,13 @@ struct Place {
   int column = 0;
 };
 
-// Takes "FILE:12:5:" or "FILE:12:" and the blanks behind it.
+// Takes "FILE:12:5:" or "FILE:12:" and the blanks behind it, or "FILE:12," at the end.
 std::optional<Place> takePlace(string_view& text) {
   for (size_t colon = text.find(':'); colon != string_view::npos; colon = text.find(':', colon + 1)) {
     string_view rest = text.substr(colon + 1);
     Place place{text.substr(0, colon)};
     const auto line = takeNumber(rest);
-    if (colon == 0 || !line || !take(rest, ":")) continue;
+    if (colon == 0 || !line || (!take(rest, ":") && rest != ",")) continue;
     place.line = *line;
     string_view behind = rest;
     if (const auto column = takeNumber(behind); column && take(behind, ":")) {
@@ -199,7 +199,8 @@ class Reader {
   static bool mayMatter(string_view line, bool hasColon) {
     const size_t end = line.find_last_not_of("\r\033 ");
     if (end == string_view::npos) return false;
-    if (hasColon && (line[end] == ':' || contains(line, ": ") || contains(line, ":\033"))) return true;
+    if (hasColon && (line[end] == ':' || line[end] == ',' || contains(line, ": ") || contains(line, ":\033")))
+      return true;
     const char first = line.front();
     if (first == 'm' || first == '/') return contains(line, " -C ");
     if (line.starts_with("cd ") || line.starts_with(">>> ")) return true;
