@@ -89,7 +89,7 @@ std::optional<Whole> whole(const Number& number) {
   if (const auto* const whole = std::get_if<Whole>(&number)) return *whole;
   if (const bool* const answer = std::get_if<bool>(&number)) return Whole{*answer ? 1U : 0U, Sign::Unsigned};
   const double real = std::get<double>(number);
-  if (real != std::floor(real) || std::fabs(real) >= 0x1p63) return std::nullopt;
+  if (real != std::floor(real) || std::fabs(real) >= 0x1p64) return std::nullopt;
   return Whole{static_cast<std::uint64_t>(std::fabs(real)), real < 0 ? Sign::Signed : Sign::Unsigned};
 }
 
