@@ -98,15 +98,19 @@ struct ProgramCheck {
   const char* package;
 };
 
+// Where the toolchain of Theos is looked for.
+const string toolchainFolder = "toolchain/linux/iphone";
+
+string toolchainWith(const string& property) {
+  return "put a toolchain " + property + " at " + toolchainFolder + " in Theos's folder";
+}
+
 // What to do, in words that several checks have.
-const string toolchain = "put a toolchain for Linux at toolchain/linux/iphone in Theos's folder";
+const string toolchain = toolchainWith("for Linux");
 const string wholeCopy = "get a whole copy of Theos with \"git clone --recursive\"";
 const string submodules =
     "run \"git submodule update --init --recursive\" in Theos's folder, which needs a clone and no unpacked "
     "archive";
-
-// Where the toolchain of Theos is looked for.
-constexpr const char* toolchainFolder = "toolchain/linux/iphone";
 
 constexpr ProgramCheck programs[] = {
     {"make", Need::Required, Need::Required, "runs every build", "make"},
@@ -285,12 +289,12 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
   const Need need = isPractice(facts) ? check.withPractice : check.withTheos;
   const Verdict verdict = need == Need::Required ? Verdict::Problem : Verdict::Note;
   const string subject = check.name;
-  const string remedy =
+  string remedy =
       check.package == nullptr ? toolchain : string("install it with \"apt install ") + check.package + "\"";
   const auto found = facts.inDevice->starts.find(subject);
   const Start trial = found == facts.inDevice->starts.end() ? Start{} : found->second;
   if (trial.path.empty() && check.package == nullptr) {
-    const string path = string(toolchainFolder) + "/bin/" + check.name;
+    const string path = toolchainFolder + "/bin/" + check.name;
     const Entry entry = entryOf(*facts.inDevice, path);
     if (entry == Entry::Astray) return {verdict, subject, astrayRemedy(path)};
     if (entry == Entry::Present)
@@ -304,8 +308,11 @@ Finding programFinding(const ProgramCheck& check, const Facts& facts) {
     return {verdict, subject, string("It is missing, and it is what ") + check.purpose + "; " + remedy + "."};
   }
   string reason = reasonNotToStart(trial);
-  if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0)
+  if (reason.empty() && (subject == "fakeroot" || subject == "perl") && trial.status != 0) {
     reason = "it fails with \"" + shortened(trial.said) + "\"";
+    const string_view known = meaningOf(trial.said);
+    if (!known.empty()) remedy = known.substr(0, known.size() - 1);
+  }
   if (reason.empty()) {
     if (subject == "make" && versionIn(trial.said).first < oldestMake) {
       return problem(subject,
@@ -356,9 +363,6 @@ struct StageRemedy {
   string_view stage;
   string remedy;
 };
-string toolchainWith(const string& property) {
-  return "put a toolchain " + property + " at toolchain/linux/iphone in Theos's folder";
-}
 const StageRemedy stageRemedies[] = {
     {"Preprocessing", "see that perl works, and renew vendor/logos in Theos's folder"},
     {"Compiling", "put another whole SDK into Theos's folder sdks, or another toolchain into toolchain"},
@@ -366,7 +370,7 @@ const StageRemedy stageRemedies[] = {
     {"Generating debug", toolchainWith("with a working dsymutil")},
     {"Stripping", toolchainWith("with a working strip")},
     {"Merging", toolchainWith("with a working lipo")},
-    {"Signing", "put a working ldid into toolchain/linux/iphone/bin in Theos's folder"},
+    {"Signing", "put a working ldid into " + toolchainFolder + "/bin in Theos's folder"},
     {"Making stage", "see that rsync and fakeroot work, and renew vendor/dm.pl in Theos's folder"},
     {"", wholeCopy},
 };
