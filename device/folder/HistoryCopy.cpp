@@ -427,7 +427,7 @@ struct Copying {
     return bytes > room_ ? tooMuch : status;
   }
 
-  // False where the entry stays, since something of it is being brought back.
+  // False where the entry stays, such as one of which something is being brought back.
   bool drop(const std::string& when) const {
     for (const std::string& name : {when, std::string(asideFolder) + "/" + when}) {
       const Descriptor entry = openFolderBeneath(folder_, name);
@@ -436,7 +436,7 @@ struct Copying {
       std::string dropped = beingDropped;
       if (name != when) dropped += "aside-";
       dropped += when;
-      renameat(folder_, name.c_str(), folder_, dropped.c_str());
+      if (renameat(folder_, name.c_str(), folder_, dropped.c_str()) != 0) return false;
     }
     sweep();
     return true;
