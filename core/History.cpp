@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <mutex>
 #include <poll.h>
 #include <sys/socket.h>
@@ -17,11 +16,6 @@ std::mutex asking;
 int launcher = -1;
 std::uint32_t lastNumber = 0;
 
-// Of CLOCK_MONOTONIC.
-std::int64_t milliseconds() {
-  return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
-}
-
 // Returns when the answer has come or will not.
 void ask(history::Wish wish, const std::string& name = {}) {
   const std::lock_guard lock(asking);
@@ -29,12 +23,12 @@ void ask(history::Wish wish, const std::string& name = {}) {
   if (launcher < 0 || name.size() >= sizeof request.name) return;
   request.number = ++lastNumber;
   request.wish = wish;
-  request.deadline = milliseconds() + history::patienceMilliseconds;
+  request.deadline = history::milliseconds() + history::patienceMilliseconds;
   std::copy(name.begin(), name.end(), request.name);
   if (send(launcher, &request, sizeof request, MSG_DONTWAIT | MSG_NOSIGNAL) < 0) return;
   while (true) {
     pollfd answer{launcher, POLLIN, 0};
-    const auto left = std::max<std::int64_t>(0, request.deadline - milliseconds());
+    const auto left = std::max<std::int64_t>(0, request.deadline - history::milliseconds());
     const int ready = poll(&answer, 1, static_cast<int>(left));
     if (ready < 0 && errno == EINTR) continue;
     if (ready <= 0) return;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -127,6 +128,11 @@ inline constexpr int applicationDescriptor = 101;
 // How long the application waits for an answer.
 inline constexpr int patienceMilliseconds = 1000;
 
+// The time by CLOCK_MONOTONIC, by which deadlines count.
+inline std::int64_t milliseconds() {
+  return std::chrono::steady_clock::now().time_since_epoch() / std::chrono::milliseconds(1);
+}
+
 enum class Wish : std::uint32_t {
   // A copy of everything, made after the request came.
   Copy = 1,
@@ -139,7 +145,7 @@ enum class Wish : std::uint32_t {
 struct Request {
   std::uint32_t number;
   Wish wish;
-  // On CLOCK_MONOTONIC, in milliseconds. After it BeginBackup is ignored: the application has begun without.
+  // In milliseconds(). After it BeginBackup is ignored: the application has begun without.
   std::int64_t deadline;
   // Ends with a NUL.
   char name[256];

@@ -24,12 +24,6 @@ constexpr std::size_t mostAsked = 64;
 // The walk opens a descriptor for each level of folders.
 constexpr rlim_t neededDescriptors = 4096;
 
-// As requests count it, by CLOCK_MONOTONIC.
-std::int64_t milliseconds() {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
-}
-
 struct Keeper {
   const HistoryFolder& history_;
   int var_;
@@ -49,15 +43,14 @@ struct Keeper {
     startCopying(Insistence::Gaps);
     while (true) {
       pollfd watched[] = {{launcher_, POLLIN, 0}, {socket_, POLLIN, 0}, {copyingEnd_.get(), POLLIN, 0}};
-      const int wait =
-          copying_ > 0 ? -1 : static_cast<int>(std::max<std::int64_t>(0, nextWalk_ - milliseconds()));
-      const int ready = poll(watched, 3, wait);
+      const auto left = std::max<std::int64_t>(0, nextWalk_ - history::milliseconds());
+      const int ready = poll(watched, 3, copying_ > 0 ? -1 : static_cast<int>(left));
       if (ready < 0 && errno != EINTR) return;
       // What comes after the launcher's end is not the device's any more.
       if (watched[0].revents != 0) break;
       if (watched[2].revents != 0) finishCopying();
       if (watched[1].revents != 0) takeRequest();
-      if (copying_ <= 0 && (!waiting_.empty() || milliseconds() >= nextWalk_))
+      if (copying_ <= 0 && (!waiting_.empty() || history::milliseconds() >= nextWalk_))
         startCopying(waiting_.empty() ? Insistence::Changes : Insistence::Gaps);
     }
     abandonCopying();
@@ -96,7 +89,7 @@ struct Keeper {
     copying_ = 0;
     copyingEnd_.close();
     shutdown(launcher_, SHUT_WR);
-    nextWalk_ = milliseconds() + betweenWalks;
+    nextWalk_ = history::milliseconds() + betweenWalks;
     for (const auto number : served_) answer(number);
     served_.clear();
   }
@@ -117,7 +110,7 @@ struct Keeper {
         return;
       case history::Wish::BeginBackup:
         // The rest of the second is for the way back.
-        if (milliseconds() + history::patienceMilliseconds / 10 >= request.deadline) return;
+        if (history::milliseconds() + history::patienceMilliseconds / 10 >= request.deadline) return;
         history_.beginBackup(var_, {request.name, strnlen(request.name, sizeof request.name)});
         break;
       case history::Wish::FinishBackup:
