@@ -90,7 +90,7 @@ class Cleaner {
   Word wordAt(const char* place) const {
     Word word = 0;
     const auto left = static_cast<std::size_t>(end_ - place);
-    // A known size is no call.
+    // A copy of constant size is a single load.
     if (left >= sizeof word) {
       std::memcpy(&word, place, sizeof word);
     } else {

@@ -104,13 +104,13 @@ std::vector<std::string> currentProjectFiles() {
     const std::string folder = folders[next];
     const bool isDeepest = std::count(folder.begin(), folder.end(), '/') == deepestFolder;
     std::error_code error;
-    std::error_code unknown;  // what an entry is: then it is neither
+    std::error_code vanished;  // such an entry is neither
     fs::directory_iterator entry(project + folder, error);
     for (; entry != fs::directory_iterator() && hasRoom(); entry.increment(error)) {
       const std::string name = entry->path().filename();
       if (name == ".theos" || name == ".git") continue;
-      if (entry->is_regular_file(unknown)) files.push_back(folder + name);
-      if (!isDeepest && entry->symlink_status(unknown).type() == fs::file_type::directory)
+      if (entry->is_regular_file(vanished)) files.push_back(folder + name);
+      if (!isDeepest && entry->symlink_status(vanished).type() == fs::file_type::directory)
         folders.push_back(folder + name + '/');
     }
   }
