@@ -58,7 +58,7 @@ class DeviceFolder {
   // DEVICE itself.
   int folder() const { return folder_.get(); }
   // They can be mounted as they are.
-  const DeviceFolders& folders() const { return folders_; }
+  const MountedFolders& folders() const { return folders_; }
 
   // Where somebody deleted the device while it was used, and something was made there meanwhile: makes what
   // is left a device again, which the next start completes.
@@ -82,7 +82,7 @@ class DeviceFolder {
   fs::path name_;
   Descriptor lock_;
   bool isAlone_ = false;
-  DeviceFolders folders_;
+  MountedFolders folders_;
   // The history's entry for what this start sets aside, once there is some, and how much that was.
   std::string setAsideEntry_;
   std::size_t setAsideCount_ = 0;

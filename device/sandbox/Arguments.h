@@ -20,8 +20,8 @@ struct Shown {
   std::string path;
 };
 
-// The device's folders on the host, opened O_PATH, owned by its user and no links.
-struct DeviceFolders {
+// The folders of the host that become the device's, opened O_PATH. They belong to its user and are not links.
+struct MountedFolders {
   Descriptor applications;
   Descriptor var;
   Descriptor userPrograms;
@@ -31,7 +31,7 @@ struct DeviceFolders {
 
 // Everything that decides what the device looks like. Descriptors stay open until bubblewrap has read them.
 struct Request {
-  const DeviceFolders& folders;
+  const MountedFolders& folders;
   // Whether the device's own folder of libraries is shown as the folder lib of a read-only Theos, which must
   // have one.
   bool hasOwnLibraries = false;

@@ -9,7 +9,7 @@ namespace {
 
 // The arguments, each option with its words on a line.
 std::vector<std::string> argumentLines(const std::string& options) {
-  static const DeviceFolders none;
+  static const MountedFolders none;
   Request request{none, options.find("no libraries") == std::string::npos, "/own files", "/srv/theos"};
   request.isTheosWritable = options.find("writable Theos") != std::string::npos;
   request.hasNetwork = options.find("network") != std::string::npos;
