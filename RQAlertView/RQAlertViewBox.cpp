@@ -160,12 +160,7 @@ RQAlertViewBox::Heights RQAlertViewBox::heightsFor(int width, double roomHeight)
   heights.headerShown =
       headerWithin(std::max(most - rows, std::min<double>(heights.header, most * headerShare)));
   heights.buttons = rounded(std::min(rows, std::max(most - heights.headerShown, 0.0)));
-  if (heights.buttons < rows) {
-    // Half of the last row in sight shows that there are more below.
-    const double row = list_->leastRowHeight();
-    const double inSight = std::floor(heights.buttons / row - 0.5) + 0.5;
-    if (inSight > 1) heights.buttons = rounded(inSight * row);
-  }
+  if (heights.buttons < rows) heights.buttons = rounded(list_->heightEndingInARow(heights.buttons));
   return heights;
 }
 

@@ -87,6 +87,19 @@ double RQAlertViewButtonList::heightOfRows() const {
   return height;
 }
 
+double RQAlertViewButtonList::heightEndingInARow(double most) const {
+  double ending = most;
+  double top = 0;
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    const int height = heightOfRow(row);
+    const double middle = top + height / 2.0;
+    if (middle > most) break;
+    if (row > 0) ending = middle;
+    top += height;
+  }
+  return ending;
+}
+
 void RQAlertViewButtonList::setCard(const QPainterPath& card) {
   card_ = card;
   viewport()->update();

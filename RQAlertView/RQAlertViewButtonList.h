@@ -45,10 +45,12 @@ class RQAlertViewButtonList : public QListView {
   // The looks of the rows, or whether they are enabled, may have changed.
   void looksChanged() { model_->update(); }
 
-  // Where a title may take several lines, each row is measured; otherwise all are leastRowHeight() high.
+  // Where a title may take several lines, each row is measured; otherwise all are equally high.
   int heightOfRow(int row) const;
   double heightOfRows() const;
-  double leastRowHeight() const { return leastHeight_; }
+  // At most `most`, with half of the last row in sight, which shows that there are more below; `most` itself
+  // where that would leave no whole row.
+  double heightEndingInARow(double most) const;
 
   // The outline of the card below the list, in the list's coordinates.
   void setCard(const QPainterPath& card);
