@@ -364,15 +364,13 @@ void RQAlertView::windowGone() {
 
 void RQAlertView::addObservers() {
   NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
-  const auto observe = [&](const QString& name, auto changed) {
-    center.addObserver(this, name, nullptr, [this, changed](const NSNotification& notification) {
-      (this->*changed)(notification);
-    });
-  };
-  observe(UIKeyboardWillShowNotification, &RQAlertView::keyboardVisibleChanged);
-  observe(UIKeyboardWillHideNotification, &RQAlertView::keyboardVisibleChanged);
-  observe(UIKeyboardWillChangeFrameNotification, &RQAlertView::keyboardFrameChanged);
-  observe(UIWindowDidBecomeVisibleNotification, &RQAlertView::windowVisibleChanged);
+  for (const QString& name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification,
+                              UIKeyboardWillChangeFrameNotification}) {
+    center.addObserver(this, name, nullptr,
+                       [this](const NSNotification& notification) { keyboardFrameChanged(notification); });
+  }
+  center.addObserver(this, UIWindowDidBecomeVisibleNotification, nullptr,
+                     [this](const NSNotification& notification) { windowVisibleChanged(notification); });
   center.addObserver(this, UIWindowDidBecomeKeyNotification, window_.get(), [this](const NSNotification&) {
     // What had the focus may have gone while another dialog covered this one.
     const QWidget* focused = rootView_->window()->focusWidget();
@@ -382,10 +380,6 @@ void RQAlertView::addObservers() {
 
 void RQAlertView::removeObservers() {
   NSNotificationCenter::defaultCenter().removeObserver(this);
-}
-
-void RQAlertView::keyboardVisibleChanged(const NSNotification& notification) {
-  keyboardFrameChanged(notification);
 }
 
 void RQAlertView::keyboardFrameChanged(const NSNotification& notification) {

@@ -406,7 +406,6 @@ class RQAlertView : public QObject, public std::enable_shared_from_this<RQAlertV
   void release();
   void addObservers();
   void removeObservers();
-  void keyboardVisibleChanged(const NSNotification& notification);
   // Lays the dialog out above the keyboard, with the duration and the curve that the notification gives.
   void keyboardFrameChanged(const NSNotification& notification);
   void windowVisibleChanged(const NSNotification& notification);

@@ -47,7 +47,6 @@ RQAlertViewButtonList::RQAlertViewButtonList(std::shared_ptr<const RQAlertViewMo
   setModel(model_);
   setItemDelegate(cell_);
   setSelectionMode(QAbstractItemView::NoSelection);
-  setEditTriggers(QAbstractItemView::NoEditTriggers);
   setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   RQAlertViewScrollIndicator::install(*this);
   setFocusPolicy(Qt::TabFocus);

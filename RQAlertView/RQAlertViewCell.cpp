@@ -21,7 +21,6 @@ int RQAlertViewCell::heightOf(const QString& title, const RQAlertViewButtonLook&
 
 void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
-  if (!list_) return;
   const RQAlertViewRow& row = list_->rows().at(index.row());
   const RQAlertViewButtonLook look = list_->dialog().lookOf(row);
   using ButtonState = RQAlertViewButtonState;
@@ -45,14 +44,14 @@ void RQAlertViewCell::paint(QPainter* painter, const QStyleOptionViewItem& optio
   }
 }
 
-QSize RQAlertViewCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+QSize RQAlertViewCell::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const {
   // The list makes every row as wide as itself.
-  return list_ ? QSize(0, list_->heightOfRow(index.row())) : QStyledItemDelegate::sizeHint(option, index);
+  return {0, list_->heightOfRow(index.row())};
 }
 
 bool RQAlertViewCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                                 const QStyleOptionViewItem& option, const QModelIndex& index) {
-  if (event->type() != QEvent::ToolTip || !list_ || !index.isValid()) {
+  if (event->type() != QEvent::ToolTip || !index.isValid()) {
     return QStyledItemDelegate::helpEvent(event, view, option, index);
   }
   const RQAlertViewRow& row = list_->rows().at(index.row());

@@ -33,7 +33,6 @@ class RQAlertViewHeader::ProgressBar : public QProgressBar {
  public:
   ProgressBar(const RQAlertViewAppearance& look, QWidget* parent) : QProgressBar(parent), look_(look) {
     setRange(0, 100);
-    setTextVisible(false);
     setAccessibleName(tr("Progress"));
     animation_.setDuration(250);
     connect(&animation_, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
@@ -59,7 +58,6 @@ class RQAlertViewHeader::ProgressBar : public QProgressBar {
                                   look_.progressViewTrackImage.deviceIndependentSize().height());
     return {0, std::max(progressBarHeight, static_cast<int>(std::ceil(image)))};
   }
-  QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -110,7 +108,6 @@ RQAlertViewHeader::RQAlertViewHeader(std::shared_ptr<const RQAlertViewModel> dia
   parts_->setAutoFillBackground(false);
   parts_->show();
   RQAlertViewScrollIndicator::install(*this);
-  setFocusPolicy(Qt::NoFocus);
   setAccessibleName(tr("Message"));
   applyLooks();
   connect(qApp, &QApplication::focusChanged, this, [this] {

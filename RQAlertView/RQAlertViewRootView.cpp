@@ -160,14 +160,14 @@ double RQAlertViewRootView::dimming() const {
 
 void RQAlertViewRootView::paintCover(QPainter& painter) const {
   if (!coverBackdrop_.isNull()) {
-    painter.setOpacity(std::clamp(coverShown() * dialog_->appearance.coverAlpha, 0.0, 1.0));
+    painter.setOpacity(coverShown() * dialog_->appearance.coverAlpha);
     painter.drawPixmap(rect(), coverBackdrop_);
     painter.setOpacity(1);
   }
   QColor color =
       dialog_->appearance.coverColor.isValid() ? dialog_->appearance.coverColor : QColor(Qt::black);
-  color.setAlphaF(static_cast<float>(std::clamp(dimming(), 0.0, 1.0)));
-  if (color.alpha() > 0) painter.fillRect(rect(), color);
+  color.setAlphaF(static_cast<float>(dimming()));
+  painter.fillRect(rect(), color);
 }
 
 void RQAlertViewRootView::paintPicture(QPainter& painter) const {

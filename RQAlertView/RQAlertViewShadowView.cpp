@@ -138,12 +138,11 @@ QSize RQAlertViewScrollIndicator::sizeHint() const {
 }
 
 void RQAlertViewScrollIndicator::paintEvent(QPaintEvent*) {
-  const double whole = maximum() - minimum() + pageStep();
-  if (whole <= 0) return;
+  // Shown only where something scrolls, from 0 on.
   const double track = height() - 2 * scrollIndicatorInset;
-  const double length = std::max<double>(track * pageStep() / whole, scrollIndicatorLeastLength);
-  const double range = std::max(maximum() - minimum(), 1);
-  const double top = scrollIndicatorInset + (track - length) * (value() - minimum()) / range;
+  const double length =
+      std::max<double>(track * pageStep() / (maximum() + pageStep()), scrollIndicatorLeastLength);
+  const double top = scrollIndicatorInset + (track - length) * value() / maximum();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);

@@ -219,7 +219,6 @@ bool RQAlertViewTextLayout::addParagraph(const QString& paragraph, const RQAlert
     line.setLineWidth(width_);
     if (linesLeft == 1) {
       restStart = line.textStart();
-      line.setNumColumns(0);
       break;
     }
     line.setPosition({0, y});
@@ -247,11 +246,8 @@ void RQAlertViewTextLayout::addLastLine(const QString& rest, const RQAlertViewTe
   single.numberOfLines = 1;
   auto layout = std::make_unique<QTextLayout>(elided, style.font);
   layout->setTextOption(optionFor(elided, single, direction_));
-  layout->setCacheEnabled(true);
   layout->beginLayout();
-  QTextLine only = layout->createLine();
-  only.setLineWidth(width_);
-  only.setPosition({0, 0});
+  layout->createLine().setLineWidth(width_);
   layout->endLayout();
   append(std::move(layout));
 }
@@ -296,7 +292,7 @@ void RQAlertViewLabel::paintEvent(QPaintEvent* event) {
 }
 
 void RQAlertViewLabel::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::LayoutDirectionChange || event->type() == QEvent::FontChange) layout_.reset();
+  if (event->type() == QEvent::LayoutDirectionChange) layout_.reset();
   QLabel::changeEvent(event);
 }
 

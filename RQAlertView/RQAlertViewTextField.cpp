@@ -35,7 +35,6 @@ QIcon clearIcon(const QColor& text) {
   painter.setPen(QPen(Qt::black, 1.4, Qt::SolidLine, Qt::RoundCap));
   painter.drawLine(QPointF(5.6, 5.6), QPointF(10.4, 10.4));
   painter.drawLine(QPointF(10.4, 5.6), QPointF(5.6, 10.4));
-  painter.end();
   return picture;
 }
 
@@ -57,7 +56,6 @@ RQAlertViewTextField::RQAlertViewTextField(QWidget* parent)
     if (edited.contains(lineEnd)) setText(edited.split(lineEnd, Qt::SkipEmptyParts).join(QLatin1Char(' ')));
   });
   fullFont_ = font();
-  updateClearButton();
 }
 
 void RQAlertViewTextField::setPlaceholderText(const QString& placeholder) {

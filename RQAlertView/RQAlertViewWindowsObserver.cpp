@@ -50,8 +50,7 @@ void RQAlertViewWindowsObserver::windowVisibleChanged(const NSNotification& noti
 
 void RQAlertViewWindowsObserver::push(UIWindow* window) {
   if (isWindowsArrayContains(window)) return;
-  const std::shared_ptr<UIWindow> covered = lastWindow();
-  if (covered && covered.get() != window) {
+  if (const std::shared_ptr<UIWindow> covered = lastWindow()) {
     covering_ = true;
     covered->setHidden(true);
     covering_ = false;

@@ -15,7 +15,6 @@ constexpr int smallSide = 20;
 
 UIActivityIndicatorView::UIActivityIndicatorView(UIActivityIndicatorViewStyle style, QWidget* parent)
     : QWidget(parent), style_(style) {
-  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   setAccessibleName(tr("In progress"));
   timer_.setInterval(stepMilliseconds);
   connect(&timer_, &QTimer::timeout, this, [this] {
@@ -36,7 +35,6 @@ QColor UIActivityIndicatorView::color() const {
 
 void UIActivityIndicatorView::setActivityIndicatorViewStyle(UIActivityIndicatorViewStyle style) {
   style_ = style;
-  updateGeometry();
   update();
 }
 
@@ -57,11 +55,9 @@ void UIActivityIndicatorView::paintEvent(QPaintEvent*) {
     const int behind = (step_ - index + spokes) % spokes;
     QColor faded = color();
     faded.setAlphaF(static_cast<float>(color().alphaF() * std::max(0.2, 1.0 - behind / 10.0)));
-    painter.save();
-    painter.rotate(360.0 * index / spokes);
     painter.setBrush(faded);
     painter.drawRoundedRect(spoke, spoke.width() / 2, spoke.width() / 2);
-    painter.restore();
+    painter.rotate(360.0 / spokes);
   }
 }
 

@@ -27,10 +27,8 @@ void startPaintingThread() {
 
 QPalette darkPalette() {
   QPalette palette(grey(53), grey(40));
-  palette.setColor(QPalette::BrightText, Qt::white);
   palette.setColor(QPalette::PlaceholderText, grey(165));
-  palette.setColor(QPalette::Base, grey(53));
-  palette.setColor(QPalette::AlternateBase, grey(48));
+  palette.setColor(QPalette::Base, palette.color(QPalette::Button));
   palette.setColor(QPalette::ToolTipBase, grey(69));
   palette.setColor(QPalette::ToolTipText, grey(240));
   // Dark enough for white text on it, light enough to stand out from the window.

@@ -102,7 +102,6 @@ void UIViewController::presentViewController(std::shared_ptr<UIViewController> c
   shown.layer_ = new PresentationLayer(window, shown.view());
   viewWillDisappear(animated);
   shown.layer_->show();
-  shown.layer_->raise();
   reportTopLayer(*window);
   shown.view()->setFocus(Qt::OtherFocusReason);
   // Its keys are not for a screen that is on its way out of sight.

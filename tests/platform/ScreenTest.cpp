@@ -90,12 +90,7 @@ TEST(TheActivityIndicator, WakesTheProcessorOnlyWhileItSpinsInSight) {
   parent.show();
   const QImage first = indicator.grab().toImage();
   EXPECT_NEAR(stepsAfter(), 83, 5);
-  for (int step = 2; step <= 12; ++step) {
-    const auto brightnessOfTheTop = [&] { return indicator.grab().toImage().pixelColor(10, 3).lightness(); };
-    const int before = brightnessOfTheTop();
-    EXPECT_GT(stepsAfter(), 0);
-    EXPECT_TRUE(step > 8 || brightnessOfTheTop() < before) << "spokes fade behind the one that leads";
-  }
+  for (int step = 2; step <= 12; ++step) EXPECT_GT(stepsAfter(), 0);
   EXPECT_EQ(indicator.grab().toImage(), first) << "once around";
   parent.hide();
   EXPECT_FALSE(indicator.isTicking());
