@@ -13,6 +13,9 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("LC_ALL", "C.UTF-8");
   qputenv("FONTCONFIG_FILE", TWEAKBENCH_TEST_FONTS);
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+    EXPECT_FALSE(text.startsWith("QPainter")) << text.toStdString();
+  });
   UIApplication application(argc, argv);
   QApplication::setCursorFlashTime(0);
   setMotionEnabled(false);
