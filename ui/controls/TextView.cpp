@@ -202,6 +202,15 @@ void TextView::setBytes(std::string_view bytes) {
   // Nobody hears of each step: a huge text would be handed over in one piece.
   const long heard = send(SCI_GETMODEVENTMASK);
   send(SCI_SETMODEVENTMASK, 0);
+  // A huge log in which nothing is hidden does without styles, which take as much memory as the text.
+  const bool isPlain =
+      readOnly && bytes.size() > longestWrapped && std::none_of(bytes.begin(), bytes.end(), takesNoRoom);
+  if (readOnly) {
+    const long document =
+        send(SCI_CREATEDOCUMENT, 0, isPlain ? SC_DOCUMENTOPTION_STYLES_NONE : SC_DOCUMENTOPTION_DEFAULT);
+    send(SCI_SETDOCPOINTER, 0, document);
+    send(SCI_RELEASEDOCUMENT, 0, document);
+  }
   send(SCI_SETREADONLY, false);
   send(SCI_SETUNDOCOLLECTION, false);
   // A text that wraps while it comes in is wrapped on the spot, not bit by bit later.
@@ -209,13 +218,14 @@ void TextView::setBytes(std::string_view bytes) {
   send(SCI_CLEARALL);
   send(SCI_SETSCROLLWIDTH, 1);
   send(SCI_APPENDTEXT, static_cast<long>(bytes.size()), reinterpret_cast<long>(bytes.data()));
-  if (readOnly) hideControlCharacters(0, static_cast<long>(bytes.size()));
+  if (readOnly && !isPlain) hideControlCharacters(0, static_cast<long>(bytes.size()));
   setWrapped(bytes.size() <= longestWrapped);
   if (!readOnly) send(SCI_SETEOLMODE, lineEndMode(bytes));
   send(SCI_SETUNDOCOLLECTION, true);
   send(SCI_EMPTYUNDOBUFFER);
   send(SCI_SETSAVEPOINT);
-  send(SCI_SETREADONLY, readOnly);
+  // Sets the tab width too, which belongs to the document.
+  setReadOnly(readOnly);
   send(SCI_SETMODEVENTMASK, heard);
   QAccessibleTextUpdateEvent changed(this, 0, QString(), QString());
   QAccessible::updateAccessibility(&changed);
